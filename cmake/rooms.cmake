@@ -1,0 +1,45 @@
+# One folder, one static library. A room sees its own headers and those of the rooms it links, nothing
+# else: each room's include path holds a link to its folder alone, so a wrong arrow does not compile.
+#
+#   vok_room(cube SOURCES a.cpp b.cpp ROOMS settings LIBRARIES ICU::uc)
+#
+# Target: vok_<name>. Headers are included by their path from the root: "cube/probe.h".
+function(vok_room name)
+  cmake_parse_arguments(ROOM "" "FOLDER" "SOURCES;ROOMS;LIBRARIES" ${ARGN})
+  file(RELATIVE_PATH folder ${PROJECT_SOURCE_DIR} ${CMAKE_CURRENT_SOURCE_DIR})
+  set(window ${PROJECT_BINARY_DIR}/rooms/${name})
+  get_filename_component(parent ${window}/${folder} DIRECTORY)
+  file(MAKE_DIRECTORY ${parent})
+  if(NOT EXISTS ${window}/${folder})
+    file(CREATE_LINK ${CMAKE_CURRENT_SOURCE_DIR} ${window}/${folder} SYMBOLIC)
+  endif()
+
+  set(target vok_${name})
+  if(ROOM_SOURCES)
+    add_library(${target} STATIC ${ROOM_SOURCES})
+    set(scope PUBLIC)
+    target_link_libraries(${target} PRIVATE vok_options ${ROOM_LIBRARIES})
+    set_target_properties(${target} PROPERTIES POSITION_INDEPENDENT_CODE ON)
+  else()
+    add_library(${target} INTERFACE)
+    set(scope INTERFACE)
+  endif()
+  target_include_directories(${target} ${scope} ${window})
+  foreach(room IN LISTS ROOM_ROOMS)
+    target_link_libraries(${target} ${scope} vok_${room})
+  endforeach()
+endfunction()
+
+# Tests of one folder: one program, its cases known to CTest one by one.
+#
+#   vok_test(env SOURCES path_root_test.cpp ROOMS env support)
+function(vok_test name)
+  cmake_parse_arguments(TEST "" "" "SOURCES;ROOMS;LIBRARIES" ${ARGN})
+  set(target test_${name})
+  add_executable(${target} ${TEST_SOURCES})
+  target_link_libraries(${target} PRIVATE vok_options ${TEST_LIBRARIES} GTest::gmock GTest::gtest_main)
+  foreach(room IN LISTS TEST_ROOMS)
+    target_link_libraries(${target} PRIVATE vok_${room})
+  endforeach()
+  gtest_discover_tests(${target} DISCOVERY_MODE PRE_TEST PROPERTIES TIMEOUT 300)
+endfunction()

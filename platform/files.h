@@ -1,0 +1,62 @@
+// The file system, as the system uses it.
+//
+// Paths are the system's own texts: UTF-8, with "\" between the parts where the rules put one.
+// Turning such a text into a native path happens in this port alone. Failures carry the run-time
+// library's numbers (53 not found, 70 permission denied, 75 path/file access, 76 path not found, 61
+// disk full, 57 device error) and name the file and the operating system's own words.
+#pragma once
+
+#include <cstddef>
+#include <memory>
+#include <span>
+#include <string>
+#include <string_view>
+
+#include "platform/date.h"
+
+namespace vok {
+
+/// A whole file, readable as memory while this object lives, also after the file was replaced or
+/// deleted. Empty files have an empty span.
+class MappedFile {
+ public:
+  virtual ~MappedFile() = default;
+  virtual std::span<const std::byte> Bytes() const = 0;
+};
+
+/// A user's file in the making: a temporary beside the target. `Commit` flushes it to the disk and
+/// renames it over the target; without `Commit` the destructor removes it. Either the old file or
+/// the whole new one is there, whatever happens.
+class FileReplacement {
+ public:
+  virtual ~FileReplacement() = default;
+  virtual void Write(std::span<const std::byte> bytes) = 0;
+  virtual void Commit() = 0;
+};
+
+class Files {
+ public:
+  virtual ~Files() = default;
+
+  /// True for an existing file that is no directory. Never fails.
+  virtual bool Exists(const std::string& path) const = 0;
+  /// True for an existing directory. Never fails.
+  virtual bool IsDirectory(const std::string& path) const = 0;
+  virtual void Delete(const std::string& path) = 0;
+  /// One level; an existing directory is no failure.
+  virtual void CreateDirectory(const std::string& path) = 0;
+  /// Adds to the end of the file, creating it if needed; the file is closed again on return.
+  virtual void Append(const std::string& path, std::string_view bytes) = 0;
+  virtual std::unique_ptr<MappedFile> Map(const std::string& path) const = 0;
+  virtual std::unique_ptr<FileReplacement> Replace(const std::string& path) = 0;
+  /// Local time of the last modification.
+  virtual Date LastModified(const std::string& path) const = 0;
+  virtual void ChangeDirectory(const std::string& path) = 0;
+  /// The path as the operating system takes it.
+  virtual std::string NativePath(const std::string& path) const = 0;
+};
+
+/// `Replace`, `Write` and `Commit` in one.
+void WriteWholeFile(Files& files, const std::string& path, std::string_view bytes);
+
+}  // namespace vok

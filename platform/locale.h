@@ -1,0 +1,32 @@
+// What depends on the user's language and country: case, and dates as texts.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "platform/date.h"
+
+namespace vok {
+
+class Locale {
+ public:
+  virtual ~Locale() = default;
+
+  /// Full Unicode case folding, independent of the country: two texts are equal without regard to
+  /// case when their folded forms are the same bytes.
+  virtual std::string FoldCase(std::string_view text) const = 0;
+  /// The date that the text means to this user; nothing when it means none. Accepts the short,
+  /// medium and long forms of the country and ISO 8601.
+  virtual std::optional<Date> ParseDate(std::string_view text) const = 0;
+  /// The named format "Short Date".
+  virtual std::string ShortDate(Date date) const = 0;
+  /// Default date-to-text form: the short date, the time when there is one, the time alone for the
+  /// zero date ("00:00:00" in most countries).
+  virtual std::string DateText(Date date) const = 0;
+};
+
+/// The one way to compare names without regard to case. Plain ASCII never reaches the locale.
+bool EqualNoCase(const Locale& locale, std::string_view a, std::string_view b);
+
+}  // namespace vok

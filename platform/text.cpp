@@ -1,0 +1,57 @@
+#include "platform/text.h"
+
+#include <algorithm>
+
+namespace vok {
+namespace {
+
+struct Step {
+  std::size_t bytes;
+  std::size_t units;
+};
+
+bool IsContinuation(char byte) { return (static_cast<unsigned char>(byte) & 0xC0) == 0x80; }
+
+Step NextCharacter(std::string_view rest) {
+  const auto lead = static_cast<unsigned char>(rest[0]);
+  const std::size_t wanted = lead >= 0xF0 && lead < 0xF8   ? 4
+                             : lead >= 0xE0 && lead < 0xF0 ? 3
+                             : lead >= 0xC2 && lead < 0xE0 ? 2
+                                                           : 1;
+  if (rest.size() < wanted) return {1, 1};
+  const auto tail = rest.substr(1, wanted - 1);
+  if (!std::all_of(tail.begin(), tail.end(), IsContinuation)) return {1, 1};
+  return {wanted, wanted == 4 ? std::size_t{2} : std::size_t{1}};
+}
+
+}  // namespace
+
+std::size_t Utf16Length(std::string_view utf8) {
+  std::size_t units = 0;
+  for (std::size_t at = 0; at < utf8.size();) {
+    const Step step = NextCharacter(utf8.substr(at));
+    at += step.bytes;
+    units += step.units;
+  }
+  return units;
+}
+
+std::string_view Utf16Prefix(std::string_view utf8, std::size_t units) {
+  std::size_t at = 0;
+  std::size_t used = 0;
+  while (at < utf8.size()) {
+    const Step step = NextCharacter(utf8.substr(at));
+    if (used + step.units > units && !(at == 0 && units > 0)) break;
+    at += step.bytes;
+    used += step.units;
+  }
+  return utf8.substr(0, at);
+}
+
+std::string_view TrimBlanks(std::string_view text) {
+  const auto first = text.find_first_not_of(' ');
+  if (first == std::string_view::npos) return {};
+  return text.substr(first, text.find_last_not_of(' ') - first + 1);
+}
+
+}  // namespace vok

@@ -1,0 +1,20 @@
+// Counting in UTF-8 texts where a rule counts UTF-16 units, as the platform does.
+#pragma once
+
+#include <cstddef>
+#include <string_view>
+
+namespace vok {
+
+/// How many UTF-16 units the text has. Bytes that are no UTF-8 count one unit each.
+std::size_t Utf16Length(std::string_view utf8);
+
+/// The longest prefix of at most `units` UTF-16 units that cuts no character in two. It is never
+/// empty for a text that is not and `units` > 0: a single character wider than `units` is kept
+/// whole.
+std::string_view Utf16Prefix(std::string_view utf8, std::size_t units);
+
+/// Blanks removed at both ends (blanks alone, as the platform's Trim does).
+std::string_view TrimBlanks(std::string_view text);
+
+}  // namespace vok
