@@ -1,0 +1,36 @@
+// Building a cube file from a schema and the tables that it names.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "platform/files.h"
+#include "platform/locale.h"
+
+namespace vok::olap {
+
+struct BuildRequest {
+  std::string schema_path;  ///< XML
+  std::string data_path;    ///< a folder of CSV files, one per table, or a SQLite database
+  std::string output_path;
+};
+
+struct BuildReport {
+  struct Cube {
+    std::string name;
+    uint64_t facts = 0;         ///< rows read from the fact table
+    uint64_t stored_cells = 0;  ///< after rows with equal keys were put together
+  };
+  std::vector<Cube> cubes;
+  uint64_t file_bytes = 0;
+};
+
+/// Writes all cubes of the schema into one file, whole or not at all. `progress` (may be empty) is
+/// told what is being read and how far, 0 to 1. Failures name the file, the line and the column,
+/// table, level or member, and what to do.
+BuildReport BuildCubeFile(Files& files, const Locale& locale, const BuildRequest& request,
+                          const std::function<void(const std::string&, double)>& progress);
+
+}  // namespace vok::olap

@@ -1,0 +1,43 @@
+// Stored facts of one cube: aggregates of its measures for any slice.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <vector>
+
+#include "providers/olap/storage/model.h"
+
+namespace vok::olap {
+
+/// Which facts to aggregate and how to list the result.
+struct FactQuery {
+  std::vector<uint32_t> measures;  ///< indexes into `CubeModel::measures`
+  /// One entry per hierarchy of the model: the leaves that take part, as ascending ranges that
+  /// neither touch nor overlap. No entry for a hierarchy, or no ranges: all leaves.
+  std::vector<std::vector<IdRange>> leaves;
+  struct Group {
+    uint32_t hierarchy = 0;
+    uint32_t level = 0;
+  };
+  /// One result per member of this level, in the cube's order; without it one result in all.
+  std::optional<Group> group;
+};
+
+/// One measure's results. A sum of nothing, or of NULLs only, is not present; that is not 0.
+struct FactColumn {
+  std::vector<double> values;    ///< 0 where not present
+  std::vector<uint8_t> present;  ///< 1 or 0, same length
+};
+
+/// Reads are safe from several threads. Sums of decimal values are exact: they are added as scaled
+/// integers and rounded once, to the nearest double. Failure -2147467259 when the file is damaged
+/// at a place that the query touches.
+class FactStore {
+ public:
+  virtual ~FactStore() = default;
+  /// One column per measure of the query, in its order. Cost follows the facts inside `leaves`, not
+  /// those outside.
+  virtual std::vector<FactColumn> Read(const FactQuery& query) const = 0;
+};
+
+}  // namespace vok::olap
