@@ -1,0 +1,88 @@
+#include "component/reports/query_log.h"
+
+#include <algorithm>
+#include <array>
+#include <string_view>
+
+#include "env/directories.h"
+#include "platform/text.h"
+
+namespace vok {
+namespace {
+
+constexpr char kLineEnd[] = "\r\n";
+
+struct Replacement {
+  std::string_view find;
+  std::string_view put;
+};
+
+/// In this order: later rules see the line ends that earlier ones put in.
+constexpr std::array<Replacement, 11> kReplacements = {{
+    {",", ",\r\n"},
+    {";", ";\r\n"},
+    {" AND ", " \r\nAND "},
+    {" OR ", " \r\nOR "},
+    {"WHERE ", " \r\nWHERE "},
+    {"SELECT", " \r\nSELECT\r\n"},
+    {"OPTIONS", " \r\nOPTIONS"},
+    {" FROM ", " \r\n FROM \r\n"},
+    {"DIMENSION", " \r\nDIMENSION"},
+    {"INNER JOIN", " \r\nINNER JOIN"},
+    {"\t", "\t\r\n"},
+}};
+
+bool SameLetter(char a, char b) {
+  const auto upper = [](char c) { return c >= 'a' && c <= 'z' ? static_cast<char>(c - 32) : c; };
+  return upper(a) == upper(b);
+}
+
+std::string ReplaceAll(std::string_view text, const Replacement& rule) {
+  std::string result;
+  for (auto at = text.begin();;) {
+    const auto hit = std::search(at, text.end(), rule.find.begin(), rule.find.end(), SameLetter);
+    result.append(at, hit);
+    if (hit == text.end()) return result;
+    result += rule.put;
+    at = hit + static_cast<std::ptrdiff_t>(rule.find.size());
+  }
+}
+
+std::string Lines(std::string_view text, int16_t width) {
+  if (width < 1) return std::string(text) + kLineEnd;
+  std::string lines;
+  do {
+    const std::string_view piece = Utf16Prefix(text, static_cast<std::size_t>(width));
+    lines += piece;
+    lines += kLineEnd;
+    text.remove_prefix(piece.size());
+  } while (!text.empty());
+  return lines;
+}
+
+std::string LogFolder(const Host& host, Environment& environment) {
+  if (!FindSettingsFolder(host, environment)) return environment.SettingsFolder;
+  const std::string folder = environment.SettingsFolder + "\\Log";
+  if (!host.files.IsDirectory(folder)) MakeDirectories(host, folder);
+  return folder;
+}
+
+}  // namespace
+
+std::string FormatQueryText(std::string text) {
+  for (const Replacement& rule : kReplacements) text = ReplaceAll(text, rule);
+  return text;
+}
+
+void WriteQueryLog(const Host& host, Environment& environment, const std::string& Text,
+                   const std::string& LogName, bool Append, int16_t LineWidth, bool Format) {
+  const std::string file = LogFolder(host, environment) + "\\" + LogName + ".log";
+  const std::string entry = Format ? FormatQueryText(Text) + kLineEnd : Lines(Text, LineWidth);
+  if (Append) {
+    host.files.Append(file, std::string(kLineEnd) + kLineEnd + entry);
+  } else {
+    WriteWholeFile(host.files, file, entry);
+  }
+}
+
+}  // namespace vok
