@@ -1,0 +1,102 @@
+#include "cube/probe.h"
+
+#include <string>
+
+#include "component/reports/error_report.h"
+#include "cube/date_list.h"
+#include "platform/failure.h"
+
+namespace vok {
+namespace {
+
+constexpr std::size_t kActXLevels = 3;
+
+std::unique_ptr<CubeDimension> DimensionNamed(const CubeDef& cube, const std::string& name) {
+  auto dimension = cube.FindDimension(name);
+  if (!dimension) {
+    throw Failure(failure_number::kItemNotFound,
+                  "The cube \"" + cube.Name() + "\" has no dimension \"" + name + "\"");
+  }
+  return dimension;
+}
+
+bool FindOpeningBalance(const CubeDef& cube) {
+  const auto dimension = cube.FindDimension("Opening_Balance");
+  if (!dimension) return false;
+  const auto hierarchy = dimension->HierarchyAt(0);
+  const std::size_t levels = hierarchy->LevelCount();
+  return levels > 0 && hierarchy->LevelAt(levels - 1)->MemberCount() > 1;
+}
+
+bool FindActX(const CubeDef& cube) {
+  const auto dimension = cube.FindDimension("actx");
+  return dimension && dimension->HierarchyAt(0)->LevelCount() >= kActXLevels;
+}
+
+std::vector<std::string> ReadObsChildren(const Host& host, CubeConnection& connection,
+                                         const DataSourceSetting& data_source) {
+  const auto cellset = host.cube.NewCellset();
+  cellset->SetActiveConnection(connection);
+  cellset->SetSource("SELECT { [Measures]} ON COLUMNS,  NON Empty{[ActX].[xlFile].[All].[" +
+                     data_source.OBS + "].children} ON ROWS  FROM  [" + data_source.CubeName + "]");
+  cellset->Open();
+  const CellsetAxis& rows = cellset->AxisAt(1);
+  std::vector<std::string> names;
+  names.reserve(rows.PositionCount());
+  for (std::size_t row = 0; row < rows.PositionCount(); ++row) {
+    names.push_back(rows.MemberAt(row, 0).name);
+  }
+  cellset->Close();
+  return names;
+}
+
+void AppendMeasures(const CubeDef& cube, Value::Array& measures) {
+  const auto dimension = DimensionNamed(cube, "Measures");
+  const auto hierarchy = dimension->HierarchyAt(0);
+  for (std::size_t index = 0; index < hierarchy->LevelCount(); ++index) {
+    const auto level = hierarchy->LevelAt(index);
+    for (std::size_t member = 0; member < level->MemberCount(); ++member) {
+      measures.emplace_back(level->MemberAt(member)->Name());
+    }
+  }
+}
+
+std::unique_ptr<CubeDef> FirstCube(const CubeCatalog& catalog, const std::string& cube_name) {
+  if (catalog.CubeCount() == 0) {
+    throw Failure(failure_number::kItemNotFound, "The catalog \"" + cube_name + "\" has no cube");
+  }
+  return catalog.CubeAt(0);
+}
+
+void Probe(const Host& host, CubeConnection& connection, const DataSourceSetting& data_source,
+           CubeState& state) {
+  const auto catalog = host.cube.NewCatalog();
+  catalog->SetActiveConnection(connection);
+  const auto cube = FirstCube(*catalog, data_source.CubeName);
+  const auto date_dimension = DimensionNamed(*cube, "Date");
+  const auto dates = date_dimension->HierarchyAt(0);
+  ReadDateRange(host.locale, *dates, state);
+  state.HasOpeningBalance = FindOpeningBalance(*cube);
+  state.HasActX = FindActX(*cube);
+  state.ObsChildren = ReadObsChildren(host, connection, data_source);
+  ReadDateMembers(host.locale, *dates, state);
+  AppendMeasures(*cube, state.CubeMeasures);
+}
+
+}  // namespace
+
+int32_t GetMaxDateAndOpBalance(const Host& host, CubeConnection& connection,
+                               const DataSourceSetting& data_source, CubeState& cube) {
+  try {
+    Probe(host, connection, data_source, cube);
+    return 0;
+  } catch (...) {
+    const Failure failure = CurrentFailure();
+    ShowErrorReport(
+        host, failure,
+        {.FunctionName = "GetMaxDateAndOpBalance", .ModuleName = "ModeConnectFunctions"});
+    return failure.number();
+  }
+}
+
+}  // namespace vok
