@@ -1,0 +1,123 @@
+#include "providers/posix/posix_files.h"
+
+#include <fcntl.h>
+#include <sys/mman.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+
+#include "platform/failure.h"
+#include "providers/posix/file_handle.h"
+#include "providers/posix/posix_replacement.h"
+#include "providers/posix/system_clock.h"
+
+namespace vok {
+namespace {
+
+std::string Native(std::string path) {
+  std::replace(path.begin(), path.end(), '\\', '/');
+  return path;
+}
+
+// A path that a call may be made with: the system would take a text with a NUL for a shorter one.
+std::string Checked(const std::string& path) {
+  if (path.empty() || path.find('\0') != std::string::npos) {
+    throw Failure(failure_number::kBadFileName, path.empty()
+                                                    ? "Bad file name: it is empty"
+                                                    : "Bad file name: it holds a NUL character");
+  }
+  return Native(path);
+}
+
+bool HasKind(const std::string& path, bool directory) {
+  if (path.empty() || path.find('\0') != std::string::npos) return false;
+  struct stat status;
+  return ::stat(Native(path).c_str(), &status) == 0 && S_ISDIR(status.st_mode) == directory;
+}
+
+struct stat StatusOf(const FileHandle& file, const std::string& path) {
+  struct stat status;
+  if (::fstat(file.get(), &status) != 0) ThrowSystemFailure(errno, "read", path);
+  return status;
+}
+
+class PosixMapping : public MappedFile {
+ public:
+  PosixMapping(const FileHandle& file, std::size_t size, const std::string& path) : size_(size) {
+    if (size == 0) return;
+    memory_ = ::mmap(nullptr, size, PROT_READ, MAP_PRIVATE, file.get(), 0);
+    if (memory_ == MAP_FAILED) ThrowSystemFailure(errno, "read", path);
+  }
+  PosixMapping(const PosixMapping&) = delete;
+  PosixMapping& operator=(const PosixMapping&) = delete;
+  ~PosixMapping() override {
+    if (size_ > 0) ::munmap(memory_, size_);
+  }
+
+  std::span<const std::byte> Bytes() const override {
+    return {static_cast<const std::byte*>(memory_), size_};
+  }
+
+ private:
+  std::size_t size_;
+  void* memory_ = nullptr;
+};
+
+}  // namespace
+
+bool PosixFiles::Exists(const std::string& path) const { return HasKind(path, false); }
+bool PosixFiles::IsDirectory(const std::string& path) const { return HasKind(path, true); }
+std::string PosixFiles::NativePath(const std::string& path) const { return Native(path); }
+
+void PosixFiles::Delete(const std::string& path) {
+  const std::string native = Checked(path);
+  if (::unlink(native.c_str()) != 0) ThrowSystemFailure(errno, "delete", native);
+}
+
+void PosixFiles::CreateDirectory(const std::string& path) {
+  const std::string native = Checked(path);
+  constexpr mode_t kMode = 0777;  // less what the user's umask takes away
+  if (::mkdir(native.c_str(), kMode) == 0) return;
+  const int error = errno;
+  if (!IsDirectory(path)) ThrowSystemFailure(error, "make the folder", native);
+}
+
+void PosixFiles::Append(const std::string& path, std::string_view bytes) {
+  const std::string native = Checked(path);
+  FileHandle file = OpenFile(native, O_WRONLY | O_APPEND | O_CREAT, "write");
+  WriteAll(file, std::as_bytes(std::span(bytes.data(), bytes.size())), native);
+  if (const int error = file.Reset(); error != 0) ThrowSystemFailure(error, "write", native);
+}
+
+std::unique_ptr<MappedFile> PosixFiles::Map(const std::string& path) const {
+  const std::string native = Checked(path);
+  const FileHandle file = OpenFile(native, O_RDONLY, "read");
+  const struct stat status = StatusOf(file, native);
+  if (S_ISDIR(status.st_mode)) ThrowSystemFailure(EISDIR, "read", native);
+  if (!S_ISREG(status.st_mode)) {
+    throw Failure(failure_number::kPathAccess, "Cannot read \"" + native +
+                                                   "\": it is a device or a pipe. Give the name "
+                                                   "of an ordinary file.");
+  }
+  return std::make_unique<PosixMapping>(file, static_cast<std::size_t>(status.st_size), native);
+}
+
+std::unique_ptr<FileReplacement> PosixFiles::Replace(const std::string& path) {
+  return std::make_unique<PosixReplacement>(Checked(path));
+}
+
+Date PosixFiles::LastModified(const std::string& path) const {
+  const std::string native = Checked(path);
+  struct stat status;
+  if (::stat(native.c_str(), &status) != 0) ThrowSystemFailure(errno, "read the date of", native);
+  return LocalDate(status.st_mtime);
+}
+
+void PosixFiles::ChangeDirectory(const std::string& path) {
+  const std::string native = Checked(path);
+  if (::chdir(native.c_str()) != 0) ThrowSystemFailure(errno, "change to the folder", native);
+}
+
+}  // namespace vok

@@ -1,0 +1,31 @@
+// The file system of POSIX.
+//
+// Paths arrive with "\" between their parts; here alone they turn into native ones, by turning
+// every
+// "\" into "/". A mapped file must not be cut short in place by another program while it is mapped;
+// replacing or deleting it is harmless.
+#pragma once
+
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include "platform/files.h"
+
+namespace vok {
+
+class PosixFiles : public Files {
+ public:
+  bool Exists(const std::string& path) const override;
+  bool IsDirectory(const std::string& path) const override;
+  void Delete(const std::string& path) override;
+  void CreateDirectory(const std::string& path) override;
+  void Append(const std::string& path, std::string_view bytes) override;
+  std::unique_ptr<MappedFile> Map(const std::string& path) const override;
+  std::unique_ptr<FileReplacement> Replace(const std::string& path) override;
+  Date LastModified(const std::string& path) const override;
+  void ChangeDirectory(const std::string& path) override;
+  std::string NativePath(const std::string& path) const override;
+};
+
+}  // namespace vok
