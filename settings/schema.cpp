@@ -1,0 +1,176 @@
+#include "settings/schema.h"
+
+#include <array>
+#include <optional>
+#include <vector>
+
+#include "platform/failure.h"
+#include "settings/records.h"
+#include "settings/store.h"
+
+namespace vok {
+namespace {
+
+constexpr char kJet[] = "Provider=Microsoft.Jet.OLEDB.4.0;";
+constexpr char kMoneyTable[] = "MoneySetsMeasures";
+constexpr int32_t kColumnsWithCalculated = 30;
+constexpr int32_t kColumnsWithQty = 43;
+constexpr int32_t kTextSize = 255;
+
+using Columns = std::vector<ColumnDefinition>;
+
+Columns Texts(std::initializer_list<const char*> names) {
+  Columns columns;
+  for (const char* name : names) columns.push_back({name, ColumnType::kText, kTextSize, false});
+  return columns;
+}
+
+/// Adds one column for each number, such as "Measure0" to "Measure12".
+void AddNumbered(Columns& columns, int first, int last, ColumnDefinition column) {
+  const std::string prefix = column.name;
+  for (int number = first; number <= last; ++number) {
+    column.name = prefix + std::to_string(number);
+    columns.push_back(column);
+  }
+}
+
+Columns MoneyColumns(const char* prefix, ColumnType type, int32_t size, bool nullable) {
+  Columns columns;
+  AddNumbered(columns, 0, kMoneySetCount - 1, {prefix, type, size, nullable});
+  return columns;
+}
+
+Columns CalculatedColumns() { return MoneyColumns("IsCalculated", ColumnType::kBoolean, 0, false); }
+
+TableDefinition MoneySetsMeasures() {
+  Columns columns = Texts({"SetName"});
+  columns.push_back({"CountMoney", ColumnType::kInteger, 0, true});
+  for (const Columns& group :
+       {MoneyColumns("MoneySets", ColumnType::kText, kTextSize, true),
+        MoneyColumns("Measure", ColumnType::kText, kTextSize, true), CalculatedColumns()}) {
+    columns.insert(columns.end(), group.begin(), group.end());
+  }
+  return {kMoneyTable, columns};
+}
+
+TableDefinition Periods() {
+  Columns columns = Texts({"SetName"});
+  AddNumbered(columns, 1, kPeriodCount, {"PeriodName", ColumnType::kText, kTextSize, true});
+  AddNumbered(columns, 1, kPeriodCount, {"FromDate", ColumnType::kDate, 0, true});
+  AddNumbered(columns, 1, kPeriodCount, {"UntillDate", ColumnType::kDate, 0, true});
+  AddNumbered(columns, 1, kPeriodCount, {"includeOpenBalans", ColumnType::kBoolean, 0, false});
+  return {"Periods", columns};
+}
+
+std::array<TableDefinition, 4> Tables() {
+  Columns main = Texts({"SetName", "Periods", "DataSource", "MoneySetMeasures"});
+  main.push_back({"LastSaved", ColumnType::kBoolean, 0, false});
+  return {{{"DataSourceInfo",
+            Texts({"SetName", "VarnelMDB", "CubeFile", "CubeName", "OBS", "ActFile", "AccFile"})},
+           {"Main", main},
+           MoneySetsMeasures(),
+           Periods()}};
+}
+
+IndexDefinition PrimaryKey() { return {"PrimaryKey", "SetName", true, true, false, false}; }
+IndexDefinition Lookup(const char* name, const char* column) {
+  return {name, column, false, false, false, true};
+}
+
+/// Runs one step; a failure in it is shown under the title and goes no further.
+template <typename Step>
+void Shown(const Host& host, const char* title, Step step) {
+  try {
+    step();
+  } catch (...) {
+    const Failure failure = CurrentFailure();
+    MessageBox box;
+    box.text = std::to_string(failure.number()) + " / " + failure.description();
+    box.title = title;
+    host.message_boxes.Show(box);
+  }
+}
+
+/// The table's name as the file spells it, when it has fewer than `count` columns.
+std::optional<std::string> MoneyTableBelow(const Host& host, const DatabaseCatalog& catalog,
+                                           int32_t count) {
+  for (const std::string& table : catalog.TableNames()) {
+    if (EqualNoCase(host.locale, table, kMoneyTable) && catalog.ColumnCount(table) < count) {
+      return table;
+    }
+  }
+  return std::nullopt;
+}
+
+void AppendColumns(DatabaseCatalog& catalog, const std::string& table, const Columns& columns) {
+  for (const ColumnDefinition& column : columns) catalog.AppendColumn(table, column);
+}
+
+void BringUpToDate(const Host& host, const std::string& database) {
+  const auto connection = host.database.NewConnection();
+  connection->Open(std::string(kJet) + ";Data Source=" + database, "", "", kUnspecifiedOptions);
+  const auto catalog = host.database.NewCatalog();
+  catalog->SetActiveConnection(*connection);
+  UpgradeMoneySetsMeasures(host, *catalog);
+}
+
+void CreateFile(const Host& host, std::string folder) {
+  if (folder.ends_with('\\')) folder.pop_back();
+  const auto catalog = host.database.NewCatalog();
+  catalog->Create(kJet + ("Data Source=" + SettingsDatabase(folder)) +
+                  ";Jet OLEDB:Database Password=;Jet OLEDB:Engine Type=5;");
+  CreateTables(host, *catalog);
+  CreateIndexes(host, *catalog);
+}
+
+}  // namespace
+
+void CreateDB(const Host& host, const Environment& environment, const std::string& folder) {
+  Shown(host, "", [&] {
+    const std::string database = SettingsDatabase(environment.SettingsFolder);
+    if (host.files.Exists(database)) {
+      BringUpToDate(host, database);
+    } else {
+      CreateFile(host, folder);
+    }
+  });
+}
+
+void CreateTables(const Host& host, DatabaseCatalog& catalog) {
+  Shown(host, "Error In CreateTables", [&] {
+    for (const TableDefinition& table : Tables()) catalog.AppendTable(table);
+  });
+}
+
+void CreateIndexes(const Host& host, DatabaseCatalog& catalog) {
+  Shown(host, "Error In CreateIndexes", [&] {
+    catalog.AppendIndex("DataSourceInfo", PrimaryKey());
+    catalog.AppendIndex("Main", PrimaryKey());
+    catalog.AppendIndex("Main", Lookup("MoneySetsMeasuresMain", "MoneySetMeasures"));
+    catalog.AppendIndex("Main", Lookup("NameId", "SetName"));
+    catalog.AppendIndex("Main", Lookup("PeriodsMain", "Periods"));
+    catalog.AppendIndex(kMoneyTable, PrimaryKey());
+    catalog.AppendIndex("Periods", PrimaryKey());
+  });
+}
+
+void UpgradeMoneySetsMeasures(const Host& host, DatabaseCatalog& catalog) {
+  const auto table = MoneyTableBelow(host, catalog, kColumnsWithCalculated);
+  if (table) AppendColumns(catalog, *table, CalculatedColumns());
+}
+
+void UpgradeQty(const Host& host, const Environment& environment) {
+  const objRs store = OpenSettings(host, environment);
+  Connection& connection = store.OpenedConnection();
+  const auto catalog = host.database.NewCatalog();
+  catalog->SetActiveConnection(connection);
+  if (!MoneyTableBelow(host, *catalog, kColumnsWithQty)) return;
+
+  SaveGroup group(connection);
+  const auto table = MoneyTableBelow(host, *catalog, kColumnsWithQty);
+  if (!table) return;  // another process was first
+  AppendColumns(*catalog, *table, MoneyColumns("Qty", ColumnType::kText, 0, false));
+  group.Commit();
+}
+
+}  // namespace vok

@@ -1,0 +1,27 @@
+// The settings database: its file, tables and indexes, and bringing an older file up to date.
+#pragma once
+
+#include <string>
+
+#include "env/environment.h"
+#include "platform/host.h"
+
+namespace vok {
+
+/// Makes sure that the settings database exists and is current: creates it in `folder` (one closing
+/// "\" is dropped) when the settings folder has none, else adds missing `IsCalculated` columns.
+/// Never fails: a failure is shown, and a file that is made in part stays.
+void CreateDB(const Host& host, const Environment& environment, const std::string& folder);
+
+/// The steps of making a new file. A failure ends its step and is shown under the step's title.
+void CreateTables(const Host& host, DatabaseCatalog& catalog);
+void CreateIndexes(const Host& host, DatabaseCatalog& catalog);
+
+/// Adds `IsCalculated0` to `IsCalculated12` to a `MoneySetsMeasures` of fewer than 30 columns.
+void UpgradeMoneySetsMeasures(const Host& host, DatabaseCatalog& catalog);
+
+/// Adds `Qty0` to `Qty12` to a `MoneySetsMeasures` of fewer than 43 columns. Of several processes
+/// that come at once, one adds them. Failures pass to the caller.
+void UpgradeQty(const Host& host, const Environment& environment);
+
+}  // namespace vok

@@ -1,0 +1,86 @@
+#include "settings/set_rows.h"
+
+#include "platform/failure.h"
+
+namespace vok {
+namespace {
+
+Failure Located(const Failure& failure, const std::string& field, const std::string& table,
+                const std::string& set) {
+  return Failure(failure.number(),
+                 failure.description() + " (field " + field + " of the table " + table +
+                     ", set \"" + set + "\"; save the set again)",
+                 failure.source(), failure.section());
+}
+
+std::string SetNameOf(const Recordset& records) {
+  const Value name = records.Field("SetName");
+  return name.IsNull() ? std::string() : name.ToText();
+}
+
+}  // namespace
+
+template <typename Reading>
+auto SetRow::Read(const std::string& field, Reading reading) const {
+  try {
+    const Value value = records_.Field(field);
+    return reading(value.IsNull() && null_rule_ == NullRule::kIsEmpty ? Value() : value);
+  } catch (const Failure& failure) {
+    throw Located(failure, field, table_, SetNameOf(records_));
+  }
+}
+
+Value SetRow::Any(const std::string& field) const { return records_.Field(field); }
+
+std::string SetRow::Text(const std::string& field) const {
+  return Read(field, [](const Value& value) { return value.ToText(); });
+}
+
+int16_t SetRow::Int16(const std::string& field) const {
+  return Read(field, [](const Value& value) { return value.ToInt16(); });
+}
+
+bool SetRow::Flag(const std::string& field) const {
+  return Read(field, [](const Value& value) { return value.ToBoolean(); });
+}
+
+Date SetRow::Day(const std::string& field) const {
+  return Read(field, [](const Value& value) { return value.ToDate(); });
+}
+
+void ReadInfoRow(const SetRow& row, DataSourceSetting& setting) {
+  setting.CubeFile = row.Text("CubeFile");
+  setting.CubeName = row.Text("CubeName");
+  setting.OBS = row.Text("OBs");
+  setting.ActFile = row.Text("ActFile");
+  setting.AccFile = row.Text("AccFile");
+  setting.SetName = row.Text("SetName");
+}
+
+void ReadMoneyRow(const SetRow& row, DataSourceSetting& setting) {
+  setting.CountMoney = row.Int16("CountMoney");
+  for (int i = 0; i < kMoneySetCount; ++i) {
+    MoneySetEntry& entry = setting.MoneySets[static_cast<std::size_t>(i)];
+    const std::string number = std::to_string(i);
+    entry.MoneySet = row.Any("MoneySets" + number);
+    entry.Measure = row.Text("Measure" + number);
+    entry.Qty = row.Text("Qty" + number);
+    entry.IsCalculated = row.Flag("IsCalculated" + number);
+  }
+}
+
+void ReadPeriodsRow(const SetRow& row, PeriodSet& set) {
+  for (PeriodEntry& period : set.Periods) period.FromDate = period.UntilDate = Date{};
+  set.SetName = row.Text("SetName");
+  for (int i = 1; i <= kPeriodCount; ++i) {
+    PeriodEntry& period = set.Period(i);
+    const std::string number = std::to_string(i);
+    const Value name = row.Any("PeriodName" + number);
+    if (!name.IsNull()) period.PeriodName = name.ToText();
+    period.FromDate = row.Day("FromDate" + number);
+    period.UntilDate = row.Day("UntillDate" + number);
+    period.IncludeOpenBalance = row.Flag("includeOpenBalans" + number);
+  }
+}
+
+}  // namespace vok

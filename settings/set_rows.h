@@ -1,0 +1,44 @@
+// Stored rows of settings as records.
+#pragma once
+
+#include <string>
+
+#include "platform/database.h"
+#include "settings/records.h"
+
+namespace vok {
+
+/// What a NULL that is read as a text, number, flag or date is.
+enum class NullRule { kFails, kIsEmpty };
+
+/// The current row of a record set. A field that cannot be read fails with the number that the
+/// platform gives (94 for NULL, 3265 for a field that is not there); the text names the field, the
+/// table and the set.
+class SetRow {
+ public:
+  SetRow(const Recordset& records, std::string table, NullRule null_rule)
+      : records_(records), table_(std::move(table)), null_rule_(null_rule) {}
+
+  Value Any(const std::string& field) const;  ///< NULL stays NULL
+  std::string Text(const std::string& field) const;
+  int16_t Int16(const std::string& field) const;
+  bool Flag(const std::string& field) const;
+  Date Day(const std::string& field) const;
+
+ private:
+  template <typename Reading>
+  auto Read(const std::string& field, Reading reading) const;
+
+  const Recordset& records_;
+  std::string table_;
+  NullRule null_rule_;
+};
+
+/// Each reads its fields in the order of the stored columns and leaves what it has read when a
+/// later field fails.
+void ReadInfoRow(const SetRow& row, DataSourceSetting& setting);
+void ReadMoneyRow(const SetRow& row, DataSourceSetting& setting);
+/// All dates are cleared first; a NULL name leaves the name of its period.
+void ReadPeriodsRow(const SetRow& row, PeriodSet& set);
+
+}  // namespace vok
