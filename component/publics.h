@@ -1,0 +1,38 @@
+// The process-wide values of the component: one instance per process, passed by reference.
+//
+// They keep their last values between calls. Two runs must not overlap.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+
+#include "component/reports/error_report.h"
+#include "cube/cube_state.h"
+#include "env/environment.h"
+#include "settings/records.h"
+
+namespace vok {
+
+/// What the last run did and how long its steps took, in milliseconds of the clock. A run that
+/// ended early leaves 0 for the steps that it did not reach.
+struct RunReport {
+  std::string workbook;  ///< path of the workbook; "" when none was written
+  std::size_t rows = 0;  ///< rows written to it by all passes, without the labels
+  uint32_t settings = 0;
+  uint32_t cube = 0;  ///< connecting, probing and checking the measures
+  uint32_t mdx = 0;   ///< building, logging and executing the queries
+  uint32_t grid = 0;
+  uint32_t writing = 0;  ///< the workbook
+};
+
+struct Publics {
+  Environment environment;
+  StatusTexts status;
+  CurrentSettings settings;
+  CubeState cube;
+  std::string help_file;  ///< of the component's windows; "" for none
+  RunReport last_run;
+};
+
+}  // namespace vok

@@ -1,0 +1,132 @@
+#include "component/result_grid.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <cmath>
+#include <string_view>
+
+#include "component/reports/error_report.h"
+#include "component/step_timer.h"
+#include "component/workbook_writer.h"
+#include "platform/failure.h"
+
+namespace vok {
+namespace {
+
+constexpr std::size_t kFixedColumns = 10;
+constexpr std::size_t kLabelRows = 1;
+
+// Where the pieces of a caption go, counted from the column that the member starts in.
+constexpr std::array<std::size_t, 10> kPieceColumns{1, 2, 9, 10, 3, 7, 8, 4, 5, 6};
+
+constexpr std::size_t QuantityColumn(int16_t period) {
+  return 2 * static_cast<std::size_t>(period) + kFixedColumns;
+}
+
+/// The sheet column of the query's member `name`: Qk is the quantity and mk the money of entry k.
+std::size_t ColumnOf(std::string_view name, const std::vector<QueryPeriod>& periods) {
+  const bool quantity = name.starts_with('Q') || name.starts_with('q');
+  const bool money = name.starts_with('M') || name.starts_with('m');
+  std::size_t k = 0;
+  const char* end = name.data() + name.size();
+  if (quantity || money) {
+    const auto result = std::from_chars(name.data() + 1, end, k);
+    if (result.ec == std::errc{} && result.ptr == end && k < periods.size()) {
+      return QuantityColumn(periods[k].PeriodNumber) + (money ? 1 : 0);
+    }
+  }
+  throw Failure(failure_number::kSubscript,
+                "Subscript out of range: the cube's answer has a column \"" + std::string(name) +
+                    "\" that the query did not ask for");
+}
+
+std::vector<std::size_t> ColumnMap(const CellsetAxis& columns,
+                                   const std::vector<QueryPeriod>& periods) {
+  std::vector<std::size_t> map(columns.PositionCount());
+  for (std::size_t position = 0; position < map.size(); ++position) {
+    map[position] = ColumnOf(columns.MemberAt(position, 0).name, periods);
+  }
+  return map;
+}
+
+int16_t HighestPeriod(const std::vector<QueryPeriod>& periods) {
+  int16_t highest = 0;
+  for (const QueryPeriod& period : periods) highest = std::max(highest, period.PeriodNumber);
+  return highest;
+}
+
+void WriteHeaders(const CellsetAxis& rows, std::size_t position, std::size_t row, CellBlock& grid) {
+  for (std::size_t member = 0; member < rows.MembersPerPosition(); ++member) {
+    const std::size_t start = member + 1;
+    grid.At(row, start) = "0";
+    const std::string caption = rows.MemberAt(position, member).caption;
+    std::string_view rest = caption;
+    for (const std::size_t column : kPieceColumns) {
+      const std::size_t tab = rest.find('\t');
+      grid.At(row, start + column) = std::string(rest.substr(0, tab));
+      if (tab == std::string_view::npos) break;
+      rest.remove_prefix(tab + 1);
+    }
+  }
+}
+
+void WriteCells(const Cellset& cellset, std::size_t position,
+                const std::vector<std::size_t>& column_map, std::size_t row, CellBlock& grid) {
+  const std::size_t first = position * column_map.size();
+  for (std::size_t column = 0; column < column_map.size(); ++column) {
+    grid.At(row, column_map[column]) = SheetValue(cellset.Cell(first + column));
+  }
+}
+
+CellBlock BuildReported(const Host& host, Publics& publics, const Cellset& cellset, bool append) {
+  const StepTimer timer(host.clock, publics.last_run.grid);
+  try {
+    return BuildResultGrid(cellset, publics.cube.QueryPeriods, append);
+  } catch (...) {
+    const Failure failure = CurrentFailure();
+    ShowErrorReport(host, failure,
+                    {.FunctionName = "DisplayCellsetOmvinExcel", .ModuleName = "ModXls"});
+    throw failure;
+  }
+}
+
+}  // namespace
+
+Value SheetValue(const Value& cell) {
+  const bool numeric = cell.Is<double>() || cell.Is<int32_t>() || cell.Is<int16_t>();
+  if (!numeric) return "";
+  const double number = cell.ToDouble();
+  if (number == 0 || !std::isfinite(number)) return "";
+  return number;
+}
+
+CellBlock BuildResultGrid(const Cellset& cellset, const std::vector<QueryPeriod>& periods,
+                          bool append) {
+  if (cellset.AxisCount() >= 3) {
+    throw Failure(failure_number::kNotSupported,
+                  "Cellsets with more than two axes are not supported by the Pleipi.");
+  }
+  const CellsetAxis& rows = cellset.AxisAt(1);
+  const std::vector<std::size_t> column_map = ColumnMap(cellset.AxisAt(0), periods);
+  const std::size_t label_rows = append ? 0 : kLabelRows;
+  CellBlock grid(label_rows + rows.PositionCount(),
+                 QuantityColumn(HighestPeriod(periods)) + rows.MembersPerPosition());
+  for (std::size_t position = 0; position < rows.PositionCount(); ++position) {
+    const std::size_t row = label_rows + position + 1;
+    WriteHeaders(rows, position, row, grid);
+    WriteCells(cellset, position, column_map, row, grid);
+  }
+  return grid;
+}
+
+void DisplayCellsetOmvinExcel(const Host& host, Publics& publics, const Cellset& cellset,
+                              const std::string& output_path, bool append) {
+  const CellBlock grid = BuildReported(host, publics, cellset, append);
+  const StepTimer timer(host.clock, publics.last_run.writing);
+  Arrtoxls(host, grid, output_path, append, publics.settings.periods);
+  publics.last_run.workbook = WorkbookPath(output_path);
+  publics.last_run.rows += append ? grid.rows : grid.rows - kLabelRows;
+}
+
+}  // namespace vok

@@ -1,0 +1,32 @@
+// The grid of values that a query leaves in the workbook.
+//
+// Grid row and column are the sheet's. Columns 1 to 11 are the row's headers, from the caption of
+// its member; period k has its quantity in column 2k + 10 and its money in column 2k + 11.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "component/publics.h"
+#include "cube/cube_state.h"
+#include "platform/cube.h"
+#include "platform/host.h"
+#include "platform/spreadsheet.h"
+
+namespace vok {
+
+/// The grid of an executed query over `periods`: one row per row position, below one blank row for
+/// the labels unless `append`. Cells that no field or column reaches stay empty. Failures: 445 for
+/// more than two axes, 9 for a column that belongs to none of the periods.
+CellBlock BuildResultGrid(const Cellset& cellset, const std::vector<QueryPeriod>& periods,
+                          bool append);
+
+/// A cell's value for the sheet: a double when it is a number other than zero, else "".
+Value SheetValue(const Value& cell);
+
+/// Builds the grid of the run's query and writes it to the workbook `output_path` & ".xlsX", as
+/// `Arrtoxls` does. A failure is reported and thrown on.
+void DisplayCellsetOmvinExcel(const Host& host, Publics& publics, const Cellset& cellset,
+                              const std::string& output_path, bool append);
+
+}  // namespace vok
