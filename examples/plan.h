@@ -9,7 +9,7 @@ namespace vok::examples {
 /// The defaults make the committed example. `facts` is what the trade is scaled towards; overheads
 /// and opening balances come as they must, so the number made is near it, not equal to it.
 struct Plan {
-  std::filesystem::path output;
+  std::filesystem::path output = {};
   uint64_t seed = 17;
   int64_t facts = 20000;
   int lines = 300;
