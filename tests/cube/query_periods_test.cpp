@@ -1,0 +1,113 @@
+#include "cube/query_periods.h"
+
+#include <gmock/gmock.h>
+
+namespace vok {
+namespace {
+
+using ::testing::ElementsAre;
+
+Date On(int month, int day) { return Date::FromCivil(2010, month, day); }
+const Date kNoDate{};
+
+/// A cube from 1 February to 31 October 2010 with opening balances; no period is set.
+struct QueryPeriodsTest : ::testing::Test {
+  QueryPeriodsTest() {
+    cube.FirstDate = On(2, 1);
+    cube.LastDate = On(10, 31);
+    cube.HasOpeningBalance = true;
+    for (int n = 0; n < kMoneySetCount; ++n) {
+      auto& money = settings.data_source.MoneySets.at(static_cast<std::size_t>(n));
+      money.Measure = "Amount" + std::to_string(n);
+      money.Qty = "Units" + std::to_string(n);
+    }
+  }
+
+  void Set(int number, Date from, Date until, bool opening = false) {
+    settings.periods.Period(number) = {"P" + std::to_string(number), from, until, opening};
+  }
+
+  CurrentSettings settings;
+  CubeState cube;
+};
+
+TEST_F(QueryPeriodsTest, TakesWhatOverlapsTheCubeAndClipsItToTheLastDate) {
+  const struct {
+    const char* name;
+    Date from, until;
+    bool taken;
+    Date clipped_from, clipped_until;
+  } cases[] = {
+      {"within", On(3, 1), On(3, 31), true, On(3, 1), On(3, 31)},
+      {"begins before the cube", On(1, 1), On(2, 28), true, On(1, 1), On(2, 28)},
+      {"until the first date", On(1, 1), On(2, 1), true, On(1, 1), On(2, 1)},
+      {"ends before the cube", On(1, 1), On(1, 31), false, {}, {}},
+      {"until the last date", On(10, 1), On(10, 31), true, On(10, 1), On(10, 31)},
+      {"ends after the cube", On(10, 1), On(12, 31), true, On(10, 1), On(10, 31)},
+      {"begins on the last date", On(10, 31), On(12, 31), true, On(10, 31), On(10, 31)},
+      {"begins after the cube", On(11, 1), On(12, 31), false, {}, {}},
+      {"no until date", On(3, 1), kNoDate, false, {}, {}},
+      {"no from date", kNoDate, On(3, 31), true, kNoDate, On(3, 31)},
+  };
+  for (const auto& c : cases) {
+    Set(1, c.from, c.until);
+    EXPECT_EQ(PrepareQueryPeriods(settings, cube, false), c.taken) << c.name;
+    ASSERT_EQ(cube.QueryPeriods.size(), c.taken ? 1u : 0u) << c.name;
+    if (!c.taken) continue;
+    EXPECT_EQ(cube.QueryPeriods[0].PeriodFrom, c.clipped_from) << c.name;
+    EXPECT_EQ(cube.QueryPeriods[0].PeriodUntil, c.clipped_until) << c.name;
+  }
+}
+
+TEST_F(QueryPeriodsTest, OpeningPassTakesPeriodsThatBeginInTheCube) {
+  const struct {
+    const char* name;
+    Date from, until;
+    bool asked, taken;
+    Date prepared_until;
+  } cases[] = {
+      {"within", On(3, 1), On(3, 31), true, true, On(3, 31)},
+      {"not asked", On(3, 1), On(3, 31), false, false, {}},
+      {"begins on the first date", On(2, 1), On(3, 31), true, true, On(3, 31)},
+      {"begins before the cube", On(1, 31), On(3, 31), true, false, {}},
+      {"begins on the last date", On(10, 31), On(12, 31), true, true, On(10, 31)},
+      {"begins after the cube", On(11, 1), On(12, 31), true, false, {}},
+      {"no until date: the from date", On(3, 1), kNoDate, true, true, On(3, 1)},
+      {"ends before it begins", On(5, 1), On(3, 1), true, true, On(3, 1)},
+  };
+  for (const auto& c : cases) {
+    Set(1, c.from, c.until, c.asked);
+    EXPECT_EQ(PrepareQueryPeriods(settings, cube, true), c.taken) << c.name;
+    EXPECT_EQ(settings.periods.Period(1).IncludeOpenBalance, c.taken) << c.name;
+    ASSERT_EQ(cube.QueryPeriods.size(), c.taken ? 1u : 0u) << c.name;
+    if (!c.taken) continue;
+    EXPECT_EQ(cube.QueryPeriods[0].PeriodFrom, c.from) << c.name;
+    EXPECT_EQ(cube.QueryPeriods[0].PeriodUntil, c.prepared_until) << c.name;
+    EXPECT_EQ(cube.QueryPeriods[0].PeriodOpenBalance, -1) << c.name;
+  }
+}
+
+TEST_F(QueryPeriodsTest, PairsPeriodsWithMoneySetsByNumberAndStartsAfresh) {
+  Set(2, On(3, 1), On(3, 31), true);
+  Set(12, On(4, 1), On(4, 30));
+  const auto numbers_and_measures = [this] {
+    std::vector<std::string> found;
+    for (const QueryPeriod& p : cube.QueryPeriods) {
+      found.push_back(std::to_string(p.PeriodNumber) + " " + p.PeriodLabel.ToText() + " " +
+                      p.PeriodMeasure + " " + p.PeriodQty + " " +
+                      std::to_string(p.PeriodOpenBalance));
+    }
+    return found;
+  };
+  for (int call = 0; call < 2; ++call) {
+    EXPECT_TRUE(PrepareQueryPeriods(settings, cube, false));
+    EXPECT_THAT(numbers_and_measures(),
+                ElementsAre("2 P2 Amount2 Units2 -1", "12 P12 Amount12 Units12 0"));
+  }
+  cube.HasOpeningBalance = false;
+  PrepareQueryPeriods(settings, cube, false);
+  EXPECT_EQ(cube.QueryPeriods[0].PeriodOpenBalance, 0);
+}
+
+}  // namespace
+}  // namespace vok

@@ -1,0 +1,254 @@
+// A cube in memory, laid out by hand: its dimensions, and the answer to each query.
+#pragma once
+
+#include <functional>
+#include <map>
+#include <memory>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "platform/cube.h"
+#include "platform/failure.h"
+
+namespace vok::test {
+
+/// A member of a level; `parent` is its index in the level above, -1 for none.
+struct FakeMember {
+  std::string name;
+  int parent = -1;
+  std::string unique_name = "";
+};
+
+struct FakeLevel {
+  std::string name;
+  std::vector<FakeMember> members;
+};
+
+/// A dimension with one hierarchy.
+struct FakeDimension {
+  std::string name;
+  std::vector<FakeLevel> levels;
+};
+
+/// The answer to a query: per axis the positions, each with its members; cells row by row.
+struct FakeAnswer {
+  std::vector<std::vector<std::vector<AxisMember>>> axes;
+  std::vector<Value> cells;
+};
+
+/// Everything that the cube is and was asked. `answer` may throw.
+struct FakeCube {
+  std::vector<FakeDimension> dimensions;
+  std::function<FakeAnswer(const std::string& mdx)> answer;
+  std::function<void()> on_open = [] {};
+
+  std::vector<std::string> connection_calls;
+  std::vector<std::string> queries;
+  int open_cellsets = 0;
+};
+
+namespace fake_cube {
+
+[[noreturn]] inline void ThrowNotFound(const std::string& what) {
+  throw Failure(failure_number::kItemNotFound, "Item not found: " + what, "Fake cube");
+}
+
+class Member : public CubeMember {
+ public:
+  Member(const FakeDimension& dimension, std::size_t level, std::size_t index)
+      : dimension_(dimension), level_(level), index_(index) {}
+  std::string Name() const override { return Self().name; }
+  std::string Caption() const override { return Self().name; }
+  std::string UniqueName() const override { return Self().unique_name; }
+  std::unique_ptr<CubeMember> Parent() const override {
+    if (Self().parent < 0) return nullptr;
+    return std::make_unique<Member>(dimension_, level_ - 1,
+                                    static_cast<std::size_t>(Self().parent));
+  }
+
+ private:
+  const FakeMember& Self() const { return dimension_.levels[level_].members.at(index_); }
+  const FakeDimension& dimension_;
+  std::size_t level_;
+  std::size_t index_;
+};
+
+class Level : public CubeLevel {
+ public:
+  Level(const FakeDimension& dimension, std::size_t level) : dimension_(dimension), level_(level) {}
+  std::string Name() const override { return dimension_.levels[level_].name; }
+  std::string UniqueName() const override { return "[" + Name() + "]"; }
+  std::size_t MemberCount() const override { return dimension_.levels[level_].members.size(); }
+  std::unique_ptr<CubeMember> MemberAt(std::size_t index) const override {
+    if (index >= MemberCount()) ThrowNotFound("member " + std::to_string(index));
+    return std::make_unique<Member>(dimension_, level_, index);
+  }
+
+ private:
+  const FakeDimension& dimension_;
+  std::size_t level_;
+};
+
+class Hierarchy : public CubeHierarchy {
+ public:
+  explicit Hierarchy(const FakeDimension& dimension) : dimension_(dimension) {}
+  std::string Name() const override { return dimension_.name; }
+  std::string UniqueName() const override { return "[" + dimension_.name + "]"; }
+  std::size_t LevelCount() const override { return dimension_.levels.size(); }
+  std::unique_ptr<CubeLevel> LevelAt(std::size_t index) const override {
+    if (index >= LevelCount()) ThrowNotFound("level " + std::to_string(index));
+    return std::make_unique<Level>(dimension_, index);
+  }
+
+ private:
+  const FakeDimension& dimension_;
+};
+
+class Dimension : public CubeDimension {
+ public:
+  explicit Dimension(const FakeDimension& dimension) : dimension_(dimension) {}
+  std::string Name() const override { return dimension_.name; }
+  std::string UniqueName() const override { return "[" + dimension_.name + "]"; }
+  std::size_t HierarchyCount() const override { return 1; }
+  std::unique_ptr<CubeHierarchy> HierarchyAt(std::size_t index) const override {
+    if (index != 0) ThrowNotFound("hierarchy " + std::to_string(index));
+    return std::make_unique<Hierarchy>(dimension_);
+  }
+
+ private:
+  const FakeDimension& dimension_;
+};
+
+class Definition : public CubeDef {
+ public:
+  explicit Definition(const FakeCube& cube) : cube_(cube) {}
+  std::string Name() const override { return "FAKE"; }
+  std::size_t DimensionCount() const override { return cube_.dimensions.size(); }
+  std::unique_ptr<CubeDimension> DimensionAt(std::size_t index) const override {
+    return std::make_unique<Dimension>(cube_.dimensions.at(index));
+  }
+  std::unique_ptr<CubeDimension> FindDimension(const std::string& name) const override {
+    for (const FakeDimension& dimension : cube_.dimensions) {
+      if (dimension.name == name) return std::make_unique<Dimension>(dimension);
+    }
+    return nullptr;
+  }
+
+ private:
+  const FakeCube& cube_;
+};
+
+class Connection : public CubeConnection {
+ public:
+  explicit Connection(FakeCube& cube) : cube_(cube) {}
+  std::string ConnectionString() const override { return text_; }
+  void SetConnectionString(const std::string& text) override {
+    text_ = text;
+    cube_.connection_calls.push_back("text " + text);
+  }
+  void SetCursorLocation(CursorLocation location) override {
+    cube_.connection_calls.push_back("cursor " + std::to_string(static_cast<int>(location)));
+  }
+  void Open(const std::string& text, const std::string& user, const std::string& password,
+            int32_t options) override {
+    cube_.connection_calls.push_back("open '" + text + "' '" + user + "' '" + password + "' " +
+                                     std::to_string(options));
+    cube_.on_open();
+  }
+  void Close() override { cube_.connection_calls.push_back("close"); }
+  std::string DefaultDatabase() const override { return {}; }
+  std::vector<std::string> CatalogNames() const override { return {}; }
+
+ private:
+  FakeCube& cube_;
+  std::string text_;
+};
+
+class Catalog : public CubeCatalog {
+ public:
+  explicit Catalog(const FakeCube& cube) : cube_(cube) {}
+  void SetActiveConnection(CubeConnection&) override {}
+  std::size_t CubeCount() const override { return 1; }
+  std::unique_ptr<CubeDef> CubeAt(std::size_t) const override {
+    return std::make_unique<Definition>(cube_);
+  }
+
+ private:
+  const FakeCube& cube_;
+};
+
+class Axis : public CellsetAxis {
+ public:
+  explicit Axis(std::vector<std::vector<AxisMember>> positions)
+      : positions_(std::move(positions)) {}
+  std::size_t PositionCount() const override { return positions_.size(); }
+  std::size_t MembersPerPosition() const override {
+    return positions_.empty() ? 0 : positions_[0].size();
+  }
+  AxisMember MemberAt(std::size_t position, std::size_t index) const override {
+    return positions_.at(position).at(index);
+  }
+
+ private:
+  std::vector<std::vector<AxisMember>> positions_;
+};
+
+/// Needs a connection to open, and must be closed before it is opened again.
+class AnswerCellset : public Cellset {
+ public:
+  explicit AnswerCellset(FakeCube& cube) : cube_(cube) {}
+  AnswerCellset(FakeCube& cube, FakeAnswer answer) : cube_(cube) { Take(std::move(answer)); }
+  void SetActiveConnection(CubeConnection&) override { connected_ = true; }
+  void SetSource(const std::string& mdx) override { mdx_ = mdx; }
+  void Open() override {
+    if (!connected_ || open_) throw Failure(failure_number::kObjectClosed, "Not connected or open");
+    cube_.queries.push_back(mdx_);
+    Take(cube_.answer(mdx_));
+    open_ = true;
+    ++cube_.open_cellsets;
+  }
+  void Close() override {
+    if (!open_) throw Failure(failure_number::kObjectClosed, "Not open");
+    open_ = false;
+    --cube_.open_cellsets;
+  }
+  std::size_t AxisCount() const override { return axes_.size(); }
+  const CellsetAxis& AxisAt(std::size_t index) const override { return axes_.at(index); }
+  Value Cell(std::size_t ordinal) const override { return cells_.at(ordinal); }
+  std::string FormattedCell(std::size_t) const override { return {}; }
+
+ private:
+  void Take(FakeAnswer answer) {
+    axes_.clear();
+    for (auto& positions : answer.axes) axes_.emplace_back(std::move(positions));
+    cells_ = std::move(answer.cells);
+  }
+  FakeCube& cube_;
+  std::string mdx_;
+  bool connected_ = false;
+  bool open_ = false;
+  std::vector<Axis> axes_;
+  std::vector<Value> cells_;
+};
+
+}  // namespace fake_cube
+
+class FakeCubeServices : public CubeServices {
+ public:
+  explicit FakeCubeServices(FakeCube& cube) : cube_(cube) {}
+  std::unique_ptr<CubeConnection> NewConnection() override {
+    return std::make_unique<fake_cube::Connection>(cube_);
+  }
+  std::unique_ptr<CubeCatalog> NewCatalog() override {
+    return std::make_unique<fake_cube::Catalog>(cube_);
+  }
+  std::unique_ptr<Cellset> NewCellset() override {
+    return std::make_unique<fake_cube::AnswerCellset>(cube_);
+  }
+
+ private:
+  FakeCube& cube_;
+};
+
+}  // namespace vok::test
