@@ -1,0 +1,93 @@
+// Writing a cube file: structure and facts of one cube after the other, in one pass.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <optional>
+#include <span>
+#include <string>
+#include <vector>
+
+#include "platform/files.h"
+#include "providers/olap/storage/bytes.h"
+#include "providers/olap/storage/format.h"
+#include "providers/olap/storage/model.h"
+
+namespace vok::olap {
+
+struct NewMember {
+  MemberId parent = kNoMember;
+  std::string name;
+  std::string caption;
+};
+
+/// Members stand level by level, each level in the order of its parents.
+struct NewHierarchy {
+  std::string dimension_name;
+  std::string name;
+  bool has_all = false;
+  std::vector<Level> levels;
+  std::vector<NewMember> members;
+
+  uint32_t LeafCount() const { return levels.back().members.size(); }
+};
+
+/// Fills the span with a column's values from row `first` on.
+using ColumnSource = std::function<void(uint64_t first, std::span<int64_t> values)>;
+
+struct NewKeyColumn {
+  uint32_t hierarchy = 0;
+  ColumnSource leaves;
+};
+
+struct NewValueColumn {
+  ValueFormat format;
+  /// Scaled integers, or the bits of doubles; 0 for NULL.
+  ColumnSource values;
+  ColumnSource validity;  ///< 1 or 0; only when the format has NULLs
+};
+
+/// Rows in ascending order of the keys, the first column first. Every hierarchy has one key column.
+struct NewFacts {
+  uint64_t rows = 0;
+  std::vector<NewKeyColumn> keys;
+  std::vector<NewValueColumn> values;
+  std::vector<uint32_t> value_of_measure;  ///< index into `values` for each measure
+};
+
+struct NewCube {
+  std::string name;
+  std::string caption;
+  std::vector<Dimension> dimensions;
+  std::vector<NewHierarchy> hierarchies;
+  std::vector<Measure> measures;
+  uint32_t default_measure = 0;
+  uint64_t fact_count = 0;
+};
+
+/// `Finish` commits; without it nothing has happened to the file. Failures are those of
+/// `FileReplacement`.
+class CubeWriter {
+ public:
+  CubeWriter(Files& files, const std::string& path);
+
+  void Add(const NewCube& cube, const NewFacts& facts);
+  /// Returns the file's length in bytes.
+  uint64_t Finish();
+
+ private:
+  void Write(std::string_view bytes);
+  uint32_t AddBlock(std::string_view bytes);
+  void AddSection(SectionTag tag, const ByteWriter& payload);
+  ByteWriter Structure(const NewCube& cube);
+  ByteWriter FactsSection(const NewFacts& facts);
+  std::vector<ChunkEntry> AddColumn(uint64_t rows, const ColumnSource& source);
+
+  std::unique_ptr<FileReplacement> file_;
+  uint64_t position_ = 0;
+  std::vector<BlockEntry> directory_;
+  ByteWriter cubes_;
+  uint32_t cube_count_ = 0;
+};
+
+}  // namespace vok::olap

@@ -1,0 +1,98 @@
+#include "providers/olap/storage/packed_column.h"
+
+#include <algorithm>
+#include <bit>
+
+namespace vok::olap {
+namespace {
+
+/// Any value up to this width lies within the eight bytes that begin where it begins.
+constexpr uint32_t kWidestPacked = 56;
+
+// A block is followed by others or by the footer, so eight bytes can be read from any of its bytes.
+uint64_t LoadWord(const std::byte* from) {
+  uint64_t word;
+  std::memcpy(&word, from, sizeof(word));
+  return word;
+}
+
+uint64_t MaskOf(uint32_t width) { return width == 64 ? ~uint64_t{0} : (uint64_t{1} << width) - 1; }
+
+uint64_t PackedAt(const std::byte* block, uint64_t index, uint32_t width, uint64_t mask) {
+  const uint64_t bit = index * width;
+  return (LoadWord(block + bit / 8) >> (bit % 8)) & mask;
+}
+
+}  // namespace
+
+uint32_t PackedWidth(int64_t low, int64_t high) {
+  const auto width = static_cast<uint32_t>(
+      std::bit_width(static_cast<uint64_t>(high) - static_cast<uint64_t>(low)));
+  return width > kWidestPacked ? 64 : width;
+}
+
+std::string Pack(std::span<const int64_t> values, int64_t low, uint32_t width) {
+  std::string bytes((values.size() * width + 7) / 8 + sizeof(uint64_t), '\0');
+  for (std::size_t index = 0; index < values.size(); ++index) {
+    const uint64_t bit = index * width;
+    const uint64_t packed = static_cast<uint64_t>(values[index]) - static_cast<uint64_t>(low);
+    char* place = bytes.data() + bit / 8;
+    uint64_t word;
+    std::memcpy(&word, place, sizeof(word));
+    word |= packed << (bit % 8);
+    std::memcpy(place, &word, sizeof(word));
+  }
+  bytes.resize((values.size() * width + 7) / 8);
+  return bytes;
+}
+
+PackedColumn::PackedColumn(const BlockStore& blocks, std::span<const ChunkEntry> chunks,
+                           uint64_t rows)
+    : blocks_(&blocks), chunks_(chunks) {
+  uint64_t rest = rows;
+  for (const ChunkEntry& chunk : chunks) {
+    const uint64_t count = std::min<uint64_t>(rest, kChunkRows);
+    rest -= count;
+    const bool constant = chunk.low == chunk.high;
+    if (chunk.low > chunk.high || chunk.width != PackedWidth(chunk.low, chunk.high) ||
+        (constant ? chunk.block != kNoBlock
+                  : chunk.block >= blocks.count() ||
+                        blocks.BlockLength(chunk.block) < (count * chunk.width + 7) / 8)) {
+      throw DamagedCubeFile(blocks.file_name(), "a chunk of facts is not valid");
+    }
+  }
+}
+
+int64_t PackedColumn::At(uint64_t row) const {
+  const ChunkEntry& chunk = ChunkOf(row);
+  if (chunk.width == 0) return chunk.low;
+  const std::byte* block = blocks_->Block(chunk.block).data();
+  return static_cast<int64_t>(static_cast<uint64_t>(chunk.low) +
+                              PackedAt(block, row % kChunkRows, chunk.width, MaskOf(chunk.width)));
+}
+
+template <typename T>
+void PackedColumn::UnpackAs(uint64_t row, std::size_t count, T* values) const {
+  const ChunkEntry& chunk = ChunkOf(row);
+  if (chunk.width == 0) {
+    std::fill_n(values, count, static_cast<T>(chunk.low));
+    return;
+  }
+  const std::byte* block = blocks_->Block(chunk.block).data();
+  const uint64_t low = static_cast<uint64_t>(chunk.low);
+  const uint64_t mask = MaskOf(chunk.width);
+  const uint64_t first = row % kChunkRows;
+  for (std::size_t index = 0; index < count; ++index) {
+    values[index] = static_cast<T>(low + PackedAt(block, first + index, chunk.width, mask));
+  }
+}
+
+void PackedColumn::Unpack(uint64_t row, std::size_t count, int64_t* values) const {
+  UnpackAs(row, count, values);
+}
+
+void PackedColumn::Unpack(uint64_t row, std::size_t count, uint32_t* values) const {
+  UnpackAs(row, count, values);
+}
+
+}  // namespace vok::olap

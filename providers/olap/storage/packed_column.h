@@ -1,0 +1,41 @@
+// A column of integers in chunks, each chunk packed to the bits that its values need.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+#include <span>
+#include <string>
+
+#include "providers/olap/storage/blocks.h"
+#include "providers/olap/storage/format.h"
+
+namespace vok::olap {
+
+/// Bits per value of a chunk whose values lie between `low` and `high`: 0 to 56, or 64.
+uint32_t PackedWidth(int64_t low, int64_t high);
+std::string Pack(std::span<const int64_t> values, int64_t low, uint32_t width);
+
+/// Reads blocks when they are needed. Safe to use from several threads.
+class PackedColumn {
+ public:
+  PackedColumn() = default;
+  /// Failure "damaged" unless every entry fits its block and its rows.
+  PackedColumn(const BlockStore& blocks, std::span<const ChunkEntry> chunks, uint64_t rows);
+
+  const ChunkEntry& ChunkOf(uint64_t row) const { return chunks_[row / kChunkRows]; }
+  std::span<const ChunkEntry> chunks() const { return chunks_; }
+  int64_t At(uint64_t row) const;
+  /// Rows from `row` on, all of one chunk.
+  void Unpack(uint64_t row, std::size_t count, int64_t* values) const;
+  void Unpack(uint64_t row, std::size_t count, uint32_t* values) const;
+
+ private:
+  template <typename T>
+  void UnpackAs(uint64_t row, std::size_t count, T* values) const;
+
+  const BlockStore* blocks_ = nullptr;
+  std::span<const ChunkEntry> chunks_;
+};
+
+}  // namespace vok::olap

@@ -1,0 +1,102 @@
+#include "providers/olap/storage/tally.h"
+
+#include <algorithm>
+#include <bit>
+#include <vector>
+
+#include "providers/olap/storage/exact.h"
+
+namespace vok::olap {
+namespace {
+
+/// How a stored number enters a cell of type `Cell`, and leaves it as a double.
+template <typename CellType>
+struct Decimal {
+  using Cell = CellType;
+  static Cell FromStored(int64_t stored) { return stored; }
+  static double ToDouble(Cell cell, int scale) { return NearestDouble(cell, scale); }
+};
+
+struct Floating {
+  using Cell = long double;  // more digits than the values have keep the error of a sum small
+  static Cell FromStored(int64_t stored) { return std::bit_cast<double>(stored); }
+  static double ToDouble(Cell cell, int) { return static_cast<double>(cell); }
+};
+
+struct Plus {
+  template <typename Cell>
+  static Cell Join(Cell a, Cell b) {
+    return a + b;
+  }
+};
+struct Smaller {
+  template <typename Cell>
+  static Cell Join(Cell a, Cell b) {
+    return std::min(a, b);
+  }
+};
+struct Larger {
+  template <typename Cell>
+  static Cell Join(Cell a, Cell b) {
+    return std::max(a, b);
+  }
+};
+
+template <typename Number, typename Operation>
+class TallyOf : public Tally {
+ public:
+  TallyOf(int scale, std::size_t groups) : scale_(scale), cells_(groups), present_(groups) {}
+
+  void Add(std::span<const uint32_t> groups, std::span<const int64_t> values,
+           std::span<const int64_t> validity) override {
+    for (std::size_t row = 0; row < values.size(); ++row) {
+      if (!validity.empty() && validity[row] == 0) continue;
+      const uint32_t group = groups[row];
+      const Cell value = Number::FromStored(values[row]);
+      cells_[group] =
+          StartsAtZero() || present_[group] ? Operation::Join(cells_[group], value) : value;
+      present_[group] = 1;
+    }
+  }
+
+  FactColumn Result(std::size_t count) const override {
+    FactColumn column{std::vector<double>(count), {present_.begin(), present_.begin() + count}};
+    for (std::size_t group = 0; group < count; ++group) {
+      if (present_[group]) column.values[group] = Number::ToDouble(cells_[group], scale_);
+    }
+    return column;
+  }
+
+ private:
+  using Cell = typename Number::Cell;
+  static constexpr bool StartsAtZero() { return std::is_same_v<Operation, Plus>; }
+
+  int scale_;
+  std::vector<Cell> cells_;
+  std::vector<uint8_t> present_;
+};
+
+template <typename Number>
+std::unique_ptr<Tally> MakeFor(Aggregator aggregator, int scale, std::size_t groups) {
+  switch (aggregator) {
+    case Aggregator::kMin:
+      return std::make_unique<TallyOf<Number, Smaller>>(scale, groups);
+    case Aggregator::kMax:
+      return std::make_unique<TallyOf<Number, Larger>>(scale, groups);
+    default:
+      return std::make_unique<TallyOf<Number, Plus>>(scale, groups);
+  }
+}
+
+}  // namespace
+
+std::unique_ptr<Tally> Tally::Make(Aggregator aggregator, const ValueFormat& format,
+                                   std::size_t groups) {
+  if (format.kind == ValueKind::kDouble) return MakeFor<Floating>(aggregator, 0, groups);
+  const bool is_sum = aggregator == Aggregator::kSum || aggregator == Aggregator::kCount;
+  if (is_sum && !format.is_narrow)
+    return MakeFor<Decimal<Int128>>(aggregator, format.scale, groups);
+  return MakeFor<Decimal<int64_t>>(aggregator, format.scale, groups);
+}
+
+}  // namespace vok::olap
