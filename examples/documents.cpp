@@ -93,7 +93,7 @@ constexpr std::array<Period, kPeriods> kMonths2024 = {{
     {"Dec 2024", "2024-12-01", "2024-12-31"},
 }};
 
-/// Every fifth money set has no quantity: its column is there and stays blank.
+/// Every sixth money set has no quantity: its column is there and stays blank.
 void WriteDataSource(OutputFile* file, const Plan& plan, int ledger) {
   *file << "  {\"SetName\": \"" << LedgerName(ledger) << "\", \"VarnelMDB\": \"host.mdb\", "
         << "\"CubeFile\": \"ledger.cub\", \"CubeName\": \"LedgerQEL\",\n   \"OBS\": \""
@@ -101,7 +101,7 @@ void WriteDataSource(OutputFile* file, const Plan& plan, int ledger) {
         << ", \"MoneySets\": [\n";
   for (int i = 0; i < kMoneySets; ++i) {
     *file << "    {\"MoneySet\": \"" << MoneySetName(i % plan.money_sets)
-          << "\", \"Measure\": \"Amount\", \"Qty\": \"" << (i % 5 == 4 ? "" : "Units Quantity")
+          << "\", \"Measure\": \"Amount\", \"Qty\": \"" << (i % 6 == 5 ? "" : "Units Quantity")
           << "\", \"IsCalculated\": false}" << (i + 1 < kMoneySets ? ",\n" : "\n");
   }
   *file << "   ]}" << (ledger + 1 < plan.ledgers ? ",\n" : "\n");
