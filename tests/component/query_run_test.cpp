@@ -1,0 +1,233 @@
+#include "component/query_run.h"
+
+#include <gmock/gmock.h>
+
+#include "tests/support/component_host.h"
+
+namespace vok::test {
+namespace {
+
+using ::testing::Contains;
+using ::testing::ElementsAre;
+using ::testing::EndsWith;
+using ::testing::HasSubstr;
+using ::testing::IsEmpty;
+using ::testing::Not;
+using ::testing::StartsWith;
+
+/// One row, one column: Q0.
+FakeAnswer OneCell(double value) {
+  const AxisMember column{"Q0", "Q0", "", ""};
+  const AxisMember row{"", "a\tb", "", ""};
+  return {{{{column}}, {{row}}}, {value}};
+}
+
+struct QueryRunTest : ::testing::Test, ComponentHost {
+  QueryRunTest() {
+    SetPeriod(1, 1, 3, true);
+    SetPeriod(2, 4, 4);
+  }
+
+  int32_t Run() { return CubtoXls(host, publics, "Sales", "2010", "out"); }
+
+  /// Answers by the pass: the first two queries after the probe's.
+  void Answer(FakeAnswer first, FakeAnswer second) {
+    cube.answer = [this, first, second](const std::string&) -> FakeAnswer {
+      if (cube.queries.size() == 1) return {{{}, {}}, {}};
+      return cube.queries.size() == 2 ? first : second;
+    };
+  }
+
+  const std::string& LogOf(const std::string& name) {
+    return memory.files.files["component\\" + name + ".log"];
+  }
+
+  std::vector<std::string> Logs() const {
+    std::vector<std::string> logs;
+    for (const auto& [path, content] : memory.files.files) {
+      if (path.ends_with(".log")) logs.push_back(path.substr(path.find('\\') + 1));
+    }
+    return logs;
+  }
+
+  std::vector<std::string> OpenedOrAdded() const {
+    std::vector<std::string> found;
+    for (const std::string& line : sheets.record.lines) {
+      if (line == "add" || line.starts_with("open")) found.push_back(line);
+    }
+    return found;
+  }
+
+  Publics publics;
+};
+
+TEST_F(QueryRunTest, WithoutOpeningBalancesOneQueryIsLoggedRunAndWritten) {
+  Answer(OneCell(5), {});
+  ASSERT_EQ(Run(), 0);
+  ASSERT_EQ(cube.queries.size(), 2u);
+  EXPECT_THAT(cube.queries[1], EndsWith("[All].[Ledger1])"));
+  EXPECT_THAT(Logs(), ElementsAre("MdxQry.log"));
+  EXPECT_THAT(LogOf("MdxQry"), StartsWith("\r\n\r\nWITH MEMBER [DATE].[Q0] AS \r\n'("));
+  EXPECT_THAT(OpenedOrAdded(), ElementsAre("add"));
+  EXPECT_EQ(sheets.record.blocks[0].At(2, 12), Value(5.0));
+  EXPECT_EQ(publics.last_run.workbook, "out.xlsX");
+  EXPECT_EQ(publics.last_run.rows, 1u);
+  EXPECT_THAT(memory.boxes.boxes, IsEmpty());
+  EXPECT_EQ(cube.open_cellsets, 0);
+  EXPECT_EQ(cube.connection_calls.back(), "close");
+}
+
+TEST_F(QueryRunTest, TheOpeningBalancePassAppends) {
+  AddOpeningBalance();
+  Answer(OneCell(5), OneCell(6));
+  ASSERT_EQ(Run(), 0);
+  EXPECT_THAT(Logs(), ElementsAre("MdxQry0.log", "MdxQry1.log"));
+  EXPECT_THAT(cube.queries[1], EndsWith("[Opening_Balance].[All].[1])"));
+  EXPECT_THAT(cube.queries[1], HasSubstr("[DATE].[m1]"));
+  EXPECT_THAT(cube.queries[2], EndsWith("[Opening_Balance].[All].[0])"));
+  EXPECT_THAT(cube.queries[2], Not(HasSubstr("[DATE].[m1]")));
+  EXPECT_THAT(OpenedOrAdded(), ElementsAre("add", "open out.xlsX"));
+  EXPECT_EQ(sheets.record.blocks[0].rows, 2u);
+  EXPECT_EQ(sheets.record.blocks[25].rows, 1u);
+  EXPECT_EQ(sheets.record.blocks[25].At(1, 12), Value(6.0));
+  EXPECT_EQ(publics.last_run.rows, 2u);
+}
+
+TEST_F(QueryRunTest, WithoutAWorkbookOfTheFirstPassTheSecondWritesAsAFirst) {
+  AddOpeningBalance();
+  Answer({{{}, {}}, {}}, OneCell(6));
+  ASSERT_EQ(Run(), 0);
+  EXPECT_THAT(OpenedOrAdded(), ElementsAre("add"));
+  EXPECT_EQ(sheets.record.blocks[0].At(2, 12), Value(6.0));
+}
+
+TEST_F(QueryRunTest, NoPeriodThatAsksForOpeningBalancesMeansOnePass) {
+  AddOpeningBalance();
+  SetPeriod(1, 1, 3, false);
+  Answer(OneCell(5), {});
+  ASSERT_EQ(Run(), 0);
+  EXPECT_THAT(Logs(), ElementsAre("MdxQry1.log"));
+  EXPECT_EQ(cube.queries.size(), 2u);
+}
+
+TEST_F(QueryRunTest, PassesWithoutPeriodsAreLoggedAsSuch) {
+  database.tables["Periods"][0] = {{"SetName", "2010"}, {"includeOpenBalans3", true}};
+  EXPECT_EQ(Run(), 0);
+  EXPECT_EQ(LogOf("MdxQry"), "\r\n\r\nNo valid MDX\r\n");
+  AddOpeningBalance();
+  EXPECT_EQ(Run(), 0);
+  EXPECT_EQ(LogOf("MdxQry1"), "\r\n\r\nNo valid MDX\r\n");
+  EXPECT_EQ(LogOf("MdxQry0"), "\r\n\r\nNo valid MDX\r\n");
+  EXPECT_THAT(sheets.record.lines, IsEmpty());
+  EXPECT_FALSE(publics.settings.periods.Period(3).IncludeOpenBalance);
+}
+
+TEST_F(QueryRunTest, AnAxisWithoutPositionsWritesNoWorkbook) {
+  const FakeAnswer full = OneCell(1);
+  const FakeAnswer cases[] = {{{{}, full.axes[1]}, {}}, {{full.axes[0], {}}, {}}};
+  for (const FakeAnswer& answer : cases) {
+    cube.queries.clear();
+    Answer(answer, {});
+    EXPECT_EQ(Run(), 0);
+    EXPECT_THAT(sheets.record.lines, IsEmpty());
+    EXPECT_EQ(publics.last_run.workbook, "");
+  }
+}
+
+TEST_F(QueryRunTest, EveryEndHasItsCode) {
+  const struct {
+    const char* name;
+    std::function<void(QueryRunTest&)> spoil;
+    int32_t code;
+    const char* report;  ///< part of the last box, nullptr for none
+  } cases[] = {
+      {"no database", [](auto& t) { t.memory.files.files.erase("component\\CubToQel.mdb"); }, 1111,
+       "Error : 1111\r\n\r\nDatabase not Found\r\n\r\nFunction : CubtoXls\r\nModule : ModCubtoXls"},
+      {"no such data source", [](auto& t) { t.database.tables["DataSourceInfo"].clear(); }, 2222,
+       "Datasource Definition: Sales  Not Found!!"},
+      {"no connection", [](auto& t) { t.cube.on_open = [] { throw Failure(53, "no cube file"); }; },
+       3333, "Function : OpenConnection"},
+      {"no dates", [](auto& t) { t.cube.dimensions.pop_back(); }, 4444,
+       "Function : GetMaxDateAndOpBalance"},
+      {"unknown measure of a money set without a period",
+       [](auto& t) { t.Money()["Measure12"] = "Amounts"; }, 5555, nullptr},
+      {"only the list's empty element matches", [](auto& t) { t.Money()["Measure0"] = ""; }, 5555,
+       nullptr},
+      {"measure in other letters", [](auto& t) { t.Money()["Measure3"] = "uNITS"; }, 0, nullptr},
+      {"query refused",
+       [](auto& t) {
+         t.cube.answer = [&t](const auto&) -> FakeAnswer {
+           if (t.cube.queries.size() > 1) throw Failure(-2147217900, "line 3, column 7");
+           return {{{}, {}}, {}};
+         };
+       },
+       -2147217900, "line 3, column 7\r\n\r\nFunction : CubtoXls"},
+      {"three axes",
+       [](auto& t) {
+         t.Answer({{{{}}, {{}}, {}}, {}}, {});
+       },
+       445, "Function : CubtoXls"},
+      {"workbook refused",
+       [](auto& t) {
+         t.Answer(OneCell(1), {});
+         t.sheets.record.failing = "save out.xlsX 51";
+       },
+       1004, "Function : CubtoXls"},
+      {"log refused", [](auto& t) { t.memory.files.refused.insert("component\\MdxQry.log"); }, 75,
+       "Function : CubtoXls"},
+  };
+  struct Case : QueryRunTest {
+    void TestBody() override {}
+  };
+  for (const auto& c : cases) {
+    Case run;
+    run.memory.files.files["out.xlsX"] = "old";
+    c.spoil(run);
+    EXPECT_EQ(run.Run(), c.code) << c.name;
+    EXPECT_FALSE(run.memory.files.files.contains("out.xlsX")) << c.name;
+    EXPECT_EQ(run.memory.boxes.boxes.empty(), c.report == nullptr) << c.name;
+    if (c.report == nullptr) continue;
+    EXPECT_THAT(run.memory.boxes.boxes.back().text, HasSubstr(c.report)) << c.name;
+  }
+}
+
+TEST_F(QueryRunTest, AnOldWorkbookThatStaysIsToldBeforeAnythingElse) {
+  memory.files.files["out.xlsX"] = "old";
+  memory.files.refused.insert("out.xlsX");
+  memory.files.files.erase("component\\CubToQel.mdb");
+  EXPECT_EQ(Run(), 75);
+  EXPECT_THAT(cube.connection_calls, IsEmpty());
+  EXPECT_EQ(memory.files.files["out.xlsX"], "old");
+}
+
+TEST_F(QueryRunTest, EachRunStartsItsListsAfresh) {
+  Answer(OneCell(5), {});
+  ASSERT_EQ(Run(), 0);
+  cube.queries.clear();
+  ASSERT_EQ(Run(), 0);
+  EXPECT_THAT(publics.cube.CubeMeasures, ElementsAre(Value(), Value("Amount"), Value("Units")));
+  EXPECT_EQ(publics.last_run.rows, 1u);
+}
+
+/// Advances by a millisecond each time it is asked.
+struct TickingClock : FixedClock {
+  uint32_t Milliseconds() const override { return ++ticks; }
+  mutable uint32_t ticks = 0xFFFFFFF8;
+};
+
+TEST_F(QueryRunTest, StepsAreTimedAlsoWhenTheClockWraps) {
+  const TickingClock ticking;
+  TickingClock clock = ticking;
+  const Host timed{host.component, memory.files, memory.registry, memory.locale, clock,
+                   memory.boxes,   database,     services,        sheets};
+  Answer(OneCell(5), {});
+  ASSERT_EQ(CubtoXls(timed, publics, "Sales", "2010", "out"), 0);
+  const RunReport& report = publics.last_run;
+  for (const uint32_t step :
+       {report.settings, report.cube, report.mdx, report.grid, report.writing}) {
+    EXPECT_EQ(step, 1u);
+  }
+}
+
+}  // namespace
+}  // namespace vok::test

@@ -1,0 +1,127 @@
+#include "component/workbook_writer.h"
+
+#include <gmock/gmock.h>
+
+#include "tests/support/component_host.h"
+
+namespace vok::test {
+namespace {
+
+using ::testing::Contains;
+using ::testing::ElementsAreArray;
+using ::testing::HasSubstr;
+using Lines = std::vector<std::string>;
+
+struct WorkbookWriterTest : ::testing::Test, ComponentHost {
+  WorkbookWriterTest() {
+    periods.Period(1).PeriodName = "Jan 2016";
+    periods.Period(12).PeriodName = "Dec";
+    grid.At(1, 1) = "0";
+  }
+
+  void Write(bool append) { Arrtoxls(host, grid, "out", append, periods); }
+
+  /// The lines of the opening steps, those of the 24 labels, and those of the saving.
+  static Lines WithLabels(Lines opening, const Lines& saving) {
+    for (int column = 12; column <= 35; ++column) {
+      opening.push_back("formula 1," + std::to_string(column));
+    }
+    opening.insert(opening.end(), saving.begin(), saving.end());
+    return opening;
+  }
+
+  const Lines saving{"save out.xlsX 51", "updating on", "alerts on", "quit", "release"};
+  PeriodSet periods;
+  CellBlock grid{2, 13};
+};
+
+TEST_F(WorkbookWriterTest, WritesANewWorkbookInOrder) {
+  Write(false);
+  EXPECT_THAT(sheets.record.lines,
+              ElementsAreArray(WithLabels({"create", "alerts off", "version", "add", "select 1",
+                                           "name Data", "format A:K @", "formula 1,1"},
+                                          saving)));
+  EXPECT_EQ(sheets.record.blocks[0].columns, 13u);
+  EXPECT_EQ(sheets.record.blocks[1].At(1, 1), Value("Q1>Jan 2016"));
+}
+
+TEST_F(WorkbookWriterTest, AppendsBelowTheRowsOfTheDataSheet) {
+  sheets.record.sheets = {"Sheet1", "DATA", "Data2", "data"};
+  sheets.record.region_rows = 7;
+  memory.files.files["out.xlsX"] = "first";
+  Write(true);
+  EXPECT_THAT(sheets.record.lines,
+              ElementsAreArray(WithLabels({"create", "alerts off", "version", "open out.xlsX",
+                                           "select 2", "select 4", "region A1", "formula 8,1"},
+                                          saving)));
+  EXPECT_TRUE(memory.files.files.contains("out.xlsX"));
+}
+
+TEST_F(WorkbookWriterTest, StaysOnTheActiveSheetWhenThereIsNoDataSheet) {
+  sheets.record.sheets = {"Sheet1"};
+  Write(true);
+  EXPECT_EQ(sheets.record.lines[4], "region A1");
+}
+
+TEST_F(WorkbookWriterTest, NewerVersionsAreToldTheFormat) {
+  const struct {
+    const char* version;
+    const char* save;
+  } cases[] = {{"16.0", "save out.xlsX 51"},
+               {"12.0", "save out.xlsX 51"},
+               {"11.0", "save out.xlsX 0"},
+               {"9", "save out.xlsX 0"}};
+  for (const auto& c : cases) {
+    sheets.record.lines.clear();
+    sheets.record.version = c.version;
+    Write(false);
+    EXPECT_THAT(sheets.record.lines, Contains(c.save)) << c.version;
+  }
+}
+
+TEST_F(WorkbookWriterTest, LabelsNameAllTwelvePeriods) {
+  const auto labels = PeriodLabels(periods);
+  EXPECT_EQ(labels[0], "Q1>Jan 2016");
+  EXPECT_EQ(labels[1], "M1>Jan 2016");
+  EXPECT_EQ(labels[12], "Q7>");
+  EXPECT_EQ(labels[23], "M12>Dec");
+}
+
+TEST_F(WorkbookWriterTest, FailuresLetTheProgramGoAreReportedAndThrownOn) {
+  for (const char* failing :
+       {"alerts off", "add", "formula 1,1", "formula 1,35", "save out.xlsX 51", "quit"}) {
+    sheets.record.lines.clear();
+    sheets.record.failing = failing;
+    memory.boxes.boxes.clear();
+    try {
+      Write(false);
+      FAIL() << failing;
+    } catch (const Failure& failure) {
+      EXPECT_EQ(failure.number(), failure_number::kAutomation) << failing;
+    }
+    EXPECT_EQ(sheets.record.lines.back(), "release") << failing;
+    ASSERT_EQ(memory.boxes.boxes.size(), 1u) << failing;
+    EXPECT_THAT(memory.boxes.boxes[0].text, HasSubstr("Function : Arrtoxls\r\nModule : ModXls"));
+  }
+}
+
+TEST_F(WorkbookWriterTest, AnOldWorkbookGoesBeforeAnythingIsWritten) {
+  memory.files.files["out.xlsX"] = "old";
+  Write(false);
+  EXPECT_FALSE(memory.files.files.contains("out.xlsX"));
+
+  memory.files.files["out.xlsX"] = "old";
+  memory.files.refused.insert("out.xlsX");
+  sheets.record.lines.clear();
+  EXPECT_THROW(Write(false), Failure);
+  EXPECT_EQ(sheets.record.lines, (Lines{"create", "release"}));
+  EXPECT_EQ(memory.files.files["out.xlsX"], "old");
+}
+
+TEST_F(WorkbookWriterTest, ADirectoryInTheWayIsAFailure) {
+  memory.files.folders.insert("out.xlsX");
+  EXPECT_THROW(DeleteOldWorkbook(memory.files, "out.xlsX"), Failure);
+}
+
+}  // namespace
+}  // namespace vok::test
