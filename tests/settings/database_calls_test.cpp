@@ -163,7 +163,7 @@ TEST_F(DatabaseCallsTest, AFailureOfCreateDbIsShownAndEndsItsStep) {
   };
   for (const auto& [failing, title, count, exists] : cases) {
     if (exists) memory.files.files["/s\\CubToQel.mdb"] = "";
-    database.record = {{}, {{"MoneySetsMeasures", 28}}, failing, {}};
+    database.record = {{}, {{"MoneySetsMeasures", 28}}, failing};
     memory.boxes.boxes.clear();
     CreateDB(host, environment, "/s");
     EXPECT_EQ(lines.size(), count) << failing;
@@ -188,7 +188,7 @@ TEST_F(DatabaseCallsTest, AnOlderFileGetsTheColumnsThatItLacks) {
       {"Periods", 5, 5, 5},
   };
   for (const auto& [table, columns, after_create, after_qty] : cases) {
-    database.record = {{}, {{table, columns}}, "", {}};
+    database.record = {{}, {{table, columns}}, ""};
     for (int time = 0; time < 2; ++time) {
       CreateDB(host, environment, "/s");
       EXPECT_EQ(database.record.tables[table], after_create) << table << columns;
@@ -275,7 +275,7 @@ TEST_F(DatabaseCallsTest, ASaveThatFailsIsUndoneAndNamesItsSet) {
   setting.SetName = "S";
   for (const char* failing :
        {"execute -1", "add", "Qty12=", "update", "open 'MoneySetsMeasures' -1 -1 -1", "commit"}) {
-    database.record = {{}, {{"MoneySetsMeasures", 54}}, failing, {}};
+    database.record = {{}, {{"MoneySetsMeasures", 54}}, failing};
     try {
       SaveDataSource(host, environment, setting);
       ADD_FAILURE() << failing;
