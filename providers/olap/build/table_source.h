@@ -1,0 +1,59 @@
+// The tables that a cube is built from: a folder of CSV files, or a SQLite database.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/files.h"
+
+namespace vok::olap {
+
+struct Field {
+  std::string_view text;
+  bool is_null = false;
+};
+
+/// Reads some columns of a table, row by row. Failures name the file, the line (or row) and what is
+/// wrong with it.
+class TableReader {
+ public:
+  virtual ~TableReader() = default;
+  /// False after the last row.
+  virtual bool Next() = 0;
+  /// The current row, in the order of the columns asked for. Valid until the next call of `Next`.
+  virtual std::span<const Field> Fields() const = 0;
+  /// "/data/orders.csv, line 12".
+  virtual std::string Place() const = 0;
+  /// The current line or row, as `Place` names it.
+  virtual uint64_t Line() const = 0;
+  /// How far the reading is, 0 to 1.
+  virtual double Done() const = 0;
+  /// A guess at the number of rows, never far too small.
+  virtual uint64_t RowEstimate() const = 0;
+};
+
+class TableSource {
+ public:
+  virtual ~TableSource() = default;
+  /// Failures: no such table, no such column; both list what there is.
+  virtual std::unique_ptr<TableReader> Open(const std::string& table,
+                                            const std::vector<std::string>& columns) const = 0;
+};
+
+/// `path` is a folder or a SQLite database. Failure 53 when it is neither there, -2147467259 when
+/// it is something else. `files` outlives the result.
+std::unique_ptr<TableSource> OpenTableSource(const Files& files, const std::string& path);
+
+/// Both are chosen among by `OpenTableSource`.
+std::unique_ptr<TableSource> OpenCsvFolder(const Files& files, const std::string& path);
+std::unique_ptr<TableSource> OpenSqliteDatabase(const Files& files, const std::string& path);
+
+/// Where each of `wanted` stands in `there`. Failure: not there, naming the column and the table.
+std::vector<std::size_t> PlacesOf(const std::vector<std::string>& wanted,
+                                  const std::vector<std::string>& there, const std::string& table);
+
+}  // namespace vok::olap

@@ -1,0 +1,49 @@
+// The values of one measure column while the facts are read.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "providers/olap/build/table_source.h"
+#include "providers/olap/storage/format.h"
+#include "providers/olap/storage/model.h"
+
+namespace vok::olap {
+
+/// Keeps decimal values as integers of one scale, the largest that came; all of them turn into
+/// doubles when one does not fit. Counts are 1 or 0.
+class ValueColumn {
+ public:
+  explicit ValueColumn(Aggregator aggregator) : aggregator_(aggregator) {}
+
+  void Reserve(uint64_t rows) { values_.reserve(rows); }
+  /// False when the text is no number, or one that no double holds.
+  bool Add(const Field& field);
+
+  ValueFormat Format() const;
+  /// Joins and reorders: row i of the result is made of rows `order[starts[i]]` up to
+  /// `order[starts[i + 1]]`. Only columns that `CanJoin` are given more than one.
+  void Arrange(const std::vector<uint32_t>& order, const std::vector<uint32_t>& starts);
+  /// Whether joining values loses nothing.
+  bool CanJoin() const;
+
+  int64_t At(uint64_t row) const { return values_[row]; }
+  bool IsNull(uint64_t row) const { return !nulls_.empty() && nulls_[row]; }
+
+ private:
+  bool AddNumber(std::string_view text);
+  bool RaiseScale(uint8_t scale);
+  void TurnIntoDoubles();
+  void AddNull();
+  int64_t Joined(int64_t a, int64_t b) const;
+
+  Aggregator aggregator_;
+  ValueKind kind_ = ValueKind::kDecimal;
+  uint8_t scale_ = 0;
+  std::vector<int64_t> values_;
+  std::vector<bool> nulls_;  // empty while there is none
+};
+
+}  // namespace vok::olap

@@ -1,0 +1,59 @@
+// Cubes for tests, built from texts: a schema and CSV tables.
+#pragma once
+
+#include <map>
+#include <memory>
+#include <string>
+
+#include "providers/olap/build/build_cube.h"
+#include "providers/olap/storage/cube_file.h"
+
+namespace vok::test {
+
+/// A new folder, removed with all that is in it at the end.
+class TemporaryFolder {
+ public:
+  TemporaryFolder();
+  ~TemporaryFolder();
+  TemporaryFolder(const TemporaryFolder&) = delete;
+  TemporaryFolder& operator=(const TemporaryFolder&) = delete;
+  const std::string& path() const { return path_; }
+  std::string File(const std::string& name) const { return path_ + "/" + name; }
+
+ private:
+  std::string path_;
+};
+
+struct CubeTexts {
+  std::string schema;
+  std::map<std::string, std::string> tables;  ///< by name, without ".csv"
+};
+
+/// The texts written into a folder and built; the file stays open with it.
+class BuiltCube {
+ public:
+  explicit BuiltCube(const CubeTexts& texts);
+
+  const olap::CubeFile& file() const { return *file_; }
+  std::shared_ptr<const olap::CubeFile> shared_file() const { return file_; }
+  const olap::StoredCube& cube() const { return file_->cubes().front(); }
+  const olap::BuildReport& report() const { return report_; }
+  std::string path() const { return folder_.File("sample.cub"); }
+
+ private:
+  TemporaryFolder folder_;
+  olap::BuildReport report_;
+  std::shared_ptr<const olap::CubeFile> file_;
+};
+
+/// Writes the texts into the folder and builds "sample.cub" there.
+olap::BuildReport BuildInto(const TemporaryFolder& folder, const CubeTexts& texts);
+
+/// A small ledger, cube "QEL": Date (All, Year, Quarter, Month; January 2009 to June 2010), QeL
+/// (named QeL, no All, 6 lines with TABs in their captions, the last without facts), ActX with
+/// hierarchy xlFile (All, Ledger, File; 2 ledgers with 3 files), Opening_Balance (All; 0 and 1),
+/// MoneySet (All; EUR, NIS, USD). Measures Amount (default), Units (some NULL) and Facts, a count.
+/// Facts are 240 rows that a formula gives; some rows cancel to 0.
+CubeTexts SampleLedger();
+
+}  // namespace vok::test
