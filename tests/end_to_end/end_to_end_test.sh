@@ -92,6 +92,11 @@ for book in "${books[@]}"; do
   read_with_openpyxl "$book" > "$name.openpyxl.csv" || fail "openpyxl cannot read $book"
   "$compare" "$name.csv" "$name.openpyxl.csv" || fail "$book as openpyxl reads it"
   "$compare" "$name.csv" "office-csv/$name.csv" 15 || fail "$book as LibreOffice reads it"
+  # A comparison that finds nothing must be able to find something.
+  sed '2s/"0"/"1"/' "$name.csv" > "$name.changed.csv"
+  if "$compare" "$name.changed.csv" "$name.openpyxl.csv" > /dev/null; then
+    fail "$book: a changed cell went unnoticed"
+  fi
 done
 echo "$number runs, ${#books[@]} workbooks, $failures failures"
 ((failures == 0))
