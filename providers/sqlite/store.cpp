@@ -1,0 +1,199 @@
+#include "providers/sqlite/store.h"
+
+#include <sqlite3.h>
+
+#include <algorithm>
+#include <climits>
+#include <utility>
+
+#include "platform/failure.h"
+#include "providers/sqlite/query.h"
+#include "providers/sqlite/store_failure.h"
+
+namespace vok {
+namespace {
+
+constexpr int kApplicationId = 0x566F6B51;  // "VokQ"
+constexpr int kVersion = 1;                 // of the store's own layout
+constexpr int kLongestValue = 1'000'000;    // bytes of a row, a text, a statement
+constexpr std::size_t kJetMarkAt = 4;
+constexpr std::string_view kJetMarks[] = {"Standard Jet DB", "Standard ACE DB"};
+
+int CompareNoCase(void* locale, int size_a, const void* a, int size_b, const void* b) noexcept {
+  const std::string_view text_a(static_cast<const char*>(a), static_cast<std::size_t>(size_a));
+  const std::string_view text_b(static_cast<const char*>(b), static_cast<std::size_t>(size_b));
+  const auto& fold = *static_cast<const Locale*>(locale);
+  return fold.FoldCase(text_a).compare(fold.FoldCase(text_b));
+}
+
+bool IsJetFile(const MappedFile& file) {
+  const auto bytes = file.Bytes();
+  const std::string_view text(reinterpret_cast<const char*>(bytes.data()), bytes.size());
+  if (text.size() < kJetMarkAt) return false;
+  return std::any_of(std::begin(kJetMarks), std::end(kJetMarks), [&](std::string_view mark) {
+    return text.substr(kJetMarkAt).starts_with(mark);
+  });
+}
+
+// The store takes some names for more than a path: none of them begins with "/" or "./".
+std::string PlainPath(const std::string& native) {
+  return native.starts_with('/') ? native : "./" + native;
+}
+
+void CheckExists(const Files& files, const std::string& path) {
+  const std::string native = files.NativePath(path);
+  if (files.IsDirectory(path)) ThrowUnusable(native, "it is a folder. Give the name of the file.");
+  if (!files.Exists(path)) {
+    ThrowUnusable(native, "could not find the file. Check the settings folder and the name.");
+  }
+}
+
+// The store's own words for what it cannot read are poor, and it would look for a journal first.
+void CheckIsNoJetFile(const Files& files, const std::string& path) {
+  if (!IsJetFile(*files.Map(path))) return;
+  ThrowUnusable(
+      files.NativePath(path),
+      "it is a Jet database, as the Windows version keeps its settings in. It was left "
+      "as it is, for there is no engine here that can read it safely. Export its settings "
+      "on Windows and import them into another settings folder.");
+}
+
+}  // namespace
+
+SqliteStore::SqliteStore(const Locale& locale, std::string file)
+    : locale_(locale), file_(std::move(file)) {}
+
+std::shared_ptr<SqliteStore> SqliteStore::Open(Files& files, const Locale& locale,
+                                               const std::string& path, int32_t timeout) {
+  CheckExists(files, path);
+  CheckIsNoJetFile(files, path);
+  std::shared_ptr<SqliteStore> store(new SqliteStore(locale, PlainPath(files.NativePath(path))));
+  store->OpenHandle(SQLITE_OPEN_READWRITE, timeout);
+  store->CheckIsOurs();
+  store->CheckIsWhole();
+  return store;
+}
+
+std::shared_ptr<SqliteStore> SqliteStore::Create(Files& files, const Locale& locale,
+                                                 const std::string& path, int32_t timeout) {
+  const std::string native = files.NativePath(path);
+  const auto refuse = [&] { ThrowUnusable(native, "it exists already and was left as it is."); };
+  if (files.Exists(path) || files.IsDirectory(path)) refuse();
+  std::shared_ptr<SqliteStore> store(new SqliteStore(locale, PlainPath(native)));
+  store->OpenHandle(SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE, timeout);
+  WriteScope scope(*store);
+  if (store->Number("PRAGMA page_count") > 0) refuse();  // another process was faster
+  store->Execute("PRAGMA application_id = " + std::to_string(kApplicationId));
+  store->Execute("PRAGMA user_version = " + std::to_string(kVersion));
+  store->Execute(
+      "CREATE TABLE vok_columns (table_name TEXT NOT NULL COLLATE vok_nocase, column_name TEXT NOT "
+      "NULL COLLATE vok_nocase, type INT NOT NULL, size INT NOT NULL, nullable INT NOT NULL, "
+      "UNIQUE (table_name, column_name)) STRICT");
+  scope.Commit();
+  return store;
+}
+
+void SqliteStore::OpenHandle(int flags, int32_t timeout) {
+  const int code =
+      sqlite3_open_v2(file_.c_str(), &database_, flags | SQLITE_OPEN_EXRESCODE, nullptr);
+  SetTimeout(timeout);
+  if (code != SQLITE_OK) Throw(code);
+  sqlite3_limit(database_, SQLITE_LIMIT_LENGTH, kLongestValue);
+  sqlite3_limit(database_, SQLITE_LIMIT_SQL_LENGTH, kLongestValue);
+  sqlite3_db_config(database_, SQLITE_DBCONFIG_DEFENSIVE, 1, nullptr);
+  sqlite3_db_config(database_, SQLITE_DBCONFIG_TRUSTED_SCHEMA, 0, nullptr);
+  auto* locale = const_cast<Locale*>(&locale_);
+  if (const int made = sqlite3_create_collation_v2(database_, "vok_nocase", SQLITE_UTF8, locale,
+                                                   CompareNoCase, nullptr);
+      made != SQLITE_OK) {
+    Throw(made);
+  }
+  Execute("PRAGMA synchronous = FULL");
+}
+
+// An empty file may be one that another process is making just now: its lock is waited for.
+void SqliteStore::CheckIsOurs() {
+  if (Number("PRAGMA page_count") == 0) {
+    const WriteScope scope(*this);
+    if (Number("PRAGMA page_count") == 0) {
+      ThrowUnusable(file_, "it is empty. Move it away, and a new one will be made.");
+    }
+  }
+  if (Number("PRAGMA application_id") != kApplicationId) {
+    ThrowUnusable(file_, "it is a database of another program. It was left as it is.");
+  }
+  if (Number("PRAGMA user_version") != kVersion) {
+    ThrowUnusable(file_, "it was made by another version of this program. Use that one.");
+  }
+}
+
+void SqliteStore::CheckIsWhole() {
+  Query check(*this, "PRAGMA quick_check(1)");
+  if (!check.Step() || check.Text(0) != "ok") Throw(SQLITE_CORRUPT);
+}
+
+void SqliteStore::Close() noexcept {
+  sqlite3_close_v2(database_);
+  database_ = nullptr;
+}
+
+sqlite3* SqliteStore::Handle() const {
+  if (!IsOpen()) {
+    throw Failure(
+        failure_number::kObjectClosed,
+        "Operation is not allowed when the object is closed: the connection to \"" + file_ + "\"");
+  }
+  return database_;
+}
+
+void SqliteStore::SetTimeout(int32_t seconds) {
+  timeout_ = std::max<int32_t>(seconds, 0);
+  const int64_t milliseconds = timeout_ == 0 ? INT_MAX : int64_t{timeout_} * 1000;
+  sqlite3_busy_timeout(database_, static_cast<int>(std::min<int64_t>(milliseconds, INT_MAX)));
+}
+
+void SqliteStore::Execute(const std::string& sql) {
+  Query query(*this, sql);
+  while (query.Step()) {
+  }
+}
+
+int64_t SqliteStore::Number(const std::string& sql) {
+  Query query(*this, sql);
+  return query.Step() ? query.Integer(0) : 0;
+}
+
+bool SqliteStore::InTransaction() const { return sqlite3_get_autocommit(Handle()) == 0; }
+
+void SqliteStore::RollBack() noexcept {
+  if (IsOpen() && sqlite3_get_autocommit(database_) == 0) {
+    sqlite3_exec(database_, "ROLLBACK", nullptr, nullptr, nullptr);
+  }
+}
+
+void SqliteStore::Throw(int code) const { ThrowStoreFailure(database_, code, file_, timeout_); }
+
+WriteScope::WriteScope(SqliteStore& store) : store_(store), owns_(!store.InTransaction()) {
+  if (owns_) store_.Execute("BEGIN IMMEDIATE");
+}
+
+WriteScope::~WriteScope() {
+  if (owns_) store_.RollBack();
+}
+
+void WriteScope::Commit() {
+  if (!owns_) return;
+  store_.Execute("COMMIT");
+  owns_ = false;
+}
+
+std::string Quoted(std::string_view name) {
+  std::string quoted = "\"";
+  for (const char c : name) {
+    if (c == '"') quoted += c;
+    quoted += c;
+  }
+  return quoted + "\"";
+}
+
+}  // namespace vok
