@@ -1,0 +1,37 @@
+// What the readers of a workbook's parts share: how they fail, and how they say that something they
+// passed over would be lost by a save.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace vok::xlsx {
+
+class PartContext {
+ public:
+  /// `unkept` is the workbook's list and must outlive this.
+  PartContext(std::string path, std::string part, std::vector<std::string>& unkept);
+
+  const std::string& path() const { return path_; }
+  const std::string& part() const { return part_; }
+
+  /// Failure 1004 that names the file and the part.
+  [[noreturn]] void Fail(std::string_view why) const;
+  /// Notes, once, that the part holds something that is not kept.
+  void Lose(std::string_view what);
+  /// The element of that name is not kept.
+  void LoseElement(std::string_view name) { Lose("<" + std::string(name) + ">"); }
+
+  /// The attribute as a number of at most `most`; `missing` when it is not there.
+  uint32_t Count(std::string_view name, std::string_view text, uint32_t missing,
+                 uint32_t most) const;
+
+ private:
+  std::string path_;
+  std::string part_;
+  std::vector<std::string>& unkept_;
+};
+
+}  // namespace vok::xlsx

@@ -1,0 +1,60 @@
+// The part that holds every different text of a workbook once.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "providers/xlsx/byte_buffer.h"
+#include "providers/xlsx/part_context.h"
+#include "providers/xlsx/text_pool.h"
+
+namespace vok::xlsx {
+
+/// The order in which the cells of a file meet the texts: only texts in use get into the part.
+class TextOrder {
+ public:
+  explicit TextOrder(const TextPool& pool) : places_(pool.size(), kNone) {}
+
+  /// Where the text stands in the part.
+  uint32_t Use(uint32_t text) {
+    ++uses_;
+    uint32_t& place = places_[text];
+    if (place == kNone) {
+      place = static_cast<uint32_t>(order_.size());
+      order_.push_back(text);
+    }
+    return place;
+  }
+  const std::vector<uint32_t>& order() const { return order_; }
+  uint64_t uses() const { return uses_; }
+
+ private:
+  static constexpr uint32_t kNone = 0xFFFFFFFF;
+  std::vector<uint32_t> places_;
+  std::vector<uint32_t> order_;
+  uint64_t uses_ = 0;
+};
+
+/// The text of a <si> or <is> element while its XML is read.
+class StringItem {
+ public:
+  void Begin();
+  void Start(std::string_view name, PartContext& context);
+  void End(std::string_view name);
+  void Characters(std::string_view characters, const PartContext& context);
+  /// The number of the finished text in `pool`. A text beyond `kMaxTextUnits` is a failure.
+  uint32_t Finish(TextPool& pool, const PartContext& context);
+
+ private:
+  std::string text_;
+  bool in_text_ = false;
+  bool in_phonetic_ = false;
+};
+
+void AppendSharedStrings(ByteBuffer& xml, const TextPool& pool, const TextOrder& order);
+/// The texts' numbers in `pool`, in the part's order.
+std::vector<uint32_t> ReadSharedStrings(std::string_view xml, TextPool& pool, PartContext& context);
+
+}  // namespace vok::xlsx

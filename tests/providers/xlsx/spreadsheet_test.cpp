@@ -1,0 +1,255 @@
+#include <gmock/gmock.h>
+
+#include <limits>
+
+#include "platform/failure.h"
+#include "platform/text.h"
+#include "providers/xlsx/text_rules.h"
+#include "providers/xlsx/xlsx_spreadsheet.h"
+#include "tests/support/memory_host.h"
+#include "workbook_tools.h"
+
+namespace vok::xlsx {
+namespace {
+
+using testing::AllOf;
+using testing::HasSubstr;
+
+class SpreadsheetTest : public testing::Test {
+ protected:
+  std::unique_ptr<SpreadsheetApplication> Start() {
+    return XlsxSpreadsheet(files_).NewApplication();
+  }
+
+  std::unique_ptr<SpreadsheetApplication> StartNew() {
+    auto application = Start();
+    application->AddWorkbook();
+    return application;
+  }
+
+  static void SetCell(SpreadsheetApplication& application, std::size_t row, std::size_t column,
+                      Value value) {
+    CellBlock block(1, 1);
+    block.At(1, 1) = std::move(value);
+    application.SetFormula(row, column, block);
+  }
+
+  std::map<std::string, std::string> Saved(SpreadsheetApplication& application) {
+    application.SaveAs("book.xlsX", kOpenXmlWorkbook);
+    return CellsOf(ReadBytes(files_.files.at("book.xlsX")));
+  }
+
+  template <typename Call>
+  static void ExpectFailure(int32_t number, const std::string& text, Call call) {
+    try {
+      call();
+      ADD_FAILURE() << "no failure: " << text;
+    } catch (const Failure& failure) {
+      EXPECT_EQ(failure.number(), number) << failure.description();
+      EXPECT_THAT(failure.description(), HasSubstr(text));
+    }
+  }
+
+  test::MemoryFiles files_;
+};
+
+TEST_F(SpreadsheetTest, EveryKindOfValueComesBack) {
+  const auto application = StartNew();
+  const std::string longest(kMaxTextUnits, 'a');
+  const struct {
+    Value value;
+    std::string stored;
+  } cases[] = {
+      {0.1 + 0.2, "number:0.30000000000000004"},
+      {-1234567.89, "number:-1234567.89"},
+      {1e300, "number:1e+300"},
+      {std::numeric_limits<double>::max(), "number:1.7976931348623157e+308"},
+      {std::numeric_limits<double>::denorm_min(), "number:5e-324"},
+      {int16_t{-5}, "number:-5"},
+      {int32_t{2147483647}, "number:2147483647"},
+      {true, "boolean:1"},
+      {Date::FromCivil(1900, 3, 1), "number:61|mm-dd-yy"},
+      {"0", "text:0"},
+      {"=1+1", "text:=1+1"},
+      {"\t outer blanks \n", "text:\t outer blanks \n"},
+      {std::string("nul \0 and \x1F\r", 11), std::string("text:nul \0 and \x1F\r", 16)},
+      {"_x0041_", "text:_x0041_"},
+      {"lone \xED\xA0\x80", "text:lone \xEF\xBF\xBD"},
+      {longest.substr(1), "text:" + longest.substr(1)},
+      {longest, "text:" + longest},
+      {longest.substr(1) + "\xD7\x90", "text:" + longest.substr(1) + "\xD7\x90"},
+  };
+  std::size_t row = 0;
+  for (const auto& [value, stored] : cases) SetCell(*application, ++row, 3, value);
+  const auto cells = Saved(*application);
+  EXPECT_EQ(cells.size(), row);
+  row = 0;
+  for (const auto& [value, stored] : cases) {
+    EXPECT_EQ(cells.at("Sheet1!C" + std::to_string(++row)), stored);
+  }
+}
+
+TEST_F(SpreadsheetTest, WhatACellCannotHoldIsRefusedByName) {
+  const auto application = StartNew();
+  const std::string longest(kMaxTextUnits, 'a');
+  const struct {
+    Value value;
+    int32_t number;
+    const char* why;
+  } cases[] = {
+      {std::numeric_limits<double>::quiet_NaN(), 1004, "no finite number"},
+      {std::numeric_limits<double>::infinity(), 1004, "no finite number"},
+      {-std::numeric_limits<double>::infinity(), 1004, "no finite number"},
+      {longest + "a", 1004, "32768 characters"},
+      {longest.substr(1) + "\xF0\x9F\x98\x80", 1004, "32768 characters"},
+      {Date::FromCivil(1900, 2, 28), 1004, "1 March 1900"},
+      {Value::Array(), 13, "a value of this type"},
+      {CellError{"overflow"}, 13, "a value of this type"},
+  };
+  for (const auto& [value, number, why] : cases) {
+    ExpectFailure(number, why, [&, &bad = value] { SetCell(*application, 3, 28, bad); });
+    ExpectFailure(number, "Cell AB3 of sheet \"Sheet1\"",
+                  [&, &bad = value] { SetCell(*application, 3, 28, bad); });
+  }
+  EXPECT_TRUE(Saved(*application).empty());
+}
+
+TEST_F(SpreadsheetTest, BlocksEndAtTheSheetsLastRowAndColumn) {
+  const auto application = StartNew();
+  CellBlock tall(2, 1);
+  tall.At(1, 1) = tall.At(2, 1) = 1.0;
+  CellBlock wide(1, 2);
+  wide.At(1, 1) = wide.At(1, 2) = 2.0;
+  application->SetFormula(kMaxRows - 2, 1, tall);
+  application->SetFormula(kMaxRows - 1, 1, tall);
+  application->SetFormula(1, kMaxColumns - 2, wide);
+  application->SetFormula(1, kMaxColumns - 1, wide);
+  for (const auto& place : {CellPlace{kMaxRows, 1}, {kMaxRows + 1, 1}, {0, 1}}) {
+    ExpectFailure(1004, "Split the query",
+                  [&] { application->SetFormula(place.row, place.column, tall); });
+  }
+  for (const auto& place : {CellPlace{1, kMaxColumns}, {1, kMaxColumns + 1}, {1, 0}}) {
+    ExpectFailure(1004, "sheet \"Sheet1\"",
+                  [&] { application->SetFormula(place.row, place.column, wide); });
+  }
+  const std::map<std::string, std::string> expected = {
+      {"Sheet1!A1048574", "number:1"}, {"Sheet1!A1048575", "number:1"},
+      {"Sheet1!A1048576", "number:1"}, {"Sheet1!XFB1", "number:2"},
+      {"Sheet1!XFC1", "number:2"},     {"Sheet1!XFD1", "number:2"}};
+  EXPECT_EQ(Saved(*application), expected);
+}
+
+TEST_F(SpreadsheetTest, BlankValuesClearAndFormatsStay) {
+  const auto application = StartNew();
+  SetCell(*application, 2, 2, "old");
+  application->SetColumnsNumberFormat("C:A", "@");
+  application->SetColumnsNumberFormat("E:E", "0.0 \"<pcs>\"");
+  CellBlock block(2, 5);
+  for (std::size_t row = 1; row <= 2; ++row) {
+    for (std::size_t column = 1; column <= 5; ++column) block.At(row, column) = 1.0;
+  }
+  block.At(2, 2) = "";
+  block.At(2, 3) = Null{};
+  block.At(2, 4) = Value();
+  application->SetFormula(1, 1, block);
+  const std::map<std::string, std::string> expected = {{"Sheet1!A1", "number:1|@"},
+                                                       {"Sheet1!B1", "number:1|@"},
+                                                       {"Sheet1!C1", "number:1|@"},
+                                                       {"Sheet1!D1", "number:1"},
+                                                       {"Sheet1!E1", "number:1|0.0 \"<pcs>\""},
+                                                       {"Sheet1!A2", "number:1|@"},
+                                                       {"Sheet1!E2", "number:1|0.0 \"<pcs>\""}};
+  EXPECT_EQ(Saved(*application), expected);
+}
+
+TEST_F(SpreadsheetTest, AppendsBelowTheCurrentRegionAsTheWriterDoes) {
+  constexpr std::size_t kColumns = 13;
+  const auto fill = [](CellBlock& block, const std::string& text) {
+    for (std::size_t row = 1; row <= block.rows; ++row) {
+      block.At(row, 1) = "0";
+      block.At(row, 2) = text + std::to_string(row);
+      if (row % 2 == 0) block.At(row, kColumns) = 0.1 * static_cast<double>(row);
+    }
+  };
+  const auto label = [](SpreadsheetApplication& application) {
+    SetCell(application, 1, 12, "Q1>Jan");
+    SetCell(application, 1, 13, "M1>Jan");
+  };
+  CellBlock first(4, kColumns);
+  fill(first, "first");
+  for (std::size_t column = 1; column <= kColumns; ++column) first.At(1, column) = Value();
+  {
+    const auto application = StartNew();
+    application->SelectWorksheet(1);
+    application->SetActiveSheetName("Data");
+    application->SetColumnsNumberFormat("A:K", "@");
+    application->SetFormula(1, 1, first);
+    label(*application);
+    application->SaveAs("q.xlsX", kOpenXmlWorkbook);
+    application->Quit();
+  }
+  const auto before = CellsOf(ReadBytes(files_.files["q.xlsX"]));
+  const auto application = Start();
+  application->OpenWorkbook("q.xlsX");
+  ASSERT_EQ(application->WorksheetCount(), 1u);
+  EXPECT_EQ(application->WorksheetName(1), "Data");
+  application->SelectWorksheet(1);
+  ASSERT_EQ(application->CurrentRegionRows("A1"), 4u);
+  CellBlock second(2, kColumns);
+  fill(second, "second");
+  application->SetFormula(5, 1, second);
+  label(*application);
+  application->SaveAs("q.xlsX", kOpenXmlWorkbook);
+
+  auto expected = before;
+  expected.insert({{"Data!A5", "text:0|@"},
+                   {"Data!B5", "text:second1|@"},
+                   {"Data!A6", "text:0|@"},
+                   {"Data!B6", "text:second2|@"},
+                   {"Data!M6", "number:0.2"}});
+  EXPECT_EQ(before.at("Data!L1"), "text:Q1>Jan");
+  EXPECT_EQ(CellsOf(ReadBytes(files_.files["q.xlsX"])), expected);
+}
+
+TEST_F(SpreadsheetTest, TheSameWorkbookGivesTheSameBytesAlsoAfterReopening) {
+  const auto application = StartNew();
+  SetCell(*application, 1, 1, "gone");
+  SetCell(*application, 1, 1, "stays");
+  SetCell(*application, 2, 2, 1.5);
+  application->SetColumnsNumberFormat("B:B", "@");
+  application->SaveAs("a.xlsX", kOpenXmlWorkbook);
+  application->SaveAs("b.xlsX", kDefaultFormat);
+  application->Quit();
+  application->OpenWorkbook("a.xlsX");
+  application->SaveAs("c.xlsX", kOpenXmlWorkbook);
+  EXPECT_EQ(files_.files["a.xlsX"], files_.files["b.xlsX"]);
+  EXPECT_EQ(files_.files["a.xlsX"], files_.files["c.xlsX"]);
+}
+
+TEST_F(SpreadsheetTest, MisuseIsAFailureThatSaysWhat) {
+  const auto application = Start();
+  EXPECT_EQ(application->Version(), "16.0");
+  ExpectFailure(91, "No workbook is open", [&] { application->WorksheetCount(); });
+  application->AddWorkbook();
+  EXPECT_EQ(application->WorksheetName(1), "Sheet1");
+  ExpectFailure(1004, "open already", [&] { application->AddWorkbook(); });
+  ExpectFailure(9, "no sheet 0", [&] { application->SelectWorksheet(0); });
+  ExpectFailure(9, "no sheet 2", [&] { (void)application->WorksheetName(2); });
+  ExpectFailure(1004, "\"A1:\"", [&] { (void)application->CurrentRegionRows("A1:"); });
+  ExpectFailure(1004, "\"A:XFE\"", [&] { application->SetColumnsNumberFormat("A:XFE", "@"); });
+  ExpectFailure(1004, "format 6", [&] { application->SaveAs("a.csv", 6); });
+  const std::string thirty_two(32, 'n');
+  for (const std::string& name : {std::string(), thirty_two, std::string("a/b"), std::string("'a"),
+                                  std::string("a\tb"), std::string("\xFF")}) {
+    ExpectFailure(1004, "cannot be named", [&] { application->SetActiveSheetName(name); });
+  }
+  application->SetActiveSheetName(thirty_two.substr(1));
+  application->Quit();
+  ExpectFailure(91, "No workbook is open", [&] { application->SaveAs("a.xlsX", 51); });
+  files_.refused.insert("locked.xlsX");
+  application->AddWorkbook();
+  ExpectFailure(75, "locked.xlsX", [&] { application->SaveAs("locked.xlsX", 51); });
+}
+
+}  // namespace
+}  // namespace vok::xlsx
