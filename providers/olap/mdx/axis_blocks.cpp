@@ -1,0 +1,69 @@
+#include "providers/olap/mdx/axis_blocks.h"
+
+#include <algorithm>
+#include <map>
+
+namespace vok::olap {
+namespace {
+
+using Key = std::vector<MemberId>;
+
+std::size_t CountMembers(const TupleSet& axis, std::size_t column) {
+  std::vector<MemberId> ids;
+  for (std::size_t i = 0; i < axis.size(); ++i) ids.push_back(axis.tuple(i)[column]);
+  std::sort(ids.begin(), ids.end());
+  return static_cast<std::size_t>(std::unique(ids.begin(), ids.end()) - ids.begin());
+}
+
+/// The members of the tuple without the varying one.
+Key OtherMembers(const TupleSet& axis, std::size_t tuple, std::size_t varying_column) {
+  Key key(axis.tuple(tuple), axis.tuple(tuple) + axis.arity());
+  key.erase(key.begin() + static_cast<std::ptrdiff_t>(varying_column));
+  return key;
+}
+
+AxisBlock OnePosition(std::size_t tuple) {
+  return {tuple, {static_cast<uint32_t>(tuple)}, nullptr};
+}
+
+}  // namespace
+
+HierarchyId VaryingHierarchy(const TupleSet& axis) {
+  HierarchyId varying = kNoHierarchy;
+  std::size_t most = 0;
+  for (std::size_t i = 0; i < axis.arity(); ++i) {
+    if (axis.hierarchies[i] == kMeasures) continue;
+    const std::size_t count = CountMembers(axis, i);
+    if (varying != kNoHierarchy && count <= most) continue;
+    varying = axis.hierarchies[i];
+    most = count;
+  }
+  return varying;
+}
+
+std::vector<AxisBlock> CutIntoBlocks(const CubeView& cube, const TupleSet& axis) {
+  const HierarchyId varying = VaryingHierarchy(axis);
+  const auto column = static_cast<std::size_t>(
+      std::find(axis.hierarchies.begin(), axis.hierarchies.end(), varying) -
+      axis.hierarchies.begin());
+  std::vector<AxisBlock> blocks;
+  std::map<Key, std::size_t> block_of;
+  for (std::size_t i = 0; i < axis.size(); ++i) {
+    if (varying == kNoHierarchy || IsCalculated(axis.tuple(i)[column])) {
+      blocks.push_back(OnePosition(i));
+      continue;
+    }
+    const auto [found, is_new] = block_of.try_emplace(OtherMembers(axis, i, column), blocks.size());
+    if (is_new) blocks.push_back({i, {}, nullptr});
+    blocks[found->second].rows.push_back(static_cast<uint32_t>(i));
+  }
+  for (AxisBlock& block : blocks) {
+    if (block.rows.size() < 2) continue;
+    std::vector<MemberId> ids;
+    for (const uint32_t row : block.rows) ids.push_back(axis.tuple(row)[column]);
+    block.varying = std::make_unique<Positions>(cube, varying, std::move(ids));
+  }
+  return blocks;
+}
+
+}  // namespace vok::olap

@@ -1,0 +1,274 @@
+#include "providers/olap/mdx/basic_expressions.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "providers/olap/mdx/evaluator.h"
+
+namespace vok::olap {
+namespace {
+
+template <typename Pointers>
+bool AnyDependsOn(const Pointers& expressions, HierarchyId hierarchy) {
+  return std::any_of(expressions.begin(), expressions.end(), [hierarchy](const auto& expression) {
+    return expression->DependsOn(hierarchy);
+  });
+}
+
+std::vector<HierarchyId> HierarchiesOf(const std::vector<MemberPtr>& members) {
+  std::vector<HierarchyId> hierarchies;
+  for (const MemberPtr& member : members) hierarchies.push_back(member->hierarchy());
+  return hierarchies;
+}
+
+class ConstantMember : public MemberExpression {
+ public:
+  ConstantMember(HierarchyId hierarchy, MemberId member)
+      : MemberExpression(hierarchy), member_(member) {}
+  bool DependsOn(HierarchyId) const override { return false; }
+  MemberId Evaluate(Evaluator&, const Context&) const override { return member_; }
+  MemberId member() const { return member_; }
+
+ private:
+  MemberId member_;
+};
+
+class CurrentMember : public MemberExpression {
+ public:
+  using MemberExpression::MemberExpression;
+  bool DependsOn(HierarchyId other) const override { return other == hierarchy(); }
+  MemberId Evaluate(Evaluator&, const Context& context) const override {
+    return context.members[hierarchy()];
+  }
+};
+
+class TupleAsSet : public SetExpression {
+ public:
+  explicit TupleAsSet(std::vector<MemberPtr> members)
+      : SetExpression(HierarchiesOf(members)), members_(std::move(members)) {}
+  bool DependsOn(HierarchyId hierarchy) const override { return AnyDependsOn(members_, hierarchy); }
+  TupleSet Evaluate(Evaluator& evaluator, const Context& context) const override {
+    TupleSet set{hierarchies(), {}};
+    for (const MemberPtr& member : members_) {
+      set.ids.push_back(member->Evaluate(evaluator, context));
+      if (set.ids.back() == kNoMember) return {hierarchies(), {}};
+    }
+    return set;
+  }
+
+ private:
+  std::vector<MemberPtr> members_;
+};
+
+class JoinedSets : public SetExpression {
+ public:
+  explicit JoinedSets(std::vector<SetPtr> sets)
+      : SetExpression(sets.front()->hierarchies()), sets_(std::move(sets)) {}
+  bool DependsOn(HierarchyId hierarchy) const override { return AnyDependsOn(sets_, hierarchy); }
+  TupleSet Evaluate(Evaluator& evaluator, const Context& context) const override {
+    TupleSet all = sets_.front()->Evaluate(evaluator, context);
+    for (std::size_t i = 1; i < sets_.size(); ++i) {
+      const TupleSet next = sets_[i]->Evaluate(evaluator, context);
+      all.ids.insert(all.ids.end(), next.ids.begin(), next.ids.end());
+    }
+    return all;
+  }
+
+ private:
+  std::vector<SetPtr> sets_;
+};
+
+class NamedSetReference : public SetExpression {
+ public:
+  NamedSetReference(std::size_t index, const SetExpression& set)
+      : SetExpression(set.hierarchies()), index_(index) {}
+  bool DependsOn(HierarchyId) const override { return false; }
+  TupleSet Evaluate(Evaluator& evaluator, const Context&) const override {
+    return evaluator.Named(index_);
+  }
+
+ private:
+  std::size_t index_;
+};
+
+class Range : public SetExpression {
+ public:
+  Range(MemberPtr first, MemberPtr last)
+      : SetExpression({first->hierarchy()}), first_(std::move(first)), last_(std::move(last)) {}
+  bool DependsOn(HierarchyId hierarchy) const override {
+    return first_->DependsOn(hierarchy) || last_->DependsOn(hierarchy);
+  }
+  TupleSet Evaluate(Evaluator& evaluator, const Context& context) const override {
+    TupleSet set{hierarchies(), {}};
+    MemberId from = first_->Evaluate(evaluator, context);
+    MemberId to = last_->Evaluate(evaluator, context);
+    if (!IsStored(from) || !IsStored(to)) return set;
+    const CubeView& cube = evaluator.cube();
+    const HierarchyId hierarchy = hierarchies()[0];
+    if (cube.LevelOf(hierarchy, from) != cube.LevelOf(hierarchy, to)) return set;
+    if (from > to) std::swap(from, to);
+    for (MemberId id = from; id <= to; ++id) set.ids.push_back(id);
+    return set;
+  }
+
+ private:
+  MemberPtr first_;
+  MemberPtr last_;
+};
+
+class Number : public ValueExpression {
+ public:
+  explicit Number(double number) : number_(number) {}
+  bool DependsOn(HierarchyId) const override { return false; }
+  Column Evaluate(Evaluator& evaluator, const Block& block) const override {
+    Column column = evaluator.NewColumn(block);
+    for (std::size_t row = 0; row < column.size(); ++row) column.SetNumber(row, number_);
+    return column;
+  }
+
+ private:
+  double number_;
+};
+
+class Text : public ValueExpression {
+ public:
+  explicit Text(std::string text) : ValueExpression(ValueKind::kText), text_(std::move(text)) {}
+  bool DependsOn(HierarchyId) const override { return false; }
+  Column Evaluate(Evaluator& evaluator, const Block& block) const override {
+    Column column = evaluator.NewColumn(block);
+    for (std::size_t row = 0; row < column.size(); ++row) column.SetText(row, text_);
+    return column;
+  }
+
+ private:
+  std::string text_;
+};
+
+class CellValue : public ValueExpression {
+ public:
+  explicit CellValue(std::vector<MemberPtr> members) : members_(std::move(members)) {}
+
+  /// Every stored value depends on where the cell stands, in all hierarchies.
+  bool DependsOn(HierarchyId) const override { return true; }
+
+  Column Evaluate(Evaluator& evaluator, const Block& block) const override {
+    Block inner = block;
+    if (MoveTo(evaluator, block, kNoHierarchy, inner.context))
+      return CellsUnlessMissing(evaluator, inner);
+    const bool one_moves = std::all_of(members_.begin(), members_.end(), [&](const MemberPtr& m) {
+      return m->hierarchy() == block.Varying() || !m->DependsOn(block.Varying());
+    });
+    return one_moves ? Moved(evaluator, block) : evaluator.ByPosition(*this, block);
+  }
+
+  bool MoveTo(Evaluator& evaluator, const Block& block, HierarchyId any,
+              Context& context) const override {
+    for (const MemberPtr& member : members_) {
+      for (const HierarchyId open : {block.Varying(), any}) {
+        if (member->hierarchy() == open || member->DependsOn(open)) return false;
+      }
+    }
+    const Context before = context;
+    for (const MemberPtr& member : members_) {
+      context.Set(member->hierarchy(), member->Evaluate(evaluator, before));
+    }
+    return true;
+  }
+
+ private:
+  static Column CellsUnlessMissing(Evaluator& evaluator, const Block& block) {
+    const auto& members = block.context.members;
+    const bool missing = std::find(members.begin(), members.end(), kNoMember) != members.end();
+    return missing ? evaluator.NewColumn(block) : evaluator.Cells(block);
+  }
+
+  /// The block's own hierarchy is moved, position by position; the others stand still.
+  Column Moved(Evaluator& evaluator, const Block& block) const {
+    const HierarchyId varying = block.Varying();
+    Block inner = block;
+    std::vector<MemberId> ids;
+    for (const MemberPtr& member : members_) {
+      if (member->hierarchy() != varying) {
+        inner.context.Set(member->hierarchy(), member->Evaluate(evaluator, block.context));
+      } else if (!member->DependsOn(varying)) {
+        ids.push_back(member->Evaluate(evaluator, block.context));
+      } else {
+        ids = MovedMembers(evaluator, block, *member);
+      }
+    }
+    if (ids.size() == 1) return OneForAll(evaluator, block, inner.context, ids[0]);
+    if (!std::all_of(ids.begin(), ids.end(),
+                     [](MemberId id) { return id == kNoMember || IsStored(id); })) {
+      return evaluator.ByPosition(*this, block);
+    }
+    const Positions positions(evaluator.cube(), varying, std::move(ids));
+    inner.positions = &positions;
+    Column cells = CellsUnlessMissing(evaluator, inner);
+    for (std::size_t row = 0; row < cells.size(); ++row) {
+      if (positions.ids[row] == kNoMember) cells.Copy(row, Column(1), 0);
+    }
+    return cells;
+  }
+
+  Column OneForAll(Evaluator& evaluator, const Block& block, Context context, MemberId id) const {
+    context.Set(block.Varying(), id);
+    const Column one = CellsUnlessMissing(evaluator, Block{std::move(context), nullptr});
+    Column all = evaluator.NewColumn(block);
+    for (std::size_t row = 0; row < all.size(); ++row) all.Copy(row, one, 0);
+    return all;
+  }
+
+  static std::vector<MemberId> MovedMembers(Evaluator& evaluator, const Block& block,
+                                            const MemberExpression& member) {
+    std::vector<MemberId> ids;
+    Context context = block.context;
+    for (const MemberId id : block.positions->ids) {
+      context.Set(block.Varying(), id);
+      ids.push_back(id == kNoMember ? kNoMember : member.Evaluate(evaluator, context));
+    }
+    return ids;
+  }
+
+  std::vector<MemberPtr> members_;
+};
+
+}  // namespace
+
+MemberPtr NewConstantMember(HierarchyId hierarchy, MemberId member) {
+  return std::make_unique<ConstantMember>(hierarchy, member);
+}
+
+MemberId ConstantMemberOf(const MemberExpression& expression) {
+  const auto* constant = dynamic_cast<const ConstantMember*>(&expression);
+  return constant == nullptr ? kNoMember : constant->member();
+}
+
+MemberPtr NewCurrentMember(HierarchyId hierarchy) {
+  return std::make_unique<CurrentMember>(hierarchy);
+}
+
+SetPtr NewTupleSet(std::vector<MemberPtr> members) {
+  return std::make_unique<TupleAsSet>(std::move(members));
+}
+
+SetPtr NewJoinedSets(std::vector<SetPtr> sets) {
+  return std::make_unique<JoinedSets>(std::move(sets));
+}
+
+SetPtr NewNamedSet(std::size_t index, const SetExpression& set) {
+  return std::make_unique<NamedSetReference>(index, set);
+}
+
+SetPtr NewRange(MemberPtr first, MemberPtr last) {
+  return std::make_unique<Range>(std::move(first), std::move(last));
+}
+
+ValuePtr NewNumber(double number) { return std::make_unique<Number>(number); }
+
+ValuePtr NewText(std::string text) { return std::make_unique<Text>(std::move(text)); }
+
+ValuePtr NewCellValue(std::vector<MemberPtr> members) {
+  return std::make_unique<CellValue>(std::move(members));
+}
+
+}  // namespace vok::olap

@@ -1,0 +1,19 @@
+// From a resolved query to its answer: axes, cells, and what NON EMPTY leaves of them.
+#pragma once
+
+#include <memory>
+
+#include "providers/olap/mdx/result.h"
+#include "providers/olap/mdx/source_text.h"
+
+namespace vok::olap {
+
+/// No answer has more cells, before NON EMPTY.
+inline constexpr std::size_t kMaxCells = 50'000'000;
+
+/// Failure -2147217900: more than `kMaxCells` cells, a slicer that is no cross join of stored
+/// members, a formula that cannot be computed; -2147467259: damaged facts.
+std::unique_ptr<MdxResult> Evaluate(std::shared_ptr<const CubeView> cube, Query query,
+                                    const SourceText& source);
+
+}  // namespace vok::olap

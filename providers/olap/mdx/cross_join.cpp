@@ -1,0 +1,67 @@
+#include "providers/olap/mdx/cross_join.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "platform/failure.h"
+#include "providers/olap/mdx/evaluator.h"
+
+namespace vok::olap {
+namespace {
+
+std::vector<HierarchyId> Both(const std::vector<HierarchyId>& first,
+                              const std::vector<HierarchyId>& second) {
+  std::vector<HierarchyId> both = first;
+  both.insert(both.end(), second.begin(), second.end());
+  return both;
+}
+
+class CrossJoinSet : public SetExpression {
+ public:
+  CrossJoinSet(SetPtr first, SetPtr second)
+      : SetExpression(Both(first->hierarchies(), second->hierarchies())),
+        first_(std::move(first)),
+        second_(std::move(second)) {}
+
+  bool DependsOn(HierarchyId hierarchy) const override {
+    return first_->DependsOn(hierarchy) || second_->DependsOn(hierarchy);
+  }
+
+  TupleSet Evaluate(Evaluator& evaluator, const Context& context) const override {
+    const TupleSet a = first_->Evaluate(evaluator, context);
+    const TupleSet b = second_->Evaluate(evaluator, context);
+    if (b.size() > 0 && a.size() > kMaxTuples / b.size()) {
+      throw Failure(failure_number::kSyntax,
+                    "MDX: a cross join of " + std::to_string(a.size()) + " by " +
+                        std::to_string(b.size()) + " is past the limit of " +
+                        std::to_string(kMaxTuples) + " tuples. Ask for fewer members.");
+    }
+    TupleSet joined{hierarchies(), {}};
+    joined.ids.reserve(a.size() * b.size() * hierarchies().size());
+    for (std::size_t i = 0; i < a.size(); ++i) {
+      for (std::size_t j = 0; j < b.size(); ++j) {
+        joined.ids.insert(joined.ids.end(), a.tuple(i), a.tuple(i) + a.arity());
+        joined.ids.insert(joined.ids.end(), b.tuple(j), b.tuple(j) + b.arity());
+      }
+    }
+    return joined;
+  }
+
+ private:
+  SetPtr first_;
+  SetPtr second_;
+};
+
+}  // namespace
+
+SetPtr NewCrossJoin(SetPtr first, SetPtr second, const SourceText& source, std::size_t offset) {
+  for (const HierarchyId hierarchy : second->hierarchies()) {
+    const auto& others = first->hierarchies();
+    if (std::find(others.begin(), others.end(), hierarchy) != others.end()) {
+      source.Fail(offset, "both sets of the cross join are over the same hierarchy");
+    }
+  }
+  return std::make_unique<CrossJoinSet>(std::move(first), std::move(second));
+}
+
+}  // namespace vok::olap

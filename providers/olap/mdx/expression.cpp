@@ -1,0 +1,53 @@
+#include "providers/olap/mdx/expression.h"
+
+#include "providers/olap/mdx/leaf_ranges.h"
+
+namespace vok::olap {
+
+Positions::Positions(const CubeView& cube, HierarchyId hierarchy_id, std::vector<MemberId> members)
+    : hierarchy(hierarchy_id), ids(std::move(members)) {
+  const Hierarchy& stored = cube.Stored(hierarchy);
+  std::vector<Part> by_level(cube.LevelCount(hierarchy));
+  for (uint32_t row = 0; row < ids.size(); ++row) {
+    if (ids[row] == kNoMember) continue;
+    by_level[cube.LevelOf(hierarchy, ids[row])].rows.push_back(row);
+  }
+  for (uint32_t level = 0; level < by_level.size(); ++level) {
+    Part& part = by_level[level];
+    if (part.rows.empty()) continue;
+    part.level = level;
+    for (const uint32_t row : part.rows) part.leaves.push_back(stored.Leaves(ids[row]));
+    part.leaves = Merged(std::move(part.leaves));
+    if (CoversAll(part.leaves, stored.LeafCount())) part.leaves.clear();
+    parts.push_back(std::move(part));
+  }
+}
+
+Block Block::At(std::size_t row) const {
+  Block one{context, nullptr};
+  if (positions != nullptr) one.context.Set(positions->hierarchy, positions->ids[row]);
+  return one;
+}
+
+void Column::SetNumber(std::size_t row, double number) {
+  numbers[row] = number;
+  states[row] = CellState::kNumber;
+}
+
+void Column::SetText(std::size_t row, std::string text) {
+  if (texts.empty()) texts.resize(size());
+  texts[row] = std::move(text);
+  numbers[row] = 0;
+  states[row] = CellState::kText;
+}
+
+void Column::Copy(std::size_t row, const Column& from, std::size_t from_row) {
+  if (from.states[from_row] == CellState::kText) {
+    SetText(row, from.texts[from_row]);
+  } else {
+    numbers[row] = from.numbers[from_row];
+    states[row] = from.states[from_row];
+  }
+}
+
+}  // namespace vok::olap

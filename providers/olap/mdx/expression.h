@@ -1,0 +1,150 @@
+// The resolved tree of a query: expressions that know their type and the hierarchies they speak of,
+// and what they are evaluated in.
+//
+// Evaluation goes by blocks: a value is computed for many cells at once, the members of one
+// hierarchy (`Positions`) at one member of every other (`Context`), and comes as a `Column`.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "providers/olap/mdx/cube_view.h"
+
+namespace vok::olap {
+
+/// Calculated members are numbered apart from the stored ones.
+inline constexpr MemberId kCalculatedBit = 0x80000000;
+inline bool IsCalculated(MemberId id) { return id != kNoMember && (id & kCalculatedBit) != 0; }
+inline bool IsStored(MemberId id) { return (id & kCalculatedBit) == 0; }
+
+/// No set grows beyond this many tuples.
+inline constexpr std::size_t kMaxTuples = 20'000'000;
+
+using LeafRanges = std::vector<IdRange>;
+
+/// One member of every hierarchy. A hierarchy may stand on several leaves at once instead (a slicer
+/// of several members, a sum put together).
+struct Context {
+  std::vector<MemberId> members;
+  std::vector<const LeafRanges*> regions;  ///< nullptr: the member's own leaves
+
+  void Set(HierarchyId hierarchy, MemberId member) {
+    members[hierarchy] = member;
+    regions[hierarchy] = nullptr;
+  }
+};
+
+/// Members of one hierarchy, the cells of a block. All are stored ones, or `kNoMember` for a cell
+/// that is empty whatever is asked.
+struct Positions {
+  /// Those of one level: what is read from the facts together.
+  struct Part {
+    uint32_t level = 0;
+    std::vector<uint32_t> rows;  ///< indexes into `ids`
+    LeafRanges leaves;           ///< their leaves; empty: all of the hierarchy's
+  };
+
+  Positions(const CubeView& cube, HierarchyId hierarchy_id, std::vector<MemberId> members);
+
+  HierarchyId hierarchy;
+  std::vector<MemberId> ids;
+  std::vector<Part> parts;
+};
+
+struct Block {
+  Context context;
+  const Positions* positions = nullptr;  ///< nullptr: the one cell of `context`
+
+  std::size_t size() const { return positions == nullptr ? 1 : positions->ids.size(); }
+  HierarchyId Varying() const { return positions == nullptr ? kNoHierarchy : positions->hierarchy; }
+  /// The one cell at `row`.
+  Block At(std::size_t row) const;
+};
+
+enum class CellState : uint8_t { kEmpty, kNumber, kText };
+
+/// Values of a block's cells. A number is 0 wherever the state is not `kNumber`.
+struct Column {
+  explicit Column(std::size_t size = 0) : numbers(size), states(size, CellState::kEmpty) {}
+
+  std::size_t size() const { return states.size(); }
+  void SetNumber(std::size_t row, double number);
+  void SetText(std::size_t row, std::string text);
+  /// Takes over one cell of another column.
+  void Copy(std::size_t row, const Column& from, std::size_t from_row);
+
+  std::vector<double> numbers;
+  std::vector<CellState> states;
+  std::vector<std::string> texts;  ///< empty when no cell is a text
+};
+
+/// Tuples over `hierarchies`, one after another.
+struct TupleSet {
+  std::vector<HierarchyId> hierarchies;
+  std::vector<MemberId> ids;
+
+  std::size_t arity() const { return hierarchies.size(); }
+  std::size_t size() const { return ids.size() / hierarchies.size(); }
+  const MemberId* tuple(std::size_t index) const { return ids.data() + index * arity(); }
+  void Apply(std::size_t index, Context& context) const {
+    for (std::size_t i = 0; i < arity(); ++i) context.Set(hierarchies[i], tuple(index)[i]);
+  }
+};
+
+class Evaluator;
+
+class Expression {
+ public:
+  virtual ~Expression() = default;
+  /// Whether the result may change with the current member of the hierarchy.
+  virtual bool DependsOn(HierarchyId hierarchy) const = 0;
+};
+
+class MemberExpression : public Expression {
+ public:
+  explicit MemberExpression(HierarchyId hierarchy) : hierarchy_(hierarchy) {}
+  HierarchyId hierarchy() const { return hierarchy_; }
+  /// `kNoMember` where there is none, such as above the top.
+  virtual MemberId Evaluate(Evaluator& evaluator, const Context& context) const = 0;
+
+ private:
+  HierarchyId hierarchy_;
+};
+
+class SetExpression : public Expression {
+ public:
+  explicit SetExpression(std::vector<HierarchyId> hierarchies)
+      : hierarchies_(std::move(hierarchies)) {}
+  const std::vector<HierarchyId>& hierarchies() const { return hierarchies_; }
+  virtual TupleSet Evaluate(Evaluator& evaluator, const Context& context) const = 0;
+
+ private:
+  std::vector<HierarchyId> hierarchies_;
+};
+
+enum class ValueKind { kNumber, kText, kLogical };
+
+class ValueExpression : public Expression {
+ public:
+  explicit ValueExpression(ValueKind kind = ValueKind::kNumber) : kind_(kind) {}
+  ValueKind kind() const { return kind_; }
+  virtual Column Evaluate(Evaluator& evaluator, const Block& block) const = 0;
+  /// Moves `context` to the cell whose value this is. False when there is no such cell, or when it
+  /// is not the same for all positions of the block and all members of `any`.
+  virtual bool MoveTo(Evaluator& /*evaluator*/, const Block& /*block*/, HierarchyId /*any*/,
+                      Context& /*context*/) const {
+    return false;
+  }
+
+ private:
+  ValueKind kind_;
+};
+
+using MemberPtr = std::unique_ptr<MemberExpression>;
+using SetPtr = std::unique_ptr<SetExpression>;
+using ValuePtr = std::unique_ptr<ValueExpression>;
+
+}  // namespace vok::olap

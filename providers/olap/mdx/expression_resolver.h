@@ -1,0 +1,39 @@
+// From the syntax of an expression to what it means.
+#pragma once
+
+#include <vector>
+
+#include "providers/olap/mdx/name_resolver.h"
+#include "providers/olap/mdx/operand.h"
+#include "providers/olap/mdx/source_text.h"
+#include "providers/olap/mdx/syntax.h"
+
+namespace vok::olap {
+
+class ExpressionResolver {
+ public:
+  ExpressionResolver(const CubeView& cube, const SourceText& source, const NameResolver& names)
+      : cube_(cube), source_(source), names_(names) {}
+
+  SetPtr ResolveSet(const Syntax& syntax) const;
+  ValuePtr ResolveValue(const Syntax& syntax) const;
+
+ private:
+  Operand Resolve(const Syntax& syntax) const;
+  Operand ResolveAs(const Syntax& syntax, Wanted wanted) const;
+  Operand ResolveName(const Syntax& syntax) const;
+  Operand ResolveBraces(const Syntax& syntax) const;
+  Operand ResolveList(const Syntax& syntax) const;
+  Operand ResolveCall(const Syntax& syntax) const;
+  Operand ResolveUnary(const Syntax& syntax) const;
+  Operand ResolveBinary(const Syntax& syntax) const;
+  Operand ResolveRange(const Syntax& syntax) const;
+  Operand Property(Operand base, const NamePart& part) const;
+  Operand Checked(Operand operand, Wanted wanted, std::size_t offset) const;
+
+  const CubeView& cube_;
+  const SourceText& source_;
+  const NameResolver& names_;
+};
+
+}  // namespace vok::olap

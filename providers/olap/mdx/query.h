@@ -1,0 +1,49 @@
+// A query with every name found and every type checked.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "providers/olap/mdx/expression.h"
+
+namespace vok::olap {
+
+struct CalculatedMember {
+  HierarchyId hierarchy = kMeasures;
+  MemberId parent = kNoMember;
+  std::string name;
+  std::string caption;
+  std::string unique_name;
+  double solve_order = 0;
+  std::optional<std::string> format;
+  ValuePtr formula;
+};
+
+struct NamedSet {
+  std::string name;
+  SetPtr set;
+};
+
+struct QueryAxis {
+  SetPtr set;
+  bool non_empty = false;
+  std::size_t offset = 0;  ///< in the text
+};
+
+/// Calculated member n has the id n with `kCalculatedBit` set.
+struct Query {
+  std::vector<CalculatedMember> members;
+  std::vector<NamedSet> sets;
+  std::vector<QueryAxis> axes;
+  std::optional<QueryAxis> slicer;
+
+  const CalculatedMember& Member(MemberId id) const { return members[id & ~kCalculatedBit]; }
+};
+
+/// Which of the members of a cell, one per hierarchy, gives it its value: the calculated one of the
+/// highest solve order; of equal ones that of the first hierarchy, measures first. `kNoHierarchy`
+/// when all are stored.
+HierarchyId DecidingHierarchy(const Query& query, const std::vector<MemberId>& members);
+
+}  // namespace vok::olap

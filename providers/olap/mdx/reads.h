@@ -1,0 +1,46 @@
+// What a query has read from the facts. Reads of one slice are announced first and then made
+// together, so that all measures of the slice cost one scan.
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <set>
+#include <vector>
+
+#include "providers/olap/mdx/expression.h"
+
+namespace vok::olap {
+
+class Reads {
+ public:
+  explicit Reads(const CubeView& cube) : cube_(cube) {}
+
+  /// Remembers what `Read` will ask for.
+  void Announce(const Block& block);
+  /// Makes the announced reads.
+  void ReadAnnounced();
+  /// The stored values of a block whose members are all stored.
+  Column Read(const Block& block);
+  /// Forgets everything when it has grown large. Columns handed out stay.
+  void Trim();
+
+ private:
+  struct Slice {
+    FactQuery query;
+    std::set<uint32_t> wanted;
+    std::map<uint32_t, FactColumn> columns;  ///< by measure
+  };
+  using Key = std::vector<uint32_t>;
+
+  /// nullptr: no leaf takes part.
+  Slice* Find(const Block& block, const Positions::Part* part);
+  const FactColumn& Get(Slice& slice, uint32_t measure);
+  void Store(Slice& slice);
+
+  const CubeView& cube_;
+  std::map<Key, Slice> slices_;
+  std::vector<Slice*> announced_;
+  std::size_t kept_values_ = 0;
+};
+
+}  // namespace vok::olap

@@ -1,0 +1,128 @@
+#include "providers/olap/mdx/resolver.h"
+
+#include <algorithm>
+#include <array>
+#include <optional>
+#include <string_view>
+#include <utility>
+
+#include "providers/olap/mdx/expression_resolver.h"
+#include "providers/olap/mdx/name_resolver.h"
+#include "providers/olap/mdx/token_reader.h"
+
+namespace vok::olap {
+namespace {
+
+/// Properties that say how a member is shown elsewhere: accepted, without effect here.
+constexpr std::array<std::string_view, 6> kIgnoredProperties = {
+    "VISIBLE", "NON_EMPTY_BEHAVIOR", "FORE_COLOR", "BACK_COLOR", "FONT_NAME", "FONT_SIZE"};
+
+class StatementResolver {
+ public:
+  StatementResolver(const CubeView& cube, const SourceText& source, const Statement& statement)
+      : cube_(cube),
+        source_(source),
+        statement_(statement),
+        names_(cube, source, query_),
+        expressions_(cube, source, names_) {}
+
+  Query Run() {
+    DeclareMembers();
+    ResolveSets();
+    for (const auto& [index, definition] : declared_) ResolveMember(index, *definition);
+    ResolveAxes();
+    return std::move(query_);
+  }
+
+ private:
+  /// Members first by name alone: their formulas may name one another in any order.
+  void DeclareMembers() {
+    for (const MemberDefinition& definition : statement_.members) {
+      std::optional<CalculatedMember> member = names_.Declare(definition.name);
+      if (!member) continue;
+      declared_.emplace_back(query_.members.size(), &definition);
+      query_.members.push_back(std::move(*member));
+    }
+  }
+
+  void ResolveMember(std::size_t index, const MemberDefinition& definition) {
+    query_.members[index].formula = expressions_.ResolveValue(definition.formula);
+    for (const auto& [name, value] : definition.properties) {
+      SetProperty(query_.members[index], name, value);
+    }
+  }
+
+  void SetProperty(CalculatedMember& member, const NamePart& name, const Syntax& value) const {
+    if (IsKeyword(name.text, "FORMAT_STRING")) {
+      member.format = TextOf(name, value);
+    } else if (IsKeyword(name.text, "CAPTION")) {
+      member.caption = TextOf(name, value);
+    } else if (IsKeyword(name.text, "SOLVE_ORDER")) {
+      member.solve_order = NumberOf(name, value);
+    } else if (std::none_of(kIgnoredProperties.begin(), kIgnoredProperties.end(),
+                            [&](std::string_view known) { return IsKeyword(name.text, known); })) {
+      source_.Fail(name.offset, "not supported: the member property " + name.text);
+    }
+  }
+
+  const std::string& TextOf(const NamePart& name, const Syntax& value) const {
+    if (value.kind != SyntaxKind::kText) {
+      source_.Fail(value.offset, "not supported: " + name.text + " other than a text in quotes");
+    }
+    return value.text;
+  }
+
+  double NumberOf(const NamePart& name, const Syntax& value) const {
+    if (value.kind == SyntaxKind::kNumber) return value.number;
+    if (value.kind == SyntaxKind::kUnary && value.arguments[0].kind == SyntaxKind::kNumber) {
+      return -value.arguments[0].number;
+    }
+    source_.Fail(value.offset, name.text + " must be a number");
+  }
+
+  void ResolveSets() {
+    for (const SetDefinition& definition : statement_.sets) {
+      query_.sets.push_back({definition.name.text, nullptr});
+      SetPtr set = expressions_.ResolveSet(definition.formula);
+      query_.sets.back().set = std::move(set);
+    }
+  }
+
+  void ResolveAxes() {
+    std::vector<HierarchyId> used;
+    for (const AxisSyntax& axis : statement_.axes) {
+      query_.axes.push_back({expressions_.ResolveSet(axis.set), axis.non_empty, axis.set.offset});
+      Use(query_.axes.back(), used);
+    }
+    if (!statement_.slicer) return;
+    query_.slicer =
+        QueryAxis{expressions_.ResolveSet(*statement_.slicer), false, statement_.slicer->offset};
+    Use(*query_.slicer, used);
+  }
+
+  void Use(const QueryAxis& axis, std::vector<HierarchyId>& used) const {
+    for (const HierarchyId hierarchy : axis.set->hierarchies()) {
+      if (std::find(used.begin(), used.end(), hierarchy) != used.end()) {
+        source_.Fail(axis.offset, "hierarchy " + cube_.HierarchyUniqueName(hierarchy) +
+                                      " is on more than one axis (the slicer is one)");
+      }
+      used.push_back(hierarchy);
+    }
+  }
+
+  const CubeView& cube_;
+  const SourceText& source_;
+  const Statement& statement_;
+  Query query_;
+  NameResolver names_;
+  ExpressionResolver expressions_;
+  std::vector<std::pair<std::size_t, const MemberDefinition*>> declared_;
+};
+
+}  // namespace
+
+Query Resolve(const CubeView& cube, const SourceText& source, const Statement& statement) {
+  return StatementResolver(cube, source, statement).Run();
+}
+
+}  // namespace vok::olap

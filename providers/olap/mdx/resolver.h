@@ -1,0 +1,14 @@
+// From the syntax tree to a query whose names are found and whose types are checked.
+#pragma once
+
+#include "providers/olap/mdx/query.h"
+#include "providers/olap/mdx/source_text.h"
+#include "providers/olap/mdx/syntax.h"
+
+namespace vok::olap {
+
+/// Failure -2147217900 with line and column: a name the cube does not have, a type that does not
+/// fit, something that is not supported, a hierarchy on several axes.
+Query Resolve(const CubeView& cube, const SourceText& source, const Statement& statement);
+
+}  // namespace vok::olap
