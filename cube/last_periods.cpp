@@ -70,7 +70,8 @@ LastPeriods LastPeriodsArgument(const CubeState& cube, int16_t k) {
   LastPeriods result;
   result.count = NarrowCount(covered.count, entry);
   const std::string member = covered.count == 0 ? "" : cube.CubeDateMembers.at(covered.last);
-  result.argument = "(" + std::to_string(result.count) + "," + member + ")";
+  const std::string count = std::to_string(result.count);
+  result.argument = "(" + count + "," + member + ")";
   return result;
 }
 

@@ -12,15 +12,17 @@ std::string SumOver(const std::string& argument, const std::string& measure) {
   return "SUM(LastPeriods" + argument + ",[Measures].[" + measure + "])";
 }
 
+std::string Quoted(const std::string& formula) { return "'" + formula + " '"; }
+
 std::string MemberHead(char kind, const std::string& index) {
   return std::string("MEMBER [DATE].[") + kind + index + "] AS " + kLineEnd;
 }
 
 /// A period without a quantity measure still has its quantity column, which is always zero.
 std::string QuantityFormula(const QueryPeriod& period, const std::string& argument) {
-  if (!period.PeriodQty.empty()) return "'" + SumOver(argument, period.PeriodQty) + " '";
+  if (!period.PeriodQty.empty()) return Quoted(SumOver(argument, period.PeriodQty));
   const std::string money = SumOver(argument, period.PeriodMeasure);
-  return "'( " + money + ") - (  " + money + ") '";
+  return Quoted("( " + money + ") - (  " + money + ")");
 }
 
 std::string PeriodMembers(const CubeState& cube, int16_t k) {
@@ -28,7 +30,7 @@ std::string PeriodMembers(const CubeState& cube, int16_t k) {
   const std::string argument = LastPeriodsArgument(cube, k).argument;
   const std::string index = std::to_string(k);
   return MemberHead('Q', index) + QuantityFormula(period, argument) + kFormat + " " + kLineEnd +
-         MemberHead('m', index) + "'" + SumOver(argument, period.PeriodMeasure) + " '" + kFormat +
+         MemberHead('m', index) + Quoted(SumOver(argument, period.PeriodMeasure)) + kFormat +
          kLineEnd;
 }
 
