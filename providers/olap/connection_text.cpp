@@ -1,0 +1,67 @@
+#include "providers/olap/connection_text.h"
+
+#include <algorithm>
+
+#include "platform/failure.h"
+#include "platform/text.h"
+
+namespace vok::olap {
+namespace {
+
+std::string Lower(std::string_view text) {
+  std::string lower(text);
+  std::transform(lower.begin(), lower.end(), lower.begin(), [](char c) {
+    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+  });
+  return lower;
+}
+
+[[noreturn]] void Fail(std::string_view text, const std::string& why) {
+  throw Failure(failure_number::kUnspecified,
+                "The connection text \"" + std::string(text) + "\" " + why + ".");
+}
+
+/// Takes the value off the front of `rest`, with the ";" behind it.
+std::string TakeValue(std::string_view text, std::string_view& rest) {
+  rest = rest.substr(std::min(rest.find_first_not_of(' '), rest.size()));
+  std::string value;
+  if (!rest.empty() && (rest[0] == '"' || rest[0] == '\'')) {
+    const std::size_t end = rest.find(rest[0], 1);
+    if (end == std::string_view::npos) Fail(text, "has a quote without end");
+    value = rest.substr(1, end - 1);
+    rest.remove_prefix(end + 1);
+  }
+  const std::size_t semicolon = std::min(rest.find(';'), rest.size());
+  if (value.empty()) value = TrimBlanks(rest.substr(0, semicolon));
+  rest.remove_prefix(std::min(semicolon + 1, rest.size()));
+  return value;
+}
+
+std::string WithoutBrackets(std::string name) {
+  if (name.size() < 2 || name.front() != '[' || name.back() != ']') return name;
+  return name.substr(1, name.size() - 2);
+}
+
+}  // namespace
+
+ConnectionText ParseConnectionText(std::string_view text) {
+  ConnectionText parts;
+  std::string_view rest = text;
+  while (!TrimBlanks(rest).empty()) {
+    const std::size_t equals = rest.find('=');
+    if (equals == std::string_view::npos) Fail(text, "has a part without \"=\"");
+    const std::string keyword = Lower(TrimBlanks(rest.substr(0, equals)));
+    rest.remove_prefix(equals + 1);
+    std::string value = TakeValue(text, rest);
+    if (keyword == "provider") {
+      parts.provider = std::move(value);
+    } else if (keyword == "data source") {
+      parts.data_source = std::move(value);
+    } else if (keyword == "initial catalog") {
+      parts.initial_catalog = WithoutBrackets(std::move(value));
+    }
+  }
+  return parts;
+}
+
+}  // namespace vok::olap

@@ -1,0 +1,77 @@
+#include "providers/olap/olap_connection.h"
+
+#include "platform/failure.h"
+#include "providers/olap/connection_text.h"
+
+namespace vok::olap {
+namespace {
+
+constexpr char kProvider[] = "MSOLAP";
+
+bool IsServerAddress(const Locale& locale, const std::string& source) {
+  for (const std::string_view scheme : {"http://", "https://"}) {
+    if (EqualNoCase(locale, std::string_view(source).substr(0, scheme.size()), scheme)) return true;
+  }
+  return false;
+}
+
+void CheckParts(const Locale& locale, const ConnectionText& parts, const std::string& text) {
+  if (!parts.provider.empty() && !EqualNoCase(locale, parts.provider, kProvider)) {
+    throw Failure(
+        failure_number::kProviderNotFound,
+        "The provider \"" + parts.provider + "\" is none for cubes; use " + kProvider + ".");
+  }
+  if (parts.data_source.empty()) {
+    throw Failure(failure_number::kUnspecified,
+                  "The connection text \"" + text + "\" names no cube file (Data Source).");
+  }
+  if (IsServerAddress(locale, parts.data_source)) {
+    throw Failure(failure_number::kUnspecified,
+                  "The data source " + parts.data_source +
+                      " needs a cube server connection, which this build has not. Use a cube "
+                      "file.");
+  }
+}
+
+}  // namespace
+
+void OlapConnection::Open(const std::string& connection_string, const std::string&,
+                          const std::string&, int32_t) {
+  Close();
+  if (!connection_string.empty()) text_ = connection_string;
+  const ConnectionText parts = ParseConnectionText(text_);
+  CheckParts(locale_, parts, text_);
+  const auto opened = OpenCatalogs(files_, locale_, parts.data_source);
+  catalog_.reset();
+  if (!parts.initial_catalog.empty()) catalog_ = opened->Find(parts.initial_catalog);
+  opened_ = opened;
+}
+
+std::shared_ptr<const OpenedCatalogs> OlapConnection::opened() const {
+  if (opened_ == nullptr) {
+    throw Failure(failure_number::kObjectClosed, "The connection to the cube is not open.");
+  }
+  return opened_;
+}
+
+std::string OlapConnection::DefaultDatabase() const {
+  const auto catalogs = opened();
+  if (catalogs->cubes.empty()) return {};
+  return catalogs->cubes[catalog_.value_or(0)]->model().name;
+}
+
+std::vector<std::string> OlapConnection::CatalogNames() const {
+  std::vector<std::string> names;
+  for (const auto& cube : opened()->cubes) names.push_back(cube->model().name);
+  return names;
+}
+
+const OlapConnection& OlapConnection::From(const CubeConnection& connection) {
+  const auto* own = dynamic_cast<const OlapConnection*>(&connection);
+  if (own == nullptr) {
+    throw Failure(failure_number::kObjectClosed, "The connection is none to a cube file.");
+  }
+  return *own;
+}
+
+}  // namespace vok::olap
