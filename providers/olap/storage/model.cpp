@@ -10,7 +10,8 @@ std::string Bracketed(std::string_view name) {
     text += letter;
     if (letter == ']') text += ']';
   }
-  return text + "]";
+  text += ']';
+  return text;
 }
 
 Hierarchy::Hierarchy(std::string dimension_name, std::string name, bool has_all,
@@ -52,7 +53,10 @@ IdRange Hierarchy::Leaves(MemberId member) const {
 std::string Hierarchy::UniqueName(MemberId member) const {
   const MemberId parent = Parent(member);
   const bool top = parent == kNoMember || (has_all_ && parent == 0);
-  return (top ? unique_name_ : UniqueName(parent)) + "." + Bracketed(Name(member));
+  std::string path = top ? unique_name_ : UniqueName(parent);
+  path += '.';
+  path += Bracketed(Name(member));
+  return path;
 }
 
 std::string Hierarchy::LevelUniqueName(std::size_t level) const {

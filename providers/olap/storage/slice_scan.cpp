@@ -7,8 +7,10 @@
 namespace vok::olap {
 namespace {
 
-/// Below this, testing every row is cheaper than leaping.
-constexpr uint64_t kFewRows = 64;
+/// Up to so many rows, testing each is cheaper than leaping from value to value, or to the ends of
+/// one range of leaves.
+constexpr uint64_t kFewToFollow = 512;
+constexpr uint64_t kFewPerRange = 32;
 constexpr std::size_t kBatch = 256;
 
 /// The first row of `rows` whose key is not below `key`; the keys ascend within `rows`. Looks at
@@ -62,9 +64,10 @@ std::vector<RowRange> SliceScan::Find(uint64_t rows) {
 void SliceScan::Descend(std::size_t column, RowRange rows) {
   if (rows.begin >= rows.end) return;
   if (column >= filtered_columns_) return Take(rows);
-  const std::size_t ranges = filters_[column] ? filters_[column]->ranges().size() : 0;
-  if (rows.end - rows.begin <= kFewRows + 8 * ranges) return TestRows(column, rows);
-  if (filters_[column]) return FollowFilter(column, rows);
+  const auto& filter = filters_[column];
+  const uint64_t few = filter ? kFewPerRange * filter->ranges().size() : kFewToFollow;
+  if (rows.end - rows.begin <= few) return TestRows(column, rows);
+  if (filter) return FollowFilter(column, rows);
   FollowValues(column, rows);
 }
 

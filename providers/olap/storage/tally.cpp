@@ -49,13 +49,16 @@ class TallyOf : public Tally {
 
   void Add(std::span<const uint32_t> groups, std::span<const int64_t> values,
            std::span<const int64_t> validity) override {
+    // Locals: a flag's type may alias anything, so members would be read again for every row.
+    Cell* const cells = cells_.data();
+    uint8_t* const present = present_.data();
     for (std::size_t row = 0; row < values.size(); ++row) {
       if (!validity.empty() && validity[row] == 0) continue;
       const uint32_t group = groups[row];
       const Cell value = Number::FromStored(values[row]);
-      cells_[group] =
-          StartsAtZero() || present_[group] ? Operation::Join(cells_[group], value) : value;
-      present_[group] = 1;
+      const bool joins = kStartsAtZero || present[group] != 0;
+      cells[group] = joins ? Operation::Join(cells[group], value) : value;
+      present[group] = 1;
     }
   }
 
@@ -69,7 +72,7 @@ class TallyOf : public Tally {
 
  private:
   using Cell = typename Number::Cell;
-  static constexpr bool StartsAtZero() { return std::is_same_v<Operation, Plus>; }
+  static constexpr bool kStartsAtZero = std::is_same_v<Operation, Plus>;
 
   int scale_;
   std::vector<Cell> cells_;
