@@ -23,6 +23,12 @@ void PartContext::Lose(std::string_view what) {
   }
 }
 
+void PartContext::LoseElement(std::string_view name) {
+  std::string tag = "<";
+  tag.append(name).append(">");
+  Lose(tag);
+}
+
 uint32_t PartContext::Count(std::string_view name, std::string_view text, uint32_t missing,
                             uint32_t most) const {
   if (text.empty()) return missing;

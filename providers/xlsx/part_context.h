@@ -22,7 +22,7 @@ class PartContext {
   /// Notes, once, that the part holds something that is not kept.
   void Lose(std::string_view what);
   /// The element of that name is not kept.
-  void LoseElement(std::string_view name) { Lose("<" + std::string(name) + ">"); }
+  void LoseElement(std::string_view name);
 
   /// The attribute as a number of at most `most`; `missing` when it is not there.
   uint32_t Count(std::string_view name, std::string_view text, uint32_t missing,

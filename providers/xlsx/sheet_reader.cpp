@@ -5,6 +5,7 @@
 #include <optional>
 #include <string>
 
+#include "providers/xlsx/sheet_scanner.h"
 #include "providers/xlsx/sheet_xml.h"
 #include "providers/xlsx/text_rules.h"
 #include "providers/xlsx/xml_reader.h"
@@ -161,7 +162,6 @@ class SheetReader : public XmlHandler {
   }
 
   uint16_t FormatOf(std::string_view style) const {
-    if (style.empty()) return 0;
     const uint32_t index = context_.Count("style", style, 0, 0xFFFF);
     if (index >= tables_.formats.size()) {
       context_.Fail("style " + std::string(style) + " is used but not there");
@@ -228,6 +228,14 @@ class SheetReader : public XmlHandler {
 
 void ReadSheet(std::string_view xml, const SheetTables& tables, TextPool& pool, Sheet& sheet,
                PartContext& context) {
+  const SheetPieces pieces = SplitSheet(xml);
+  if (!pieces.rows.empty()) {
+    const std::string frame = std::string(pieces.head).append(pieces.tail);
+    SheetReader reader(tables, pool, sheet, context);
+    ParseXml(frame, reader, context.path(), context.part());
+    if (ScanRows(pieces.rows, tables, pool, sheet)) return;
+    sheet = Sheet(sheet.name);
+  }
   SheetReader reader(tables, pool, sheet, context);
   ParseXml(xml, reader, context.path(), context.part());
 }

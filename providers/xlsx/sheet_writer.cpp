@@ -24,9 +24,11 @@ char* Put(char* at, std::string_view text) {
   return at + text.size();
 }
 
+/// Most characters of a number.
+constexpr std::size_t kLongest = 32;
+
 template <typename Number>
 char* PutNumber(char* at, Number value) {
-  constexpr std::size_t kLongest = 32;
   return std::to_chars(at, at + kLongest, value).ptr;
 }
 
@@ -112,7 +114,7 @@ class SheetWriter {
 
   void WriteColumn(std::size_t first, std::size_t end) {
     const Column& column = columns_[first];
-    char width[32];
+    char width[kLongest];
     xml_ << "<col min=\"" << std::to_string(first + 1) << "\" max=\"" << std::to_string(end)
          << "\" width=\"" << std::string_view(width, PutNumber(width, column.width));
     if (column.format != 0) xml_ << "\" style=\"" << std::to_string(column.format);
@@ -120,7 +122,7 @@ class SheetWriter {
   }
 
   void WriteRow(const Row& row) {
-    char digits[16];
+    char digits[kLongest];
     const std::string_view number(digits, PutNumber(digits, row.number));
     char* at = xml_.Reserve(kMaxRowXml + row.cells.size() * kMaxCellXml);
     at = Put(at, "<row r=\"");

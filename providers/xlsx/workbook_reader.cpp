@@ -96,7 +96,7 @@ class WorkbookReader {
   std::set<std::string> taken_;
   std::vector<Relation> relations_;
   std::vector<uint32_t> texts_;
-  std::vector<uint16_t> formats_;
+  std::vector<uint16_t> formats_{0};  // General, if there is no part that says more
 };
 
 }  // namespace

@@ -34,6 +34,38 @@ TEST(ForeignWorkbook, CellsOfEveryKindAreRead) {
   EXPECT_EQ(again.sheets[0].columns().at(2), (Column{1, 20}));
 }
 
+TEST(ForeignWorkbook, OurOwnSheetReadsTheSameByTheShortWayAndTheGeneralOne) {
+  const std::string head =
+      "<?xml version=\"1.0\" encoding=\"UTF-8\" standalone=\"yes\"?>\n<worksheet><cols>"
+      "<col min=\"2\" max=\"2\" style=\"1\"/></cols><sheetData>";
+  const std::string rows[] = {
+      "<row r=\"2\"><c r=\"A2\" s=\"1\" t=\"s\"><v>0</v></c><c r=\"AB2\"><v>-1.5e-7</v></c></row>"
+      "<row r=\"3\"></row><row r=\"1048576\"><c r=\"XFD1048576\"><v>1</v></c></row>",
+      "<row r=\"1\"><c r=\"A1\"><v>1</v></c><c r=\"B1\" s=\"2\"/><c r=\"C1\" "
+      "t=\"b\"><v>1</v></c></row>",
+      "<row r=\"1\"><c r=\"A1\"><v>1</v></c><c r=\"A1\"><v>2</v></c></row>",
+      "<row r=\"1\"><c r=\"A2\"><v>1</v></c></row>",
+      "<row r=\"1\"><c r=\"A1\" t=\"s\"><v>1</v></c></row>",
+      "<row r=\"1\"><c r=\"A1\" s=\"3\"><v>1</v></c></row>",
+      "<row r=\"1\"><c r=\"A1\"><v>inf</v></c></row>",
+      "<row r=\"1\"><c r=\"A1\"><v>1</v></c>",
+      "<row r=\"2\"></row><row r=\"1\"></row>",
+  };
+  const auto read = [](const std::string& sheet) -> std::map<std::string, std::string> {
+    Package package;
+    package.parts["xl/sheets/a.xml"] = sheet;
+    try {
+      return CellsOf(ReadBytes(package.Pack()));
+    } catch (const Failure& failure) {
+      return {{"failure", failure.description()}};
+    }
+  };
+  for (const std::string& content : rows) {
+    const std::string sheet = head + content + "</sheetData></worksheet>";
+    EXPECT_EQ(read(sheet), read(sheet + "\n")) << content;
+  }
+}
+
 TEST(ForeignWorkbook, WhatASaveWouldLoseIsNamedAndTheFileStays) {
   const struct {
     const char* part;

@@ -1,0 +1,105 @@
+// How long a run's workbook takes: writing it, and reopening it to append and save again.
+#include <benchmark/benchmark.h>
+
+#include <string>
+
+#include "platform/files.h"
+#include "providers/xlsx/xlsx_spreadsheet.h"
+
+namespace {
+
+using namespace vok;
+
+constexpr std::size_t kTextColumns = 11;
+constexpr std::size_t kColumns = 35;
+
+/// Holds one file, in memory.
+class OneFile : public Files {
+ public:
+  std::string bytes;
+
+  bool Exists(const std::string&) const override { return true; }
+  bool IsDirectory(const std::string&) const override { return false; }
+  void Delete(const std::string&) override {}
+  void CreateDirectory(const std::string&) override {}
+  void Append(const std::string&, std::string_view) override {}
+  std::unique_ptr<MappedFile> Map(const std::string&) const override {
+    return std::make_unique<View>(bytes);
+  }
+  std::unique_ptr<FileReplacement> Replace(const std::string&) override {
+    return std::make_unique<Replacement>(bytes);
+  }
+  Date LastModified(const std::string&) const override { return {}; }
+  void ChangeDirectory(const std::string&) override {}
+  std::string NativePath(const std::string& path) const override { return path; }
+
+ private:
+  struct View : MappedFile {
+    explicit View(const std::string& file) : text(file) {}
+    std::span<const std::byte> Bytes() const override { return std::as_bytes(std::span(text)); }
+    const std::string& text;
+  };
+  struct Replacement : FileReplacement {
+    explicit Replacement(std::string& file) : target(file) {}
+    void Write(std::span<const std::byte> written) override {
+      text.append(reinterpret_cast<const char*>(written.data()), written.size());
+    }
+    void Commit() override { target = std::move(text); }
+    std::string& target;
+    std::string text;
+  };
+};
+
+/// Report lines as a ledger has them: captions in several languages, amounts with two digits.
+CellBlock Lines(std::size_t rows) {
+  const std::string names[] = {"Freight and handling", "\xD7\xA9\xD7\x9B\xD7\xA8",
+                               "Verkaufserl\xC3\xB6se",
+                               "\xD0\x97\xD0\xB0\xD1\x80\xD0\xBF\xD0\xBB\xD0\xB0\xD1\x82\xD0\xB0"};
+  CellBlock block(rows, kColumns);
+  uint64_t random = 42;
+  for (std::size_t row = 1; row <= rows; ++row) {
+    block.At(row, 1) = "0";
+    for (std::size_t column = 2; column <= kTextColumns; ++column) {
+      const bool own = column == 2 || column == 3;
+      block.At(row, column) = names[(row + column) % 4] + (own ? std::to_string(row) : "");
+    }
+    for (std::size_t column = kTextColumns + 1; column <= kColumns; ++column) {
+      random = random * 6364136223846793005u + 1442695040888963407u;
+      block.At(row, column) = static_cast<double>(random >> 40) / 100;
+    }
+  }
+  return block;
+}
+
+void Write(OneFile& file, const CellBlock& lines) {
+  const auto application = xlsx::XlsxSpreadsheet(file).NewApplication();
+  application->AddWorkbook();
+  application->SetActiveSheetName("Data");
+  application->SetColumnsNumberFormat("A:K", "@");
+  application->SetFormula(1, 1, lines);
+  application->SaveAs("q.xlsX", kOpenXmlWorkbook);
+}
+
+void WriteWorkbook(benchmark::State& state) {
+  const CellBlock lines = Lines(static_cast<std::size_t>(state.range(0)));
+  OneFile file;
+  for (auto _ : state) Write(file, lines);
+  state.counters["bytes"] = static_cast<double>(file.bytes.size());
+}
+
+void OpenWorkbook(benchmark::State& state) {
+  OneFile file;
+  Write(file, Lines(static_cast<std::size_t>(state.range(0))));
+  for (auto _ : state) {
+    const auto application = xlsx::XlsxSpreadsheet(file).NewApplication();
+    application->OpenWorkbook("q.xlsX");
+    benchmark::DoNotOptimize(application->CurrentRegionRows("A1"));
+  }
+}
+
+BENCHMARK(WriteWorkbook)->Arg(10'000)->Arg(100'000)->Unit(benchmark::kMillisecond);
+BENCHMARK(OpenWorkbook)->Arg(10'000)->Arg(100'000)->Unit(benchmark::kMillisecond);
+
+}  // namespace
+
+BENCHMARK_MAIN();
