@@ -1,0 +1,138 @@
+// What a schema or a table must not say, and the words that tell the user so.
+#include <gtest/gtest.h>
+
+#include <fstream>
+#include <iterator>
+#include <string>
+#include <vector>
+
+#include "platform/failure.h"
+#include "tests/support/cubes/sample_cube.h"
+
+namespace vok::olap {
+namespace {
+
+struct Change {
+  const char* table;  // nullptr: the schema
+  const char* from;   // the first place where it stands; "" appends
+  const char* to;
+  std::vector<const char*> words;
+};
+
+void Replace(std::string& text, const std::string& from, const std::string& to) {
+  const auto place = from.empty() ? text.size() : text.find(from);
+  ASSERT_NE(place, std::string::npos) << from;
+  text.replace(place, from.size(), to);
+}
+
+std::string RefusalOf(const Change& change) {
+  test::CubeTexts texts = test::SampleLedger();
+  Replace(change.table == nullptr ? texts.schema : texts.tables.at(change.table), change.from,
+          change.to);
+  const test::TemporaryFolder folder;
+  try {
+    test::BuildInto(folder, texts);
+  } catch (const Failure& failure) {
+    EXPECT_FALSE(std::ifstream(folder.File("sample.cub")).is_open());
+    return failure.description();
+  }
+  return "";
+}
+
+void ExpectRefusals(const std::vector<Change>& changes) {
+  for (const Change& change : changes) {
+    const std::string refusal = RefusalOf(change);
+    for (const char* word : change.words) {
+      EXPECT_NE(refusal.find(word), std::string::npos)
+          << change.to << " gives: " << refusal << "\nwithout: " << word;
+    }
+  }
+}
+
+TEST(BadSchema, IsRefusedByName) {
+  ExpectRefusals({
+      {nullptr, "</Schema>", "", {"schema.xml, line", "no well-formed XML"}},
+      {nullptr, "<Schema name=\"Ledger\">", "<Schema name=\"\xff\">", {"UTF-8"}},
+      {nullptr, "<Table name=\"fact\"/>", "", {"line 3", "<Cube> \"QEL\"", "no <Table>"}},
+      {nullptr, "\"fact\"", "\"facts\"", {"\"facts.csv\"", "dim_act, dim_date", "fact"}},
+      {nullptr, "\"fact\"", "\"../fact\"", {"there is no file"}},
+      {nullptr, "column=\"amount\"", "column=\"sum\"", {"fact.csv", "\"sum\"", "amount, units"}},
+      {nullptr, "column=\"xlfile\"", "column=\"file\"", {"dim_act.csv", "\"file\""}},
+      {nullptr, "foreignKey=\"ob\"", "", {"<Dimension> \"Opening_Balance\"", "no foreignKey"}},
+      {nullptr, " primaryKey=\"ob\"", "", {"no attribute primaryKey"}},
+      {nullptr, "name=\"Units\"", "name=\"AMOUNT\"", {"two of the name \"AMOUNT\""}},
+      {nullptr, "name=\"Quarter\"", "name=\"year\"", {"two of the name \"year\""}},
+      {nullptr, "name=\"MoneySet\"", "name=\"measures\"", {"holds the measures"}},
+      {nullptr, "defaultMeasure=\"Amount\"", "defaultMeasure=\"Sum\"", {"\"Sum\""}},
+      {nullptr, "\"count\"", "\"distinct-count\"", {"distinct-count", "not supported", "line 40"}},
+      {nullptr, "<Measure", "<CalculatedMember name=\"X\"/><Measure", {"<CalculatedMember>"}},
+      {nullptr, "<Table name=\"dim_ob\"/>", "<View alias=\"v\"/>", {"<View> is not supported"}},
+      {nullptr,
+       "<Level name=\"File\"",
+       "<Level hideMemberIf=\"IfBlankName\" name=\"File\"",
+       {"hideMemberIf"}},
+      {nullptr,
+       "<Level name=\"File\"",
+       "<Level parentColumn=\"p\" name=\"File\"",
+       {"parentColumn"}},
+      {nullptr, "type=\"Integer\"", "type=\"Date\"", {"\"Date\"", "not supported"}},
+      {nullptr, "hasAll=\"true\"", "hasAll=\"yes\"", {"hasAll", "\"yes\""}},
+  });
+}
+
+TEST(BadTable, IsRefusedWithItsLine) {
+  ExpectRefusals({
+      {"fact", "", "241,0,1,1,0,0,1.00\n", {"fact.csv, line 242", "7 fields", "has 8"}},
+      {"fact", "", "241,0,1,1,0,0,1.00,2,\n", {"fact.csv, line 242", "9 fields"}},
+      {"fact", "", "241,0,1,1,0,0,\"1\n,00\",2\n", {"line 242", "no number", "\"amount\""}},
+      {"fact", "", "241,0,1,1,0,0,1e999,2\n", {"line 242", "1e999", "too large"}},
+      {"fact", "", "241,18,1,1,0,0,1,2\n", {"line 242", "\"18\"", "\"date_id\"", "\"Date\""}},
+      {"fact", "", "241,00,1,1,0,0,1,2\n", {"line 242", "\"00\""}},
+      {"fact", "", "241,,1,1,0,0,1,2\n", {"line 242", "\"\"", "\"date_id\""}},
+      {"fact", "", "\n", {"line 242", "1 fields"}},
+      {"dim_qel", "", "7,\xC3(,7\n", {"dim_qel.csv, line 8", "UTF-8"}},
+      {"dim_qel", "", "7,\"open,7\n", {"line 8", "does not end"}},
+      {"dim_qel", "", "7,\"a\"b,7\n", {"line 8", "after a quoted field"}},
+      {"dim_qel", "", "7,a\"b,7\n", {"line 8", "quote within"}},
+      {"dim_qel", "", "7,a\rb,7\n", {"line 8", "CR without LF"}},
+      {"dim_qel", "", "6,Other,7\n", {"line 8", "duplicate key \"6\"", "line 7 has it"}},
+      {"dim_qel", "", ",Other,7\n", {"line 8", "primary key", "empty"}},
+      {"dim_date", "2009,1,1", "2009,first,1", {"line 2", "\"first\"", "\"Quarter\"", "integer"}},
+      {"dim_ob", "ob\n0\n1\n", "", {"dim_ob.csv", "empty"}},
+      {"dim_ob", "0\n1\n", "", {"dim_ob", "no rows"}},
+      {"dim_ob", "ob\n", "ob,ob\n", {"two columns \"ob\""}},
+  });
+}
+
+TEST(BadTable, DuplicateMembersAreRefused) {
+  test::CubeTexts texts = test::SampleLedger();
+  Replace(texts.schema, "<Level name=\"File\" column=\"xlfile\"/>",
+          "<Level name=\"File\" column=\"xlfile\" uniqueMembers=\"true\"/>");
+  const test::TemporaryFolder folder;
+  try {
+    test::BuildInto(folder, texts);
+    FAIL();
+  } catch (const Failure& failure) {
+    for (const char* word : {"dim_act.csv, line 5", "duplicate member", "\"File1\"", "\"Ledger2\"",
+                             "\"Ledger1\"", "uniqueMembers"}) {
+      EXPECT_NE(failure.description().find(word), std::string::npos) << failure.description();
+    }
+  }
+}
+
+TEST(BadOutput, LeavesTheOldFileAlone) {
+  const test::TemporaryFolder folder;
+  test::CubeTexts texts = test::SampleLedger();
+  test::BuildInto(folder, texts);
+  const auto read = [&] {
+    std::ifstream stream(folder.File("sample.cub"), std::ios::binary);
+    return std::string(std::istreambuf_iterator<char>(stream), {});
+  };
+  const std::string before = read();
+  texts.tables["fact"] += "241,0,1,1,0,0,wrong,2\n";
+  EXPECT_THROW(test::BuildInto(folder, texts), Failure);
+  EXPECT_EQ(read(), before);
+}
+
+}  // namespace
+}  // namespace vok::olap

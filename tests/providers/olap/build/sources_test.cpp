@@ -1,0 +1,108 @@
+// The two kinds of tables, and the forms that a CSV file may have.
+#include <gtest/gtest.h>
+#include <sqlite3.h>
+
+#include <fstream>
+#include <string>
+
+#include "platform/failure.h"
+#include "providers/posix/icu_locale.h"
+#include "providers/posix/posix_files.h"
+#include "tests/support/cubes/sample_cube.h"
+
+namespace vok::olap {
+namespace {
+
+constexpr const char* kSchema = R"(<Schema name="S"><Cube name="C"><Table name="fact"/>
+<Dimension name="D" foreignKey="id"><Hierarchy hasAll="false" primaryKey="id"><Table name="d"/>
+<Level name="L" column="name"/></Hierarchy></Dimension>
+<Measure name="V" column="v" aggregator="sum"/></Cube></Schema>)";
+
+void ExpectNamesAndSum(const CubeFile& file, const std::vector<std::string>& names, double sum) {
+  const StoredCube& cube = file.cubes().at(0);
+  std::vector<std::string> found;
+  for (MemberId member = 0; member < cube.model.hierarchies[0].MemberCount(); ++member) {
+    found.emplace_back(cube.model.hierarchies[0].Name(member));
+  }
+  EXPECT_EQ(found, names);
+  EXPECT_EQ(cube.facts->Read({{0}, {}, {}})[0].values[0], sum);
+}
+
+TEST(CsvTable, IsReadInEveryForm) {
+  const struct {
+    const char* dimension;
+    const char* facts;
+  } cases[] = {
+      {"id,name\n1,a\n2,\"b \"\"x\"\",\ny\"\n", "id,v\n1,0.25\n2,2\n"},
+      {"\xEF\xBB\xBFid,name\r\n1,a\r\n2,\"b \"\"x\"\",\ny\"\r\n", "id,v\r\n1,0.25\r\n2,2"},
+      {"name,other,id\n\"a\",,1\n\"b \"\"x\"\",\ny\",z,\"2\"", "v,id\n\"0.25\",1\n2,\"2\"\n"},
+  };
+  for (const auto& each : cases) {
+    const test::BuiltCube built({kSchema, {{"d", each.dimension}, {"fact", each.facts}}});
+    ExpectNamesAndSum(built.file(), {"a", "b \"x\",\ny"}, 2.25);
+  }
+}
+
+class SqliteTables : public testing::Test {
+ protected:
+  std::shared_ptr<const CubeFile> Build(const std::string& sql) {
+    const std::string database = folder_.File("data.db");
+    sqlite3* handle = nullptr;
+    EXPECT_EQ(sqlite3_open(database.c_str(), &handle), SQLITE_OK);
+    EXPECT_EQ(sqlite3_exec(handle, sql.c_str(), nullptr, nullptr, nullptr), SQLITE_OK);
+    sqlite3_close(handle);
+    std::ofstream(folder_.File("schema.xml")) << kSchema;
+    PosixFiles files;
+    BuildCubeFile(files, IcuLocale("en_US"),
+                  {folder_.File("schema.xml"), database, folder_.File("out.cub")}, {});
+    return CubeFile::Open(files, folder_.File("out.cub"));
+  }
+
+  void ExpectRefusal(const std::string& sql, const std::string& words) {
+    try {
+      Build(sql);
+      ADD_FAILURE() << words;
+    } catch (const Failure& failure) {
+      EXPECT_NE(failure.description().find(words), std::string::npos) << failure.description();
+    }
+  }
+
+  test::TemporaryFolder folder_;
+};
+
+TEST_F(SqliteTables, AreReadWithTheirTypes) {
+  const auto file = Build(
+      "CREATE TABLE d(id INTEGER, name TEXT); INSERT INTO d VALUES (1, 'a'), (2, NULL);"
+      "CREATE TABLE f(id INTEGER, v REAL); INSERT INTO f VALUES (1, 0.1), (2, 0.2), (2, NULL);"
+      "CREATE VIEW fact AS SELECT * FROM f");
+  ExpectNamesAndSum(*file, {"a", "#null"}, 0.3);
+}
+
+TEST_F(SqliteTables, RefusalsNameTheTable) {
+  ExpectRefusal("CREATE TABLE d(id, name); INSERT INTO d VALUES (1, 'a')", "no table \"fact\"");
+}
+
+TEST_F(SqliteTables, RefusalsNameTheColumn) {
+  ExpectRefusal("CREATE TABLE d(id, title); CREATE TABLE fact(id, v)", "no column \"name\"");
+}
+
+TEST_F(SqliteTables, RefusalsNameTheRow) {
+  ExpectRefusal(
+      "CREATE TABLE d(id, name); INSERT INTO d VALUES (1, 'a');"
+      "CREATE TABLE fact(id, v); INSERT INTO fact VALUES (1, 2), (1, x'00')",
+      "table fact, row 2");
+}
+
+TEST(TableSource, OtherFilesAreRefused) {
+  const test::TemporaryFolder folder;
+  std::ofstream(folder.File("schema.xml")) << kSchema;
+  PosixFiles files;
+  for (const std::string& data : {folder.File("schema.xml"), folder.File("missing")}) {
+    EXPECT_THROW(BuildCubeFile(files, IcuLocale("en_US"),
+                               {folder.File("schema.xml"), data, folder.File("out.cub")}, {}),
+                 Failure);
+  }
+}
+
+}  // namespace
+}  // namespace vok::olap
