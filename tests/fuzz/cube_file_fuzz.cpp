@@ -1,0 +1,102 @@
+// A cube file: whatever its bytes are, opening and reading it ends with an answer or a `Failure`.
+//
+// The checksums of the input are put right first, so that damage also reaches what lies behind
+// them.
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+#include <span>
+#include <vector>
+
+#include "platform/failure.h"
+#include "providers/olap/storage/blocks.h"
+#include "providers/olap/storage/cube_file.h"
+#include "providers/olap/storage/format.h"
+
+namespace {
+
+using namespace vok::olap;  // NOLINT: a program of one file
+
+using Bytes = std::vector<std::byte>;
+
+template <typename T>
+T Load(const Bytes& bytes, std::size_t at) {
+  T value;
+  std::memcpy(&value, bytes.data() + at, sizeof(value));
+  return value;
+}
+
+template <typename T>
+void Store(Bytes& bytes, std::size_t at, const T& value) {
+  std::memcpy(bytes.data() + at, &value, sizeof(value));
+}
+
+void RepairChecksums(Bytes& bytes) {
+  if (bytes.size() < sizeof(FileHeader) + sizeof(FileFooter)) return;
+  const std::size_t footer_at = bytes.size() - sizeof(FileFooter);
+  auto footer = Load<FileFooter>(bytes, footer_at);
+  const uint64_t directory = footer.directory_offset;
+  if (directory > footer_at || footer.block_count > (footer_at - directory) / sizeof(BlockEntry)) {
+    return;
+  }
+  const auto all = std::span<const std::byte>(bytes);
+  for (uint64_t index = 0; index < footer.block_count; ++index) {
+    const std::size_t at = directory + index * sizeof(BlockEntry);
+    auto entry = Load<BlockEntry>(bytes, at);
+    if (entry.offset > directory || entry.length > directory - entry.offset) continue;
+    entry.checksum = Checksum(all.subspan(entry.offset, entry.length));
+    Store(bytes, at, entry);
+  }
+  footer.directory_checksum =
+      Checksum(all.subspan(directory, footer.block_count * sizeof(BlockEntry)));
+  footer.file_length = bytes.size();
+  Store(bytes, footer_at, footer);
+  footer.checksum = Checksum(all.subspan(footer_at, offsetof(FileFooter, checksum)));
+  Store(bytes, footer_at, footer);
+}
+
+void ReadMembers(const Hierarchy& hierarchy) {
+  for (MemberId member = 0; member < hierarchy.MemberCount(); ++member) {
+    hierarchy.UniqueName(member);
+    hierarchy.Caption(member);
+    hierarchy.Children(member);
+  }
+}
+
+void ReadFacts(const StoredCube& cube) {
+  FactQuery query;
+  for (uint32_t index = 0; index < cube.model.measures.size(); ++index) {
+    query.measures.push_back(index);
+  }
+  for (uint32_t index = 0; index < cube.model.hierarchies.size(); ++index) {
+    const Hierarchy& hierarchy = cube.model.hierarchies[index];
+    query.leaves.assign(index + 1, {});
+    query.leaves[index] = {{hierarchy.LeafCount() / 2, hierarchy.LeafCount()}};
+    query.group = {index, static_cast<uint32_t>(hierarchy.levels().size() - 1)};
+    cube.facts->Read(query);
+    query.group = {0, 0};
+    cube.facts->Read(query);
+  }
+}
+
+void OpenAndReadAll(const Bytes& bytes) {
+  try {
+    const auto file = CubeFile::Open(bytes, "fuzzed.cub");
+    for (const StoredCube& cube : file->cubes()) {
+      for (const Hierarchy& hierarchy : cube.model.hierarchies) ReadMembers(hierarchy);
+      ReadFacts(cube);
+    }
+  } catch (const vok::Failure&) {
+  }
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, std::size_t size) {
+  Bytes bytes(size);
+  if (size > 0) std::memcpy(bytes.data(), data, size);
+  OpenAndReadAll(bytes);
+  RepairChecksums(bytes);
+  OpenAndReadAll(bytes);
+  return 0;
+}
