@@ -70,7 +70,7 @@ std::shared_ptr<SqliteStore> SqliteStore::Open(Files& files, const Locale& local
   std::shared_ptr<SqliteStore> store(new SqliteStore(locale, PlainPath(files.NativePath(path))));
   store->OpenHandle(SQLITE_OPEN_READWRITE, timeout);
   store->CheckIsOurs();
-  store->CheckIsWhole();
+  store->CheckIsWhole(files, path);
   return store;
 }
 
@@ -82,7 +82,7 @@ std::shared_ptr<SqliteStore> SqliteStore::Create(Files& files, const Locale& loc
   std::shared_ptr<SqliteStore> store(new SqliteStore(locale, PlainPath(native)));
   store->OpenHandle(SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE, timeout);
   WriteScope scope(*store);
-  if (store->Number("PRAGMA page_count") > 0) refuse();  // another process was faster
+  if (!store->IsBlank()) refuse();  // another process was faster
   store->Execute("PRAGMA application_id = " + std::to_string(kApplicationId));
   store->Execute("PRAGMA user_version = " + std::to_string(kVersion));
   store->Execute(
@@ -115,21 +115,28 @@ void SqliteStore::OpenHandle(int flags, int32_t timeout) {
 void SqliteStore::CheckIsOurs() {
   if (Number("PRAGMA page_count") == 0) {
     const WriteScope scope(*this);
-    if (Number("PRAGMA page_count") == 0) {
-      ThrowUnusable(file_, "it is empty. Move it away, and a new one will be made.");
+    if (IsBlank()) {
+      ThrowUnusable(file_, "it is empty or cut short. Move it away, and a new one will be made.");
     }
   }
   if (Number("PRAGMA application_id") != kApplicationId) {
-    ThrowUnusable(file_, "it is a database of another program. It was left as it is.");
+    ThrowUnusable(
+        file_, "it is no settings database, but a file of another program. It was left as it is.");
   }
   if (Number("PRAGMA user_version") != kVersion) {
     ThrowUnusable(file_, "it was made by another version of this program. Use that one.");
   }
 }
 
-void SqliteStore::CheckIsWhole() {
+bool SqliteStore::IsBlank() { return Number("SELECT count(*) FROM sqlite_schema") == 0; }
+
+// A last page that is not all there would read as zeros. Its size is asked for while the check
+// still keeps writers out.
+void SqliteStore::CheckIsWhole(const Files& files, const std::string& path) {
   Query check(*this, "PRAGMA quick_check(1)");
   if (!check.Step() || check.Text(0) != "ok") Throw(SQLITE_CORRUPT);
+  const int64_t size = Number("PRAGMA page_count") * Number("PRAGMA page_size");
+  if (static_cast<int64_t>(files.Map(path)->Bytes().size()) < size) Throw(SQLITE_CORRUPT);
 }
 
 void SqliteStore::Close() noexcept {

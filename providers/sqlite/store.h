@@ -53,8 +53,9 @@ class SqliteStore {
  private:
   SqliteStore(const Locale& locale, std::string file);
   void OpenHandle(int flags, int32_t timeout);
+  bool IsBlank();
   void CheckIsOurs();
-  void CheckIsWhole();
+  void CheckIsWhole(const Files& files, const std::string& path);
 
   const Locale& locale_;
   std::string file_;  ///< native

@@ -2,7 +2,6 @@
 
 #include <sqlite3.h>
 
-#include <cerrno>
 #include <system_error>
 
 #include "platform/failure.h"
@@ -15,12 +14,6 @@ struct Meaning {
   std::string text;
 };
 
-bool IsDiskFull(sqlite3* database, int code) {
-  if (code == SQLITE_FULL) return true;
-  const int error = database == nullptr ? 0 : sqlite3_system_errno(database);
-  return code == SQLITE_IOERR && (error == ENOSPC || error == EDQUOT || error == EFBIG);
-}
-
 std::string SystemWords(sqlite3* database) {
   const int error = database == nullptr ? 0 : sqlite3_system_errno(database);
   return error == 0 ? "" : " (" + std::generic_category().message(error) + ")";
@@ -29,9 +22,11 @@ std::string SystemWords(sqlite3* database) {
 Meaning MeaningOf(sqlite3* database, int extended, int32_t waited) {
   namespace number = failure_number;
   const int code = extended & 0xFF;
-  if (IsDiskFull(database, code)) {
-    return {number::kUnspecified,
-            "the disk is full. Nothing was changed. Free space on it and try again."};
+  if (extended == SQLITE_IOERR_WRITE || extended == SQLITE_IOERR_FSYNC) {
+    return {
+        number::kUnspecified,
+        "the disk does not take what is written: it is full, at a limit, or broken. Nothing was "
+        "changed. Free space on it and try again."};
   }
   switch (code) {
     case SQLITE_BUSY:
@@ -40,6 +35,9 @@ Meaning MeaningOf(sqlite3* database, int extended, int32_t waited) {
                                         std::to_string(waited) +
                                         " seconds that were waited. Close that program, or try "
                                         "again."};
+    case SQLITE_FULL:
+      return {number::kUnspecified,
+              "the disk is full. Nothing was changed. Free space on it and try again."};
     case SQLITE_READONLY:
     case SQLITE_PERM:
     case SQLITE_AUTH:

@@ -1,0 +1,123 @@
+// A settings file of one table in a folder of its own, and short words to work on it.
+#pragma once
+
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <filesystem>
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "platform/failure.h"
+#include "providers/posix/icu_locale.h"
+#include "providers/posix/posix_files.h"
+#include "providers/sqlite/sqlite_database.h"
+
+namespace vok::test {
+
+/// The number of the failure that the action ends with; 0 for none.
+inline int32_t NumberOf(const std::function<void()>& action) {
+  try {
+    action();
+  } catch (const Failure& failure) {
+    return failure.number();
+  }
+  return 0;
+}
+
+inline std::string DescriptionOf(const std::function<void()>& action) {
+  try {
+    action();
+  } catch (const Failure& failure) {
+    return failure.description();
+  }
+  return "no failure";
+}
+
+class SettingsFileTest : public testing::Test {
+ protected:
+  SettingsFileTest() {
+    std::string pattern = (std::filesystem::temp_directory_path() / "vok-db-XXXXXX").string();
+    root_ = ::mkdtemp(pattern.data());
+    std::filesystem::permissions(root_, std::filesystem::perms::all);
+    path_ = root_ + "/CubToQel.mdb";
+    text_ = "Provider=Microsoft.Jet.OLEDB.4.0;;Data Source=" + root_ + "\\CubToQel.mdb";
+  }
+  ~SettingsFileTest() override { std::filesystem::remove_all(root_); }
+
+  /// Table Sets: SetName (key), Caption, Short (2 units), Count, From, Flag.
+  void CreateFile() {
+    const auto catalog = database_.NewCatalog();
+    catalog->Create(text_ + ";Jet OLEDB:Database Password=;Jet OLEDB:Engine Type=5;");
+    catalog->AppendTable({"Sets",
+                          {{"SetName", ColumnType::kText, 255, false},
+                           {"Caption", ColumnType::kText, 0, true},
+                           {"Short", ColumnType::kText, 2, true},
+                           {"Count", ColumnType::kInteger, 0, true},
+                           {"From", ColumnType::kDate, 0, true},
+                           {"Flag", ColumnType::kBoolean, 0, false}}});
+    catalog->AppendIndex("Sets", {"PrimaryKey", "SetName", true, true, false, false});
+  }
+
+  std::unique_ptr<Connection> Connect(int32_t timeout = 20) {
+    auto connection = database_.NewConnection();
+    connection->SetConnectionString(text_);
+    connection->SetCommandTimeout(timeout);
+    connection->Open("", "", "", kUnspecifiedOptions);
+    return connection;
+  }
+
+  std::unique_ptr<Recordset> Open(Connection& connection, const std::string& source,
+                                  LockType lock = LockType::kReadOnly) {
+    auto records = database_.NewRecordset();
+    records->SetActiveConnection(&connection);
+    records->SetLockType(lock);
+    records->Open(source, CursorType::kUnspecified, LockType::kUnspecified, kUnspecifiedOptions);
+    return records;
+  }
+
+  void Run(Connection& connection, const std::string& text) {
+    const auto command = database_.NewCommand();
+    command->SetActiveConnection(connection);
+    command->SetCommandText(text);
+    command->Execute(kUnspecifiedOptions);
+  }
+
+  void Add(Connection& connection, const std::string& name, const std::string& caption = "") {
+    const auto records = Open(connection, "Sets", LockType::kOptimistic);
+    records->AddNew();
+    records->SetField("SetName", name);
+    records->SetField("Caption", caption);
+    records->Update();
+  }
+
+  void AddMany(Connection& connection, int count) {
+    const auto records = Open(connection, "Sets", LockType::kOptimistic);
+    for (int row = 0; row < count; ++row) {
+      records->AddNew();
+      records->SetField("SetName", std::to_string(row));
+      records->SetField("Caption", std::string(250, 'x'));
+      records->Update();
+    }
+  }
+
+  std::vector<std::string> Names(Connection& connection, const std::string& source) {
+    std::vector<std::string> names;
+    const auto records = Open(connection, source);
+    for (; !records->EndOfFile(); records->MoveNext()) {
+      names.push_back(records->Field(0).ToText());
+    }
+    return names;
+  }
+
+  PosixFiles files_;
+  IcuLocale locale_{"en_GB"};
+  SqliteDatabase database_{files_, locale_};
+  std::string root_;
+  std::string path_;
+  std::string text_;
+};
+
+}  // namespace vok::test
