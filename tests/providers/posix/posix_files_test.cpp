@@ -14,6 +14,7 @@
 #include <vector>
 
 #include "platform/failure.h"
+#include "tests/support/failing_files.h"
 
 namespace vok {
 namespace {
@@ -84,6 +85,19 @@ TEST_F(PosixFilesTest, ReplacesTheWholeFileOrNothing) {
   EXPECT_EQ(Text(path), "new");
   EXPECT_EQ(EntryCount(), 1U);
   EXPECT_EQ(fs::status(root_ + "/out.xlsX").permissions(), fs::perms{0640});
+}
+
+TEST_F(PosixFilesTest, WhereverAWriteGivesUpTheOldFileStaysAlone) {
+  WriteWholeFile(files_, At("out"), "old");
+  test::FailingFiles failing(files_, Failure(failure_number::kDiskFull, "full"));
+  int failures = 0;
+  for (failing.fail_at = 1; Text(At("out")) == "old"; ++failing.fail_at) {
+    failing.calls = 0;
+    failures += FailureOf([&] { WriteWholeFile(failing, At("out"), "new"); }).number() != 0 ? 1 : 0;
+    EXPECT_EQ(EntryCount(), 1U);
+  }
+  EXPECT_EQ(failures, 3);
+  EXPECT_EQ(Text(At("out")), "new");
 }
 
 TEST_F(PosixFilesTest, ReplacesWhatASymbolicLinkLeadsTo) {
