@@ -19,7 +19,7 @@ ValuePtr ExpressionResolver::ResolveValue(const Syntax& syntax) const {
 }
 
 Operand ExpressionResolver::ResolveAs(const Syntax& syntax, Wanted wanted) const {
-  return Checked(Resolve(syntax), wanted, syntax.offset);
+  return Checked(Resolve(syntax), wanted, BeginOf(syntax));
 }
 
 Operand ExpressionResolver::Checked(Operand operand, Wanted wanted, std::size_t offset) const {
@@ -79,7 +79,7 @@ Operand ExpressionResolver::ResolveBraces(const Syntax& syntax) const {
   for (const Syntax& argument : syntax.arguments) {
     sets.push_back(ResolveSet(argument));
     if (sets.back()->hierarchies() != sets.front()->hierarchies()) {
-      source_.Fail(argument.offset,
+      source_.Fail(BeginOf(argument),
                    "all members of a set must be of the same hierarchies, in the same order");
     }
   }
@@ -95,8 +95,8 @@ Operand ExpressionResolver::ResolveList(const Syntax& syntax) const {
     MemberPtr member = ToMember(ResolveAs(argument, Wanted::kMember));
     const HierarchyId hierarchy = member->hierarchy();
     if (std::find(seen.begin(), seen.end(), hierarchy) != seen.end()) {
-      source_.Fail(argument.offset, "the tuple has more than one member of hierarchy " +
-                                        cube_.HierarchyUniqueName(hierarchy));
+      source_.Fail(BeginOf(argument), "the tuple has more than one member of hierarchy " +
+                                          cube_.HierarchyUniqueName(hierarchy));
     }
     seen.push_back(hierarchy);
     tuple.members.push_back(std::move(member));
@@ -126,13 +126,13 @@ Operand ExpressionResolver::ResolveBinary(const Syntax& syntax) const {
   Operand right = Resolve(syntax.arguments[1]);
   const bool sets = std::holds_alternative<SetPtr>(left) || std::holds_alternative<SetPtr>(right);
   if (syntax.text == "*" && sets) {
-    left = Checked(std::move(left), Wanted::kSet, syntax.arguments[0].offset);
-    right = Checked(std::move(right), Wanted::kSet, syntax.arguments[1].offset);
+    left = Checked(std::move(left), Wanted::kSet, BeginOf(syntax.arguments[0]));
+    right = Checked(std::move(right), Wanted::kSet, BeginOf(syntax.arguments[1]));
     return NewCrossJoin(ToSet(std::move(left)), ToSet(std::move(right)), source_, syntax.offset);
   }
   const Wanted wanted = IsLogical(syntax.text) ? Wanted::kCondition : Wanted::kNumber;
-  left = Checked(std::move(left), wanted, syntax.arguments[0].offset);
-  right = Checked(std::move(right), wanted, syntax.arguments[1].offset);
+  left = Checked(std::move(left), wanted, BeginOf(syntax.arguments[0]));
+  right = Checked(std::move(right), wanted, BeginOf(syntax.arguments[1]));
   ValuePtr value = NewBinary(syntax.text, ToValue(std::move(left)), ToValue(std::move(right)));
   if (value == nullptr) source_.Fail(syntax.offset, "not supported: " + syntax.text);
   return value;

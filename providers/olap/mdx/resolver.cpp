@@ -91,12 +91,12 @@ class StatementResolver {
   void ResolveAxes() {
     std::vector<HierarchyId> used;
     for (const AxisSyntax& axis : statement_.axes) {
-      query_.axes.push_back({expressions_.ResolveSet(axis.set), axis.non_empty, axis.set.offset});
+      query_.axes.push_back({expressions_.ResolveSet(axis.set), axis.non_empty, BeginOf(axis.set)});
       Use(query_.axes.back(), used);
     }
     if (!statement_.slicer) return;
     query_.slicer =
-        QueryAxis{expressions_.ResolveSet(*statement_.slicer), false, statement_.slicer->offset};
+        QueryAxis{expressions_.ResolveSet(*statement_.slicer), false, BeginOf(*statement_.slicer)};
     Use(*query_.slicer, used);
   }
 

@@ -50,6 +50,12 @@ std::string PropertyText(const Syntax& syntax) {
 
 }  // namespace
 
+std::size_t BeginOf(const Syntax& syntax) {
+  const bool begins_with_operand =
+      syntax.kind == SyntaxKind::kBinary || syntax.kind == SyntaxKind::kProperty;
+  return begins_with_operand ? BeginOf(syntax.arguments[0]) : syntax.offset;
+}
+
 std::string ToText(const Name& name) {
   std::string text;
   for (const NamePart& part : name) {

@@ -67,6 +67,8 @@ struct Statement {
   std::optional<Syntax> slicer;
 };
 
+/// Where the expression begins in the text; an operation's own offset is that of its operator.
+std::size_t BeginOf(const Syntax& syntax);
 /// "[Date].[2010].Children"
 std::string ToText(const Name& name);
 /// The expression, with every operation in parentheses.

@@ -1,0 +1,13 @@
+// A cube small enough to compute by head, for MDX cases.
+#pragma once
+
+#include "tests/support/cubes/sample_cube.h"
+
+namespace vok::test {
+
+/// Cube "QEL": Date (All, Year, Month; November 2009 to April 2010), QeL (All and the lines A, B,
+/// C, D, "E]"), ActX with hierarchy xlFile (All, Ledger, File), Opening_Balance (All; 0 and 1),
+/// Area (no All; Section, Item). Measures Amount (default) and Units. The facts are in the source.
+CubeTexts SmallCube();
+
+}  // namespace vok::test

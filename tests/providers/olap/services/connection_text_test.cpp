@@ -1,0 +1,36 @@
+#include "providers/olap/connection_text.h"
+
+#include <gtest/gtest.h>
+
+#include "platform/failure.h"
+
+namespace vok::olap {
+namespace {
+
+TEST(ConnectionText, IsReadInAnyOrderAndCase) {
+  const struct {
+    const char* text;
+    const char* source;
+    const char* catalog;
+  } kCases[] = {
+      {"DATA SOURCE=C:\\a b.cub;PROVIDER=MSOLAP;Initial Catalog=[My QEL];", "C:\\a b.cub",
+       "My QEL"},
+      {"Provider=MSOLAP;Data Source=x.cub;Initial Catalog=QEL;Client Cache Size=25;Auto Synch "
+       "Period=10000",
+       "x.cub", "QEL"},
+      {" initial catalog = [] ; provider=msolap ; data source = \"a;b.cub\" ;", "a;b.cub", ""},
+      {"Provider=MSOLAP;Data Source='it is.cub';Initial Catalog=[a]b]", "it is.cub", "a]b"},
+  };
+  for (const auto& test : kCases) {
+    const ConnectionText parts = ParseConnectionText(test.text);
+    EXPECT_EQ(parts.data_source, test.source);
+    EXPECT_EQ(parts.initial_catalog, test.catalog);
+    EXPECT_EQ(parts.provider.size(), 6u);
+  }
+  for (const char* bad : {"Provider", "Data Source='x.cub"}) {
+    EXPECT_THROW(ParseConnectionText(bad), Failure) << bad;
+  }
+}
+
+}  // namespace
+}  // namespace vok::olap

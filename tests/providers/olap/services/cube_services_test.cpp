@@ -1,0 +1,123 @@
+// The embedded cube through the platform's objects, as the query run uses it.
+#include "providers/olap/cube_services.h"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+
+#include "platform/failure.h"
+#include "providers/posix/icu_locale.h"
+#include "providers/posix/posix_files.h"
+#include "tests/support/cubes/sample_cube.h"
+
+namespace vok::olap {
+namespace {
+
+class CubeServicesTest : public testing::Test {
+ protected:
+  std::unique_ptr<CubeConnection> Connected(const std::string& text) {
+    auto connection = services_.NewConnection();
+    connection->SetConnectionString(text);
+    connection->SetCursorLocation(CursorLocation::kClient);
+    connection->Open(connection->ConnectionString(), "", "", -1);
+    return connection;
+  }
+  std::string RunText(const std::string& catalog) const {
+    return "DATA SOURCE=" + cube_.path() + ";PROVIDER=MSOLAP;Initial Catalog=[" + catalog + "];";
+  }
+  std::unique_ptr<CubeDef> Cube() {
+    const auto connection = Connected(RunText("qel"));
+    const auto catalog = services_.NewCatalog();
+    catalog->SetActiveConnection(*connection);
+    EXPECT_EQ(catalog->CubeCount(), 1u);
+    return catalog->CubeAt(0);
+  }
+
+  test::BuiltCube cube_{test::SampleLedger()};
+  PosixFiles files_;
+  IcuLocale locale_{"en_US"};
+  OlapCubeServices services_{files_, locale_};
+};
+
+TEST_F(CubeServicesTest, ShowsTheStructureWithMeasuresFirst) {
+  const auto cube = Cube();
+  EXPECT_EQ(cube->Name(), "QEL");
+  ASSERT_EQ(cube->DimensionCount(), 6u);
+  const auto measures = cube->DimensionAt(0);
+  EXPECT_EQ(measures->UniqueName(), "[Measures]");
+  const auto measure_level = measures->HierarchyAt(0)->LevelAt(0);
+  EXPECT_EQ(measure_level->Name(), "MeasuresLevel");
+  ASSERT_EQ(measure_level->MemberCount(), 3u);
+  EXPECT_EQ(measure_level->MemberAt(1)->UniqueName(), "[Measures].[Units]");
+  EXPECT_EQ(measure_level->MemberAt(1)->Parent(), nullptr);
+
+  const auto dates = cube->FindDimension("DATE")->HierarchyAt(0);
+  ASSERT_EQ(dates->LevelCount(), 4u);
+  const auto months = dates->LevelAt(3);
+  EXPECT_EQ(months->UniqueName(), "[Date].[Month]");
+  const auto last = months->MemberAt(months->MemberCount() - 1);
+  EXPECT_EQ(last->UniqueName(), "[Date].[2010].[2].[6]");
+  EXPECT_EQ(last->Parent()->Parent()->Name(), "2010");
+  EXPECT_EQ(cube->FindDimension("actx")->HierarchyAt(0)->UniqueName(), "[ActX].[xlFile]");
+  EXPECT_EQ(cube->FindDimension("Nothing"), nullptr);
+  EXPECT_THROW(cube->DimensionAt(6), Failure);
+  EXPECT_THROW(months->MemberAt(months->MemberCount()), Failure);
+}
+
+TEST_F(CubeServicesTest, AnswersAfterTheConnectionIsGone) {
+  const auto cellset = services_.NewCellset();
+  {
+    const auto connection = Connected(RunText("QEL"));
+    EXPECT_EQ(connection->DefaultDatabase(), "QEL");
+    EXPECT_EQ(connection->CatalogNames(), std::vector<std::string>{"QEL"});
+    cellset->SetActiveConnection(*connection);
+    connection->Close();
+    EXPECT_THROW(connection->CatalogNames(), Failure);
+  }
+  EXPECT_THROW(cellset->AxisCount(), Failure);
+  cellset->SetSource("SELECT {[Measures].[Facts]} ON 0, {[QeL].Members} ON 1 FROM [QEL]");
+  std::filesystem::remove(cube_.path());
+  cellset->Open();
+  ASSERT_EQ(cellset->AxisCount(), 2u);
+  const CellsetAxis& rows = cellset->AxisAt(1);
+  ASSERT_EQ(rows.PositionCount(), 6u);
+  EXPECT_EQ(rows.MembersPerPosition(), 1u);
+  const AxisMember member = rows.MemberAt(4, 0);
+  EXPECT_EQ(member.caption, "310\tRent ]\t\t\tMiete");
+  EXPECT_EQ(member.unique_name, "[QeL].[310\tRent ]]\t\t\tMiete]");
+  EXPECT_EQ(member.level_name, "[QeL].[QeL]");
+  EXPECT_TRUE(cellset->Cell(5).IsEmpty());
+  EXPECT_EQ(cellset->FormattedCell(5), "");
+  EXPECT_TRUE(cellset->Cell(0).Is<double>());
+  EXPECT_THROW(cellset->Cell(6), Failure);
+  EXPECT_THROW(cellset->AxisAt(2), Failure);
+  EXPECT_THROW(rows.MemberAt(6, 0), Failure);
+}
+
+TEST_F(CubeServicesTest, SaysWhatIsWrongWithAConnection) {
+  const struct {
+    std::string text;
+    int32_t number;
+    const char* says;
+  } kCases[] = {
+      {RunText("Other"), failure_number::kUnspecified, "no catalog \"Other\". It has: \"QEL\""},
+      {"Provider=MSOLAP;Data Source=/no-such.cub", failure_number::kFileNotFound, "such.cub"},
+      {"Provider=MSOLAP;Data Source=HTTP://host/x", failure_number::kUnspecified,
+       "needs a cube server connection, which this build has not"},
+      {"Provider=Other;Data Source=x.cub", failure_number::kProviderNotFound, "\"Other\""},
+      {"Provider=MSOLAP", failure_number::kUnspecified, "names no cube file"},
+  };
+  for (const auto& test : kCases) {
+    try {
+      Connected(test.text);
+      ADD_FAILURE() << test.text;
+    } catch (const Failure& failure) {
+      EXPECT_EQ(failure.number(), test.number) << failure.description();
+      EXPECT_NE(failure.description().find(test.says), std::string::npos) << failure.description();
+    }
+  }
+  EXPECT_THROW(services_.NewConnection()->DefaultDatabase(), Failure);
+}
+
+}  // namespace
+}  // namespace vok::olap
