@@ -28,6 +28,10 @@ struct Plus {
   static Cell Join(Cell a, Cell b) {
     return a + b;
   }
+  /// Sums of a narrow column fit; those of a damaged one may wrap.
+  static int64_t Join(int64_t a, int64_t b) {
+    return static_cast<int64_t>(static_cast<uint64_t>(a) + static_cast<uint64_t>(b));
+  }
 };
 struct Smaller {
   template <typename Cell>

@@ -1,12 +1,16 @@
 // What a schema or a table must not say, and the words that tell the user so.
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <string>
 #include <vector>
 
 #include "platform/failure.h"
+#include "providers/posix/icu_locale.h"
+#include "providers/posix/posix_files.h"
 #include "tests/support/cubes/sample_cube.h"
 
 namespace vok::olap {
@@ -132,6 +136,51 @@ TEST(BadOutput, LeavesTheOldFileAlone) {
   texts.tables["fact"] += "241,0,1,1,0,0,wrong,2\n";
   EXPECT_THROW(test::BuildInto(folder, texts), Failure);
   EXPECT_EQ(read(), before);
+}
+
+/// A disk that is full after the given number of bytes.
+class FullDisk : public PosixFiles {
+ public:
+  explicit FullDisk(std::size_t room) : room_(room) {}
+  std::unique_ptr<FileReplacement> Replace(const std::string& path) override {
+    return std::make_unique<Replacement>(PosixFiles::Replace(path), room_);
+  }
+
+ private:
+  class Replacement : public FileReplacement {
+   public:
+    Replacement(std::unique_ptr<FileReplacement> inner, std::size_t room)
+        : inner_(std::move(inner)), room_(room) {}
+    void Write(std::span<const std::byte> bytes) override {
+      if (bytes.size() > room_) throw Failure(failure_number::kDiskFull, "Disk full");
+      room_ -= bytes.size();
+      inner_->Write(bytes);
+    }
+    void Commit() override { inner_->Commit(); }
+
+   private:
+    std::unique_ptr<FileReplacement> inner_;
+    std::size_t room_;
+  };
+
+  std::size_t room_;
+};
+
+TEST(BadOutput, FullDiskLeavesNothingBehind) {
+  const test::TemporaryFolder folder;
+  const auto report = test::BuildInto(folder, test::SampleLedger());
+  const IcuLocale locale("en_US");
+  const std::string output = folder.File("other.cub");
+  for (std::size_t room = 0; room < report.file_bytes; room += report.file_bytes / 16) {
+    FullDisk files(room);
+    EXPECT_THROW(
+        BuildCubeFile(files, locale, {folder.File("schema.xml"), folder.path(), output}, {}),
+        Failure);
+    const auto entries = std::filesystem::directory_iterator(folder.path());
+    EXPECT_TRUE(std::none_of(begin(entries), end(entries), [](const auto& entry) {
+      return entry.path().filename().string().find("other") != std::string::npos;
+    })) << room;
+  }
 }
 
 }  // namespace
