@@ -123,8 +123,16 @@ class ExpressionParser {
         break;
     }
     if (tokens_.AtSymbol("{")) return Make(SyntaxKind::kSet, offset, "", Listed("{", "}", true));
-    if (tokens_.AtSymbol("(")) return Make(SyntaxKind::kList, offset, "", Listed("(", ")", false));
+    if (tokens_.AtSymbol("(")) return Parenthesised();
     tokens_.Expected("an expression");
+  }
+
+  /// A tuple, or one expression as it is.
+  Syntax Parenthesised() {
+    const std::size_t offset = tokens_.current().begin;
+    std::vector<Syntax> items = Listed("(", ")", false);
+    if (items.size() == 1) return std::move(items[0]);
+    return Make(SyntaxKind::kTuple, offset, "", std::move(items));
   }
 
   Syntax Number() {

@@ -39,8 +39,8 @@ Operand ExpressionResolver::Resolve(const Syntax& syntax) const {
       return NewText(syntax.text);
     case SyntaxKind::kSet:
       return ResolveBraces(syntax);
-    case SyntaxKind::kList:
-      return ResolveList(syntax);
+    case SyntaxKind::kTuple:
+      return ResolveTuple(syntax);
     case SyntaxKind::kCall:
     case SyntaxKind::kProperty:
       return ResolveCall(syntax);
@@ -87,8 +87,7 @@ Operand ExpressionResolver::ResolveBraces(const Syntax& syntax) const {
   return NewJoinedSets(std::move(sets));
 }
 
-Operand ExpressionResolver::ResolveList(const Syntax& syntax) const {
-  if (syntax.arguments.size() == 1) return Resolve(syntax.arguments[0]);
+Operand ExpressionResolver::ResolveTuple(const Syntax& syntax) const {
   TupleOperand tuple;
   std::vector<HierarchyId> seen;
   for (const Syntax& argument : syntax.arguments) {

@@ -23,7 +23,7 @@ class ExpressionResolver {
   Operand ResolveAs(const Syntax& syntax, Wanted wanted) const;
   Operand ResolveName(const Syntax& syntax) const;
   Operand ResolveBraces(const Syntax& syntax) const;
-  Operand ResolveList(const Syntax& syntax) const;
+  Operand ResolveTuple(const Syntax& syntax) const;
   Operand ResolveCall(const Syntax& syntax) const;
   Operand ResolveUnary(const Syntax& syntax) const;
   Operand ResolveBinary(const Syntax& syntax) const;

@@ -76,7 +76,7 @@ std::string ToText(const Syntax& syntax) {
       return Quoted(syntax.text);
     case SyntaxKind::kSet:
       return '{' + Joined(arguments) + '}';
-    case SyntaxKind::kList:
+    case SyntaxKind::kTuple:
       return '(' + Joined(arguments) + ')';
     case SyntaxKind::kCall:
       return syntax.text + '(' + Joined(arguments) + ')';

@@ -23,7 +23,7 @@ enum class SyntaxKind {
   kNumber,    ///< `number`
   kText,      ///< `text`
   kSet,       ///< {arguments}
-  kList,      ///< (arguments): a tuple, or an expression in parentheses
+  kTuple,     ///< (arguments), two or more
   kCall,      ///< text(arguments)
   kProperty,  ///< arguments[0].text or arguments[0].text(arguments[1], ...)
   kUnary,     ///< text arguments[0]; "-" or "NOT"

@@ -27,7 +27,7 @@ struct Case {
 TEST(MdxParser, ReadsWhatIsWritten) {
   const Case kCases[] = {
       {"select non empty{[a]]b]}on columns,\r\n-- x\n [c] ON 1 from q where(([d]))",
-       "SELECT NON EMPTY {[a]]b]} ON 0, [c] ON 1 FROM q WHERE (([d]))"},
+       "SELECT NON EMPTY {[a]]b]} ON 0, [c] ON 1 FROM q WHERE [d]"},
       {"SELECT [r] ON ROWS, [c] ON AXIS(0) FROM [Q]", "SELECT [c] ON 0, [r] ON 1 FROM [Q]"},
       {"SELECT a.[b].Members DIMENSION PROPERTIES [x].[y], z ON 0 FROM [Q] CELL PROPERTIES VALUE",
        "SELECT a.[b].Members ON 0 FROM [Q]"},
