@@ -2,8 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
 #include <optional>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include "tests/support/cubes/sample_cube.h"
@@ -99,6 +101,25 @@ TEST(FactStore, IsEmptyForACubeWithoutFacts) {
   const test::BuiltCube built(OneColumn("sum", {{}, {}}));
   const auto lines = built.cube().facts->Read({{0}, {{{0, 1}}}, FactQuery::Group{0, 1}}).at(0);
   EXPECT_EQ(lines.present, (std::vector<uint8_t>{0, 0}));
+}
+
+TEST(FactStore, GivesEveryThreadTheSame) {
+  const test::BuiltCube built(test::SampleLedger());
+  const FactQuery query{{0, 1, 2}, {{{3, 9}}}, FactQuery::Group{1, 0}};
+  const auto expected = test::BuiltCube(test::SampleLedger()).cube().facts->Read(query);
+  std::array<std::vector<FactColumn>, 8> results;
+  std::vector<std::thread> threads;
+  for (auto& result : results) {
+    threads.emplace_back([&] { result = built.cube().facts->Read(query); });
+  }
+  for (std::thread& thread : threads) thread.join();
+  for (const auto& result : results) {
+    ASSERT_EQ(result.size(), 3u);
+    for (std::size_t measure = 0; measure < result.size(); ++measure) {
+      EXPECT_EQ(result[measure].values, expected[measure].values);
+      EXPECT_EQ(result[measure].present, expected[measure].present);
+    }
+  }
 }
 
 }  // namespace
