@@ -28,18 +28,18 @@ std::string TakeValue(std::string_view text, std::string_view& rest) {
   if (!rest.empty() && (rest[0] == '"' || rest[0] == '\'')) {
     const std::size_t end = rest.find(rest[0], 1);
     if (end == std::string_view::npos) Fail(text, "has a quote without end");
-    value = rest.substr(1, end - 1);
+    value.assign(rest.substr(1, end - 1));
     rest.remove_prefix(end + 1);
   }
   const std::size_t semicolon = std::min(rest.find(';'), rest.size());
-  if (value.empty()) value = TrimBlanks(rest.substr(0, semicolon));
+  if (value.empty()) value.assign(TrimBlanks(rest.substr(0, semicolon)));
   rest.remove_prefix(std::min(semicolon + 1, rest.size()));
   return value;
 }
 
-std::string WithoutBrackets(std::string name) {
-  if (name.size() < 2 || name.front() != '[' || name.back() != ']') return name;
-  return name.substr(1, name.size() - 2);
+std::string WithoutBrackets(std::string_view name) {
+  const bool bracketed = name.size() >= 2 && name.front() == '[' && name.back() == ']';
+  return std::string(bracketed ? name.substr(1, name.size() - 2) : name);
 }
 
 }  // namespace
@@ -58,7 +58,7 @@ ConnectionText ParseConnectionText(std::string_view text) {
     } else if (keyword == "data source") {
       parts.data_source = std::move(value);
     } else if (keyword == "initial catalog") {
-      parts.initial_catalog = WithoutBrackets(std::move(value));
+      parts.initial_catalog = WithoutBrackets(value);
     }
   }
   return parts;

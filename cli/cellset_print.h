@@ -1,0 +1,22 @@
+// A query's answer as a table for people, as CSV or as JSON.
+#pragma once
+
+#include <iosfwd>
+
+#include "platform/cube.h"
+
+namespace vok::cli {
+
+/// Rows are the positions of every axis but the first, the second axis running fastest; columns are
+/// the first axis. Values stand in their formats; control characters in captions become blanks.
+void PrintTable(const Cellset& cellset, std::ostream& out);
+
+/// The same rows and columns as RFC 4180 CSV: one header line per hierarchy of the columns, then a
+/// line per row; values with every digit.
+void PrintCsv(const Cellset& cellset, std::ostream& out);
+
+/// {"axes": [[[{"UniqueName", "Caption", "LevelName"} per hierarchy] per position] per axis],
+/// "cells": [number | text | null]}, cells with the first axis running fastest.
+void PrintJson(const Cellset& cellset, std::ostream& out);
+
+}  // namespace vok::cli

@@ -1,0 +1,46 @@
+// What the subcommands share. Each subcommand stands in a file of its own, which adds it to the
+// program and carries it out.
+#pragma once
+
+#include <CLI/CLI.hpp>
+#include <memory>
+#include <string>
+
+#include "component/cl_me.h"
+#include "component/publics.h"
+#include "hosts/portable/portable_host.h"
+
+namespace vok::cli {
+
+/// The component, set up for one command.
+class Session {
+ public:
+  explicit Session(const std::string& settings_folder) : host_(settings_folder) {}
+
+  const Host& host() const { return host_.host(); }
+  Publics& publics() { return publics_; }
+  clMe& me() { return me_; }
+
+ private:
+  portable::PortableHost host_;
+  Publics publics_;
+  clMe me_{host_.host(), publics_};
+};
+
+/// Options that stand before or after any subcommand.
+struct CommonOptions {
+  std::string settings_folder;  ///< absolute; empty: the registry decides
+
+  std::unique_ptr<Session> NewSession() const { return std::make_unique<Session>(settings_folder); }
+};
+
+/// Each takes the program and the common options, which outlive the parse. The command's work is
+/// done by the callback of its subcommand, which throws `Failure`.
+void AddRunCommand(CLI::App& app, const CommonOptions& common);
+void AddSetsCommand(CLI::App& app, const CommonOptions& common);
+void AddInfoCommand(CLI::App& app, const CommonOptions& common);
+void AddSettingsCommand(CLI::App& app, const CommonOptions& common);
+void AddCubeCommand(CLI::App& app, const CommonOptions& common);
+void AddMdxCommand(CLI::App& app, const CommonOptions& common);
+
+}  // namespace vok::cli

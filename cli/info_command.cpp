@@ -1,0 +1,71 @@
+// vokcube info: everything that is saved, as a host program sees it.
+#include <iostream>
+#include <memory>
+#include <nlohmann/json.hpp>
+
+#include "cli/command.h"
+#include "cli/print.h"
+#include "env/environment.h"
+
+namespace vok::cli {
+namespace {
+
+nlohmann::ordered_json InfoDocument(const Value::Array& lists) {
+  const auto& periods = *lists.at(0).As<Value::Array>();
+  const auto& names = *lists.at(1).As<Value::Array>();
+  const auto& files = *lists.at(2).As<Value::Array>();
+  const auto& dates = *lists.at(3).As<Value::Array>();
+  nlohmann::ordered_json document{{"periods", nlohmann::json::array()},
+                                  {"dataSources", nlohmann::json::array()}};
+  for (const auto& name : periods) {
+    if (!name.IsEmpty()) document["periods"].push_back(name.ToText());
+  }
+  for (std::size_t i = 0; i < names.size(); ++i) {
+    if (names[i].IsEmpty()) continue;
+    document["dataSources"].push_back(
+        {{"SetName", names[i].ToText()},
+         {"CubeFile", files[i].ToText()},
+         {"CubeFileDate", dates[i].IsEmpty() ? "" : IsoDateTime(dates[i].ToDate())}});
+  }
+  return document;
+}
+
+void PrintInfo(const nlohmann::ordered_json& document) {
+  std::cout << "Period sets\n";
+  for (const auto& name : document["periods"]) std::cout << "  " << name.get<std::string>() << '\n';
+  std::cout << "Data sources\n";
+  for (const auto& source : document["dataSources"]) {
+    const auto file = source["CubeFile"].get<std::string>();
+    std::cout << "  " << source["SetName"].get<std::string>() << ": "
+              << (file.empty() ? "its cube file is not there" : file) << ' '
+              << source["CubeFileDate"].get<std::string>() << '\n';
+  }
+}
+
+void Info(const CommonOptions& common, bool as_json) {
+  const auto session = common.NewSession();
+  const Value info = session->me().Qinfo();
+  if (info.IsEmpty()) {
+    throw Failure(
+        failure_number::kNotFound,
+        "Database not Found: " + SettingsDatabase(session->publics().environment.SettingsFolder) +
+            " cannot be read; make it with vokcube settings import");
+  }
+  const auto document = InfoDocument(*info.As<Value::Array>());
+  if (as_json) {
+    std::cout << document.dump(2) << '\n';
+  } else {
+    PrintInfo(document);
+  }
+}
+
+}  // namespace
+
+void AddInfoCommand(CLI::App& app, const CommonOptions& common) {
+  const auto json = std::make_shared<bool>(false);
+  auto* command = app.add_subcommand("info", "List the saved settings and their cube files");
+  command->add_flag("--json", *json, "Print one JSON document");
+  command->callback([&common, json] { Info(common, *json); });
+}
+
+}  // namespace vok::cli

@@ -1,0 +1,120 @@
+// vokcube run: one saved query into a workbook.
+#include <algorithm>
+#include <iostream>
+#include <memory>
+#include <nlohmann/json.hpp>
+
+#include "cli/command.h"
+#include "cli/print.h"
+#include "env/environment.h"
+#include "platform/failure.h"
+
+namespace vok::cli {
+namespace {
+
+using Json = nlohmann::ordered_json;
+
+struct RunOptions {
+  std::string data_source;
+  std::string periods;
+  std::string output;
+  bool json = false;
+};
+
+std::string MissingMeasures(const Session& session, const Publics& publics) {
+  std::string missing;
+  for (const auto& money_set : publics.settings.data_source.MoneySets) {
+    const auto& known = publics.cube.CubeMeasures;
+    const bool found = std::any_of(known.begin(), known.end(), [&](const Value& name) {
+      return EqualNoCase(session.host().locale, name.ToText(), money_set.Measure);
+    });
+    const std::string quoted = "\"" + money_set.Measure + "\"";
+    if (!found && missing.find(quoted) == std::string::npos) {
+      missing += (missing.empty() ? "" : ", ") + quoted;
+    }
+  }
+  return missing;
+}
+
+/// What to do about a code whose message is fixed. The other codes have been explained by a message
+/// box on standard error.
+std::string Advice(Session& session, int32_t code) {
+  const Publics& publics = session.publics();
+  const auto& source = publics.settings.data_source;
+  switch (code) {
+    case failure_number::kDatabaseNotFound:
+      return " (" +
+             session.host().files.NativePath(SettingsDatabase(publics.environment.SettingsFolder)) +
+             "; make it with vokcube settings import, or name another folder with "
+             "--settings-folder)";
+    case failure_number::kInvalidMeasure:
+      return " (cube " + source.CubeName + " of " + source.CubeFile + " has no measure " +
+             MissingMeasures(session, publics) + "; see vokcube cube info)";
+    default:
+      return {};
+  }
+}
+
+Failure ResultFailure(Session& session, const Value::Array& result) {
+  const int32_t code = result.at(0).ToInt32();
+  std::string message = result.at(1).ToText();
+  if (message.empty()) message = "The query failed as reported above; no workbook was completed";
+  return Failure(code, message + Advice(session, code));
+}
+
+Json Document(const RunReport& report, uint32_t total) {
+  return {{"workbook", report.workbook},
+          {"rows", report.rows},
+          {"milliseconds",
+           {{"settings", report.settings},
+            {"cube", report.cube},
+            {"mdx", report.mdx},
+            {"grid", report.grid},
+            {"workbook", report.writing},
+            {"total", total}}}};
+}
+
+void Print(const RunReport& report, const CubeState& cube, uint32_t total) {
+  if (report.workbook.empty()) {
+    std::cout << "No workbook: none of the periods meets facts of the cube, whose dates run from "
+              << IsoDate(cube.FirstDate) << " to " << IsoDate(cube.LastDate) << ".\n";
+  } else {
+    std::cout << "Workbook  " << report.workbook << '\n' << "Rows      " << report.rows << '\n';
+  }
+  std::cout << "Time      settings " << report.settings << " ms, cube " << report.cube
+            << " ms, MDX " << report.mdx << " ms, grid " << report.grid << " ms, workbook "
+            << report.writing << " ms; in all " << total << " ms\n";
+}
+
+void Run(const CommonOptions& common, RunOptions& options) {
+  const auto session = common.NewSession();
+  const Clock& clock = session->host().clock;
+  const uint32_t start = clock.Milliseconds();
+  const Value result = session->me().RunQuery(options.data_source, options.periods, options.output);
+  const uint32_t total = clock.Milliseconds() - start;
+  const auto& parts = *result.As<Value::Array>();
+  if (parts.size() == 2) throw ResultFailure(*session, parts);
+
+  const Publics& publics = session->publics();
+  if (options.json) {
+    std::cout << Document(publics.last_run, total).dump(2) << '\n';
+  } else {
+    Print(publics.last_run, publics.cube, total);
+  }
+}
+
+}  // namespace
+
+void AddRunCommand(CLI::App& app, const CommonOptions& common) {
+  const auto options = std::make_shared<RunOptions>();
+  auto* command = app.add_subcommand("run", "Run a saved query into a workbook");
+  command->add_option("--data-source", options->data_source, "Name of the data-source setting")
+      ->required();
+  command->add_option("--periods", options->periods, "Name of the period set")->required();
+  command->add_option("--output", options->output, "The workbook's path without extension")
+      ->required();
+  command->add_flag("--json", options->json, "Print one JSON document");
+  command->callback([&common, options] { Run(common, *options); });
+}
+
+}  // namespace vok::cli

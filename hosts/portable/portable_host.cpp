@@ -1,0 +1,79 @@
+#include "hosts/portable/portable_host.h"
+
+#include <dlfcn.h>
+
+#include <cstdio>
+#include <filesystem>
+
+#include "providers/olap/cube_services.h"
+#include "providers/posix/console_message_boxes.h"
+#include "providers/posix/file_registry.h"
+#include "providers/posix/icu_locale.h"
+#include "providers/posix/overriding_registry.h"
+#include "providers/posix/posix_files.h"
+#include "providers/posix/system_clock.h"
+#include "providers/sqlite/sqlite_database.h"
+#include "providers/xlsx/xlsx_spreadsheet.h"
+#include "version.h"
+
+namespace vok::portable {
+namespace {
+
+/// Folder of the file that this code was loaded from: the shared library's, or the program's.
+std::string ComponentFolder() {
+  Dl_info info{};
+  if (dladdr(reinterpret_cast<const void*>(&ComponentFolder), &info) == 0) return ".";
+  std::error_code ignored;
+  const auto file = std::filesystem::canonical(info.dli_fname, ignored);
+  return ignored ? "." : file.parent_path().string();
+}
+
+ComponentInfo Component() {
+  ComponentInfo info;
+  info.folder = ComponentFolder();
+  info.major = kVersionMajor;
+  info.minor = kVersionMinor;
+  info.revision = kVersionRevision;
+  return info;
+}
+
+}  // namespace
+
+struct PortableHost::Providers {
+  Providers(const std::string& settings_folder, MessageBoxes* message_boxes)
+      : locale(IcuLocale::NameFromEnvironment()),
+        registry(files, locale, FileRegistry::FileFromEnvironment()),
+        overriding(registry, locale, settings_folder),
+        database(files, locale),
+        cube(files, locale),
+        spreadsheet(files),
+        host{Component(),
+             files,
+             settings_folder.empty() ? static_cast<Registry&>(registry) : overriding,
+             locale,
+             clock,
+             message_boxes != nullptr ? *message_boxes : console,
+             database,
+             cube,
+             spreadsheet} {}
+
+  PosixFiles files;
+  IcuLocale locale;
+  FileRegistry registry;
+  OverridingRegistry overriding;
+  SystemClock clock;
+  ConsoleMessageBoxes console{stderr};
+  SqliteDatabase database;
+  olap::OlapCubeServices cube;
+  xlsx::XlsxSpreadsheet spreadsheet;
+  Host host;
+};
+
+PortableHost::PortableHost(const std::string& settings_folder, MessageBoxes* message_boxes)
+    : providers_(std::make_unique<Providers>(settings_folder, message_boxes)) {}
+
+PortableHost::~PortableHost() = default;
+
+const Host& PortableHost::host() const { return providers_->host; }
+
+}  // namespace vok::portable

@@ -1,0 +1,63 @@
+// VokCubeQ17 for C++ programs: run saved cube queries into Excel workbooks.
+//
+//   #include <vokcubeq17.h>
+//
+//   vokcubeq17::clMe me;
+//   std::string data_source = "Sales", periods = "2024", output = "/reports/sales";
+//   vok::Value result = me.RunQuery(data_source, periods, output);   // writes /reports/sales.xlsX
+//   const auto& parts = *result.As<vok::Value::Array>();
+//   if (parts.size() == 2) std::cerr << parts[0].ToInt32() << ": " << parts[1].ToText() << '\n';
+//
+// Link with -lvokcubeq17. The class is used by one thread at a time: its settings and the last
+// cube's dates are one set of values per process, shared by all objects.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <string>
+
+#include "platform/failure.h"
+#include "platform/value.h"
+
+namespace vokcubeq17 {
+
+/// The component's one public class. Every text is UTF-8. Parameters are by reference, as the
+/// automation interface has them: the callee may write to them.
+class clMe {
+ public:
+  /// "16.8.28": major, minor and revision.
+  std::string Version() const;
+
+  /// Shows the settings window. A failure gives a one-element array and sets `Error` to its number
+  /// (445 in a build without windows); otherwise `Error` is left as it was.
+  vok::Value ShowQCform(int32_t& Error, std::string& DataBaseFileName);
+
+  /// Runs the data-source setting `CubeSetName` for the period set `PeriodsName` and writes the
+  /// workbook `OutputPath` + ".xlsX". An array comes back:
+  ///
+  ///   success, five elements: 0 period names (texts), 1 opening-balance flags (16-bit, -1 or 0),
+  ///   2 the periods' ranges (texts), each of these indexed 0 to 12 with 0 unused; 3 the
+  ///   data-source setting's name as stored; 4 `PeriodsName`.
+  ///
+  ///   failure, two elements: 0 the code, 1 the message. 1111 "Database not Found", 2222 "Cann't
+  ///   read Settings", 3333 "Connection error", 4444 "Invalid date", 5555 "Not Valid Measure.Check
+  ///   your Settings" are 16-bit integers; any other number is a 32-bit integer with an empty
+  ///   message.
+  vok::Value RunQuery(std::string& CubeSetName, std::string& PeriodsName, std::string& OutputPath);
+
+  /// The values of `SetName` in one settings table ("DataSourceInfo", "Periods", …) as an array;
+  /// one empty element when there are none. Uses the settings folder that the last `RunQuery` or
+  /// `Qinfo` found, and creates the settings database there when it is missing. Returns 0. The only
+  /// member that throws: `vok::Failure`.
+  int32_t GetSetNames(vok::Value& sName, std::string& TableName);
+
+  /// Four arrays: period set names, data-source names, their cube files ("" where the file is not
+  /// there), the files' dates. Empty when there is no settings database.
+  vok::Value Qinfo();
+};
+
+/// Where the component's message boxes go: title and text. Without a handler they are printed to
+/// stderr. For the whole process; set it before the first call.
+void ShowMessagesWith(std::function<void(const std::string& title, const std::string& text)> show);
+
+}  // namespace vokcubeq17
