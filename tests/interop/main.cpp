@@ -1,0 +1,90 @@
+// Asks the embedded engine and a server the same questions and compares their answers.
+//
+//   interop PORT CASES SCHEMAS TABLES FOLDER RANDOM [SEED]
+//
+// PORT: of the server on this machine. CASES: folder of case files. SCHEMAS, TABLES: what the
+// server serves; cube files are built from them in FOLDER. RANDOM: how many random queries. The
+// exit code is 1 when an answer differs.
+#include <cstdint>
+#include <exception>
+#include <iostream>
+#include <random>
+#include <string>
+
+#include "tests/interop/case_file.h"
+#include "tests/interop/embedded_cubes.h"
+#include "tests/interop/random_queries.h"
+#include "tests/interop/xmla_client.h"
+
+namespace vok::interop {
+namespace {
+
+constexpr const char* kBuilderCatalog = "sample";
+
+class Comparison {
+ public:
+  Comparison(const XmlaClient& server, const EmbeddedCubes& ours) : server_(server), ours_(ours) {}
+
+  void Ask(const Case& asked) {
+    ++asked_;
+    const Answer server = server_.Run(asked.catalog, asked.query);
+    const Answer ours = ours_.Run(asked.catalog, asked.query);
+    const std::string difference = Difference(server, ours);
+    if (asked.reason.empty()) {
+      if (!difference.empty()) Tell(asked, difference);
+    } else if (difference.empty()) {
+      Tell(asked, "the answers agree, though they should differ: " + asked.reason);
+    } else if (Shown(ours) != asked.expected) {
+      Tell(asked, "another answer than we should give: " + Shown(ours));
+    }
+  }
+
+  int asked() const { return asked_; }
+  int failed() const { return failed_; }
+
+ private:
+  void Tell(const Case& asked, const std::string& what) {
+    ++failed_;
+    std::cout << "FAILED " << asked.name << '\n' << asked.query << what << "\n\n";
+  }
+
+  const XmlaClient& server_;
+  const EmbeddedCubes& ours_;
+  int asked_ = 0;
+  int failed_ = 0;
+};
+
+int Run(int argc, char** argv) {
+  const XmlaClient server(static_cast<uint16_t>(std::stoi(argv[1])));
+  const EmbeddedCubes ours(argv[3], argv[4], argv[5]);
+  Comparison comparison(server, ours);
+  for (const Case& each : ReadCases(argv[2])) comparison.Ask(each);
+  std::cout << comparison.asked() << " cases asked\n";
+
+  const uint64_t seed = argc > 7 ? std::stoull(argv[7]) : std::random_device()();
+  std::cout << "Random queries, seed " << seed << std::endl;
+  RandomQueries random(seed);
+  const int count = std::stoi(argv[6]);
+  for (int i = 0; i < count; ++i) {
+    comparison.Ask({"random " + std::to_string(i), kBuilderCatalog, random.Next(), "", ""});
+  }
+  std::cout << comparison.asked() - comparison.failed() << " of " << comparison.asked()
+            << " answers are as they should be\n";
+  return comparison.failed() == 0 ? 0 : 1;
+}
+
+}  // namespace
+}  // namespace vok::interop
+
+int main(int argc, char** argv) {
+  if (argc < 7) {
+    std::cerr << "usage: interop PORT CASES SCHEMAS TABLES FOLDER RANDOM [SEED]\n";
+    return 2;
+  }
+  try {
+    return vok::interop::Run(argc, argv);
+  } catch (const std::exception& error) {
+    std::cerr << error.what() << '\n';
+    return 2;
+  }
+}
