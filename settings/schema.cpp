@@ -114,11 +114,28 @@ void BringUpToDate(const Host& host, const std::string& database) {
   UpgradeMoneySetsMeasures(host, *catalog);
 }
 
+/// Whether there is a file that can be used after all: another process was faster.
+bool IsMadeByAnother(const Host& host, const std::string& database) {
+  if (!host.files.Exists(database)) return false;
+  try {
+    BringUpToDate(host, database);
+    return true;
+  } catch (const Failure&) {
+    return false;
+  }
+}
+
 void CreateFile(const Host& host, std::string folder) {
   if (folder.ends_with('\\')) folder.pop_back();
+  const std::string database = SettingsDatabase(folder);
   const auto catalog = host.database.NewCatalog();
-  catalog->Create(kJet + ("Data Source=" + SettingsDatabase(folder)) +
-                  ";Jet OLEDB:Database Password=;Jet OLEDB:Engine Type=5;");
+  try {
+    catalog->Create(kJet + ("Data Source=" + database) +
+                    ";Jet OLEDB:Database Password=;Jet OLEDB:Engine Type=5;");
+  } catch (const Failure&) {
+    if (IsMadeByAnother(host, database)) return;
+    throw;
+  }
   CreateTables(host, *catalog);
   CreateIndexes(host, *catalog);
 }
@@ -167,6 +184,7 @@ void UpgradeQty(const Host& host, const Environment& environment) {
   if (!MoneyTableBelow(host, *catalog, kColumnsWithQty)) return;
 
   SaveGroup group(connection);
+  UpgradeMoneySetsMeasures(host, *catalog);  // with the columns below it would seem up to date
   const auto table = MoneyTableBelow(host, *catalog, kColumnsWithQty);
   if (!table) return;  // another process was first
   AppendColumns(*catalog, *table, MoneyColumns("Qty", ColumnType::kText, 0, false));

@@ -1,5 +1,7 @@
 #include "providers/sqlite/catalog.h"
 
+#include <utility>
+
 #include "platform/failure.h"
 #include "providers/sqlite/connection.h"
 #include "providers/sqlite/connection_text.h"
@@ -14,7 +16,9 @@ constexpr int32_t kCreateTimeout = 30;  // seconds, the platform's default
 
 void SqliteCatalog::Create(const std::string& connection_string) {
   const auto text = ParseConnectionText(connection_string);
+  FolderLock making(files_.NativePath(text.data_source), FolderLock::Kind::kAlone, kCreateTimeout);
   store_ = SqliteStore::Create(files_, locale_, text.data_source, kCreateTimeout);
+  making_ = std::move(making);
 }
 
 void SqliteCatalog::SetActiveConnection(Connection& connection) { store_ = StoreOf(connection); }

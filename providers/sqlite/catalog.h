@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "platform/database.h"
+#include "providers/sqlite/folder_lock.h"
 #include "providers/sqlite/store.h"
 
 namespace vok {
@@ -16,6 +17,7 @@ class SqliteCatalog : public DatabaseCatalog {
  public:
   SqliteCatalog(Files& files, const Locale& locale) : files_(files), locale_(locale) {}
 
+  /// Others that open or make the file wait until this catalog goes.
   void Create(const std::string& connection_string) override;
   void SetActiveConnection(Connection& connection) override;
   /// In the order of their making.
@@ -30,6 +32,7 @@ class SqliteCatalog : public DatabaseCatalog {
 
   Files& files_;
   const Locale& locale_;
+  FolderLock making_;
   std::shared_ptr<SqliteStore> store_;
 };
 

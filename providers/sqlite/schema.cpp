@@ -104,6 +104,14 @@ std::string ToStoredText(const Locale& locale, const ColumnDefinition& column, c
   return text;
 }
 
+/// What a text that misses a table adds: those that there are.
+std::string Known(SqliteStore& store) {
+  std::string known;
+  for (const std::string& name : TableNames(store)) known += (known.empty() ? "" : ", ") + name;
+  if (known.empty()) return ". It has none: it was made in part. Move it away and make it anew.";
+  return ". It has: " + known + ".";
+}
+
 }  // namespace
 
 std::vector<std::string> TableNames(SqliteStore& store) {
@@ -132,7 +140,7 @@ TableDefinition TableNamed(SqliteStore& store, const std::string& name, int32_t 
   auto table = FindTable(store, name);
   if (!table) {
     throw Failure(missing, "Settings database \"" + store.file() +
-                               "\": could not find the table \"" + name + "\"");
+                               "\": could not find the table \"" + name + "\"" + Known(store));
   }
   return *std::move(table);
 }

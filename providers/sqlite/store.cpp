@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "platform/failure.h"
+#include "providers/sqlite/folder_lock.h"
 #include "providers/sqlite/query.h"
 #include "providers/sqlite/store_failure.h"
 
@@ -48,6 +49,15 @@ void CheckExists(const Files& files, const std::string& path) {
   }
 }
 
+// The store's own words for what keeps it from making a file are of another attempt that it makes.
+void CheckCanBeMade(Files& files, const std::string& path) {
+  try {
+    files.Append(path, {});
+  } catch (const Failure& failure) {
+    ThrowUnusable(files.NativePath(path), "it cannot be made. " + failure.description());
+  }
+}
+
 // The store's own words for what it cannot read are poor, and it would look for a journal first.
 void CheckIsNoJetFile(const Files& files, const std::string& path) {
   if (!IsJetFile(*files.Map(path))) return;
@@ -66,6 +76,7 @@ SqliteStore::SqliteStore(const Locale& locale, std::string file)
 std::shared_ptr<SqliteStore> SqliteStore::Open(Files& files, const Locale& locale,
                                                const std::string& path, int32_t timeout) {
   CheckExists(files, path);
+  { const FolderLock wait(files.NativePath(path), FolderLock::Kind::kShared, timeout); }
   CheckIsNoJetFile(files, path);
   std::shared_ptr<SqliteStore> store(new SqliteStore(locale, PlainPath(files.NativePath(path))));
   store->OpenHandle(SQLITE_OPEN_READWRITE, timeout);
@@ -79,6 +90,7 @@ std::shared_ptr<SqliteStore> SqliteStore::Create(Files& files, const Locale& loc
   const std::string native = files.NativePath(path);
   const auto refuse = [&] { ThrowUnusable(native, "it exists already and was left as it is."); };
   if (files.Exists(path) || files.IsDirectory(path)) refuse();
+  CheckCanBeMade(files, path);
   std::shared_ptr<SqliteStore> store(new SqliteStore(locale, PlainPath(native)));
   store->OpenHandle(SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE, timeout);
   WriteScope scope(*store);
@@ -111,7 +123,8 @@ void SqliteStore::OpenHandle(int flags, int32_t timeout) {
   Execute("PRAGMA synchronous = FULL");
 }
 
-// An empty file may be one that another process is making just now: its lock is waited for.
+// An empty file may be one that another process is making where folders cannot be locked: the lock
+// of the file is waited for.
 void SqliteStore::CheckIsOurs() {
   if (Number("PRAGMA page_count") == 0) {
     const WriteScope scope(*this);

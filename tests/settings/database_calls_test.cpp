@@ -200,6 +200,9 @@ TEST_F(DatabaseCallsTest, AnOlderFileGetsTheColumnsThatItLacks) {
       EXPECT_EQ(database.record.tables[table], after_qty) << table << columns;
     }
   }
+  database.record = {{}, {{"MoneySetsMeasures", 28}}, ""};
+  UpgradeQty(host, environment);
+  EXPECT_EQ(database.record.tables["MoneySetsMeasures"], 54) << "not the quantities alone";
 }
 
 TEST_F(DatabaseCallsTest, SavingPeriodsReplacesTheRowWithAllItsFields) {

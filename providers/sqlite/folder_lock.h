@@ -1,0 +1,28 @@
+// Keeps other processes from a settings file while it is being made.
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+namespace vok {
+
+/// Whoever makes a file holds the lock of its folder alone, whoever opens one passes through a
+/// shared lock: so nobody meets a file without its tables. A folder that cannot be locked (it is
+/// not there, it must not be read, its file system knows no locks) is not: the next step tells.
+class FolderLock {
+ public:
+  enum class Kind { kShared, kAlone };
+
+  FolderLock() = default;
+  /// Locks the folder of `file`, a native path. Waits `seconds` for others, without end when it is
+  /// 0; then fails with -2147467259.
+  FolderLock(const std::string& file, Kind kind, int32_t seconds);
+  FolderLock(FolderLock&& other) noexcept;
+  FolderLock& operator=(FolderLock&& other) noexcept;
+  ~FolderLock();
+
+ private:
+  int folder_ = -1;
+};
+
+}  // namespace vok
