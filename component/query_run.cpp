@@ -129,6 +129,18 @@ class QueryRun {
   std::unique_ptr<Cellset> cellset_;
 };
 
+/// A workbook of the first pass alone would pass for the whole answer.
+void RemoveIncomplete(Files& files, RunReport& report) {
+  if (report.workbook.empty()) return;
+  try {
+    DeleteOldWorkbook(files, report.workbook);
+  } catch (...) {  // the failure of the run is the one to tell
+    return;
+  }
+  report.workbook.clear();
+  report.rows = 0;
+}
+
 }  // namespace
 
 int32_t CubtoXls(const Host& host, Publics& publics, const std::string& CubeSetName,
@@ -139,6 +151,7 @@ int32_t CubtoXls(const Host& host, Publics& publics, const std::string& CubeSetN
   } catch (...) {
     const Failure failure = CurrentFailure();
     ShowErrorReport(host, failure, {.FunctionName = "CubtoXls", .ModuleName = "ModCubtoXls"});
+    RemoveIncomplete(host.files, publics.last_run);
     ClearError(publics.status);
     return failure.number();
   }

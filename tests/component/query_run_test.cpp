@@ -162,6 +162,17 @@ TEST_F(QueryRunTest, EveryEndHasItsCode) {
          };
        },
        -2147217900, "line 3, column 7\r\n\r\nFunction : CubtoXls"},
+      {"second query refused",
+       [](auto& t) {
+         t.AddOpeningBalance();
+         t.cube.answer = [&t](const auto&) -> FakeAnswer {
+           if (t.cube.queries.size() == 1) return {{{}, {}}, {}};
+           if (t.cube.queries.size() == 2) return OneCell(1);
+           t.memory.files.files["out.xlsX"] = "the first pass alone";
+           throw Failure(7, "out of memory");
+         };
+       },
+       7, "Function : CubtoXls"},
       {"three axes",
        [](auto& t) {
          t.Answer({{{{}}, {{}}, {}}, {}}, {});
