@@ -34,6 +34,9 @@ struct CommonOptions {
   std::unique_ptr<Session> NewSession() const { return std::make_unique<Session>(settings_folder); }
 };
 
+/// Finds the settings folder. Failure 1111 when there is no settings database in it.
+void FindDatabase(Session& session);
+
 /// Each takes the program and the common options, which outlive the parse. The command's work is
 /// done by the callback of its subcommand, which throws `Failure`.
 void AddRunCommand(CLI::App& app, const CommonOptions& common);

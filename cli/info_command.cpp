@@ -5,7 +5,8 @@
 
 #include "cli/command.h"
 #include "cli/print.h"
-#include "env/environment.h"
+#include "platform/failure.h"
+#include "settings/reader.h"
 
 namespace vok::cli {
 namespace {
@@ -42,15 +43,18 @@ void PrintInfo(const nlohmann::ordered_json& document) {
   }
 }
 
+/// `Qinfo` keeps its failure to itself; reading again tells it.
+[[noreturn]] void ThrowReason(Session& session) {
+  FindDatabase(session);
+  ListPeriodSets(session.host(), session.publics().environment);
+  ListDataSources(session.host(), session.publics().environment);
+  throw Failure(failure_number::kNotFound, "The settings could not be read at first; try again");
+}
+
 void Info(const CommonOptions& common, bool as_json) {
   const auto session = common.NewSession();
   const Value info = session->me().Qinfo();
-  if (info.IsEmpty()) {
-    throw Failure(
-        failure_number::kNotFound,
-        "Database not Found: " + SettingsDatabase(session->publics().environment.SettingsFolder) +
-            " cannot be read; make it with vokcube settings import");
-  }
+  if (info.IsEmpty()) ThrowReason(*session);
   const auto document = InfoDocument(*info.As<Value::Array>());
   if (as_json) {
     std::cout << document.dump(2) << '\n';

@@ -16,6 +16,7 @@ void AddCommonOptions(CLI::App& app, CommonOptions& common) {
   app.add_option_function<std::string>(
          "--settings-folder",
          [&common](const std::string& folder) {
+           if (folder.empty()) throw CLI::ValidationError("--settings-folder", "names no folder");
            common.settings_folder = std::filesystem::absolute(folder).lexically_normal().string();
          },
          "Folder of the settings database and the logs (instead of the registry's value)")
@@ -25,6 +26,25 @@ void AddCommonOptions(CLI::App& app, CommonOptions& common) {
 int Report(const Failure& failure) {
   std::cerr << failure.number() << ": " << failure.description() << '\n';
   return kFailed;
+}
+
+void Flush() {
+  if (!std::cout.flush()) {
+    throw Failure(failure_number::kDeviceError,
+                  "Standard output could not be written; is the disk full or the pipe closed?");
+  }
+}
+
+/// Carries out one command, or prints what the arguments ask for or lack.
+int ParseAndRun(CLI::App& app, int argc, char** argv) {
+  int status = 0;
+  try {
+    app.parse(argc, argv);
+  } catch (const CLI::ParseError& error) {
+    status = app.exit(error) == 0 ? 0 : kWrongArguments;
+  }
+  Flush();
+  return status;
 }
 
 int Main(int argc, char** argv) {
@@ -42,14 +62,7 @@ int Main(int argc, char** argv) {
   AddCubeCommand(app, common);
   AddMdxCommand(app, common);
   try {
-    app.parse(argc, argv);
-    if (!std::cout.flush()) {
-      throw Failure(failure_number::kDeviceError,
-                    "Standard output could not be written; is the disk full or the pipe closed?");
-    }
-    return 0;
-  } catch (const CLI::ParseError& error) {
-    return app.exit(error) == 0 ? 0 : kWrongArguments;
+    return ParseAndRun(app, argc, argv);
   } catch (...) {
     return Report(CurrentFailure());
   }

@@ -25,7 +25,7 @@ std::string MissingMeasures(const Session& session, const Publics& publics) {
   std::string missing;
   for (const auto& money_set : publics.settings.data_source.MoneySets) {
     const auto& known = publics.cube.CubeMeasures;
-    const bool found = std::any_of(known.begin(), known.end(), [&](const Value& name) {
+    const bool found = std::any_of(known.begin() + 1, known.end(), [&](const Value& name) {
       return EqualNoCase(session.host().locale, name.ToText(), money_set.Measure);
     });
     const std::string quoted = "\"" + money_set.Measure + "\"";
@@ -103,6 +103,13 @@ void Run(const CommonOptions& common, RunOptions& options) {
   }
 }
 
+/// What is wrong with an output path; "" for nothing.
+std::string NamesFile(const std::string& path) {
+  return path.empty() || path.ends_with('/') || path.ends_with('\\')
+             ? "names no file, only a folder"
+             : "";
+}
+
 }  // namespace
 
 void AddRunCommand(CLI::App& app, const CommonOptions& common) {
@@ -112,7 +119,8 @@ void AddRunCommand(CLI::App& app, const CommonOptions& common) {
       ->required();
   command->add_option("--periods", options->periods, "Name of the period set")->required();
   command->add_option("--output", options->output, "The workbook's path without extension")
-      ->required();
+      ->required()
+      ->check(NamesFile, "", "");
   command->add_flag("--json", options->json, "Print one JSON document");
   command->callback([&common, options] { Run(common, *options); });
 }

@@ -10,6 +10,7 @@
 #include "platform/failure.h"
 #include "settings/all_sets.h"
 #include "settings/schema.h"
+#include "settings/store.h"
 #include "settings/writer.h"
 
 namespace vok::cli {
@@ -43,6 +44,9 @@ void PrepareDatabase(Session& session) {
   if (!host.files.IsDirectory(environment.SettingsFolder)) {
     MakeDirectories(host, environment.SettingsFolder);
   }
+  if (host.files.Exists(SettingsDatabase(environment.SettingsFolder))) {
+    OpenSettings(host, environment);  // one that cannot be used ends here, told once
+  }
   CreateDB(host, environment, environment.SettingsFolder);
 }
 
@@ -62,27 +66,14 @@ void Import(const CommonOptions& common, const std::string& path) {
             << host.files.NativePath(SettingsDatabase(environment.SettingsFolder)) << '\n';
 }
 
-/// The settings folder of a session whose database is there; `Failure` 1111 when it is not.
-const Environment& FindDatabase(Session& session) {
-  Environment& environment = session.publics().environment;
-  FindSettingsFolder(session.host(), environment);
-  const std::string database = SettingsDatabase(environment.SettingsFolder);
-  if (!session.host().files.Exists(database)) {
-    throw Failure(failure_number::kDatabaseNotFound,
-                  "Database not Found: " + session.host().files.NativePath(database) +
-                      "; make it with vokcube settings import, or name another folder with "
-                      "--settings-folder");
-  }
-  return environment;
-}
-
 void Export(const CommonOptions& common, const std::string& path) {
   const auto session = common.NewSession();
   const Host& host = session->host();
-  const Environment& environment = FindDatabase(*session);
+  FindDatabase(*session);
+  const Environment& environment = session->publics().environment;
   const std::string text = PrintSettingsDocument(
       {ReadAllDataSources(host, environment), ReadAllPeriodSets(host, environment)});
-  if (path.empty()) {
+  if (path.empty() || path == "-") {
     std::cout << text;
   } else {
     WriteWholeFile(host.files, path, text);
@@ -98,7 +89,8 @@ struct DeleteOptions {
 void Delete(const CommonOptions& common, const DeleteOptions& options) {
   const auto session = common.NewSession();
   const Host& host = session->host();
-  const Environment& environment = FindDatabase(*session);
+  FindDatabase(*session);
+  const Environment& environment = session->publics().environment;
   const bool periods = EqualNoCase(host.locale, options.kind, "Periods");
   bool found = false;
   const auto look = [&](const auto& sets) {
@@ -125,22 +117,21 @@ void AddSettingsCommand(CLI::App& app, const CommonOptions& common) {
   command->fallthrough();
 
   const auto path = std::make_shared<std::string>();
-  auto* import = command->add_subcommand("import", "Save every set of a JSON document");
-  import->add_option("FILE", *path, "The document")->required();
-  import->callback([&common, path] { Import(common, *path);
-});
+  auto* import_command = command->add_subcommand("import", "Save every set of a JSON document");
+  import_command->add_option("FILE", *path, "The document")->required();
+  import_command->callback([&common, path] { Import(common, *path); });
 
-auto* export_command = command->add_subcommand("export", "Write all saved sets as JSON");
-export_command->add_option("FILE", *path, "Where to; standard output when left out");
-export_command->callback([&common, path] { Export(common, *path); });
+  auto* export_command = command->add_subcommand("export", "Write all saved sets as JSON");
+  export_command->add_option("FILE", *path, "Where to; - or nothing: standard output");
+  export_command->callback([&common, path] { Export(common, *path); });
 
-const auto options = std::make_shared<DeleteOptions>();
-auto* remove = command->add_subcommand("delete", "Delete one saved set");
-remove->add_option("KIND", options->kind, "periods or data-source")
-    ->required()
-    ->check(CLI::IsMember({"periods", "data-source"}, CLI::ignore_case));
-remove->add_option("NAME", options->name, "Its name")->required();
-remove->callback([&common, options] { Delete(common, *options); });
-}  // namespace vok::cli
+  const auto options = std::make_shared<DeleteOptions>();
+  auto* remove = command->add_subcommand("delete", "Delete one saved set");
+  remove->add_option("KIND", options->kind, "periods or data-source")
+      ->required()
+      ->check(CLI::IsMember({"periods", "data-source"}, CLI::ignore_case));
+  remove->add_option("NAME", options->name, "Its name")->required();
+  remove->callback([&common, options] { Delete(common, *options); });
+}
 
 }  // namespace vok::cli

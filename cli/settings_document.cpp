@@ -60,6 +60,9 @@ std::string Text(const Node& node) {
   if (Utf16Length(text) > kMaxTextUnits) {
     node.Fail(failure_number::kTypeMismatch, "is longer than 255 characters; shorten it");
   }
+  if (text.find('\0') != std::string::npos) {
+    node.Fail(failure_number::kTypeMismatch, "holds a NUL character; remove it");
+  }
   return text;
 }
 

@@ -60,6 +60,8 @@ const char* AdviceOn(int32_t number) {
       return ". Check that the folder exists.";
     case failure_number::kPermissionDenied:
       return ". Check the permissions of the file and its folder.";
+    case failure_number::kFileExists:
+      return ". A file stands in the way: choose another name.";
     case failure_number::kDiskFull:
       return ". Free space on the disk, or choose another folder.";
     default:

@@ -77,6 +77,7 @@ TEST(SettingsDocument, SaysWhereAndWhyADocumentIsRefused) {
       {Source(R"("MoneySets": )" + Repeated("{}", 14)), "dataSources[0].MoneySets", "at most 13"},
       {Source(R"("CubeFile": ")" + std::string(256, 'x') + "\""), "dataSources[0].CubeFile",
        "longer than 255"},
+      {Source(R"("OBS": "a\u0000b")"), "dataSources[0].OBS", "NUL character"},
       {R"({"periods": [{"SetName": "P", "Periods": )" + Repeated("{}", 13) + "}]}",
        "periods[0].Periods", "at most 12"},
       {Period(R"("FromDate": "2024-02-30")"), "periods[0].Periods[0].FromDate", "no date"},
