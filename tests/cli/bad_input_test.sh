@@ -1,0 +1,75 @@
+#!/bin/bash
+# Runs the program as people mistype and machines fail: each line of the table is told clearly, ends
+# with its status and leaves no file behind.
+#
+#   bad_input_test.sh VOKCUBE DATA_DIR WORK_DIR
+#
+# DATA_DIR holds schema.xml, settings.json and the tables as CSV. WORK_DIR is made anew.
+set -euo pipefail
+
+vokcube=$(realpath "$1") data=$(realpath "$2")
+rm -rf "$3"
+mkdir -p "$3"
+cd "$3"
+export VOKCUBE_REGISTRY=$PWD/registry.reg
+failures=0
+
+# expect STATUS WORDS ARGUMENT...: what the program says holds the words, and once.
+expect() {
+  local status=0 wanted=$1 words=$2
+  shift 2
+  "$vokcube" "$@" > said 2>&1 < /dev/null || status=$?
+  if ((status != wanted)) || [[ $(grep -cF -- "$words" said) != 1 ]]; then
+    printf 'FAILED: %s\n  status %s, expected %s and once: %s\n' "$*" "$status" "$wanted" "$words" >&2
+    sed 's/^/  | /' said >&2
+    failures=$((failures + 1))
+  fi
+}
+
+mkdir -p jet empty folder/CubToQel.mdb
+printf '\0\1\0\0Standard Jet DB\0' > jet/CubToQel.mdb
+touch empty/CubToQel.mdb file
+expect 0 "stored cells" cube build --schema "$data/schema.xml" --data "$data" --output ledger.cub
+expect 0 "Imported 2 data sources" settings import "$data/settings.json" --settings-folder good
+head -c 5000 ledger.cub > short.cub
+before=$(find . | sort)
+
+run=(run --data-source Domestic --periods Demo --output out)
+expect 1 "make it with vokcube settings import" "${run[@]}" --settings-folder missing
+expect 1 "is a Jet database" info --settings-folder jet
+expect 1 "is a Jet database" settings import "$data/settings.json" --settings-folder jet
+expect 1 "is a Jet database" settings export --settings-folder jet
+expect 1 "it is empty or cut short" sets Periods --settings-folder empty
+expect 1 "$PWD/folder/CubToQel.mdb; make it" info --settings-folder folder
+expect 1 "A file stands in the way" settings import "$data/settings.json" --settings-folder file
+expect 1 "It has: DataSourceInfo, Main" sets Nothing --settings-folder good
+expect 1 'no period set named "Nothing"' settings delete periods Nothing --settings-folder good
+expect 1 "Datasource Definition: Nothing  Not Found!!" run --settings-folder good \
+  --data-source Nothing --periods Demo --output out
+expect 1 "damaged or was cut short" cube info short.cub
+expect 1 'line 1, column 8: "x" is not in cube' mdx ledger.cub 'select x on 0 from LedgerQEL'
+expect 1 'no catalog "Nothing". It has: "LedgerQEL"' mdx ledger.cub --catalog Nothing 'select from x'
+expect 1 'there is no file "dates.csv"' cube build --schema "$data/schema.xml" --data good \
+  --output out.cub
+expect 1 "Check that the folder exists" cube build --schema "$data/schema.xml" --data "$data" \
+  --output missing/out.cub
+expect 2 "names no folder" info --settings-folder ""
+expect 2 "names no file, only a folder" run --data-source a --periods b --output missing/
+expect 2 "--output is required" run --data-source a --periods b
+expect 2 "not in {table,csv,json}" mdx ledger.cub --format html 'select from LedgerQEL'
+expect 2 "A subcommand is required" nothing
+for command in --version --help "cube info ledger.cub" "sets Periods --settings-folder good"; do
+  # shellcheck disable=SC2086
+  if "$vokcube" $command 2> said > /dev/full || ! grep -qF "57: Standard output" said; then
+    echo "FAILED: $command with a full standard output" >&2
+    failures=$((failures + 1))
+  fi
+done
+
+if [[ $(find . | sort) != "$before" ]]; then
+  echo "FAILED: files were left behind" >&2
+  find . >&2
+  failures=$((failures + 1))
+fi
+echo "$failures failures"
+((failures == 0))
