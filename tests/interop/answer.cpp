@@ -59,17 +59,22 @@ std::string AxisDifference(std::size_t axis, const std::vector<Tuple>& server,
               std::to_string(ours.size()));
 }
 
-std::string CellDifference(const Answer& server, const Answer& ours) {
+std::string CellDifference(const Answer& server, const Answer& ours, bool formats) {
   for (std::size_t i = 0; i < server.cells.size(); ++i) {
     const std::string place = "cell " + std::to_string(i);
     if (!SameCell(server.cells[i], ours.cells[i])) {
       return Told(place, ShownCell(server.cells[i]), ShownCell(ours.cells[i]));
     }
-    if (!server.cells[i].Is<CellError>() && server.formatted[i] != ours.formatted[i]) {
+    if (formats && !server.cells[i].Is<CellError>() && server.formatted[i] != ours.formatted[i]) {
       return Told(place + " in its format", server.formatted[i], ours.formatted[i]);
     }
   }
   return {};
+}
+
+bool HasError(const Answer& answer) {
+  return !answer.failure.empty() || std::any_of(answer.cells.begin(), answer.cells.end(),
+                                                [](const Value& v) { return v.Is<CellError>(); });
 }
 
 }  // namespace
@@ -81,8 +86,9 @@ void Answer::SizeCells() {
   formatted.resize(count);
 }
 
-std::string Difference(const Answer& server, const Answer& ours) {
-  if (!server.failure.empty() && !ours.failure.empty()) return {};
+std::string Difference(const Answer& server, const Answer& ours, bool formats) {
+  const bool one_fails = !server.failure.empty() || !ours.failure.empty();
+  if (one_fails && HasError(server) && HasError(ours)) return {};
   if (!server.failure.empty()) return Told("the server fails", server.failure, Shown(ours));
   if (!ours.failure.empty()) return Told("we fail", Shown(server), ours.failure);
   if (server.axes.size() != ours.axes.size()) {
@@ -93,7 +99,7 @@ std::string Difference(const Answer& server, const Answer& ours) {
     const auto difference = AxisDifference(i, server.axes[i], ours.axes[i]);
     if (!difference.empty()) return difference;
   }
-  return CellDifference(server, ours);
+  return CellDifference(server, ours, formats);
 }
 
 std::string Shown(const Answer& answer) {

@@ -28,8 +28,9 @@ struct Answer {
 };
 
 /// The first difference in words; "" when there is none. Numbers are equal by ==, failures and
-/// errors of cells whatever their words are.
-std::string Difference(const Answer& server, const Answer& ours);
+/// errors of cells whatever their words are. A query that fails as a whole is equal to one with an
+/// error in a cell. `formats`: the formatted cells are to agree as well.
+std::string Difference(const Answer& server, const Answer& ours, bool formats);
 
 /// One line per axis, and the cells row by row: as case files write an answer.
 std::string Shown(const Answer& answer);

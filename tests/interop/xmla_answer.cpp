@@ -24,7 +24,7 @@ double ToNumber(const std::string& text) {
 }
 
 Value ToCell(const std::string& type, const std::string& text) {
-  constexpr std::string_view kError = "#ERR";
+  constexpr std::string_view kError = "mondrian.olap.fun.MondrianEvaluationException";
   if (text.starts_with(kError)) return CellError{text};
   if (type == "xsd:string") return text;
   if (type == "xsd:boolean") return text == "true";

@@ -69,8 +69,8 @@ constexpr std::array kOddLines = {
     Line{"Assets", "Счёт € ü"},
     Line{"Assets", "חשבון בנק"},
     Line{"Assets", "  two leading, two trailing  "},
-    Line{"Assets", "a.b,c;d=e&amp;"},
-    Line{"Assets", "item 9"},
+    Line{"Assets", "A.b,c;d=e&amp;"},
+    Line{"Assets", "Item 6, again"},
     Line{"Expenses", "100% -- /* no comment */"},
 };
 constexpr std::array<std::string_view, 4> kSections = {"Assets", "Expenses", "Income",
@@ -88,6 +88,7 @@ constexpr std::array kFiles = {
 };
 constexpr std::array kUsedFiles = {0, 1, 2, 4, 5, 7};
 constexpr std::array<std::string_view, 4> kMoney = {"EUR", "RUB", "USD", "XXX"};
+constexpr std::array<std::string_view, 4> kNicknames = {"euro", "Rouble", "Dollar", "none"};
 constexpr std::array<std::string_view, 12> kMonthNames = {
     "January", "February", "March",     "April",   "May",      "June",
     "July",    "August",   "September", "October", "November", "December"};
@@ -166,9 +167,9 @@ void WriteSmallTables(const std::filesystem::path& folder) {
   Table opening(folder, "opening", "opening_id,meaning");
   opening.Number(0).Text("movement").End();
   opening.Number(1).Text("opening balance").End();
-  Table money(folder, "money", "money_id,code");
+  Table money(folder, "money", "money_id,code,nickname");
   for (std::size_t i = 0; i < kMoney.size(); ++i) {
-    money.Number(static_cast<int>(i)).Text(kMoney[i]).End();
+    money.Number(static_cast<int>(i)).Text(kMoney[i]).Text(kNicknames[i]).End();
   }
 }
 
