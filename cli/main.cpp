@@ -17,7 +17,8 @@ void AddCommonOptions(CLI::App& app, CommonOptions& common) {
          "--settings-folder",
          [&common](const std::string& folder) {
            if (folder.empty()) throw CLI::ValidationError("--settings-folder", "names no folder");
-           common.settings_folder = std::filesystem::absolute(folder).lexically_normal().string();
+           const auto path = std::filesystem::absolute(folder).lexically_normal();
+           common.settings_folder = path.has_filename() ? path : path.parent_path();
          },
          "Folder of the settings database and the logs (instead of the registry's value)")
       ->type_name("DIR");
