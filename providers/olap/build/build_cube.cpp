@@ -1,7 +1,10 @@
 #include "providers/olap/build/build_cube.h"
 
+#include <optional>
 #include <utility>
 
+#include "providers/olap/build/aggregate_builder.h"
+#include "providers/olap/build/aggregate_choice.h"
 #include "providers/olap/build/fact_loader.h"
 #include "providers/olap/build/schema.h"
 #include "providers/olap/build/table_source.h"
@@ -27,6 +30,32 @@ NewCube CubeOf(const CubeSchema& schema) {
   return cube;
 }
 
+/// The time hierarchy with the most leaves that facts are not sorted by last.
+std::optional<uint32_t> TimeOf(const NewCube& cube, uint32_t inner) {
+  std::optional<uint32_t> time;
+  const auto leaves = [&](uint32_t index) { return cube.hierarchies[index].LeafCount(); };
+  for (const Dimension& dimension : cube.dimensions) {
+    if (!dimension.is_time) continue;
+    for (const uint32_t index : dimension.hierarchies) {
+      if (index != inner && (!time || leaves(index) > leaves(*time))) time = index;
+    }
+  }
+  return time;
+}
+
+void AddAggregates(const NewCube& cube, const LoadedFacts& loaded, uint64_t value_bytes,
+                   CubeWriter& writer) {
+  if (loaded.facts.rows == 0 || AggregatedColumns(cube, loaded.facts).empty()) return;
+  std::vector<uint32_t> sort_order;
+  for (const NewKeyColumn& key : loaded.facts.keys) sort_order.push_back(key.hierarchy);
+  const double value_bits =
+      8 * static_cast<double>(value_bytes) / static_cast<double>(loaded.facts.rows);
+  const AggregateChoice choice = ChooseAggregates(
+      cube.hierarchies, sort_order, TimeOf(cube, sort_order.back()), loaded.facts.rows, value_bits);
+  if (choice.sets.empty()) return;
+  writer.AddAggregates(BuildAggregates(choice, cube, loaded.facts, writer));
+}
+
 BuildReport::Cube AddCube(const CubeSchema& schema, const TableSource& source,
                           const Progress& progress, CubeWriter& writer) {
   std::vector<LoadedHierarchy> hierarchies;
@@ -43,7 +72,10 @@ BuildReport::Cube AddCube(const CubeSchema& schema, const TableSource& source,
     cube.hierarchies.push_back(std::move(hierarchy.members));
   }
   progress("writing " + schema.name, 0);
-  writer.Add(cube, loaded.facts);
+  const uint64_t value_bytes = writer.Begin(cube, loaded.facts);
+  progress("adding up " + schema.name, 0);
+  AddAggregates(cube, loaded, value_bytes, writer);
+  writer.End();
   return {schema.name, loaded.fact_count, loaded.facts.rows};
 }
 

@@ -112,16 +112,18 @@ class StructureReader {
 StoredCube ReadCube(const BlockStore& blocks, ByteReader& catalog) {
   std::optional<ByteReader> structure;
   std::optional<ByteReader> facts;
+  std::optional<ByteReader> aggregates;
   for (auto tag = catalog.Get<SectionTag>(); tag != SectionTag::kEnd;
        tag = catalog.Get<SectionTag>()) {
     const ByteReader section(catalog.Take(catalog.Get<uint32_t>()), blocks.file_name());
     if (tag == SectionTag::kStructure) structure.emplace(section);
     if (tag == SectionTag::kFacts) facts.emplace(section);
+    if (tag == SectionTag::kAggregates) aggregates.emplace(section);
   }
   if (!structure || !facts) throw DamagedCubeFile(blocks.file_name(), "a cube is incomplete");
   StoredCube cube;
   cube.model = StructureReader(blocks, *structure).Read();
-  cube.facts = ReadFactsSection(blocks, *facts, cube.model);
+  cube.facts = ReadFactsSection(blocks, *facts, aggregates, cube.model);
   return cube;
 }
 

@@ -57,9 +57,34 @@ void CubeWriter::AddSection(SectionTag tag, const ByteWriter& payload) {
   cubes_.PutText(payload.bytes());
 }
 
-void CubeWriter::Add(const NewCube& cube, const NewFacts& facts) {
+uint64_t CubeWriter::Begin(const NewCube& cube, const NewFacts& facts) {
   AddSection(SectionTag::kStructure, Structure(cube));
-  AddSection(SectionTag::kFacts, FactsSection(facts));
+  uint64_t value_bytes = 0;
+  AddSection(SectionTag::kFacts, FactsSection(facts, value_bytes));
+  return value_bytes;
+}
+
+void CubeWriter::AddAggregates(const NewAggregates& aggregates) {
+  ByteWriter out;
+  out.Put(aggregates.inner);
+  out.Put(aggregates.time);
+  out.Put(static_cast<uint32_t>(aggregates.columns.size()));
+  out.PutAll(std::span(aggregates.columns));
+  out.Put(static_cast<uint32_t>(aggregates.sets.size()));
+  for (const NewCuboidSet& set : aggregates.sets) {
+    out.Put(static_cast<uint32_t>(set.outer.size()));
+    out.PutAll(std::span(set.outer));
+    out.Put(static_cast<uint32_t>(set.cuboids.size()));
+    for (const NewCuboid& cuboid : set.cuboids) {
+      if (aggregates.time != kNoTime) out.Put(cuboid.time_level);
+      out.Put(cuboid.cells);
+      out.Put(cuboid.table);
+    }
+  }
+  AddSection(SectionTag::kAggregates, out);
+}
+
+void CubeWriter::End() {
   cubes_.Put(SectionTag::kEnd);
   ++cube_count_;
 }
@@ -96,7 +121,7 @@ ByteWriter CubeWriter::Structure(const NewCube& cube) {
   return out;
 }
 
-ByteWriter CubeWriter::FactsSection(const NewFacts& facts) {
+ByteWriter CubeWriter::FactsSection(const NewFacts& facts, uint64_t& value_bytes) {
   ByteWriter out;
   std::vector<ChunkEntry> chunks;
   const auto add = [&](const ColumnSource& source) {
@@ -110,6 +135,7 @@ ByteWriter CubeWriter::FactsSection(const NewFacts& facts) {
     out.Put(key.hierarchy);
     add(key.leaves);
   }
+  const uint64_t keys_end = position_;
   out.Put(static_cast<uint32_t>(facts.values.size()));
   for (const NewValueColumn& column : facts.values) {
     out.Put(column.format.kind);
@@ -119,6 +145,7 @@ ByteWriter CubeWriter::FactsSection(const NewFacts& facts) {
     add(column.values);
     if (column.format.has_nulls) add(column.validity);
   }
+  value_bytes = position_ - keys_end;
   out.PutAll(std::span(facts.value_of_measure));
   out.Put(AddBlock(BytesOf(chunks)));
   return out;

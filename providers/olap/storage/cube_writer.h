@@ -10,6 +10,7 @@
 
 #include "platform/files.h"
 #include "providers/olap/storage/bytes.h"
+#include "providers/olap/storage/cuboids.h"
 #include "providers/olap/storage/format.h"
 #include "providers/olap/storage/model.h"
 
@@ -55,6 +56,23 @@ struct NewFacts {
   std::vector<uint32_t> value_of_measure;  ///< index into `values` for each measure
 };
 
+/// Cuboids as docs/cube-file.md describes them; `tables` and all blocks are written already.
+struct NewCuboid {
+  uint32_t time_level = 0;  ///< ignored without a time hierarchy
+  uint64_t cells = 0;
+  uint32_t table = 0;  ///< the block that lists the cuboid's blocks
+};
+struct NewCuboidSet {
+  std::vector<HierarchyLevel> outer;
+  std::vector<NewCuboid> cuboids;
+};
+struct NewAggregates {
+  uint32_t inner = 0;
+  uint32_t time = kNoTime;
+  std::vector<uint32_t> columns;
+  std::vector<NewCuboidSet> sets;
+};
+
 struct NewCube {
   std::string name;
   std::string caption;
@@ -65,22 +83,26 @@ struct NewCube {
   uint64_t fact_count = 0;
 };
 
-/// `Finish` commits; without it nothing has happened to the file. Failures are those of
-/// `FileReplacement`.
+/// A cube is begun, given its aggregates if it has any, and ended; then the next one. `Finish`
+/// commits; without it nothing has happened to the file. Failures are those of `FileReplacement`.
 class CubeWriter {
  public:
   CubeWriter(Files& files, const std::string& path);
 
-  void Add(const NewCube& cube, const NewFacts& facts);
+  /// Returns how many bytes the facts' values take.
+  uint64_t Begin(const NewCube& cube, const NewFacts& facts);
+  void AddAggregates(const NewAggregates& aggregates);
+  void End();
+  /// Returns the number of the block.
+  uint32_t AddBlock(std::string_view bytes);
   /// Returns the file's length in bytes.
   uint64_t Finish();
 
  private:
   void Write(std::string_view bytes);
-  uint32_t AddBlock(std::string_view bytes);
   void AddSection(SectionTag tag, const ByteWriter& payload);
   ByteWriter Structure(const NewCube& cube);
-  ByteWriter FactsSection(const NewFacts& facts);
+  ByteWriter FactsSection(const NewFacts& facts, uint64_t& value_bytes);
   std::vector<ChunkEntry> AddColumn(uint64_t rows, const ColumnSource& source);
 
   std::unique_ptr<FileReplacement> file_;

@@ -4,7 +4,9 @@
 #include <array>
 #include <optional>
 
+#include "providers/olap/storage/cuboid_scan.h"
 #include "providers/olap/storage/packed_column.h"
+#include "providers/olap/storage/read_plan.h"
 #include "providers/olap/storage/slice_scan.h"
 #include "providers/olap/storage/tally.h"
 
@@ -24,118 +26,122 @@ struct StoredMeasure {
   uint32_t value_column;
 };
 
-struct StoredHierarchy {
-  uint32_t key_column = 0;
-  uint32_t leaf_count = 0;
-  /// For each level the leaf range of its members, in order.
-  std::vector<std::vector<uint32_t>> level_ends;
-};
-
 struct Columns {
   uint64_t rows = 0;
   std::vector<PackedColumn> keys;  // in the order of sorting
   std::vector<ValueColumn> values;
   std::vector<StoredMeasure> measures;
-  std::vector<StoredHierarchy> hierarchies;
-};
-
-/// Which group every leaf belongs to. Keys of damaged facts, up to twice the number of leaves, fall
-/// into groups that are not listed.
-class Grouping {
- public:
-  Grouping() = default;
-  Grouping(const StoredHierarchy& hierarchy, uint32_t level)
-      : column_(hierarchy.key_column), slots_(2 * std::size_t{hierarchy.leaf_count} + 1) {
-    const auto& ends = hierarchy.level_ends[level];
-    count_ = ends.size();
-    if (count_ == hierarchy.leaf_count) return;
-    group_of_leaf_.assign(slots_, static_cast<uint32_t>(count_));
-    uint32_t leaf = 0;
-    for (uint32_t group = 0; group < count_; ++group) {
-      for (; leaf < ends[group]; ++leaf) group_of_leaf_[leaf] = group;
-    }
-  }
-
-  std::size_t count() const { return count_; }
-  std::size_t slots() const { return slots_; }
-
-  void GroupsOf(const Columns& columns, uint64_t row, std::span<uint32_t> groups) const {
-    if (!column_) return;  // all in group 0, as the buffer was made
-    columns.keys[*column_].Unpack(row, groups.size(), groups.data());
-    if (group_of_leaf_.empty()) return;
-    for (uint32_t& group : groups) group = group_of_leaf_[group];
-  }
-
- private:
-  std::optional<uint32_t> column_;
-  std::size_t count_ = 1;
-  std::size_t slots_ = 1;
-  std::vector<uint32_t> group_of_leaf_;
+  std::vector<uint32_t> key_of_hierarchy;  // index into `keys`
+  std::vector<LeafLevels> levels;          // of each hierarchy
+  std::optional<Cuboids> cuboids;
 };
 
 class StoredFacts : public FactStore {
  public:
-  explicit StoredFacts(Columns columns) : columns_(std::move(columns)) {}
+  StoredFacts(const BlockStore& blocks, Columns columns)
+      : blocks_(blocks), columns_(std::move(columns)) {}
 
   std::vector<FactColumn> Read(const FactQuery& query) const override;
 
  private:
-  std::vector<std::optional<LeafFilter>> FiltersOf(const FactQuery& query) const;
-  void AddRows(const FactQuery& query, const Grouping& grouping, RowRange rows,
-               std::span<const std::unique_ptr<Tally>> tallies) const;
+  struct Target {
+    uint32_t value_column;
+    Tally* tally;
+  };
 
+  LeafSlice SliceOf(const FactQuery& query) const;
+  void AddByPlan(const LeafSlice& slice, const Grouping& grouping,
+                 std::span<const Target> targets) const;
+  void AddFacts(const LeafSlice& slice, const Grouping& grouping,
+                std::span<const Target> targets) const;
+  void AddRows(const Grouping& grouping, RowRange rows, std::span<const Target> targets) const;
+
+  const BlockStore& blocks_;
   Columns columns_;
 };
 
 std::vector<FactColumn> StoredFacts::Read(const FactQuery& query) const {
   Grouping grouping;
   if (query.group) {
-    grouping = Grouping(columns_.hierarchies[query.group->hierarchy], query.group->level);
+    const auto [hierarchy, level] = *query.group;
+    grouping = Grouping(columns_.levels[hierarchy], hierarchy, level);
   }
   std::vector<std::unique_ptr<Tally>> tallies;
+  std::vector<Target> planned;
+  std::vector<Target> others;
   for (const uint32_t measure : query.measures) {
     const StoredMeasure& stored = columns_.measures[measure];
     tallies.push_back(Tally::Make(stored.aggregator, columns_.values[stored.value_column].format,
                                   grouping.slots()));
+    const bool aggregated = columns_.cuboids && columns_.cuboids->PlaceOf(stored.value_column);
+    (aggregated ? planned : others).push_back({stored.value_column, tallies.back().get()});
   }
-  const auto filters = FiltersOf(query);
-  for (const RowRange& rows : SliceScan(columns_.keys, filters).Find(columns_.rows)) {
-    AddRows(query, grouping, rows, tallies);
-  }
+  const LeafSlice slice = SliceOf(query);
+  if (!planned.empty()) AddByPlan(slice, grouping, planned);
+  if (!others.empty()) AddFacts(slice, grouping, others);
   std::vector<FactColumn> results;
   for (const auto& tally : tallies) results.push_back(tally->Result(grouping.count()));
   return results;
 }
 
-std::vector<std::optional<LeafFilter>> StoredFacts::FiltersOf(const FactQuery& query) const {
-  std::vector<std::optional<LeafFilter>> filters(columns_.keys.size());
-  const std::size_t count = std::min(query.leaves.size(), columns_.hierarchies.size());
-  for (std::size_t index = 0; index < count; ++index) {
-    const StoredHierarchy& hierarchy = columns_.hierarchies[index];
-    const auto& ranges = query.leaves[index];
-    if (ranges.empty()) continue;
-    if (ranges.front().begin == 0 && ranges.front().end >= hierarchy.leaf_count) continue;
-    filters[hierarchy.key_column].emplace(ranges, hierarchy.leaf_count);
+LeafSlice StoredFacts::SliceOf(const FactQuery& query) const {
+  LeafSlice slice = query.leaves;
+  slice.resize(columns_.levels.size());
+  for (std::size_t hierarchy = 0; hierarchy < slice.size(); ++hierarchy) {
+    auto& ranges = slice[hierarchy];
+    const uint32_t leaves = columns_.levels[hierarchy].LeafCount();
+    for (IdRange& range : ranges) range.end = std::min(range.end, leaves);
+    if (ranges.size() == 1 && ranges[0] == IdRange{0, leaves}) ranges.clear();
   }
-  return filters;
+  return slice;
 }
 
-void StoredFacts::AddRows(const FactQuery& query, const Grouping& grouping, RowRange rows,
-                          std::span<const std::unique_ptr<Tally>> tallies) const {
+void StoredFacts::AddByPlan(const LeafSlice& slice, const Grouping& grouping,
+                            std::span<const Target> targets) const {
+  const Cuboids& cuboids = *columns_.cuboids;
+  std::vector<CellTarget> cells;
+  for (const Target& target : targets) {
+    cells.push_back({*cuboids.PlaceOf(target.value_column), target.tally});
+  }
+  const ReadPlan plan = PlanRead(cuboids, columns_.levels, slice, grouping, columns_.rows);
+  for (const CuboidPart& part : plan.parts) {
+    AddCells(blocks_, cuboids, columns_.levels, part, slice[cuboids.inner], grouping, cells);
+  }
+  if (plan.facts) AddFacts(*plan.facts, grouping, targets);
+}
+
+void StoredFacts::AddFacts(const LeafSlice& slice, const Grouping& grouping,
+                           std::span<const Target> targets) const {
+  std::vector<std::optional<LeafFilter>> filters(columns_.keys.size());
+  for (std::size_t hierarchy = 0; hierarchy < slice.size(); ++hierarchy) {
+    if (slice[hierarchy].empty()) continue;
+    filters[columns_.key_of_hierarchy[hierarchy]].emplace(slice[hierarchy],
+                                                          columns_.levels[hierarchy].LeafCount());
+  }
+  for (const RowRange& rows : SliceScan(columns_.keys, filters).Find(columns_.rows)) {
+    AddRows(grouping, rows, targets);
+  }
+}
+
+void StoredFacts::AddRows(const Grouping& grouping, RowRange rows,
+                          std::span<const Target> targets) const {
   std::array<uint32_t, kBatch> groups{};
   std::array<int64_t, kBatch> values;
   std::array<int64_t, kBatch> validity;
   while (rows.begin < rows.end) {
     const uint64_t chunk_rest = kChunkRows - rows.begin % kChunkRows;
     const auto count = std::min({rows.end - rows.begin, chunk_rest, uint64_t{kBatch}});
-    grouping.GroupsOf(columns_, rows.begin, std::span(groups).first(count));
-    for (std::size_t index = 0; index < tallies.size(); ++index) {
-      const StoredMeasure& measure = columns_.measures[query.measures[index]];
-      const ValueColumn& column = columns_.values[measure.value_column];
+    if (grouping.hierarchy()) {
+      const uint32_t key = columns_.key_of_hierarchy[*grouping.hierarchy()];
+      columns_.keys[key].Unpack(rows.begin, count, groups.data());
+      grouping.Map(std::span(groups).first(count));
+    }
+    for (const Target& target : targets) {
+      const ValueColumn& column = columns_.values[target.value_column];
       column.values.Unpack(rows.begin, count, values.data());
       if (column.format.has_nulls) column.validity.Unpack(rows.begin, count, validity.data());
-      tallies[index]->Add(std::span(groups).first(count), std::span(values).first(count),
-                          std::span(validity).first(column.format.has_nulls ? count : 0));
+      target.tally->Add(std::span(groups).first(count), std::span(values).first(count),
+                        std::span(validity).first(column.format.has_nulls ? count : 0));
     }
     rows.begin += count;
   }
@@ -147,13 +153,18 @@ class SectionReader {
   SectionReader(const BlockStore& blocks, ByteReader section, const CubeModel& model)
       : blocks_(blocks), section_(section), model_(model) {}
 
-  Columns Read() {
+  Columns Read(const std::optional<ByteReader>& aggregates) {
     columns_.rows = section_.Get<uint64_t>();
     Require(section_.Get<uint32_t>() == kChunkRows && columns_.rows <= model_.fact_count);
     const auto keys = ReadKeyHierarchies();
     ReadFormats();
     ReadMeasures();
     ReadChunks(keys);
+    if (aggregates) {
+      std::vector<ValueFormat> formats;
+      for (const ValueColumn& column : columns_.values) formats.push_back(column.format);
+      columns_.cuboids = ReadCuboids(blocks_, *aggregates, columns_.levels, formats);
+    }
     return std::move(columns_);
   }
 
@@ -161,27 +172,17 @@ class SectionReader {
   std::vector<uint32_t> ReadKeyHierarchies() {
     std::vector<uint32_t> keys(section_.GetCount(sizeof(uint32_t)));
     Require(keys.size() == model_.hierarchies.size());
-    columns_.hierarchies.resize(keys.size());
+    columns_.key_of_hierarchy.resize(keys.size());
+    for (const Hierarchy& hierarchy : model_.hierarchies) columns_.levels.emplace_back(hierarchy);
     std::vector<bool> seen(keys.size());
     for (uint32_t column = 0; column < keys.size(); ++column) {
       const auto index = section_.Get<uint32_t>();
       Require(index < keys.size() && !seen[index]);
       seen[index] = true;
       keys[column] = index;
-      columns_.hierarchies[index] = HierarchyOf(model_.hierarchies[index], column);
+      columns_.key_of_hierarchy[index] = column;
     }
     return keys;
-  }
-
-  static StoredHierarchy HierarchyOf(const Hierarchy& hierarchy, uint32_t column) {
-    StoredHierarchy stored{column, hierarchy.LeafCount(), {}};
-    for (const Level& level : hierarchy.levels()) {
-      auto& ends = stored.level_ends.emplace_back();
-      for (MemberId member = level.members.begin; member < level.members.end; ++member) {
-        ends.push_back(hierarchy.Leaves(member).end);
-      }
-    }
-    return stored;
   }
 
   void ReadFormats() {
@@ -248,8 +249,10 @@ class SectionReader {
 }  // namespace
 
 std::unique_ptr<FactStore> ReadFactsSection(const BlockStore& blocks, ByteReader section,
+                                            const std::optional<ByteReader>& aggregates,
                                             const CubeModel& model) {
-  return std::make_unique<StoredFacts>(SectionReader(blocks, section, model).Read());
+  return std::make_unique<StoredFacts>(blocks,
+                                       SectionReader(blocks, section, model).Read(aggregates));
 }
 
 }  // namespace vok::olap

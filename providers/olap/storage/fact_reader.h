@@ -2,7 +2,7 @@
 #pragma once
 
 #include <memory>
-#include <vector>
+#include <optional>
 
 #include "providers/olap/storage/blocks.h"
 #include "providers/olap/storage/bytes.h"
@@ -10,9 +10,11 @@
 
 namespace vok::olap {
 
-/// `blocks` outlives the result. Failure "damaged" when the section does not fit the hierarchies
-/// and measures of the model.
+/// `blocks` outlives the result. `aggregates` is the section of stored aggregates, where there is
+/// one; queries use them by themselves. Failure "damaged" when a section does not fit the
+/// hierarchies and measures of the model.
 std::unique_ptr<FactStore> ReadFactsSection(const BlockStore& blocks, ByteReader section,
+                                            const std::optional<ByteReader>& aggregates,
                                             const CubeModel& model);
 
 }  // namespace vok::olap

@@ -57,7 +57,7 @@ struct ChunkEntry {
 static_assert(sizeof(ChunkEntry) == 24);
 
 /// Sections of a cube in the catalog. Readers pass over sections that they do not know.
-enum class SectionTag : uint32_t { kEnd = 0, kStructure = 1, kFacts = 2 };
+enum class SectionTag : uint32_t { kEnd = 0, kStructure = 1, kFacts = 2, kAggregates = 3 };
 
 enum class ValueKind : uint8_t { kDecimal = 0, kDouble = 1 };
 

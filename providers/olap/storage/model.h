@@ -100,7 +100,7 @@ class Hierarchy {
 /// "[" name "]" with "]" doubled.
 std::string Bracketed(std::string_view name);
 
-enum class Aggregator : uint8_t { kSum, kCount, kMin, kMax };
+enum class Aggregator : uint8_t { kSum, kCount, kMin, kMax, kDistinctCount };
 
 struct Measure {
   std::string name;

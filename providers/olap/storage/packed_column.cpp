@@ -23,6 +23,20 @@ uint64_t PackedAt(const std::byte* block, uint64_t index, uint32_t width, uint64
   return (LoadWord(block + bit / 8) >> (bit % 8)) & mask;
 }
 
+template <typename T>
+void UnpackAs(PackedNumbers numbers, uint64_t first, std::size_t count, T* values) {
+  const uint64_t low = static_cast<uint64_t>(numbers.low);
+  if (numbers.width == 0) {
+    std::fill_n(values, count, static_cast<T>(low));
+    return;
+  }
+  const uint64_t mask = MaskOf(numbers.width);
+  for (std::size_t index = 0; index < count; ++index) {
+    values[index] =
+        static_cast<T>(low + PackedAt(numbers.bytes, first + index, numbers.width, mask));
+  }
+}
+
 }  // namespace
 
 uint32_t PackedWidth(int64_t low, int64_t high) {
@@ -44,6 +58,14 @@ std::string Pack(std::span<const int64_t> values, int64_t low, uint32_t width) {
   }
   bytes.resize((values.size() * width + 7) / 8);
   return bytes;
+}
+
+void Unpack(const PackedNumbers& numbers, uint64_t first, std::size_t count, int64_t* values) {
+  UnpackAs(numbers, first, count, values);
+}
+
+void Unpack(const PackedNumbers& numbers, uint64_t first, std::size_t count, uint32_t* values) {
+  UnpackAs(numbers, first, count, values);
 }
 
 PackedColumn::PackedColumn(const BlockStore& blocks, std::span<const ChunkEntry> chunks,
@@ -71,28 +93,18 @@ int64_t PackedColumn::At(uint64_t row) const {
                               PackedAt(block, row % kChunkRows, chunk.width, MaskOf(chunk.width)));
 }
 
-template <typename T>
-void PackedColumn::UnpackAs(uint64_t row, std::size_t count, T* values) const {
+PackedNumbers PackedColumn::NumbersOf(uint64_t row) const {
   const ChunkEntry& chunk = ChunkOf(row);
-  if (chunk.width == 0) {
-    std::fill_n(values, count, static_cast<T>(chunk.low));
-    return;
-  }
-  const std::byte* block = blocks_->Block(chunk.block).data();
-  const uint64_t low = static_cast<uint64_t>(chunk.low);
-  const uint64_t mask = MaskOf(chunk.width);
-  const uint64_t first = row % kChunkRows;
-  for (std::size_t index = 0; index < count; ++index) {
-    values[index] = static_cast<T>(low + PackedAt(block, first + index, chunk.width, mask));
-  }
+  const std::byte* bytes = chunk.width == 0 ? nullptr : blocks_->Block(chunk.block).data();
+  return {bytes, chunk.low, chunk.width};
 }
 
 void PackedColumn::Unpack(uint64_t row, std::size_t count, int64_t* values) const {
-  UnpackAs(row, count, values);
+  UnpackAs(NumbersOf(row), row % kChunkRows, count, values);
 }
 
 void PackedColumn::Unpack(uint64_t row, std::size_t count, uint32_t* values) const {
-  UnpackAs(row, count, values);
+  UnpackAs(NumbersOf(row), row % kChunkRows, count, values);
 }
 
 }  // namespace vok::olap

@@ -16,6 +16,17 @@ namespace vok::olap {
 uint32_t PackedWidth(int64_t low, int64_t high);
 std::string Pack(std::span<const int64_t> values, int64_t low, uint32_t width);
 
+/// Numbers of `width` bits each, without gaps, to be added to `low`. Eight bytes can be read from
+/// any byte that a number begins in.
+struct PackedNumbers {
+  const std::byte* bytes;
+  int64_t low;
+  uint32_t width;
+};
+/// Numbers `first` up to `first` + `count`.
+void Unpack(const PackedNumbers& numbers, uint64_t first, std::size_t count, int64_t* values);
+void Unpack(const PackedNumbers& numbers, uint64_t first, std::size_t count, uint32_t* values);
+
 /// Reads blocks when they are needed. Safe to use from several threads.
 class PackedColumn {
  public:
@@ -31,8 +42,8 @@ class PackedColumn {
   void Unpack(uint64_t row, std::size_t count, uint32_t* values) const;
 
  private:
-  template <typename T>
-  void UnpackAs(uint64_t row, std::size_t count, T* values) const;
+  /// The chunk that the row is in.
+  PackedNumbers NumbersOf(uint64_t row) const;
 
   const BlockStore* blocks_ = nullptr;
   std::span<const ChunkEntry> chunks_;

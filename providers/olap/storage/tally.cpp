@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <bit>
+#include <utility>
 #include <vector>
 
 #include "providers/olap/storage/exact.h"
@@ -66,7 +67,7 @@ class TallyOf : public Tally {
     }
   }
 
-  FactColumn Result(std::size_t count) const override {
+  FactColumn Result(std::size_t count) override {
     FactColumn column{std::vector<double>(count), {present_.begin(), present_.begin() + count}};
     for (std::size_t group = 0; group < count; ++group) {
       if (present_[group]) column.values[group] = Number::ToDouble(cells_[group], scale_);
@@ -81,6 +82,76 @@ class TallyOf : public Tally {
   int scale_;
   std::vector<Cell> cells_;
   std::vector<uint8_t> present_;
+};
+
+/// Sums of 64 bits, the most frequent ones, grow in the memory of the result.
+class NarrowSums : public Tally {
+ public:
+  NarrowSums(int scale, std::size_t groups)
+      : scale_(scale), sums_{std::vector<double>(groups), std::vector<uint8_t>(groups)} {}
+
+  void Add(std::span<const uint32_t> groups, std::span<const int64_t> values,
+           std::span<const int64_t> validity) override {
+    double* const sums = sums_.values.data();
+    uint8_t* const present = sums_.present.data();
+    for (std::size_t row = 0; row < values.size(); ++row) {
+      if (!validity.empty() && validity[row] == 0) continue;
+      double& sum = sums[groups[row]];
+      sum = std::bit_cast<double>(Plus::Join(std::bit_cast<int64_t>(sum), values[row]));
+      present[groups[row]] = 1;
+    }
+  }
+
+  FactColumn Result(std::size_t count) override {
+    sums_.values.resize(count);
+    sums_.present.resize(count);
+    for (double& sum : sums_.values) {
+      sum = Decimal<int64_t>::ToDouble(std::bit_cast<int64_t>(sum), scale_);
+    }
+    return std::move(sums_);
+  }
+
+ private:
+  int scale_;
+  FactColumn sums_;  // until `Result`, the bits of its values are those of integers
+};
+
+/// Values are numbers that stand for different keys.
+class DistinctCount : public Tally {
+ public:
+  explicit DistinctCount(std::size_t groups) : present_(groups) {}
+
+  void Add(std::span<const uint32_t> groups, std::span<const int64_t> values,
+           std::span<const int64_t> validity) override {
+    for (std::size_t row = 0; row < values.size(); ++row) {
+      present_[groups[row]] = 1;
+      if (!validity.empty() && validity[row] == 0) continue;
+      seen_.emplace_back(groups[row], values[row]);
+    }
+    constexpr std::size_t kLeast = std::size_t{1} << 16;
+    if (seen_.size() > std::max(kLeast, 2 * distinct_)) Compact();
+  }
+
+  FactColumn Result(std::size_t count) override {
+    Compact();
+    present_.resize(count);
+    FactColumn column{std::vector<double>(count), std::move(present_)};
+    for (const auto& [group, value] : seen_) {
+      if (group < count) column.values[group] += 1;
+    }
+    return column;
+  }
+
+ private:
+  void Compact() {
+    std::sort(seen_.begin(), seen_.end());
+    seen_.erase(std::unique(seen_.begin(), seen_.end()), seen_.end());
+    distinct_ = seen_.size();
+  }
+
+  std::vector<uint8_t> present_;
+  std::vector<std::pair<uint32_t, int64_t>> seen_;
+  std::size_t distinct_ = 0;
 };
 
 template <typename Number>
@@ -99,10 +170,11 @@ std::unique_ptr<Tally> MakeFor(Aggregator aggregator, int scale, std::size_t gro
 
 std::unique_ptr<Tally> Tally::Make(Aggregator aggregator, const ValueFormat& format,
                                    std::size_t groups) {
+  if (aggregator == Aggregator::kDistinctCount) return std::make_unique<DistinctCount>(groups);
   if (format.kind == ValueKind::kDouble) return MakeFor<Floating>(aggregator, 0, groups);
   const bool is_sum = aggregator == Aggregator::kSum || aggregator == Aggregator::kCount;
-  if (is_sum && !format.is_narrow)
-    return MakeFor<Decimal<Int128>>(aggregator, format.scale, groups);
+  if (is_sum && format.is_narrow) return std::make_unique<NarrowSums>(format.scale, groups);
+  if (is_sum) return MakeFor<Decimal<Int128>>(aggregator, format.scale, groups);
   return MakeFor<Decimal<int64_t>>(aggregator, format.scale, groups);
 }
 

@@ -18,8 +18,8 @@ class Tally {
   /// values.
   virtual void Add(std::span<const uint32_t> groups, std::span<const int64_t> values,
                    std::span<const int64_t> validity) = 0;
-  /// The first `count` groups.
-  virtual FactColumn Result(std::size_t count) const = 0;
+  /// The first `count` groups; asked for once.
+  virtual FactColumn Result(std::size_t count) = 0;
 
   static std::unique_ptr<Tally> Make(Aggregator aggregator, const ValueFormat& format,
                                      std::size_t groups);

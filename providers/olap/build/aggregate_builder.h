@@ -1,0 +1,22 @@
+// Adding up the facts of a cube into the aggregates that it stores.
+#pragma once
+
+#include <vector>
+
+#include "providers/olap/build/aggregate_choice.h"
+#include "providers/olap/storage/cube_writer.h"
+
+namespace vok::olap {
+
+/// Value columns whose aggregates are exact whatever the order of adding, and how each is joined.
+struct AggregatedColumn {
+  uint32_t value_column = 0;
+  Aggregator aggregator = Aggregator::kSum;
+};
+std::vector<AggregatedColumn> AggregatedColumns(const NewCube& cube, const NewFacts& facts);
+
+/// Writes the blocks; what it returns is still to be added to the cube.
+NewAggregates BuildAggregates(const AggregateChoice& choice, const NewCube& cube,
+                              const NewFacts& facts, CubeWriter& writer);
+
+}  // namespace vok::olap
