@@ -13,6 +13,8 @@ constexpr double kBudgetPerFact = 4;
 constexpr double kLeastBudget = 8192;
 /// Directory entry, table entry and padding of a block.
 constexpr double kBlockBytes = 64;
+/// With fewer facts for each block, reading the facts themselves is as fast.
+constexpr double kLeastFactsPerBlock = 40;
 constexpr std::size_t kMostCombinations = 4096;
 
 using Outer = std::vector<HierarchyLevel>;
@@ -96,6 +98,7 @@ class Chooser {
 
   bool Take(const Candidate& candidate) {
     if (candidate.cells > kWorthwhile * LeastToAnswer(candidate)) return false;
+    if (candidate.blocks * kLeastFactsPerBlock > rows_) return false;
     const double inner = hierarchies_[choice_.inner].LeafCount();
     // A slice is added up in memory.
     if (candidate.blocks / Slices(candidate.outer) * inner > rows_ + kLeastBudget) return false;

@@ -203,7 +203,9 @@ class SchemaReader {
     if (name == "count") return Aggregator::kCount;
     if (name == "min") return Aggregator::kMin;
     if (name == "max") return Aggregator::kMax;
-    throw Unsupported(node, "the aggregator " + Quoted(name) + " (sum, count, min and max are)");
+    if (name == "distinct-count" || name == "distinct count") return Aggregator::kDistinctCount;
+    throw Unsupported(
+        node, "the aggregator " + Quoted(name) + " (sum, count, min, max and distinct-count are)");
   }
 
   void CheckChildren(Node node, std::initializer_list<std::string_view> known) const {

@@ -30,7 +30,12 @@ bool ValueColumn::Add(const Field& field) {
     AddNull();
     return true;
   }
-  if (!AddNumber(field.text)) return false;
+  if (aggregator_ == Aggregator::kDistinctCount) {
+    const auto known = different_.Insert(field.text, different_count_);
+    values_.push_back(known ? *known : different_count_++);
+  } else if (!AddNumber(field.text)) {
+    return false;
+  }
   if (!nulls_.empty()) nulls_.push_back(false);
   return true;
 }
@@ -93,6 +98,7 @@ ValueFormat ValueColumn::Format() const {
 
 bool ValueColumn::CanJoin() const {
   const bool is_extreme = aggregator_ == Aggregator::kMin || aggregator_ == Aggregator::kMax;
+  if (aggregator_ == Aggregator::kDistinctCount) return false;
   return is_extreme || (kind_ == ValueKind::kDecimal && Format().is_narrow);
 }
 

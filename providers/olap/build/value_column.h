@@ -6,6 +6,7 @@
 #include <string_view>
 #include <vector>
 
+#include "providers/olap/build/key_map.h"
 #include "providers/olap/build/table_source.h"
 #include "providers/olap/storage/format.h"
 #include "providers/olap/storage/model.h"
@@ -13,7 +14,8 @@
 namespace vok::olap {
 
 /// Keeps decimal values as integers of one scale, the largest that came; all of them turn into
-/// doubles when one does not fit. Counts are 1 or 0.
+/// doubles when one does not fit. Counts are 1 or 0. For a count of different values each is a
+/// number that stands for the text as it is written.
 class ValueColumn {
  public:
   explicit ValueColumn(Aggregator aggregator) : aggregator_(aggregator) {}
@@ -44,6 +46,8 @@ class ValueColumn {
   uint8_t scale_ = 0;
   std::vector<int64_t> values_;
   std::vector<bool> nulls_;  // empty while there is none
+  KeyMap different_;         // only for a count of different values
+  uint32_t different_count_ = 0;
 };
 
 }  // namespace vok::olap

@@ -32,7 +32,7 @@ BlockStore::BlockStore(std::span<const std::byte> bytes, std::string file_name)
   verified_ = std::make_unique<std::atomic<bool>[]>(directory_.size());
 }
 
-void BlockStore::CheckHeader() const {
+void BlockStore::CheckHeader() {
   FileHeader header{};
   if (bytes_.size() >= sizeof(header)) std::memcpy(&header, bytes_.data(), sizeof(header));
   if (header.magic != kFileMagic) {
@@ -46,9 +46,10 @@ void BlockStore::CheckHeader() const {
                       std::to_string(kFormatVersion) + "). Update the program, or build the cube " +
                       "again with this one.");
   }
-  if (header.version != kFormatVersion || header.reserved != 0) {
+  if (header.version < kOldestVersion || header.reserved != 0) {
     throw DamagedCubeFile(file_name_, "its header is not valid");
   }
+  version_ = header.version;
 }
 
 FileFooter BlockStore::CheckedFooter() const {
@@ -64,7 +65,7 @@ FileFooter BlockStore::CheckedFooter() const {
     throw DamagedCubeFile(file_name_, "its end is missing");
   }
   const uint64_t directory_end = bytes_.size() - sizeof(footer);
-  if (footer.version != kFormatVersion || footer.reserved != 0 ||
+  if (footer.version != version_ || footer.reserved != 0 ||
       footer.block_count > directory_end / sizeof(BlockEntry) || footer.block_count >= kNoBlock ||
       footer.catalog_block >= footer.block_count ||
       footer.directory_offset != directory_end - footer.block_count * sizeof(BlockEntry) ||

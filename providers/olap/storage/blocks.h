@@ -32,13 +32,14 @@ class BlockStore {
   const std::string& file_name() const { return file_name_; }
 
  private:
-  void CheckHeader() const;
+  void CheckHeader();
   FileFooter CheckedFooter() const;
   void CheckDirectory(uint64_t directory_offset) const;
 
   std::span<const std::byte> bytes_;
   std::string file_name_;
   std::span<const BlockEntry> directory_;
+  uint32_t version_ = 0;
   uint32_t catalog_block_ = 0;
   std::unique_ptr<std::atomic<bool>[]> verified_;
 };

@@ -45,7 +45,7 @@ class StructureReader {
     measure.caption = in_.GetText();
     measure.format_string = in_.GetText();
     const auto aggregator = in_.Get<uint8_t>();
-    Require(aggregator <= static_cast<uint8_t>(Aggregator::kMax));
+    Require(aggregator <= static_cast<uint8_t>(Aggregator::kDistinctCount));
     measure.aggregator = static_cast<Aggregator>(aggregator);
     return measure;
   }

@@ -13,7 +13,9 @@ static_assert(std::endian::native == std::endian::little,
 
 inline constexpr std::array<char, 8> kFileMagic = {'V', 'o', 'k', 'C', 'u', 'b', 'e', '\x1a'};
 inline constexpr std::array<char, 8> kEndMagic = {'V', 'o', 'k', 'C', 'u', 'b', 'E', '\x1a'};
-inline constexpr uint32_t kFormatVersion = 1;
+inline constexpr uint32_t kFormatVersion = 2;
+/// Files of version 1 have neither aggregates nor counts of different values.
+inline constexpr uint32_t kOldestVersion = 1;
 inline constexpr uint32_t kNoBlock = 0xFFFFFFFF;
 /// Blocks begin and end at multiples of this; what lies between their content and their end is 0.
 inline constexpr std::size_t kBlockAlignment = 8;

@@ -9,7 +9,7 @@ namespace {
 /// What a cell of a cuboid costs is 1. A fact's leaves are unpacked and tested besides, and facts
 /// of one slice lie scattered.
 constexpr double kFactCost = 3;
-constexpr double kBlockCost = 100;
+constexpr double kBlockCost = 40;
 
 uint64_t CountOf(const std::vector<IdRange>& ranges) {
   uint64_t count = 0;

@@ -68,7 +68,7 @@ TEST(BadSchema, IsRefusedByName) {
       {nullptr, "name=\"Quarter\"", "name=\"year\"", {"two of the name \"year\""}},
       {nullptr, "name=\"MoneySet\"", "name=\"measures\"", {"holds the measures"}},
       {nullptr, "defaultMeasure=\"Amount\"", "defaultMeasure=\"Sum\"", {"\"Sum\""}},
-      {nullptr, "\"count\"", "\"distinct-count\"", {"distinct-count", "not supported", "line 40"}},
+      {nullptr, "\"count\"", "\"median\"", {"median", "not supported", "line 40"}},
       {nullptr, "<Measure", "<CalculatedMember name=\"X\"/><Measure", {"<CalculatedMember>"}},
       {nullptr, "<Table name=\"dim_ob\"/>", "<View alias=\"v\"/>", {"<View> is not supported"}},
       {nullptr,

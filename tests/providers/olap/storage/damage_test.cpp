@@ -15,13 +15,105 @@ namespace {
 
 using Bytes = std::vector<std::byte>;
 
+/// Enough facts for few cells that aggregates are stored of them.
+test::CubeTexts AggregatedCube() {
+  test::CubeTexts texts{
+      R"(<Schema name="S"><Cube name="QEL"><Table name="fact"/>
+<Dimension name="Date" type="TimeDimension" foreignKey="month"><Hierarchy primaryKey="id"><Table name="month"/>
+  <Level name="Year" column="y" type="Integer"/><Level name="Month" column="m" type="Integer"/></Hierarchy></Dimension>
+<Dimension name="Line" foreignKey="line"><Hierarchy hasAll="false" primaryKey="id"><Table name="line"/>
+  <Level name="Line" column="id" type="Integer"/></Hierarchy></Dimension>
+<Dimension name="File" foreignKey="file"><Hierarchy primaryKey="id"><Table name="file"/>
+  <Level name="Ledger" column="ledger"/><Level name="File" column="id" type="Integer"/></Hierarchy></Dimension>
+<Measure name="Amount" column="amount" aggregator="sum"/><Measure name="Least" column="amount" aggregator="min"/>
+<Measure name="Files" column="file" aggregator="distinct-count"/></Cube></Schema>)",
+      {{"month", "id,y,m\n0,2001,1\n1,2001,2\n2,2002,1\n3,2002,2\n"},
+       {"line", "id\n"},
+       {"file", "id,ledger\n"},
+       {"fact", "month,line,file,amount\n"}}};
+  constexpr int kLines = 30;
+  constexpr int kFiles = 25;
+  constexpr int kFacts = 1600;
+  for (int i = 0; i < kLines; ++i) texts.tables["line"] += std::to_string(i) + "\n";
+  for (int i = 0; i < kFiles; ++i) {
+    texts.tables["file"] += std::to_string(i) + ",L" + std::to_string(i % 2) + "\n";
+  }
+  for (int i = 0; i < kFacts; ++i) {
+    texts.tables["fact"] += std::to_string(i % 4) + "," + std::to_string(i * 7 % kLines) + "," +
+                            std::to_string(i * 11 / 3 % kFiles) + "," +
+                            (i % 9 == 0 ? "" : std::to_string(i * 13 % 101)) + "\n";
+  }
+  return texts;
+}
+
 Bytes SampleFile() {
-  const test::BuiltCube built(test::SampleLedger());
+  const test::BuiltCube built(AggregatedCube());
   std::ifstream stream(built.path(), std::ios::binary);
   const std::string text(std::istreambuf_iterator<char>(stream), {});
   Bytes bytes(text.size());
   std::memcpy(bytes.data(), text.data(), text.size());
   return bytes;
+}
+
+void Append(std::string& all, const std::vector<FactColumn>& columns) {
+  for (const FactColumn& column : columns) {
+    all.append(reinterpret_cast<const char*>(column.values.data()), column.values.size() * 8);
+    all.append(column.present.begin(), column.present.end());
+  }
+}
+
+FactQuery AllMeasures(const StoredCube& cube) {
+  FactQuery query;
+  for (uint32_t measure = 0; measure < cube.model.measures.size(); ++measure) {
+    query.measures.push_back(measure);
+  }
+  return query;
+}
+
+/// What a query may ask of one hierarchy so that each aggregate of it is read: nothing, or of each
+/// level the first member, the last one, or those between.
+std::vector<std::vector<IdRange>> Choices(const Hierarchy& hierarchy) {
+  std::vector<std::vector<IdRange>> choices{{}};
+  for (const Level& level : hierarchy.levels()) {
+    if (level.members.size() == 1) continue;
+    const uint32_t first_end = hierarchy.Leaves(level.members.begin).end;
+    const uint32_t last_begin = hierarchy.Leaves(level.members.end - 1).begin;
+    choices.push_back({{0, first_end}});
+    choices.push_back({{last_begin, hierarchy.LeafCount()}});
+    if (first_end < last_begin) choices.push_back({{first_end, last_begin}});
+  }
+  return choices;
+}
+
+/// Every stored aggregate, through slices that each of them answers best.
+std::string ReadAggregates(const StoredCube& cube) {
+  constexpr std::size_t kLines = 1;  // the inner hierarchy
+  std::vector<FactQuery> queries{AllMeasures(cube)};
+  for (std::size_t index = 0; index < cube.model.hierarchies.size(); ++index) {
+    std::vector<FactQuery> more;
+    for (const FactQuery& query : queries) {
+      for (const auto& leaves : Choices(cube.model.hierarchies[index])) {
+        more.push_back(query);
+        more.back().leaves.push_back(index == kLines ? std::vector<IdRange>{} : leaves);
+        if (index == kLines) break;
+      }
+    }
+    queries = std::move(more);
+  }
+  std::string all;
+  for (const FactQuery& query : queries) Append(all, cube.facts->Read(query));
+  return all;
+}
+
+/// The facts themselves: no aggregate has slices that cut into every member.
+std::string ReadFacts(const StoredCube& cube) {
+  std::string all;
+  FactQuery query = AllMeasures(cube);
+  for (const Hierarchy& hierarchy : cube.model.hierarchies) {
+    query.leaves.push_back({{1, hierarchy.LeafCount()}});
+  }
+  Append(all, cube.facts->Read(query));
+  return all;
 }
 
 /// Everything that the file says, as one text.
@@ -31,22 +123,13 @@ std::string ReadAll(const Bytes& bytes) {
   for (const StoredCube& cube : file->cubes()) {
     all += cube.model.name + cube.model.caption;
     for (const Measure& measure : cube.model.measures) all += measure.name + measure.format_string;
-    for (uint32_t index = 0; index < cube.model.hierarchies.size(); ++index) {
-      const Hierarchy& hierarchy = cube.model.hierarchies[index];
+    for (const Hierarchy& hierarchy : cube.model.hierarchies) {
       for (MemberId member = 0; member < hierarchy.MemberCount(); ++member) {
         all += hierarchy.UniqueName(member);
         all += hierarchy.Caption(member);
       }
-      const auto leaf_level = static_cast<uint32_t>(hierarchy.levels().size() - 1);
-      FactQuery query{{}, {}, FactQuery::Group{index, leaf_level}};
-      for (uint32_t measure = 0; measure < cube.model.measures.size(); ++measure) {
-        query.measures.push_back(measure);
-      }
-      for (const FactColumn& column : cube.facts->Read(query)) {
-        all.append(reinterpret_cast<const char*>(column.values.data()), column.values.size() * 8);
-        all.append(column.present.begin(), column.present.end());
-      }
     }
+    all += ReadAggregates(cube) + ReadFacts(cube);
   }
   return all;
 }
@@ -56,7 +139,10 @@ TEST(DamagedCubeFile, AnyChangedByteIsNoticed) {
   ASSERT_LT(good.size(), 20000u);
   ReadAll(good);
   Bytes bytes = good;
-  for (std::size_t at = 0; at < good.size(); ++at) {
+  // Every byte of what is read when the file is opened, many of the blocks between.
+  constexpr std::size_t kEnds = 1500;
+  const auto step = [&](std::size_t at) { return at < kEnds || at + kEnds > good.size() ? 1 : 7; };
+  for (std::size_t at = 0; at < good.size(); at += step(at)) {
     bytes[at] ^= static_cast<std::byte>(1u << at % 8);
     EXPECT_THROW(ReadAll(bytes), Failure) << "byte " << at;
     bytes[at] = good[at];
@@ -85,14 +171,14 @@ TEST(DamagedCubeFile, IsReadFromAnyAddress) {
 TEST(DamagedCubeFile, FailureSaysWhatIsWrong) {
   const Bytes good = SampleFile();
   Bytes newer = good;
-  newer[8] = std::byte{2};
+  newer[8] = std::byte{3};
   Bytes other = good;
   other[0] = std::byte{'x'};
   const Bytes cut(good.begin(), good.end() - 8);
   const struct {
     const Bytes& bytes;
     const char* words;
-  } cases[] = {{newer, "format version 2, newer than this program reads"},
+  } cases[] = {{newer, "format version 3, newer than this program reads"},
                {other, "is no cube file"},
                {cut, "damaged or was cut short"}};
   for (const auto& each : cases) {
