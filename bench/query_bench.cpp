@@ -3,7 +3,8 @@
 //   bench_query build FOLDER CUBE        builds the cube; facts a second, memory and bytes a fact
 //   bench_query load FOLDER DATABASE     the same facts into SQLite
 //   bench_query compare CUBE DATABASE    warm queries side by side, round by round
-//   bench_query warm CUBE CUBE           the system's query on two cubes, side by side
+//   bench_query warm CUBE CUBE WORDS     the system's query on two cubes, side by side
+//   bench_query ask CUBE                 the system's query alone
 //   bench_query fresh CUBE DATABASE      open, query and close, each in a new process
 //   bench_query once-cube CUBE           what `fresh` starts
 //   bench_query once-sqlite DATABASE     what `fresh` starts
@@ -235,6 +236,8 @@ int Main(const std::vector<std::string>& words) {
           RunOwn({"once-sqlite", words[2]});
         },
         "SQLite");
+  } else if (what == "ask" && words.size() == 2) {
+    CompareCubes(words[1], words[1], "query, one ledger, warm, twice");
   } else if (what == "once-cube" && words.size() == 2) {
     const OpenedCube cube(words[1]);
     cube.Run(QuestionMdx(cube, Slice::kLedger));

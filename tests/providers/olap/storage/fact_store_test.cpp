@@ -2,12 +2,11 @@
 
 #include <gtest/gtest.h>
 
-#include <array>
 #include <optional>
 #include <string>
-#include <thread>
 #include <vector>
 
+#include "providers/posix/posix_files.h"
 #include "tests/support/cubes/sample_cube.h"
 
 namespace vok::olap {
@@ -108,23 +107,17 @@ TEST(FactStore, IsEmptyForACubeWithoutFacts) {
   EXPECT_EQ(lines.present, (std::vector<uint8_t>{0, 0}));
 }
 
-TEST(FactStore, GivesEveryThreadTheSame) {
-  const test::BuiltCube built(test::SampleLedger());
-  const FactQuery query{{0, 1, 2}, {{{3, 9}}}, FactQuery::Group{1, 0}};
-  const auto expected = test::BuiltCube(test::SampleLedger()).cube().facts->Read(query);
-  std::array<std::vector<FactColumn>, 8> results;
-  std::vector<std::thread> threads;
-  for (auto& result : results) {
-    threads.emplace_back([&] { result = built.cube().facts->Read(query); });
-  }
-  for (std::thread& thread : threads) thread.join();
-  for (const auto& result : results) {
-    ASSERT_EQ(result.size(), 3u);
-    for (std::size_t measure = 0; measure < result.size(); ++measure) {
-      EXPECT_EQ(result[measure].values, expected[measure].values);
-      EXPECT_EQ(result[measure].present, expected[measure].present);
-    }
-  }
+TEST(FactStore, IsNotDisturbedByACubeBuiltInItsPlace) {
+  const test::TemporaryFolder folder;
+  test::BuildInto(folder, OneColumn("sum", {{"1", "2"}, {"8"}}));
+  const auto old_file = CubeFile::Open(PosixFiles(), folder.File("sample.cub"));
+  test::BuildInto(folder, OneColumn("sum", {{"5"}, {"6"}, {"7"}}));
+  const auto new_file = CubeFile::Open(PosixFiles(), folder.File("sample.cub"));
+  const auto lines = [](const CubeFile& file) {
+    return file.cubes()[0].facts->Read({{0}, {}, FactQuery::Group{0, 1}})[0].values;
+  };
+  EXPECT_EQ(lines(*old_file), (std::vector<double>{3, 8}));
+  EXPECT_EQ(lines(*new_file), (std::vector<double>{5, 6, 7}));
 }
 
 }  // namespace

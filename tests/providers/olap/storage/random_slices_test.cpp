@@ -7,6 +7,8 @@
 #include <optional>
 #include <random>
 #include <string>
+#include <thread>
+#include <utility>
 #include <vector>
 
 #include "tests/support/cubes/sample_cube.h"
@@ -193,6 +195,19 @@ bool Takes(const std::vector<IdRange>& ranges, uint32_t leaf) {
          });
 }
 
+FactQuery RandomQuery(std::mt19937& random, const CubeModel& model, bool grouped) {
+  FactQuery query{{0, 1, 2, 3, 4, 5}, {}, {}};
+  for (const Hierarchy& hierarchy : model.hierarchies) {
+    query.leaves.push_back(RandomRanges(random, hierarchy));
+  }
+  if (grouped) {
+    const uint32_t hierarchy = random() % kHierarchies;
+    const auto levels = model.hierarchies[hierarchy].levels().size();
+    query.group = {hierarchy, static_cast<uint32_t>(random() % levels)};
+  }
+  return query;
+}
+
 class RandomSlices : public testing::TestWithParam<Sizes> {};
 
 TEST_P(RandomSlices, AgreeWithPlainLoops) {
@@ -210,15 +225,7 @@ TEST_P(RandomSlices, AgreeWithPlainLoops) {
     }
   }
   for (int round = 0; round < 400; ++round) {
-    FactQuery query{{0, 1, 2, 3, 4, 5}, {}, {}};
-    for (const Hierarchy& hierarchy : model.hierarchies) {
-      query.leaves.push_back(RandomRanges(random, hierarchy));
-    }
-    if (round % 5 != 0) {
-      const uint32_t hierarchy = random() % kHierarchies;
-      const auto levels = model.hierarchies[hierarchy].levels().size();
-      query.group = {hierarchy, static_cast<uint32_t>(random() % levels)};
-    }
+    const FactQuery query = RandomQuery(random, model, round % 5 != 0);
     std::map<uint32_t, Expected> expected;
     for (std::size_t row = 0; row < facts.size(); ++row) {
       bool taken = true;
@@ -249,6 +256,38 @@ TEST_P(RandomSlices, AgreeWithPlainLoops) {
         ASSERT_EQ(columns[measure].present[group], cell ? 1 : 0) << round << " " << measure;
         ASSERT_EQ(columns[measure].values[group], cell.value_or(0)) << round << " " << measure;
       }
+    }
+  }
+}
+
+TEST(RandomSlice, IsTheSameForEveryThread) {
+  constexpr Sizes kSizes{20000, 30, 20, 60};
+  std::mt19937 random(17);
+  const test::CubeTexts texts = TextsOf(RandomFacts(random, kSizes), kSizes);
+  const test::BuiltCube alone(texts);
+  const test::BuiltCube shared(texts);
+  const auto read_all = [](const StoredCube& cube) {
+    std::mt19937 same(1);
+    std::vector<FactColumn> all;
+    for (int round = 0; round < 60; ++round) {
+      for (auto& column : cube.facts->Read(RandomQuery(same, cube.model, round % 3 != 0))) {
+        all.push_back(std::move(column));
+      }
+    }
+    return all;
+  };
+  const auto expected = read_all(alone.cube());
+  std::array<std::vector<FactColumn>, 4> results;
+  std::vector<std::thread> threads;
+  for (auto& result : results) {
+    threads.emplace_back([&] { result = read_all(shared.cube()); });
+  }
+  for (std::thread& thread : threads) thread.join();
+  for (const auto& result : results) {
+    ASSERT_EQ(result.size(), expected.size());
+    for (std::size_t column = 0; column < result.size(); ++column) {
+      EXPECT_EQ(result[column].values, expected[column].values);
+      EXPECT_EQ(result[column].present, expected[column].present);
     }
   }
 }
