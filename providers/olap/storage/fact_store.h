@@ -35,8 +35,8 @@ struct FactColumn {
 class FactStore {
  public:
   virtual ~FactStore() = default;
-  /// One column per measure of the query, in its order. Cost follows the facts inside `leaves`, not
-  /// those outside.
+  /// One column per measure of the query, in its order. Stored aggregates answer where they can,
+  /// with the same results; else the cost follows the facts inside `leaves`, not those outside.
   virtual std::vector<FactColumn> Read(const FactQuery& query) const = 0;
 };
 
