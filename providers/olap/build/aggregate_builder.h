@@ -4,15 +4,12 @@
 #include <vector>
 
 #include "providers/olap/build/aggregate_choice.h"
+#include "providers/olap/build/slice_cells.h"
 #include "providers/olap/storage/cube_writer.h"
 
 namespace vok::olap {
 
-/// Value columns whose aggregates are exact whatever the order of adding, and how each is joined.
-struct AggregatedColumn {
-  uint32_t value_column = 0;
-  Aggregator aggregator = Aggregator::kSum;
-};
+/// Those of a cube; measures of one value column share it.
 std::vector<AggregatedColumn> AggregatedColumns(const NewCube& cube, const NewFacts& facts);
 
 /// Writes the blocks; what it returns is still to be added to the cube.
