@@ -38,8 +38,9 @@ void PrintInfo(const nlohmann::ordered_json& document) {
   for (const auto& source : document["dataSources"]) {
     const auto file = source["CubeFile"].get<std::string>();
     std::cout << "  " << source["SetName"].get<std::string>() << ": "
-              << (file.empty() ? "its cube file is not there" : file) << ' '
-              << source["CubeFileDate"].get<std::string>() << '\n';
+              << (file.empty() ? "its cube file is not there"
+                               : file + "  " + source["CubeFileDate"].get<std::string>())
+              << '\n';
   }
 }
 
