@@ -29,6 +29,9 @@ class OneFile : public Files {
   std::unique_ptr<FileReplacement> Replace(const std::string&) override {
     return std::make_unique<Replacement>(bytes);
   }
+  std::unique_ptr<PathClaim> Claim(const std::string&) override {
+    return std::make_unique<PathClaim>();
+  }
   Date LastModified(const std::string&) const override { return {}; }
   void ChangeDirectory(const std::string&) override {}
   std::string NativePath(const std::string& path) const override { return path; }

@@ -146,7 +146,9 @@ void RemoveIncomplete(Files& files, RunReport& report) {
 int32_t CubtoXls(const Host& host, Publics& publics, const std::string& CubeSetName,
                  const std::string& PeriodsName, const std::string& OutputPath) {
   publics.last_run = {};
+  std::unique_ptr<PathClaim> claim;  // of this run, until its workbook is whole or removed
   try {
+    claim = host.files.Claim(WorkbookPath(OutputPath));
     return QueryRun(host, publics, OutputPath).Run(CubeSetName, PeriodsName);
   } catch (...) {
     const Failure failure = CurrentFailure();

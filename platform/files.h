@@ -34,6 +34,12 @@ class FileReplacement {
   virtual void Commit() = 0;
 };
 
+/// A path held against other runs of the system, until the object or the process is gone.
+class PathClaim {
+ public:
+  virtual ~PathClaim() = default;
+};
+
 class Files {
  public:
   virtual ~Files() = default;
@@ -49,6 +55,10 @@ class Files {
   virtual void Append(const std::string& path, std::string_view bytes) = 0;
   virtual std::unique_ptr<MappedFile> Map(const std::string& path) const = 0;
   virtual std::unique_ptr<FileReplacement> Replace(const std::string& path) = 0;
+  /// Holds the path, whether or not a file is there. Failure 70 while another claim, of this
+  /// process or of any other on the machine, holds it. Keeps no one from the file who does not
+  /// claim it.
+  virtual std::unique_ptr<PathClaim> Claim(const std::string& path) = 0;
   /// Local time of the last modification.
   virtual Date LastModified(const std::string& path) const = 0;
   virtual void ChangeDirectory(const std::string& path) = 0;

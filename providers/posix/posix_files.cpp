@@ -10,6 +10,7 @@
 
 #include "platform/failure.h"
 #include "providers/posix/file_handle.h"
+#include "providers/posix/path_claim.h"
 #include "providers/posix/posix_replacement.h"
 #include "providers/posix/system_clock.h"
 
@@ -106,6 +107,10 @@ std::unique_ptr<MappedFile> PosixFiles::Map(const std::string& path) const {
 
 std::unique_ptr<FileReplacement> PosixFiles::Replace(const std::string& path) {
   return std::make_unique<PosixReplacement>(Checked(path));
+}
+
+std::unique_ptr<PathClaim> PosixFiles::Claim(const std::string& path) {
+  return ClaimPath(NativePath(path));
 }
 
 Date PosixFiles::LastModified(const std::string& path) const {

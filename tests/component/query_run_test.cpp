@@ -211,6 +211,14 @@ TEST_F(QueryRunTest, AnOldWorkbookThatStaysIsToldBeforeAnythingElse) {
   EXPECT_EQ(memory.files.files["out.xlsX"], "old");
 }
 
+TEST_F(QueryRunTest, AWorkbookThatAnotherRunWritesIsLeftToIt) {
+  memory.files.files["out.xlsX"] = "of the other run";
+  memory.files.claimed.insert("out.xlsX");
+  EXPECT_EQ(Run(), 70);
+  EXPECT_THAT(cube.connection_calls, IsEmpty());
+  EXPECT_EQ(memory.files.files["out.xlsX"], "of the other run");
+}
+
 TEST_F(QueryRunTest, EachRunStartsItsListsAfresh) {
   Answer(OneCell(5), {});
   ASSERT_EQ(Run(), 0);

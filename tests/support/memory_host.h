@@ -41,6 +41,10 @@ class MemoryFiles : public Files {
     Check(path);
     return std::make_unique<Replacement>(files[path]);
   }
+  std::unique_ptr<PathClaim> Claim(const std::string& path) override {
+    if (claimed.contains(path)) throw Failure(70, "claimed: " + path);
+    return std::make_unique<PathClaim>();
+  }
   Date LastModified(const std::string& path) const override { return modified.at(path); }
   void ChangeDirectory(const std::string& path) override {
     Check(path);
@@ -52,6 +56,7 @@ class MemoryFiles : public Files {
   std::set<std::string> folders;
   std::map<std::string, Date> modified;
   std::set<std::string> refused;
+  std::set<std::string> claimed;  ///< by another run
   std::vector<std::string> made;  ///< folders, in the order of their making
   std::string current_directory = "start";
 

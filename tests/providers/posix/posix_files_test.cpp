@@ -114,6 +114,30 @@ TEST_F(PosixFilesTest, ReplacesWhatASymbolicLinkLeadsTo) {
   EXPECT_EQ(FailureOf([&] { files_.Replace(At("loop")); }).number(), failure_number::kBadFileName);
 }
 
+TEST_F(PosixFilesTest, HoldsAClaimedPathByAnySpellingUntilTheHolderIsGone) {
+  fs::create_directory_symlink(root_, root_ + "/link");
+  auto claim = files_.Claim(At("out.xlsX"));
+  for (const std::string& spelling : {At("out.xlsX"), root_ + "/link\\out.xlsX"}) {
+    const auto again = [&] { files_.Claim(spelling); };
+    EXPECT_EQ(FailureOf(again).number(), 70) << spelling;
+  }
+  EXPECT_EQ(FailureOf([&] { files_.Claim(At("other.xlsX")); }).number(), 0);
+  claim.reset();
+  const pid_t other = ::fork();
+  if (other == 0) {
+    const auto held = files_.Claim(At("out.xlsX"));
+    ::raise(SIGSTOP);
+    ::_exit(0);
+  }
+  int status = 0;
+  ::waitpid(other, &status, WUNTRACED);
+  EXPECT_EQ(FailureOf([&] { files_.Claim(At("out.xlsX")); }).number(), 70);
+  ::kill(other, SIGKILL);
+  ::waitpid(other, &status, 0);
+  EXPECT_EQ(FailureOf([&] { files_.Claim(At("out.xlsX")); }).number(), 0);
+  EXPECT_EQ(EntryCount(), 1u);  // the link
+}
+
 TEST_F(PosixFilesTest, SaysWhatFailedOnWhichFile) {
   namespace number = failure_number;
   files_.CreateDirectory(At("folder"));
