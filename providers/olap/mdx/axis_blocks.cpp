@@ -22,6 +22,40 @@ Key OtherMembers(const TupleSet& axis, std::size_t tuple, std::size_t varying_co
   return key;
 }
 
+bool SameOthers(const MemberId* a, const MemberId* b, std::size_t arity, std::size_t varying) {
+  for (std::size_t i = 0; i < arity; ++i) {
+    if (i != varying && a[i] != b[i]) return false;
+  }
+  return true;
+}
+
+/// Finds the block of a tuple: mostly that of the tuple before.
+class BlockFinder {
+ public:
+  BlockFinder(const TupleSet& axis, std::size_t column, std::vector<AxisBlock>& blocks)
+      : axis_(axis), column_(column), blocks_(blocks) {}
+
+  AxisBlock& Of(std::size_t tuple) {
+    const MemberId* members = axis_.tuple(tuple);
+    if (last_ < blocks_.size() &&
+        SameOthers(axis_.tuple(blocks_[last_].tuple), members, axis_.arity(), column_)) {
+      return blocks_[last_];
+    }
+    const auto [found, is_new] =
+        block_of_.try_emplace(OtherMembers(axis_, tuple, column_), blocks_.size());
+    if (is_new) blocks_.push_back({tuple, {}, nullptr});
+    last_ = found->second;
+    return blocks_[last_];
+  }
+
+ private:
+  const TupleSet& axis_;
+  std::size_t column_;
+  std::vector<AxisBlock>& blocks_;
+  std::map<Key, std::size_t> block_of_;
+  std::size_t last_ = SIZE_MAX;
+};
+
 AxisBlock OnePosition(std::size_t tuple) {
   return {tuple, {static_cast<uint32_t>(tuple)}, nullptr};
 }
@@ -29,6 +63,8 @@ AxisBlock OnePosition(std::size_t tuple) {
 }  // namespace
 
 HierarchyId VaryingHierarchy(const TupleSet& axis) {
+  if (axis.arity() == 1)
+    return axis.hierarchies[0] == kMeasures ? kNoHierarchy : axis.hierarchies[0];
   HierarchyId varying = kNoHierarchy;
   std::size_t most = 0;
   for (std::size_t i = 0; i < axis.arity(); ++i) {
@@ -47,19 +83,18 @@ std::vector<AxisBlock> CutIntoBlocks(const CubeView& cube, const TupleSet& axis)
       std::find(axis.hierarchies.begin(), axis.hierarchies.end(), varying) -
       axis.hierarchies.begin());
   std::vector<AxisBlock> blocks;
-  std::map<Key, std::size_t> block_of;
+  BlockFinder finder(axis, column, blocks);
   for (std::size_t i = 0; i < axis.size(); ++i) {
     if (varying == kNoHierarchy || IsCalculated(axis.tuple(i)[column])) {
       blocks.push_back(OnePosition(i));
       continue;
     }
-    const auto [found, is_new] = block_of.try_emplace(OtherMembers(axis, i, column), blocks.size());
-    if (is_new) blocks.push_back({i, {}, nullptr});
-    blocks[found->second].rows.push_back(static_cast<uint32_t>(i));
+    finder.Of(i).rows.push_back(static_cast<uint32_t>(i));
   }
   for (AxisBlock& block : blocks) {
     if (block.rows.size() < 2) continue;
     std::vector<MemberId> ids;
+    ids.reserve(block.rows.size());
     for (const uint32_t row : block.rows) ids.push_back(axis.tuple(row)[column]);
     block.varying = std::make_unique<Positions>(cube, varying, std::move(ids));
   }

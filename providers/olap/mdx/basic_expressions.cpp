@@ -62,13 +62,13 @@ class TupleAsSet : public SetExpression {
 
 class JoinedSets : public SetExpression {
  public:
-  explicit JoinedSets(std::vector<SetPtr> sets)
-      : SetExpression(sets.front()->hierarchies()), sets_(std::move(sets)) {}
+  JoinedSets(std::vector<HierarchyId> hierarchies, std::vector<SetPtr> sets)
+      : SetExpression(std::move(hierarchies)), sets_(std::move(sets)) {}
   bool DependsOn(HierarchyId hierarchy) const override { return AnyDependsOn(sets_, hierarchy); }
   TupleSet Evaluate(Evaluator& evaluator, const Context& context) const override {
-    TupleSet all = sets_.front()->Evaluate(evaluator, context);
-    for (std::size_t i = 1; i < sets_.size(); ++i) {
-      const TupleSet next = sets_[i]->Evaluate(evaluator, context);
+    TupleSet all{hierarchies(), {}};
+    for (const SetPtr& set : sets_) {
+      const TupleSet next = set->Evaluate(evaluator, context);
       all.ids.insert(all.ids.end(), next.ids.begin(), next.ids.end());
     }
     return all;
@@ -76,6 +76,13 @@ class JoinedSets : public SetExpression {
 
  private:
   std::vector<SetPtr> sets_;
+};
+
+class EmptySet : public SetExpression {
+ public:
+  EmptySet() : SetExpression({}) {}
+  bool DependsOn(HierarchyId) const override { return false; }
+  TupleSet Evaluate(Evaluator&, const Context&) const override { return {}; }
 };
 
 class NamedSetReference : public SetExpression {
@@ -93,8 +100,11 @@ class NamedSetReference : public SetExpression {
 
 class Range : public SetExpression {
  public:
-  Range(MemberPtr first, MemberPtr last)
-      : SetExpression({first->hierarchy()}), first_(std::move(first)), last_(std::move(last)) {}
+  Range(MemberPtr first, MemberPtr last, Place place)
+      : SetExpression({first->hierarchy()}),
+        first_(std::move(first)),
+        last_(std::move(last)),
+        place_(place) {}
   bool DependsOn(HierarchyId hierarchy) const override {
     return first_->DependsOn(hierarchy) || last_->DependsOn(hierarchy);
   }
@@ -105,7 +115,10 @@ class Range : public SetExpression {
     if (!IsStored(from) || !IsStored(to)) return set;
     const CubeView& cube = evaluator.cube();
     const HierarchyId hierarchy = hierarchies()[0];
-    if (cube.LevelOf(hierarchy, from) != cube.LevelOf(hierarchy, to)) return set;
+    if (cube.LevelOf(hierarchy, from) != cube.LevelOf(hierarchy, to)) {
+      place_.Fail("both ends of a range must be of the same level; these are " +
+                  cube.UniqueName(hierarchy, from) + " and " + cube.UniqueName(hierarchy, to));
+    }
     if (from > to) std::swap(from, to);
     for (MemberId id = from; id <= to; ++id) set.ids.push_back(id);
     return set;
@@ -114,6 +127,7 @@ class Range : public SetExpression {
  private:
   MemberPtr first_;
   MemberPtr last_;
+  Place place_;
 };
 
 class Number : public ValueExpression {
@@ -148,8 +162,15 @@ class CellValue : public ValueExpression {
  public:
   explicit CellValue(std::vector<MemberPtr> members) : members_(std::move(members)) {}
 
-  /// Every stored value depends on where the cell stands, in all hierarchies.
-  bool DependsOn(HierarchyId) const override { return true; }
+  /// A cell's value depends on where it stands, but for the hierarchies that it names.
+  bool DependsOn(HierarchyId hierarchy) const override {
+    bool named = false;
+    for (const MemberPtr& member : members_) {
+      if (member->DependsOn(hierarchy)) return true;
+      named = named || member->hierarchy() == hierarchy;
+    }
+    return !named;
+  }
 
   Column Evaluate(Evaluator& evaluator, const Block& block) const override {
     Block inner = block;
@@ -251,16 +272,18 @@ SetPtr NewTupleSet(std::vector<MemberPtr> members) {
   return std::make_unique<TupleAsSet>(std::move(members));
 }
 
-SetPtr NewJoinedSets(std::vector<SetPtr> sets) {
-  return std::make_unique<JoinedSets>(std::move(sets));
+SetPtr NewEmptySet() { return std::make_unique<EmptySet>(); }
+
+SetPtr NewJoinedSets(std::vector<HierarchyId> hierarchies, std::vector<SetPtr> sets) {
+  return std::make_unique<JoinedSets>(std::move(hierarchies), std::move(sets));
 }
 
 SetPtr NewNamedSet(std::size_t index, const SetExpression& set) {
   return std::make_unique<NamedSetReference>(index, set);
 }
 
-SetPtr NewRange(MemberPtr first, MemberPtr last) {
-  return std::make_unique<Range>(std::move(first), std::move(last));
+SetPtr NewRange(MemberPtr first, MemberPtr last, Place place) {
+  return std::make_unique<Range>(std::move(first), std::move(last), place);
 }
 
 ValuePtr NewNumber(double number) { return std::make_unique<Number>(number); }

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "providers/olap/mdx/expression.h"
+#include "providers/olap/mdx/source_text.h"
 
 namespace vok::olap {
 
@@ -16,12 +17,14 @@ MemberId ConstantMemberOf(const MemberExpression& expression);
 MemberPtr NewCurrentMember(HierarchyId hierarchy);
 /// A set of one tuple; of none when one of its members is missing.
 SetPtr NewTupleSet(std::vector<MemberPtr> members);
-/// The sets one after another; all are over the same hierarchies.
-SetPtr NewJoinedSets(std::vector<SetPtr> sets);
+/// {}: no tuples, over no hierarchies.
+SetPtr NewEmptySet();
+/// The sets one after another, all over these hierarchies or {}.
+SetPtr NewJoinedSets(std::vector<HierarchyId> hierarchies, std::vector<SetPtr> sets);
 /// The set that the query names.
 SetPtr NewNamedSet(std::size_t index, const SetExpression& set);
-/// All members from one to another of the same level.
-SetPtr NewRange(MemberPtr first, MemberPtr last);
+/// All members from one to another of the same level; none when one is missing.
+SetPtr NewRange(MemberPtr first, MemberPtr last, Place place);
 
 ValuePtr NewNumber(double number);
 ValuePtr NewText(std::string text);

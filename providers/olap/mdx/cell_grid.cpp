@@ -3,73 +3,94 @@
 #include <utility>
 
 namespace vok::olap {
-namespace {
 
-/// Steps through all combinations of indexes below `lengths`, the first running fastest.
-class Odometer {
- public:
-  explicit Odometer(const std::vector<std::size_t>& lengths)
-      : lengths_(lengths), at_(lengths.size(), 0) {}
-  const std::vector<std::size_t>& at() const { return at_; }
-  void Step() {
-    for (std::size_t i = 0; i < at_.size() && ++at_[i] == lengths_[i]; ++i) at_[i] = 0;
+CellGrid::CellGrid(std::vector<std::size_t> lengths, std::size_t along)
+    : lengths_(std::move(lengths)), along_(along), axes_(lengths_.size()) {
+  std::size_t count = 1;
+  for (std::size_t axis = 0; axis < lengths_.size(); ++axis) {
+    if (axis != along_) count *= lengths_[axis];
   }
-
- private:
-  const std::vector<std::size_t>& lengths_;
-  std::vector<std::size_t> at_;
-};
-
-}  // namespace
-
-CellGrid::CellGrid(std::vector<std::size_t> axis_lengths) : lengths(std::move(axis_lengths)) {
-  std::size_t total = 1;
-  for (const std::size_t length : lengths) {
-    strides.push_back(total);
-    total *= length;
-  }
-  numbers.resize(total);
-  states.resize(total, CellState::kEmpty);
+  columns_.resize(count);
 }
 
-void CellGrid::Put(std::size_t ordinal, const Column& from, std::size_t row) {
-  numbers[ordinal] = from.numbers[row];
-  states[ordinal] = from.states[row];
-  if (from.states[row] == CellState::kText) texts[ordinal] = from.texts[row];
+void CellGrid::DropEmpty(const std::vector<bool>& axes) {
+  std::vector<std::vector<uint8_t>> used;
+  for (const std::size_t length : lengths_) used.emplace_back(length, 0);
+  if (column_length() > 0) {
+    for (std::size_t index = 0; index < columns_.size(); ++index) MarkUsed(index, used);
+  }
+  for (std::size_t axis = 0; axis < axes_.size(); ++axis) {
+    if (!axes[axis]) continue;
+    std::vector<uint32_t>& kept = axes_[axis].kept;
+    for (uint32_t position = 0; position < used[axis].size(); ++position) {
+      if (used[axis][position] != 0) kept.push_back(position);
+    }
+    axes_[axis].keeps_all = kept.size() == lengths_[axis];
+  }
 }
 
-std::vector<std::vector<uint32_t>> CellGrid::UsedPositions() const {
-  std::vector<std::vector<bool>> used;
-  for (const std::size_t length : lengths) used.emplace_back(length, false);
-  Odometer odometer(lengths);
-  for (std::size_t ordinal = 0; ordinal < size(); ++ordinal, odometer.Step()) {
-    if (states[ordinal] == CellState::kEmpty) continue;
-    for (std::size_t axis = 0; axis < used.size(); ++axis) used[axis][odometer.at()[axis]] = true;
+void CellGrid::MarkUsed(std::size_t index, std::vector<std::vector<uint8_t>>& used) const {
+  const std::vector<CellState>& states = columns_[index].states;
+  uint8_t any = 0;
+  if (along_ < lengths_.size()) {
+    uint8_t* along = used[along_].data();
+    for (std::size_t row = 0; row < states.size(); ++row) {
+      const auto state = static_cast<uint8_t>(states[row]);
+      along[row] |= state;
+      any |= state;
+    }
+  } else {
+    any = static_cast<uint8_t>(states[0]);
   }
-  std::vector<std::vector<uint32_t>> positions(lengths.size());
-  for (std::size_t axis = 0; axis < used.size(); ++axis) {
-    for (uint32_t i = 0; i < used[axis].size(); ++i) {
-      if (used[axis][i]) positions[axis].push_back(i);
+  if (any == 0) return;
+  for (std::size_t axis = 0; axis < lengths_.size(); ++axis) {
+    if (axis == along_) continue;
+    used[axis][index % lengths_[axis]] = 1;
+    index /= lengths_[axis];
+  }
+}
+
+std::size_t CellGrid::KeptCount(std::size_t axis) const {
+  return axes_[axis].keeps_all ? lengths_[axis] : axes_[axis].kept.size();
+}
+
+std::size_t CellGrid::size() const {
+  std::size_t count = columns_.empty() && axes_.empty() ? 0 : 1;
+  for (std::size_t axis = 0; axis < axes_.size(); ++axis) count *= KeptCount(axis);
+  return count;
+}
+
+CellGrid::Place CellGrid::At(std::size_t ordinal) const {
+  Place place;
+  std::size_t stride = 1;
+  for (std::size_t axis = 0; axis < axes_.size(); ++axis) {
+    const std::size_t count = KeptCount(axis);
+    std::size_t position = ordinal % count;
+    ordinal /= count;
+    if (!axes_[axis].keeps_all) position = axes_[axis].kept[position];
+    if (axis == along_) {
+      place.row = position;
+    } else {
+      place.column += position * stride;
+      stride *= lengths_[axis];
     }
   }
-  return positions;
+  return place;
 }
 
-CellGrid CellGrid::Only(const std::vector<std::vector<uint32_t>>& kept) const {
-  std::vector<std::size_t> new_lengths;
-  for (const auto& positions : kept) new_lengths.push_back(positions.size());
-  CellGrid result(new_lengths);
-  Odometer odometer(result.lengths);
-  for (std::size_t to = 0; to < result.size(); ++to, odometer.Step()) {
-    std::size_t from = 0;
-    for (std::size_t axis = 0; axis < kept.size(); ++axis) {
-      from += kept[axis][odometer.at()[axis]] * strides[axis];
-    }
-    result.numbers[to] = numbers[from];
-    result.states[to] = states[from];
-    if (states[from] == CellState::kText) result.texts[to] = texts.at(from);
-  }
-  return result;
+CellState CellGrid::State(std::size_t ordinal) const {
+  const Place place = At(ordinal);
+  return columns_[place.column].states[place.row];
+}
+
+double CellGrid::Number(std::size_t ordinal) const {
+  const Place place = At(ordinal);
+  return columns_[place.column].numbers[place.row];
+}
+
+const std::string& CellGrid::Text(std::size_t ordinal) const {
+  const Place place = At(ordinal);
+  return columns_[place.column].texts[place.row];
 }
 
 }  // namespace vok::olap

@@ -1,9 +1,10 @@
-// The cells of an answer as one block of memory, axis 0 running fastest, and what NON EMPTY leaves.
+// The cells of an answer, axis 0 running fastest, and what NON EMPTY leaves of them. They lie in
+// columns along one of the axes, one for each combination of positions of the others, as they were
+// computed; dropped positions are passed over on reading.
 #pragma once
 
 #include <cstddef>
 #include <cstdint>
-#include <map>
 #include <string>
 #include <vector>
 
@@ -11,22 +12,47 @@
 
 namespace vok::olap {
 
-struct CellGrid {
-  explicit CellGrid(std::vector<std::size_t> axis_lengths);
+class CellGrid {
+ public:
+  CellGrid() = default;
+  /// `along`: the axis of the columns; the number of axes for columns of one cell.
+  CellGrid(std::vector<std::size_t> lengths, std::size_t along);
 
-  std::size_t size() const { return states.size(); }
-  /// Takes over one cell of a column.
-  void Put(std::size_t ordinal, const Column& from, std::size_t row);
-  /// Per axis the positions that hold a cell which is not empty.
-  std::vector<std::vector<uint32_t>> UsedPositions() const;
-  /// The cells at these positions of each axis.
-  CellGrid Only(const std::vector<std::vector<uint32_t>>& kept) const;
+  std::size_t column_count() const { return columns_.size(); }
+  std::size_t column_length() const { return along_ < lengths_.size() ? lengths_[along_] : 1; }
+  /// Columns are counted with the first of the other axes running fastest.
+  Column& column(std::size_t index) { return columns_[index]; }
 
-  std::vector<std::size_t> lengths;
-  std::vector<std::size_t> strides;
-  std::vector<double> numbers;
-  std::vector<CellState> states;
-  std::map<std::size_t, std::string> texts;  ///< by ordinal
+  /// Keeps of these axes only positions with a cell that is not empty, whatever is kept of others.
+  void DropEmpty(const std::vector<bool>& axes);
+  /// Whether every position of the axis is kept.
+  bool KeepsAll(std::size_t axis) const { return axes_[axis].keeps_all; }
+  const std::vector<uint32_t>& Kept(std::size_t axis) const { return axes_[axis].kept; }
+
+  /// Number of cells that are kept; they are counted from 0.
+  std::size_t size() const;
+  CellState State(std::size_t ordinal) const;
+  double Number(std::size_t ordinal) const;
+  const std::string& Text(std::size_t ordinal) const;
+
+ private:
+  struct Axis {
+    bool keeps_all = true;
+    std::vector<uint32_t> kept;
+  };
+  struct Place {
+    std::size_t column = 0;
+    std::size_t row = 0;
+  };
+
+  Place At(std::size_t ordinal) const;
+  std::size_t KeptCount(std::size_t axis) const;
+  void MarkUsed(std::size_t column, std::vector<std::vector<uint8_t>>& used) const;
+
+  std::vector<std::size_t> lengths_;
+  std::size_t along_ = 0;
+  std::vector<Axis> axes_;
+  std::vector<Column> columns_;
 };
 
 }  // namespace vok::olap

@@ -16,19 +16,26 @@ constexpr std::size_t kBatch = 256;
 
 class QueryRun {
  public:
-  QueryRun(const CubeView& cube, const Query& query, const SourceText& source)
-      : cube_(cube), query_(query), source_(source), evaluator_(cube, query) {}
+  QueryRun(const CubeView& cube, const Query& query, const SourceText& source,
+           const QueryLimits& limits)
+      : cube_(cube),
+        query_(query),
+        source_(source),
+        guard_(limits),
+        evaluator_(cube, query, guard_) {}
 
   void Run(MdxResult& result) {
     evaluator_.SetBase(SlicerContext(evaluator_, source_));
     for (const QueryAxis& axis : query_.axes) {
       axes_.push_back({axis.set->Evaluate(evaluator_, evaluator_.base())});
     }
-    CellGrid grid(CheckedLengths());
+    const std::vector<std::size_t> lengths = CheckedLengths();
+    block_axis_ = ChooseBlockAxis();
+    CellGrid grid(lengths, block_axis_);
     if (grid.size() > 0) Compute(grid);
     DropEmpty(grid);
     result.SetAxes(std::move(axes_), evaluator_.base());
-    result.SetCells(std::move(grid.numbers), std::move(grid.states), std::move(grid.texts));
+    result.SetCells(std::move(grid));
   }
 
  private:
@@ -37,8 +44,8 @@ class QueryRun {
     std::size_t total = 1;
     for (const MdxResult::Axis& axis : axes_) {
       lengths.push_back(axis.PositionCount());
-      if (lengths.back() > 0 && total > kMaxCells / lengths.back()) {
-        source_.Fail(0, "the answer has more than " + std::to_string(kMaxCells) +
+      if (lengths.back() > 0 && total > guard_.max_cells() / lengths.back()) {
+        source_.Fail(0, "the answer has more than " + std::to_string(guard_.max_cells()) +
                             " cells: ask for fewer members");
       }
       total *= lengths.back();
@@ -59,79 +66,70 @@ class QueryRun {
   }
 
   void Compute(CellGrid& grid) {
-    block_axis_ = ChooseBlockAxis();
     if (block_axis_ < axes_.size()) {
       blocks_ = CutIntoBlocks(cube_, axes_[block_axis_].tuples);
     } else {
       blocks_.push_back({0, {0}, nullptr});
     }
-    const std::size_t along = block_axis_ < axes_.size() ? grid.lengths[block_axis_] : 1;
-    const std::size_t count = grid.size() / along * blocks_.size();
+    const std::size_t count = grid.column_count() * blocks_.size();
     for (std::size_t begin = 0; begin < count; begin += kBatch) {
       const std::size_t end = std::min(count, begin + kBatch);
-      for (std::size_t i = begin; i < end; ++i) evaluator_.AnnounceCells(BlockAt(i).block);
+      for (std::size_t i = begin; i < end; ++i) evaluator_.AnnounceCells(BlockAt(i));
       evaluator_.ReadAnnounced();
-      for (std::size_t i = begin; i < end; ++i) Store(BlockAt(i), grid);
+      for (std::size_t i = begin; i < end; ++i) Store(i, grid);
       evaluator_.Trim();
     }
   }
 
-  struct PlacedBlock {
-    Block block;
-    const AxisBlock* rows;
-    std::size_t first_ordinal;  ///< of the cell at position 0 of the block axis
-  };
-
-  /// Blocks are counted with those of one combination of the other axes' positions together.
-  PlacedBlock BlockAt(std::size_t index) const {
+  /// Blocks are counted with those of one column together.
+  Block BlockAt(std::size_t index) const {
     const AxisBlock& part = blocks_[index % blocks_.size()];
-    std::size_t outer = index / blocks_.size();
-    PlacedBlock placed{{evaluator_.base(), part.varying.get()}, &part, 0};
-    std::size_t stride = 1;
+    std::size_t column = index / blocks_.size();
+    Block block{evaluator_.base(), part.varying.get()};
     for (std::size_t axis = 0; axis < axes_.size(); ++axis) {
       const TupleSet& tuples = axes_[axis].tuples;
-      std::size_t position = part.tuple;
-      if (axis != block_axis_) {
-        position = outer % tuples.size();
-        outer /= tuples.size();
-        placed.first_ordinal += position * stride;
+      if (axis == block_axis_) {
+        tuples.Apply(part.tuple, block.context);
+      } else {
+        tuples.Apply(column % tuples.size(), block.context);
+        column /= tuples.size();
       }
-      tuples.Apply(position, placed.block.context);
-      stride *= tuples.size();
     }
-    return placed;
+    return block;
   }
 
-  void Store(const PlacedBlock& placed, CellGrid& grid) {
-    const Column cells = evaluator_.Cells(placed.block);
-    const std::size_t stride = block_axis_ < axes_.size() ? grid.strides[block_axis_] : 0;
-    for (std::size_t i = 0; i < placed.rows->rows.size(); ++i) {
-      grid.Put(placed.first_ordinal + placed.rows->rows[i] * stride, cells, i);
+  /// A block that fills its column is taken over as it is: it is in the order of the axis.
+  void Store(std::size_t index, CellGrid& grid) {
+    const AxisBlock& part = blocks_[index % blocks_.size()];
+    Column cells = evaluator_.Cells(BlockAt(index));
+    Column& column = grid.column(index / blocks_.size());
+    if (part.rows.size() == grid.column_length()) {
+      column = std::move(cells);
+      return;
     }
+    if (column.size() == 0) column = Column(grid.column_length());
+    for (std::size_t i = 0; i < part.rows.size(); ++i) column.Copy(part.rows[i], cells, i);
   }
 
   void DropEmpty(CellGrid& grid) {
-    const auto wants = [](const QueryAxis& axis) { return axis.non_empty; };
-    if (std::none_of(query_.axes.begin(), query_.axes.end(), wants)) return;
-    std::vector<std::vector<uint32_t>> kept = grid.UsedPositions();
+    std::vector<bool> wanted;
+    for (const QueryAxis& axis : query_.axes) wanted.push_back(axis.non_empty);
+    if (std::find(wanted.begin(), wanted.end(), true) == wanted.end()) return;
+    grid.DropEmpty(wanted);
     for (std::size_t i = 0; i < axes_.size(); ++i) {
-      if (!query_.axes[i].non_empty) {
-        kept[i].resize(grid.lengths[i]);
-        for (uint32_t p = 0; p < kept[i].size(); ++p) kept[i][p] = p;
-      }
+      if (grid.KeepsAll(i)) continue;
       TupleSet& tuples = axes_[i].tuples;
-      std::vector<MemberId> ids;
-      for (const uint32_t p : kept[i]) {
-        ids.insert(ids.end(), tuples.tuple(p), tuples.tuple(p) + tuples.arity());
-      }
-      tuples.ids = std::move(ids);
+      TupleSet kept{tuples.hierarchies, {}};
+      kept.ids.reserve(grid.Kept(i).size() * tuples.arity());
+      for (const uint32_t position : grid.Kept(i)) kept.Add(tuples.tuple(position));
+      tuples = std::move(kept);
     }
-    grid = grid.Only(kept);
   }
 
   const CubeView& cube_;
   const Query& query_;
   const SourceText& source_;
+  QueryGuard guard_;
   Evaluator evaluator_;
   std::vector<MdxResult::Axis> axes_;
   std::vector<AxisBlock> blocks_;
@@ -141,9 +139,9 @@ class QueryRun {
 }  // namespace
 
 std::unique_ptr<MdxResult> Evaluate(std::shared_ptr<const CubeView> cube, Query query,
-                                    const SourceText& source) {
+                                    const SourceText& source, const QueryLimits& limits) {
   auto result = std::make_unique<MdxResult>(cube, std::move(query));
-  QueryRun(*cube, result->query(), source).Run(*result);
+  QueryRun(*cube, result->query(), source, limits).Run(*result);
   return result;
 }
 

@@ -3,17 +3,15 @@
 
 #include <memory>
 
+#include "providers/olap/mdx/query_limits.h"
 #include "providers/olap/mdx/result.h"
 #include "providers/olap/mdx/source_text.h"
 
 namespace vok::olap {
 
-/// No answer has more cells, before NON EMPTY.
-inline constexpr std::size_t kMaxCells = 50'000'000;
-
-/// Failure -2147217900: more than `kMaxCells` cells, a slicer that is no cross join of stored
-/// members, a formula that cannot be computed; -2147467259: damaged facts.
+/// Failures: those of `QueryGuard`; -2147217900: more cells than the limit, a slicer that is no
+/// cross join of stored members, a formula that cannot be computed; -2147467259: damaged facts.
 std::unique_ptr<MdxResult> Evaluate(std::shared_ptr<const CubeView> cube, Query query,
-                                    const SourceText& source);
+                                    const SourceText& source, const QueryLimits& limits);
 
 }  // namespace vok::olap

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <utility>
 
-#include "platform/failure.h"
 #include "providers/olap/mdx/evaluator.h"
 
 namespace vok::olap {
@@ -18,10 +17,11 @@ std::vector<HierarchyId> Both(const std::vector<HierarchyId>& first,
 
 class CrossJoinSet : public SetExpression {
  public:
-  CrossJoinSet(SetPtr first, SetPtr second)
+  CrossJoinSet(SetPtr first, SetPtr second, Place place)
       : SetExpression(Both(first->hierarchies(), second->hierarchies())),
         first_(std::move(first)),
-        second_(std::move(second)) {}
+        second_(std::move(second)),
+        place_(place) {}
 
   bool DependsOn(HierarchyId hierarchy) const override {
     return first_->DependsOn(hierarchy) || second_->DependsOn(hierarchy);
@@ -30,18 +30,21 @@ class CrossJoinSet : public SetExpression {
   TupleSet Evaluate(Evaluator& evaluator, const Context& context) const override {
     const TupleSet a = first_->Evaluate(evaluator, context);
     const TupleSet b = second_->Evaluate(evaluator, context);
-    if (b.size() > 0 && a.size() > kMaxTuples / b.size()) {
-      throw Failure(failure_number::kSyntax,
-                    "MDX: a cross join of " + std::to_string(a.size()) + " by " +
-                        std::to_string(b.size()) + " is past the limit of " +
-                        std::to_string(kMaxTuples) + " tuples. Ask for fewer members.");
+    const std::size_t most = evaluator.guard().max_tuples();
+    if (b.size() > 0 && a.size() > most / b.size()) {
+      place_.Fail("a cross join of " + std::to_string(a.size()) + " by " +
+                  std::to_string(b.size()) + " is past the limit of " + std::to_string(most) +
+                  " tuples. Ask for fewer members");
     }
     TupleSet joined{hierarchies(), {}};
     joined.ids.reserve(a.size() * b.size() * hierarchies().size());
     for (std::size_t i = 0; i < a.size(); ++i) {
+      evaluator.guard().Check();
       for (std::size_t j = 0; j < b.size(); ++j) {
-        joined.ids.insert(joined.ids.end(), a.tuple(i), a.tuple(i) + a.arity());
-        joined.ids.insert(joined.ids.end(), b.tuple(j), b.tuple(j) + b.arity());
+        const MemberId* from = a.tuple(i);
+        joined.ids.insert(joined.ids.end(), from, from + a.arity());
+        from = b.tuple(j);
+        joined.ids.insert(joined.ids.end(), from, from + b.arity());
       }
     }
     return joined;
@@ -50,18 +53,19 @@ class CrossJoinSet : public SetExpression {
  private:
   SetPtr first_;
   SetPtr second_;
+  Place place_;
 };
 
 }  // namespace
 
-SetPtr NewCrossJoin(SetPtr first, SetPtr second, const SourceText& source, std::size_t offset) {
+SetPtr NewCrossJoin(SetPtr first, SetPtr second, Place place) {
   for (const HierarchyId hierarchy : second->hierarchies()) {
     const auto& others = first->hierarchies();
     if (std::find(others.begin(), others.end(), hierarchy) != others.end()) {
-      source.Fail(offset, "both sets of the cross join are over the same hierarchy");
+      place.Fail("both sets of the cross join are over the same hierarchy");
     }
   }
-  return std::make_unique<CrossJoinSet>(std::move(first), std::move(second));
+  return std::make_unique<CrossJoinSet>(std::move(first), std::move(second), place);
 }
 
 }  // namespace vok::olap

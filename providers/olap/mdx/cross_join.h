@@ -8,6 +8,6 @@ namespace vok::olap {
 
 /// The first set runs slowest. Failure -2147217900: a hierarchy that is in both, or, on evaluation,
 /// more than `kMaxTuples`.
-SetPtr NewCrossJoin(SetPtr first, SetPtr second, const SourceText& source, std::size_t offset);
+SetPtr NewCrossJoin(SetPtr first, SetPtr second, Place place);
 
 }  // namespace vok::olap

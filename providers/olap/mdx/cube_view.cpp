@@ -96,6 +96,13 @@ bool CubeView::HasAll(HierarchyId hierarchy) const {
   return hierarchy != kMeasures && Stored(hierarchy).has_all();
 }
 
+HierarchyId CubeView::TimeHierarchy() const {
+  for (const Dimension& dimension : model().dimensions) {
+    if (dimension.is_time) return dimension.hierarchies.front() + 1;
+  }
+  return kNoHierarchy;
+}
+
 std::vector<MemberId> CubeView::FindChildren(HierarchyId hierarchy, MemberId parent,
                                              std::string_view name) const {
   return Find(hierarchy, Children(hierarchy, parent), name);

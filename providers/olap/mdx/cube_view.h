@@ -50,6 +50,11 @@ class CubeView {
   IdRange Children(HierarchyId hierarchy, MemberId member) const;
   MemberId DefaultMember(HierarchyId hierarchy) const;
   bool HasAll(HierarchyId hierarchy) const;
+  /// The first hierarchy of the first time dimension; `kNoHierarchy` without one.
+  HierarchyId TimeHierarchy() const;
+  LevelKind KindOf(HierarchyId hierarchy, uint32_t level) const {
+    return hierarchy == kMeasures ? LevelKind::kRegular : Stored(hierarchy).levels()[level].kind;
+  }
   /// Of a hierarchy of the model.
   const Hierarchy& Stored(HierarchyId hierarchy) const {
     return model().hierarchies[hierarchy - 1];

@@ -9,13 +9,13 @@
 namespace vok::olap {
 
 std::unique_ptr<MdxResult> RunMdx(const std::vector<std::shared_ptr<const CubeView>>& cubes,
-                                  const std::string& mdx) {
+                                  const std::string& mdx, const QueryLimits& limits) {
   const SourceText source(mdx);
   const Statement statement = Parse(source);
   std::string names;
   for (const auto& cube : cubes) {
     if (cube->SameName(cube->model().name, statement.cube.text)) {
-      return Evaluate(cube, Resolve(*cube, source, statement), source);
+      return Evaluate(cube, Resolve(*cube, source, statement), source, limits);
     }
     names += (names.empty() ? "" : ", ") + Bracketed(cube->model().name);
   }
@@ -23,8 +23,9 @@ std::unique_ptr<MdxResult> RunMdx(const std::vector<std::shared_ptr<const CubeVi
               "there is no cube " + Bracketed(statement.cube.text) + "; there is " + names);
 }
 
-std::unique_ptr<MdxResult> RunMdx(std::shared_ptr<const CubeView> cube, const std::string& mdx) {
-  return RunMdx(std::vector{std::move(cube)}, mdx);
+std::unique_ptr<MdxResult> RunMdx(std::shared_ptr<const CubeView> cube, const std::string& mdx,
+                                  const QueryLimits& limits) {
+  return RunMdx(std::vector{std::move(cube)}, mdx, limits);
 }
 
 }  // namespace vok::olap

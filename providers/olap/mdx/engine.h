@@ -5,15 +5,17 @@
 #include <string>
 #include <vector>
 
+#include "providers/olap/mdx/query_limits.h"
 #include "providers/olap/mdx/result.h"
 
 namespace vok::olap {
 
 /// Failure -2147217900, with line and column, for a query that is not understood or past a limit;
-/// -2147467259 when the facts are damaged.
-std::unique_ptr<MdxResult> RunMdx(std::shared_ptr<const CubeView> cube, const std::string& mdx);
+/// -2147467259 when the facts are damaged; and those of `QueryGuard`.
+std::unique_ptr<MdxResult> RunMdx(std::shared_ptr<const CubeView> cube, const std::string& mdx,
+                                  const QueryLimits& limits = {});
 /// The same on the one of `cubes` that the query names.
 std::unique_ptr<MdxResult> RunMdx(const std::vector<std::shared_ptr<const CubeView>>& cubes,
-                                  const std::string& mdx);
+                                  const std::string& mdx, const QueryLimits& limits = {});
 
 }  // namespace vok::olap

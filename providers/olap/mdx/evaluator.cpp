@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <utility>
 
-#include "platform/failure.h"
+#include "providers/olap/mdx/axis_blocks.h"
 
 namespace vok::olap {
 namespace {
@@ -14,13 +14,12 @@ constexpr uint32_t kMaxDepth = 200;
 /// Counts up while it lives.
 class Deeper {
  public:
-  Deeper(uint32_t& depth, const std::string& name) : depth_(depth) {
+  Deeper(uint32_t& depth, const std::string& name, Place place) : depth_(depth) {
     if (depth_ >= kMaxDepth) {
-      throw Failure(failure_number::kSyntax,
-                    "MDX: " + name +
-                        " cannot be computed: its formula needs itself, or formulas "
-                        "need one another more than " +
-                        std::to_string(kMaxDepth) + " deep.");
+      place.Fail(name +
+                 " cannot be computed: its formula needs itself, or formulas need one another "
+                 "more than " +
+                 std::to_string(kMaxDepth) + " deep");
     }
     ++depth_;
   }
@@ -43,9 +42,10 @@ Context DefaultContext(const CubeView& cube) {
 
 }  // namespace
 
-Evaluator::Evaluator(const CubeView& cube, const Query& query)
+Evaluator::Evaluator(const CubeView& cube, const Query& query, const QueryGuard& guard)
     : cube_(cube),
       query_(query),
+      guard_(guard),
       base_(DefaultContext(cube)),
       reads_(cube),
       named_sets_(query.sets.size()) {}
@@ -57,10 +57,11 @@ void Evaluator::AnnounceCells(const Block& block) {
 }
 
 Column Evaluator::Cells(const Block& block) {
+  guard_.Check();
   const HierarchyId deciding = DecidingHierarchy(query_, block.context.members);
   if (deciding != kNoHierarchy) {
     const CalculatedMember& member = query_.Member(block.context.members[deciding]);
-    const Deeper deeper(depth_, member.unique_name);
+    const Deeper deeper(depth_, member.unique_name, member.place);
     Block inner = block;
     inner.context.Set(deciding, cube_.DefaultMember(deciding));
     return member.formula->Evaluate(*this, inner);
@@ -82,6 +83,10 @@ Column Evaluator::ValuesAt(const ValueExpression& expression, const Block& block
   return inner.positions == block.positions ? values : Spread(values, block);
 }
 
+Column Evaluator::OnceForAll(const ValueExpression& expression, const Block& block) {
+  return Spread(expression.Evaluate(*this, Block{block.context, nullptr}), block);
+}
+
 Column Evaluator::Spread(const Column& one, const Block& block) const {
   Column column = NewColumn(block);
   for (std::size_t row = 0; row < column.size(); ++row) column.Copy(row, one, 0);
@@ -97,6 +102,21 @@ Column Evaluator::ByPosition(const ValueExpression& expression, const Block& blo
   return column;
 }
 
+Column Evaluator::ValuesOver(const ValueExpression& expression, const TupleSet& set,
+                             const Context& context) {
+  const bool was_announcing = std::exchange(announcing_, false);
+  Column all(set.size());
+  for (const AxisBlock& part : CutIntoBlocks(cube_, set)) {
+    guard_.Check();
+    Block block{context, part.varying.get()};
+    set.Apply(part.tuple, block.context);
+    const Column values = expression.Evaluate(*this, block);
+    for (std::size_t i = 0; i < part.rows.size(); ++i) all.Copy(part.rows[i], values, i);
+  }
+  announcing_ = was_announcing;
+  return all;
+}
+
 Column Evaluator::Single(const ValueExpression& expression, const Context& context) {
   const bool was_announcing = std::exchange(announcing_, false);
   Column value = expression.Evaluate(*this, Block{context, nullptr});
@@ -106,7 +126,7 @@ Column Evaluator::Single(const ValueExpression& expression, const Context& conte
 
 const TupleSet& Evaluator::Named(std::size_t set) {
   if (!named_sets_[set]) {
-    const Deeper deeper(depth_, "the set [" + query_.sets[set].name + "]");
+    const Deeper deeper(depth_, "the set [" + query_.sets[set].name + "]", query_.sets[set].place);
     TupleSet tuples = query_.sets[set].set->Evaluate(*this, base_);
     named_sets_[set] = std::move(tuples);
   }

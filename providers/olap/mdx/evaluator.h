@@ -7,17 +7,20 @@
 #include <vector>
 
 #include "providers/olap/mdx/query.h"
+#include "providers/olap/mdx/query_limits.h"
 #include "providers/olap/mdx/reads.h"
 
 namespace vok::olap {
 
-/// One query's evaluation. Failure -2147217900: a calculated member that needs itself, a text where
-/// a number is needed.
+/// One query's evaluation. Failure -2147217900, with line and column: a calculated member that
+/// needs itself, a text where a number is needed; and those of `QueryGuard`.
 class Evaluator {
  public:
-  Evaluator(const CubeView& cube, const Query& query);
+  /// `guard` outlives the evaluation.
+  Evaluator(const CubeView& cube, const Query& query, const QueryGuard& guard);
 
   const CubeView& cube() const { return cube_; }
+  const QueryGuard& guard() const { return guard_; }
   const Query& query() const { return query_; }
   /// Default members everywhere, or the slicer's once it was set.
   const Context& base() const { return base_; }
@@ -33,6 +36,10 @@ class Evaluator {
   /// `expression` with `members` of `hierarchies` in place of the block's own.
   Column ValuesAt(const ValueExpression& expression, const Block& block,
                   const std::vector<HierarchyId>& hierarchies, const MemberId* members);
+  /// `expression` at each tuple of the set, the other hierarchies standing as in `context`.
+  Column ValuesOver(const ValueExpression& expression, const TupleSet& set, const Context& context);
+  /// `expression`, which is the same for all positions of the block.
+  Column OnceForAll(const ValueExpression& expression, const Block& block);
   /// `expression` for each position by itself, where it cannot be computed at once.
   Column ByPosition(const ValueExpression& expression, const Block& block);
   /// The one value at a context.
@@ -53,6 +60,7 @@ class Evaluator {
 
   const CubeView& cube_;
   const Query& query_;
+  const QueryGuard& guard_;
   Context base_;
   Reads reads_;
   std::deque<LeafRanges> kept_ranges_;

@@ -34,6 +34,11 @@ void Column::SetNumber(std::size_t row, double number) {
   states[row] = CellState::kNumber;
 }
 
+void Column::SetLogical(std::size_t row, bool value) {
+  numbers[row] = value ? 1 : 0;
+  states[row] = CellState::kLogical;
+}
+
 void Column::SetText(std::size_t row, std::string text) {
   if (texts.empty()) texts.resize(size());
   texts[row] = std::move(text);

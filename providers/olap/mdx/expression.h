@@ -20,9 +20,6 @@ inline constexpr MemberId kCalculatedBit = 0x80000000;
 inline bool IsCalculated(MemberId id) { return id != kNoMember && (id & kCalculatedBit) != 0; }
 inline bool IsStored(MemberId id) { return (id & kCalculatedBit) == 0; }
 
-/// No set grows beyond this many tuples.
-inline constexpr std::size_t kMaxTuples = 20'000'000;
-
 using LeafRanges = std::vector<IdRange>;
 
 /// One member of every hierarchy. A hierarchy may stand on several leaves at once instead (a slicer
@@ -64,14 +61,17 @@ struct Block {
   Block At(std::size_t row) const;
 };
 
-enum class CellState : uint8_t { kEmpty, kNumber, kText };
+/// The first two are how facts tell absent and present values apart.
+enum class CellState : uint8_t { kEmpty = 0, kNumber = 1, kText = 2, kLogical = 3 };
 
-/// Values of a block's cells. A number is 0 wherever the state is not `kNumber`.
+/// Values of a block's cells. A number is 0 where the cell is empty or a text; a logical value is 1
+/// or 0.
 struct Column {
   explicit Column(std::size_t size = 0) : numbers(size), states(size, CellState::kEmpty) {}
 
   std::size_t size() const { return states.size(); }
   void SetNumber(std::size_t row, double number);
+  void SetLogical(std::size_t row, bool value);
   void SetText(std::size_t row, std::string text);
   /// Takes over one cell of another column.
   void Copy(std::size_t row, const Column& from, std::size_t from_row);
@@ -81,17 +81,18 @@ struct Column {
   std::vector<std::string> texts;  ///< empty when no cell is a text
 };
 
-/// Tuples over `hierarchies`, one after another.
+/// Tuples over `hierarchies`, one after another. The empty set {} has no hierarchies.
 struct TupleSet {
   std::vector<HierarchyId> hierarchies;
   std::vector<MemberId> ids;
 
   std::size_t arity() const { return hierarchies.size(); }
-  std::size_t size() const { return ids.size() / hierarchies.size(); }
+  std::size_t size() const { return ids.empty() ? 0 : ids.size() / hierarchies.size(); }
   const MemberId* tuple(std::size_t index) const { return ids.data() + index * arity(); }
   void Apply(std::size_t index, Context& context) const {
     for (std::size_t i = 0; i < arity(); ++i) context.Set(hierarchies[i], tuple(index)[i]);
   }
+  void Add(const MemberId* tuple) { ids.insert(ids.end(), tuple, tuple + arity()); }
 };
 
 class Evaluator;

@@ -173,12 +173,18 @@ class ExpressionParser {
 
   std::vector<Syntax> Arguments() { return Listed("(", ")", true); }
 
+  /// One item of a list. Between two commas there may be none: a name without parts.
+  Syntax Item() {
+    if (!tokens_.AtSymbol(",")) return Expression();
+    return Make(SyntaxKind::kName, tokens_.current().begin, "", {});
+  }
+
   std::vector<Syntax> Listed(std::string_view open, std::string_view close, bool may_be_empty) {
     tokens_.ExpectSymbol(open);
     std::vector<Syntax> items;
     if (may_be_empty && tokens_.SkipSymbol(close)) return items;
     do {
-      items.push_back(Expression());
+      items.push_back(open == "(" && may_be_empty && !items.empty() ? Item() : Expression());
     } while (tokens_.SkipSymbol(","));
     tokens_.ExpectSymbol(close);
     return items;

@@ -17,6 +17,8 @@ class ExpressionResolver {
 
   SetPtr ResolveSet(const Syntax& syntax) const;
   ValuePtr ResolveValue(const Syntax& syntax) const;
+  /// The value, and the first measure that it names; `kNoMember` without one.
+  ValuePtr ResolveFormula(const Syntax& syntax, MemberId& first_measure) const;
 
  private:
   Operand Resolve(const Syntax& syntax) const;
@@ -28,12 +30,21 @@ class ExpressionResolver {
   Operand ResolveUnary(const Syntax& syntax) const;
   Operand ResolveBinary(const Syntax& syntax) const;
   Operand ResolveRange(const Syntax& syntax) const;
+  Operand ResolveArgument(const Syntax& syntax) const;
+  Operand ResolveIs(const Syntax& syntax) const;
+  Operand ResolveCase(const Syntax& syntax) const;
+  ValuePtr ResolveWhen(const Syntax* operand, const Syntax& when) const;
+  Operand CombineSets(const Syntax& syntax, Operand left, Operand right) const;
+  Operand Same(Operand left, Operand right, const Syntax& syntax) const;
+  void NoteMeasure(const Operand& operand) const;
+  Place PlaceOf(const Syntax& syntax) const { return {&source_, syntax.offset}; }
   Operand Property(Operand base, const NamePart& part) const;
   Operand Checked(Operand operand, Wanted wanted, std::size_t offset) const;
 
   const CubeView& cube_;
   const SourceText& source_;
   const NameResolver& names_;
+  mutable MemberId first_measure_ = kNoMember;
 };
 
 }  // namespace vok::olap

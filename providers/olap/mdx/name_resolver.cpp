@@ -162,6 +162,7 @@ std::optional<CalculatedMember> NameResolver::Declare(const Name& name) const {
   Operand above = Resolve(Path(name).first(name.size() - 1));
   CalculatedMember member;
   member.name = member.caption = last.text;
+  member.place = {&source_, last.offset};
   if (const auto* hierarchy = std::get_if<HierarchyOperand>(&above)) {
     member.hierarchy = hierarchy->hierarchy;
   } else if (const auto* parent = std::get_if<MemberPtr>(&above)) {

@@ -44,6 +44,10 @@ bool Fits(const Operand& operand, Wanted wanted) {
              (Is<ValuePtr>(operand) && std::get<ValuePtr>(operand)->kind() != ValueKind::kText);
     case Wanted::kCondition:
       return Is<ValuePtr>(operand) && std::get<ValuePtr>(operand)->kind() == ValueKind::kLogical;
+    case Wanted::kFlag:
+      return Is<FlagOperand>(operand);
+    case Wanted::kMissing:
+      return Is<MissingOperand>(operand);
   }
   return false;
 }
@@ -52,6 +56,8 @@ Operand Convert(Operand operand, Wanted wanted) {
   switch (wanted) {
     case Wanted::kHierarchy:
     case Wanted::kLevel:
+    case Wanted::kFlag:
+    case Wanted::kMissing:
       return operand;
     case Wanted::kMember:
       return ToMember(std::move(operand));
@@ -85,8 +91,8 @@ ValuePtr ToValue(Operand operand) {
 }
 
 std::string Describe(const Operand& operand) {
-  constexpr const char* kNames[] = {"a hierarchy", "a level", "a member",
-                                    "a tuple",     "a set",   "a value"};
+  constexpr const char* kNames[] = {"a hierarchy", "a level", "a member", "a tuple",
+                                    "a set",       "a value", "a flag",   "nothing"};
   return kNames[operand.index()];
 }
 
@@ -108,6 +114,10 @@ std::string Describe(Wanted wanted) {
       return "a number";
     case Wanted::kCondition:
       return "a condition";
+    case Wanted::kFlag:
+      return "a flag";
+    case Wanted::kMissing:
+      return "nothing";
   }
   return {};
 }

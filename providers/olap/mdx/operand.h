@@ -21,8 +21,15 @@ struct TupleOperand {
   std::vector<MemberPtr> members;
 };
 
-using Operand =
-    std::variant<HierarchyOperand, LevelOperand, MemberPtr, TupleOperand, SetPtr, ValuePtr>;
+/// A word such as DESC, in capitals.
+struct FlagOperand {
+  std::string word;
+};
+/// An argument left out between two commas.
+struct MissingOperand {};
+
+using Operand = std::variant<HierarchyOperand, LevelOperand, MemberPtr, TupleOperand, SetPtr,
+                             ValuePtr, FlagOperand, MissingOperand>;
 
 /// Types of arguments, as signatures write them.
 enum class Wanted : char {
@@ -33,7 +40,9 @@ enum class Wanted : char {
   kSet = 's',
   kValue = 'v',  ///< a number or a text
   kNumber = 'n',
-  kCondition = 'b'  ///< true or false
+  kCondition = 'b',  ///< true or false
+  kFlag = 'f',
+  kMissing = '_'
 };
 
 bool Fits(const Operand& operand, Wanted wanted);

@@ -3,12 +3,14 @@
 #include <limits>
 #include <utility>
 
-#include "platform/failure.h"
 #include "providers/olap/mdx/evaluator.h"
+#include "providers/olap/mdx/number_format.h"
 
 namespace vok::olap {
 namespace {
 
+constexpr std::string_view kJoin = "||";
+constexpr std::string_view kNot = "NOT";
 constexpr double kInfinity = std::numeric_limits<double>::infinity();
 
 /// Which empty operands leave the result empty.
@@ -19,6 +21,7 @@ struct Operator {
   ValueKind kind;
   Empties empties;
   double (*compute)(double left, double right);
+  bool compares = false;
 };
 
 double Flag(bool value) { return value ? 1 : 0; }
@@ -28,12 +31,18 @@ constexpr Operator kOperators[] = {
     {"-", ValueKind::kNumber, Empties::kBoth, [](double a, double b) { return a - b; }},
     {"*", ValueKind::kNumber, Empties::kEither, [](double a, double b) { return a * b; }},
     {"/", ValueKind::kNumber, Empties::kLeft, [](double a, double b) { return a / b; }},
-    {"=", ValueKind::kLogical, Empties::kEither, [](double a, double b) { return Flag(a == b); }},
-    {"<>", ValueKind::kLogical, Empties::kEither, [](double a, double b) { return Flag(a != b); }},
-    {"<", ValueKind::kLogical, Empties::kEither, [](double a, double b) { return Flag(a < b); }},
-    {"<=", ValueKind::kLogical, Empties::kEither, [](double a, double b) { return Flag(a <= b); }},
-    {">", ValueKind::kLogical, Empties::kEither, [](double a, double b) { return Flag(a > b); }},
-    {">=", ValueKind::kLogical, Empties::kEither, [](double a, double b) { return Flag(a >= b); }},
+    {"=", ValueKind::kLogical, Empties::kEither, [](double a, double b) { return Flag(a == b); },
+     true},
+    {"<>", ValueKind::kLogical, Empties::kEither, [](double a, double b) { return Flag(a != b); },
+     true},
+    {"<", ValueKind::kLogical, Empties::kEither, [](double a, double b) { return Flag(a < b); },
+     true},
+    {"<=", ValueKind::kLogical, Empties::kEither, [](double a, double b) { return Flag(a <= b); },
+     true},
+    {">", ValueKind::kLogical, Empties::kEither, [](double a, double b) { return Flag(a > b); },
+     true},
+    {">=", ValueKind::kLogical, Empties::kEither, [](double a, double b) { return Flag(a >= b); },
+     true},
     {"AND", ValueKind::kLogical, Empties::kNever,
      [](double a, double b) { return Flag(a != 0 && b != 0); }},
     {"OR", ValueKind::kLogical, Empties::kNever,
@@ -49,10 +58,20 @@ const Operator* Find(std::string_view symbol) {
   return nullptr;
 }
 
+/// Takes over a result in the state that its kind has.
+void Put(Column& column, std::size_t row, ValueKind kind, double result) {
+  column.numbers[row] = result;
+  column.states[row] = kind == ValueKind::kLogical ? CellState::kLogical : CellState::kNumber;
+}
+
 class BinaryValue : public ValueExpression {
  public:
-  BinaryValue(const Operator& by, ValuePtr left, ValuePtr right)
-      : ValueExpression(by.kind), by_(by), left_(std::move(left)), right_(std::move(right)) {}
+  BinaryValue(const Operator& by, ValuePtr left, ValuePtr right, Place place)
+      : ValueExpression(by.kind),
+        by_(by),
+        left_(std::move(left)),
+        right_(std::move(right)),
+        place_(place) {}
 
   bool DependsOn(HierarchyId hierarchy) const override {
     return left_->DependsOn(hierarchy) || right_->DependsOn(hierarchy);
@@ -60,26 +79,41 @@ class BinaryValue : public ValueExpression {
 
   Column Evaluate(Evaluator& evaluator, const Block& block) const override {
     Column left = left_->Evaluate(evaluator, block);
-    const Column right = right_->Evaluate(evaluator, block);
-    RequireNumbers(left);
-    RequireNumbers(right);
-    for (std::size_t row = 0; row < left.size(); ++row) {
-      Combine(left, right, row);
-    }
+    Column right = right_->Evaluate(evaluator, block);
+    if (by_.compares) CompareTexts(left, right);
+    RequireNumbers(left, place_);
+    RequireNumbers(right, place_);
+    for (std::size_t row = 0; row < left.size(); ++row) Combine(left, right, row);
     return left;
   }
 
  private:
+  /// Two texts become the numbers that compare as they do.
+  static void CompareTexts(Column& left, Column& right) {
+    if (left.texts.empty() && right.texts.empty()) return;
+    for (std::size_t row = 0; row < left.size(); ++row) {
+      const CellState a = left.states[row];
+      const CellState b = right.states[row];
+      if (a == CellState::kText && b == CellState::kText) {
+        left.SetNumber(row, left.texts[row].compare(right.texts[row]));
+        right.SetNumber(row, 0);
+      } else if (a == CellState::kEmpty || b == CellState::kEmpty) {
+        left.states[row] = right.states[row] = CellState::kEmpty;
+      }
+    }
+  }
+
   void Combine(Column& left, const Column& right, std::size_t row) const {
     const bool no_left = left.states[row] == CellState::kEmpty;
     const bool no_right = right.states[row] == CellState::kEmpty;
     if (LeavesEmpty(no_left, no_right)) {
+      const bool compares = by_.kind == ValueKind::kLogical;
       left.numbers[row] = 0;
-      left.states[row] = CellState::kEmpty;
+      left.states[row] = compares ? CellState::kLogical : CellState::kEmpty;
     } else if (by_.empties == Empties::kLeft && no_right) {
       left.SetNumber(row, kInfinity);
     } else {
-      left.SetNumber(row, by_.compute(left.numbers[row], right.numbers[row]));
+      Put(left, row, by_.kind, by_.compute(left.numbers[row], right.numbers[row]));
     }
   }
 
@@ -100,25 +134,63 @@ class BinaryValue : public ValueExpression {
   const Operator& by_;
   ValuePtr left_;
   ValuePtr right_;
+  Place place_;
+};
+
+std::string TextOf(const Column& column, std::size_t row) {
+  switch (column.states[row]) {
+    case CellState::kEmpty:
+      return {};
+    case CellState::kText:
+      return column.texts[row];
+    case CellState::kLogical:
+      return column.numbers[row] != 0 ? "true" : "false";
+    case CellState::kNumber:
+      return FormatNumber(column.numbers[row], "");
+  }
+  return {};
+}
+
+class JoinedTexts : public ValueExpression {
+ public:
+  JoinedTexts(ValuePtr left, ValuePtr right)
+      : ValueExpression(ValueKind::kText), left_(std::move(left)), right_(std::move(right)) {}
+  bool DependsOn(HierarchyId hierarchy) const override {
+    return left_->DependsOn(hierarchy) || right_->DependsOn(hierarchy);
+  }
+  Column Evaluate(Evaluator& evaluator, const Block& block) const override {
+    const Column left = left_->Evaluate(evaluator, block);
+    const Column right = right_->Evaluate(evaluator, block);
+    Column joined = evaluator.NewColumn(block);
+    for (std::size_t row = 0; row < joined.size(); ++row) {
+      joined.SetText(row, TextOf(left, row) + TextOf(right, row));
+    }
+    return joined;
+  }
+
+ private:
+  ValuePtr left_;
+  ValuePtr right_;
 };
 
 class UnaryValue : public ValueExpression {
  public:
-  UnaryValue(ValuePtr operand, bool negates_logic)
+  UnaryValue(ValuePtr operand, bool negates_logic, Place place)
       : ValueExpression(negates_logic ? ValueKind::kLogical : ValueKind::kNumber),
         operand_(std::move(operand)),
-        negates_logic_(negates_logic) {}
+        negates_logic_(negates_logic),
+        place_(place) {}
 
   bool DependsOn(HierarchyId hierarchy) const override { return operand_->DependsOn(hierarchy); }
 
   Column Evaluate(Evaluator& evaluator, const Block& block) const override {
     Column column = operand_->Evaluate(evaluator, block);
-    RequireNumbers(column);
+    RequireNumbers(column, place_);
     for (std::size_t row = 0; row < column.size(); ++row) {
       if (negates_logic_) {
-        column.SetNumber(row, Flag(column.numbers[row] == 0));
-      } else if (column.states[row] == CellState::kNumber) {
-        column.numbers[row] = -column.numbers[row];
+        column.SetLogical(row, column.numbers[row] == 0);
+      } else if (column.states[row] != CellState::kEmpty) {
+        column.SetNumber(row, -column.numbers[row]);
       }
     }
     return column;
@@ -127,32 +199,36 @@ class UnaryValue : public ValueExpression {
  private:
   ValuePtr operand_;
   bool negates_logic_;
+  Place place_;
 };
 
 }  // namespace
 
-void RequireNumbers(const Column& column) {
+void RequireNumbers(const Column& column, Place place) {
   for (std::size_t row = 0; row < column.texts.size(); ++row) {
     if (column.states[row] == CellState::kText) {
-      throw Failure(failure_number::kSyntax,
-                    "MDX: the text \"" + column.texts[row] + "\" stands where a number is needed.");
+      place.Fail("the text \"" + column.texts[row] + "\" stands where a number is needed");
     }
   }
 }
 
-ValuePtr NewBinary(std::string_view symbol, ValuePtr left, ValuePtr right) {
+ValuePtr NewBinary(std::string_view symbol, ValuePtr left, ValuePtr right, Place place) {
+  if (symbol == kJoin) return std::make_unique<JoinedTexts>(std::move(left), std::move(right));
   const Operator* found = Find(symbol);
   if (found == nullptr) return nullptr;
-  return std::make_unique<BinaryValue>(*found, std::move(left), std::move(right));
+  return std::make_unique<BinaryValue>(*found, std::move(left), std::move(right), place);
 }
 
-bool IsLogical(std::string_view symbol) {
+Wanted OperandOf(std::string_view symbol) {
+  if (symbol == kJoin) return Wanted::kValue;
   const Operator* found = Find(symbol);
-  return symbol == "NOT" || (found != nullptr && found->empties == Empties::kNever);
+  if (found != nullptr && found->compares) return Wanted::kValue;
+  const bool logical = symbol == kNot || (found != nullptr && found->kind == ValueKind::kLogical);
+  return logical ? Wanted::kCondition : Wanted::kNumber;
 }
 
-ValuePtr NewUnary(std::string_view symbol, ValuePtr operand) {
-  return std::make_unique<UnaryValue>(std::move(operand), symbol == "NOT");
+ValuePtr NewUnary(std::string_view symbol, ValuePtr operand, Place place) {
+  return std::make_unique<UnaryValue>(std::move(operand), symbol == kNot, place);
 }
 
 }  // namespace vok::olap

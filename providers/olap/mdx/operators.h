@@ -5,18 +5,20 @@
 
 #include <string_view>
 
-#include "providers/olap/mdx/expression.h"
+#include "providers/olap/mdx/operand.h"
+#include "providers/olap/mdx/source_text.h"
 
 namespace vok::olap {
 
-/// Failure -2147217900 when the column holds a text.
-void RequireNumbers(const Column& column);
+/// Failure -2147217900, at `place`, when the column holds a text.
+void RequireNumbers(const Column& column, Place place);
 
-/// "+", "-", "*", "/", "=", "<>", "<", "<=", ">", ">=", "AND", "OR", "XOR"; nullptr for another.
-ValuePtr NewBinary(std::string_view symbol, ValuePtr left, ValuePtr right);
-/// Whether the operator takes and gives conditions.
-bool IsLogical(std::string_view symbol);
+/// "+", "-", "*", "/", "=", "<>", "<", "<=", ">", ">=", "AND", "OR", "XOR", "||"; nullptr for
+/// another. Two texts are compared byte by byte.
+ValuePtr NewBinary(std::string_view symbol, ValuePtr left, ValuePtr right, Place place);
+/// What the operands of the operator must be.
+Wanted OperandOf(std::string_view symbol);
 /// "-" or "NOT"; an empty operand stays empty under "-".
-ValuePtr NewUnary(std::string_view symbol, ValuePtr operand);
+ValuePtr NewUnary(std::string_view symbol, ValuePtr operand, Place place);
 
 }  // namespace vok::olap

@@ -1,11 +1,13 @@
 // A query with every name found and every type checked.
 #pragma once
 
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
 
 #include "providers/olap/mdx/expression.h"
+#include "providers/olap/mdx/source_text.h"
 
 namespace vok::olap {
 
@@ -17,12 +19,15 @@ struct CalculatedMember {
   std::string unique_name;
   double solve_order = 0;
   std::optional<std::string> format;
+  bool is_declared = false;  ///< in the cube, not in the query
+  Place place;               ///< of its name
   ValuePtr formula;
 };
 
 struct NamedSet {
   std::string name;
   SetPtr set;
+  Place place;
 };
 
 struct QueryAxis {
@@ -33,6 +38,7 @@ struct QueryAxis {
 
 /// Calculated member n has the id n with `kCalculatedBit` set.
 struct Query {
+  std::vector<std::unique_ptr<const SourceText>> formulas;  ///< of the cube's calculated members
   std::vector<CalculatedMember> members;
   std::vector<NamedSet> sets;
   std::vector<QueryAxis> axes;

@@ -46,10 +46,20 @@ class StatementResolver {
   }
 
   void ResolveMember(std::size_t index, const MemberDefinition& definition) {
-    query_.members[index].formula = expressions_.ResolveValue(definition.formula);
-    for (const auto& [name, value] : definition.properties) {
-      SetProperty(query_.members[index], name, value);
-    }
+    MemberId measure = kNoMember;
+    ValuePtr formula = expressions_.ResolveFormula(definition.formula, measure);
+    CalculatedMember& member = query_.members[index];
+    member.formula = std::move(formula);
+    for (const auto& [name, value] : definition.properties) SetProperty(member, name, value);
+    if (!member.format) member.format = FormatOf(measure);
+  }
+
+  /// A calculated member without a format of its own shows as the first measure of its formula.
+  std::optional<std::string> FormatOf(MemberId measure) const {
+    if (measure == kNoMember) return std::nullopt;
+    if (IsCalculated(measure)) return query_.Member(measure).format;
+    const std::string& format = cube_.model().measures[measure].format_string;
+    return format.empty() ? std::nullopt : std::optional(format);
   }
 
   void SetProperty(CalculatedMember& member, const NamePart& name, const Syntax& value) const {
@@ -82,7 +92,8 @@ class StatementResolver {
 
   void ResolveSets() {
     for (const SetDefinition& definition : statement_.sets) {
-      query_.sets.push_back({definition.name.text, nullptr});
+      query_.sets.push_back(
+          {definition.name.text, nullptr, Place{&source_, definition.name.offset}});
       SetPtr set = expressions_.ResolveSet(definition.formula);
       query_.sets.back().set = std::move(set);
     }

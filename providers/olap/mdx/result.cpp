@@ -12,13 +12,6 @@ void MdxResult::SetAxes(std::vector<Axis> axes, Context base) {
   base_members_ = std::move(base.members);
 }
 
-void MdxResult::SetCells(std::vector<double> numbers, std::vector<CellState> states,
-                         std::map<std::size_t, std::string> texts) {
-  numbers_ = std::move(numbers);
-  states_ = std::move(states);
-  texts_ = std::move(texts);
-}
-
 AxisMember MdxResult::Member(std::size_t axis, std::size_t position, std::size_t index) const {
   const TupleSet& tuples = axes_.at(axis).tuples;
   if (position >= tuples.size() || index >= tuples.arity()) {
@@ -51,26 +44,30 @@ void MdxResult::CheckOrdinal(std::size_t ordinal) const {
 
 Value MdxResult::Cell(std::size_t ordinal) const {
   CheckOrdinal(ordinal);
-  switch (states_[ordinal]) {
+  switch (cells_.State(ordinal)) {
     case CellState::kEmpty:
       return {};
     case CellState::kNumber:
-      return numbers_[ordinal];
+      return cells_.Number(ordinal);
     case CellState::kText:
-      return texts_.at(ordinal);
+      return cells_.Text(ordinal);
+    case CellState::kLogical:
+      return cells_.Number(ordinal) != 0;
   }
   return {};
 }
 
 std::string MdxResult::FormattedCell(std::size_t ordinal) const {
   CheckOrdinal(ordinal);
-  switch (states_[ordinal]) {
+  switch (cells_.State(ordinal)) {
     case CellState::kEmpty:
       return {};
     case CellState::kNumber:
-      return FormatNumber(numbers_[ordinal], FormatAt(ordinal));
+      return FormatNumber(cells_.Number(ordinal), FormatAt(ordinal));
     case CellState::kText:
-      return texts_.at(ordinal);
+      return cells_.Text(ordinal);
+    case CellState::kLogical:
+      return cells_.Number(ordinal) != 0 ? "true" : "false";
   }
   return {};
 }

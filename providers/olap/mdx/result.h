@@ -3,12 +3,12 @@
 #pragma once
 
 #include <cstdint>
-#include <map>
 #include <memory>
 #include <string>
 #include <vector>
 
 #include "platform/cube.h"
+#include "providers/olap/mdx/cell_grid.h"
 #include "providers/olap/mdx/query.h"
 
 namespace vok::olap {
@@ -28,15 +28,14 @@ class MdxResult {
   const std::vector<Axis>& axes() const { return axes_; }
   AxisMember Member(std::size_t axis, std::size_t position, std::size_t index) const;
 
-  std::size_t CellCount() const { return states_.size(); }
+  std::size_t CellCount() const { return cells_.size(); }
   /// Axis 0 runs fastest. Failure 9: there is no such cell.
   Value Cell(std::size_t ordinal) const;
   std::string FormattedCell(std::size_t ordinal) const;
 
   /// For the evaluation alone.
   void SetAxes(std::vector<Axis> axes, Context base);
-  void SetCells(std::vector<double> numbers, std::vector<CellState> states,
-                std::map<std::size_t, std::string> texts);
+  void SetCells(CellGrid cells) { cells_ = std::move(cells); }
 
  private:
   AxisMember CalculatedAxisMember(HierarchyId hierarchy, MemberId id) const;
@@ -47,9 +46,7 @@ class MdxResult {
   Query query_;
   std::vector<Axis> axes_;
   std::vector<MemberId> base_members_;  ///< where the axes do not say otherwise
-  std::vector<double> numbers_;
-  std::vector<CellState> states_;
-  std::map<std::size_t, std::string> texts_;
+  CellGrid cells_;
 };
 
 }  // namespace vok::olap

@@ -36,6 +36,7 @@ Context SlicerContext(Evaluator& evaluator, const SourceText& source) {
   const auto& slicer = evaluator.query().slicer;
   if (!slicer) return context;
   const TupleSet tuples = slicer->set->Evaluate(evaluator, context);
+  if (tuples.arity() == 0) source.Fail(slicer->offset, "the slicer has no members");
   std::size_t combinations = 1;
   for (std::size_t i = 0; i < tuples.arity(); ++i) {
     const HierarchyId hierarchy = tuples.hierarchies[i];

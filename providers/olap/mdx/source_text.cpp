@@ -12,7 +12,8 @@ bool StartsCharacter(char c) { return (static_cast<unsigned char>(c) & 0xC0) != 
 
 }  // namespace
 
-SourceText::SourceText(std::string text) : text_(std::move(text)) {
+SourceText::SourceText(std::string text, std::string title)
+    : text_(std::move(text)), title_(std::move(title)) {
   if (text_.size() > kMaxMdxLength) {
     throw Failure(failure_number::kSyntax,
                   "MDX of " + std::to_string(text_.size()) + " bytes: the limit is " +
@@ -34,7 +35,7 @@ void SourceText::Fail(std::size_t offset, const std::string& what) const {
       ++column;
     }
   }
-  throw Failure(failure_number::kSyntax, "MDX, line " + std::to_string(line) + ", column " +
+  throw Failure(failure_number::kSyntax, title_ + ", line " + std::to_string(line) + ", column " +
                                              std::to_string(column) + ": " + what);
 }
 

@@ -11,8 +11,8 @@ inline constexpr std::size_t kMaxMdxLength = std::size_t{4} << 20;
 
 class SourceText {
  public:
-  /// Failure -2147217900: longer than `kMaxMdxLength`.
-  explicit SourceText(std::string text);
+  /// `title` opens the failures. Failure -2147217900: longer than `kMaxMdxLength`.
+  explicit SourceText(std::string text, std::string title = "MDX");
 
   const std::string& text() const { return text_; }
   /// Failure -2147217900: "MDX, line 1, column 20: " and what is wrong. Columns count characters.
@@ -20,6 +20,15 @@ class SourceText {
 
  private:
   std::string text_;
+  std::string title_;
+};
+
+/// Where something was written, for failures that show only on evaluation. The text outlives it.
+struct Place {
+  const SourceText* source = nullptr;
+  std::size_t offset = 0;
+
+  [[noreturn]] void Fail(const std::string& what) const { source->Fail(offset, what); }
 };
 
 }  // namespace vok::olap

@@ -19,7 +19,7 @@ struct NamePart {
 using Name = std::vector<NamePart>;
 
 enum class SyntaxKind {
-  kName,      ///< `name`
+  kName,      ///< `name`; without parts: an argument that is left out
   kNumber,    ///< `number`
   kText,      ///< `text`
   kSet,       ///< {arguments}

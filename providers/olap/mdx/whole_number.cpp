@@ -7,9 +7,10 @@
 
 namespace vok::olap {
 
-int64_t WholeNumber(Evaluator& evaluator, const ValueExpression& value, const Context& context) {
+int64_t WholeNumber(Evaluator& evaluator, const ValueExpression& value, const Context& context,
+                    Place place) {
   const Column column = evaluator.Single(value, context);
-  RequireNumbers(column);
+  RequireNumbers(column, place);
   const double number = column.numbers[0];
   if (std::isnan(number)) return 0;
   constexpr double kLimit = 4294967296.0;

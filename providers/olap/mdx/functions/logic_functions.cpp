@@ -1,7 +1,9 @@
 // Values that depend on conditions.
+#include <algorithm>
 #include <array>
 #include <utility>
 
+#include "providers/olap/mdx/conditions.h"
 #include "providers/olap/mdx/evaluator.h"
 #include "providers/olap/mdx/functions/registry.h"
 
@@ -17,7 +19,7 @@ class IsEmptyValue : public ValueExpression {
     const Column values = value_->Evaluate(evaluator, block);
     Column result = evaluator.NewColumn(block);
     for (std::size_t row = 0; row < result.size(); ++row) {
-      result.SetNumber(row, values.states[row] == CellState::kEmpty ? 1 : 0);
+      result.SetLogical(row, values.states[row] == CellState::kEmpty);
     }
     return result;
   }
@@ -26,59 +28,44 @@ class IsEmptyValue : public ValueExpression {
   ValuePtr value_;
 };
 
-/// Computes a branch only for the positions that take it: formulas end their recursion this way.
-class Choice : public ValueExpression {
+/// The first value that is there.
+class FirstValue : public ValueExpression {
  public:
-  Choice(ValuePtr condition, ValuePtr yes, ValuePtr no)
-      : ValueExpression(yes->kind() == no->kind() ? yes->kind() : ValueKind::kNumber),
-        condition_(std::move(condition)),
-        yes_(std::move(yes)),
-        no_(std::move(no)) {}
-
+  explicit FirstValue(std::vector<ValuePtr> values)
+      : ValueExpression(values.front()->kind()), values_(std::move(values)) {}
   bool DependsOn(HierarchyId hierarchy) const override {
-    return condition_->DependsOn(hierarchy) || yes_->DependsOn(hierarchy) ||
-           no_->DependsOn(hierarchy);
+    return std::any_of(values_.begin(), values_.end(),
+                       [hierarchy](const ValuePtr& value) { return value->DependsOn(hierarchy); });
   }
-
   Column Evaluate(Evaluator& evaluator, const Block& block) const override {
-    const Column condition = condition_->Evaluate(evaluator, block);
-    if (evaluator.announcing()) return Column();
-    std::vector<uint32_t> taken[2];
-    for (uint32_t row = 0; row < condition.size(); ++row) {
-      taken[condition.numbers[row] != 0 ? 1 : 0].push_back(row);
+    Column result = values_.front()->Evaluate(evaluator, block);
+    for (std::size_t i = 1; i < values_.size(); ++i) {
+      const Column next = values_[i]->Evaluate(evaluator, block);
+      for (std::size_t row = 0; row < result.size(); ++row) {
+        if (result.states[row] == CellState::kEmpty) result.Copy(row, next, row);
+      }
     }
-    if (taken[0].empty()) return yes_->Evaluate(evaluator, block);
-    if (taken[1].empty()) return no_->Evaluate(evaluator, block);
-    Column result = evaluator.NewColumn(block);
-    Fill(evaluator, block, *yes_, taken[1], result);
-    Fill(evaluator, block, *no_, taken[0], result);
     return result;
   }
 
  private:
-  static void Fill(Evaluator& evaluator, const Block& block, const ValueExpression& branch,
-                   const std::vector<uint32_t>& rows, Column& result) {
-    std::vector<MemberId> ids;
-    for (const uint32_t row : rows) ids.push_back(block.positions->ids[row]);
-    const Positions positions(evaluator.cube(), block.Varying(), std::move(ids));
-    const Column values = branch.Evaluate(evaluator, Block{block.context, &positions});
-    for (std::size_t i = 0; i < rows.size(); ++i) result.Copy(rows[i], values, i);
-  }
-
-  ValuePtr condition_;
-  ValuePtr yes_;
-  ValuePtr no_;
+  std::vector<ValuePtr> values_;
 };
 
-Operand IIf(Call& call) {
-  return std::make_unique<Choice>(call.Value(0), call.Value(1), call.Value(2));
-}
+Operand IIf(Call& call) { return NewChoice(call.Value(0), call.Value(1), call.Value(2)); }
 
 Operand IsEmpty(Call& call) { return std::make_unique<IsEmptyValue>(call.Value(0)); }
 
-constexpr std::array<Function, 2> kFunctions = {{
+Operand CoalesceEmpty(Call& call) {
+  std::vector<ValuePtr> values;
+  for (std::size_t i = 0; call.Has(i); ++i) values.push_back(call.Value(i));
+  return std::make_unique<FirstValue>(std::move(values));
+}
+
+constexpr std::array<Function, 3> kFunctions = {{
     {"IIf", false, "bvv", IIf},
     {"IsEmpty", false, "v", IsEmpty},
+    {"CoalesceEmpty", false, "vv*", CoalesceEmpty},
 }};
 
 }  // namespace

@@ -1,11 +1,13 @@
-// From one member to another, or to members around it.
+// From one member to another.
+#include <algorithm>
 #include <array>
 #include <utility>
 
 #include "providers/olap/mdx/basic_expressions.h"
 #include "providers/olap/mdx/evaluator.h"
 #include "providers/olap/mdx/functions/registry.h"
-#include "providers/olap/mdx/hierarchy_order.h"
+#include "providers/olap/mdx/member_moves.h"
+#include "providers/olap/mdx/whole_number.h"
 
 namespace vok::olap {
 namespace {
@@ -27,48 +29,45 @@ class SteppedMember : public MemberExpression {
   Step step_;
 };
 
-class ChildrenSet : public SetExpression {
+/// A member that a number leads to.
+class CountedMember : public MemberExpression {
  public:
-  explicit ChildrenSet(MemberPtr of) : SetExpression({of->hierarchy()}), of_(std::move(of)) {}
-  bool DependsOn(HierarchyId hierarchy) const override { return of_->DependsOn(hierarchy); }
-  TupleSet Evaluate(Evaluator& evaluator, const Context& context) const override {
-    TupleSet set{hierarchies(), {}};
-    const MemberId of = of_->Evaluate(evaluator, context);
-    if (!IsStored(of)) return set;
-    const IdRange children = evaluator.cube().Children(hierarchies()[0], of);
-    for (MemberId id = children.begin; id < children.end; ++id) set.ids.push_back(id);
-    return set;
+  using Move = MemberId (*)(const Evaluator&, HierarchyId, MemberId, int64_t);
+  CountedMember(MemberPtr from, ValuePtr count, Move move, Place place)
+      : MemberExpression(from->hierarchy()),
+        from_(std::move(from)),
+        count_(std::move(count)),
+        move_(move),
+        place_(place) {}
+  bool DependsOn(HierarchyId hierarchy) const override {
+    return from_->DependsOn(hierarchy) || count_->DependsOn(hierarchy);
+  }
+  MemberId Evaluate(Evaluator& evaluator, const Context& context) const override {
+    const MemberId from = from_->Evaluate(evaluator, context);
+    if (from == kNoMember) return kNoMember;
+    return move_(evaluator, hierarchy(), from, WholeNumber(evaluator, *count_, context, place_));
   }
 
  private:
-  MemberPtr of_;
+  MemberPtr from_;
+  ValuePtr count_;
+  Move move_;
+  Place place_;
 };
 
-class MembersSet : public SetExpression {
+class AncestorAtLevel : public MemberExpression {
  public:
-  MembersSet(HierarchyId hierarchy, std::vector<MemberId> ids)
-      : SetExpression({hierarchy}), ids_(std::move(ids)) {}
-  bool DependsOn(HierarchyId) const override { return false; }
-  TupleSet Evaluate(Evaluator&, const Context&) const override { return {hierarchies(), ids_}; }
+  AncestorAtLevel(MemberPtr from, uint32_t level)
+      : MemberExpression(from->hierarchy()), from_(std::move(from)), level_(level) {}
+  bool DependsOn(HierarchyId hierarchy) const override { return from_->DependsOn(hierarchy); }
+  MemberId Evaluate(Evaluator& evaluator, const Context& context) const override {
+    return AncestorAt(evaluator, hierarchy(), from_->Evaluate(evaluator, context), level_);
+  }
 
  private:
-  std::vector<MemberId> ids_;
+  MemberPtr from_;
+  uint32_t level_;
 };
-
-Operand MembersOfHierarchy(Call& call) {
-  const HierarchyId hierarchy = call.Hierarchy(0);
-  return std::make_unique<MembersSet>(hierarchy, InHierarchyOrder(call.cube, hierarchy));
-}
-
-Operand MembersOfLevel(Call& call) {
-  const LevelOperand level = call.Level(0);
-  const IdRange members = call.cube.LevelMembers(level.hierarchy, level.level);
-  std::vector<MemberId> ids;
-  for (MemberId id = members.begin; id < members.end; ++id) ids.push_back(id);
-  return std::make_unique<MembersSet>(level.hierarchy, std::move(ids));
-}
-
-Operand Children(Call& call) { return std::make_unique<ChildrenSet>(call.Member(0)); }
 
 Operand CurrentMember(Call& call) { return NewCurrentMember(call.Hierarchy(0)); }
 
@@ -77,47 +76,72 @@ Operand DefaultMember(Call& call) {
   return NewConstantMember(hierarchy, call.cube.DefaultMember(hierarchy));
 }
 
-Operand Stepped(Call& call, Step step) {
-  return std::make_unique<SteppedMember>(call.Member(0), step);
+template <Step kStep>
+Operand Stepped(Call& call) {
+  return std::make_unique<SteppedMember>(call.Member(0), kStep);
 }
 
-Operand Parent(Call& call) {
-  return Stepped(call, [](const Evaluator& evaluator, HierarchyId hierarchy, MemberId member) {
-    return evaluator.Parent(hierarchy, member);
-  });
+MemberId ParentOf(const Evaluator& evaluator, HierarchyId hierarchy, MemberId member) {
+  return evaluator.Parent(hierarchy, member);
 }
 
-/// The member `distance` further in its level; none beyond the ends.
-MemberId Neighbour(const Evaluator& evaluator, HierarchyId hierarchy, MemberId member,
-                   int distance) {
+template <bool kLast>
+MemberId EndChild(const Evaluator& evaluator, HierarchyId hierarchy, MemberId member) {
   if (!IsStored(member)) return kNoMember;
-  const CubeView& cube = evaluator.cube();
-  const IdRange level = cube.LevelMembers(hierarchy, cube.LevelOf(hierarchy, member));
-  const bool at_end = distance < 0 ? member == level.begin : member + 1 == level.end;
-  return at_end ? kNoMember : member + static_cast<MemberId>(distance);
+  const IdRange children = evaluator.cube().Children(hierarchy, member);
+  if (children.size() == 0) return kNoMember;
+  return kLast ? children.end - 1 : children.begin;
 }
 
-Operand PrevMember(Call& call) {
-  return Stepped(call, [](const Evaluator& evaluator, HierarchyId hierarchy, MemberId member) {
-    return Neighbour(evaluator, hierarchy, member, -1);
-  });
+template <int kDistance>
+MemberId Beside(const Evaluator& evaluator, HierarchyId hierarchy, MemberId member) {
+  return Neighbour(evaluator.cube(), hierarchy, member, kDistance);
 }
 
-Operand NextMember(Call& call) {
-  return Stepped(call, [](const Evaluator& evaluator, HierarchyId hierarchy, MemberId member) {
-    return Neighbour(evaluator, hierarchy, member, 1);
-  });
+template <int kDirection>
+Operand Moved(Call& call) {
+  return std::make_unique<CountedMember>(
+      call.Member(0), call.Value(1),
+      [](const Evaluator& evaluator, HierarchyId hierarchy, MemberId member, int64_t count) {
+        return Neighbour(evaluator.cube(), hierarchy, member, kDirection * count);
+      },
+      call.place());
 }
 
-constexpr std::array<Function, 8> kFunctions = {{
-    {"Members", true, "h", MembersOfHierarchy},
-    {"Members", true, "l", MembersOfLevel},
-    {"Children", true, "m", Children},
+Operand AncestorByDistance(Call& call) {
+  return std::make_unique<CountedMember>(
+      call.Member(0), call.Value(1),
+      [](const Evaluator& evaluator, HierarchyId hierarchy, MemberId member, int64_t count) {
+        if (count < 0) return kNoMember;
+        for (; count > 0 && member != kNoMember; --count) {
+          member = evaluator.Parent(hierarchy, member);
+        }
+        return member;
+      },
+      call.place());
+}
+
+Operand AncestorByLevel(Call& call) {
+  MemberPtr from = call.Member(0);
+  const LevelOperand level = call.Level(1);
+  if (level.hierarchy != from->hierarchy()) {
+    call.place().Fail("the level is of another hierarchy than the member");
+  }
+  return std::make_unique<AncestorAtLevel>(std::move(from), level.level);
+}
+
+constexpr std::array<Function, 11> kFunctions = {{
     {"CurrentMember", true, "h", CurrentMember},
     {"DefaultMember", true, "h", DefaultMember},
-    {"Parent", true, "m", Parent},
-    {"PrevMember", true, "m", PrevMember},
-    {"NextMember", true, "m", NextMember},
+    {"Parent", true, "m", Stepped<ParentOf>},
+    {"FirstChild", true, "m", Stepped<EndChild<false>>},
+    {"LastChild", true, "m", Stepped<EndChild<true>>},
+    {"PrevMember", true, "m", Stepped<Beside<-1>>},
+    {"NextMember", true, "m", Stepped<Beside<1>>},
+    {"Lag", true, "mn", Moved<-1>},
+    {"Lead", true, "mn", Moved<1>},
+    {"Ancestor", false, "ml", AncestorByLevel},
+    {"Ancestor", false, "mn", AncestorByDistance},
 }};
 
 }  // namespace

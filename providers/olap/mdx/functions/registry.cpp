@@ -1,6 +1,7 @@
 #include "providers/olap/mdx/functions/registry.h"
 
 #include <algorithm>
+#include <array>
 #include <string>
 #include <utility>
 
@@ -44,6 +45,7 @@ bool Takes(const Signature& signature, const std::vector<Operand>& arguments) {
 }
 
 std::string DescribeSignature(const Signature& signature) {
+  if (signature.letters.empty()) return "nothing";
   std::string text;
   for (std::size_t i = 0; i < signature.letters.size(); ++i) {
     if (!text.empty()) text += ", ";
@@ -63,17 +65,60 @@ std::string DescribeArguments(const std::vector<Operand>& arguments) {
   return text;
 }
 
+constexpr std::array<std::string_view, 17> kFlags = {"ASC",
+                                                     "DESC",
+                                                     "BASC",
+                                                     "BDESC",
+                                                     "ALL",
+                                                     "PRE",
+                                                     "POST",
+                                                     "INCLUDEEMPTY",
+                                                     "EXCLUDEEMPTY",
+                                                     "SELF",
+                                                     "AFTER",
+                                                     "BEFORE",
+                                                     "LEAVES",
+                                                     "SELF_AND_AFTER",
+                                                     "SELF_AND_BEFORE",
+                                                     "BEFORE_AND_AFTER",
+                                                     "SELF_BEFORE_AFTER"};
+
 bool Matches(const Function& function, std::string_view name, bool as_property) {
   return function.is_property == as_property && IsKeyword(function.name, name);
 }
 
 }  // namespace
 
+bool IsFlag(std::string_view word) {
+  return std::any_of(kFlags.begin(), kFlags.end(),
+                     [word](std::string_view flag) { return IsKeyword(word, flag); });
+}
+
+std::size_t Call::Flag(std::size_t index, std::initializer_list<std::string_view> known,
+                       std::size_t otherwise) const {
+  if (!Has(index)) return otherwise;
+  const std::string& word = std::get<FlagOperand>(arguments[index]).word;
+  std::string names;
+  std::size_t found = 0;
+  for (const std::string_view flag : known) {
+    if (IsKeyword(word, flag)) return found;
+    names += (found++ > 0 ? ", " : "") + std::string(flag);
+  }
+  source.Fail(offset, word + " does not belong here; known are " + names);
+}
+
+HierarchyId Call::TimeHierarchy() const {
+  const HierarchyId time = cube.TimeHierarchy();
+  if (time == kNoHierarchy) source.Fail(offset, "the cube has no time dimension: give a member");
+  return time;
+}
+
 const std::vector<Function>& Functions() {
   static const std::vector<Function> all = [] {
     std::vector<Function> list;
-    for (const auto family : {MemberFunctions(), SetFunctions(), TimeFunctions(),
-                              AggregateFunctions(), LogicFunctions()}) {
+    for (const auto family :
+         {MemberFunctions(), LevelFunctions(), SetFunctions(), OrderFunctions(), TimeFunctions(),
+          AggregateFunctions(), LogicFunctions(), NumberFunctions(), NameFunctions()}) {
       list.insert(list.end(), family.begin(), family.end());
     }
     return list;

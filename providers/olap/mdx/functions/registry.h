@@ -2,6 +2,7 @@
 // functions is one file with one table; a new function is one row of it.
 #pragma once
 
+#include <initializer_list>
 #include <span>
 #include <string_view>
 #include <vector>
@@ -26,6 +27,15 @@ struct Call {
   MemberPtr Member(std::size_t index) { return std::get<MemberPtr>(std::move(arguments[index])); }
   SetPtr Set(std::size_t index) { return std::get<SetPtr>(std::move(arguments[index])); }
   ValuePtr Value(std::size_t index) { return std::get<ValuePtr>(std::move(arguments[index])); }
+  /// The value, or nullptr where the argument is left out.
+  ValuePtr ValueOrNone(std::size_t index) { return Has(index) ? Value(index) : nullptr; }
+  Place place() const { return {&source, offset}; }
+  /// The place of `word` among the flags that the function knows; `otherwise` without one.
+  /// Failure -2147217900: another flag.
+  std::size_t Flag(std::size_t index, std::initializer_list<std::string_view> known,
+                   std::size_t otherwise) const;
+  /// The first hierarchy of the time dimension. Failure -2147217900: there is none.
+  HierarchyId TimeHierarchy() const;
 };
 
 struct Function {
@@ -46,10 +56,17 @@ bool IsFunction(std::string_view name, bool as_property);
 /// ("not supported"), or none that takes these arguments.
 Operand CallFunction(std::string_view name, bool as_property, Call call);
 
+/// Whether an argument of this one word is a flag.
+bool IsFlag(std::string_view word);
+
 std::span<const Function> MemberFunctions();
+std::span<const Function> LevelFunctions();
 std::span<const Function> SetFunctions();
+std::span<const Function> OrderFunctions();
 std::span<const Function> TimeFunctions();
 std::span<const Function> AggregateFunctions();
 std::span<const Function> LogicFunctions();
+std::span<const Function> NumberFunctions();
+std::span<const Function> NameFunctions();
 
 }  // namespace vok::olap

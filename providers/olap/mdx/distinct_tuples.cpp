@@ -1,0 +1,29 @@
+#include "providers/olap/mdx/distinct_tuples.h"
+
+#include <algorithm>
+
+namespace vok::olap {
+
+std::size_t TupleIndex::Hash::operator()(const MemberId* tuple) const {
+  uint64_t hash = 0x9E3779B97F4A7C15;
+  for (std::size_t i = 0; i < arity; ++i) {
+    hash = (hash ^ tuple[i]) * 0xD6E8FEB86659FD93;
+    hash ^= hash >> 32;
+  }
+  return hash;
+}
+
+bool TupleIndex::Equal::operator()(const MemberId* a, const MemberId* b) const {
+  return std::equal(a, a + arity, b);
+}
+
+TupleSet Distinct(const TupleSet& set) {
+  TupleSet distinct{set.hierarchies, {}};
+  TupleIndex seen(set.arity());
+  for (std::size_t i = 0; i < set.size(); ++i) {
+    if (seen.Add(set.tuple(i))) distinct.Add(set.tuple(i));
+  }
+  return distinct;
+}
+
+}  // namespace vok::olap

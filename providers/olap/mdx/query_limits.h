@@ -1,0 +1,42 @@
+// How far one query may go, and the watch over it.
+#pragma once
+
+#include <algorithm>
+#include <atomic>
+#include <chrono>
+#include <cstddef>
+#include <cstdint>
+
+namespace vok::olap {
+
+/// No answer has more cells, before NON EMPTY.
+inline constexpr std::size_t kMaxCells = 50'000'000;
+/// No set grows beyond this many tuples.
+inline constexpr std::size_t kMaxTuples = 20'000'000;
+
+inline constexpr int32_t kCancelled = -2147217842;  // DB_E_CANCELED
+
+struct QueryLimits {
+  std::size_t max_cells = kMaxCells;  ///< of the answer, before NON EMPTY, and tuples of any set
+  double timeout_seconds = 0;         ///< 0: none
+  const std::atomic<bool>* cancelled = nullptr;  ///< set from outside to end the query
+};
+
+/// Failures: -2147217871 past the time limit, -2147217842 when the query was cancelled.
+class QueryGuard {
+ public:
+  explicit QueryGuard(const QueryLimits& limits);
+
+  std::size_t max_cells() const { return limits_.max_cells; }
+  std::size_t max_tuples() const { return std::min(limits_.max_cells, kMaxTuples); }
+  /// To be called where work goes on for long: once for every thousand cells or so.
+  void Check() const;
+
+ private:
+  using Clock = std::chrono::steady_clock;
+
+  QueryLimits limits_;
+  Clock::time_point deadline_;
+};
+
+}  // namespace vok::olap
