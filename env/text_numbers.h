@@ -1,0 +1,109 @@
+// The numbers of the system's texts: 1000 to 1435.
+//
+// Controls carry them in their `Tag`; messages and the English texts are looked up by them in the
+// string table. A number keeps its meaning: language tables refer to it.
+#pragma once
+
+namespace vok::text_number {
+
+// Captions of the windows.
+inline constexpr int kMainWindow = 1000;
+inline constexpr int kCubeWindow = 1001;
+inline constexpr int kOptionWindow = 1002;
+inline constexpr int kLinearDatesWindow = 1003;
+
+// Buttons that several windows have.
+inline constexpr int kOk = 1010;
+inline constexpr int kCancel = 1011;
+inline constexpr int kBrowse = 1012;
+inline constexpr int kHelp = 1013;
+inline constexpr int kClose = 1014;
+
+// Messages.
+inline constexpr int kAskDelete = 1100;
+inline constexpr int kNotValidDate = 1101;
+inline constexpr int kInvalidPeriodDate = 1102;
+inline constexpr int kNoDataSource = 1103;
+inline constexpr int kNoQelCube = 1104;
+inline constexpr int kMeasures = 1105;
+inline constexpr int kError = 1106;
+inline constexpr int kOpenAFile = 1107;
+inline constexpr int kAskSave = 1108;
+inline constexpr int kWorkbookAt = 1109;
+inline constexpr int kNoWorkbook = 1110;
+inline constexpr int kNothingToRun = 1111;
+inline constexpr int kSaveAFile = 1112;
+
+// The main query window.
+inline constexpr int kDataSource = 1200;
+inline constexpr int kPeriodSet = 1201;
+inline constexpr int kHostDatabase = 1202;
+inline constexpr int kCubeFile = 1203;
+inline constexpr int kCubeName = 1204;
+inline constexpr int kObs = 1205;
+inline constexpr int kActFile = 1206;
+inline constexpr int kPeriodName = 1207;
+inline constexpr int kFromDate = 1208;
+inline constexpr int kUntilDate = 1209;
+inline constexpr int kOpeningBalance = 1210;
+inline constexpr int kUpdate = 1211;
+inline constexpr int kFromMonthStart = 1212;
+inline constexpr int kUntilMonthEnd = 1213;
+inline constexpr int kCleanDates = 1214;
+inline constexpr int kAutoFill = 1215;
+inline constexpr int kOptions = 1216;
+inline constexpr int kSave = 1217;
+inline constexpr int kDeleteDataSource = 1218;
+inline constexpr int kDeletePeriods = 1219;
+inline constexpr int kRunQuery = 1220;
+inline constexpr int kWorkbook = 1221;
+inline constexpr int kMeasureOfMoneySet = 1222;
+inline constexpr int kChooseCube = 1223;
+
+// Menus of the main query window.
+inline constexpr int kMenuFile = 1260;
+inline constexpr int kMenuSave = 1261;
+inline constexpr int kMenuRun = 1262;
+inline constexpr int kMenuClose = 1263;
+inline constexpr int kMenuPeriods = 1264;
+inline constexpr int kMenuAutoFill = 1265;
+inline constexpr int kMenuClean = 1266;
+inline constexpr int kMenuHelp = 1267;
+inline constexpr int kMenuContents = 1268;
+
+// Tool tips of the main query window.
+inline constexpr int kTipDataSource = 1280;
+inline constexpr int kTipPeriods = 1281;
+inline constexpr int kTipOpeningBalance = 1282;
+inline constexpr int kTipUpdate = 1283;
+inline constexpr int kTipCleanDates = 1284;
+inline constexpr int kTipAutoFill = 1285;
+inline constexpr int kTipObs = 1286;
+inline constexpr int kTipWorkbook = 1287;
+inline constexpr int kTipMeasure = 1288;
+
+// The money-set options window.
+inline constexpr int kMoneySet = 1300;
+inline constexpr int kMeasure = 1301;
+inline constexpr int kQtyMeasure = 1302;
+inline constexpr int kCalculated = 1303;
+inline constexpr int kCountMoney = 1304;
+inline constexpr int kTipCalculated = 1305;
+
+// The cube selection window.
+inline constexpr int kCubeFileOfWindow = 1350;
+inline constexpr int kCatalogOfWindow = 1351;
+inline constexpr int kOpenCubeFile = 1352;
+
+// The dates wizard.
+inline constexpr int kInterval = 1400;
+inline constexpr int kAnchorDate = 1401;
+inline constexpr int kEndDate = 1402;
+inline constexpr int kFirstPeriod = 1403;
+inline constexpr int kLastPeriod = 1404;
+inline constexpr int kMonth = 1410;
+inline constexpr int kQuarter = 1411;
+inline constexpr int kHalfYear = 1412;
+inline constexpr int kYear = 1413;
+
+}  // namespace vok::text_number

@@ -1,0 +1,176 @@
+// A window as data: its controls by name, and the rules that three events set off.
+//
+// A view (whatever the toolkit) draws a `Form` and holds no rule: it reports what the user did
+// through `SetText`, `Choose`, `Leave` and `Click`, and draws again what the form then says. Rules
+// are handlers in the model that owns the form; `On` registers them. A rule that assigns a text or
+// a box's value through `SetText` or `SetValue` raises the same event as the user does, when the
+// value really changes; assigning to a control's field raises nothing.
+//
+// Texts: a control carries the number of its text in its `Tag` (a menu in its `Caption`, a tool tip
+// in its `ToolTipText`), the form the number of its caption in its own `Tag`. They stay numbers
+// until the language is applied. `Property` and `SetProperty` reach a control as a late-bound
+// caller does: by name, and failing for a name that its type does not have.
+//
+// The order of the controls is the tab order. Failures: 340 for a control or array element that the
+// form does not have, 438 for a property that the control's type does not have.
+#pragma once
+
+#include <deque>
+#include <functional>
+#include <map>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "platform/value.h"
+
+namespace vok {
+
+inline constexpr int32_t kNoSuchControl = 340;
+inline constexpr int32_t kNoSuchProperty = 438;
+
+enum class ControlType {
+  kLabel,
+  kTextBox,
+  kComboBox,
+  kListBox,
+  kCheckBox,
+  kCommandButton,
+  kFrame,
+  kMenu,
+  kTabStrip,
+  kToolbar,
+  kListView
+};
+
+/// The platform's name of the type, such as "CommandButton".
+const char* TypeName(ControlType type);
+
+struct Font {
+  std::string Name = "Tahoma";
+  double Size = 8.25;  ///< points
+  friend bool operator==(const Font&, const Font&) = default;
+};
+
+/// One of "Tabs" of a tab strip, "Buttons" of a tool bar, "ColumnHeaders" of a list view.
+struct ControlItem {
+  std::string Tag = {};
+  std::string Caption = {};
+  std::string Text = {};
+  std::string ToolTipText = {};
+};
+
+/// The index of a control that is in no control array.
+inline constexpr int kNoIndex = -1;
+
+/// A control by its name and, in a control array, its index from 0.
+struct ControlId {
+  ControlId(std::string control_name, int array_index = kNoIndex)  // NOLINT: a name is an id
+      : name(std::move(control_name)), index(array_index) {}
+  ControlId(const char* control_name, int array_index = kNoIndex)  // NOLINT
+      : name(control_name), index(array_index) {}
+
+  std::string name;
+  int index;
+  friend bool operator==(const ControlId&, const ControlId&) = default;
+};
+
+/// Values of a check box.
+inline constexpr int kUnchecked = 0;
+inline constexpr int kChecked = 1;
+inline constexpr int kGrayed = 2;
+
+struct Control {
+  std::string Name;
+  ControlType Type = ControlType::kLabel;
+  int Index = kNoIndex;
+  std::string Tag = {};
+  std::string Caption = {};
+  std::string ToolTipText = {};
+  std::string Text = {};               ///< text box, combo box, list box
+  std::vector<std::string> List = {};  ///< entries of a combo box or list box
+  int ListIndex = -1;                  ///< the chosen entry, from 0; -1: none
+  int Value = kUnchecked;              ///< check box
+  bool Enabled = true;
+  bool Visible = true;
+  bool Locked = false;         ///< a text that can be chosen or read, not typed
+  bool Error = false;          ///< drawn as wrong, in the error back colour
+  std::string Container = {};  ///< name of the frame or menu that it stands in; "": the form
+  vok::Font Font = {};
+  std::vector<ControlItem> Items = {};
+
+  ControlId Id() const { return {Name, Index}; }
+
+  /// A property by its name, without regard to case: the fields above that this type has.
+  vok::Value Property(std::string_view name) const;
+  void SetProperty(std::string_view name, const vok::Value& value);
+  /// The items under their collection's name: "Tabs", "Buttons" or "ColumnHeaders".
+  std::vector<ControlItem>& Collection(std::string_view name);
+};
+
+/// What a rule reacts to.
+enum class FormEvent {
+  kChanged,  ///< the text is another one
+  kLeft,     ///< the control lost the focus
+  kClicked   ///< a button or menu was clicked, a box has another value, an entry was chosen
+};
+
+class Form {
+ public:
+  /// Gets the index of the control's array element, `kNoIndex` outside of arrays.
+  using Handler = std::function<void(int index)>;
+
+  Form(std::string name, std::string tag) : Name(std::move(name)), Tag(std::move(tag)) {}
+  Form(const Form&) = delete;
+  Form& operator=(const Form&) = delete;
+
+  std::string Name;
+  std::string Tag;
+  std::string Caption;
+  vok::Font Font;
+  bool RightToLeft = false;
+  bool Visible = false;  ///< a modal view ends when a rule makes it false
+  /// Where a rule wants the focus. A view moves it there after the event and clears this.
+  std::optional<ControlId> Focus;
+
+  /// References to controls stay valid while the form lives.
+  Control& Add(Control control);
+  std::deque<Control>& Controls() { return controls_; }
+  const std::deque<Control>& Controls() const { return controls_; }
+  Control& At(const ControlId& id);
+  const Control& At(const ControlId& id) const;
+  bool Has(const ControlId& id) const { return Find(id) != nullptr; }
+
+  const std::string& Text(const ControlId& id) const { return At(id).Text; }
+  bool IsChecked(const ControlId& id) const { return At(id).Value == kChecked; }
+
+  /// Assigns a text and raises `kChanged` when it is another one.
+  void SetText(const ControlId& id, const std::string& text);
+  /// Assigns a box's value and raises `kClicked` when it is another one.
+  void SetValue(const ControlId& id, int value);
+  /// Replaces the entries; the text stays, none of them is chosen.
+  void SetList(const ControlId& id, std::vector<std::string> entries);
+  /// Chooses entry `position`: its text, then `kClicked`. Failure 5 for one that is not there.
+  void Choose(const ControlId& id, int position);
+
+  /// The user clicks: a box changes between checked and not, then `kClicked`. Nothing happens to a
+  /// control that is disabled or not to be seen.
+  void Click(const ControlId& id);
+  /// The control lost the focus to another one.
+  void Leave(const ControlId& id) { Raise(FormEvent::kLeft, id); }
+
+  /// One handler per event and control name; a second one replaces the first.
+  void On(FormEvent event, const std::string& name, Handler handler);
+  /// Runs the handler, if there is one.
+  void Raise(FormEvent event, const ControlId& id) const;
+
+ private:
+  const Control* Find(const ControlId& id) const;
+
+  std::deque<Control> controls_;
+  std::map<std::pair<FormEvent, std::string>, Handler> handlers_;
+};
+
+}  // namespace vok
