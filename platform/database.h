@@ -57,6 +57,14 @@ class Recordset {
   virtual bool EndOfFile() const = 0;
   virtual void MoveFirst() = 0;
   virtual void MoveNext() = 0;
+  /// From now on only rows that satisfy the criterion are seen, and the first of them is the
+  /// current one; "" shows all. A criterion is "field = value" or "field=value", the value a number
+  /// or a text in single quotes. Failures: 3001 for any other text, 3265 for an unknown field, 3251
+  /// for a provider without criteria.
+  virtual void SetFilter(const std::string& criterion);
+  /// Moves to the first row, from the current one forward, that satisfies the criterion; to the end
+  /// when none does. Failures as those of `SetFilter`.
+  virtual void Find(const std::string& criterion);
 
   virtual int32_t FieldCount() const = 0;
   virtual std::string FieldName(int32_t index) const = 0;
@@ -126,6 +134,11 @@ class Database {
   virtual std::unique_ptr<Recordset> NewRecordset() = 0;
   virtual std::unique_ptr<Command> NewCommand() = 0;
   virtual std::unique_ptr<DatabaseCatalog> NewCatalog() = 0;
+  /// A record set that is open on `source` over a connection of its own, made from
+  /// `connection_text`; cursor, lock and options are the platform's defaults. Failure 3706 when no
+  /// provider takes that text, else the provider's.
+  virtual std::unique_ptr<Recordset> OpenRecordset(const std::string& source,
+                                                   const std::string& connection_text);
 };
 
 }  // namespace vok

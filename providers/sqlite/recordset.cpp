@@ -90,7 +90,7 @@ void SqliteRecordset::AddNew() {
   CheckOpen();
   if (new_row_) Update();
   if (lock_ == LockType::kReadOnly) {
-    throw Failure(failure_number::kNotUpdatable,
+    throw Failure(failure_number::kFeatureNotAvailable,
                   "The record set of table \"" + table_.name + "\" was opened for reading alone");
   }
   new_row_.emplace();
@@ -102,7 +102,7 @@ void SqliteRecordset::AddNew() {
 void SqliteRecordset::SetField(const std::string& name, const Value& value) {
   const std::size_t place = IndexOf(name);
   if (!new_row_) {
-    throw Failure(failure_number::kNotUpdatable,
+    throw Failure(failure_number::kFeatureNotAvailable,
                   "Field " + name + " cannot be assigned to: no new record was begun");
   }
   (*new_row_)[place] = ToStored(locale_, table_.columns[place], value);

@@ -161,8 +161,8 @@ TEST_F(DatabaseTest, FailuresCarryTheProvidersNumbers) {
   EXPECT_EQ(NumberOf([&] { records->Field(6); }), number::kItemNotFound);
   EXPECT_EQ(NumberOf([&] { records->Field(-1); }), number::kItemNotFound);
   EXPECT_EQ(NumberOf([&] { records->Field("None"); }), number::kItemNotFound);
-  EXPECT_EQ(NumberOf([&] { records->AddNew(); }), number::kNotUpdatable);
-  EXPECT_EQ(NumberOf([&] { records->SetField("SetName", "x"); }), number::kNotUpdatable);
+  EXPECT_EQ(NumberOf([&] { records->AddNew(); }), number::kFeatureNotAvailable);
+  EXPECT_EQ(NumberOf([&] { records->SetField("SetName", "x"); }), number::kFeatureNotAvailable);
   records->Close();
   EXPECT_EQ(NumberOf([&] { records->RecordCount(); }), number::kObjectClosed);
   EXPECT_EQ(NumberOf([&] { records->Close(); }), number::kObjectClosed);
