@@ -46,4 +46,7 @@ void AddSettingsCommand(CLI::App& app, const CommonOptions& common);
 void AddCubeCommand(CLI::App& app, const CommonOptions& common);
 void AddMdxCommand(CLI::App& app, const CommonOptions& common);
 
+/// Likewise below the subcommand `cube`.
+void AddCubeLists(CLI::App& cube, const CommonOptions& common);
+
 }  // namespace vok::cli

@@ -131,6 +131,7 @@ void AddCubeCommand(CLI::App& app, const CommonOptions& common) {
   info->add_option("SOURCE", options->source, "The cube file")->required();
   info->add_flag("--json", options->json, "Print one JSON document");
   info->callback([&common, options] { Info(common, *options); });
+  AddCubeLists(*command, common);
 }
 
 }  // namespace vok::cli

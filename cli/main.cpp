@@ -36,13 +36,47 @@ void Flush() {
   }
 }
 
+/// The innermost subcommand that the arguments name; the program itself when they name none.
+CLI::App& Innermost(CLI::App& app) {
+  const auto named = app.get_subcommands();
+  return named.empty() ? app : Innermost(*named.front());
+}
+
+/// The word that stands where a subcommand must; "" when there is none.
+std::string UnknownSubcommand(CLI::App& app) {
+  const CLI::App& command = Innermost(app);
+  if (command.get_require_subcommand_min() == 0) return {};
+  for (const std::string& word : app.remaining(true)) {
+    if (!word.starts_with('-')) return word;
+  }
+  return {};
+}
+
+void PrintUnknown(const CLI::App& command, const std::string& word) {
+  std::cerr << "There is no subcommand \"" << word << "\"; there are:";
+  for (const auto* known : command.get_subcommands([](const auto*) { return true; })) {
+    std::cerr << ' ' << known->get_name();
+  }
+  std::cerr << "\nRun with --help for more information.\n";
+}
+
+/// Prints what the arguments ask for or lack.
+int Explain(CLI::App& app, const CLI::ParseError& error) {
+  const std::string unknown = UnknownSubcommand(app);
+  if (unknown.empty() || error.get_exit_code() == 0) {
+    return app.exit(error) == 0 ? 0 : kWrongArguments;
+  }
+  PrintUnknown(Innermost(app), unknown);
+  return kWrongArguments;
+}
+
 /// Carries out one command, or prints what the arguments ask for or lack.
 int ParseAndRun(CLI::App& app, int argc, char** argv) {
   int status = 0;
   try {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& error) {
-    status = app.exit(error) == 0 ? 0 : kWrongArguments;
+    status = Explain(app, error);
   }
   Flush();
   return status;

@@ -4,6 +4,7 @@
 
 #include "component/reports/error_report.h"
 #include "cube/date_list.h"
+#include "cube/structure.h"
 #include "platform/failure.h"
 
 namespace vok {
@@ -50,24 +51,6 @@ std::vector<std::string> ReadObsChildren(const Host& host, CubeConnection& conne
   return names;
 }
 
-void AppendMeasures(const CubeDef& cube, Value::Array& measures) {
-  const auto dimension = DimensionNamed(cube, "Measures");
-  const auto hierarchy = dimension->HierarchyAt(0);
-  for (std::size_t index = 0; index < hierarchy->LevelCount(); ++index) {
-    const auto level = hierarchy->LevelAt(index);
-    for (std::size_t member = 0; member < level->MemberCount(); ++member) {
-      measures.emplace_back(level->MemberAt(member)->Name());
-    }
-  }
-}
-
-std::unique_ptr<CubeDef> FirstCube(const CubeCatalog& catalog, const std::string& cube_name) {
-  if (catalog.CubeCount() == 0) {
-    throw Failure(failure_number::kItemNotFound, "The catalog \"" + cube_name + "\" has no cube");
-  }
-  return catalog.CubeAt(0);
-}
-
 void Probe(const Host& host, CubeConnection& connection, const DataSourceSetting& data_source,
            CubeState& state) {
   const auto catalog = host.cube.NewCatalog();
@@ -80,7 +63,8 @@ void Probe(const Host& host, CubeConnection& connection, const DataSourceSetting
   state.HasActX = FindActX(*cube);
   state.ObsChildren = ReadObsChildren(host, connection, data_source);
   ReadDateMembers(host.locale, *dates, state);
-  AppendMeasures(*cube, state.CubeMeasures);
+  const auto measures = MemberNames(*DimensionNamed(*cube, "Measures")->HierarchyAt(0));
+  state.CubeMeasures.insert(state.CubeMeasures.end(), measures.begin(), measures.end());
 }
 
 }  // namespace

@@ -47,6 +47,10 @@ expect 1 'no period set named "Nothing"' settings delete periods Nothing --setti
 expect 1 "Datasource Definition: Nothing  Not Found!!" run --settings-folder good \
   --data-source Nothing --periods Demo --output out
 expect 1 "damaged or was cut short" cube info short.cub
+expect 0 "Ledger" cube members ledger.cub --json
+expect 1 "There is no cube file" cube measures missing.cub
+expect 1 "damaged or was cut short" cube catalogs short.cub
+expect 1 'no catalog "Nothing"' cube members ledger.cub --catalog Nothing
 expect 1 'line 1, column 8: "x" is not in cube' mdx ledger.cub 'select x on 0 from LedgerQEL'
 expect 1 'no catalog "Nothing". It has: "LedgerQEL"' mdx ledger.cub --catalog Nothing 'select from x'
 expect 1 'there is no file "dates.csv"' cube build --schema "$data/schema.xml" --data good \
@@ -57,7 +61,9 @@ expect 2 "names no folder" info --settings-folder ""
 expect 2 "names no file, only a folder" run --data-source a --periods b --output missing/
 expect 2 "--output is required" run --data-source a --periods b
 expect 2 "not in {table,csv,json}" mdx ledger.cub --format html 'select from LedgerQEL'
-expect 2 "A subcommand is required" nothing
+expect 2 "A subcommand is required"
+expect 2 'no subcommand "nothing"; there are: run' nothing --settings-folder good
+expect 2 'no subcommand "nothing"; there are: build' cube nothing
 for command in --version --help "cube info ledger.cub" "sets Periods --settings-folder good"; do
   # shellcheck disable=SC2086
   if "$vokcube" $command 2> said > /dev/full || ! grep -qF "57: Standard output" said; then

@@ -25,10 +25,11 @@ struct FakeLevel {
   std::vector<FakeMember> members;
 };
 
-/// A dimension with one hierarchy.
+/// A dimension with one hierarchy, of the dimension's name unless it has another.
 struct FakeDimension {
   std::string name;
   std::vector<FakeLevel> levels;
+  std::string hierarchy = "";
 };
 
 /// The answer to a query: per axis the positions, each with its members; cells row by row.
@@ -42,6 +43,8 @@ struct FakeCube {
   std::vector<FakeDimension> dimensions;
   std::function<FakeAnswer(const std::string& mdx)> answer;
   std::function<void()> on_open = [] {};
+  std::vector<std::string> catalogs;  ///< as the schema rowset lists them
+  std::string default_catalog;
 
   std::vector<std::string> connection_calls;
   std::vector<std::string> queries;
@@ -93,7 +96,9 @@ class Level : public CubeLevel {
 class Hierarchy : public CubeHierarchy {
  public:
   explicit Hierarchy(const FakeDimension& dimension) : dimension_(dimension) {}
-  std::string Name() const override { return dimension_.name; }
+  std::string Name() const override {
+    return dimension_.hierarchy.empty() ? dimension_.name : dimension_.hierarchy;
+  }
   std::string UniqueName() const override { return "[" + dimension_.name + "]"; }
   std::size_t LevelCount() const override { return dimension_.levels.size(); }
   std::unique_ptr<CubeLevel> LevelAt(std::size_t index) const override {
@@ -157,8 +162,8 @@ class Connection : public CubeConnection {
     cube_.on_open();
   }
   void Close() override { cube_.connection_calls.push_back("close"); }
-  std::string DefaultDatabase() const override { return {}; }
-  std::vector<std::string> CatalogNames() const override { return {}; }
+  std::string DefaultDatabase() const override { return cube_.default_catalog; }
+  std::vector<std::string> CatalogNames() const override { return cube_.catalogs; }
 
  private:
   FakeCube& cube_;

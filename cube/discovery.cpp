@@ -1,0 +1,97 @@
+#include "cube/discovery.h"
+
+#include <algorithm>
+
+#include "cube/connection.h"
+#include "cube/structure.h"
+#include "platform/locale.h"
+
+namespace vok {
+namespace {
+
+bool IsServerAddress(const Locale& locale, const std::string& source) {
+  const auto begins = [&](std::string_view scheme) {
+    return EqualNoCase(locale, std::string_view(source).substr(0, scheme.size()), scheme);
+  };
+  return begins("http://") || begins("https://");
+}
+
+std::unique_ptr<CubeConnection> Open(const Host& host, const std::string& text) {
+  auto connection = host.cube.NewConnection();
+  connection->Open(text, "", "", kUnspecifiedOptions);
+  return connection;
+}
+
+/// Calls `visit` with every dimension of the catalog's cube, in order.
+template <typename Visit>
+void WalkDimensions(const Host& host, const std::string& cube_file, const std::string& catalog,
+                    Visit visit) {
+  if (!IsCubeThere(host, cube_file)) return;
+  const auto connection = Open(host, CatalogConnectionText(cube_file, catalog));
+  const auto structure = host.cube.NewCatalog();
+  structure->SetActiveConnection(*connection);
+  const auto cube = FirstCube(*structure, catalog);
+  for (std::size_t i = 0; i < cube->DimensionCount(); ++i) visit(*cube->DimensionAt(i));
+  connection->Close();
+}
+
+}  // namespace
+
+bool IsCubeThere(const Host& host, const std::string& cube_file) {
+  return !cube_file.empty() &&
+         (IsServerAddress(host.locale, cube_file) || host.files.Exists(cube_file));
+}
+
+std::unique_ptr<CubeConnection> OpenForCatalogs(const Host& host, const std::string& cube_file) {
+  return Open(host, CatalogsConnectionText(cube_file));
+}
+
+QelCatalogs ListQelCatalogs(const CubeConnection& connection) {
+  QelCatalogs catalogs;
+  const std::string standard = connection.DefaultDatabase();
+  for (const std::string& name : connection.CatalogNames()) {
+    if (!name.ends_with("QEL")) continue;
+    if (name == standard) catalogs.chosen = catalogs.names.size();
+    catalogs.names.push_back(name);
+  }
+  if (!catalogs.chosen && !catalogs.names.empty()) catalogs.chosen = 0;
+  return catalogs;
+}
+
+Value::Array GetMeasFromCube(const Host& host, const std::string& cube_file,
+                             const std::string& catalog) {
+  Value::Array measures;
+  WalkDimensions(host, cube_file, catalog, [&](const CubeDimension& dimension) {
+    if (dimension.Name() != "Measures") return;
+    for (const std::string& name : MemberNames(*dimension.HierarchyAt(0))) {
+      if (name.find("Quantity") == std::string::npos) measures.emplace_back(name);
+    }
+  });
+  return measures;
+}
+
+MeasureChoices ReadMeasureChoices(const Host& host, const std::string& cube_file,
+                                  const std::string& catalog) {
+  MeasureChoices choices;
+  WalkDimensions(host, cube_file, catalog, [&](const CubeDimension& dimension) {
+    const std::string name = dimension.Name();
+    if (name == "Measures") choices.measures = MemberNames(*dimension.HierarchyAt(0));
+    if (name == "MoneySet") choices.money_sets = MemberNames(*dimension.HierarchyAt(0));
+  });
+  return choices;
+}
+
+std::vector<std::string> ReadObsMembers(const Host& host, const std::string& cube_file,
+                                        const std::string& catalog) {
+  std::vector<std::string> members;
+  WalkDimensions(host, cube_file, catalog, [&](const CubeDimension& dimension) {
+    if (dimension.Name() != "ActX") return;
+    for (std::size_t i = 0; i < dimension.HierarchyCount(); ++i) {
+      const auto hierarchy = dimension.HierarchyAt(i);
+      if (hierarchy->Name() == "xlFile") members = TopMemberNames(*hierarchy);
+    }
+  });
+  return members;
+}
+
+}  // namespace vok

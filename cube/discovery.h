@@ -1,0 +1,49 @@
+// What a cube offers to whoever edits a data source: its catalogs, measures, money sets and the
+// members that a query can be limited to.
+//
+// Each call opens a connection of its own and closes it when it is done. A cube that is not there
+// (no name, no such file) offers nothing and is no failure; failures of the cube's provider pass to
+// the caller. Names of dimensions are compared exactly, also in case.
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "platform/cube.h"
+#include "platform/host.h"
+#include "platform/value.h"
+
+namespace vok {
+
+/// True for an existing file and for the address of a cube server.
+bool IsCubeThere(const Host& host, const std::string& cube_file);
+
+/// An open connection to list the catalogs of a cube file with.
+std::unique_ptr<CubeConnection> OpenForCatalogs(const Host& host, const std::string& cube_file);
+
+/// The catalogs whose names end in "QEL", in the provider's order.
+struct QelCatalogs {
+  std::vector<std::string> names;
+  std::optional<std::size_t> chosen;  ///< the connection's default one, else the first
+};
+QelCatalogs ListQelCatalogs(const CubeConnection& connection);
+
+/// Names of the money measures: those without "Quantity" in their names, each a text.
+Value::Array GetMeasFromCube(const Host& host, const std::string& cube_file,
+                             const std::string& catalog);
+
+/// All measures, and the members of the dimension "MoneySet", as far as the cube has it.
+struct MeasureChoices {
+  std::vector<std::string> measures;
+  std::vector<std::string> money_sets;
+};
+MeasureChoices ReadMeasureChoices(const Host& host, const std::string& cube_file,
+                                  const std::string& catalog);
+
+/// The members that can serve as a setting's `OBS`: those right below [ActX].[xlFile].[All].
+std::vector<std::string> ReadObsMembers(const Host& host, const std::string& cube_file,
+                                        const std::string& catalog);
+
+}  // namespace vok

@@ -1,0 +1,85 @@
+#include "cube/discovery.h"
+
+#include <gmock/gmock.h>
+
+#include "tests/support/fake_cube.h"
+#include "tests/support/memory_host.h"
+
+namespace vok::test {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+
+using Names = std::vector<std::string>;
+
+struct DiscoveryTest : ::testing::Test {
+  DiscoveryTest() {
+    memory.files.files["s.cub"] = "";
+    cube.dimensions = {
+        {"Measures",
+         {{"MeasuresLevel", {{"Amount"}, {"Quantity"}, {"Sum of Quantity"}, {"quantity"}}}}},
+        {"actx", {{"Ledger", {{"other"}}}}, "xlFile"},
+        {"ActX", {{"(All)", {{"All"}}}, {"Ledger", {{"L1"}, {"L2"}}}, {"File", {{"F"}}}}, "xlFile"},
+        {"MoneySet", {{"(All)", {{"All"}}}, {"Code", {{"NIS"}, {"EUR"}}}}},
+    };
+  }
+
+  FakeCube cube;
+  FakeCubeServices services{cube};
+  MemoryHost memory;
+  Host host{memory.host.component, memory.files, memory.registry,
+            memory.locale,         memory.clock, memory.boxes,
+            memory.no_database,    services,     memory.no_spreadsheet};
+};
+
+TEST_F(DiscoveryTest, CatalogsEndInQelAndTheDefaultOneIsChosen) {
+  struct {
+    Names catalogs;
+    const char* standard;
+    Names listed;
+    std::optional<std::size_t> chosen;
+  } const cases[] = {
+      {{"A QEL", "Sales", "QEL", "qel", "QEL2"}, "QEL", {"A QEL", "QEL"}, 1},
+      {{"A QEL", "QEL"}, "Sales", {"A QEL", "QEL"}, 0},
+      {{"Sales", "EL"}, "Sales", {}, std::nullopt},
+      {{}, "", {}, std::nullopt},
+  };
+  for (const auto& [catalogs, standard, listed, chosen] : cases) {
+    cube.catalogs = catalogs;
+    cube.default_catalog = standard;
+    const QelCatalogs found = ListQelCatalogs(*OpenForCatalogs(host, "s.cub"));
+    EXPECT_EQ(found.names, listed);
+    EXPECT_EQ(found.chosen, chosen);
+  }
+  EXPECT_EQ(cube.connection_calls[0],
+            "open 'Provider=MSOLAP;Data Source=s.cub;Client Cache Size=25;Auto Synch Period=10000' "
+            "'' '' -1");
+}
+
+TEST_F(DiscoveryTest, MeasuresMoneySetsAndMembersAreReadOverOneConnectionEach) {
+  EXPECT_EQ(GetMeasFromCube(host, "s.cub", "A QEL"), (Value::Array{"Amount", "quantity"}));
+  EXPECT_THAT(cube.connection_calls,
+              ElementsAre("open 'Provider=MSOLAP;Data Source=s.cub;Initial Catalog=A QEL;Client "
+                          "Cache Size=25;Auto Synch Period=10000' '' '' -1",
+                          "close"));
+  const MeasureChoices choices = ReadMeasureChoices(host, "s.cub", "QEL");
+  EXPECT_THAT(choices.measures, ElementsAre("Amount", "Quantity", "Sum of Quantity", "quantity"));
+  EXPECT_THAT(choices.money_sets, ElementsAre("NIS", "EUR"));
+  EXPECT_THAT(ReadObsMembers(host, "s.cub", "QEL"), ElementsAre("L1", "L2"));
+  EXPECT_THAT(ReadObsMembers(host, "HTTP://server/xmla", "QEL"), ElementsAre("L1", "L2"));
+}
+
+TEST_F(DiscoveryTest, ACubeThatIsNotThereOffersNothingAndOneThatFailsSaysSo) {
+  for (const char* file : {"", "gone.cub"}) {
+    EXPECT_THAT(GetMeasFromCube(host, file, "QEL"), IsEmpty());
+    EXPECT_THAT(ReadMeasureChoices(host, file, "QEL").measures, IsEmpty());
+    EXPECT_THAT(ReadObsMembers(host, file, "QEL"), IsEmpty());
+  }
+  EXPECT_THAT(cube.connection_calls, IsEmpty());
+  cube.on_open = [] { throw Failure(failure_number::kUnspecified, "damaged"); };
+  EXPECT_THROW(GetMeasFromCube(host, "s.cub", "QEL"), Failure);
+}
+
+}  // namespace
+}  // namespace vok::test
