@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <unordered_set>
 #include <vector>
 
@@ -33,5 +34,9 @@ class TupleIndex {
 
 /// Every tuple once, where it occurs first.
 TupleSet Distinct(const TupleSet& set);
+
+/// The members of each hierarchy, ascending, when the set holds every combination of them; nothing
+/// when it is another one.
+std::optional<std::vector<std::vector<MemberId>>> FactorsOf(const TupleSet& set);
 
 }  // namespace vok::olap

@@ -1,32 +1,56 @@
 #include "providers/olap/mdx/merged_cells.h"
 
+#include <algorithm>
 #include <utility>
+#include <vector>
 
+#include "providers/olap/mdx/distinct_tuples.h"
 #include "providers/olap/mdx/leaf_ranges.h"
 
 namespace vok::olap {
 namespace {
 
-bool IsPlain(const Evaluator& evaluator, const Context& context, HierarchyId hierarchy,
+/// Stored members everywhere but in the hierarchies of the set, and values that can be put
+/// together.
+bool IsPlain(const Evaluator& evaluator, const Context& context, const TupleSet& set,
              Overlap overlap) {
   for (HierarchyId h = 0; h < context.members.size(); ++h) {
-    if (h != hierarchy && (context.members[h] == kNoMember || !IsStored(context.members[h]))) {
-      return false;
-    }
+    const bool in_set =
+        std::find(set.hierarchies.begin(), set.hierarchies.end(), h) != set.hierarchies.end();
+    if (!in_set && (context.members[h] == kNoMember || !IsStored(context.members[h]))) return false;
   }
   const MemberId measure = context.members[kMeasures];
   return overlap == Overlap::kOnce || AddsUp(evaluator.cube().model().measures[measure].aggregator);
 }
 
-std::optional<LeafRanges> LeavesOf(const Hierarchy& hierarchy, const TupleSet& set,
+std::optional<LeafRanges> LeavesOf(const Hierarchy& hierarchy, const std::vector<MemberId>& members,
                                    Overlap overlap) {
   LeafRanges leaves;
-  for (const MemberId id : set.ids) {
+  for (const MemberId id : members) {
     if (!IsStored(id)) return std::nullopt;
     leaves.push_back(hierarchy.Leaves(id));
   }
   if (overlap == Overlap::kRefused && !Disjoint(leaves)) return std::nullopt;
   return Merged(std::move(leaves));
+}
+
+/// The place of the value, which must be one stored cell whatever members of the set stand there.
+std::optional<Context> PlaceOf(Evaluator& evaluator, const Block& block, const TupleSet& set,
+                               const ValueExpression& value, Overlap overlap) {
+  std::optional<Context> place;
+  for (const HierarchyId hierarchy : set.hierarchies) {
+    if (hierarchy == kMeasures || hierarchy == block.Varying()) return std::nullopt;
+    place = block.context;
+    if (!value.MoveTo(evaluator, block, hierarchy, *place)) return std::nullopt;
+  }
+  if (place && !IsPlain(evaluator, *place, set, overlap)) place.reset();
+  return place;
+}
+
+bool HasTwice(const TupleSet& set, const std::vector<std::vector<MemberId>>& factors) {
+  std::size_t combinations = 1;
+  for (const auto& members : factors) combinations *= members.size();
+  return combinations != set.size();
 }
 
 }  // namespace
@@ -37,17 +61,18 @@ bool AddsUp(Aggregator aggregator) {
 
 std::optional<Context> MergedCell(Evaluator& evaluator, const Block& block, const TupleSet& set,
                                   const ValueExpression& value, Overlap overlap) {
-  if (set.arity() != 1 || set.hierarchies[0] == kMeasures) return std::nullopt;
-  const HierarchyId hierarchy = set.hierarchies[0];
-  if (hierarchy == block.Varying()) return std::nullopt;
-  Context context = block.context;
-  if (!value.MoveTo(evaluator, block, hierarchy, context)) return std::nullopt;
-  if (!IsPlain(evaluator, context, hierarchy, overlap)) return std::nullopt;
-  auto leaves = LeavesOf(evaluator.cube().Stored(hierarchy), set, overlap);
-  if (!leaves) return std::nullopt;
-  context.members[hierarchy] = evaluator.cube().DefaultMember(hierarchy);
-  context.regions[hierarchy] = evaluator.Keep(std::move(*leaves));
-  return context;
+  std::optional<Context> merged = PlaceOf(evaluator, block, set, value, overlap);
+  if (!merged) return std::nullopt;
+  const auto factors = FactorsOf(set);
+  if (!factors || (overlap == Overlap::kRefused && HasTwice(set, *factors))) return std::nullopt;
+  for (std::size_t i = 0; i < set.arity(); ++i) {
+    const HierarchyId hierarchy = set.hierarchies[i];
+    auto leaves = LeavesOf(evaluator.cube().Stored(hierarchy), (*factors)[i], overlap);
+    if (!leaves) return std::nullopt;
+    merged->members[hierarchy] = evaluator.cube().DefaultMember(hierarchy);
+    merged->regions[hierarchy] = evaluator.Keep(std::move(*leaves));
+  }
+  return merged;
 }
 
 }  // namespace vok::olap

@@ -14,8 +14,8 @@ enum class Overlap { kRefused, kOnce };
 /// Whether values of disjoint members can be added: sums and counts.
 bool AddsUp(Aggregator aggregator);
 
-/// The cell that holds `value` of all members of `set`; nothing unless they are stored members of
-/// one hierarchy and the value is a stored cell.
+/// The cell that holds `value` of all tuples of `set`; nothing unless they are every combination of
+/// some stored members and the value is a stored cell.
 std::optional<Context> MergedCell(Evaluator& evaluator, const Block& block, const TupleSet& set,
                                   const ValueExpression& value, Overlap overlap);
 

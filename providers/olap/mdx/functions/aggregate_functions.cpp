@@ -105,6 +105,7 @@ class ValueOfSet : public ValueExpression {
   }
 
   const ValueExpression& value() const { return *value_; }
+  Place place() const { return place_; }
 
  private:
   bool Covers(HierarchyId hierarchy) const {
@@ -162,6 +163,12 @@ class AggregateValue : public ValueOfSet {
     const Aggregator aggregator = AggregatorOf(evaluator, block);
     if (aggregator == Aggregator::kMin) return FoldAll(evaluator, block, set, Fold::kLeast);
     if (aggregator == Aggregator::kMax) return FoldAll(evaluator, block, set, Fold::kLargest);
+    if (aggregator == Aggregator::kDistinctCount && set.size() > 1) {
+      if (block.positions != nullptr) return evaluator.ByPosition(*this, block);
+      place().Fail(
+          "not supported: Aggregate of a distinct count over this set: what its tuples "
+          "share would count twice. Give every combination of some stored members.");
+    }
     return FoldAll(evaluator, block, set, Fold::kSum);
   }
 

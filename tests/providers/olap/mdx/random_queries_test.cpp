@@ -1,0 +1,53 @@
+// Random queries on random cubes: the engine's answers against plain loops over the facts.
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <sstream>
+
+#include "platform/failure.h"
+#include "providers/olap/mdx/engine.h"
+#include "providers/posix/icu_locale.h"
+#include "tests/providers/olap/mdx/case_file.h"
+#include "tests/support/cubes/sample_cube.h"
+#include "tests/support/plain_olap/random_mdx.h"
+
+namespace vok::test {
+namespace {
+
+constexpr int kQueriesOfEach = 15;
+
+std::string Answer(const std::shared_ptr<const olap::CubeView>& cube, const std::string& mdx) {
+  try {
+    return Shown(*olap::RunMdx(cube, mdx), false);
+  } catch (const Failure& failure) {
+    return failure.description();
+  }
+}
+
+void ExpectPlainAnswers(uint64_t seed) {
+  plain::RandomCube random;
+  plain::MakeRandomCube(seed, "Plain", random);
+  const BuiltCube built(
+      CubeTexts{"<Schema name=\"Random\">" + random.schema + "</Schema>", random.tables});
+  const IcuLocale locale("en_US");
+  const auto cube = std::make_shared<const olap::CubeView>(
+      std::shared_ptr<const olap::StoredCube>(built.shared_file(), &built.cube()), locale);
+  plain::RandomMdx queries(random.cube, "Plain", seed, false);
+  for (int i = 0; i < kQueriesOfEach; ++i) {
+    const plain::RandomQuery query = queries.Next();
+    ASSERT_EQ(Answer(cube, query.mdx), query.answer)
+        << "seed " << seed << ", query " << i << ": " << query.mdx << "\n"
+        << random.schema << random.tables.at("Plain_facts");
+  }
+}
+
+/// VOKCUBE_SEEDS="1000 9000" in the environment: from the first to the last of other seeds.
+TEST(RandomQueries, AreAnsweredAsByPlainLoops) {
+  uint64_t first = 1;
+  uint64_t last = 50;
+  if (const char* seeds = std::getenv("VOKCUBE_SEEDS")) std::istringstream(seeds) >> first >> last;
+  for (uint64_t seed = first; seed <= last; ++seed) ExpectPlainAnswers(seed);
+}
+
+}  // namespace
+}  // namespace vok::test
