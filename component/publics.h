@@ -10,6 +10,7 @@
 #include "component/reports/error_report.h"
 #include "cube/cube_state.h"
 #include "env/environment.h"
+#include "env/language.h"
 #include "settings/records.h"
 
 namespace vok {
@@ -28,6 +29,7 @@ struct RunReport {
 
 struct Publics {
   Environment environment;
+  Language language;
   StatusTexts status;
   CurrentSettings settings;
   CubeState cube;
