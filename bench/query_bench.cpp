@@ -5,6 +5,7 @@
 //   bench_query compare CUBE DATABASE    warm queries side by side, round by round
 //   bench_query warm CUBE CUBE WORDS     the system's query on two cubes, side by side
 //   bench_query ask CUBE                 the system's query alone
+//   bench_query scan CUBE FOLDER         the same beside a scan written for nothing else
 //   bench_query fresh CUBE DATABASE      open, query and close, each in a new process
 //   bench_query once-cube CUBE           what `fresh` starts
 //   bench_query once-sqlite DATABASE     what `fresh` starts
@@ -26,6 +27,7 @@
 #include <vector>
 
 #include "bench/query_peer.h"
+#include "bench/query_scan.h"
 #include "providers/olap/build/build_cube.h"
 #include "providers/olap/mdx/engine.h"
 #include "providers/posix/icu_locale.h"
@@ -133,6 +135,22 @@ void SideBySide(const char* name, const std::function<void()>& own,
   std::fflush(stdout);
 }
 
+void RequireSame(const char* name, double own, double other) {
+  if (std::abs(own - other) <= 1e-9 * std::abs(other)) return;
+  std::printf("%s: the answers differ, %.2f and %.2f\n", name, own, other);
+  std::exit(1);
+}
+
+void CompareWithScan(const std::string& cube_path, const std::string& folder) {
+  const OpenedCube cube(cube_path);
+  HandWrittenScan scan(folder);
+  const std::string mdx = QuestionMdx(cube, Slice::kLedger);
+  scan.Ask();
+  RequireSame("scan", SumOfCells(*cube.Run(mdx)), scan.Total());
+  SideBySide(
+      "query, one ledger, warm", [&] { cube.Run(mdx); }, [&] { scan.Ask(); }, "hand-written scan");
+}
+
 void Compare(const std::string& cube_path, const std::string& database) {
   const OpenedCube cube(cube_path);
   Peer peer(database);
@@ -144,12 +162,7 @@ void Compare(const std::string& cube_path, const std::string& database) {
                {"query, one money set, warm", Slice::kMoneySet}};
   for (const auto& work : works) {
     const std::string mdx = QuestionMdx(cube, work.slice);
-    const double own = SumOfCells(*cube.Run(mdx));
-    const double other = peer.Ask(work.slice);
-    if (std::abs(own - other) > 1e-9 * std::abs(other)) {
-      std::printf("%s: the answers differ, %.2f and %.2f\n", work.name, own, other);
-      std::exit(1);
-    }
+    RequireSame(work.name, SumOfCells(*cube.Run(mdx)), peer.Ask(work.slice));
     SideBySide(
         work.name, [&] { cube.Run(mdx); }, [&] { peer.Ask(work.slice); }, "SQLite");
   }
@@ -236,6 +249,8 @@ int Main(const std::vector<std::string>& words) {
           RunOwn({"once-sqlite", words[2]});
         },
         "SQLite");
+  } else if (what == "scan" && words.size() == 3) {
+    CompareWithScan(words[1], words[2]);
   } else if (what == "ask" && words.size() == 2) {
     CompareCubes(words[1], words[1], "query, one ledger, warm, twice");
   } else if (what == "once-cube" && words.size() == 2) {

@@ -3,14 +3,13 @@
 #include <sqlite3.h>
 
 #include <array>
-#include <charconv>
 #include <cstdlib>
 #include <filesystem>
-#include <fstream>
 #include <iostream>
 #include <map>
-#include <string_view>
-#include <vector>
+#include <optional>
+
+#include "bench/query_entries.h"
 
 namespace vok::bench {
 namespace {
@@ -25,61 +24,29 @@ void Execute(sqlite3* database, const std::string& sql) {
   Check(database, sqlite3_exec(database, sql.c_str(), nullptr, nullptr, nullptr));
 }
 
-/// "12.5" as 1250 when `decimals` is 2; nothing as NULL.
-void Bind(sqlite3_stmt* insert, int parameter, std::string_view text, std::size_t decimals) {
-  if (text.empty()) {
+void Bind(sqlite3_stmt* insert, int parameter, const std::optional<int64_t>& number) {
+  if (number) {
+    sqlite3_bind_int64(insert, parameter, *number);
+  } else {
     sqlite3_bind_null(insert, parameter);
-    return;
   }
-  std::string digits(text);
-  const auto point = digits.find('.');
-  const std::size_t present = point == std::string::npos ? 0 : digits.size() - point - 1;
-  if (point != std::string::npos) digits.erase(point, 1);
-  digits.append(decimals - present, '0');
-  int64_t number = 0;
-  std::from_chars(digits.data(), digits.data() + digits.size(), number);
-  sqlite3_bind_int64(insert, parameter, number);
-}
-
-/// The number of each file's ledger: ledgers in the order of their first file.
-std::map<std::string, std::string, std::less<>> LedgersOfFiles(const std::string& folder) {
-  std::ifstream file(folder + "/files.csv");
-  std::map<std::string, std::string, std::less<>> ledgers;
-  std::map<std::string, std::string> numbers;
-  std::string line;
-  std::getline(file, line);
-  while (std::getline(file, line)) {
-    const auto comma = line.find(',');
-    const std::string name = line.substr(comma + 1, line.rfind(',') - comma - 1);
-    const auto number = std::to_string(numbers.size() + 1);
-    ledgers[line.substr(0, comma)] = numbers.emplace(name, number).first->second;
-  }
-  return ledgers;
 }
 
 void InsertEntries(sqlite3* database, const std::string& folder) {
-  const auto ledgers = LedgersOfFiles(folder);
-  std::ifstream file(folder + "/entries.csv");
-  std::string line;
-  std::getline(file, line);
   sqlite3_stmt* insert = nullptr;
   Check(database, sqlite3_prepare_v2(database, "insert into entries values (?,?,?,?,?,?,?,?)", -1,
                                      &insert, nullptr));
-  constexpr int kFile = 3;
-  constexpr int kAmount = 6;
-  constexpr int kFields = 7;
-  while (std::getline(file, line)) {
-    std::string_view rest = line;
-    for (int field = 1; field <= kFields; ++field) {
-      const auto comma = rest.find(',');
-      const auto text = rest.substr(0, comma);
-      Bind(insert, field, text, field == kAmount ? 2 : 0);
-      if (field == kFile) Bind(insert, kFields + 1, ledgers.find(text)->second, 0);
-      if (comma != std::string_view::npos) rest.remove_prefix(comma + 1);
+  ReadEntries(folder, [&](const Entry& entry) {
+    int parameter = 0;
+    for (const std::optional<int64_t>& number :
+         {std::optional(entry.date), std::optional(entry.line), std::optional(entry.file),
+          std::optional(entry.opening), std::optional(entry.money), entry.cents, entry.units,
+          std::optional(entry.ledger)}) {
+      Bind(insert, ++parameter, number);
     }
     Check(database, sqlite3_step(insert));
     sqlite3_reset(insert);
-  }
+  });
   sqlite3_finalize(insert);
 }
 

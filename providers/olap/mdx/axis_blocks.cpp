@@ -10,7 +10,8 @@ using Key = std::vector<MemberId>;
 
 std::size_t CountMembers(const TupleSet& axis, std::size_t column) {
   std::vector<MemberId> ids;
-  for (std::size_t i = 0; i < axis.size(); ++i) ids.push_back(axis.tuple(i)[column]);
+  const std::size_t count = axis.size();
+  for (std::size_t i = 0; i < count; ++i) ids.push_back(axis.tuple(i)[column]);
   std::sort(ids.begin(), ids.end());
   return static_cast<std::size_t>(std::unique(ids.begin(), ids.end()) - ids.begin());
 }
@@ -84,7 +85,8 @@ std::vector<AxisBlock> CutIntoBlocks(const CubeView& cube, const TupleSet& axis)
       axis.hierarchies.begin());
   std::vector<AxisBlock> blocks;
   BlockFinder finder(axis, column, blocks);
-  for (std::size_t i = 0; i < axis.size(); ++i) {
+  const std::size_t count = axis.size();
+  for (std::size_t i = 0; i < count; ++i) {
     if (varying == kNoHierarchy || IsCalculated(axis.tuple(i)[column])) {
       blocks.push_back(OnePosition(i));
       continue;

@@ -30,11 +30,12 @@ void CellGrid::DropEmpty(const std::vector<bool>& axes) {
 }
 
 void CellGrid::MarkUsed(std::size_t index, std::vector<std::vector<uint8_t>>& used) const {
-  const std::vector<CellState>& states = columns_[index].states;
+  const CellState* states = columns_[index].states.data();
+  const std::size_t rows = columns_[index].size();
   uint8_t any = 0;
   if (along_ < lengths_.size()) {
     uint8_t* along = used[along_].data();
-    for (std::size_t row = 0; row < states.size(); ++row) {
+    for (std::size_t row = 0; row < rows; ++row) {
       const auto state = static_cast<uint8_t>(states[row]);
       along[row] |= state;
       any |= state;

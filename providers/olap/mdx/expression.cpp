@@ -3,6 +3,17 @@
 #include "providers/olap/mdx/leaf_ranges.h"
 
 namespace vok::olap {
+namespace {
+
+bool AreAllOf(IdRange members, const std::vector<MemberId>& ids) {
+  if (ids.size() != members.size()) return false;
+  for (uint32_t i = 0; i < ids.size(); ++i) {
+    if (ids[i] != members.begin + i) return false;
+  }
+  return true;
+}
+
+}  // namespace
 
 Positions::Positions(const CubeView& cube, HierarchyId hierarchy_id, std::vector<MemberId> members)
     : hierarchy(hierarchy_id), ids(std::move(members)) {
@@ -10,15 +21,17 @@ Positions::Positions(const CubeView& cube, HierarchyId hierarchy_id, std::vector
   std::vector<Part> by_level(cube.LevelCount(hierarchy));
   for (uint32_t row = 0; row < ids.size(); ++row) {
     if (ids[row] == kNoMember) continue;
-    by_level[cube.LevelOf(hierarchy, ids[row])].rows.push_back(row);
+    Part& part = by_level[cube.LevelOf(hierarchy, ids[row])];
+    part.rows.push_back(row);
+    Append(stored.Leaves(ids[row]), part.leaves);
   }
   for (uint32_t level = 0; level < by_level.size(); ++level) {
     Part& part = by_level[level];
     if (part.rows.empty()) continue;
     part.level = level;
-    for (const uint32_t row : part.rows) part.leaves.push_back(stored.Leaves(ids[row]));
     part.leaves = Merged(std::move(part.leaves));
     if (CoversAll(part.leaves, stored.LeafCount())) part.leaves.clear();
+    part.is_level = AreAllOf(cube.LevelMembers(hierarchy, level), ids);
     parts.push_back(std::move(part));
   }
 }

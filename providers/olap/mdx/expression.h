@@ -42,6 +42,7 @@ struct Positions {
     uint32_t level = 0;
     std::vector<uint32_t> rows;  ///< indexes into `ids`
     LeafRanges leaves;           ///< their leaves; empty: all of the hierarchy's
+    bool is_level = false;       ///< `ids` are the members of the level, all and in its order
   };
 
   Positions(const CubeView& cube, HierarchyId hierarchy_id, std::vector<MemberId> members);
@@ -61,13 +62,11 @@ struct Block {
   Block At(std::size_t row) const;
 };
 
-/// The first two are how facts tell absent and present values apart.
-enum class CellState : uint8_t { kEmpty = 0, kNumber = 1, kText = 2, kLogical = 3 };
-
 /// Values of a block's cells. A number is 0 where the cell is empty or a text; a logical value is 1
-/// or 0.
-struct Column {
-  explicit Column(std::size_t size = 0) : numbers(size), states(size, CellState::kEmpty) {}
+/// or 0. What was read from the facts is taken over as it is.
+struct Column : FactColumn {
+  explicit Column(std::size_t size = 0) : FactColumn(size) {}
+  explicit Column(FactColumn facts) : FactColumn(std::move(facts)) {}
 
   std::size_t size() const { return states.size(); }
   void SetNumber(std::size_t row, double number);
@@ -76,8 +75,6 @@ struct Column {
   /// Takes over one cell of another column.
   void Copy(std::size_t row, const Column& from, std::size_t from_row);
 
-  std::vector<double> numbers;
-  std::vector<CellState> states;
   std::vector<std::string> texts;  ///< empty when no cell is a text
 };
 

@@ -16,6 +16,14 @@ void Ascend(std::vector<IdRange>& ranges) {
 
 }  // namespace
 
+void Append(IdRange range, std::vector<IdRange>& ranges) {
+  if (!ranges.empty() && ranges.back().end == range.begin) {
+    ranges.back().end = range.end;
+  } else {
+    ranges.push_back(range);
+  }
+}
+
 std::vector<IdRange> Merged(std::vector<IdRange> ranges) {
   Ascend(ranges);
   std::size_t last = 0;

@@ -8,6 +8,8 @@
 
 namespace vok::olap {
 
+/// Adds a range behind the others; it lengthens the last one where it begins at its end.
+void Append(IdRange range, std::vector<IdRange>& ranges);
 /// The same leaves as ascending ranges that neither touch nor overlap, without empty ones.
 std::vector<IdRange> Merged(std::vector<IdRange> ranges);
 /// Whether no leaf is in two of the ranges.

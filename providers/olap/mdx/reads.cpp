@@ -1,6 +1,7 @@
 #include "providers/olap/mdx/reads.h"
 
 #include <optional>
+#include <utility>
 
 namespace vok::olap {
 namespace {
@@ -52,9 +53,10 @@ void Reads::Announce(const Block& block) {
   const uint32_t measure = block.context.members[kMeasures];
   const auto announce = [&](const Positions::Part* part) {
     Slice* slice = Find(block, part);
-    if (slice == nullptr || slice->columns.contains(measure)) return;
-    if (slice->wanted.empty()) announced_.push_back(slice);
-    slice->wanted.insert(measure);
+    if (slice == nullptr) return;
+    Kept& kept = slice->columns[measure];
+    ++kept.announced;
+    if (!kept.is_read) announced_.push_back(slice);
   };
   if (measure == kNoMember) return;
   if (block.positions == nullptr) return announce(nullptr);
@@ -67,47 +69,60 @@ void Reads::ReadAnnounced() {
 }
 
 void Reads::Store(Slice& slice) {
-  if (slice.wanted.empty()) return;
-  slice.query.measures.assign(slice.wanted.begin(), slice.wanted.end());
+  slice.query.measures.clear();
+  for (const auto& [measure, kept] : slice.columns) {
+    if (!kept.is_read) slice.query.measures.push_back(measure);
+  }
+  if (slice.query.measures.empty()) return;
   std::vector<FactColumn> columns = cube_.facts().Read(slice.query);
   for (std::size_t i = 0; i < columns.size(); ++i) {
-    kept_values_ += columns[i].values.size();
-    slice.columns.insert_or_assign(slice.query.measures[i], std::move(columns[i]));
+    Kept& kept = slice.columns[slice.query.measures[i]];
+    kept_values_ += columns[i].numbers.size();
+    kept.column = std::move(columns[i]);
+    kept.is_read = true;
   }
-  slice.wanted.clear();
 }
 
 const FactColumn& Reads::Get(Slice& slice, uint32_t measure) {
-  if (!slice.columns.contains(measure)) {
-    slice.wanted.insert(measure);
-    Store(slice);
+  Kept& kept = slice.columns[measure];
+  if (!kept.is_read) Store(slice);
+  return kept.column;
+}
+
+Column Reads::Whole(Slice& slice, uint32_t measure) {
+  const FactColumn& column = Get(slice, measure);
+  const auto kept = slice.columns.find(measure);
+  if (kept->second.announced != 1) {
+    if (kept->second.announced > 0) --kept->second.announced;
+    return Column(column);
   }
-  return slice.columns.at(measure);
+  kept_values_ -= column.numbers.size();
+  return Column(std::move(slice.columns.extract(kept).mapped().column));
 }
 
 Column Reads::Read(const Block& block) {
-  Column result(block.size());
   const uint32_t measure = block.context.members[kMeasures];
-  if (measure == kNoMember) return result;
-  const auto take = [&](std::size_t row, const FactColumn& from, std::size_t index) {
-    if (from.present[index] != 0) result.SetNumber(row, from.values[index]);
-  };
+  if (measure == kNoMember) return Column(block.size());
   if (block.positions == nullptr) {
-    if (Slice* slice = Find(block, nullptr)) take(0, Get(*slice, measure), 0);
-    return result;
+    Slice* slice = Find(block, nullptr);
+    return slice == nullptr ? Column(1) : Column(Get(*slice, measure));
   }
+  Column result;
   for (const Positions::Part& part : block.positions->parts) {
     Slice* slice = Find(block, &part);
     if (slice == nullptr) continue;
+    const bool grouped = slice->query.group.has_value();
+    if (part.is_level && grouped) return Whole(*slice, measure);
     const FactColumn& column = Get(*slice, measure);
-    if (!slice->query.group) {
-      take(part.rows[0], column, 0);
-      continue;
-    }
+    if (result.size() == 0) result = Column(block.size());
     const uint32_t first = cube_.LevelMembers(block.Varying(), part.level).begin;
-    for (const uint32_t row : part.rows) take(row, column, block.positions->ids[row] - first);
+    for (const uint32_t row : part.rows) {
+      const std::size_t from = grouped ? block.positions->ids[row] - first : 0;
+      result.numbers[row] = column.numbers[from];
+      result.states[row] = column.states[from];
+    }
   }
-  return result;
+  return result.size() == 0 ? Column(block.size()) : result;
 }
 
 void Reads::Trim() {

@@ -1,10 +1,10 @@
 // What a query has read from the facts. Reads of one slice are announced first and then made
-// together, so that all measures of the slice cost one scan.
+// together, so that all measures of the slice cost one scan. A column that fills a block is handed
+// out as it came from the store, to the last who announced it without a copy.
 #pragma once
 
 #include <cstdint>
 #include <map>
-#include <set>
 #include <vector>
 
 #include "providers/olap/mdx/expression.h"
@@ -25,17 +25,25 @@ class Reads {
   void Trim();
 
  private:
+  struct Kept {
+    FactColumn column;
+    uint32_t announced = 0;  ///< reads that are still to come
+    bool is_read = false;
+  };
   struct Slice {
     FactQuery query;
-    std::set<uint32_t> wanted;
-    std::map<uint32_t, FactColumn> columns;  ///< by measure
+    std::map<uint32_t, Kept> columns;  ///< by measure
   };
   using Key = std::vector<uint32_t>;
 
   /// nullptr: no leaf takes part.
   Slice* Find(const Block& block, const Positions::Part* part);
+  /// The column, read if it was not.
   const FactColumn& Get(Slice& slice, uint32_t measure);
+  /// Makes the reads of the slice that were not made.
   void Store(Slice& slice);
+  /// The column as a block's own.
+  Column Whole(Slice& slice, uint32_t measure);
 
   const CubeView& cube_;
   std::map<Key, Slice> slices_;

@@ -1,10 +1,12 @@
 // Stored facts of one cube: aggregates of its measures for any slice.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <vector>
 
+#include "providers/olap/storage/column_memory.h"
 #include "providers/olap/storage/model.h"
 
 namespace vok::olap {
@@ -23,10 +25,15 @@ struct FactQuery {
   std::optional<Group> group;
 };
 
-/// One measure's results. A sum of nothing, or of NULLs only, is not present; that is not 0.
+/// What a cell of an answer holds. Facts know the first two alone, formulas give the others.
+enum class CellState : uint8_t { kEmpty, kNumber, kText, kLogical };
+
+/// One measure's results. A sum of nothing, or of NULLs only, is empty; that is not 0.
 struct FactColumn {
-  std::vector<double> values;    ///< 0 where not present
-  std::vector<uint8_t> present;  ///< 1 or 0, same length
+  explicit FactColumn(std::size_t size = 0) : numbers(size), states(size, CellState::kEmpty) {}
+
+  std::vector<double, ColumnAllocator<double>> numbers;       ///< 0 where empty
+  std::vector<CellState, ColumnAllocator<CellState>> states;  ///< same length
 };
 
 /// Reads are safe from several threads. Sums of decimal values are exact: they are added as scaled

@@ -10,6 +10,28 @@
 namespace vok::olap {
 namespace {
 
+/// Turns sums, which are integers in the memory of doubles, into the doubles nearest to them /
+/// 10^`scale`.
+void TurnIntoDoubles(std::span<double> sums, int scale) {
+  // Such an integer added to the bits of the shifter adds as much to its value: arithmetic that
+  // processors do for several numbers at once.
+  constexpr double kShifter = 0x1.8p52;
+  constexpr uint64_t kLimit = uint64_t{1} << 51;
+  uint64_t beyond = 0;
+  for (const double sum : sums) beyond |= (std::bit_cast<uint64_t>(sum) + kLimit) >> 52;
+  if (beyond != 0) {
+    for (double& sum : sums) sum = NearestDouble(std::bit_cast<int64_t>(sum), scale);
+    return;
+  }
+  for (double& sum : sums) {
+    sum = std::bit_cast<double>(std::bit_cast<int64_t>(sum) + std::bit_cast<int64_t>(kShifter)) -
+          kShifter;
+  }
+  if (scale == 0) return;
+  const double power = kExactPowers[static_cast<std::size_t>(scale)];
+  for (double& sum : sums) sum /= power;
+}
+
 /// How a stored number enters a cell of type `Cell`, and leaves it as a double.
 template <typename CellType>
 struct Decimal {
@@ -50,27 +72,28 @@ struct Larger {
 template <typename Number, typename Operation>
 class TallyOf : public Tally {
  public:
-  TallyOf(int scale, std::size_t groups) : scale_(scale), cells_(groups), present_(groups) {}
+  TallyOf(int scale, std::size_t groups) : scale_(scale), cells_(groups), states_(groups) {}
 
   void Add(std::span<const uint32_t> groups, std::span<const int64_t> values,
            std::span<const int64_t> validity) override {
-    // Locals: a flag's type may alias anything, so members would be read again for every row.
     Cell* const cells = cells_.data();
-    uint8_t* const present = present_.data();
+    CellState* const states = states_.data();
     for (std::size_t row = 0; row < values.size(); ++row) {
       if (!validity.empty() && validity[row] == 0) continue;
       const uint32_t group = groups[row];
       const Cell value = Number::FromStored(values[row]);
-      const bool joins = kStartsAtZero || present[group] != 0;
+      const bool joins = kStartsAtZero || states[group] == CellState::kNumber;
       cells[group] = joins ? Operation::Join(cells[group], value) : value;
-      present[group] = 1;
+      states[group] = CellState::kNumber;
     }
   }
 
   FactColumn Result(std::size_t count) override {
-    FactColumn column{std::vector<double>(count), {present_.begin(), present_.begin() + count}};
+    FactColumn column(count);
     for (std::size_t group = 0; group < count; ++group) {
-      if (present_[group]) column.values[group] = Number::ToDouble(cells_[group], scale_);
+      if (states_[group] == CellState::kEmpty) continue;
+      column.numbers[group] = Number::ToDouble(cells_[group], scale_);
+      column.states[group] = CellState::kNumber;
     }
     return column;
   }
@@ -81,50 +104,47 @@ class TallyOf : public Tally {
 
   int scale_;
   std::vector<Cell> cells_;
-  std::vector<uint8_t> present_;
+  std::vector<CellState> states_;
 };
 
 /// Sums of 64 bits, the most frequent ones, grow in the memory of the result.
 class NarrowSums : public Tally {
  public:
-  NarrowSums(int scale, std::size_t groups)
-      : scale_(scale), sums_{std::vector<double>(groups), std::vector<uint8_t>(groups)} {}
+  NarrowSums(int scale, std::size_t groups) : scale_(scale), sums_(groups) {}
 
   void Add(std::span<const uint32_t> groups, std::span<const int64_t> values,
            std::span<const int64_t> validity) override {
-    double* const sums = sums_.values.data();
-    uint8_t* const present = sums_.present.data();
+    double* const sums = sums_.numbers.data();
+    CellState* const states = sums_.states.data();
     for (std::size_t row = 0; row < values.size(); ++row) {
       if (!validity.empty() && validity[row] == 0) continue;
       double& sum = sums[groups[row]];
       sum = std::bit_cast<double>(Plus::Join(std::bit_cast<int64_t>(sum), values[row]));
-      present[groups[row]] = 1;
+      states[groups[row]] = CellState::kNumber;
     }
   }
 
   FactColumn Result(std::size_t count) override {
-    sums_.values.resize(count);
-    sums_.present.resize(count);
-    for (double& sum : sums_.values) {
-      sum = Decimal<int64_t>::ToDouble(std::bit_cast<int64_t>(sum), scale_);
-    }
+    sums_.numbers.resize(count);
+    sums_.states.resize(count);
+    TurnIntoDoubles(sums_.numbers, scale_);
     return std::move(sums_);
   }
 
  private:
   int scale_;
-  FactColumn sums_;  // until `Result`, the bits of its values are those of integers
+  FactColumn sums_;  // until `Result`, the bits of its numbers are those of integers
 };
 
 /// Values are numbers that stand for different keys.
 class DistinctCount : public Tally {
  public:
-  explicit DistinctCount(std::size_t groups) : present_(groups) {}
+  explicit DistinctCount(std::size_t groups) : counts_(groups) {}
 
   void Add(std::span<const uint32_t> groups, std::span<const int64_t> values,
            std::span<const int64_t> validity) override {
     for (std::size_t row = 0; row < values.size(); ++row) {
-      present_[groups[row]] = 1;
+      counts_.states[groups[row]] = CellState::kNumber;
       if (!validity.empty() && validity[row] == 0) continue;
       seen_.emplace_back(groups[row], values[row]);
     }
@@ -134,12 +154,12 @@ class DistinctCount : public Tally {
 
   FactColumn Result(std::size_t count) override {
     Compact();
-    present_.resize(count);
-    FactColumn column{std::vector<double>(count), std::move(present_)};
+    counts_.numbers.resize(count);
+    counts_.states.resize(count);
     for (const auto& [group, value] : seen_) {
-      if (group < count) column.values[group] += 1;
+      if (group < count) counts_.numbers[group] += 1;
     }
-    return column;
+    return std::move(counts_);
   }
 
  private:
@@ -149,7 +169,7 @@ class DistinctCount : public Tally {
     distinct_ = seen_.size();
   }
 
-  std::vector<uint8_t> present_;
+  FactColumn counts_;
   std::vector<std::pair<uint32_t, int64_t>> seen_;
   std::size_t distinct_ = 0;
 };

@@ -110,7 +110,7 @@ TEST(Members, SharedDimensionsServeSeveralCubes) {
   const test::BuiltCube built({schema + "</Schema>", {{"d", "id\n1\n"}, {"fact", "id\n1\n1\n"}}});
   ASSERT_EQ(built.file().cubes().size(), 2u);
   EXPECT_EQ(built.file().cubes()[1].model.dimensions[0].name, "WhenB");
-  EXPECT_EQ(built.file().cubes()[1].facts->Read({{0}, {}, {}})[0].values[0], 2);
+  EXPECT_EQ(built.file().cubes()[1].facts->Read({{0}, {}, {}})[0].numbers[0], 2);
 }
 
 }  // namespace

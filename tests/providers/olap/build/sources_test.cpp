@@ -25,7 +25,7 @@ void ExpectNamesAndSum(const CubeFile& file, const std::vector<std::string>& nam
     found.emplace_back(cube.model.hierarchies[0].Name(member));
   }
   EXPECT_EQ(found, names);
-  EXPECT_EQ(cube.facts->Read({{0}, {}, {}})[0].values[0], sum);
+  EXPECT_EQ(cube.facts->Read({{0}, {}, {}})[0].numbers[0], sum);
 }
 
 TEST(CsvTable, IsReadInEveryForm) {

@@ -2,6 +2,9 @@
 #include <gtest/gtest.h>
 
 #include <memory>
+#include <string>
+#include <thread>
+#include <vector>
 
 #include "platform/failure.h"
 #include "providers/olap/mdx/engine.h"
@@ -19,10 +22,10 @@ std::shared_ptr<const olap::CubeView> Cube() {
       std::shared_ptr<const olap::StoredCube>(built.shared_file(), &built.cube()), locale);
 }
 
-std::string Answer(const MdxCase& test) {
+std::string Answer(const std::shared_ptr<const olap::CubeView>& cube, const MdxCase& test) {
   const bool formatted = test.expected.find("formatted\n") != std::string::npos;
   try {
-    return Shown(*olap::RunMdx(Cube(), test.query), formatted);
+    return Shown(*olap::RunMdx(cube, test.query), formatted);
   } catch (const Failure& failure) {
     EXPECT_EQ(failure.number(), failure_number::kSyntax);
     return "failure\n" + failure.description() + "\n";
@@ -32,7 +35,18 @@ std::string Answer(const MdxCase& test) {
 class MdxCases : public testing::TestWithParam<MdxCase> {};
 
 TEST_P(MdxCases, AnswersAsTheFileSays) {
-  EXPECT_EQ(Answer(GetParam()), GetParam().expected) << GetParam().query;
+  EXPECT_EQ(Answer(Cube(), GetParam()), GetParam().expected) << GetParam().query;
+}
+
+TEST(MdxThreads, ShareOneOpenedCube) {
+  const std::vector<MdxCase> cases = ReadCases(VOK_MDX_CASES);
+  const auto cube = Cube();
+  const auto answer_all = [&] {
+    for (const MdxCase& test : cases) EXPECT_EQ(Answer(cube, test), test.expected) << test.name;
+  };
+  std::vector<std::thread> threads;
+  for (int count = 0; count < 4; ++count) threads.emplace_back(answer_all);
+  for (std::thread& thread : threads) thread.join();
 }
 
 INSTANTIATE_TEST_SUITE_P(Files, MdxCases, testing::ValuesIn(ReadCases(VOK_MDX_CASES)),

@@ -57,8 +57,8 @@ Bytes SampleFile() {
 
 void Append(std::string& all, const std::vector<FactColumn>& columns) {
   for (const FactColumn& column : columns) {
-    all.append(reinterpret_cast<const char*>(column.values.data()), column.values.size() * 8);
-    all.append(column.present.begin(), column.present.end());
+    all.append(reinterpret_cast<const char*>(column.numbers.data()), column.numbers.size() * 8);
+    for (const CellState state : column.states) all += static_cast<char>(state);
   }
 }
 

@@ -1,5 +1,6 @@
 #include "providers/olap/storage/fact_store.h"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <optional>
@@ -86,12 +87,12 @@ TEST(FactStore, ReadsWhatTheFieldsMean) {
     const test::BuiltCube built(OneColumn(each.aggregator, each.cells));
     const auto lines = built.cube().facts->Read({{0}, {}, FactQuery::Group{0, 1}}).at(0);
     for (std::size_t line = 0; line < each.expected.size(); ++line) {
-      EXPECT_EQ(lines.present[line], each.expected[line] ? 1 : 0) << line;
-      EXPECT_EQ(lines.values[line], each.expected[line].value_or(0)) << line;
+      EXPECT_EQ(lines.states[line] == CellState::kNumber, each.expected[line].has_value()) << line;
+      EXPECT_EQ(lines.numbers[line], each.expected[line].value_or(0)) << line;
     }
     const auto total = built.cube().facts->Read({{0}, {}, {}}).at(0);
-    EXPECT_EQ(total.present[0], each.total ? 1 : 0);
-    EXPECT_EQ(total.values[0], each.total.value_or(0));
+    EXPECT_EQ(total.states[0] == CellState::kNumber, each.total.has_value());
+    EXPECT_EQ(total.numbers[0], each.total.value_or(0));
   }
 }
 
@@ -104,7 +105,7 @@ TEST(FactStore, PutsRowsOfOneCellTogether) {
 TEST(FactStore, IsEmptyForACubeWithoutFacts) {
   const test::BuiltCube built(OneColumn("sum", {{}, {}}));
   const auto lines = built.cube().facts->Read({{0}, {{{0, 1}}}, FactQuery::Group{0, 1}}).at(0);
-  EXPECT_EQ(lines.present, (std::vector<uint8_t>{0, 0}));
+  EXPECT_EQ(lines.states, FactColumn(2).states);
 }
 
 TEST(FactStore, IsNotDisturbedByACubeBuiltInItsPlace) {
@@ -114,10 +115,10 @@ TEST(FactStore, IsNotDisturbedByACubeBuiltInItsPlace) {
   test::BuildInto(folder, OneColumn("sum", {{"5"}, {"6"}, {"7"}}));
   const auto new_file = CubeFile::Open(PosixFiles(), folder.File("sample.cub"));
   const auto lines = [](const CubeFile& file) {
-    return file.cubes()[0].facts->Read({{0}, {}, FactQuery::Group{0, 1}})[0].values;
+    return file.cubes()[0].facts->Read({{0}, {}, FactQuery::Group{0, 1}})[0].numbers;
   };
-  EXPECT_EQ(lines(*old_file), (std::vector<double>{3, 8}));
-  EXPECT_EQ(lines(*new_file), (std::vector<double>{5, 6, 7}));
+  EXPECT_THAT(lines(*old_file), testing::ElementsAre(3, 8));
+  EXPECT_THAT(lines(*new_file), testing::ElementsAre(5, 6, 7));
 }
 
 }  // namespace

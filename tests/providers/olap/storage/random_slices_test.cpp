@@ -250,11 +250,12 @@ TEST_P(RandomSlices, AgreeWithPlainLoops) {
             ? model.hierarchies[query.group->hierarchy].levels()[query.group->level].members.size()
             : 1;
     for (std::size_t measure = 0; measure < columns.size(); ++measure) {
-      ASSERT_EQ(columns[measure].values.size(), groups);
+      ASSERT_EQ(columns[measure].numbers.size(), groups);
       for (uint32_t group = 0; group < groups; ++group) {
         const auto cell = expected[group].Cells()[measure];
-        ASSERT_EQ(columns[measure].present[group], cell ? 1 : 0) << round << " " << measure;
-        ASSERT_EQ(columns[measure].values[group], cell.value_or(0)) << round << " " << measure;
+        ASSERT_EQ(columns[measure].states[group] == CellState::kNumber, cell.has_value())
+            << round << " " << measure;
+        ASSERT_EQ(columns[measure].numbers[group], cell.value_or(0)) << round << " " << measure;
       }
     }
   }
@@ -286,8 +287,8 @@ TEST(RandomSlice, IsTheSameForEveryThread) {
   for (const auto& result : results) {
     ASSERT_EQ(result.size(), expected.size());
     for (std::size_t column = 0; column < result.size(); ++column) {
-      EXPECT_EQ(result[column].values, expected[column].values);
-      EXPECT_EQ(result[column].present, expected[column].present);
+      EXPECT_EQ(result[column].numbers, expected[column].numbers);
+      EXPECT_EQ(result[column].states, expected[column].states);
     }
   }
 }
