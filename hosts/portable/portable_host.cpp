@@ -12,6 +12,7 @@
 #include "providers/posix/overriding_registry.h"
 #include "providers/posix/posix_files.h"
 #include "providers/posix/system_clock.h"
+#include "providers/recordset/persisted_recordset.h"
 #include "providers/sqlite/sqlite_database.h"
 #include "providers/xlsx/xlsx_spreadsheet.h"
 #include "version.h"
@@ -27,6 +28,21 @@ std::string ComponentFolder() {
   const auto file = std::filesystem::canonical(info.dli_fname, ignored);
   return ignored ? "." : file.parent_path().string();
 }
+
+/// The settings database, and record sets that stand in files of their own.
+class PortableDatabase : public SqliteDatabase {
+ public:
+  PortableDatabase(Files& files, const Locale& locale)
+      : SqliteDatabase(files, locale), files_(files), locale_(locale) {}
+  std::unique_ptr<Recordset> OpenRecordset(const std::string& source,
+                                           const std::string& connection_text) override {
+    return recordset::OpenPersisted(files_, locale_, source, connection_text);
+  }
+
+ private:
+  const Files& files_;
+  const Locale& locale_;
+};
 
 ComponentInfo Component() {
   ComponentInfo info;
@@ -63,7 +79,7 @@ struct PortableHost::Providers {
   OverridingRegistry overriding;
   SystemClock clock;
   ConsoleMessageBoxes console{stderr};
-  SqliteDatabase database;
+  PortableDatabase database;
   olap::OlapCubeServices cube;
   xlsx::XlsxSpreadsheet spreadsheet;
   Host host;

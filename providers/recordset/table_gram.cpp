@@ -1,0 +1,190 @@
+// The binary form: an Advanced Data TableGram as [MS-ADTG], section 2.2.3.14, describes it.
+//
+// Header, options, one result descriptor, its context, table descriptors, column descriptors, rows,
+// an end mark; each but the rows and the end has its size in front. What the public description
+// gives without an example is read strictly as it stands there: the changes, insertions and
+// deletions that wait to be sent (two maps of one bit per column). Child record sets, big-endian
+// files, texts in a code page and binary columns are refused.
+#include <optional>
+#include <utility>
+
+#include "platform/failure.h"
+#include "providers/recordset/byte_reader.h"
+#include "providers/recordset/table_gram_column.h"
+
+namespace vok::recordset {
+namespace {
+
+enum Token : uint8_t {
+  kHeader = 0x01,
+  kHandlerOptions = 0x02,
+  kResultDescriptor = 0x03,
+  kTableDescriptor = 0x05,
+  kColumnDescriptor = 0x06,
+  kRow = 0x07,
+  kChangedRow = 0x0A,
+  kDeletedRow = 0x0C,
+  kInsertedRow = 0x0D,
+  kDone = 0x0F,
+  kContext = 0x10
+};
+
+/// One bit per column, the first one uppermost in the first byte.
+class BitMap {
+ public:
+  BitMap(ByteReader& reader, std::size_t bits) : bytes_(reader.Take((bits + 7) / 8)) {}
+  bool operator[](std::size_t bit) const {
+    return (std::to_integer<unsigned>(bytes_[bit / 8]) & (0x80U >> bit % 8)) != 0;
+  }
+
+ private:
+  std::span<const std::byte> bytes_;
+};
+
+class TableGramReader {
+ public:
+  TableGramReader(std::span<const std::byte> bytes, const std::string& name)
+      : reader_(bytes, name), name_(name) {}
+
+  Rowset Read() {
+    ReadHeader();
+    Part(kHandlerOptions);
+    ReadResultDescriptor();
+    Part(kContext);
+    for (std::size_t table = 0; table < table_count_; ++table) Part(kTableDescriptor);
+    ReadColumns();
+    return ReadRows();
+  }
+
+ private:
+  void Expect(Token token) {
+    const auto found = reader_.Get<uint8_t>();
+    if (found != token) {
+      reader_.Throw("part " + std::to_string(token) + " is expected, part " +
+                    std::to_string(found) + " is there");
+    }
+  }
+
+  /// The content of a part with its size in front.
+  ByteReader Part(Token token) {
+    Expect(token);
+    return reader_.Part(reader_.Get<uint16_t>());
+  }
+
+  void ReadHeader() {
+    Expect(kHeader);
+    ByteReader part = reader_.Part(reader_.Get<uint8_t>());
+    part.Take(3);  // "TG!"
+    if (part.Get<uint16_t>() != 0) part.Throw("it is of a newer version");
+    if (part.Get<uint8_t>() != 0) part.Throw("its bytes stand in the other order, big end first");
+    if (part.Get<uint8_t>() != 0) part.Throw("its texts are stored in a way that is not read");
+  }
+
+  void ReadResultDescriptor() {
+    ByteReader part = Part(kResultDescriptor);
+    part.Take(18);  // identifier, information, cursor
+    if (part.Get<uint8_t>() != 0) part.Throw("its rows are stored in a way that is not read");
+    visible_count_ = part.Get<uint16_t>();
+    column_count_ = part.Get<uint16_t>();
+    part.Take(2);  // computed columns
+    table_count_ = part.Get<uint16_t>();
+    if (visible_count_ == 0 || visible_count_ > column_count_) {
+      part.Throw("it counts no columns, or more to be seen than there are");
+    }
+    CheckSize(0, column_count_, name_);
+  }
+
+  void ReadColumns() {
+    for (std::size_t index = 0; index < column_count_; ++index) {
+      columns_.emplace_back(Part(kColumnDescriptor));
+      if (index > 0 && columns_[index].ordinal() <= columns_[index - 1].ordinal()) {
+        reader_.Throw("its columns are out of order");
+      }
+      if (columns_[index].IsNullable()) ++nullable_count_;
+    }
+  }
+
+  /// By the rule of files in use; where that does not come out even, by the other.
+  Rowset ReadRows() {
+    const ByteReader begin = reader_;
+    try {
+      return ReadRowsBy(LengthRule::kBytes);
+    } catch (const Failure&) {
+      bool another_rule = false;
+      for (const auto& column : columns_) another_rule |= column.DependsOnRule();
+      if (!another_rule) throw;
+    }
+    reader_ = begin;
+    return ReadRowsBy(LengthRule::kCharacters);
+  }
+
+  Rowset ReadRowsBy(LengthRule rule) {
+    Rowset rowset;
+    for (std::size_t index = 0; index < visible_count_; ++index) {
+      rowset.columns.push_back(columns_[index].column());
+    }
+    bool may_change = false;  // the row before, and only once
+    for (;;) {
+      const auto token = reader_.Get<uint8_t>();
+      if (token == kDone) break;
+      ReadRow(token, rule, may_change, rowset.rows);
+      may_change = token == kRow;
+    }
+    if (!reader_.AtEnd()) reader_.Throw("more bytes follow its end");
+    for (Row& row : rowset.rows) row.resize(visible_count_);
+    return rowset;
+  }
+
+  void ReadRow(uint8_t token, LengthRule rule, bool may_change, std::vector<Row>& rows) {
+    if (token == kRow || token == kInsertedRow) {
+      CheckSize(rows.size() + 1, column_count_, name_);
+      rows.emplace_back(column_count_, Null{});
+      if (token == kRow) {
+        ReadOriginal(rule, rows.back());
+      } else {
+        ReadChanges(rule, rows.back());
+      }
+    } else if (token == kChangedRow && may_change) {
+      ReadChanges(rule, rows.back());
+    } else if (token == kDeletedRow && may_change) {
+      rows.pop_back();
+    } else {
+      reader_.Throw("part " + std::to_string(token) + " stands among its rows");
+    }
+  }
+
+  void ReadOriginal(LengthRule rule, Row& row) {
+    const BitMap present(reader_, nullable_count_);
+    std::size_t nullable = 0;
+    for (std::size_t index = 0; index < column_count_; ++index) {
+      const TableGramColumn& column = columns_[index];
+      if (column.IsNullable() && !present[nullable++]) continue;
+      row[index] = column.Read(reader_, rule);
+    }
+  }
+
+  void ReadChanges(LengthRule rule, Row& row) {
+    const BitMap changed(reader_, column_count_);
+    const BitMap made_null(reader_, column_count_);
+    for (std::size_t index = 0; index < column_count_; ++index) {
+      if (!changed[index]) continue;
+      row[index] = made_null[index] ? Value(Null{}) : columns_[index].Read(reader_, rule);
+    }
+  }
+
+  ByteReader reader_;
+  const std::string& name_;
+  std::size_t visible_count_ = 0;
+  std::size_t column_count_ = 0;  ///< with the hidden ones, which follow those that are seen
+  std::size_t table_count_ = 0;
+  std::size_t nullable_count_ = 0;
+  std::vector<TableGramColumn> columns_;
+};
+
+}  // namespace
+
+Rowset ReadTableGram(std::span<const std::byte> bytes, const std::string& name) {
+  return TableGramReader(bytes, name).Read();
+}
+
+}  // namespace vok::recordset

@@ -1,0 +1,139 @@
+#include <algorithm>
+#include <cctype>
+
+#include "platform/failure.h"
+#include "platform/text.h"
+#include "providers/recordset/rowset.h"
+#include "providers/recordset/xml_names.h"
+#include "providers/recordset/xml_values.h"
+
+namespace vok::recordset {
+namespace {
+
+using namespace xml_names;
+
+[[noreturn]] void ThrowNoXml(std::string_view text, const std::string& why) {
+  throw Failure(failure_number::kInvalidCall, "The text \"" + std::string(Utf16Prefix(text, 40)) +
+                                                  "\" cannot be written as XML: " + why);
+}
+
+/// Checks one character of UTF-8 and gives its length in bytes.
+std::size_t CharacterLength(std::string_view text, std::size_t at) {
+  const auto lead = static_cast<unsigned char>(text[at]);
+  if (lead < 0x80) return 1;
+  const std::size_t length = lead >= 0xF0 ? 4 : lead >= 0xE0 ? 3 : 2;
+  constexpr uint32_t kLeast[] = {0, 0, 0x80, 0x800, 0x10000};
+  uint32_t character = lead & (0xFFU >> (length + 1));
+  bool whole = lead >= 0xC0 && lead < 0xF8 && at + length <= text.size();
+  for (std::size_t next = at + 1; whole && next < at + length; ++next) {
+    const auto byte = static_cast<unsigned char>(text[next]);
+    whole = (byte & 0xC0) == 0x80;
+    character = character << 6 | (byte & 0x3FU);
+  }
+  const bool surrogate = character >= 0xD800 && character < 0xE000;
+  const bool no_character = character == 0xFFFE || character == 0xFFFF || character > 0x10FFFF;
+  if (!whole || character < kLeast[length] || surrogate || no_character) {
+    ThrowNoXml(text, "it is no Unicode text");
+  }
+  return length;
+}
+
+const char* Entity(char c) {
+  switch (c) {
+    case '&':
+      return "&amp;";
+    case '<':
+      return "&lt;";
+    case '>':
+      return "&gt;";
+    case '\'':
+      return "&apos;";
+    case '\t':
+      return "&#9;";
+    case '\n':
+      return "&#10;";
+    case '\r':
+      return "&#13;";
+    default:
+      return nullptr;
+  }
+}
+
+std::string Quoted(std::string_view text) {
+  std::string quoted = "'";
+  for (std::size_t at = 0; at < text.size();) {
+    const std::size_t length = CharacterLength(text, at);
+    if (const char* entity = Entity(text[at])) {
+      quoted += entity;
+    } else if (static_cast<unsigned char>(text[at]) < 0x20) {
+      ThrowNoXml(text, "it has a control character");
+    } else {
+      quoted += text.substr(at, length);
+    }
+    at += length;
+  }
+  return quoted + "'";
+}
+
+/// The column's name where XML takes it as an attribute's and no column before has it, else one
+/// made of its place.
+std::string AttributeName(const std::string& name, const std::vector<std::string>& taken) {
+  const auto is_plain = [](unsigned char c) { return c < 0x80 && (std::isalnum(c) || c == '_'); };
+  const bool fits = !name.empty() && std::all_of(name.begin(), name.end(), is_plain) &&
+                    std::isdigit(static_cast<unsigned char>(name[0])) == 0;
+  const bool is_free = std::find(taken.begin(), taken.end(), name) == taken.end();
+  return fits && is_free ? name : "column-" + std::to_string(taken.size() + 1);
+}
+
+std::size_t LongestText(const Rowset& rowset, std::size_t place) {
+  std::size_t longest = 1;
+  for (const Row& row : rowset.rows) {
+    if (const auto* text = row[place].As<std::string>()) {
+      longest = std::max(longest, Utf16Length(*text));
+    }
+  }
+  return longest;
+}
+
+std::string Schema(const Rowset& rowset, const std::vector<std::string>& names) {
+  std::string xml =
+      "<s:Schema id='RowsetSchema'>\r\n <s:ElementType name='row' content='eltOnly'>\r\n";
+  for (std::size_t place = 0; place < names.size(); ++place) {
+    const Column& column = rowset.columns[place];
+    xml += "  <s:AttributeType name='" + names[place] + "'";
+    if (names[place] != column.name) xml += " rs:name=" + Quoted(column.name);
+    xml += " rs:number='" + std::to_string(place + 1) +
+           "' rs:nullable='true'>\r\n   <s:datatype dt:type='" + NameOf(column.type) + "'";
+    if (column.type == FieldType::kText) {
+      xml += " dt:maxLength='" + std::to_string(LongestText(rowset, place)) + "'";
+    }
+    xml += "/>\r\n  </s:AttributeType>\r\n";
+  }
+  return xml + "  <s:extends type='rs:rowbase'/>\r\n </s:ElementType>\r\n</s:Schema>\r\n";
+}
+
+std::string Opening() {
+  const auto space = [](const char* prefix, std::string_view address) {
+    return std::string(" xmlns:") + prefix + "='" + std::string(address) + "'";
+  };
+  return "<xml" + space("s", kSchemaSpace) + space("dt", kTypeSpace) + space("rs", kRowsetSpace) +
+         space("z", "#RowsetSchema") + ">\r\n";
+}
+
+}  // namespace
+
+std::string WriteXmlRowset(const Rowset& rowset) {
+  std::vector<std::string> names;
+  for (const Column& column : rowset.columns) names.push_back(AttributeName(column.name, names));
+  std::string xml = Opening() + Schema(rowset, names) + "<rs:data>\r\n";
+  for (const Row& row : rowset.rows) {
+    xml += " <z:row";
+    for (std::size_t place = 0; place < names.size(); ++place) {
+      if (!row[place].IsNull()) xml += " " + names[place] + "=" + Quoted(TextOf(row[place]));
+    }
+    xml += "/>\r\n";
+  }
+  return xml + "</rs:data>\r\n</xml>\r\n";
+}
+
+}  // namespace vok::recordset

@@ -1,0 +1,53 @@
+// The schema of the XML form: which attributes a row has, and what they mean.
+#pragma once
+
+#include <map>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "providers/recordset/rowset.h"
+#include "providers/recordset/xml_events.h"
+
+namespace vok::recordset {
+
+/// Takes the elements of a schema as they come, then gives the columns. Failures are the reader's.
+class XmlSchema {
+ public:
+  explicit XmlSchema(const std::string& file) : file_(file) {}
+
+  /// An element at `depth` below the schema's own, which is depth 0.
+  void Start(std::size_t depth, XmlName name, const XmlAttributes& attributes);
+  /// After the last element: puts the columns in order.
+  void Finish();
+
+  bool IsRow(XmlName name) const { return name.local == row_name_ && name.space == row_space_; }
+  const std::vector<Column>& columns() const { return columns_; }
+  /// Of the attribute of that name; nothing when the rows have none.
+  std::optional<std::size_t> ColumnOf(std::string_view attribute) const;
+
+ private:
+  struct Attribute {
+    std::string name;
+    Column column;
+    std::optional<int32_t> number;
+  };
+
+  void Open(const XmlAttributes& attributes);
+  void OpenRow(const XmlAttributes& attributes);
+  void Define(const XmlAttributes& attributes, std::vector<Attribute>& into);
+  void Refer(const XmlAttributes& attributes);
+  void SetType(const XmlAttributes& attributes);
+
+  const std::string& file_;
+  std::string row_name_;
+  std::string row_space_;
+  std::vector<Attribute> shared_;  ///< defined beside the row, to be referred to
+  std::vector<Attribute> attributes_;
+  std::vector<Attribute>* open_ = nullptr;  ///< whose last attribute is being described
+  std::vector<Column> columns_;
+  std::map<std::string, std::size_t, std::less<>> places_;
+};
+
+}  // namespace vok::recordset

@@ -1,0 +1,61 @@
+// Record sets as texts, and reading ones that lie in memory.
+#pragma once
+
+#include <span>
+#include <string>
+#include <string_view>
+
+#include "platform/failure.h"
+#include "providers/recordset/rowset.h"
+
+namespace vok::recordset::test {
+
+inline std::string Shown(const Value& value) {
+  if (value.IsNull()) return "-";
+  if (const Date* date = value.As<Date>()) return "#" + Value(date->serial).ToText();
+  if (const bool* flag = value.As<bool>()) return *flag ? "yes" : "no";
+  return value.ToText();
+}
+
+/// "sId,lId,text;1,2,x;…": the columns, then the rows; "-" is NULL.
+inline std::string Shown(const Rowset& rowset) {
+  std::string shown;
+  for (const Column& column : rowset.columns) shown += column.name + ",";
+  for (const Row& row : rowset.rows) {
+    shown.back() = ';';
+    for (const Value& value : row) shown += Shown(value) + ",";
+  }
+  shown.pop_back();
+  return shown;
+}
+
+inline Rowset Read(std::string_view bytes) {
+  return ReadRowset(std::as_bytes(std::span(bytes.data(), bytes.size())), "Lang.rs");
+}
+
+/// What the bytes hold, or "!" and why they are refused.
+inline std::string Outcome(std::string_view bytes) {
+  try {
+    return Shown(Read(bytes));
+  } catch (const Failure& failure) {
+    return (failure.number() == failure_number::kUnspecified ? "!" : "wrong number ") +
+           failure.description();
+  }
+}
+
+/// Every truncation and every byte with a bit turned over: a failure or a record set, within the
+/// bytes (a sanitizer watches). The number of those that were refused.
+inline std::size_t RefusedDamage(const std::string& bytes) {
+  std::size_t refused = 0;
+  for (std::size_t at = 0; at < bytes.size(); ++at) {
+    refused += Outcome(std::string(bytes.data(), at))[0] == '!';
+    for (const int bit : {0, 3, 7}) {
+      std::string damaged = bytes;
+      damaged[at] = static_cast<char>(damaged[at] ^ (1 << bit));
+      refused += Outcome(damaged)[0] == '!';
+    }
+  }
+  return refused;
+}
+
+}  // namespace vok::recordset::test
