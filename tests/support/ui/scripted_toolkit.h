@@ -1,0 +1,39 @@
+// A toolkit without a screen: a test says beforehand what the user does in each window.
+#pragma once
+
+#include <deque>
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "ui/toolkit.h"
+
+namespace vok::test {
+
+/// Each window that is shown takes the next of `in_window`, and is closed after it.
+class ScriptedToolkit : public Toolkit {
+ public:
+  void ShowModal(Form& form) override {
+    shown.push_back(form.Name);
+    form.Visible = true;
+    if (!in_window.empty()) {
+      const auto act = in_window.front();
+      in_window.pop_front();
+      act(form);
+    }
+    form.Visible = false;
+  }
+  std::string PickFile(const FileDialog& dialog) override {
+    dialogs.push_back(dialog);
+    return picked;
+  }
+  void ShowHelp(const std::string& help_file) override { help.push_back(help_file); }
+
+  std::deque<std::function<void(Form&)>> in_window;
+  std::string picked;
+  std::vector<std::string> shown;
+  std::vector<FileDialog> dialogs;
+  std::vector<std::string> help;
+};
+
+}  // namespace vok::test

@@ -1,0 +1,97 @@
+#include "ui/frm_liniar_dates.h"
+
+#include <charconv>
+#include <cmath>
+
+#include "component/reports/error_report.h"
+#include "env/string_table.h"
+#include "env/text_numbers.h"
+#include "platform/failure.h"
+#include "platform/text.h"
+#include "ui/controls.h"
+
+namespace vok {
+namespace {
+
+constexpr char kConfirmed[] = "1";
+
+/// The value of a text that is a number as a whole.
+std::optional<double> NumberIn(const std::string& text) {
+  const std::string_view digits = TrimBlanks(text);
+  double value = 0;
+  const char* end = digits.data() + digits.size();
+  const auto read = std::from_chars(digits.data(), end, value);
+  if (read.ec != std::errc() || read.ptr != end) return std::nullopt;
+  return value;
+}
+
+}  // namespace
+
+frmLiniarDates::frmLiniarDates(const WindowServices& services)
+    : services_(services),
+      form_("frmLiniarDates", std::to_string(text_number::kLinearDatesWindow)) {
+  AddControls();
+  form_.On(FormEvent::kChanged, "txtDate", [this](int index) { DateChanged(index); });
+  form_.On(FormEvent::kChanged, "txtP1", [this](int) { PeriodChanged("txtP1", run_.first); });
+  form_.On(FormEvent::kChanged, "txtP2", [this](int) { PeriodChanged("txtP2", run_.last); });
+  form_.On(FormEvent::kClicked, "cmdOk", [this](int) { Ok(); });
+  form_.On(FormEvent::kClicked, "cmdCancel", [this](int) { form_.Visible = false; });
+}
+
+void frmLiniarDates::AddControls() {
+  AddLabel(form_, "lblInterval", text_number::kInterval);
+  AddField(form_, ControlType::kListBox, "lstInterval");
+  AddLabel(form_, "lblAnchor", text_number::kAnchorDate);
+  AddField(form_, ControlType::kTextBox, {"txtDate", 0});
+  AddLabel(form_, "lblEnd", text_number::kEndDate);
+  AddField(form_, ControlType::kTextBox, {"txtDate", 1});
+  AddLabel(form_, "lblP1", text_number::kFirstPeriod);
+  AddField(form_, ControlType::kTextBox, "txtP1");
+  AddLabel(form_, "lblP2", text_number::kLastPeriod);
+  AddField(form_, ControlType::kTextBox, "txtP2");
+  AddButton(form_, "cmdOk", text_number::kOk);
+  AddButton(form_, "cmdCancel", text_number::kCancel);
+  form_.SetList("lstInterval",
+                {StringTableText(text_number::kMonth), StringTableText(text_number::kQuarter),
+                 StringTableText(text_number::kHalfYear), StringTableText(text_number::kYear)});
+  form_.Choose("lstInterval", kMonths);
+}
+
+void frmLiniarDates::DateChanged(int index) {
+  const Locale& locale = services_.host.locale;
+  Date& date = index == 0 ? run_.anchor : run_.end;
+  const auto typed = locale.ParseDate(form_.Text({"txtDate", index}));
+  date = typed ? ThroughShortDate(locale, *typed) : Date{};
+}
+
+void frmLiniarDates::PeriodChanged(const char* field, int16_t& number) {
+  number = 0;
+  if (form_.Text(field).empty()) return;
+  const auto value = NumberIn(form_.Text(field));
+  if (value && *value > 0 && *value < kPeriodCount + 1) {
+    number = static_cast<int16_t>(std::nearbyint(*value));
+  } else {
+    form_.SetText(field, "");
+  }
+}
+
+void frmLiniarDates::Ok() {
+  form_.Tag = kConfirmed;
+  form_.Visible = false;
+  run_.interval = form_.At("lstInterval").ListIndex;
+  run_.today = services_.host.clock.Now();
+  try {
+    FillLinearDates(run_, services_.host.locale, FromDateArr, UntilDateArr);
+  } catch (...) {
+    ShowErrorReport(services_.host, CurrentFailure(),
+                    {.FunctionName = "cmdOk_Click", .ModuleName = "frmLiniarDates"});
+  }
+}
+
+bool frmLiniarDates::ShowForm() {
+  services_.load_texts(form_);
+  services_.toolkit.ShowModal(form_);
+  return NumberIn(form_.Tag) == 1.0;
+}
+
+}  // namespace vok

@@ -1,0 +1,196 @@
+#include "ui/period_dates.h"
+
+#include <array>
+#include <cstdio>
+
+#include "env/string_table.h"
+#include "env/text_numbers.h"
+#include "ui/controls.h"
+#include "ui/frm_liniar_dates.h"
+#include "ui/messages.h"
+
+namespace vok {
+namespace {
+
+constexpr char kFrom[] = "txtDate1";
+constexpr char kUntil[] = "txtDate2";
+constexpr char kOpening[] = "CheckItraPticha";
+
+std::string DayMonthYear(Date date) {
+  std::array<char, 40> text{};
+  std::snprintf(text.data(), text.size(), "%02d/%02d/%04d", date.Day(), date.Month(), date.Year());
+  return text.data();
+}
+
+}  // namespace
+
+PeriodDates::PeriodDates(const WindowServices& services, Form& form)
+    : services_(services), locale_(services.host.locale), form_(form) {
+  AddLabel(form_, "lblPeriodName", text_number::kPeriodName);
+  AddLabel(form_, "lblFromDate", text_number::kFromDate);
+  AddLabel(form_, "lblUntilDate", text_number::kUntilDate);
+  AddLabel(form_, "lblItraPticha", text_number::kOpeningBalance);
+  for (int row = 0; row < kPeriodCount; ++row) AddRow(row);
+  AddCheckBox(form_, "chkFromD", text_number::kFromMonthStart);
+  AddCheckBox(form_, "chkUntilD", text_number::kUntilMonthEnd);
+  AddButton(form_, "cmdCleanDates", text_number::kCleanDates, text_number::kTipCleanDates);
+  AddButton(form_, "cmdAutoFill", text_number::kAutoFill, text_number::kTipAutoFill);
+  AddRules();
+}
+
+void PeriodDates::AddRow(int row) {
+  AddField(form_, ControlType::kTextBox, {"TextPeriod", row});
+  AddField(form_, ControlType::kTextBox, {kFrom, row});
+  AddField(form_, ControlType::kTextBox, {kUntil, row});
+  AddCheckBox(form_, {kOpening, row}, 0, text_number::kTipOpeningBalance);
+  AddButton(form_, {"Comupd", row}, text_number::kUpdate, text_number::kTipUpdate).Enabled = false;
+}
+
+void PeriodDates::AddRules() {
+  using enum FormEvent;
+  form_.On(kChanged, kFrom, [this](int row) { FromChanged(row); });
+  form_.On(kChanged, kUntil, [this](int row) { UntilChanged(row); });
+  form_.On(kLeft, kFrom, [this](int row) { FromLeft(row); });
+  form_.On(kLeft, kUntil, [this](int row) { UntilLeft(row); });
+  form_.On(kClicked, kOpening, [this](int row) { ApplyOpeningBalance(row); });
+  form_.On(kClicked, "Comupd", [this](int row) { Normalize(row); });
+  form_.On(kClicked, "chkFromD",
+           [this](int) { FromMonthStart = form_.At("chkFromD").Value >= kChecked; });
+  form_.On(kClicked, "chkUntilD",
+           [this](int) { UntilMonthEnd = form_.At("chkUntilD").Value >= kChecked; });
+  form_.On(kClicked, "cmdCleanDates", [this](int) { CleanDates(); });
+  form_.On(kClicked, "cmdAutoFill", [this](int) { AutoFill(); });
+}
+
+void PeriodDates::Load() {
+  form_.Raise(FormEvent::kClicked, "chkFromD");
+  form_.Raise(FormEvent::kClicked, "chkUntilD");
+}
+
+std::optional<Date> PeriodDates::DateIn(const char* field, int row) const {
+  return locale_.ParseDate(form_.Text({field, row}));
+}
+
+Date PeriodDates::SnappedFrom(Date date) const {
+  return FromMonthStart ? Date::FromCivil(date.Year(), date.Month(), 1) : date;
+}
+
+Date PeriodDates::SnappedUntil(Date date) const {
+  return UntilMonthEnd ? Date::FromCivil(date.Year(), date.Month() + 1, 0) : date;
+}
+
+void PeriodDates::FromChanged(int row) {
+  FromDates(row + 1) = DateIn(kFrom, row).value_or(Date{});
+  ApplyOpeningBalance(row);
+}
+
+void PeriodDates::UntilChanged(int row) {
+  UntilDates(row + 1) = DateIn(kUntil, row).value_or(Date{});
+}
+
+void PeriodDates::FromLeft(int row) {
+  const auto from = DateIn(kFrom, row);
+  const auto until = DateIn(kUntil, row);
+  if (from && until) {
+    if (*until < *from) {
+      ShowMessage(services_, StringTableText(text_number::kNotValidDate));
+      form_.SetText({kFrom, row}, "");
+    }
+    return;
+  }
+  if (form_.Text({kFrom, row}).empty()) return;
+  form_.At({"Comupd", row}).Enabled = true;
+  if (from) {
+    FromDates(row + 1) = SnappedFrom(*from);
+    form_.SetText({kFrom, row}, locale_.ShortDate(FromDates(row + 1)));
+    return;
+  }
+  form_.SetText({kFrom, row}, locale_.DateText(Date{}));
+  form_.Focus = ControlId(kFrom, row);
+}
+
+void PeriodDates::UntilLeft(int row) {
+  if (form_.Text({kUntil, row}).empty()) return;
+  const auto until = DateIn(kUntil, row);
+  if (until) {
+    const Date date = UntilDates(row + 1) = SnappedUntil(*until);
+    form_.SetText({kUntil, row}, locale_.ShortDate(date));
+    const auto from = DateIn(kFrom, row);
+    if (!from || *from <= date) return;
+    ShowMessage(services_, StringTableText(text_number::kInvalidPeriodDate),
+                services_.host.component.executable_name, MessageIcon::kCritical);
+  }
+  form_.SetText({kUntil, row}, "");
+  form_.Focus = ControlId(kUntil, row);
+}
+
+void PeriodDates::ApplyOpeningBalance(int row) {
+  const auto from = DateIn(kFrom, row);
+  if (!from || !form_.IsChecked({kOpening, row})) return;
+  const std::string first_of_year = DayMonthYear(Date::FromCivil(from->Year(), 1, 1));
+  form_.SetText({kFrom, row}, locale_.DateText(DateOf(locale_, first_of_year)));
+}
+
+void PeriodDates::Normalize(int row) {
+  if (const auto from = DateIn(kFrom, row)) {
+    form_.SetText({kFrom, row}, locale_.ShortDate(SnappedFrom(*from)));
+  }
+  if (const auto until = DateIn(kUntil, row)) {
+    form_.SetText({kUntil, row}, locale_.ShortDate(SnappedUntil(*until)));
+  }
+}
+
+void PeriodDates::CleanDates() {
+  for (int row = 0; row < kPeriodCount; ++row) {
+    form_.SetText({kFrom, row}, "");
+    form_.SetText({kUntil, row}, "");
+    form_.SetValue({kOpening, row}, kUnchecked);
+  }
+}
+
+void PeriodDates::AutoFill() {
+  {
+    frmLiniarDates wizard(services_);
+    wizard.FromDateArr = FromDates;
+    wizard.UntilDateArr = UntilDates;
+    if (wizard.ShowForm()) {
+      FromDates = wizard.FromDateArr;
+      UntilDates = wizard.UntilDateArr;
+    }
+  }
+  for (int row = 0; row < kPeriodCount; ++row) {
+    form_.SetText({kFrom, row}, locale_.ShortDate(FromDates(row + 1)));
+    form_.SetText({kUntil, row}, locale_.ShortDate(UntilDates(row + 1)));
+    form_.At({"Comupd", row}).Enabled = true;
+  }
+}
+
+PeriodSet PeriodDates::Read() const {
+  const auto date_in = [this](const char* field, int row) {
+    const std::string& text = form_.Text({field, row});
+    return text.empty() ? Date{} : DateOf(locale_, text);
+  };
+  PeriodSet set;
+  for (int row = 0; row < kPeriodCount; ++row) {
+    set.Period(row + 1) = {form_.Text({"TextPeriod", row}), date_in(kFrom, row),
+                           date_in(kUntil, row), form_.IsChecked({kOpening, row})};
+  }
+  return set;
+}
+
+void PeriodDates::Show(const PeriodSet& set) {
+  const auto text_of = [this](Date date) {
+    return date.IsZero() ? std::string() : locale_.DateText(date);
+  };
+  for (int row = 0; row < kPeriodCount; ++row) {
+    const PeriodEntry& period = set.Period(row + 1);
+    // A box of the set shown before must not move this one's from date.
+    form_.SetValue({kOpening, row}, kUnchecked);
+    form_.SetText({"TextPeriod", row}, period.PeriodName);
+    form_.SetText({kFrom, row}, text_of(period.FromDate));
+    form_.SetText({kUntil, row}, text_of(period.UntilDate));
+    form_.SetValue({kOpening, row}, period.IncludeOpenBalance ? kChecked : kUnchecked);
+  }
+}
+
+}  // namespace vok

@@ -1,0 +1,59 @@
+// The twelve period rows of the main query window: how typed dates are accepted, brought into form
+// and checked, and the commands that fill and empty them.
+//
+// Controls, each an array of twelve: `TextPeriod` (name), `txtDate1` (from), `txtDate2` (until),
+// `CheckItraPticha` (includes the opening balance), `Comupd` (brings the row's dates to the start
+// and end of their months, as far as the boxes below ask for it). One for all: the boxes `chkFromD`
+// and `chkUntilD`, the commands `cmdCleanDates` and `cmdAutoFill`.
+//
+// What is refused is refused in its field, with a message or with the focus; nothing fails.
+#pragma once
+
+#include "settings/records.h"
+#include "ui/date_list.h"
+#include "ui/toolkit.h"
+
+namespace vok {
+
+class PeriodDates {
+ public:
+  /// Adds the controls and their rules to the form, which goes with this object.
+  PeriodDates(const WindowServices& services, Form& form);
+  PeriodDates(const PeriodDates&) = delete;
+  PeriodDates& operator=(const PeriodDates&) = delete;
+
+  /// The dates of the rows as far as their texts are dates; row i has period number i + 1.
+  DateList FromDates;
+  DateList UntilDates;
+  bool FromMonthStart = false;
+  bool UntilMonthEnd = false;
+
+  /// Takes the flags from the boxes. Part of the form's load.
+  void Load();
+
+  /// The rows as a period set without a name. Failure 13 for a text that is no date.
+  PeriodSet Read() const;
+  void Show(const PeriodSet& set);
+
+ private:
+  void AddRow(int row);
+  void AddRules();
+  void FromChanged(int row);
+  void UntilChanged(int row);
+  void FromLeft(int row);
+  void UntilLeft(int row);
+  void ApplyOpeningBalance(int row);
+  void Normalize(int row);
+  void CleanDates();
+  void AutoFill();
+
+  std::optional<Date> DateIn(const char* field, int row) const;
+  Date SnappedFrom(Date date) const;
+  Date SnappedUntil(Date date) const;
+
+  const WindowServices& services_;
+  const Locale& locale_;
+  Form& form_;
+};
+
+}  // namespace vok
