@@ -1,7 +1,10 @@
 #include "cli/command.h"
 
+#include "env/directories.h"
 #include "env/environment.h"
 #include "platform/failure.h"
+#include "settings/schema.h"
+#include "settings/store.h"
 
 namespace vok::cli {
 
@@ -14,6 +17,19 @@ void FindDatabase(Session& session) {
                 "Database not Found: " + host.files.NativePath(database) +
                     "; make it with vokcube settings import, or name another folder with "
                     "--settings-folder");
+}
+
+void PrepareDatabase(Session& session) {
+  const Host& host = session.host();
+  Environment& environment = session.publics().environment;
+  FindSettingsFolder(host, environment);
+  if (!host.files.IsDirectory(environment.SettingsFolder)) {
+    MakeDirectories(host, environment.SettingsFolder);
+  }
+  if (host.files.Exists(SettingsDatabase(environment.SettingsFolder))) {
+    OpenSettings(host, environment);  // one that cannot be used ends here, told once
+  }
+  CreateDB(host, environment, environment.SettingsFolder);
 }
 
 }  // namespace vok::cli

@@ -37,12 +37,16 @@ struct CommonOptions {
 /// Finds the settings folder. Failure 1111 when there is no settings database in it.
 void FindDatabase(Session& session);
 
+/// Finds the settings folder; makes it and its database where they are missing.
+void PrepareDatabase(Session& session);
+
 /// Each takes the program and the common options, which outlive the parse. The command's work is
 /// done by the callback of its subcommand, which throws `Failure`.
 void AddRunCommand(CLI::App& app, const CommonOptions& common);
 void AddSetsCommand(CLI::App& app, const CommonOptions& common);
 void AddInfoCommand(CLI::App& app, const CommonOptions& common);
 void AddSettingsCommand(CLI::App& app, const CommonOptions& common);
+void AddPeriodsCommand(CLI::App& app, const CommonOptions& common);
 void AddCubeCommand(CLI::App& app, const CommonOptions& common);
 void AddMdxCommand(CLI::App& app, const CommonOptions& common);
 

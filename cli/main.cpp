@@ -94,6 +94,7 @@ int Main(int argc, char** argv) {
   AddSetsCommand(app, common);
   AddInfoCommand(app, common);
   AddSettingsCommand(app, common);
+  AddPeriodsCommand(app, common);
   AddCubeCommand(app, common);
   AddMdxCommand(app, common);
   try {

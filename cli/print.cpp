@@ -1,6 +1,7 @@
 #include "cli/print.h"
 
 #include <array>
+#include <charconv>
 #include <cmath>
 #include <cstdio>
 
@@ -22,6 +23,23 @@ std::string IsoDateTime(Date date) {
   std::snprintf(text.data(), text.size(), "T%02d:%02d:%02d", seconds / 3600, seconds / 60 % 60,
                 seconds % 60);
   return IsoDate(Date{day}) + text.data();
+}
+
+std::optional<Date> ParseIsoDate(std::string_view text) {
+  if (text.size() != 10 || text[4] != '-' || text[7] != '-') return std::nullopt;
+  const auto number = [&](std::size_t at, std::size_t length) {
+    int value = -1;
+    const char* end = text.data() + at + length;
+    const auto result = std::from_chars(text.data() + at, end, value);
+    return result.ptr == end ? value : -1;
+  };
+  const int year = number(0, 4);
+  const int month = number(5, 2);
+  const int day = number(8, 2);
+  if (year < 100 || month < 1 || month > 12 || day < 1) return std::nullopt;
+  const Date date = Date::FromCivil(year, month, day);
+  if (date.Month() != month || date.Day() != day) return std::nullopt;
+  return date;
 }
 
 }  // namespace vok::cli

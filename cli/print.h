@@ -1,7 +1,9 @@
-// Values as the command line prints them, the same in every country.
+// Values as the command line prints and reads them, the same in every country.
 #pragma once
 
+#include <optional>
 #include <string>
+#include <string_view>
 
 #include "platform/date.h"
 
@@ -11,5 +13,8 @@ namespace vok::cli {
 std::string IsoDate(Date date);
 /// "2024-01-31T16:32:10".
 std::string IsoDateTime(Date date);
+
+/// The date that "2024-01-31" means; nothing for a text of another form and for no date.
+std::optional<Date> ParseIsoDate(std::string_view text);
 
 }  // namespace vok::cli

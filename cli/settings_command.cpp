@@ -5,12 +5,9 @@
 
 #include "cli/command.h"
 #include "cli/settings_document.h"
-#include "env/directories.h"
 #include "env/environment.h"
 #include "platform/failure.h"
 #include "settings/all_sets.h"
-#include "settings/schema.h"
-#include "settings/store.h"
 #include "settings/writer.h"
 
 namespace vok::cli {
@@ -34,20 +31,6 @@ void RefuseDoubleNames(const Locale& locale, const Sets& sets, const std::string
       }
     }
   }
-}
-
-/// Makes the settings folder and its database where they are missing.
-void PrepareDatabase(Session& session) {
-  const Host& host = session.host();
-  Environment& environment = session.publics().environment;
-  FindSettingsFolder(host, environment);
-  if (!host.files.IsDirectory(environment.SettingsFolder)) {
-    MakeDirectories(host, environment.SettingsFolder);
-  }
-  if (host.files.Exists(SettingsDatabase(environment.SettingsFolder))) {
-    OpenSettings(host, environment);  // one that cannot be used ends here, told once
-  }
-  CreateDB(host, environment, environment.SettingsFolder);
 }
 
 void Import(const CommonOptions& common, const std::string& path) {

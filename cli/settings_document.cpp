@@ -1,7 +1,6 @@
 #include "cli/settings_document.h"
 
 #include <algorithm>
-#include <charconv>
 #include <initializer_list>
 #include <nlohmann/json.hpp>
 #include <optional>
@@ -73,18 +72,8 @@ std::string TextEntry(const Node& node, std::string_view name) {
 
 std::string NameEntry(const Node& node) {
   const std::string name = TextEntry(node, "SetName");
-  if (TrimBlanks(name).empty()) {
-    node.Fail(failure_number::kTypeMismatch, "needs a SetName that is not empty");
-  }
-  if (TrimBlanks(name) != name) {
-    node.Fail(failure_number::kTypeMismatch,
-              "is named " + Quoted(name) + "; remove the blanks around the name");
-  }
-  // A saved name is matched as a pattern: such a save would replace every set that it matches.
-  if (const auto at = name.find_first_of("*?#['"); at != std::string::npos) {
-    node.Fail(failure_number::kTypeMismatch,
-              "is named " + Quoted(name) + "; a name may not contain " + name[at] +
-                  " because saved names are found by pattern; choose another name");
+  if (const std::string problem = SetNameProblem(name); !problem.empty()) {
+    node.Fail(failure_number::kTypeMismatch, problem);
   }
   return name;
 }
@@ -106,23 +95,6 @@ int16_t CountEntry(const Node& node, std::string_view name) {
     entry->Fail(failure_number::kTypeMismatch, "must be a whole number from 0 to 32767");
   }
   return entry->json.get<int16_t>();
-}
-
-std::optional<Date> ParseIsoDate(std::string_view text) {
-  if (text.size() != 10 || text[4] != '-' || text[7] != '-') return std::nullopt;
-  const auto number = [&](std::size_t at, std::size_t length) {
-    int value = -1;
-    const char* end = text.data() + at + length;
-    const auto result = std::from_chars(text.data() + at, end, value);
-    return result.ptr == end ? value : -1;
-  };
-  const int year = number(0, 4);
-  const int month = number(5, 2);
-  const int day = number(8, 2);
-  if (year < 100 || month < 1 || month > 12 || day < 1) return std::nullopt;
-  const Date date = Date::FromCivil(year, month, day);
-  if (date.Month() != month || date.Day() != day) return std::nullopt;
-  return date;
 }
 
 Date DateEntry(const Node& node, std::string_view name) {
@@ -258,6 +230,19 @@ Json PrintPeriodSet(const PeriodSet& set) {
 }
 
 }  // namespace
+
+std::string SetNameProblem(const std::string& name) {
+  if (TrimBlanks(name).empty()) return "needs a SetName that is not empty";
+  if (TrimBlanks(name) != name) {
+    return "is named " + Quoted(name) + "; remove the blanks around the name";
+  }
+  // A saved name is matched as a pattern: such a save would replace every set that it matches.
+  if (const auto at = name.find_first_of("*?#['"); at != std::string::npos) {
+    return "is named " + Quoted(name) + "; a name may not contain " + name[at] +
+           " because saved names are found by pattern; choose another name";
+  }
+  return {};
+}
 
 SettingsDocument ParseSettingsDocument(std::string_view json, const std::string& origin) {
   const Json parsed = ParseJson(json, origin);

@@ -23,4 +23,7 @@ SettingsDocument ParseSettingsDocument(std::string_view json, const std::string&
 /// The document with every field written, indented by two blanks. A zero date is "".
 std::string PrintSettingsDocument(const SettingsDocument& document);
 
+/// What is wrong with a name to save a set under, as the end of a sentence; "" for nothing.
+std::string SetNameProblem(const std::string& name);
+
 }  // namespace vok::cli

@@ -57,6 +57,14 @@ expect 1 'there is no file "dates.csv"' cube build --schema "$data/schema.xml" -
   --output out.cub
 expect 1 "Check that the folder exists" cube build --schema "$data/schema.xml" --data "$data" \
   --output missing/out.cub
+expect 0 " 3  2024-03-01  2024-03-31" periods fill Run --interval month --from 2024-01-31 --first 1 \
+  --last 3 --settings-folder good
+expect 0 "12  2023-01-01  2023-12-31" periods fill run --interval year --until 2023-12-31 --first 12 \
+  --settings-folder good
+expect 1 "a name may not contain *" periods fill 'R*' --interval year --settings-folder good
+expect 2 "is no date; write it as" periods fill Run --interval year --from 31.12.2023
+expect 2 "not in {month,quarter" periods fill Run --interval week
+expect 2 "not in range" periods fill Run --interval year --last 13
 expect 2 "names no folder" info --settings-folder ""
 expect 2 "names no file, only a folder" run --data-source a --periods b --output missing/
 expect 2 "--output is required" run --data-source a --periods b

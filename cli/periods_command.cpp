@@ -1,0 +1,115 @@
+// vokcube periods fill: the dates of a period set, by month, quarter, half year or year.
+#include <algorithm>
+#include <iomanip>
+#include <iostream>
+#include <memory>
+
+#include "cli/command.h"
+#include "cli/print.h"
+#include "cli/settings_document.h"
+#include "platform/failure.h"
+#include "settings/all_sets.h"
+#include "settings/writer.h"
+#include "ui/linear_dates.h"
+
+namespace vok::cli {
+namespace {
+
+struct FillOptions {
+  std::string name;
+  std::string interval;
+  std::string from;
+  std::string until;
+  int16_t first = 0;
+  int16_t last = 0;
+};
+
+const std::vector<std::string> kIntervals = {"month", "quarter", "half-year", "year"};
+
+/// The saved set of that name, else a new one.
+PeriodSet SavedOrNew(const Host& host, const Environment& environment, const std::string& name) {
+  for (const PeriodSet& set : ReadAllPeriodSets(host, environment)) {
+    if (EqualNoCase(host.locale, set.SetName, name)) return set;
+  }
+  PeriodSet set;
+  set.SetName = name;
+  return set;
+}
+
+LinearDates RunOf(const FillOptions& options, Date today) {
+  LinearDates run;
+  run.interval = static_cast<int>(
+      std::find(kIntervals.begin(), kIntervals.end(), options.interval) - kIntervals.begin());
+  run.anchor = ParseIsoDate(options.from).value_or(Date{});
+  run.end = ParseIsoDate(options.until).value_or(Date{});
+  run.first = options.first;
+  run.last = options.last;
+  run.today = today;
+  return run;
+}
+
+void FillDates(PeriodSet& set, const LinearDates& run, const Locale& locale) {
+  DateList from;
+  DateList until;
+  for (int number = 1; number <= kPeriodCount; ++number) {
+    from(number) = set.Period(number).FromDate;
+    until(number) = set.Period(number).UntilDate;
+  }
+  FillLinearDates(run, locale, from, until);
+  for (int number = 1; number <= kPeriodCount; ++number) {
+    set.Period(number).FromDate = from(number);
+    set.Period(number).UntilDate = until(number);
+  }
+}
+
+void Print(const PeriodSet& set) {
+  for (int number = 1; number <= kPeriodCount; ++number) {
+    const PeriodEntry& period = set.Period(number);
+    std::cout << std::setw(2) << number << "  " << std::setw(10) << IsoDate(period.FromDate) << "  "
+              << std::setw(10) << IsoDate(period.UntilDate) << "  " << period.PeriodName << '\n';
+  }
+}
+
+void Fill(const CommonOptions& common, const FillOptions& options) {
+  if (const std::string problem = SetNameProblem(options.name); !problem.empty()) {
+    throw Failure(failure_number::kInvalidCall, "The period set " + problem);
+  }
+  const auto session = common.NewSession();
+  const Host& host = session->host();
+  PrepareDatabase(*session);
+  const Environment& environment = session->publics().environment;
+  PeriodSet set = SavedOrNew(host, environment, options.name);
+  FillDates(set, RunOf(options, host.clock.Now()), host.locale);
+  SavePeriods(host, environment, set);
+  Print(set);
+}
+
+std::string IsDate(const std::string& text) {
+  return ParseIsoDate(text) ? "" : "\"" + text + "\" is no date; write it as 2024-01-31";
+}
+
+}  // namespace
+
+void AddPeriodsCommand(CLI::App& app, const CommonOptions& common) {
+  auto* command = app.add_subcommand("periods", "Fill the dates of a period set");
+  command->require_subcommand(1);
+  command->fallthrough();
+  const auto options = std::make_shared<FillOptions>();
+  auto* fill =
+      command->add_subcommand("fill", "Give a set's periods consecutive intervals and save it");
+  fill->add_option("NAME", options->name, "The saved set, or a new one")->required();
+  fill->add_option("--interval", options->interval, "month, quarter, half-year or year")
+      ->required()
+      ->check(CLI::IsMember(kIntervals));
+  fill->add_option("--from", options->from, "A day of the first month; periods follow it")
+      ->check(IsDate, "", "");
+  fill->add_option("--until", options->until, "A day of the last month; periods lead up to it")
+      ->check(IsDate, "", "");
+  fill->add_option("--first", options->first, "First period to fill (1)")
+      ->check(CLI::Range(1, kPeriodCount));
+  fill->add_option("--last", options->last, "Last period to fill (12)")
+      ->check(CLI::Range(1, kPeriodCount));
+  fill->callback([&common, options] { Fill(common, *options); });
+}
+
+}  // namespace vok::cli
