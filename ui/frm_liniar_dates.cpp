@@ -8,6 +8,7 @@
 #include "env/text_numbers.h"
 #include "platform/failure.h"
 #include "platform/text.h"
+#include "ui/apply_language.h"
 #include "ui/controls.h"
 
 namespace vok {
@@ -89,7 +90,7 @@ void frmLiniarDates::Ok() {
 }
 
 bool frmLiniarDates::ShowForm() {
-  services_.load_texts(form_);
+  LoadTexts(services_.host, services_.publics, form_);
   services_.toolkit.ShowModal(form_);
   return NumberIn(form_.Tag) == 1.0;
 }

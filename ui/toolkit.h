@@ -2,7 +2,6 @@
 #pragma once
 
 #include <cstdint>
-#include <functional>
 #include <string>
 
 #include "component/publics.h"
@@ -38,8 +37,6 @@ struct WindowServices {
   const Host& host;
   Publics& publics;
   Toolkit& toolkit;
-  /// Puts the texts of the user's language into a window when it loads.
-  std::function<void(Form&)> load_texts;
 };
 
 }  // namespace vok

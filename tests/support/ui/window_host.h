@@ -20,7 +20,7 @@ struct WindowHost {
             memory.no_spreadsheet};
   Publics publics;
   ScriptedToolkit toolkit;
-  WindowServices services{host, publics, toolkit, [](Form&) {}};
+  WindowServices services{host, publics, toolkit};
 };
 
 }  // namespace vok::test
