@@ -35,11 +35,11 @@ class CsvScanner {
     return true;
   }
 
-  std::string Place() const { return path_ + ", line " + std::to_string(line_); }
+  std::string PlaceOf(uint64_t line) const { return path_ + ", line " + std::to_string(line); }
   uint64_t line() const { return line_; }
   std::size_t position() const { return at_; }
   std::size_t size() const { return text_.size(); }
-  Failure Bad(const std::string& what) const { return BadInput(Place(), what); }
+  Failure Bad(const std::string& what) const { return BadInput(PlaceOf(line_), what); }
 
  private:
   bool AtEnd() const { return at_ >= text_.size(); }
@@ -145,7 +145,7 @@ class CsvReader : public TableReader {
   }
 
   std::span<const Field> Fields() const override { return picked_; }
-  std::string Place() const override { return scanner_.Place(); }
+  std::string PlaceOf(uint64_t line) const override { return scanner_.PlaceOf(line); }
   uint64_t Line() const override { return scanner_.line(); }
 
   double Done() const override {

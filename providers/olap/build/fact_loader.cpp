@@ -9,6 +9,7 @@
 #include "providers/olap/build/bad_input.h"
 #include "providers/olap/build/fact_sorter.h"
 #include "providers/olap/build/member_tree.h"
+#include "providers/olap/build/read_ahead.h"
 #include "providers/olap/build/value_column.h"
 
 namespace vok::olap {
@@ -128,7 +129,7 @@ class Loader {
   }
 
   void ReadRows() {
-    const auto reader = source_.Open(cube_.fact_table, columns_);
+    const auto reader = ReadAhead(source_.Open(cube_.fact_table, columns_));
     keys_ = std::make_shared<std::vector<Key>>();
     keys_->reserve(reader->RowEstimate());
     for (ValueColumn& column : *values_) column.Reserve(reader->RowEstimate());

@@ -51,6 +51,7 @@ void KeyMap::MakeDense() {
   for (const auto& [key, number] : integers_) {
     dense_[static_cast<std::size_t>(key - dense_begin_)] = number;
   }
+  integers_ = {};
 }
 
 uint32_t KeyMap::Find(std::string_view key) const {

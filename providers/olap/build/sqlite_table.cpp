@@ -106,7 +106,9 @@ class SqliteReader : public TableReader {
   }
 
   std::span<const Field> Fields() const override { return fields_; }
-  std::string Place() const override { return where_ + ", row " + std::to_string(row_); }
+  std::string PlaceOf(uint64_t row) const override {
+    return where_ + ", row " + std::to_string(row);
+  }
   uint64_t Line() const override { return row_; }
   double Done() const override {
     return row_count_ == 0 ? 1 : static_cast<double>(row_) / static_cast<double>(row_count_);

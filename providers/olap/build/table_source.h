@@ -27,9 +27,10 @@ class TableReader {
   /// The current row, in the order of the columns asked for. Valid until the next call of `Next`.
   virtual std::span<const Field> Fields() const = 0;
   /// "/data/orders.csv, line 12".
-  virtual std::string Place() const = 0;
-  /// The current line or row, as `Place` names it.
+  virtual std::string PlaceOf(uint64_t line) const = 0;
+  /// The current line or row.
   virtual uint64_t Line() const = 0;
+  std::string Place() const { return PlaceOf(Line()); }
   /// How far the reading is, 0 to 1.
   virtual double Done() const = 0;
   /// A guess at the number of rows, never far too small.

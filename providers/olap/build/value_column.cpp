@@ -23,7 +23,7 @@ bool Shift(int64_t& number, int places) {
 
 bool ValueColumn::Add(const Field& field) {
   if (aggregator_ == Aggregator::kCount) {
-    values_.push_back(field.is_null ? 0 : 1);
+    values_.Add(field.is_null ? 0 : 1);
     return true;
   }
   if (field.is_null) {
@@ -32,7 +32,7 @@ bool ValueColumn::Add(const Field& field) {
   }
   if (aggregator_ == Aggregator::kDistinctCount) {
     const auto known = different_.Insert(field.text, different_count_);
-    values_.push_back(known ? *known : different_count_++);
+    values_.Add(known ? *known : different_count_++);
   } else if (!AddNumber(field.text)) {
     return false;
   }
@@ -46,7 +46,7 @@ void ValueColumn::AddNull() {
     nulls_.resize(values_.size());
   }
   nulls_.push_back(true);
-  values_.push_back(0);
+  values_.Add(0);
 }
 
 bool ValueColumn::AddNumber(std::string_view text) {
@@ -56,7 +56,7 @@ bool ValueColumn::AddNumber(std::string_view text) {
     int64_t number = decimal.number;
     if (decimal.fit == NumberFit::kDecimal && RaiseScale(decimal.scale) &&
         Shift(number, scale_ - decimal.scale)) {
-      values_.push_back(number);
+      values_.Add(number);
       return true;
     }
     TurnIntoDoubles();
@@ -65,25 +65,28 @@ bool ValueColumn::AddNumber(std::string_view text) {
   if (text[0] == '+') text.remove_prefix(1);
   const auto error = std::from_chars(text.data(), text.data() + text.size(), value).ec;
   if (error != std::errc()) return false;
-  values_.push_back(std::bit_cast<int64_t>(value));
+  values_.Add(std::bit_cast<int64_t>(value));
   return true;
 }
 
 bool ValueColumn::RaiseScale(uint8_t scale) {
   if (scale <= scale_) return true;
   const int places = scale - scale_;
-  const bool fits = std::all_of(values_.begin(), values_.end(),
-                                [places](int64_t value) { return Shift(value, places); });
-  if (!fits) return false;
-  for (int64_t& value : values_) Shift(value, places);
+  for (std::size_t row = 0; row < values_.size(); ++row) {
+    int64_t value = values_.At(row);
+    if (!Shift(value, places)) return false;
+  }
+  values_.Replace([places](int64_t value) {
+    Shift(value, places);
+    return value;
+  });
   scale_ = scale;
   return true;
 }
 
 void ValueColumn::TurnIntoDoubles() {
-  for (std::size_t row = 0; row < values_.size(); ++row) {
-    values_[row] = std::bit_cast<int64_t>(NearestDouble(values_[row], scale_));
-  }
+  values_.Replace(
+      [this](int64_t value) { return std::bit_cast<int64_t>(NearestDouble(value, scale_)); });
   kind_ = ValueKind::kDouble;
   scale_ = 0;
 }
@@ -91,7 +94,10 @@ void ValueColumn::TurnIntoDoubles() {
 ValueFormat ValueColumn::Format() const {
   Int128 total = 0;
   if (kind_ == ValueKind::kDecimal) {
-    for (const int64_t value : values_) total += value < 0 ? -Int128{value} : Int128{value};
+    for (std::size_t row = 0; row < values_.size(); ++row) {
+      const Int128 value = values_.At(row);
+      total += value < 0 ? -value : value;
+    }
   }
   return {kind_, scale_, total <= std::numeric_limits<int64_t>::max(), !nulls_.empty()};
 }
@@ -111,16 +117,19 @@ int64_t ValueColumn::Joined(int64_t a, int64_t b) const {
 
 void ValueColumn::Arrange(const std::vector<uint32_t>& order, const std::vector<uint32_t>& starts) {
   const std::size_t cells = starts.size() - 1;
-  std::vector<int64_t> values(cells);
+  IntegerColumn values;
+  values.Reserve(cells);
   std::vector<bool> nulls(nulls_.empty() ? 0 : cells);
   for (std::size_t cell = 0; cell < cells; ++cell) {
     bool is_null = true;
+    int64_t value = 0;
     for (uint32_t place = starts[cell]; place < starts[cell + 1]; ++place) {
       const uint32_t row = order[place];
       if (IsNull(row)) continue;
-      values[cell] = is_null ? values_[row] : Joined(values[cell], values_[row]);
+      value = is_null ? values_.At(row) : Joined(value, values_.At(row));
       is_null = false;
     }
+    values.Add(value);
     if (is_null) nulls[cell] = true;
   }
   values_ = std::move(values);

@@ -6,6 +6,7 @@
 #include <string_view>
 #include <vector>
 
+#include "providers/olap/build/integer_column.h"
 #include "providers/olap/build/key_map.h"
 #include "providers/olap/build/table_source.h"
 #include "providers/olap/storage/format.h"
@@ -20,7 +21,7 @@ class ValueColumn {
  public:
   explicit ValueColumn(Aggregator aggregator) : aggregator_(aggregator) {}
 
-  void Reserve(uint64_t rows) { values_.reserve(rows); }
+  void Reserve(uint64_t rows) { values_.Reserve(rows); }
   /// False when the text is no number, or one that no double holds.
   bool Add(const Field& field);
 
@@ -31,7 +32,7 @@ class ValueColumn {
   /// Whether joining values loses nothing.
   bool CanJoin() const;
 
-  int64_t At(uint64_t row) const { return values_[row]; }
+  int64_t At(uint64_t row) const { return values_.At(row); }
   bool IsNull(uint64_t row) const { return !nulls_.empty() && nulls_[row]; }
 
  private:
@@ -44,7 +45,7 @@ class ValueColumn {
   Aggregator aggregator_;
   ValueKind kind_ = ValueKind::kDecimal;
   uint8_t scale_ = 0;
-  std::vector<int64_t> values_;
+  IntegerColumn values_;
   std::vector<bool> nulls_;  // empty while there is none
   KeyMap different_;         // only for a count of different values
   uint32_t different_count_ = 0;
