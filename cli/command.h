@@ -8,7 +8,7 @@
 
 #include "component/cl_me.h"
 #include "component/publics.h"
-#include "hosts/portable/portable_host.h"
+#include "hosts/system/system_host.h"
 
 namespace vok::cli {
 
@@ -22,7 +22,7 @@ class Session {
   clMe& me() { return me_; }
 
  private:
-  portable::PortableHost host_;
+  SystemHost host_;
   Publics publics_;
   clMe me_{host_.host(), publics_};
 };

@@ -18,7 +18,7 @@ void AddCommonOptions(CLI::App& app, CommonOptions& common) {
          [&common](const std::string& folder) {
            if (folder.empty()) throw CLI::ValidationError("--settings-folder", "names no folder");
            const auto path = std::filesystem::absolute(folder).lexically_normal();
-           common.settings_folder = path.has_filename() ? path : path.parent_path();
+           common.settings_folder = (path.has_filename() ? path : path.parent_path()).string();
          },
          "Folder of the settings database and the logs (instead of the registry's value)")
       ->type_name("DIR");

@@ -5,7 +5,7 @@
 
 #include "component/cl_me.h"
 #include "component/publics.h"
-#include "hosts/portable/portable_host.h"
+#include "hosts/system/system_host.h"
 
 namespace vokcubeq17 {
 namespace {
@@ -26,7 +26,7 @@ class HandlerMessageBoxes : public vok::MessageBoxes {
 
 struct Process {
   HandlerMessageBoxes message_boxes;
-  vok::portable::PortableHost host{"", &message_boxes};
+  vok::SystemHost host{"", &message_boxes};
   vok::Publics publics;
   vok::clMe me{host.host(), publics};
 };

@@ -22,7 +22,9 @@ class FolderLock {
   ~FolderLock();
 
  private:
-  int folder_ = -1;
+  static constexpr std::intptr_t kNone = -1;
+
+  std::intptr_t lock_ = kNone;  ///< the operating system's
 };
 
 }  // namespace vok

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <climits>
+#include <filesystem>
 #include <utility>
 
 #include "platform/failure.h"
@@ -36,9 +37,9 @@ bool IsJetFile(const MappedFile& file) {
   });
 }
 
-// The store takes some names for more than a path: none of them begins with "/" or "./".
+// The store takes some names for more than a path: none of them is absolute or begins with "./".
 std::string PlainPath(const std::string& native) {
-  return native.starts_with('/') ? native : "./" + native;
+  return std::filesystem::path(native).is_absolute() ? native : "./" + native;
 }
 
 void CheckExists(const Files& files, const std::string& path) {

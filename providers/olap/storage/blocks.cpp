@@ -1,5 +1,6 @@
 #include "providers/olap/storage/blocks.h"
 
+#define XXH_INLINE_ALL  // the header alone, no library
 #include <xxhash.h>
 
 #include <cstring>

@@ -5,10 +5,10 @@
 #include <vector>
 
 #include "platform/failure.h"
+#include "providers/command_line/overriding_registry.h"
 #include "providers/posix/file_registry.h"
 #include "providers/posix/icu_locale.h"
 #include "providers/posix/ini_text.h"
-#include "providers/posix/overriding_registry.h"
 #include "providers/posix/posix_files.h"
 
 namespace vok {

@@ -1,4 +1,4 @@
-#include "providers/posix/overriding_registry.h"
+#include "providers/command_line/overriding_registry.h"
 
 #include <utility>
 

@@ -1,5 +1,5 @@
-// Puts the portable providers together: everything that the system needs, without a platform's own
-// objects.
+// Puts together what this operating system offers: the build takes hosts/portable or hosts/windows
+// for the work behind it.
 #pragma once
 
 #include <memory>
@@ -7,17 +7,17 @@
 
 #include "platform/host.h"
 
-namespace vok::portable {
+namespace vok {
 
 /// Owns the providers; the `Host` refers to them and lives no longer.
-class PortableHost {
+class SystemHost {
  public:
   /// `settings_folder` stands in for the registry's value; empty: the registry decides.
   /// `message_boxes` are the caller's and outlive this object; nullptr: printed to standard error.
-  explicit PortableHost(const std::string& settings_folder, MessageBoxes* message_boxes = nullptr);
-  ~PortableHost();
-  PortableHost(const PortableHost&) = delete;
-  PortableHost& operator=(const PortableHost&) = delete;
+  explicit SystemHost(const std::string& settings_folder, MessageBoxes* message_boxes = nullptr);
+  ~SystemHost();
+  SystemHost(const SystemHost&) = delete;
+  SystemHost& operator=(const SystemHost&) = delete;
 
   const Host& host() const;
 
@@ -26,4 +26,4 @@ class PortableHost {
   std::unique_ptr<Providers> providers_;
 };
 
-}  // namespace vok::portable
+}  // namespace vok

@@ -1,4 +1,4 @@
-#include "providers/posix/console_message_boxes.h"
+#include "providers/command_line/console_message_boxes.h"
 
 #include <string>
 

@@ -1,5 +1,3 @@
-#include "providers/sqlite/folder_lock.h"
-
 #include <fcntl.h>
 #include <sys/file.h>
 #include <unistd.h>
@@ -9,6 +7,7 @@
 #include <thread>
 #include <utility>
 
+#include "providers/sqlite/folder_lock.h"
 #include "providers/sqlite/store_failure.h"
 
 namespace vok {
@@ -24,14 +23,15 @@ std::string FolderOf(const std::string& file) {
 
 }  // namespace
 
-FolderLock::FolderLock(const std::string& file, Kind kind, int32_t seconds)
-    : folder_(::open(FolderOf(file).c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC)) {
-  if (folder_ < 0) return;
+FolderLock::FolderLock(const std::string& file, Kind kind, int32_t seconds) {
+  const int folder = ::open(FolderOf(file).c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+  if (folder < 0) return;
+  lock_ = folder;
   const int operation = (kind == Kind::kAlone ? LOCK_EX : LOCK_SH) | LOCK_NB;
   const auto end = steady_clock::now() + std::chrono::seconds(seconds);
-  while (::flock(folder_, operation) != 0 && (errno == EWOULDBLOCK || errno == EINTR)) {
+  while (::flock(folder, operation) != 0 && (errno == EWOULDBLOCK || errno == EINTR)) {
     if (seconds > 0 && steady_clock::now() >= end) {
-      ::close(folder_);
+      ::close(folder);
       ThrowUnusable(file, "another program held its folder locked for all of the " +
                               std::to_string(seconds) +
                               " seconds that were waited. Close that program, or try again.");
@@ -40,15 +40,15 @@ FolderLock::FolderLock(const std::string& file, Kind kind, int32_t seconds)
   }
 }
 
-FolderLock::FolderLock(FolderLock&& other) noexcept : folder_(std::exchange(other.folder_, -1)) {}
+FolderLock::FolderLock(FolderLock&& other) noexcept : lock_(std::exchange(other.lock_, kNone)) {}
 
 FolderLock& FolderLock::operator=(FolderLock&& other) noexcept {
-  std::swap(folder_, other.folder_);
+  std::swap(lock_, other.lock_);
   return *this;
 }
 
 FolderLock::~FolderLock() {
-  if (folder_ >= 0) ::close(folder_);
+  if (lock_ != kNone) ::close(static_cast<int>(lock_));
 }
 
 }  // namespace vok

@@ -1,15 +1,15 @@
-#include "hosts/portable/portable_host.h"
+#include "hosts/system/system_host.h"
 
 #include <dlfcn.h>
 
 #include <cstdio>
 #include <filesystem>
 
+#include "providers/command_line/console_message_boxes.h"
+#include "providers/command_line/overriding_registry.h"
 #include "providers/olap/cube_services.h"
-#include "providers/posix/console_message_boxes.h"
 #include "providers/posix/file_registry.h"
 #include "providers/posix/icu_locale.h"
-#include "providers/posix/overriding_registry.h"
 #include "providers/posix/posix_files.h"
 #include "providers/posix/system_clock.h"
 #include "providers/recordset/persisted_recordset.h"
@@ -17,7 +17,7 @@
 #include "providers/xlsx/xlsx_spreadsheet.h"
 #include "version.h"
 
-namespace vok::portable {
+namespace vok {
 namespace {
 
 /// Folder of the file that this code was loaded from: the shared library's, or the program's.
@@ -47,15 +47,15 @@ class PortableDatabase : public SqliteDatabase {
 ComponentInfo Component() {
   ComponentInfo info;
   info.folder = ComponentFolder();
-  info.major = kVersionMajor;
-  info.minor = kVersionMinor;
-  info.revision = kVersionRevision;
+  info.major = portable::kVersionMajor;
+  info.minor = portable::kVersionMinor;
+  info.revision = portable::kVersionRevision;
   return info;
 }
 
 }  // namespace
 
-struct PortableHost::Providers {
+struct SystemHost::Providers {
   Providers(const std::string& settings_folder, MessageBoxes* message_boxes)
       : locale(IcuLocale::NameFromEnvironment()),
         registry(files, locale, FileRegistry::FileFromEnvironment()),
@@ -85,11 +85,11 @@ struct PortableHost::Providers {
   Host host;
 };
 
-PortableHost::PortableHost(const std::string& settings_folder, MessageBoxes* message_boxes)
+SystemHost::SystemHost(const std::string& settings_folder, MessageBoxes* message_boxes)
     : providers_(std::make_unique<Providers>(settings_folder, message_boxes)) {}
 
-PortableHost::~PortableHost() = default;
+SystemHost::~SystemHost() = default;
 
-const Host& PortableHost::host() const { return providers_->host; }
+const Host& SystemHost::host() const { return providers_->host; }
 
-}  // namespace vok::portable
+}  // namespace vok

@@ -1,0 +1,19 @@
+// Texts at the operating system's edge: UTF-16 for its wide calls, the user's code page for its
+// ANSI ones.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace vok::windows {
+
+/// Bytes that are no UTF-8 become U+FFFD.
+std::wstring Utf16(std::string_view utf8);
+/// Halves of surrogate pairs that stand alone become U+FFFD.
+std::string Utf8(std::wstring_view utf16);
+
+/// In the user's code page; a character that it lacks becomes "?" or one that looks like it.
+std::string AnsiText(std::string_view utf8);
+std::string Utf8OfAnsi(std::string_view ansi);
+
+}  // namespace vok::windows
