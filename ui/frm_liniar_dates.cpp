@@ -3,13 +3,12 @@
 #include <charconv>
 #include <cmath>
 
-#include "component/reports/error_report.h"
 #include "env/string_table.h"
 #include "env/text_numbers.h"
-#include "platform/failure.h"
 #include "platform/text.h"
 #include "ui/apply_language.h"
 #include "ui/controls.h"
+#include "ui/messages.h"
 
 namespace vok {
 namespace {
@@ -81,12 +80,8 @@ void frmLiniarDates::Ok() {
   form_.Visible = false;
   run_.interval = form_.At("lstInterval").ListIndex;
   run_.today = services_.host.clock.Now();
-  try {
-    FillLinearDates(run_, services_.host.locale, FromDateArr, UntilDateArr);
-  } catch (...) {
-    ShowErrorReport(services_.host, CurrentFailure(),
-                    {.FunctionName = "cmdOk_Click", .ModuleName = "frmLiniarDates"});
-  }
+  RunReported(services_, {.FunctionName = "cmdOk_Click", .ModuleName = "frmLiniarDates"},
+              [this] { FillLinearDates(run_, services_.host.locale, FromDateArr, UntilDateArr); });
 }
 
 bool frmLiniarDates::ShowForm() {

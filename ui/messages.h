@@ -3,6 +3,7 @@
 
 #include <string>
 
+#include "component/reports/error_report.h"
 #include "ui/toolkit.h"
 
 namespace vok {
@@ -11,5 +12,17 @@ namespace vok {
 MessageAnswer ShowMessage(const WindowServices& services, const std::string& text,
                           const std::string& title = {}, MessageIcon icon = MessageIcon::kNone,
                           MessageButtons buttons = MessageButtons::kOk);
+
+/// Runs a procedure of a window; true when it ended well. A failure is reported as `report` says.
+template <typename Procedure>
+bool RunReported(const WindowServices& services, const ErrorReport& report, Procedure procedure) {
+  try {
+    procedure();
+    return true;
+  } catch (...) {
+    ShowErrorReport(services.host, CurrentFailure(), report);
+    return false;
+  }
+}
 
 }  // namespace vok

@@ -178,6 +178,16 @@ PeriodSet PeriodDates::Read() const {
   return set;
 }
 
+std::string PeriodDates::Entered() const {
+  std::string entered;
+  for (int row = 0; row < kPeriodCount; ++row) {
+    for (const char* field : {"TextPeriod", kFrom, kUntil})
+      entered += form_.Text({field, row}) + '\n';
+    entered += std::to_string(form_.At({kOpening, row}).Value);
+  }
+  return entered;
+}
+
 void PeriodDates::Show(const PeriodSet& set) {
   const auto text_of = [this](Date date) {
     return date.IsZero() ? std::string() : locale_.DateText(date);

@@ -34,6 +34,8 @@ class PeriodDates {
   /// The rows as a period set without a name. Failure 13 for a text that is no date.
   PeriodSet Read() const;
   void Show(const PeriodSet& set);
+  /// What the rows hold, as one text, to tell whether it changed.
+  std::string Entered() const;
 
  private:
   void AddRow(int row);

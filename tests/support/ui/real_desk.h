@@ -1,0 +1,114 @@
+// What the main window works on, all of it real but for the person and the clock: settings folder,
+// database, cube, workbooks in a temporary folder.
+#pragma once
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "providers/olap/cube_services.h"
+#include "providers/posix/icu_locale.h"
+#include "providers/posix/posix_files.h"
+#include "providers/sqlite/connection.h"
+#include "providers/sqlite/sqlite_database.h"
+#include "providers/xlsx/xlsx_spreadsheet.h"
+#include "tests/support/cubes/sample_cube.h"
+#include "tests/support/failing_files.h"
+#include "tests/support/memory_host.h"
+#include "tests/support/ui/scripted_toolkit.h"
+#include "ui/frm_periods.h"
+
+namespace vok::test {
+
+/// Waits a second for locks, whatever it is told, so that a test need not.
+class ImpatientDatabase : public SqliteDatabase {
+ public:
+  ImpatientDatabase(Files& files, const Locale& locale)
+      : SqliteDatabase(files, locale), files_(files), locale_(locale) {}
+  std::unique_ptr<Connection> NewConnection() override {
+    return std::make_unique<Impatient>(files_, locale_);
+  }
+
+ private:
+  struct Impatient : SqliteConnection {
+    using SqliteConnection::SqliteConnection;
+    void SetCommandTimeout(int32_t) override { SqliteConnection::SetCommandTimeout(1); }
+  };
+  Files& files_;
+  const Locale& locale_;
+};
+
+struct RealDesk {
+  RealDesk() {
+    BuildInto(folder, SampleLedger());
+    memory.registry.SetFolder(settings);
+    files.CreateDirectory(settings);
+  }
+
+  /// Does with the window what saves the data source "Sales" and the period set "Half 1".
+  void FillIn(Form& form) {
+    form.SetText("comboDataSource", "Sales");
+    form.SetText("txtVarnelMDB", "host.mdb");
+    toolkit.picked = Cube();
+    toolkit.in_window.emplace_back([](Form& selection) {
+      selection.Click("ComCubeFile");
+      selection.Click("cmdOk");
+    });
+    form.Click("cmdCube");
+    toolkit.in_window.emplace_back([](Form& option) {
+      for (int row = 0; row < kMoneySetCount; ++row) {
+        option.Choose({"CmbMeas", row}, 0);
+        option.Choose({"CmbQty", row}, 1);
+      }
+      option.Choose({"CmbMoney", 1}, 1);
+      option.Click({"chkCalc", 12});
+      option.SetText("txtCountMoney", "2");
+      option.Click("cmdOk");
+    });
+    form.Click({"ComMeasure", 3});
+    form.SetText("ComboPeriods", "Half 1");
+    form.Click("chkFromD");
+    form.Click("chkUntilD");
+    Enter(form, 0, "Spring", "15/1/2009", "10/3/2009");
+    Enter(form, 1, "Year", "5/4/2010", "1/6/2010");
+    form.Click({"CheckItraPticha", 1});
+  }
+  static void Enter(Form& form, int row, const char* name, const char* from, const char* until) {
+    form.SetText({"TextPeriod", row}, name);
+    form.SetText({"txtDate1", row}, from);
+    form.Leave({"txtDate1", row});
+    form.SetText({"txtDate2", row}, until);
+    form.Leave({"txtDate2", row});
+  }
+  std::unique_ptr<FrmPeriods> Open() {
+    auto window = std::make_unique<FrmPeriods>(host, publics, toolkit);
+    std::string host_database;
+    window->Initialize(host_database);
+    return window;
+  }
+  std::vector<MessageBox> TakeBoxes() { return std::exchange(memory.boxes.boxes, {}); }
+  std::string Cube() const { return folder.File("sample.cub"); }
+
+  TemporaryFolder folder;
+  std::string settings = folder.File("settings");
+  MemoryHost memory;
+  PosixFiles disk;
+  FailingFiles files{disk, Failure(failure_number::kDiskFull, "the disk is full")};
+  IcuLocale locale{"en_GB"};
+  ImpatientDatabase database{files, locale};
+  olap::OlapCubeServices cube{files, locale};
+  xlsx::XlsxSpreadsheet spreadsheet{files};
+  Host host{memory.host.component,
+            files,
+            memory.registry,
+            locale,
+            memory.clock,
+            memory.boxes,
+            database,
+            cube,
+            spreadsheet};
+  Publics publics;
+  ScriptedToolkit toolkit;
+};
+
+}  // namespace vok::test

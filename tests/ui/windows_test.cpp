@@ -1,0 +1,252 @@
+// The main query window and those that it opens, driven by the names of their controls alone.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <charconv>
+#include <fstream>
+
+#include "env/string_table.h"
+#include "settings/edited_sets.h"
+#include "settings/writer.h"
+#include "tests/support/ui/real_desk.h"
+#include "ui/frm_cube.h"
+#include "ui/frm_option.h"
+
+namespace vok {
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+
+constexpr char kProduct[] = "VokCubeQ17";
+
+MessageBox Box(const std::string& text, MessageIcon icon = MessageIcon::kExclamation,
+               MessageButtons buttons = MessageButtons::kOk) {
+  return {text, kProduct, icon, buttons, "", 0};
+}
+
+struct WindowsTest : testing::Test {
+  test::RealDesk desk;
+};
+
+TEST_F(WindowsTest, ASettingIsMadeSavedLoadedAndRun) {
+  const auto first = desk.Open();
+  Form& form = first->form();
+  EXPECT_EQ(form.Caption, "Query Cube to QEL [v16.8.28]");
+  desk.FillIn(form);
+  EXPECT_THAT(form.At("CmbObs").List, ElementsAre("Ledger1", "Ledger2"));
+  EXPECT_EQ(form.Text("CmbObs"), "Ledger1");
+  EXPECT_EQ(form.Text({"TextMeasure", 12}), "Amount");
+  form.Click("ComSaveSet");
+  EXPECT_THAT(desk.TakeBoxes(), IsEmpty());
+
+  const auto again = desk.Open();
+  Form& second = again->form();
+  EXPECT_THAT(second.At("comboDataSource").List, ElementsAre("Sales"));
+  second.Choose("comboDataSource", 0);
+  second.Choose("ComboPeriods", 0);
+  for (const Control& control : form.Controls()) {
+    if (control.Name.starts_with("chk")) continue;  // these two are not stored
+    EXPECT_EQ(second.At(control.Id()).Text, control.Text) << control.Name;
+    EXPECT_EQ(second.At(control.Id()).Value, control.Value) << control.Name;
+  }
+  EXPECT_EQ(second.Text({"txtDate1", 0}), "01/01/2009");
+  EXPECT_EQ(second.Text({"txtDate2", 0}), "31/03/2009");
+  EXPECT_EQ(second.Text({"txtDate1", 1}), "01/01/2010") << "with its opening balance";
+  EXPECT_EQ(second.Text({"txtDate1", 2}), "");
+  const auto stored = ReadEditedDataSource(desk.host, desk.publics.environment, "sales");
+  EXPECT_EQ(stored->CountMoney, 2);
+  EXPECT_EQ(stored->MoneySets[1].MoneySet, Value("NIS"));
+  EXPECT_TRUE(stored->MoneySets[2].MoneySet.IsNull());
+  EXPECT_EQ(stored->MoneySets[7].Qty, "Units");
+  EXPECT_TRUE(stored->MoneySets[12].IsCalculated);
+
+  second.SetText("txtOutput", desk.folder.File("out"));
+  second.Click("cmdQuery");
+  const std::string workbook = desk.folder.File("out.xlsX");
+  EXPECT_THAT(desk.TakeBoxes(),
+              ElementsAre(Box("The workbook is " + workbook, MessageIcon::kInformation)));
+  EXPECT_TRUE(desk.files.Exists(workbook));
+  const std::size_t rows = desk.publics.last_run.rows;
+  EXPECT_GT(rows, 5U);
+  std::string source = "Sales", periods = "Half 1", output = desk.folder.File("other");
+  clMe(desk.host, desk.publics).RunQuery(source, periods, output);
+  EXPECT_EQ(desk.publics.last_run.rows, rows);
+}
+
+TEST_F(WindowsTest, EveryControlHasItsTextInTheStringTable) {
+  const auto window = desk.Open();
+  const auto is_number = [](const std::string& text) {
+    int number = 0;
+    return std::from_chars(text.data(), text.data() + text.size(), number).ec == std::errc();
+  };
+  const auto check = [&](Form& form) {
+    EXPECT_NE(form.Caption, "") << form.Name;
+    for (const Control& control : form.Controls()) {
+      EXPECT_FALSE(is_number(control.Caption) || is_number(control.ToolTipText)) << control.Name;
+      const bool captioned = control.Type == ControlType::kCommandButton ||
+                             control.Type == ControlType::kLabel ||
+                             control.Type == ControlType::kMenu;
+      EXPECT_EQ(captioned && control.Caption.empty(), false) << control.Name;
+    }
+  };
+  check(window->form());
+  for (const char* button : {"cmdCube", "cmdOptions", "cmdAutoFill"}) {
+    desk.toolkit.in_window = {check};
+    window->form().Click(button);
+  }
+  EXPECT_THAT(desk.toolkit.shown, ElementsAre("frmCube", "FrmOption", "frmLiniarDates"));
+}
+
+TEST_F(WindowsTest, WhatCannotBeDoneIsToldAndChangesNothing) {
+  const auto window = desk.Open();
+  Form& form = window->form();
+  const MessageBox nothing = Box("Choose a data source and name the workbook.");
+  const MessageBox no_source = Box("No Data Source selected!\r\n Save of datasource Canceled!");
+  const MessageBox ask =
+      Box("Save the changes?", MessageIcon::kQuestion, MessageButtons::kYesNoCancel);
+  struct {
+    const char* what;
+    std::function<void()> act;
+    std::vector<MessageBox> boxes;
+  } const cases[] = {
+      {"run without a data source", [&] { form.Click("mnuRun"); }, {nothing}},
+      {"save without one", [&] { form.Click("mnuSave"); }, {no_source}},
+      {"delete nothing", [&] { form.Click("cmdDeletePeriods"); }, {}},
+      {"load an unknown set",
+       [&] {
+         window->LoadPeriodSet("unknown");
+         form.SetText("comboDataSource", "unknown");
+         form.Raise(FormEvent::kClicked, "comboDataSource");
+       },
+       {}},
+      {"close with changes, the question left",
+       [&] {
+         form.Visible = true;
+         desk.memory.boxes.answer = MessageAnswer::kCancel;
+         form.Click("mnuClose");
+         EXPECT_TRUE(form.Visible);
+       },
+       {ask}},
+      {"close without saving",
+       [&] {
+         desk.memory.boxes.answer = MessageAnswer::kNo;
+         form.Click("cmdClose");
+         EXPECT_FALSE(form.Visible);
+       },
+       {ask}},
+  };
+  for (const auto& [what, act, boxes] : cases) {
+    act();
+    EXPECT_EQ(desk.TakeBoxes(), boxes) << what;
+  }
+  EXPECT_TRUE(ReadEditedPeriods(desk.host, desk.publics.environment, "periods"))
+      << "the period set is saved before the data source is refused";
+}
+
+TEST_F(WindowsTest, ADataSourceWithoutANameIsNamedByTheTime) {
+  struct {
+    const char* locale;
+    const char* name;
+  } const cases[] = {{"en_GB", "Save  15/11 16:32"},
+                     {"de_DE", "Save  15.11 16:32"},
+                     {"sv_SE", "Save  15-11 16:32"},
+                     {"he_IL", "Save  15.11 16:32"}};
+  desk.memory.clock.now = Date{Date::FromCivil(2024, 11, 15).serial + (16 * 60 + 32) / 1440.0};
+  for (const auto& [locale_name, name] : cases) {
+    IcuLocale locale(locale_name);
+    Host host{desk.host.component, desk.files,        desk.memory.registry, locale,
+              desk.memory.clock,   desk.memory.boxes, desk.database,        desk.cube,
+              desk.spreadsheet};
+    FrmPeriods window(host, desk.publics, desk.toolkit);
+    std::string database = "host.mdb";
+    EXPECT_EQ(window.Initialize(database), Value(true));
+    for (const char* field : {"TxtFileName", "txtCubeName", "CmbObs"}) {
+      window.form().SetText(field, "x");
+    }
+    EXPECT_TRUE(window.SaveSettings());
+    EXPECT_EQ(window.form().Text("comboDataSource"), name);
+    EXPECT_TRUE(ReadEditedDataSource(host, desk.publics.environment, name)) << name;
+  }
+}
+
+TEST_F(WindowsTest, MeasuresThatTheCubeLacksAreMarkedAndTold) {
+  const auto window = desk.Open();
+  desk.FillIn(window->form());
+  window->form().Click("ComSaveSet");
+  auto setting = *ReadEditedDataSource(desk.host, desk.publics.environment, "Sales");
+  setting.MoneySets[2].Measure = setting.MoneySets[5].Measure = "Profit";
+  setting.MoneySets[4].Measure = "AMOUNT";
+  setting.MoneySets[6].Measure = "Loss";
+  SaveMoneyMeasures(desk.host, desk.publics.environment, setting);
+  window->form().Raise(FormEvent::kClicked, "comboDataSource");
+  EXPECT_THAT(desk.TakeBoxes(),
+              ElementsAre(Box("MEASURES \r\n\r\nProfit\r\nLoss", MessageIcon::kCritical)));
+  std::string marked;
+  for (int row = 0; row < kMoneySetCount; ++row) {
+    const bool error = window->form().At({"TextMeasure", row}).Error;
+    EXPECT_EQ(window->form().At({"ComMeasure", row}).Caption, error ? "Error" : "Measure");
+    if (error) marked += std::to_string(row) + " ";
+  }
+  EXPECT_EQ(marked, "2 5 6 ");
+}
+
+TEST_F(WindowsTest, ASetIsDeletedOnlyWhenThePersonSaysSo) {
+  const auto window = desk.Open();
+  desk.FillIn(window->form());
+  window->form().Click("ComSaveSet");
+  struct {
+    const char* button;
+    const char* combo;
+    const char* name;
+  } const cases[] = {{"cmdDeletePeriods", "ComboPeriods", "Half 1"},
+                     {"cmdDeleteSource", "comboDataSource", "Sales"}};
+  for (const auto& [button, combo, name] : cases) {
+    for (const MessageAnswer answer : {MessageAnswer::kNo, MessageAnswer::kYes}) {
+      desk.memory.boxes.answer = answer;
+      window->form().Click(button);
+      EXPECT_THAT(desk.TakeBoxes(),
+                  ElementsAre(Box(std::string("Are you shure you want to delete ") + name,
+                                  MessageIcon::kQuestion, MessageButtons::kYesNo)));
+      const bool kept = answer == MessageAnswer::kNo;
+      EXPECT_EQ(window->form().At(combo).List.size(), kept ? 1U : 0U);
+      EXPECT_EQ(window->form().Text(combo), kept ? name : "");
+    }
+  }
+}
+
+TEST_F(WindowsTest, ACubeIsChosenFromAFileThatHasOne) {
+  desk.Open();
+  std::ofstream(desk.folder.File("bad.cub")) << "no cube";
+  const WindowServices services{desk.host, desk.publics, desk.toolkit};
+  frmCube window(services);
+  desk.toolkit.in_window = {[&](Form& form) {
+    EXPECT_FALSE(form.At("ComboCube").Enabled);
+    desk.toolkit.picked = desk.Cube();
+    form.Click("ComCubeFile");
+    EXPECT_EQ(form.Text("ComboCube"), "QEL");
+    form.Click("ComCubeFile");
+    desk.toolkit.picked = "";
+    form.Click("ComCubeFile");
+    EXPECT_EQ(form.Text("TxtFileName"), desk.Cube());
+    desk.toolkit.picked = desk.folder.File("bad.cub");
+    form.Click("ComCubeFile");
+    EXPECT_THAT(form.At("ComboCube").List, IsEmpty());
+    EXPECT_FALSE(form.At("ComboCube").Enabled);
+    form.Click("cmdOk");
+  }};
+  EXPECT_FALSE(window.ShowForm()) << "no cube is chosen in a file that has none";
+  const auto boxes = desk.TakeBoxes();
+  ASSERT_EQ(boxes.size(), 1U);
+  EXPECT_THAT(boxes[0].text, HasSubstr("Function : ComCubeFile_Click\r\nModule : frmCube"));
+  ASSERT_EQ(desk.toolkit.dialogs.size(), 4U);
+  EXPECT_EQ(desk.toolkit.dialogs[0].title, "VokCubeQ17 - Open a file");
+  EXPECT_EQ(desk.toolkit.dialogs[0].filter, "Cub files(*.cub)|*.cub");
+  EXPECT_EQ(desk.toolkit.dialogs[0].flags, 4100);
+  window.UpdListCube(nullptr);
+  EXPECT_THAT(desk.TakeBoxes(), ElementsAre(Box("QeL cube not found...")));
+}
+
+}  // namespace
+}  // namespace vok

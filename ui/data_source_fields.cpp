@@ -1,0 +1,254 @@
+#include "ui/data_source_fields.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdio>
+
+#include "env/environment.h"
+#include "env/language.h"
+#include "env/string_table.h"
+#include "env/text_numbers.h"
+#include "settings/edited_sets.h"
+#include "settings/writer.h"
+#include "ui/controls.h"
+#include "ui/frm_cube.h"
+#include "ui/frm_option.h"
+#include "ui/messages.h"
+
+namespace vok {
+namespace {
+
+constexpr char kName[] = "comboDataSource";
+constexpr char kObs[] = "CmbObs";
+constexpr char kLineEnd[] = "\r\n";
+
+/// What stands between the numbers of a date or time in this country.
+std::string SeparatorIn(const std::string& text) {
+  const auto first = text.find_first_not_of("0123456789");
+  if (first == std::string::npos) return {};
+  return text.substr(first, text.find_first_of("0123456789", first) - first);
+}
+
+std::string TwoNumbers(int first, const std::string& separator, int second) {
+  std::array<char, 24> text{};
+  std::snprintf(text.data(), text.size(), "%02d%s%02d", first, separator.c_str(), second);
+  return text.data();
+}
+
+/// The name of a data source that was given none: day, month and time of the saving.
+std::string NameOfNow(const Host& host) {
+  constexpr int kMinutesOfDay = 24 * 60;
+  const Date now = host.clock.Now();
+  const Date time{now.serial - now.DayOnly().serial};
+  const int minutes = static_cast<int>(time.serial * kMinutesOfDay + 1e-6) % kMinutesOfDay;
+  return "Save  " + TwoNumbers(now.Day(), SeparatorIn(host.locale.ShortDate(now)), now.Month()) +
+         " " + TwoNumbers(minutes / 60, SeparatorIn(host.locale.DateText(Date{0.5})), minutes % 60);
+}
+
+DataSourceSetting NewSetting() {
+  DataSourceSetting setting;
+  for (MoneySetEntry& entry : setting.MoneySets) entry.MoneySet = Null{};
+  return setting;
+}
+
+}  // namespace
+
+DataSourceFields::DataSourceFields(const WindowServices& services, Form& form)
+    : services_(services), form_(form), setting_(NewSetting()) {
+  AddControls();
+  AddRules();
+}
+
+void DataSourceFields::AddControls() {
+  using enum ControlType;
+  AddLabel(form_, "lblDataSource", text_number::kDataSource);
+  AddField(form_, kComboBox, kName, text_number::kTipDataSource);
+  AddLabel(form_, "lblVarnelMDB", text_number::kHostDatabase);
+  AddField(form_, kTextBox, "txtVarnelMDB");
+  AddButton(form_, "cmdVarnelMDB", text_number::kBrowse);
+  AddLabel(form_, "lblCubeFile", text_number::kCubeFile);
+  AddField(form_, kTextBox, "TxtFileName").Locked = true;
+  AddLabel(form_, "lblCubeName", text_number::kCubeName);
+  AddField(form_, kTextBox, "txtCubeName").Locked = true;
+  AddButton(form_, "cmdCube", text_number::kChooseCube);
+  AddLabel(form_, "lblObs", text_number::kObs);
+  AddField(form_, kComboBox, kObs, text_number::kTipObs);
+  AddLabel(form_, "lblActFile", text_number::kActFile);
+  AddField(form_, kTextBox, "txtActFile");
+  AddButton(form_, "cmdActFile", text_number::kBrowse);
+  AddLabel(form_, "lblMeasures", text_number::kMeasureOfMoneySet);
+  for (int row = 0; row < kMoneySetCount; ++row) {
+    AddField(form_, kTextBox, {"TextMeasure", row}).Locked = true;
+    AddButton(form_, {"ComMeasure", row}, text_number::kMeasure, text_number::kTipMeasure);
+  }
+  AddButton(form_, "cmdOptions", text_number::kOptions);
+}
+
+void DataSourceFields::AddRules() {
+  using enum FormEvent;
+  form_.On(kClicked, kName, [this](int) { INIDataSource(""); });
+  form_.On(kClicked, "cmdCube", [this](int) { ChooseCube(); });
+  form_.On(kClicked, "cmdOptions", [this](int) { EditMoneySets(0); });
+  form_.On(kClicked, "ComMeasure", [this](int row) { EditMoneySets(row); });
+  form_.On(kClicked, "cmdVarnelMDB", [this](int) { PickInto("txtVarnelMDB"); });
+  form_.On(kClicked, "cmdActFile", [this](int) { PickInto("txtActFile"); });
+}
+
+DataSourceSetting DataSourceFields::Read() const {
+  DataSourceSetting setting = setting_;
+  setting.SetName = form_.Text(kName);
+  setting.VarnelMDB = form_.Text("txtVarnelMDB");
+  setting.CubeFile = form_.Text("TxtFileName");
+  setting.CubeName = form_.Text("txtCubeName");
+  setting.OBS = form_.Text(kObs);
+  setting.ActFile = form_.Text("txtActFile");
+  return setting;
+}
+
+void DataSourceFields::Show(const DataSourceSetting& setting) {
+  setting_ = setting;
+  form_.SetText("txtVarnelMDB", setting.VarnelMDB);
+  form_.SetText("TxtFileName", setting.CubeFile);
+  form_.SetText("txtCubeName", setting.CubeName);
+  form_.SetText(kObs, setting.OBS);
+  form_.SetText("txtActFile", setting.ActFile);
+  ShowMeasures();
+}
+
+void DataSourceFields::INIDataSource(const std::string& name) {
+  RunReported(services_, {.FunctionName = "INIDataSource", .ModuleName = "FrmPeriods"}, [&] {
+    const auto setting = ReadEditedDataSource(services_.host, services_.publics.environment,
+                                              name.empty() ? form_.Text(kName) : name);
+    if (!setting) return;
+    Show(*setting);
+    MarkSaved();
+    UpdObsList();
+    MarkMissingMeasures();
+  });
+}
+
+void DataSourceFields::MarkMeasure(int row, bool missing) {
+  form_.At({"TextMeasure", row}).Error = missing;
+  form_.At({"ComMeasure", row}).Caption =
+      missing ? StringTableText(text_number::kError)
+              : GetLangString(services_.publics.language, text_number::kMeasure);
+}
+
+void DataSourceFields::ShowMeasures() {
+  for (int row = 0; row < kMoneySetCount; ++row) {
+    form_.SetText({"TextMeasure", row}, setting_.MoneySets[static_cast<std::size_t>(row)].Measure);
+    MarkMeasure(row, false);
+  }
+}
+
+void DataSourceFields::MarkMissingMeasures() {
+  const Value::Array known =
+      GetMeasFromCube(services_.host, form_.Text("TxtFileName"), form_.Text("txtCubeName"));
+  std::vector<std::string> missing;
+  for (int row = 0; row < kMoneySetCount; ++row) {
+    const std::string& measure = form_.Text({"TextMeasure", row});
+    const auto is_measure = [&](const Value& name) {
+      return EqualNoCase(services_.host.locale, name.ToText(), measure);
+    };
+    if (measure.empty() || std::any_of(known.begin(), known.end(), is_measure)) continue;
+    MarkMeasure(row, true);
+    if (std::find(missing.begin(), missing.end(), measure) == missing.end()) {
+      missing.push_back(measure);
+    }
+  }
+  if (missing.empty()) return;
+  std::string text = StringTableText(text_number::kMeasures) + kLineEnd;
+  for (const std::string& measure : missing) text += kLineEnd + measure;
+  ShowMessage(services_, text, services_.host.component.executable_name, MessageIcon::kCritical);
+}
+
+void DataSourceFields::UpdObsList() {
+  // The window's name is misspelt in this report; people search for it so.
+  RunReported(services_, {.FunctionName = "UpdObsList", .ModuleName = "FrmPeriosd"}, [this] {
+    form_.SetList(kObs, {});
+    const auto members =
+        ReadObsMembers(services_.host, form_.Text("TxtFileName"), form_.Text("txtCubeName"));
+    form_.SetList(kObs, members);
+    const std::string& chosen = form_.Text(kObs);
+    const auto found = std::find(members.begin(), members.end(), chosen);
+    if (found != members.end()) {
+      form_.Choose(kObs, static_cast<int>(found - members.begin()));
+    } else if (chosen.empty() && !members.empty()) {
+      form_.Choose(kObs, 0);
+    }
+  });
+}
+
+MeasureChoices DataSourceFields::SetCmbMeas2() {
+  MeasureChoices choices;
+  RunReported(services_, {.FunctionName = "SetCmbMeas2", .ModuleName = "FrmPeriods"}, [&] {
+    choices =
+        ReadMeasureChoices(services_.host, form_.Text("TxtFileName"), form_.Text("txtCubeName"));
+  });
+  return choices;
+}
+
+void DataSourceFields::ChooseCube() {
+  frmCube window(services_);
+  window.CubeFile = form_.Text("TxtFileName");
+  window.CubeName = form_.Text("txtCubeName");
+  window.DbPath = SettingsDatabase(services_.publics.environment.SettingsFolder);
+  if (!window.ShowForm()) return;
+  form_.SetText("TxtFileName", window.CubeFile);
+  form_.SetText("txtCubeName", window.CubeName);
+  form_.SetText(kObs, "");
+  UpdObsList();
+  ShowMeasures();
+}
+
+void DataSourceFields::EditMoneySets(int row) {
+  FrmOption window(services_, SetCmbMeas2());
+  if (window.ShowForm(setting_, row)) ShowMeasures();
+}
+
+void DataSourceFields::PickInto(const char* field) {
+  GoToSettingsFolder(services_.host, services_.publics.environment);
+  const std::string picked = services_.toolkit.PickFile(
+      {.title = services_.host.component.executable_name + StringTableText(text_number::kOpenAFile),
+       .filter = "*.*|*.*",
+       .flags = kFileMustExist | kHideReadOnly});
+  if (!picked.empty()) form_.SetText(field, picked);
+}
+
+bool DataSourceFields::SaveDataSourceInfo() {
+  const DataSourceSetting setting = Read();
+  if (setting.VarnelMDB.empty() || setting.CubeFile.empty() || setting.CubeName.empty() ||
+      setting.OBS.empty()) {
+    ShowMessage(services_, StringTableText(text_number::kNoDataSource),
+                services_.host.component.product_name, MessageIcon::kExclamation);
+    return false;
+  }
+  if (setting.SetName.empty()) form_.SetText(kName, NameOfNow(services_.host));
+  return RunReported(
+      services_,
+      {.Extra = "Error saving settings",
+       .FunctionName = "SaveDataSourceInfo",
+       .ModuleName = "FrmPeriods\""},
+      [this] { vok::SaveDataSourceInfo(services_.host, services_.publics.environment, Read()); });
+}
+
+void DataSourceFields::SaveMoneyMeasures() {
+  vok::SaveMoneyMeasures(services_.host, services_.publics.environment, Read());
+  MarkSaved();
+}
+
+std::string DataSourceFields::Entered() const {
+  const DataSourceSetting setting = Read();
+  std::string entered = std::to_string(setting.CountMoney);
+  for (const std::string& text : {setting.SetName, setting.VarnelMDB, setting.CubeFile,
+                                  setting.CubeName, setting.OBS, setting.ActFile}) {
+    entered += '\n' + text;
+  }
+  for (const MoneySetEntry& entry : setting.MoneySets) {
+    entered += '\n' + (entry.MoneySet.IsNull() ? "" : entry.MoneySet.ToText()) + '\n' +
+               entry.Measure + '\n' + entry.Qty + (entry.IsCalculated ? '1' : '0');
+  }
+  return entered;
+}
+
+}  // namespace vok

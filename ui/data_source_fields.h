@@ -1,0 +1,63 @@
+// The data source in the main query window: its fields, and what fills, checks and saves them.
+//
+// Controls: `comboDataSource` (its name), `txtVarnelMDB` with `cmdVarnelMDB`, `TxtFileName` and
+// `txtCubeName` with `cmdCube`, `CmbObs`, `txtActFile` with `cmdActFile`, `cmdOptions`; per money
+// set `TextMeasure` (its measure) and `ComMeasure` (opens the options at it), arrays of thirteen.
+//
+// The money sets themselves are kept here; the options window edits them.
+#pragma once
+
+#include <string>
+
+#include "cube/discovery.h"
+#include "settings/records.h"
+#include "ui/toolkit.h"
+
+namespace vok {
+
+class DataSourceFields {
+ public:
+  /// Adds the controls and their rules to the form, which goes with this object.
+  DataSourceFields(const WindowServices& services, Form& form);
+  DataSourceFields(const DataSourceFields&) = delete;
+  DataSourceFields& operator=(const DataSourceFields&) = delete;
+
+  /// Shows the stored data source of that name, or of `comboDataSource` for an empty one; an
+  /// unknown name changes nothing. Measures that the cube lacks are marked and told in one message.
+  /// Failures are reported.
+  void INIDataSource(const std::string& name);
+
+  /// Saves what is shown without its money sets. False when nothing was saved: after a message when
+  /// a field is missing, after a report when it failed. A data source without a name gets one.
+  bool SaveDataSourceInfo();
+  /// Saves the money sets. Failures pass to the caller.
+  void SaveMoneyMeasures();
+  /// True when something was entered since the last load or save.
+  bool IsChanged() const { return Entered() != saved_; }
+  /// What is shown counts as saved.
+  void MarkSaved() { saved_ = Entered(); }
+
+  /// The fields as they stand.
+  DataSourceSetting Read() const;
+
+ private:
+  void AddControls();
+  void AddRules();
+  void Show(const DataSourceSetting& setting);
+  void ShowMeasures();
+  void MarkMissingMeasures();
+  void MarkMeasure(int row, bool missing);
+  void UpdObsList();
+  MeasureChoices SetCmbMeas2();
+  void ChooseCube();
+  void EditMoneySets(int row);
+  void PickInto(const char* field);
+  std::string Entered() const;
+
+  const WindowServices& services_;
+  Form& form_;
+  DataSourceSetting setting_;  ///< its money sets are the ones being edited
+  std::string saved_;          ///< `Entered` at the last load or save
+};
+
+}  // namespace vok

@@ -1,0 +1,230 @@
+#include "ui/frm_periods.h"
+
+#include "env/environment.h"
+#include "env/string_table.h"
+#include "env/text_numbers.h"
+#include "settings/edited_sets.h"
+#include "settings/reader.h"
+#include "settings/schema.h"
+#include "settings/writer.h"
+#include "ui/apply_language.h"
+#include "ui/controls.h"
+#include "ui/messages.h"
+
+namespace vok {
+namespace {
+
+constexpr char kDataSource[] = "comboDataSource";
+constexpr char kPeriods[] = "ComboPeriods";
+constexpr char kUnnamedPeriods[] = "Periods";
+
+std::vector<std::string> Names(const Value::Array& values) {
+  std::vector<std::string> names;
+  for (const Value& value : values) {
+    if (!value.IsEmpty()) names.push_back(value.ToText());
+  }
+  return names;
+}
+
+ErrorReport ReportOf(const char* procedure) {
+  return {.FunctionName = procedure, .ModuleName = "FrmPeriods"};
+}
+
+}  // namespace
+
+FrmPeriods::FrmPeriods(const Host& host, Publics& publics, Toolkit& toolkit)
+    : services_{host, publics, toolkit},
+      form_("FrmPeriods", std::to_string(text_number::kMainWindow)),
+      source_(services_, form_),
+      dates_(services_, form_) {
+  AddControls();
+  AddMenus();
+  AddRules();
+}
+
+void FrmPeriods::AddControls() {
+  AddLabel(form_, "lblPeriods", text_number::kPeriodSet);
+  AddField(form_, ControlType::kComboBox, kPeriods, text_number::kTipPeriods);
+  AddButton(form_, "ComSaveSet", text_number::kSave);
+  AddButton(form_, "cmdDeleteSource", text_number::kDeleteDataSource);
+  AddButton(form_, "cmdDeletePeriods", text_number::kDeletePeriods);
+  AddLabel(form_, "lblOutput", text_number::kWorkbook);
+  AddField(form_, ControlType::kTextBox, "txtOutput", text_number::kTipWorkbook);
+  AddButton(form_, "cmdOutput", text_number::kBrowse);
+  AddButton(form_, "cmdQuery", text_number::kRunQuery);
+  AddButton(form_, "cmdHelp", text_number::kHelp);
+  AddButton(form_, "cmdClose", text_number::kClose);
+}
+
+void FrmPeriods::AddMenus() {
+  AddMenu(form_, "mnuFile", text_number::kMenuFile);
+  AddMenu(form_, "mnuSave", text_number::kMenuSave, "mnuFile");
+  AddMenu(form_, "mnuRun", text_number::kMenuRun, "mnuFile");
+  AddMenu(form_, "mnuClose", text_number::kMenuClose, "mnuFile");
+  AddMenu(form_, "mnuPeriods", text_number::kMenuPeriods);
+  AddMenu(form_, "mnuAutoFill", text_number::kMenuAutoFill, "mnuPeriods");
+  AddMenu(form_, "mnuClean", text_number::kMenuClean, "mnuPeriods");
+  AddMenu(form_, "mnuHelp", text_number::kMenuHelp);
+  AddMenu(form_, "mnuContents", text_number::kMenuContents, "mnuHelp");
+}
+
+void FrmPeriods::AddRules() {
+  const auto on_click = [this](const char* name, auto rule) {
+    form_.On(FormEvent::kClicked, name, [rule](int) { rule(); });
+  };
+  on_click(kPeriods, [this] { LoadPeriodSet(""); });
+  on_click("cmdDeleteSource", [this] { Delete(kDataSource, "DataSource"); });
+  on_click("cmdDeletePeriods", [this] { Delete(kPeriods, kUnnamedPeriods); });
+  on_click("cmdOutput", [this] { PickOutput(); });
+  on_click("cmdQuery", [this] { RunQuery(); });
+  on_click("ComSaveSet", [this] { SaveSettings(); });
+  on_click("cmdClose", [this] { Close(); });
+  on_click("cmdHelp", [this] {
+    if (!services_.publics.help_file.empty())
+      services_.toolkit.ShowHelp(services_.publics.help_file);
+  });
+  constexpr std::pair<const char*, const char*> kSameAs[] = {
+      {"mnuSave", "ComSaveSet"},      {"mnuRun", "cmdQuery"},        {"mnuClose", "cmdClose"},
+      {"mnuAutoFill", "cmdAutoFill"}, {"mnuClean", "cmdCleanDates"}, {"mnuContents", "cmdHelp"}};
+  for (const auto& [menu, button] : kSameAs) {
+    on_click(menu, [this, button = button] { form_.Click(button); });
+  }
+}
+
+Value FrmPeriods::Initialize(std::string& DataBaseFileName) {
+  const Host& host = services_.host;
+  Environment& environment = services_.publics.environment;
+  FindSettingsFolder(host, environment);
+  CreateDB(host, environment, environment.SettingsFolder);
+  LoadTexts(host, services_.publics, form_);
+  form_.Caption += " [v" + clMe(host, services_.publics).Version() + "]";
+  dates_.Load();
+  ListSets();
+  form_.SetText("txtVarnelMDB", DataBaseFileName);
+  source_.MarkSaved();
+  MarkPeriodsSaved();
+  return host.files.Exists(SettingsDatabase(environment.SettingsFolder));
+}
+
+void FrmPeriods::Show() { services_.toolkit.ShowModal(form_); }
+
+void FrmPeriods::ListSets() {
+  RunReported(services_, ReportOf("Form_Load"), [this] {
+    const Environment& environment = services_.publics.environment;
+    form_.SetList(kDataSource, Names(ListDataSources(services_.host, environment).names));
+    form_.SetList(kPeriods, Names(ListPeriodSets(services_.host, environment)));
+  });
+}
+
+bool FrmPeriods::SavePeriods() {
+  return RunReported(services_,
+                     {.Extra = "Error saving settings",
+                      .FunctionName = "SavePeriods",
+                      .ModuleName = "FrmPeriods\""},
+                     [this] {
+                       PeriodSet set = dates_.Read();
+                       set.SetName = form_.Text(kPeriods);
+                       vok::SavePeriods(services_.host, services_.publics.environment, set);
+                       MarkPeriodsSaved();
+                     });
+}
+
+bool FrmPeriods::SaveSettings() {
+  const bool periods = SavePeriods();
+  const bool source =
+      source_.SaveDataSourceInfo() &&
+      RunReported(services_, ReportOf("SaveSettings"), [this] { source_.SaveMoneyMeasures(); });
+  ListSets();
+  return periods && source;
+}
+
+void FrmPeriods::LoadPeriodSet(const std::string& name) {
+  RunReported(services_, ReportOf("LoadPeriodSet"), [&] {
+    const auto set = ReadEditedPeriods(services_.host, services_.publics.environment,
+                                       name.empty() ? form_.Text(kPeriods) : name);
+    if (!set) return;
+    dates_.Show(*set);
+    MarkPeriodsSaved();
+  });
+}
+
+void FrmPeriods::Delete(const char* combo, const char* kind) {
+  const std::string name = form_.Text(combo);
+  if (name.empty()) return;
+  const auto answer = ShowMessage(services_, StringTableText(text_number::kAskDelete) + name,
+                                  services_.host.component.product_name, MessageIcon::kQuestion,
+                                  MessageButtons::kYesNo);
+  if (answer != MessageAnswer::kYes) return;
+  const bool deleted = RunReported(services_, ReportOf("cmdDelete_Click"), [&] {
+    DeleteSet(services_.host, services_.publics.environment, name, kind);
+  });
+  if (deleted) form_.SetText(combo, "");
+  ListSets();
+}
+
+bool FrmPeriods::SaveIfWanted() {
+  if (!source_.IsChanged() && EnteredPeriods() == saved_periods_) return true;
+  switch (ShowMessage(services_, StringTableText(text_number::kAskSave),
+                      services_.host.component.product_name, MessageIcon::kQuestion,
+                      MessageButtons::kYesNoCancel)) {
+    case MessageAnswer::kYes:
+      return SaveSettings();
+    case MessageAnswer::kNo:
+      return true;
+    default:
+      return false;
+  }
+}
+
+void FrmPeriods::RunQuery() {
+  std::string output = form_.Text("txtOutput");
+  if (form_.Text(kDataSource).empty() || output.empty()) {
+    ShowMessage(services_, StringTableText(text_number::kNothingToRun),
+                services_.host.component.product_name, MessageIcon::kExclamation);
+    return;
+  }
+  if (!SaveIfWanted()) return;
+  std::string source = form_.Text(kDataSource);
+  std::string periods = form_.Text(kPeriods);
+  if (periods.empty()) periods = kUnnamedPeriods;
+  ShowRunResult(clMe(services_.host, services_.publics).RunQuery(source, periods, output));
+}
+
+/// A failure without a message of its own has been shown by the run.
+void FrmPeriods::ShowRunResult(const Value& result) {
+  const auto& parts = *result.As<Value::Array>();
+  const std::string& title = services_.host.component.product_name;
+  const RunReport& report = services_.publics.last_run;
+  if (parts.size() == 2) {
+    const std::string message = parts[1].ToText();
+    if (!message.empty()) ShowMessage(services_, message, title, MessageIcon::kExclamation);
+  } else if (report.workbook.empty()) {
+    ShowMessage(services_, StringTableText(text_number::kNoWorkbook), title,
+                MessageIcon::kInformation);
+  } else {
+    ShowMessage(services_,
+                StringTableText(text_number::kWorkbookAt) +
+                    services_.host.files.NativePath(report.workbook),
+                title, MessageIcon::kInformation);
+  }
+}
+
+void FrmPeriods::Close() {
+  if (SaveIfWanted()) form_.Visible = false;
+}
+
+void FrmPeriods::PickOutput() {
+  GoToSettingsFolder(services_.host, services_.publics.environment);
+  std::string picked = services_.toolkit.PickFile(
+      {.title = services_.host.component.executable_name + StringTableText(text_number::kSaveAFile),
+       .filter = "Excel files(*.xlsX)|*.xlsX",
+       .flags = kPathMustExist | kHideReadOnly,
+       .save = true});
+  if (picked.empty()) return;
+  constexpr std::string_view kEnding = ".xlsX";
+  const std::size_t stem = picked.size() - std::min(picked.size(), kEnding.size());
+  if (EqualNoCase(services_.host.locale, picked.substr(stem), kEnding)) picked.resize(stem);
+  form_.SetText("txtOutput", picked);
+}
+
+}  // namespace vok

@@ -1,0 +1,58 @@
+// The main query window: a data source, a period set, and the run of the query that they make.
+//
+// Its controls are those of `DataSourceFields` and `PeriodDates`, and `ComboPeriods` (the set's
+// name), `ComSaveSet`, `cmdDeleteSource`, `cmdDeletePeriods`, `txtOutput` (the workbook's path
+// without its ending) with `cmdOutput`, `cmdQuery`, `cmdHelp`, `cmdClose`, and menus for the same
+// commands. What goes wrong is shown in message boxes; only making the window can fail.
+#pragma once
+
+#include <string>
+
+#include "component/cl_me.h"
+#include "ui/data_source_fields.h"
+#include "ui/period_dates.h"
+#include "ui/toolkit.h"
+
+namespace vok {
+
+class FrmPeriods : public QueryWindow {
+ public:
+  FrmPeriods(const Host& host, Publics& publics, Toolkit& toolkit);
+
+  /// Loads the window; `DataBaseFileName`, where it is not empty, is the host database of a new
+  /// data source. True when the settings database is there.
+  Value Initialize(std::string& DataBaseFileName) override;
+  void Show() override;
+  Form& form() { return form_; }
+
+  /// Saves the period set, then the data source and, when that was saved, its money sets. True when
+  /// all was saved.
+  bool SaveSettings();
+  /// True when it was saved; otherwise after a report.
+  bool SavePeriods();
+  /// Shows the stored period set of that name, or of `ComboPeriods` for an empty one; an unknown
+  /// name changes nothing. Failures are reported.
+  void LoadPeriodSet(const std::string& name);
+
+ private:
+  void AddControls();
+  void AddMenus();
+  void AddRules();
+  void ListSets();
+  void Delete(const char* combo, const char* kind);
+  void RunQuery();
+  void ShowRunResult(const Value& result);
+  bool SaveIfWanted();
+  void Close();
+  void PickOutput();
+  void MarkPeriodsSaved() { saved_periods_ = EnteredPeriods(); }
+  std::string EnteredPeriods() const { return form_.Text("ComboPeriods") + dates_.Entered(); }
+
+  WindowServices services_;
+  Form form_;
+  DataSourceFields source_;
+  PeriodDates dates_;
+  std::string saved_periods_;  ///< `EnteredPeriods` at the last load or save
+};
+
+}  // namespace vok
