@@ -8,6 +8,8 @@
 #include <utility>
 #include <vector>
 
+#include "cli/print.h"
+
 namespace vok::cli {
 namespace {
 
@@ -95,16 +97,6 @@ std::string CellText(const Value& value) {
   const auto json = CellJson(value);
   if (json.is_null()) return {};
   return json.is_string() ? json.get<std::string>() : value.ToText();
-}
-
-std::string CsvField(const std::string& text) {
-  if (text.find_first_of(",\"\r\n") == std::string::npos) return text;
-  std::string quoted = "\"";
-  for (const char c : text) {
-    if (c == '"') quoted += '"';
-    quoted += c;
-  }
-  return quoted + '"';
 }
 
 }  // namespace

@@ -48,6 +48,7 @@ void AddInfoCommand(CLI::App& app, const CommonOptions& common);
 void AddSettingsCommand(CLI::App& app, const CommonOptions& common);
 void AddPeriodsCommand(CLI::App& app, const CommonOptions& common);
 void AddCubeCommand(CLI::App& app, const CommonOptions& common);
+void AddLanguageCommand(CLI::App& app, const CommonOptions& common);
 void AddMdxCommand(CLI::App& app, const CommonOptions& common);
 
 /// Likewise below the subcommand `cube`.

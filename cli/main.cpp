@@ -96,6 +96,7 @@ int Main(int argc, char** argv) {
   AddSettingsCommand(app, common);
   AddPeriodsCommand(app, common);
   AddCubeCommand(app, common);
+  AddLanguageCommand(app, common);
   AddMdxCommand(app, common);
   try {
     return ParseAndRun(app, argc, argv);

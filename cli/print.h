@@ -17,4 +17,7 @@ std::string IsoDateTime(Date date);
 /// The date that "2024-01-31" means; nothing for a text of another form and for no date.
 std::optional<Date> ParseIsoDate(std::string_view text);
 
+/// The text as a field of RFC 4180 CSV.
+std::string CsvField(const std::string& text);
+
 }  // namespace vok::cli

@@ -112,4 +112,10 @@ std::string StringTableText(int number) {
   return found != std::end(kTexts) && found->number == number ? found->text : std::string();
 }
 
+std::vector<int> StringTableNumbers() {
+  std::vector<int> numbers;
+  for (const Row& row : kTexts) numbers.push_back(row.number);
+  return numbers;
+}
+
 }  // namespace vok

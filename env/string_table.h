@@ -2,10 +2,14 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 namespace vok {
 
 /// "" for a number that has no text.
 std::string StringTableText(int number);
+
+/// Every number that has a text, ascending.
+std::vector<int> StringTableNumbers();
 
 }  // namespace vok

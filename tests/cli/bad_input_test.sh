@@ -32,6 +32,10 @@ touch empty/CubToQel.mdb file
 expect 0 "stored cells" cube build --schema "$data/schema.xml" --data "$data" --output ledger.cub
 expect 0 "Imported 2 data sources" settings import "$data/settings.json" --settings-folder good
 head -c 5000 ledger.cub > short.cub
+printf 'number,2 Hebrew\n1000,x\n1000,y\n' > twice.csv
+"$vokcube" language texts own.csv
+expect 0 "Wrote" language build own.csv Lang.rs
+cp Lang.rs old.rs
 before=$(find . | sort)
 
 run=(run --data-source Domestic --periods Demo --output out)
@@ -53,6 +57,12 @@ expect 1 "damaged or was cut short" cube catalogs short.cub
 expect 1 'no catalog "Nothing"' cube members ledger.cub --catalog Nothing
 expect 1 'line 1, column 8: "x" is not in cube' mdx ledger.cub 'select x on 0 from LedgerQEL'
 expect 1 'no catalog "Nothing". It has: "LedgerQEL"' mdx ledger.cub --catalog Nothing 'select from x'
+expect 1 "twice.csv, line 3: number 1000 stands in line 2 already" language build twice.csv Lang.rs
+expect 1 "missing.csv" language build missing.csv Lang.rs
+expect 1 "Check that the folder exists" language build own.csv missing/Lang.rs
+expect 1 "neither as the binary nor as the XML form" language show own.csv
+expect 1 "begins neither" language show ledger.cub
+expect 0 "1205,&OBS member,," language show Lang.rs
 expect 1 'there is no file "dates.csv"' cube build --schema "$data/schema.xml" --data good \
   --output out.cub
 expect 1 "Check that the folder exists" cube build --schema "$data/schema.xml" --data "$data" \
@@ -80,6 +90,10 @@ for command in --version --help "cube info ledger.cub" "sets Periods --settings-
   fi
 done
 
+if ! cmp -s Lang.rs old.rs; then
+  echo "FAILED: the language table changed" >&2
+  failures=$((failures + 1))
+fi
 if [[ $(find . | sort) != "$before" ]]; then
   echo "FAILED: files were left behind" >&2
   find . >&2

@@ -1,0 +1,140 @@
+#include "cli/language_texts.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <fstream>
+#include <functional>
+#include <iterator>
+
+#include "env/string_table.h"
+#include "platform/failure.h"
+
+namespace vok::cli {
+namespace {
+
+using recordset::FieldType;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+
+std::string FailureOf(const std::function<void()>& call) {
+  try {
+    call();
+    return "none";
+  } catch (const Failure& failure) {
+    return std::to_string(failure.number()) + " " + failure.description();
+  }
+}
+
+TEST(LanguageTexts, ReadsACsvFileOfTranslators) {
+  const struct {
+    const char* csv;
+    LanguageTexts expected;
+  } cases[] = {
+      {"number,1,2,3\n1,a,b,c\n", {{1, {"a", "b", "c"}}}},
+      {"\xEF\xBB\xBFnumber,3 Русский,1 English\r\n 1205 ,В,\r\n7,,\"\"\r\n",
+       {{1205, {"", "", "В"}}, {7, {}}}},
+      {"number,2 עברית\n1,\" \"\"a,\r\n\tb\"\n", {{1, {"", " \"a,\r\n\tb"}}}},
+      {"number,1\n", {}},
+  };
+  for (const auto& [csv, expected] : cases) {
+    const LanguageTexts texts = ParseLanguageTexts(csv, "t.csv");
+    EXPECT_EQ(texts, expected) << csv;
+    EXPECT_EQ(ParseLanguageTexts(PrintLanguageTexts(texts), "t.csv"), expected) << csv;
+  }
+}
+
+TEST(LanguageTexts, ABadFileIsRefusedWithItsLine) {
+  const std::string line(kLongestText, 'x');
+  EXPECT_NO_THROW(ParseLanguageTexts("number,1\n1," + line + "\n", "t.csv"));
+  const struct {
+    std::string csv;
+    const char* why;
+  } cases[] = {
+      {"", "is empty"},
+      {"number;1;2\n", "t.csv, line 1: the first column must be headed number, and commas"},
+      {"number\n", "line 1: no column of a language"},
+      {"number,Hebrew\n", "line 1: column \"Hebrew\" does not begin with the number"},
+      {"number,4\n", "column \"4\""},
+      {"number,1,1 English\n", "language 1 has two columns"},
+      {"number,1\n1,a\n\n", "line 3: has 1 fields, the header has 2"},
+      {"number,1\n1,a,b\n", "line 2: has 3 fields"},
+      {"number,1\n1,\"a\nb\"\nx,c\n", "line 4: \"x\" is no number"},
+      {"number,1\n0,a\n", "\"0\" is no number"},
+      {"number,1\n99999999999,a\n", "is no number"},
+      {"number,1\n5,a\n6,b\n5,c\n", "line 4: number 5 stands in line 2 already"},
+      {"number,1\n1,a\x02\n", "line 2: a text has a control character"},
+      {"number,1\n1," + line + "x\n", "line 2: a text is longer than 1000"},
+      {"number,1\n1,\xE9\n", "line 2: a field is not valid UTF-8"},
+      {"number,1\n1,\"a\n", "line 2: a quoted field does not end"},
+  };
+  for (const auto& [csv, why] : cases) {
+    EXPECT_THAT(FailureOf([&] { ParseLanguageTexts(csv, "t.csv"); }),
+                AllOf(HasSubstr("-2147467259 t.csv"), HasSubstr(why)));
+  }
+}
+
+TEST(LanguageTexts, ATableHoldsTheTextsThatThereAre) {
+  const LanguageTexts texts = {{1000, {"a", "", "c"}}, {1001, {}}, {1002, {"", "b", ""}}};
+  const auto table = ToLanguageTable(texts);
+  EXPECT_EQ(table.rows,
+            (std::vector<recordset::Row>{{1000, 1, "a"}, {1000, 3, "c"}, {1002, 2, "b"}}));
+  EXPECT_EQ(FromLanguageTable(table, "Lang.rs"), (LanguageTexts{texts[0], texts[2]}));
+
+  // Of another maker: numbers as texts, rows that no search finds, the first of two.
+  const recordset::Rowset other = {
+      {{"LID", FieldType::kText}, {"SID", FieldType::kText}, {"t", FieldType::kText}},
+      {{"2", "1001", "b"},
+       {"1", "1000", "a"},
+       {Null{}, "1", "x"},
+       {"2", "1001", "later"},
+       {"1", "1001", Null{}}}};
+  EXPECT_EQ(FromLanguageTable(other, "Lang.rs"), (LanguageTexts{{1000, {"a"}}, {1001, {"", "b"}}}));
+  const struct {
+    recordset::Rowset table;
+    const char* why;
+  } bad[] = {
+      {{{{"lId"}, {"b"}, {"c"}}, {}}, "no field sId"},
+      {{{{"sId"}, {"b"}, {"c"}}, {}}, "no field lId"},
+      {{{{"sId"}, {"lId"}}, {}}, "no third field"},
+      {{{{"sId"}, {"lId"}, {"c"}}, {{1, 4, "x"}}}, "row 1 is of language 4"},
+      {{{{"sId"}, {"lId"}, {"c"}}, {{"x", 1, "x"}}}, "13 "},
+  };
+  for (const auto& [table_of_other, why] : bad) {
+    EXPECT_THAT(FailureOf([&] { FromLanguageTable(table_of_other, "Lang.rs"); }), HasSubstr(why));
+  }
+}
+
+TEST(LanguageTexts, NotesSayWhatATranslatorShouldLookAt) {
+  EXPECT_THAT(LanguageNotes(OwnTexts()), IsEmpty());
+  LanguageTexts texts = OwnTexts();
+  for (LanguageText& line : texts) line.texts[1] = line.texts[0];
+  const auto find = [&](int number) {
+    return std::find_if(texts.begin(), texts.end(),
+                        [&](const LanguageText& line) { return line.number == number; });
+  };
+  find(1100)->texts[1] = "האם למחוק את";
+  find(1205)->texts[1] = "";
+  texts.erase(find(1000));
+  texts.push_back({9000, {"x"}});
+  EXPECT_THAT(LanguageNotes(texts),
+              ElementsAre("Language 1 lacks 1000", "Language 2 lacks 1000, 1205",
+                          AllOf(HasSubstr("Language 2"), HasSubstr("blank"), HasSubstr(": 1100")),
+                          "No window has a text of the number 9000"));
+  EXPECT_THAT(LanguageNotes({{1000, {"a"}}})[0], HasSubstr(" more"));
+}
+
+TEST(LanguageTexts, TheShippedTextsAreComplete) {
+  std::ifstream file(SHIPPED_TEXTS, std::ios::binary);
+  const std::string csv(std::istreambuf_iterator<char>(file), {});
+  const LanguageTexts texts = ParseLanguageTexts(csv, SHIPPED_TEXTS);
+  EXPECT_THAT(LanguageNotes(texts), IsEmpty());
+  for (const LanguageText& line : texts) {
+    EXPECT_EQ(line.texts[0], StringTableText(line.number)) << line.number;
+    for (const std::string& text : line.texts) EXPECT_FALSE(text.empty()) << line.number;
+  }
+}
+
+}  // namespace
+}  // namespace vok::cli
