@@ -6,9 +6,13 @@
 #include <fstream>
 #include <functional>
 #include <iterator>
+#include <set>
+#include <string_view>
 
 #include "env/string_table.h"
 #include "platform/failure.h"
+#include "platform/text.h"
+#include "tests/support/memory_host.h"
 
 namespace vok::cli {
 namespace {
@@ -134,6 +138,26 @@ TEST(LanguageTexts, TheShippedTextsAreComplete) {
     EXPECT_EQ(line.texts[0], StringTableText(line.number)) << line.number;
     for (const std::string& text : line.texts) EXPECT_FALSE(text.empty()) << line.number;
   }
+}
+
+TEST(LanguageTexts, EachAccessKeyOfTheMainWindowIsOneControls) {
+  std::ifstream file(SHIPPED_TEXTS, std::ios::binary);
+  const std::string csv(std::istreambuf_iterator<char>(file), {});
+  const vok::test::SimpleLocale locale;
+  std::set<std::string> keys;
+  for (const LanguageText& line : ParseLanguageTexts(csv, SHIPPED_TEXTS)) {
+    const bool is_control = line.number >= 1200 && line.number < 1260;
+    const bool is_top_menu = line.number == 1260 || line.number == 1264 || line.number == 1267;
+    if (!is_control && !is_top_menu) continue;
+    for (std::size_t language = 0; language < kLanguageCount; ++language) {
+      const std::string_view text = line.texts[language];
+      const auto mark = text.find('&');
+      if (mark == std::string_view::npos) continue;
+      const std::string key(Utf16Prefix(text.substr(mark + 1), 1));
+      EXPECT_TRUE(keys.insert(std::to_string(language) + locale.FoldCase(key)).second) << text;
+    }
+  }
+  EXPECT_GE(keys.size(), 3U * 10);
 }
 
 }  // namespace
