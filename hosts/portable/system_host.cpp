@@ -5,6 +5,8 @@
 #include <cstdio>
 #include <filesystem>
 
+#include "env/environment.h"
+#include "hosts/portable/portable_cube.h"
 #include "providers/command_line/console_message_boxes.h"
 #include "providers/command_line/overriding_registry.h"
 #include "providers/olap/cube_services.h"
@@ -15,6 +17,7 @@
 #include "providers/recordset/persisted_recordset.h"
 #include "providers/sqlite/sqlite_database.h"
 #include "providers/xlsx/xlsx_spreadsheet.h"
+#include "providers/xmla/cube_services.h"
 #include "version.h"
 
 namespace vok {
@@ -61,7 +64,9 @@ struct SystemHost::Providers {
         registry(files, locale, FileRegistry::FileFromEnvironment()),
         overriding(registry, locale, settings_folder),
         database(files, locale),
-        cube(files, locale),
+        cube_files(files, locale),
+        cube_servers(locale, [this] { return ServerSettings(); }),
+        cube(cube_files, cube_servers),
         spreadsheet(files),
         host{Component(),
              files,
@@ -73,6 +78,13 @@ struct SystemHost::Providers {
              cube,
              spreadsheet} {}
 
+  /// Those of Qel.ini in the settings folder of the moment, and of the environment.
+  xmla::XmlaSettings ServerSettings() const {
+    Environment environment;
+    return xmla::ReadXmlaSettings(
+        [&](const std::string& key) { return ReadIniValue(host, environment, "Xmla", key); });
+  }
+
   PosixFiles files;
   IcuLocale locale;
   FileRegistry registry;
@@ -80,7 +92,9 @@ struct SystemHost::Providers {
   SystemClock clock;
   ConsoleMessageBoxes console{stderr};
   PortableDatabase database;
-  olap::OlapCubeServices cube;
+  olap::OlapCubeServices cube_files;
+  xmla::XmlaCubeServices cube_servers;
+  portable::PortableCubeServices cube;
   xlsx::XlsxSpreadsheet spreadsheet;
   Host host;
 };

@@ -1,19 +1,12 @@
 #include "providers/olap/olap_connection.h"
 
 #include "platform/failure.h"
-#include "providers/olap/connection_text.h"
+#include "providers/common/connection_text.h"
 
 namespace vok::olap {
 namespace {
 
 constexpr char kProvider[] = "MSOLAP";
-
-bool IsServerAddress(const Locale& locale, const std::string& source) {
-  for (const std::string_view scheme : {"http://", "https://"}) {
-    if (EqualNoCase(locale, std::string_view(source).substr(0, scheme.size()), scheme)) return true;
-  }
-  return false;
-}
 
 void CheckParts(const Locale& locale, const ConnectionText& parts, const std::string& text) {
   if (!parts.provider.empty() && !EqualNoCase(locale, parts.provider, kProvider)) {
@@ -24,12 +17,6 @@ void CheckParts(const Locale& locale, const ConnectionText& parts, const std::st
   if (parts.data_source.empty()) {
     throw Failure(failure_number::kUnspecified,
                   "The connection text \"" + text + "\" names no cube file (Data Source).");
-  }
-  if (IsServerAddress(locale, parts.data_source)) {
-    throw Failure(failure_number::kUnspecified,
-                  "The data source " + parts.data_source +
-                      " needs a cube server connection, which this build has not. Use a cube "
-                      "file.");
   }
 }
 

@@ -11,8 +11,8 @@
 
 namespace vok::olap {
 
-/// Failures of `Open`: 3706 for another provider; -2147467259 for a text that names no file or a
-/// server, a catalog that the file has not, and a file that is no cube file or damaged; 53 for no
+/// Failures of `Open`: 3706 for another provider; -2147467259 for a text that names no file, a
+/// catalog that the file has not, and a file that is no cube file or damaged; 53 for no
 /// such file. Asking a closed connection: 3704.
 class OlapConnection : public CubeConnection {
  public:

@@ -63,6 +63,7 @@ expect 1 "Check that the folder exists" language build own.csv missing/Lang.rs
 expect 1 "neither as the binary nor as the XML form" language show own.csv
 expect 1 "begins neither" language show ledger.cub
 expect 0 "1205,&OBS member,," language show Lang.rs
+expect 1 "takes no connection" mdx http://127.0.0.1:1/xmla 'select from x'
 expect 1 'there is no file "dates.csv"' cube build --schema "$data/schema.xml" --data good \
   --output out.cub
 expect 1 "Check that the folder exists" cube build --schema "$data/schema.xml" --data "$data" \

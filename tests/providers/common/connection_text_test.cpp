@@ -1,10 +1,10 @@
-#include "providers/olap/connection_text.h"
+#include "providers/common/connection_text.h"
 
 #include <gtest/gtest.h>
 
 #include "platform/failure.h"
 
-namespace vok::olap {
+namespace vok {
 namespace {
 
 TEST(ConnectionText, IsReadInAnyOrderAndCase) {
@@ -32,5 +32,18 @@ TEST(ConnectionText, IsReadInAnyOrderAndCase) {
   }
 }
 
+TEST(ConnectionText, TellsServersFromFiles) {
+  const struct {
+    const char* source;
+    bool server;
+  } kCases[] = {{"http://h/xmla", true},  {"HTTPS://h", true}, {"http:/h", false},
+                {"/srv/http://h", false}, {"x.cub", false},    {"", false}};
+  for (const auto& test : kCases) {
+    ConnectionText parts;
+    parts.data_source = test.source;
+    EXPECT_EQ(NamesServer(parts), test.server) << test.source;
+  }
+}
+
 }  // namespace
-}  // namespace vok::olap
+}  // namespace vok

@@ -1,11 +1,11 @@
-#include "providers/olap/connection_text.h"
+#include "providers/common/connection_text.h"
 
 #include <algorithm>
 
 #include "platform/failure.h"
 #include "platform/text.h"
 
-namespace vok::olap {
+namespace vok {
 namespace {
 
 std::string Lower(std::string_view text) {
@@ -64,4 +64,9 @@ ConnectionText ParseConnectionText(std::string_view text) {
   return parts;
 }
 
-}  // namespace vok::olap
+bool NamesServer(const ConnectionText& text) {
+  const std::string start = Lower(std::string_view(text.data_source).substr(0, 8));
+  return start.starts_with("http://") || start.starts_with("https://");
+}
+
+}  // namespace vok

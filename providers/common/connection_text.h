@@ -4,7 +4,7 @@
 #include <string>
 #include <string_view>
 
-namespace vok::olap {
+namespace vok {
 
 struct ConnectionText {
   std::string provider;
@@ -17,4 +17,7 @@ struct ConnectionText {
 /// a quote without end.
 ConnectionText ParseConnectionText(std::string_view text);
 
-}  // namespace vok::olap
+/// Whether the data source is the address of a server (http or https), and not a file.
+bool NamesServer(const ConnectionText& text);
+
+}  // namespace vok

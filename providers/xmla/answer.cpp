@@ -1,0 +1,63 @@
+#include "providers/xmla/answer.h"
+
+#include "platform/failure.h"
+#include "providers/xmla/http_failure.h"
+
+namespace vok::xmla {
+namespace {
+
+constexpr std::size_t kKeptBytes = 2048;
+constexpr long kOk = 200;
+
+/// Servers report faults with status 500, and with 200 as well. An answer that does not say what it
+/// is may be XML.
+bool MayBeXml(const HttpHead& head) {
+  const std::string& type = head.content_type;
+  return type.empty() || type.find("xml") != std::string::npos;
+}
+
+}  // namespace
+
+void Answer::Take(const HttpHead& head, std::string_view piece) {
+  if (beginning_.size() < kKeptBytes) {
+    beginning_ += piece.substr(0, kKeptBytes - beginning_.size());
+  }
+  is_xml_ = MayBeXml(head) && !unreadable_;
+  if (is_xml_) {
+    Read(head, [&] { xml_.Feed(piece); });
+  }
+}
+
+void Answer::Finish(const HttpHead& head) {
+  bool whole = false;
+  if (is_xml_ && !unreadable_) {
+    Read(head, [&] { whole = xml_.Finish(); });
+  }
+  CheckReport();
+  if (head.status != kOk || !is_xml_) throw AnswerFailure(head, beginning_, address_);
+  if (!whole) throw CutShortFailure(beginning_, address_);
+  if (!soap_.has_result()) throw Unreadable(head, "it holds neither a result nor a failure");
+  Read(head, [&] { result_.Finish(); });
+}
+
+/// A page of an error that is no XML tells less than its status does.
+void Answer::Read(const HttpHead& head, const std::function<void()>& step) {
+  try {
+    step();
+  } catch (const Failure& failure) {
+    if (head.status == kOk) throw Unreadable(head, failure.description());
+    unreadable_ = true;
+  }
+}
+
+Failure Answer::Unreadable(const HttpHead& head, const std::string& why) const {
+  return ContentFailure(head, why, beginning_, address_);
+}
+
+void Answer::CheckReport() const {
+  const std::string words = soap_.reported();
+  if (words.empty()) return;
+  throw Failure(report_number_, "The cube server " + address_ + " reports: " + words);
+}
+
+}  // namespace vok::xmla

@@ -1,0 +1,81 @@
+// The answer to a query in little space: axes of tuples, and the cells that hold something, by
+// ordinal. Texts are kept once each, in large pieces; nothing is copied while it grows.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <deque>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/cube.h"
+#include "platform/value.h"
+#include "providers/xmla/cell_value.h"
+#include "providers/xmla/text_arena.h"
+
+namespace vok::xmla {
+
+inline constexpr std::size_t kMaxAxes = 128;
+inline constexpr uint64_t kMaxCells = uint64_t{1} << 31;
+
+/// Filled by its reader, axes first; failures -2147467259 for an answer that contradicts itself or
+/// goes beyond the limits. Once full it never changes.
+class CellsetData {
+ public:
+  void AddAxis() { axes_.emplace_back(); }
+  /// How many members each tuple of the newest axis must have.
+  void SetMembersPerPosition(std::size_t count) { axes_.back().arity = count; }
+  void AddMember(std::string_view unique_name, std::string_view caption, std::string_view level);
+  void EndTuple();
+  /// All axes are there: from now on cells are added.
+  void EndAxes();
+  /// `text`: of a text or an error.
+  void AddCell(uint64_t ordinal, CellValue value, std::string_view text,
+               std::string_view formatted);
+  /// All cells are there.
+  void EndCells();
+
+  std::size_t AxisCount() const { return axes_.size(); }
+  std::size_t PositionCount(std::size_t axis) const { return axes_[axis].positions; }
+  std::size_t MembersPerPosition(std::size_t axis) const { return axes_[axis].arity; }
+  /// Failure 9 for a position or member that is not there.
+  AxisMember Member(std::size_t axis, std::size_t position, std::size_t index) const;
+  /// Failure 9 for an ordinal that is not there.
+  Value Cell(std::size_t ordinal) const;
+  std::string FormattedCell(std::size_t ordinal) const;
+
+ private:
+  struct StoredMember {
+    std::string_view unique_name;
+    std::string_view caption;
+    std::size_t level = 0;
+  };
+  struct Axis {
+    std::deque<StoredMember> members;  // tuple by tuple
+    std::size_t arity = 0;
+    std::size_t positions = 0;
+  };
+  /// In `texts`: the text of the value, then the formatted value.
+  struct StoredCell {
+    double number = 0;
+    const char* texts = nullptr;
+    uint32_t ordinal = 0;
+    uint32_t formatted_size = 0;
+    uint32_t text_size = 0;
+    CellKind kind = CellKind::kEmpty;
+  };
+
+  std::size_t LevelIndex(std::string_view name);
+  const StoredCell* Find(std::size_t ordinal) const;
+
+  TextArena texts_;
+  std::string scratch_;
+  std::deque<std::string> levels_;
+  std::deque<Axis> axes_;
+  uint64_t cell_count_ = 0;  ///< of the whole answer, empty ones with it
+  std::deque<StoredCell> cells_;
+  bool in_order_ = true;
+};
+
+}  // namespace vok::xmla

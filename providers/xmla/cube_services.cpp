@@ -1,0 +1,19 @@
+#include "providers/xmla/cube_services.h"
+
+#include "providers/xmla/cube_structure.h"
+#include "providers/xmla/xmla_cellset.h"
+#include "providers/xmla/xmla_connection.h"
+
+namespace vok::xmla {
+
+std::unique_ptr<CubeConnection> XmlaCubeServices::NewConnection() {
+  return std::make_unique<XmlaConnection>(locale_, settings_);
+}
+
+std::unique_ptr<CubeCatalog> XmlaCubeServices::NewCatalog() {
+  return std::make_unique<XmlaCatalog>();
+}
+
+std::unique_ptr<Cellset> XmlaCubeServices::NewCellset() { return std::make_unique<XmlaCellset>(); }
+
+}  // namespace vok::xmla

@@ -1,0 +1,33 @@
+// Cube access over servers that speak XML for Analysis 1.1: connections, structure and queries in
+// the platform's words.
+//
+// A connection's "Data Source" is the server's http or https address. "Initial Catalog" names a
+// catalog of the server, or a cube that one of its catalogs holds; names without regard to case.
+#pragma once
+
+#include <functional>
+#include <memory>
+
+#include "platform/cube.h"
+#include "platform/locale.h"
+#include "providers/xmla/xmla_settings.h"
+
+namespace vok::xmla {
+
+class XmlaCubeServices : public CubeServices {
+ public:
+  /// `settings` is called at each opening of a connection. Both must outlive the services and all
+  /// that they hand out.
+  XmlaCubeServices(const Locale& locale, std::function<XmlaSettings()> settings)
+      : locale_(locale), settings_(std::move(settings)) {}
+
+  std::unique_ptr<CubeConnection> NewConnection() override;
+  std::unique_ptr<CubeCatalog> NewCatalog() override;
+  std::unique_ptr<Cellset> NewCellset() override;
+
+ private:
+  const Locale& locale_;
+  std::function<XmlaSettings()> settings_;
+};
+
+}  // namespace vok::xmla

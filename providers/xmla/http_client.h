@@ -1,0 +1,63 @@
+// Posts to one address over HTTP and hands on the answer as it arrives. The connection is kept for
+// the next request. Owns the libcurl handle; used by one thread, but for `Cancel`.
+#pragma once
+
+#include <atomic>
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include "providers/xmla/xmla_settings.h"
+
+namespace vok::xmla {
+
+struct HttpHead {
+  long status = 0;
+  std::string content_type;
+  std::string location;  ///< where a redirect points
+};
+
+/// What it throws comes out of `HttpClient::Post`.
+class HttpBody {
+ public:
+  virtual ~HttpBody() = default;
+  /// A piece of the body, decompressed. `head` is complete.
+  virtual void Take(const HttpHead& head, std::string_view piece) = 0;
+  /// The first bytes that it took, to be shown.
+  virtual std::string_view beginning() const = 0;
+};
+
+class HttpClient {
+ public:
+  /// Failure -2147467259 for an address that is none, or that bears a user's name: that belongs
+  /// into the settings.
+  HttpClient(const std::string& address, const XmlaSettings& settings);
+  ~HttpClient();
+  HttpClient(const HttpClient&) = delete;
+  HttpClient& operator=(const HttpClient&) = delete;
+
+  /// For messages: the address without its query.
+  const std::string& shown_address() const { return shown_; }
+
+  /// Sends `content` (XML) and gives the head of the answer, whatever its status. Redirects are not
+  /// followed. A connection that cannot be made is tried three times; what was sent is never sent
+  /// again, unless the server had closed a kept connection before it answered anything. Failures:
+  /// -2147467259 for a server that is not reached, not trusted, or whose answer ends too early;
+  /// -2147217871 for each of the three limits of time; 3712 when cancelled.
+  HttpHead Post(const std::string& action, const std::string& content, HttpBody& body);
+
+  /// Ends the request under way, or the next one, within a second. From any thread or signal
+  /// handler.
+  void Cancel() { cancelled_ = true; }
+
+ private:
+  struct Handle;
+  struct Exchange;
+
+  std::string shown_;
+  XmlaSettings settings_;
+  std::unique_ptr<Handle> handle_;
+  std::atomic<bool> cancelled_ = false;
+};
+
+}  // namespace vok::xmla

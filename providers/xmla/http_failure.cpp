@@ -1,0 +1,224 @@
+#include "providers/xmla/http_failure.h"
+
+#include <algorithm>
+#include <cctype>
+
+#include "platform/text.h"
+
+namespace vok::xmla {
+namespace {
+
+constexpr std::size_t kShownUnits = 160;  // UTF-16 units of an answer's first line
+
+std::string Server(const std::string& address) { return "The cube server " + address + " "; }
+
+/// Bytes that are no text on one line become "?": an answer may be of any encoding.
+std::string Printable(std::string_view line) {
+  std::string text;
+  for (const char letter : line) {
+    const auto byte = static_cast<unsigned char>(letter);
+    text += byte < 0x20 ? ' ' : byte == 0x7F ? '?' : letter;
+  }
+  return text;
+}
+
+bool IsUtf8(std::string_view text) {
+  for (std::size_t i = 0; i < text.size();) {
+    const auto lead = static_cast<unsigned char>(text[i]);
+    const std::size_t length = lead < 0x80           ? 1
+                               : (lead >> 5) == 0x06 ? 2
+                               : (lead >> 4) == 0x0E ? 3
+                               : (lead >> 3) == 0x1E ? 4
+                                                     : 0;
+    if (length == 0 || i + length > text.size()) return false;
+    for (std::size_t k = 1; k < length; ++k) {
+      if ((static_cast<unsigned char>(text[i + k]) & 0xC0) != 0x80) return false;
+    }
+    i += length;
+  }
+  return true;
+}
+
+std::string AsciiOnly(std::string text) {
+  std::replace_if(
+      text.begin(), text.end(), [](char c) { return static_cast<unsigned char>(c) >= 0x80; }, '?');
+  return text;
+}
+
+/// The first line that is not blank.
+std::string FirstLine(std::string_view beginning) {
+  const std::size_t start = beginning.find_first_not_of(" \t\r\n");
+  if (start == std::string_view::npos) return {};
+  std::string_view line = beginning.substr(start);
+  line = Utf16Prefix(line.substr(0, line.find_first_of("\r\n")), kShownUnits);
+  const std::string text = Printable(line);
+  return IsUtf8(text) ? text : AsciiOnly(text);
+}
+
+std::string Quoted(std::string_view beginning) {
+  const std::string line = FirstLine(beginning);
+  return line.empty() ? "" : " Its answer begins: " + line;
+}
+
+bool StartsWith(std::string_view text, std::string_view start) {
+  if (text.size() < start.size()) return false;
+  return std::equal(start.begin(), start.end(), text.begin(), [](char a, char b) {
+    return a == static_cast<char>(std::tolower(static_cast<unsigned char>(b)));
+  });
+}
+
+/// What is known by its first letters not to be XML; "" for anything else.
+std::string KnownKind(const std::string& content_type, std::string_view beginning) {
+  const std::string line = FirstLine(beginning);
+  const std::string named = content_type.empty() ? "" : " (Content-Type " + content_type + ")";
+  if (StartsWith(line, "<!doctype html") || StartsWith(line, "<html")) {
+    return "an HTML page" + named +
+           " instead of XML: often a login page, or the address of another service";
+  }
+  if (line.starts_with('{') || line.starts_with('[')) {
+    return "JSON" + named + " instead of XML: the address is probably that of another service";
+  }
+  return {};
+}
+
+std::string Kind(const std::string& content_type, std::string_view beginning) {
+  if (beginning.empty()) return "nothing";
+  const std::string known = KnownKind(content_type, beginning);
+  if (!known.empty()) return known;
+  return content_type.empty() ? "something else than XML"
+                              : "the Content-Type " + content_type + " instead of XML";
+}
+
+Failure Unspecified(const std::string& text) { return {failure_number::kUnspecified, text}; }
+
+std::string Seconds(int seconds, const char* key) {
+  return std::to_string(seconds) + " seconds (" + key + " in Qel.ini, section [Xmla])";
+}
+
+Failure TimedOut(const std::string& what, std::string_view beginning, const std::string& address) {
+  return {failure_number::kTimeout,
+          Server(address) + what + ". Ask for less, or allow more time." + Quoted(beginning)};
+}
+
+Failure TimeFailure(const EndedTransfer& transfer, std::string_view beginning,
+                    const std::string& address) {
+  const XmlaSettings& settings = transfer.settings;
+  curl_off_t total = 0;
+  curl_easy_getinfo(transfer.curl, CURLINFO_TOTAL_TIME_T, &total);
+  const bool over = settings.total_seconds > 0 &&
+                    total >= static_cast<curl_off_t>(settings.total_seconds) * 1'000'000;
+  const std::string what =
+      over ? "did not finish its answer within " + Seconds(settings.total_seconds, "TotalSeconds")
+           : "did not take the connection within " +
+                 Seconds(settings.connect_seconds, "ConnectSeconds");
+  return TimedOut(what, beginning, address);
+}
+
+/// What happened, with the library's words in place of "%", and what to do.
+std::string TransferText(CURLcode code) {
+  switch (code) {
+    case CURLE_UNSUPPORTED_PROTOCOL:
+      return "does not speak HTTP: %.";
+    case CURLE_URL_MALFORMAT:
+      return "cannot be asked, its address is not valid: %.";
+    case CURLE_COULDNT_RESOLVE_HOST:
+    case CURLE_COULDNT_RESOLVE_PROXY:
+      return "is not known by that name: %. Check the address and the network.";
+    case CURLE_COULDNT_CONNECT:
+      return "takes no connection: %. Is it running?";
+    case CURLE_PEER_FAILED_VERIFICATION:
+    case CURLE_SSL_CACERT_BADFILE:
+    case CURLE_SSL_ISSUER_ERROR:
+      return "cannot be trusted: %. Name the file of its certificate authority as CaFile in "
+             "Qel.ini, section [Xmla].";
+    case CURLE_SSL_CONNECT_ERROR:
+      return "makes no secure connection: %. Is it a server for https?";
+    case CURLE_GOT_NOTHING:
+      return "closed the connection without an answer: %. See its log, and try again.";
+    case CURLE_PARTIAL_FILE:
+    case CURLE_RECV_ERROR:
+      return "ended its answer too early: %. See its log, and try again.";
+    case CURLE_BAD_CONTENT_ENCODING:
+      return "sent an answer whose compression is damaged: %.";
+    default:
+      return "could not be asked: %.";
+  }
+}
+
+}  // namespace
+
+Failure TransferFailure(const EndedTransfer& transfer, std::string_view beginning,
+                        const std::string& address) {
+  const CURLcode code = transfer.code;
+  if (code == CURLE_OPERATION_TIMEDOUT) return TimeFailure(transfer, beginning, address);
+  std::string text = TransferText(code);
+  text.replace(text.find('%'), 1,
+               transfer.words.empty() ? curl_easy_strerror(code) : transfer.words);
+  return Unspecified(Server(address) + text + Quoted(beginning));
+}
+
+Failure IdleFailure(const XmlaSettings& settings, std::string_view beginning,
+                    const std::string& address) {
+  return TimedOut("sent nothing for " + Seconds(settings.idle_seconds, "IdleSeconds"), beginning,
+                  address);
+}
+
+Failure CancelledFailure(const std::string& address) {
+  return {failure_number::kUnspecified,
+          "The question to the cube server " + address + " was cancelled."};
+}
+
+Failure AnswerFailure(const HttpHead& head, std::string_view beginning,
+                      const std::string& address) {
+  const std::string status = "(HTTP status " + std::to_string(head.status) + ")";
+  switch (head.status) {
+    case 200:
+      return Unspecified(Server(address) + "answered with " + Kind(head.content_type, beginning) +
+                         "." + Quoted(beginning));
+    case 301:
+    case 302:
+    case 303:
+    case 307:
+    case 308:
+      return Unspecified(Server(address) + "redirects to " +
+                         (head.location.empty() ? "another address" : head.location) + " " +
+                         status +
+                         ", which is not followed. If you trust that address, name it as "
+                         "the cube file.");
+    case 401:
+    case 407:
+      return {failure_number::kReadOnly,
+              (head.status == 407 ? "The proxy before the cube server " + address + " "
+                                  : Server(address)) +
+                  "asks for a user and a password that it accepts " + status +
+                  ". Set User and Password in Qel.ini, section [Xmla], or VOKCUBE_XMLA_USER and "
+                  "VOKCUBE_XMLA_PASSWORD (for a proxy within Proxy)." +
+                  Quoted(beginning)};
+    case 403:
+      return {failure_number::kReadOnly,
+              Server(address) + "refuses this user " + status + "." + Quoted(beginning)};
+    case 404:
+      return Unspecified(Server(address) + "has nothing at this address " + status +
+                         ". Check the path, often /xmla." + Quoted(beginning));
+    default:
+      return Unspecified(Server(address) + "failed " + status + ". See its log." +
+                         Quoted(beginning));
+  }
+}
+
+Failure ContentFailure(const HttpHead& head, const std::string& why, std::string_view beginning,
+                       const std::string& address) {
+  const std::string known = KnownKind(head.content_type, beginning);
+  if (!known.empty()) return AnswerFailure(head, beginning, address);
+  return Unspecified(Server(address) + "sent an answer that cannot be read: " + why + "." +
+                     Quoted(beginning));
+}
+
+Failure CutShortFailure(std::string_view beginning, const std::string& address) {
+  return Unspecified(Server(address) +
+                     "ended its answer too early, in the middle of the XML. See its log, and try "
+                     "again." +
+                     Quoted(beginning));
+}
+
+}  // namespace vok::xmla

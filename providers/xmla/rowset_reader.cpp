@@ -1,0 +1,18 @@
+#include "providers/xmla/rowset_reader.h"
+
+namespace vok::xmla {
+
+void RowsetReader::Start(std::size_t level, std::string_view, const XmlAttributes&) {
+  if (level != 1) return;
+  for (std::string& field : row_) field.clear();
+}
+
+void RowsetReader::End(std::size_t level, std::string_view name, std::string_view text) {
+  if (level == 1 && name == "row") take_(row_);
+  if (level != 2) return;
+  for (std::size_t i = 0; i < columns_.size(); ++i) {
+    if (columns_[i] == name) row_[i] = text;
+  }
+}
+
+}  // namespace vok::xmla

@@ -1,0 +1,58 @@
+// A connection to a cube server.
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "platform/cube.h"
+#include "platform/locale.h"
+#include "providers/xmla/server.h"
+
+namespace vok::xmla {
+
+/// What a connection and all that was asked of it share.
+struct OpenedServer {
+  std::shared_ptr<Server> server;
+  std::vector<std::string> catalogs;
+  std::string catalog;  ///< the one in use
+  std::string cube;     ///< the cube that the connection text named; "": none
+};
+
+/// Failures of `Open`: 3706 for another provider; -2147467259 for a text that names no server, a
+/// catalog or cube that the server has not or has several times, and those of `Server`. Asking a
+/// closed connection: 3704.
+class XmlaConnection : public CubeConnection {
+ public:
+  XmlaConnection(const Locale& locale, const std::function<XmlaSettings()>& settings)
+      : locale_(locale), settings_(settings) {}
+
+  std::string ConnectionString() const override { return text_; }
+  void SetConnectionString(const std::string& text) override { text_ = text; }
+  /// Every cursor is on this side.
+  void SetCursorLocation(CursorLocation) override {}
+  /// The user and the password are those of the settings.
+  void Open(const std::string& connection_string, const std::string& user,
+            const std::string& password, int32_t options) override;
+  void Close() override { opened_ = nullptr; }
+  std::string DefaultDatabase() const override { return opened()->catalog; }
+  std::vector<std::string> CatalogNames() const override { return opened()->catalogs; }
+
+  std::shared_ptr<const OpenedServer> opened() const;
+  const Locale& locale() const { return locale_; }
+
+  /// Failure 3704 for a connection of other services.
+  static const XmlaConnection& From(const CubeConnection& connection);
+
+ private:
+  void UseCatalog(OpenedServer& opened, const std::string& name) const;
+  std::string CatalogOfCube(OpenedServer& opened, const std::string& cube) const;
+
+  const Locale& locale_;
+  const std::function<XmlaSettings()>& settings_;
+  std::string text_;
+  std::shared_ptr<const OpenedServer> opened_;
+};
+
+}  // namespace vok::xmla

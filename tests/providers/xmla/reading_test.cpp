@@ -1,0 +1,240 @@
+// Answers, cut into pieces of any size, as they are read.
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <limits>
+
+#include "platform/failure.h"
+#include "providers/xmla/answer.h"
+#include "providers/xmla/cellset_reader.h"
+#include "providers/xmla/requests.h"
+#include "providers/xmla/rowset_reader.h"
+#include "providers/xmla/unique_name.h"
+#include "providers/xmla/xmla_settings.h"
+#include "tests/providers/xmla/answers.h"
+
+namespace vok::xmla {
+namespace {
+
+void Read(const std::string& xml, ResultReader& reader, std::size_t piece) {
+  const HttpHead head{200, "text/xml", ""};
+  Answer answer("http://h/xmla", failure_number::kSyntax, reader);
+  for (std::size_t i = 0; i < xml.size(); i += piece) answer.Take(head, xml.substr(i, piece));
+  answer.Finish(head);
+}
+
+std::unique_ptr<CellsetData> ReadCellset(const std::string& xml, std::size_t piece = 1 << 20) {
+  auto data = std::make_unique<CellsetData>();
+  CellsetReader reader(*data);
+  Read(xml, reader, piece);
+  return data;
+}
+
+std::string FailureOf(const std::string& xml) {
+  try {
+    ReadCellset(xml);
+  } catch (const Failure& failure) {
+    return failure.description();
+  }
+  return "no failure";
+}
+
+TEST(Answers, OfCellsetsReadTheSameInPiecesOfAnySize) {
+  const std::string xml = test::TwoByTwo(
+      "<Cell CellOrdinal=\"0\"><FmtValue/></Cell>"
+      "<Cell CellOrdinal=\"1\"><Value xsi:type=\"xsd:double\">2.043608925E7</Value>"
+      "<FmtValue>20,436,089.25</FmtValue><FormatString>#,##0.00</FormatString></Cell>"
+      "<Cell CellOrdinal=\"3\"><Value "
+      "xsi:type=\"xsd:int\">-7</Value><FmtValue>-7</FmtValue></Cell>");
+  for (const std::size_t piece : {1, 2, 3, 7, 64, 100000}) {
+    const auto data = ReadCellset(xml, piece);
+    ASSERT_EQ(data->AxisCount(), 2u);
+    ASSERT_EQ(data->PositionCount(1), 2u);
+    EXPECT_EQ(data->MembersPerPosition(1), 1u);
+    const AxisMember row = data->Member(1, 1, 0);
+    EXPECT_EQ(row.unique_name, "[QeL].[1\ta [x]] & b]");
+    EXPECT_EQ(row.name, "1\ta [x] & b");
+    EXPECT_EQ(row.caption, "1\ta [x] & b");
+    EXPECT_EQ(row.level_name, "[QeL].[Item]");
+    EXPECT_TRUE(data->Cell(0).IsEmpty());
+    EXPECT_EQ(data->Cell(1), Value(20436089.25));
+    EXPECT_EQ(data->FormattedCell(1), "20,436,089.25");
+    EXPECT_TRUE(data->Cell(2).IsEmpty());
+    EXPECT_EQ(data->FormattedCell(2), "");
+    EXPECT_EQ(data->Cell(3), Value(int32_t{-7}));
+    EXPECT_THROW(data->Cell(4), Failure);
+    EXPECT_THROW(data->Member(1, 2, 0), Failure);
+    EXPECT_THROW(data->Member(1, 0, 1), Failure);
+  }
+}
+
+TEST(Answers, HaveCellsOfEveryForm) {
+  constexpr double kInfinity = std::numeric_limits<double>::infinity();
+  const struct {
+    const char* element;
+    Value value;
+  } kCases[] = {
+      {"<Value xsi:type=\"xsd:double\">-1.5e-3</Value>", -0.0015},
+      {"<Value xsi:type=\"xsd:decimal\"> +0012.500 </Value>", 12.5},
+      {"<Value xsi:type=\"xsd:float\">.5</Value>", 0.5},
+      {"<Value xsi:type=\"xsd:double\">1E400</Value>", kInfinity},
+      {"<Value xsi:type=\"xsd:double\">1e-400</Value>", 0.0},
+      {"<Value xsi:type=\"xsd:double\">-INF</Value>", -kInfinity},
+      {"<Value xsi:type=\"xsd:double\">Infinity</Value>", kInfinity},
+      {"<Value xsi:type=\"xsd:long\">2147483648</Value>", 2147483648.0},
+      {"<Value xsi:type=\"xsd:unsignedByte\">255</Value>", int32_t{255}},
+      {"<Value xsi:type=\"xsd:boolean\">true</Value>", true},
+      {"<Value xsi:type=\"xsd:boolean\">0</Value>", false},
+      {"<Value xsi:type=\"xsd:string\">17 </Value>", "17 "},
+      {"<Value xsi:type=\"xsd:string\"></Value>", ""},
+      {"<Value>17</Value>", 17.0},
+      {"<Value>a&#9;b</Value>", "a\tb"},
+      {"<Value xsi:nil=\"true\"/>", Value()},
+      {"<Value xsi:type=\"xsd:double\">1,5</Value>", CellError{"1,5"}},
+      {"<Value xsi:type=\"xsd:double\">0x10</Value>", CellError{"0x10"}},
+      {"<Value xsi:type=\"xsd:string\">No member</Value><FmtValue>#ERR: No member</FmtValue>",
+       CellError{"No member"}},
+      {"<Value><Error><ErrorCode>1</ErrorCode><Description>Overflow</Description></Error></Value>",
+       CellError{"Overflow"}},
+      {"<Value/><FmtValue>x</FmtValue>", ""},
+  };
+  for (const auto& test : kCases) {
+    const std::string cell = std::string("<Cell CellOrdinal=\"2\">") + test.element + "</Cell>";
+    EXPECT_EQ(ReadCellset(test::TwoByTwo(cell))->Cell(2), test.value) << test.element;
+  }
+  const auto nan = ReadCellset(
+      test::TwoByTwo("<Cell CellOrdinal=\"0\"><Value xsi:type=\"xsd:double\">NaN</Value></Cell>"));
+  EXPECT_TRUE(std::isnan(nan->Cell(0).ToDouble()));
+  const auto turned = ReadCellset(test::TwoByTwo(
+      "<Cell CellOrdinal=\"3\"><Value>3</Value></Cell><Cell CellOrdinal=\"1\"><Value>1</Value>"
+      "<FmtValue>one</FmtValue></Cell>"));
+  EXPECT_EQ(turned->Cell(3), Value(3.0));
+  EXPECT_EQ(turned->FormattedCell(1), "one");
+}
+
+TEST(Answers, ThatCannotBeTrustedAreFailures) {
+  const std::string good = test::TwoByTwo("");
+  const auto cell = [](const char* ordinal) {
+    return std::string("<Cell CellOrdinal=\"") + ordinal + "\"><Value>1</Value></Cell>";
+  };
+  std::string many = "<Axes>";
+  for (int axis = 0; axis < 2; ++axis) {
+    many += "<Axis name=\"Axis" + std::to_string(axis) + "\"><Tuples>";
+    for (int i = 0; i < 50000; ++i) many += "<Tuple><Member/></Tuple>";
+    many += "</Tuples></Axis>";
+  }
+  std::string nested;
+  for (int i = 0; i < 70; ++i) nested += "<a>";
+  const struct {
+    std::string xml;
+    const char* says;
+  } kCases[] = {
+      {good.substr(0, good.size() - 60), "ended its answer too early, in the middle of the XML"},
+      {good.substr(0, good.find("</Axes>")), "ended its answer too early"},
+      {good + "<more/>", "junk after document element"},
+      {"<html><body>Log in</body></html>", "an HTML page (Content-Type text/xml) instead of XML"},
+      {"<!DOCTYPE html>\n<html>", "an HTML page"},
+      {"{\"error\": \"gone\"}", "JSON (Content-Type text/xml) instead of XML"},
+      {"Bad gateway", "Its answer begins: Bad gateway"},
+      {"<!DOCTYPE x [<!ENTITY a \"b\">]><x>&a;</x>", "it has a DOCTYPE in line 1"},
+      {"<x/>", "its outermost element is \"x\", not a SOAP envelope"},
+      {test::Envelope(""), "neither a result nor a failure"},
+      {test::Result(""), "it has no axes"},
+      {test::Result("<row><A>1</A></row>"), "a rowset, not a cellset"},
+      {test::Result("<CellData/>"), "its cells come before its axes"},
+      {test::Result(many + "</Axes>"), "it has more than 2147483648 cells"},
+      {test::Result("<Axes><Axis name=\"Axis1\"/></Axes>"), "its axes are out of order"},
+      {test::Result("<Axes><Axis name=\"Axis0\"><Members/></Axis></Axes>"), "than tuples"},
+      {test::Result("<Axes><Axis name=\"Axis0\"><Tuples><Tuple><Member/></Tuple><Tuple/></Tuples>"
+                    "</Axis></Axes>"),
+       "tuples of different lengths"},
+      {test::TwoByTwo(cell("4")), "it has a cell 4, though its axes make 4"},
+      {test::TwoByTwo(cell("-1")), "one of its cells has no ordinal"},
+      {test::TwoByTwo(cell("1") + cell("1")), "the cell 1 twice"},
+      {test::TwoByTwo("<Cell CellOrdinal=\"0\"><Value>" + std::string(kMaxXmlText + 1, 'x') +
+                      "</Value></Cell>"),
+       "one of its texts is huge"},
+      {test::Result(nested), "nested too deeply"},
+      {test::Fault("Parse failed", "no &#39;[x]&#39; in cube"),
+       "The cube server http://h/xmla reports: Parse failed: no '[x]' in cube"},
+      {test::Envelope("<Fault><Reason><Text>Told twice</Text></Reason><Detail>Told twice</Detail>"
+                      "</Fault>"),
+       "reports: Told twice"},
+      {test::Envelope("<Fault/>"), "reports: an error without a description"},
+      {test::TwoByTwo(cell("0"),
+                      "<Exception/><Messages><Warning Description=\"slow\"/>"
+                      "<Error ErrorCode=\"3\" Description=\"Out of memory\"/></Messages>"),
+       "reports: Out of memory"},
+      {test::TwoByTwo(cell("0"), "<Exception/>"), "reports: an error without a description"},
+      {test::TwoByTwo(cell("0"), "<Messages><Warning Description=\"slow\"/></Messages>"),
+       "no failure"},
+  };
+  for (const auto& test : kCases) {
+    EXPECT_NE(FailureOf(test.xml).find(test.says), std::string::npos)
+        << test.says << "\n  is not in: " << FailureOf(test.xml);
+  }
+}
+
+TEST(Answers, OfRowsetsComeRowByRow) {
+  std::vector<Row> rows;
+  RowsetReader reader({"NAME", "ORDER", "MISSING"}, [&](const Row& row) { rows.push_back(row); });
+  Read(test::Result("<row><ORDER>2</ORDER><NAME>b&#10;&amp;</NAME><OTHER>x</OTHER></row>"
+                    "<row><NAME>c</NAME></row>"),
+       reader, 5);
+  EXPECT_EQ(rows, (std::vector<Row>{{"b\n&", "2", ""}, {"c", "", ""}}));
+}
+
+TEST(UniqueNames, EndWithTheName) {
+  const struct {
+    const char* unique_name;
+    const char* name;
+  } kCases[] = {{"[Date].[2010].[3]", "3"}, {"[QeL].[a]]b.[c]", "a]b.[c"},
+                {"[Measures]", "Measures"}, {"[Date].&[17]", "else"},
+                {"Plain", "else"},          {"", "else"},
+                {"[Open", "else"},          {"[A].[]", ""},
+                {"[A].[b] x", "else"}};
+  for (const auto& test : kCases) {
+    EXPECT_EQ(LastPart(test.unique_name, "else"), test.name) << test.unique_name;
+  }
+}
+
+TEST(Requests, CarryEveryLetter) {
+  const std::string execute = ExecuteEnvelope("a & b", "x < y\r\n\"q\" > 'z' \xD7\x90");
+  EXPECT_NE(execute.find("<Catalog>a &amp; b</Catalog>"), std::string::npos);
+  EXPECT_NE(execute.find("<Statement>x &lt; y&#13;\n\"q\" &gt; 'z' \xD7\x90</Statement>"),
+            std::string::npos);
+  const std::string discover = DiscoverEnvelope({"MDSCHEMA_LEVELS", {{"CUBE_NAME", "<Q>"}}, ""});
+  EXPECT_NE(discover.find("<RestrictionList><CUBE_NAME>&lt;Q&gt;</CUBE_NAME></RestrictionList>"),
+            std::string::npos);
+  EXPECT_EQ(discover.find("<Catalog>"), std::string::npos);
+}
+
+TEST(Settings, ComeFromTheEnvironmentFirst) {
+  setenv("VOKCUBE_XMLA_CA_FILE", "/ca.pem", 1);
+  const auto from_ini = [](const std::string& key) -> std::string {
+    if (key == "CaFile") return "/other.pem";
+    if (key == "Authentication") return "NTLM";
+    if (key == "TotalSeconds") return "90";
+    return key == "Password" ? "se;cret" : "";
+  };
+  const XmlaSettings settings = ReadXmlaSettings(from_ini);
+  unsetenv("VOKCUBE_XMLA_CA_FILE");
+  EXPECT_EQ(settings.ca_file, "/ca.pem");
+  EXPECT_EQ(settings.authentication, "ntlm");
+  EXPECT_EQ(settings.password, "se;cret");
+  EXPECT_EQ(settings.total_seconds, 90);
+  EXPECT_EQ(settings.connect_seconds, 30);
+  for (const char* bad : {"-1", "5s", "604801", "99999999999", " 5"}) {
+    const auto lookup = [bad](const std::string& key) {
+      return key == "IdleSeconds" ? bad : std::string();
+    };
+    EXPECT_THROW(ReadXmlaSettings(lookup), Failure) << bad;
+  }
+  EXPECT_THROW(ReadXmlaSettings([](const std::string& key) {
+                 return key == "Authentication" ? "kerberos" : "";
+               }),
+               Failure);
+}
+
+}  // namespace
+}  // namespace vok::xmla
