@@ -86,7 +86,6 @@ void DataSourceFields::AddControls() {
 
 void DataSourceFields::AddRules() {
   using enum FormEvent;
-  form_.On(kClicked, kName, [this](int) { INIDataSource(""); });
   form_.On(kClicked, "cmdCube", [this](int) { ChooseCube(); });
   form_.On(kClicked, "cmdOptions", [this](int) { EditMoneySets(0); });
   form_.On(kClicked, "ComMeasure", [this](int row) { EditMoneySets(row); });
@@ -115,16 +114,18 @@ void DataSourceFields::Show(const DataSourceSetting& setting) {
   ShowMeasures();
 }
 
-void DataSourceFields::INIDataSource(const std::string& name) {
+bool DataSourceFields::INIDataSource(const std::string& name) {
+  bool loaded = false;
   RunReported(services_, {.FunctionName = "INIDataSource", .ModuleName = "FrmPeriods"}, [&] {
     const auto setting = ReadEditedDataSource(services_.host, services_.publics.environment,
                                               name.empty() ? form_.Text(kName) : name);
     if (!setting) return;
     Show(*setting);
-    MarkSaved();
+    loaded = true;
     UpdObsList();
     MarkMissingMeasures();
   });
+  return loaded;
 }
 
 void DataSourceFields::MarkMeasure(int row, bool missing) {
@@ -232,16 +233,15 @@ bool DataSourceFields::SaveDataSourceInfo() {
       [this] { vok::SaveDataSourceInfo(services_.host, services_.publics.environment, Read()); });
 }
 
-void DataSourceFields::SaveMoneyMeasures() {
+void DataSourceFields::SaveMoneyMeasures() const {
   vok::SaveMoneyMeasures(services_.host, services_.publics.environment, Read());
-  MarkSaved();
 }
 
 std::string DataSourceFields::Entered() const {
   const DataSourceSetting setting = Read();
   std::string entered = std::to_string(setting.CountMoney);
-  for (const std::string& text : {setting.SetName, setting.VarnelMDB, setting.CubeFile,
-                                  setting.CubeName, setting.OBS, setting.ActFile}) {
+  for (const std::string& text :
+       {setting.VarnelMDB, setting.CubeFile, setting.CubeName, setting.OBS, setting.ActFile}) {
     entered += '\n' + text;
   }
   for (const MoneySetEntry& entry : setting.MoneySets) {

@@ -23,19 +23,17 @@ class DataSourceFields {
   DataSourceFields& operator=(const DataSourceFields&) = delete;
 
   /// Shows the stored data source of that name, or of `comboDataSource` for an empty one; an
-  /// unknown name changes nothing. Measures that the cube lacks are marked and told in one message.
-  /// Failures are reported.
-  void INIDataSource(const std::string& name);
+  /// unknown name changes nothing and is false. Measures that the cube lacks are marked and told in
+  /// one message. Failures are reported.
+  bool INIDataSource(const std::string& name);
 
   /// Saves what is shown without its money sets. False when nothing was saved: after a message when
   /// a field is missing, after a report when it failed. A data source without a name gets one.
   bool SaveDataSourceInfo();
   /// Saves the money sets. Failures pass to the caller.
-  void SaveMoneyMeasures();
-  /// True when something was entered since the last load or save.
-  bool IsChanged() const { return Entered() != saved_; }
-  /// What is shown counts as saved.
-  void MarkSaved() { saved_ = Entered(); }
+  void SaveMoneyMeasures() const;
+  /// What is entered but for the name, as one text, to tell whether it changed.
+  std::string Entered() const;
 
   /// The fields as they stand.
   DataSourceSetting Read() const;
@@ -52,12 +50,10 @@ class DataSourceFields {
   void ChooseCube();
   void EditMoneySets(int row);
   void PickInto(const char* field);
-  std::string Entered() const;
 
   const WindowServices& services_;
   Form& form_;
   DataSourceSetting setting_;  ///< its money sets are the ones being edited
-  std::string saved_;          ///< `Entered` at the last load or save
 };
 
 }  // namespace vok

@@ -36,7 +36,15 @@ FrmPeriods::FrmPeriods(const Host& host, Publics& publics, Toolkit& toolkit)
     : services_{host, publics, toolkit},
       form_("FrmPeriods", std::to_string(text_number::kMainWindow)),
       source_(services_, form_),
-      dates_(services_, form_) {
+      dates_(services_, form_),
+      source_set_(services_, form_, kDataSource,
+                  {.entered = [this] { return source_.Entered(); },
+                   .load = [this] { return source_.INIDataSource(""); },
+                   .save = [this] { return SaveSource(); }}),
+      period_set_(services_, form_, kPeriods,
+                  {.entered = [this] { return dates_.Entered(); },
+                   .load = [this] { return LoadPeriodSet(""); },
+                   .save = [this] { return SavePeriods(); }}) {
   AddControls();
   AddMenus();
   AddRules();
@@ -72,7 +80,6 @@ void FrmPeriods::AddRules() {
   const auto on_click = [this](const char* name, auto rule) {
     form_.On(FormEvent::kClicked, name, [rule](int) { rule(); });
   };
-  on_click(kPeriods, [this] { LoadPeriodSet(""); });
   on_click("cmdDeleteSource", [this] { Delete(kDataSource, "DataSource"); });
   on_click("cmdDeletePeriods", [this] { Delete(kPeriods, kUnnamedPeriods); });
   on_click("cmdOutput", [this] { PickOutput(); });
@@ -101,8 +108,8 @@ Value FrmPeriods::Initialize(std::string& DataBaseFileName) {
   dates_.Load();
   ListSets();
   form_.SetText("txtVarnelMDB", DataBaseFileName);
-  source_.MarkSaved();
-  MarkPeriodsSaved();
+  source_set_.MarkSaved();
+  period_set_.MarkSaved();
   return host.files.Exists(SettingsDatabase(environment.SettingsFolder));
 }
 
@@ -125,27 +132,35 @@ bool FrmPeriods::SavePeriods() {
                        PeriodSet set = dates_.Read();
                        set.SetName = form_.Text(kPeriods);
                        vok::SavePeriods(services_.host, services_.publics.environment, set);
-                       MarkPeriodsSaved();
+                       period_set_.MarkSaved();
                      });
+}
+
+bool FrmPeriods::SaveSource() {
+  if (!source_.SaveDataSourceInfo()) return false;
+  return RunReported(services_, ReportOf("SaveSettings"), [this] {
+    source_.SaveMoneyMeasures();
+    source_set_.MarkSaved();
+  });
 }
 
 bool FrmPeriods::SaveSettings() {
   const bool periods = SavePeriods();
-  const bool source =
-      source_.SaveDataSourceInfo() &&
-      RunReported(services_, ReportOf("SaveSettings"), [this] { source_.SaveMoneyMeasures(); });
+  const bool source = SaveSource();
   ListSets();
   return periods && source;
 }
 
-void FrmPeriods::LoadPeriodSet(const std::string& name) {
+bool FrmPeriods::LoadPeriodSet(const std::string& name) {
+  bool loaded = false;
   RunReported(services_, ReportOf("LoadPeriodSet"), [&] {
     const auto set = ReadEditedPeriods(services_.host, services_.publics.environment,
                                        name.empty() ? form_.Text(kPeriods) : name);
     if (!set) return;
     dates_.Show(*set);
-    MarkPeriodsSaved();
+    loaded = true;
   });
+  return loaded;
 }
 
 void FrmPeriods::Delete(const char* combo, const char* kind) {
@@ -158,22 +173,17 @@ void FrmPeriods::Delete(const char* combo, const char* kind) {
   const bool deleted = RunReported(services_, ReportOf("cmdDelete_Click"), [&] {
     DeleteSet(services_.host, services_.publics.environment, name, kind);
   });
-  if (deleted) form_.SetText(combo, "");
+  if (deleted) {
+    form_.SetText(combo, "");
+    (combo == kDataSource ? source_set_ : period_set_).MarkSaved();
+  }
   ListSets();
 }
 
 bool FrmPeriods::SaveIfWanted() {
-  if (!source_.IsChanged() && EnteredPeriods() == saved_periods_) return true;
-  switch (ShowMessage(services_, StringTableText(text_number::kAskSave),
-                      services_.host.component.product_name, MessageIcon::kQuestion,
-                      MessageButtons::kYesNoCancel)) {
-    case MessageAnswer::kYes:
-      return SaveSettings();
-    case MessageAnswer::kNo:
-      return true;
-    default:
-      return false;
-  }
+  if (!source_set_.IsChanged() && !period_set_.IsChanged()) return true;
+  const auto answer = AskWhetherToSave(services_);
+  return answer == MessageAnswer::kYes ? SaveSettings() : answer == MessageAnswer::kNo;
 }
 
 void FrmPeriods::RunQuery() {

@@ -10,6 +10,7 @@
 
 #include "component/cl_me.h"
 #include "ui/data_source_fields.h"
+#include "ui/named_set.h"
 #include "ui/period_dates.h"
 #include "ui/toolkit.h"
 
@@ -31,8 +32,8 @@ class FrmPeriods : public QueryWindow {
   /// True when it was saved; otherwise after a report.
   bool SavePeriods();
   /// Shows the stored period set of that name, or of `ComboPeriods` for an empty one; an unknown
-  /// name changes nothing. Failures are reported.
-  void LoadPeriodSet(const std::string& name);
+  /// name changes nothing and is false. Failures are reported.
+  bool LoadPeriodSet(const std::string& name);
 
  private:
   void AddControls();
@@ -42,17 +43,18 @@ class FrmPeriods : public QueryWindow {
   void Delete(const char* combo, const char* kind);
   void RunQuery();
   void ShowRunResult(const Value& result);
+  bool SaveSource();
+  /// Asks whether to save what would be lost: true when it was saved or is not wanted.
   bool SaveIfWanted();
   void Close();
   void PickOutput();
-  void MarkPeriodsSaved() { saved_periods_ = EnteredPeriods(); }
-  std::string EnteredPeriods() const { return form_.Text("ComboPeriods") + dates_.Entered(); }
 
   WindowServices services_;
   Form form_;
   DataSourceFields source_;
   PeriodDates dates_;
-  std::string saved_periods_;  ///< `EnteredPeriods` at the last load or save
+  NamedSet source_set_;
+  NamedSet period_set_;
 };
 
 }  // namespace vok

@@ -216,6 +216,69 @@ TEST_F(WindowsTest, ASetIsDeletedOnlyWhenThePersonSaysSo) {
   }
 }
 
+TEST_F(WindowsTest, UnsavedEntriesAreAskedAboutBeforeAnotherSetReplacesThem) {
+  const auto window = desk.Open();
+  Form& form = window->form();
+  desk.FillIn(form);
+  form.Click("ComSaveSet");
+  form.SetText("ComboPeriods", "Other");
+  form.SetText({"TextPeriod", 0}, "Autumn");
+  form.Click("ComSaveSet");
+  form.SetText("ComboPeriods", "half 1");
+  form.Leave("ComboPeriods");
+  EXPECT_EQ(form.Text({"TextPeriod", 0}), "Spring")
+      << "a typed name loads while nothing is unsaved";
+  desk.TakeBoxes();
+  struct {
+    MessageAnswer answer;
+    const char* name;
+    const char* period;
+    const char* stored;
+  } const cases[] = {{MessageAnswer::kCancel, "half 1", "Edited", "Spring"},
+                     {MessageAnswer::kNo, "Other", "Autumn", "Spring"},
+                     {MessageAnswer::kYes, "Other", "Autumn", "Edited"}};
+  for (const auto& [answer, name, period, stored] : cases) {
+    form.SetText({"TextPeriod", 0}, "Edited");
+    form.SetText("ComboPeriods", "Other");
+    form.Leave("ComboPeriods");
+    EXPECT_EQ(form.Text({"TextPeriod", 0}), "Edited") << "a typed name never replaces entries";
+    form.SetText("ComboPeriods", "half 1");
+    desk.memory.boxes.answer = answer;
+    form.Choose("ComboPeriods", form.At("ComboPeriods").List[0] == "Other" ? 0 : 1);
+    EXPECT_THAT(desk.TakeBoxes(), ElementsAre(Box("Save the changes?", MessageIcon::kQuestion,
+                                                  MessageButtons::kYesNoCancel)));
+    EXPECT_EQ(form.Text("ComboPeriods"), name);
+    EXPECT_EQ(form.Text({"TextPeriod", 0}), period);
+    EXPECT_EQ(
+        ReadEditedPeriods(desk.host, desk.publics.environment, "Half 1")->Period(1).PeriodName,
+        stored);
+    desk.memory.boxes.answer = MessageAnswer::kNo;
+    form.SetText("ComboPeriods", "half 1");
+    form.Raise(FormEvent::kClicked, "ComboPeriods");
+    desk.TakeBoxes();
+  }
+}
+
+TEST_F(WindowsTest, TheHostProgramOpensTheWindowOnItsDatabase) {
+  desk.files.Append(desk.host.component.folder + "\\VarnelHeb.Chm", "");
+  clMe me(desk.host, desk.publics, [&](const Host& host, Publics& publics) {
+    return std::make_unique<FrmPeriods>(host, publics, desk.toolkit);
+  });
+  desk.toolkit.in_window = {[](Form& form) {
+    EXPECT_EQ(form.Text("txtVarnelMDB"), "C:\\host.mdb");
+    form.Click("mnuContents");
+    form.Click("cmdClose");
+    EXPECT_FALSE(form.Visible);
+  }};
+  int32_t error = 7;
+  std::string database = "C:\\host.mdb";
+  EXPECT_EQ(me.ShowQCform(error, database), Value(true));
+  EXPECT_EQ(error, 7);
+  EXPECT_THAT(desk.toolkit.shown, ElementsAre("FrmPeriods"));
+  EXPECT_THAT(desk.toolkit.help, ElementsAre(HasSubstr("VarnelHeb.Chm")));
+  EXPECT_THAT(desk.TakeBoxes(), IsEmpty());
+}
+
 TEST_F(WindowsTest, ACubeIsChosenFromAFileThatHasOne) {
   desk.Open();
   std::ofstream(desk.folder.File("bad.cub")) << "no cube";

@@ -98,7 +98,7 @@ struct RealDesk {
   ImpatientDatabase database{files, locale};
   olap::OlapCubeServices cube{files, locale};
   xlsx::XlsxSpreadsheet spreadsheet{files};
-  Host host{memory.host.component,
+  Host host{{.folder = folder.path()},
             files,
             memory.registry,
             locale,

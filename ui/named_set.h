@@ -1,0 +1,46 @@
+// One of the named settings that a window edits: which saved one is shown in it, whether what was
+// entered since is saved, and the change to another one.
+//
+// A saved set is loaded when its name is chosen from the list, or typed while nothing is unsaved.
+// Before a choice replaces unsaved entries the user is asked; an entry that stays keeps its name.
+#pragma once
+
+#include <functional>
+#include <string>
+
+#include "ui/toolkit.h"
+
+namespace vok {
+
+MessageAnswer AskWhetherToSave(const WindowServices& services);
+
+class NamedSet {
+ public:
+  struct Actions {
+    std::function<std::string()> entered;  ///< what the fields hold, without the name
+    std::function<bool()> load;            ///< of the name in the combo box; false: nothing was
+    std::function<bool()> save;            ///< under that name
+  };
+
+  /// Adds the rules of the combo box `combo`, which the form has by the time of its events.
+  NamedSet(const WindowServices& services, Form& form, std::string combo, Actions actions);
+
+  /// What is entered counts as saved under the name in the combo box.
+  void MarkSaved();
+  bool IsChanged() const { return AreFieldsChanged() || form_.Text(combo_) != name_; }
+
+ private:
+  bool AreFieldsChanged() const { return actions_.entered() != saved_; }
+  void Load();
+  void Chosen();
+  void NameLeft();
+
+  const WindowServices& services_;
+  Form& form_;
+  std::string combo_;
+  Actions actions_;
+  std::string name_;   ///< of the set as it was loaded or saved
+  std::string saved_;  ///< what was entered then
+};
+
+}  // namespace vok
