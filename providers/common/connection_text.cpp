@@ -5,7 +5,7 @@
 #include "platform/failure.h"
 #include "platform/text.h"
 
-namespace vok {
+namespace vok::cube_text {
 namespace {
 
 std::string Lower(std::string_view text) {
@@ -69,4 +69,4 @@ bool NamesServer(const ConnectionText& text) {
   return start.starts_with("http://") || start.starts_with("https://");
 }
 
-}  // namespace vok
+}  // namespace vok::cube_text

@@ -4,7 +4,7 @@
 #include <string>
 #include <string_view>
 
-namespace vok {
+namespace vok::cube_text {
 
 struct ConnectionText {
   std::string provider;
@@ -20,4 +20,4 @@ ConnectionText ParseConnectionText(std::string_view text);
 /// Whether the data source is the address of a server (http or https), and not a file.
 bool NamesServer(const ConnectionText& text);
 
-}  // namespace vok
+}  // namespace vok::cube_text

@@ -8,7 +8,8 @@ namespace {
 
 constexpr char kProvider[] = "MSOLAP";
 
-void CheckParts(const Locale& locale, const ConnectionText& parts, const std::string& text) {
+void CheckParts(const Locale& locale, const cube_text::ConnectionText& parts,
+                const std::string& text) {
   if (!parts.provider.empty() && !EqualNoCase(locale, parts.provider, kProvider)) {
     throw Failure(
         failure_number::kProviderNotFound,
@@ -26,7 +27,7 @@ void OlapConnection::Open(const std::string& connection_string, const std::strin
                           const std::string&, int32_t) {
   Close();
   if (!connection_string.empty()) text_ = connection_string;
-  const ConnectionText parts = ParseConnectionText(text_);
+  const cube_text::ConnectionText parts = cube_text::ParseConnectionText(text_);
   CheckParts(locale_, parts, text_);
   const auto opened = OpenCatalogs(files_, locale_, parts.data_source);
   catalog_.reset();

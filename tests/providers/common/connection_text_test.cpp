@@ -4,7 +4,7 @@
 
 #include "platform/failure.h"
 
-namespace vok {
+namespace vok::cube_text {
 namespace {
 
 TEST(ConnectionText, IsReadInAnyOrderAndCase) {
@@ -46,4 +46,4 @@ TEST(ConnectionText, TellsServersFromFiles) {
 }
 
 }  // namespace
-}  // namespace vok
+}  // namespace vok::cube_text
