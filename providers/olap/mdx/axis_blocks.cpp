@@ -92,7 +92,9 @@ HierarchyId VaryingHierarchy(const TupleSet& axis) {
   return varying;
 }
 
-std::vector<AxisBlock> CutIntoBlocks(const CubeView& cube, const TupleSet& axis) {
+std::vector<AxisBlock> CutIntoBlocks(const CubeView& cube, const QueryGuard& guard,
+                                     const TupleSet& axis) {
+  guard.Check();
   const HierarchyId varying = VaryingHierarchy(axis);
   const auto column = static_cast<std::size_t>(
       std::find(axis.hierarchies.begin(), axis.hierarchies.end(), varying) -
@@ -105,6 +107,7 @@ std::vector<AxisBlock> CutIntoBlocks(const CubeView& cube, const TupleSet& axis)
   BlockFinder finder(axis, column, blocks);
   const std::size_t count = axis.size();
   for (std::size_t i = 0; i < count; ++i) {
+    guard.CheckAt(i);
     if (varying == kNoHierarchy || IsCalculated(axis.tuple(i)[column])) {
       blocks.push_back(OnePosition(i));
       continue;

@@ -33,6 +33,7 @@ class QueryRun {
     block_axis_ = ChooseBlockAxis();
     CellGrid grid(lengths, block_axis_);
     if (grid.size() > 0) Compute(grid);
+    guard_.Check();
     DropEmpty(grid);
     result.SetAxes(std::move(axes_), evaluator_.base());
     result.SetCells(std::move(grid));
@@ -67,7 +68,7 @@ class QueryRun {
 
   void Compute(CellGrid& grid) {
     if (block_axis_ < axes_.size()) {
-      blocks_ = CutIntoBlocks(cube_, axes_[block_axis_].tuples);
+      blocks_ = CutIntoBlocks(cube_, guard_, axes_[block_axis_].tuples);
     } else {
       blocks_.push_back({0, {0}, nullptr});
     }

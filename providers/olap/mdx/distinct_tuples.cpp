@@ -17,10 +17,11 @@ bool TupleIndex::Equal::operator()(const MemberId* a, const MemberId* b) const {
   return std::equal(a, a + arity, b);
 }
 
-TupleSet Distinct(const TupleSet& set) {
+TupleSet Distinct(const QueryGuard& guard, const TupleSet& set) {
   TupleSet distinct{set.hierarchies, {}};
   TupleIndex seen(set.arity());
   for (std::size_t i = 0; i < set.size(); ++i) {
+    guard.CheckAt(i);
     if (seen.Add(set.tuple(i))) distinct.Add(set.tuple(i));
   }
   return distinct;

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "providers/olap/mdx/expression.h"
+#include "providers/olap/mdx/query_limits.h"
 
 namespace vok::olap {
 
@@ -33,7 +34,7 @@ class TupleIndex {
 };
 
 /// Every tuple once, where it occurs first.
-TupleSet Distinct(const TupleSet& set);
+TupleSet Distinct(const QueryGuard& guard, const TupleSet& set);
 
 /// The members of each hierarchy, ascending, when the set holds every combination of them; nothing
 /// when it is another one.

@@ -199,7 +199,7 @@ std::unique_ptr<Tally> MakeFor(Aggregator aggregator, int scale, std::size_t gro
 std::unique_ptr<Tally> Tally::Make(Aggregator aggregator, const ValueFormat& format,
                                    std::size_t groups) {
   if (aggregator == Aggregator::kDistinctCount) return std::make_unique<DistinctCount>(groups);
-  if (format.kind == ValueKind::kDouble) return MakeFor<Floating>(aggregator, 0, groups);
+  if (format.kind == NumberKind::kDouble) return MakeFor<Floating>(aggregator, 0, groups);
   const bool is_sum = aggregator == Aggregator::kSum || aggregator == Aggregator::kCount;
   if (is_sum && format.is_narrow) return std::make_unique<NarrowSums>(format.scale, groups);
   if (is_sum) return MakeFor<Decimal<Int128>>(aggregator, format.scale, groups);

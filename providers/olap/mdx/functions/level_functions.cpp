@@ -126,9 +126,11 @@ class DescendantsSet : public SetExpression {
         depth_.distance == nullptr ? 0 : WholeNumber(evaluator, *depth_.distance, context, place_);
     TupleSet set{hierarchies(), {}};
     for (const MemberId member : of.ids) {
+      evaluator.guard().Check();
+      evaluator.guard().CheckTuples(set.size(), place_);
       if (IsStored(member)) Add(evaluator, member, distance, set);
     }
-    return of.size() > 1 ? Distinct(set) : set;
+    return of.size() > 1 ? Distinct(evaluator.guard(), set) : set;
   }
 
  private:
