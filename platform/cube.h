@@ -25,6 +25,8 @@ class CubeMember {
   virtual std::string UniqueName() const = 0;
   /// nullptr at the top level.
   virtual std::unique_ptr<CubeMember> Parent() const = 0;
+  /// Whether the cube computes it by a formula.
+  virtual bool IsCalculated() const { return false; }
 };
 
 /// Members stand in the cube's order, counted from 0.

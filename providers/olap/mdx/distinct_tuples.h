@@ -38,6 +38,7 @@ TupleSet Distinct(const QueryGuard& guard, const TupleSet& set);
 
 /// The members of each hierarchy, ascending, when the set holds every combination of them; nothing
 /// when it is another one.
-std::optional<std::vector<std::vector<MemberId>>> FactorsOf(const TupleSet& set);
+std::optional<std::vector<std::vector<MemberId>>> FactorsOf(const QueryGuard& guard,
+                                                            const TupleSet& set);
 
 }  // namespace vok::olap
