@@ -29,6 +29,9 @@ class Connection : public CubeConnection {
     inner_ = std::move(inner);
   }
   void Close() override { inner_.reset(); }
+  void Cancel() override {
+    if (inner_ != nullptr) inner_->Cancel();
+  }
   std::string DefaultDatabase() const override { return Inner().DefaultDatabase(); }
   std::vector<std::string> CatalogNames() const override { return Inner().CatalogNames(); }
 
