@@ -8,14 +8,12 @@
 #include <vector>
 
 #include "providers/olap/mdx/expression.h"
-#include "providers/olap/mdx/query_limits.h"
 
 namespace vok::olap {
 
 class Reads {
  public:
-  /// `guard` is asked while facts are read.
-  Reads(const CubeView& cube, const QueryGuard& guard) : cube_(cube), guard_(guard) {}
+  explicit Reads(const CubeView& cube) : cube_(cube) {}
 
   /// Remembers what `Read` will ask for.
   void Announce(const Block& block);
@@ -48,7 +46,6 @@ class Reads {
   Column Whole(Slice& slice, uint32_t measure);
 
   const CubeView& cube_;
-  const QueryGuard& guard_;
   std::map<Key, Slice> slices_;
   std::vector<Slice*> announced_;
   std::size_t kept_values_ = 0;
