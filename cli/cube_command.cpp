@@ -71,9 +71,14 @@ Json Describe(const olap::CubeModel& model) {
   }
   Json measures = Json::array();
   for (const auto& measure : model.measures) measures.push_back(measure.name);
+  Json calculated = Json::array();
+  for (const auto& member : model.calculated) {
+    calculated.push_back(member.above + "." + olap::Bracketed(member.name));
+  }
   return {{"name", model.name},
           {"facts", model.fact_count},
           {"measures", measures},
+          {"calculatedMembers", calculated},
           {"dimensions", dimensions}};
 }
 
@@ -83,6 +88,10 @@ void PrintCube(const Json& cube) {
   for (const auto& measure : cube["measures"])
     std::cout << ' ' << measure.get<std::string>() << ';';
   std::cout << '\n';
+  if (!cube["calculatedMembers"].empty()) std::cout << "  Calculated:";
+  for (const auto& member : cube["calculatedMembers"])
+    std::cout << ' ' << member.get<std::string>() << ';';
+  if (!cube["calculatedMembers"].empty()) std::cout << '\n';
   for (const auto& dimension : cube["dimensions"]) {
     for (const auto& hierarchy : dimension["hierarchies"]) {
       std::cout << "  " << hierarchy["uniqueName"].get<std::string>() << ':';

@@ -3,6 +3,7 @@
 #include <iostream>
 
 #include "cli/command.h"
+#include "platform/cube.h"
 #include "platform/failure.h"
 
 namespace vok::cli {
@@ -10,6 +11,7 @@ namespace {
 
 constexpr int kFailed = 1;
 constexpr int kWrongArguments = 2;
+constexpr int kInterrupted = 130;
 
 /// A relative folder means one below the current directory, whatever is entered later.
 void AddCommonOptions(CLI::App& app, CommonOptions& common) {
@@ -26,7 +28,7 @@ void AddCommonOptions(CLI::App& app, CommonOptions& common) {
 
 int Report(const Failure& failure) {
   std::cerr << failure.number() << ": " << failure.description() << '\n';
-  return kFailed;
+  return failure.number() == kQueryCancelled ? kInterrupted : kFailed;
 }
 
 void Flush() {

@@ -25,6 +25,8 @@ class CubeMember {
   virtual std::string UniqueName() const = 0;
   /// nullptr at the top level.
   virtual std::unique_ptr<CubeMember> Parent() const = 0;
+  /// Whether the cube computes it by a formula.
+  virtual bool IsCalculated() const { return false; }
 };
 
 /// Members stand in the cube's order, counted from 0.
@@ -67,6 +69,9 @@ class CubeDef {
   virtual std::unique_ptr<CubeDimension> FindDimension(const std::string& name) const = 0;
 };
 
+/// The failure of a query that `CubeConnection::Cancel` ended (DB_E_CANCELED).
+inline constexpr int32_t kQueryCancelled = -2147217842;
+
 class CubeConnection {
  public:
   virtual ~CubeConnection() = default;
@@ -77,6 +82,10 @@ class CubeConnection {
   virtual void Open(const std::string& connection_string, const std::string& user,
                     const std::string& password, int32_t options) = 0;
   virtual void Close() = 0;
+  /// Ends the query that runs on the connection, and those that follow until it is opened again:
+  /// failure `kQueryCancelled`. May be called from any thread and from a signal handler.
+  /// Connections that cannot stop a query pass over it.
+  virtual void Cancel() {}
   virtual std::string DefaultDatabase() const = 0;
   /// The catalogs schema rowset: the values of CATALOG_NAME, in order.
   virtual std::vector<std::string> CatalogNames() const = 0;

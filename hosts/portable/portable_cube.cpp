@@ -20,7 +20,8 @@ class Connection : public CubeConnection {
             const std::string& password, int32_t options) override {
     Close();
     if (!connection_string.empty()) text_ = connection_string;
-    CubeServices& services = NamesServer(ParseConnectionText(text_)) ? servers_ : files_;
+    CubeServices& services =
+        cube_text::NamesServer(cube_text::ParseConnectionText(text_)) ? servers_ : files_;
     auto inner = services.NewConnection();
     inner->SetCursorLocation(cursor_);
     inner->Open(text_, user, password, options);
@@ -28,6 +29,9 @@ class Connection : public CubeConnection {
     inner_ = std::move(inner);
   }
   void Close() override { inner_.reset(); }
+  void Cancel() override {
+    if (inner_ != nullptr) inner_->Cancel();
+  }
   std::string DefaultDatabase() const override { return Inner().DefaultDatabase(); }
   std::vector<std::string> CatalogNames() const override { return Inner().CatalogNames(); }
 

@@ -1,11 +1,12 @@
 #include "providers/common/connection_text.h"
 
 #include <algorithm>
+#include <charconv>
 
 #include "platform/failure.h"
 #include "platform/text.h"
 
-namespace vok {
+namespace vok::cube_text {
 namespace {
 
 std::string Lower(std::string_view text) {
@@ -37,6 +38,17 @@ std::string TakeValue(std::string_view text, std::string_view& rest) {
   return value;
 }
 
+template <typename T>
+T Limit(std::string_view text, const std::string& keyword, const std::string& value) {
+  T limit{};
+  const char* end = value.data() + value.size();
+  const auto read = std::from_chars(value.data(), end, limit);
+  if (read.ec != std::errc{} || read.ptr != end || !(limit > 0)) {
+    Fail(text, "has \"" + value + "\" as " + keyword + ": give a number above 0");
+  }
+  return limit;
+}
+
 std::string WithoutBrackets(std::string_view name) {
   const bool bracketed = name.size() >= 2 && name.front() == '[' && name.back() == ']';
   return std::string(bracketed ? name.substr(1, name.size() - 2) : name);
@@ -59,6 +71,10 @@ ConnectionText ParseConnectionText(std::string_view text) {
       parts.data_source = std::move(value);
     } else if (keyword == "initial catalog") {
       parts.initial_catalog = WithoutBrackets(value);
+    } else if (keyword == "max cells") {
+      parts.max_cells = Limit<std::size_t>(text, keyword, value);
+    } else if (keyword == "timeout") {
+      parts.timeout_seconds = Limit<double>(text, keyword, value);
     }
   }
   return parts;
@@ -69,4 +85,4 @@ bool NamesServer(const ConnectionText& text) {
   return start.starts_with("http://") || start.starts_with("https://");
 }
 
-}  // namespace vok
+}  // namespace vok::cube_text

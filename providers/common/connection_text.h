@@ -1,23 +1,26 @@
 // What a cube's connection text asks for.
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 
-namespace vok {
+namespace vok::cube_text {
 
 struct ConnectionText {
   std::string provider;
   std::string data_source;
   std::string initial_catalog;  ///< without the brackets around it
+  std::size_t max_cells = 0;    ///< "Max Cells"; 0: not given
+  double timeout_seconds = 0;   ///< "Timeout"; 0: not given
 };
 
 /// Parts "Keyword=value" with ";" between, in any order, keywords without regard to case; a value
-/// may stand in quotes. Other keywords are passed over. Failure -2147467259: a part without "=" or
-/// a quote without end.
+/// may stand in quotes. Other keywords are passed over. Failure -2147467259: a part without "=", a
+/// quote without end, a limit that is no number above 0.
 ConnectionText ParseConnectionText(std::string_view text);
 
 /// Whether the data source is the address of a server (http or https), and not a file.
 bool NamesServer(const ConnectionText& text);
 
-}  // namespace vok
+}  // namespace vok::cube_text

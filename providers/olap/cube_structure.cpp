@@ -60,8 +60,16 @@ std::unique_ptr<CubeLevel> OlapHierarchy::LevelAt(std::size_t index) const {
   return std::make_unique<OlapLevel>(cube_, id_, static_cast<uint32_t>(index));
 }
 
+std::size_t OlapLevel::MemberCount() const {
+  return Members().size() + (hierarchy_ == kMeasures ? cube_->CalculatedMeasures().size() : 0);
+}
+
 std::unique_ptr<CubeMember> OlapLevel::MemberAt(std::size_t index) const {
   CheckIndex(index, MemberCount(), "The member of level " + UniqueName());
+  if (index >= Members().size()) {
+    const auto& calculated = cube_->CalculatedMeasures();
+    return std::make_unique<OlapCalculatedMeasure>(cube_, *calculated[index - Members().size()]);
+  }
   return std::make_unique<OlapMember>(cube_, hierarchy_,
                                       Members().begin + static_cast<MemberId>(index));
 }

@@ -68,7 +68,8 @@ class OlapLevel : public CubeLevel {
       : cube_(std::move(cube)), hierarchy_(hierarchy), level_(level) {}
   std::string Name() const override { return cube_->LevelName(hierarchy_, level_); }
   std::string UniqueName() const override { return cube_->LevelUniqueName(hierarchy_, level_); }
-  std::size_t MemberCount() const override { return Members().size(); }
+  /// With the measures that the cube computes, behind the stored ones.
+  std::size_t MemberCount() const override;
   std::unique_ptr<CubeMember> MemberAt(std::size_t index) const override;
 
  private:
@@ -92,6 +93,24 @@ class OlapMember : public CubeMember {
   std::shared_ptr<const CubeView> cube_;
   HierarchyId hierarchy_;
   MemberId id_;
+};
+
+class OlapCalculatedMeasure : public CubeMember {
+ public:
+  OlapCalculatedMeasure(std::shared_ptr<const CubeView> cube,
+                        const CalculatedDefinition& definition)
+      : cube_(std::move(cube)), definition_(definition) {}
+  std::string Name() const override { return definition_.name; }
+  std::string Caption() const override { return definition_.caption; }
+  std::string UniqueName() const override {
+    return cube_->HierarchyUniqueName(kMeasures) + "." + Bracketed(definition_.name);
+  }
+  std::unique_ptr<CubeMember> Parent() const override { return nullptr; }
+  bool IsCalculated() const override { return true; }
+
+ private:
+  std::shared_ptr<const CubeView> cube_;
+  const CalculatedDefinition& definition_;
 };
 
 }  // namespace vok::olap

@@ -10,6 +10,9 @@ void OlapCellset::SetActiveConnection(CubeConnection& connection) {
   const OlapConnection& own = OlapConnection::From(connection);
   opened_ = own.opened();
   catalog_ = own.catalog();
+  cancelled_ = own.cancelled();
+  limits_ = own.limits();
+  limits_.cancelled = cancelled_.get();
 }
 
 void OlapCellset::Open() {
@@ -17,7 +20,8 @@ void OlapCellset::Open() {
   if (opened_ == nullptr) {
     throw Failure(failure_number::kObjectClosed, "The cellset has no open connection.");
   }
-  result_ = catalog_ ? RunMdx(opened_->cubes[*catalog_], source_) : RunMdx(opened_->cubes, source_);
+  result_ = catalog_ ? RunMdx(opened_->cubes[*catalog_], source_, limits_)
+                     : RunMdx(opened_->cubes, source_, limits_);
   for (std::size_t i = 0; i < result_->axes().size(); ++i) axes_.emplace_back(*result_, i);
 }
 

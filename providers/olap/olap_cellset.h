@@ -1,12 +1,14 @@
 // A query on a cube file and its answer, which stays readable after the connection is gone.
 #pragma once
 
+#include <atomic>
 #include <deque>
 #include <memory>
 #include <optional>
 #include <string>
 
 #include "platform/cube.h"
+#include "providers/olap/mdx/query_limits.h"
 #include "providers/olap/mdx/result.h"
 #include "providers/olap/opened_catalogs.h"
 
@@ -48,6 +50,8 @@ class OlapCellset : public Cellset {
 
   std::shared_ptr<const OpenedCatalogs> opened_;
   std::optional<std::size_t> catalog_;
+  QueryLimits limits_;
+  std::shared_ptr<const std::atomic<bool>> cancelled_;
   std::string source_;
   std::unique_ptr<MdxResult> result_;
   std::deque<Axis> axes_;

@@ -8,7 +8,8 @@ namespace {
 
 constexpr char kProvider[] = "MSOLAP";
 
-void CheckParts(const Locale& locale, const ConnectionText& parts, const std::string& text) {
+void CheckParts(const Locale& locale, const cube_text::ConnectionText& parts,
+                const std::string& text) {
   if (!parts.provider.empty() && !EqualNoCase(locale, parts.provider, kProvider)) {
     throw Failure(
         failure_number::kProviderNotFound,
@@ -25,12 +26,16 @@ void CheckParts(const Locale& locale, const ConnectionText& parts, const std::st
 void OlapConnection::Open(const std::string& connection_string, const std::string&,
                           const std::string&, int32_t) {
   Close();
+  cancelled_->store(false);
   if (!connection_string.empty()) text_ = connection_string;
-  const ConnectionText parts = ParseConnectionText(text_);
+  const cube_text::ConnectionText parts = cube_text::ParseConnectionText(text_);
   CheckParts(locale_, parts, text_);
   const auto opened = OpenCatalogs(files_, locale_, parts.data_source);
   catalog_.reset();
   if (!parts.initial_catalog.empty()) catalog_ = opened->Find(parts.initial_catalog);
+  limits_ = QueryLimits();
+  if (parts.max_cells > 0) limits_.max_cells = parts.max_cells;
+  limits_.timeout_seconds = parts.timeout_seconds;
   opened_ = opened;
 }
 

@@ -10,14 +10,14 @@ namespace {
 constexpr char kProvider[] = "MSOLAP";
 constexpr std::size_t kNamesShown = 20;
 
-ConnectionText ReadText(const Locale& locale, const std::string& text) {
-  ConnectionText parts = ParseConnectionText(text);
+cube_text::ConnectionText ReadText(const Locale& locale, const std::string& text) {
+  cube_text::ConnectionText parts = cube_text::ParseConnectionText(text);
   if (!parts.provider.empty() && !EqualNoCase(locale, parts.provider, kProvider)) {
     throw Failure(
         failure_number::kProviderNotFound,
         "The provider \"" + parts.provider + "\" is none for cubes; use " + kProvider + ".");
   }
-  if (!NamesServer(parts)) {
+  if (!cube_text::NamesServer(parts)) {
     throw Failure(failure_number::kUnspecified,
                   "The data source \"" + parts.data_source +
                       "\" is no address of a cube server; it must begin with http:// or https://.");
@@ -48,7 +48,7 @@ void XmlaConnection::Open(const std::string& connection_string, const std::strin
                           const std::string&, int32_t) {
   Close();
   if (!connection_string.empty()) text_ = connection_string;
-  const ConnectionText parts = ReadText(locale_, text_);
+  const cube_text::ConnectionText parts = ReadText(locale_, text_);
   auto opened = std::make_shared<OpenedServer>();
   opened->server = std::make_shared<Server>(parts.data_source, settings_());
   opened->catalogs = ListCatalogs(*opened->server);

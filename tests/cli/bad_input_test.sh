@@ -64,6 +64,14 @@ expect 1 "neither as the binary nor as the XML form" language show own.csv
 expect 1 "begins neither" language show ledger.cub
 expect 0 "1205,&OBS member,," language show Lang.rs
 expect 1 "takes no connection" mdx http://127.0.0.1:1/xmla 'select from x'
+everything='[Date].Members * [QeL].[QeL].Members * [ActX].[xlFile].Members * [MoneySet].Members
+  * [Opening_Balance].Members'
+large="SELECT Filter($everything, [Measures].[Amount] < 1 - 1e15) ON 0 FROM [LedgerQEL]"
+expect 1 "longer than its limit of 0.02 s" mdx ledger.cub --timeout 0.02 "$large"
+expect 1 "past the limit of 100 tuples" mdx ledger.cub --max-cells 100 "$large"
+expect 1 "more than 10 cells" mdx ledger.cub --max-cells 10 \
+  'SELECT [QeL].[QeL].Members ON 0 FROM [LedgerQEL]'
+expect 1 'has "-1" as timeout: give a number above 0' mdx ledger.cub --timeout -1 "$large"
 expect 1 'there is no file "dates.csv"' cube build --schema "$data/schema.xml" --data good \
   --output out.cub
 expect 1 "Check that the folder exists" cube build --schema "$data/schema.xml" --data "$data" \
@@ -95,6 +103,24 @@ if ! cmp -s Lang.rs old.rs; then
   echo "FAILED: the language table changed" >&2
   failures=$((failures + 1))
 fi
+endless="WITH MEMBER [Measures].[m0] AS [Measures].[Amount]"
+for n in {1..60}; do
+  endless+=" MEMBER [Measures].[m$n] AS [Measures].[m$((n - 1))] + [Measures].[m$((n - 1))]"
+done
+mkfifo query
+env --default-signal=INT "$vokcube" mdx ledger.cub --timeout 60 - < query > said 2>&1 &
+running=$!
+echo "$endless SELECT [Measures].[m60] ON 0 FROM [LedgerQEL]" > query
+sleep 0.5
+kill -INT "$running"
+status=0
+wait "$running" || status=$?
+if ((status != 130)) || ! grep -qF "stopped before its end" said; then
+  echo "FAILED: Ctrl-C left status $status and: $(cat said)" >&2
+  failures=$((failures + 1))
+fi
+rm query
+
 if [[ $(find . | sort) != "$before" ]]; then
   echo "FAILED: files were left behind" >&2
   find . >&2

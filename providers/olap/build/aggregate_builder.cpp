@@ -194,7 +194,7 @@ std::vector<AggregatedColumn> AggregatedColumns(const NewCube& cube, const NewFa
     const Aggregator aggregator = cube.measures[measure].aggregator;
     const ValueFormat& format = facts.values[column].format;
     const bool is_extreme = aggregator == Aggregator::kMin || aggregator == Aggregator::kMax;
-    const bool exact = format.kind == ValueKind::kDecimal && (is_extreme || format.is_narrow);
+    const bool exact = format.kind == NumberKind::kDecimal && (is_extreme || format.is_narrow);
     const bool seen = std::any_of(columns.begin(), columns.end(),
                                   [&](const auto& each) { return each.value_column == column; });
     if (exact && !seen && aggregator != Aggregator::kDistinctCount) {

@@ -6,6 +6,7 @@
 #include "providers/olap/build/aggregate_builder.h"
 #include "providers/olap/build/aggregate_choice.h"
 #include "providers/olap/build/fact_loader.h"
+#include "providers/olap/build/formula_check.h"
 #include "providers/olap/build/schema.h"
 #include "providers/olap/build/table_source.h"
 #include "providers/olap/storage/cube_writer.h"
@@ -14,10 +15,13 @@ namespace vok::olap {
 namespace {
 
 NewCube CubeOf(const CubeSchema& schema) {
-  NewCube cube{schema.name, schema.caption, {}, {}, {}, schema.default_measure, 0};
+  NewCube cube{schema.name, schema.caption, {}, {}, {}, {}, schema.default_measure, 0};
   for (const MeasureSchema& measure : schema.measures) {
     cube.measures.push_back(
         {measure.name, measure.caption, measure.aggregator, measure.format_string});
+  }
+  for (const CalculatedMemberSchema& member : schema.calculated) {
+    cube.calculated.push_back(member.definition);
   }
   uint32_t next = 0;
   for (const DimensionSchema& dimension : schema.dimensions) {
@@ -56,7 +60,7 @@ void AddAggregates(const NewCube& cube, const LoadedFacts& loaded, uint64_t valu
   writer.AddAggregates(BuildAggregates(choice, cube, loaded.facts, writer));
 }
 
-BuildReport::Cube AddCube(const CubeSchema& schema, const TableSource& source,
+BuildReport::Cube AddCube(const CubeSchema& schema, const Locale& locale, const TableSource& source,
                           const Progress& progress, CubeWriter& writer) {
   std::vector<LoadedHierarchy> hierarchies;
   for (const DimensionSchema& dimension : schema.dimensions) {
@@ -64,6 +68,13 @@ BuildReport::Cube AddCube(const CubeSchema& schema, const TableSource& source,
       progress("reading dimension " + dimension.name, 0);
       hierarchies.push_back(LoadHierarchy(source, schema, dimension, hierarchy));
     }
+  }
+  if (!schema.calculated.empty()) {
+    NewCube structure = CubeOf(schema);
+    for (const LoadedHierarchy& hierarchy : hierarchies) {
+      structure.hierarchies.push_back(hierarchy.members);
+    }
+    CheckFormulas(locale, schema, structure);
   }
   const LoadedFacts loaded = LoadFacts(source, schema, hierarchies, progress);
   NewCube cube = CubeOf(schema);
@@ -89,7 +100,7 @@ BuildReport BuildCubeFile(Files& files, const Locale& locale, const BuildRequest
   CubeWriter writer(files, request.output_path);
   BuildReport report;
   for (const CubeSchema& cube : cubes) {
-    report.cubes.push_back(AddCube(cube, *source, report_progress, writer));
+    report.cubes.push_back(AddCube(cube, locale, *source, report_progress, writer));
   }
   report.file_bytes = writer.Finish();
   return report;

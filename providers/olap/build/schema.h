@@ -52,6 +52,11 @@ struct MeasureSchema {
   std::string format_string;
 };
 
+struct CalculatedMemberSchema {
+  CalculatedDefinition definition;
+  std::string place;  ///< "schema.xml, line 12"
+};
+
 struct CubeSchema {
   std::string name;
   std::string caption;
@@ -59,6 +64,7 @@ struct CubeSchema {
   uint32_t default_measure = 0;
   std::vector<DimensionSchema> dimensions;
   std::vector<MeasureSchema> measures;
+  std::vector<CalculatedMemberSchema> calculated;  ///< their formulas not looked into
 };
 
 /// The cubes of an XML schema. Failures name the file and line: not well-formed, something missing

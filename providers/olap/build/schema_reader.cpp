@@ -1,5 +1,8 @@
 #include <algorithm>
 #include <array>
+#include <charconv>
+#include <cmath>
+#include <optional>
 #include <pugixml.hpp>
 #include <set>
 #include <string_view>
@@ -7,6 +10,7 @@
 
 #include "providers/olap/build/bad_input.h"
 #include "providers/olap/build/schema.h"
+#include "providers/olap/mdx/resolver.h"
 #include "providers/olap/storage/bytes.h"
 
 namespace vok::olap {
@@ -62,7 +66,7 @@ class SchemaReader {
 
  private:
   CubeSchema ReadCube(Node node) {
-    CheckChildren(node, {"Table", "Dimension", "DimensionUsage", "Measure"});
+    CheckChildren(node, {"Table", "Dimension", "DimensionUsage", "Measure", "CalculatedMember"});
     CubeSchema cube;
     cube.name = Required(node, "name");
     cube.caption = Text(node, "caption", cube.name);
@@ -75,6 +79,7 @@ class SchemaReader {
       if (element == "Dimension") cube.dimensions.push_back(ReadDimension(child, child));
       if (element == "DimensionUsage") cube.dimensions.push_back(ReadUsage(child));
       if (element == "Measure") cube.measures.push_back(ReadMeasure(child));
+      if (element == "CalculatedMember") cube.calculated.push_back(ReadCalculated(child));
     }
     if (cube.dimensions.empty()) throw Bad(node, "has no <Dimension>");
     if (cube.measures.empty()) throw Bad(node, "has no <Measure>");
@@ -195,6 +200,79 @@ class SchemaReader {
       throw Bad(node, "has no column");
     }
     return measure;
+  }
+
+  CalculatedMemberSchema ReadCalculated(Node node) {
+    CheckChildren(node, {"Formula", "CalculatedMemberProperty"});
+    CalculatedMemberSchema member;
+    member.place = PlaceAt(node.offset_debug());
+    CalculatedDefinition& definition = member.definition;
+    definition.name = Required(node, "name");
+    definition.caption = Text(node, "caption", definition.name);
+    definition.above = ReadAbove(node);
+    definition.is_visible = Flag(node, "visible", true);
+    definition.format_string = Text(node, "formatString", "");
+    const Node formula = node.child("Formula");
+    definition.formula = formula ? formula.text().get() : Text(node, "formula", "");
+    if (definition.formula.empty()) throw Bad(node, "has no <Formula>");
+    for (const Node property : node.children("CalculatedMemberProperty")) {
+      ReadProperty(property, definition);
+    }
+    return member;
+  }
+
+  /// The hierarchy, by the name of its dimension or its own, or a member of it.
+  std::string ReadAbove(Node node) const {
+    const std::string dimension = Text(node, "dimension", "");
+    const std::string hierarchy = Text(node, "hierarchy", "");
+    if (dimension.empty() == hierarchy.empty()) {
+      throw Bad(node, "needs one of the attributes dimension and hierarchy");
+    }
+    std::string above = dimension.empty() ? hierarchy : Bracketed(dimension);
+    if (above.front() != '[') above = Bracketed(above);
+    return Text(node, "parent", above);
+  }
+
+  void ReadProperty(Node node, CalculatedDefinition& definition) const {
+    const std::string name = Required(node, "name");
+    const std::string value = PropertyValue(node);
+    if (EqualNoCase(locale_, name, "FORMAT_STRING")) {
+      definition.format_string = value;
+    } else if (EqualNoCase(locale_, name, "CAPTION")) {
+      definition.caption = value;
+    } else if (EqualNoCase(locale_, name, "SOLVE_ORDER")) {
+      definition.solve_order = NumberOf(node, value);
+    } else if (!IsIgnoredProperty(name)) {
+      throw Unsupported(node, "a property of this name");
+    }
+  }
+
+  /// The value as it is, or that of an expression that is a text or a number.
+  std::string PropertyValue(Node node) const {
+    std::string expression = Text(node, "expression", "");
+    if (node.attribute("value")) return Text(node, "value", "");
+    if (expression.empty()) throw Bad(node, "has neither value nor expression");
+    const char quote = expression.front();
+    const bool quoted = quote == '\'' || quote == '"';
+    if (!quoted && ToNumber(expression)) return expression;
+    if (!quoted || expression.size() < 2 || expression.find(quote, 1) != expression.size() - 1) {
+      throw Unsupported(node, "an expression that is neither a number nor a text in quotes");
+    }
+    return expression.substr(1, expression.size() - 2);
+  }
+
+  static std::optional<double> ToNumber(const std::string& text) {
+    double number = 0;
+    const char* end = text.data() + text.size();
+    const auto read = std::from_chars(text.data(), end, number);
+    if (read.ec != std::errc{} || read.ptr != end || !std::isfinite(number)) return std::nullopt;
+    return number;
+  }
+
+  double NumberOf(Node node, const std::string& text) const {
+    const auto number = ToNumber(text);
+    if (!number) throw Bad(node, "is " + Quoted(text) + ", which is no number");
+    return *number;
   }
 
   Aggregator ReadAggregator(Node node) const {

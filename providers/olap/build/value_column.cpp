@@ -52,7 +52,7 @@ void ValueColumn::AddNull() {
 bool ValueColumn::AddNumber(std::string_view text) {
   const Decimal decimal = ParseDecimal(text);
   if (decimal.fit == NumberFit::kNone) return false;
-  if (kind_ == ValueKind::kDecimal) {
+  if (kind_ == NumberKind::kDecimal) {
     int64_t number = decimal.number;
     if (decimal.fit == NumberFit::kDecimal && RaiseScale(decimal.scale) &&
         Shift(number, scale_ - decimal.scale)) {
@@ -87,13 +87,13 @@ bool ValueColumn::RaiseScale(uint8_t scale) {
 void ValueColumn::TurnIntoDoubles() {
   values_.Replace(
       [this](int64_t value) { return std::bit_cast<int64_t>(NearestDouble(value, scale_)); });
-  kind_ = ValueKind::kDouble;
+  kind_ = NumberKind::kDouble;
   scale_ = 0;
 }
 
 ValueFormat ValueColumn::Format() const {
   Int128 total = 0;
-  if (kind_ == ValueKind::kDecimal) {
+  if (kind_ == NumberKind::kDecimal) {
     for (std::size_t row = 0; row < values_.size(); ++row) {
       const Int128 value = values_.At(row);
       total += value < 0 ? -value : value;
@@ -105,13 +105,13 @@ ValueFormat ValueColumn::Format() const {
 bool ValueColumn::CanJoin() const {
   const bool is_extreme = aggregator_ == Aggregator::kMin || aggregator_ == Aggregator::kMax;
   if (aggregator_ == Aggregator::kDistinctCount) return false;
-  return is_extreme || (kind_ == ValueKind::kDecimal && Format().is_narrow);
+  return is_extreme || (kind_ == NumberKind::kDecimal && Format().is_narrow);
 }
 
 int64_t ValueColumn::Joined(int64_t a, int64_t b) const {
   if (aggregator_ == Aggregator::kSum || aggregator_ == Aggregator::kCount) return a + b;
   const bool less =
-      kind_ == ValueKind::kDouble ? std::bit_cast<double>(a) < std::bit_cast<double>(b) : a < b;
+      kind_ == NumberKind::kDouble ? std::bit_cast<double>(a) < std::bit_cast<double>(b) : a < b;
   return less == (aggregator_ == Aggregator::kMin) ? a : b;
 }
 

@@ -43,7 +43,7 @@ class ValueColumn {
   int64_t Joined(int64_t a, int64_t b) const;
 
   Aggregator aggregator_;
-  ValueKind kind_ = ValueKind::kDecimal;
+  NumberKind kind_ = NumberKind::kDecimal;
   uint8_t scale_ = 0;
   IntegerColumn values_;
   std::vector<bool> nulls_;  // empty while there is none

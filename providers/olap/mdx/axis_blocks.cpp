@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <map>
+#include <numeric>
 
 namespace vok::olap {
 namespace {
@@ -57,6 +58,19 @@ class BlockFinder {
   std::size_t last_ = SIZE_MAX;
 };
 
+/// Whether the axis has stored members of one hierarchy and nothing else: it is one block.
+bool IsOneBlock(const TupleSet& axis, HierarchyId varying) {
+  return axis.arity() == 1 && varying != kNoHierarchy && axis.size() > 1 &&
+         std::none_of(axis.ids.begin(), axis.ids.end(), IsCalculated);
+}
+
+AxisBlock WholeAxis(const CubeView& cube, const TupleSet& axis) {
+  AxisBlock block{0, std::vector<uint32_t>(axis.size()), nullptr};
+  std::iota(block.rows.begin(), block.rows.end(), 0U);
+  block.varying = std::make_unique<Positions>(cube, axis.hierarchies[0], axis.ids);
+  return block;
+}
+
 AxisBlock OnePosition(std::size_t tuple) {
   return {tuple, {static_cast<uint32_t>(tuple)}, nullptr};
 }
@@ -78,15 +92,22 @@ HierarchyId VaryingHierarchy(const TupleSet& axis) {
   return varying;
 }
 
-std::vector<AxisBlock> CutIntoBlocks(const CubeView& cube, const TupleSet& axis) {
+std::vector<AxisBlock> CutIntoBlocks(const CubeView& cube, const QueryGuard& guard,
+                                     const TupleSet& axis) {
+  guard.Check();
   const HierarchyId varying = VaryingHierarchy(axis);
   const auto column = static_cast<std::size_t>(
       std::find(axis.hierarchies.begin(), axis.hierarchies.end(), varying) -
       axis.hierarchies.begin());
   std::vector<AxisBlock> blocks;
+  if (IsOneBlock(axis, varying)) {
+    blocks.push_back(WholeAxis(cube, axis));
+    return blocks;
+  }
   BlockFinder finder(axis, column, blocks);
   const std::size_t count = axis.size();
   for (std::size_t i = 0; i < count; ++i) {
+    guard.CheckAt(i);
     if (varying == kNoHierarchy || IsCalculated(axis.tuple(i)[column])) {
       blocks.push_back(OnePosition(i));
       continue;

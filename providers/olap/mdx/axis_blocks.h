@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "providers/olap/mdx/expression.h"
+#include "providers/olap/mdx/query_limits.h"
 
 namespace vok::olap {
 
@@ -17,6 +18,7 @@ struct AxisBlock {
 
 /// The hierarchy with the most members on the axis; `kNoHierarchy` when only measures are there.
 HierarchyId VaryingHierarchy(const TupleSet& axis);
-std::vector<AxisBlock> CutIntoBlocks(const CubeView& cube, const TupleSet& axis);
+std::vector<AxisBlock> CutIntoBlocks(const CubeView& cube, const QueryGuard& guard,
+                                     const TupleSet& axis);
 
 }  // namespace vok::olap

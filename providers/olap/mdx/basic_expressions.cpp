@@ -62,13 +62,14 @@ class TupleAsSet : public SetExpression {
 
 class JoinedSets : public SetExpression {
  public:
-  JoinedSets(std::vector<HierarchyId> hierarchies, std::vector<SetPtr> sets)
-      : SetExpression(std::move(hierarchies)), sets_(std::move(sets)) {}
+  JoinedSets(std::vector<HierarchyId> hierarchies, std::vector<SetPtr> sets, Place place)
+      : SetExpression(std::move(hierarchies)), sets_(std::move(sets)), place_(place) {}
   bool DependsOn(HierarchyId hierarchy) const override { return AnyDependsOn(sets_, hierarchy); }
   TupleSet Evaluate(Evaluator& evaluator, const Context& context) const override {
     TupleSet all{hierarchies(), {}};
     for (const SetPtr& set : sets_) {
       const TupleSet next = set->Evaluate(evaluator, context);
+      evaluator.guard().CheckTuples(all.size() + next.size(), place_);
       all.ids.insert(all.ids.end(), next.ids.begin(), next.ids.end());
     }
     return all;
@@ -76,6 +77,7 @@ class JoinedSets : public SetExpression {
 
  private:
   std::vector<SetPtr> sets_;
+  Place place_;
 };
 
 class EmptySet : public SetExpression {
@@ -274,8 +276,8 @@ SetPtr NewTupleSet(std::vector<MemberPtr> members) {
 
 SetPtr NewEmptySet() { return std::make_unique<EmptySet>(); }
 
-SetPtr NewJoinedSets(std::vector<HierarchyId> hierarchies, std::vector<SetPtr> sets) {
-  return std::make_unique<JoinedSets>(std::move(hierarchies), std::move(sets));
+SetPtr NewJoinedSets(std::vector<HierarchyId> hierarchies, std::vector<SetPtr> sets, Place place) {
+  return std::make_unique<JoinedSets>(std::move(hierarchies), std::move(sets), place);
 }
 
 SetPtr NewNamedSet(std::size_t index, const SetExpression& set) {

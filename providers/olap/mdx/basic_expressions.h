@@ -20,7 +20,7 @@ SetPtr NewTupleSet(std::vector<MemberPtr> members);
 /// {}: no tuples, over no hierarchies.
 SetPtr NewEmptySet();
 /// The sets one after another, all over these hierarchies or {}.
-SetPtr NewJoinedSets(std::vector<HierarchyId> hierarchies, std::vector<SetPtr> sets);
+SetPtr NewJoinedSets(std::vector<HierarchyId> hierarchies, std::vector<SetPtr> sets, Place place);
 /// The set that the query names.
 SetPtr NewNamedSet(std::size_t index, const SetExpression& set);
 /// All members from one to another of the same level; none when one is missing.

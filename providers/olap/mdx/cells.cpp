@@ -33,6 +33,7 @@ class QueryRun {
     block_axis_ = ChooseBlockAxis();
     CellGrid grid(lengths, block_axis_);
     if (grid.size() > 0) Compute(grid);
+    guard_.Check();
     DropEmpty(grid);
     result.SetAxes(std::move(axes_), evaluator_.base());
     result.SetCells(std::move(grid));
@@ -42,11 +43,12 @@ class QueryRun {
   std::vector<std::size_t> CheckedLengths() const {
     std::vector<std::size_t> lengths;
     std::size_t total = 1;
-    for (const MdxResult::Axis& axis : axes_) {
-      lengths.push_back(axis.PositionCount());
+    for (std::size_t i = 0; i < axes_.size(); ++i) {
+      lengths.push_back(axes_[i].PositionCount());
       if (lengths.back() > 0 && total > guard_.max_cells() / lengths.back()) {
-        source_.Fail(0, "the answer has more than " + std::to_string(guard_.max_cells()) +
-                            " cells: ask for fewer members");
+        source_.Fail(query_.axes[i].offset, "the answer has more than " +
+                                                std::to_string(guard_.max_cells()) +
+                                                " cells: ask for fewer members");
       }
       total *= lengths.back();
     }
@@ -67,7 +69,7 @@ class QueryRun {
 
   void Compute(CellGrid& grid) {
     if (block_axis_ < axes_.size()) {
-      blocks_ = CutIntoBlocks(cube_, axes_[block_axis_].tuples);
+      blocks_ = CutIntoBlocks(cube_, guard_, axes_[block_axis_].tuples);
     } else {
       blocks_.push_back({0, {0}, nullptr});
     }

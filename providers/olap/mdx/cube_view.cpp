@@ -15,6 +15,10 @@ constexpr uint32_t kFewMembers = 32;
 
 CubeView::CubeView(std::shared_ptr<const StoredCube> cube, const Locale& locale)
     : cube_(std::move(cube)), locale_(locale), indexes_(HierarchyCount()) {
+  for (const CalculatedDefinition& member : model().calculated) {
+    if (!member.is_visible || !SameName(member.above, HierarchyUniqueName(kMeasures))) continue;
+    calculated_measures_.push_back(&member);
+  }
   for (HierarchyId h = 0; h < HierarchyCount(); ++h) {
     for (uint32_t level = 0; level < LevelCount(h); ++level) {
       indexes_[h].push_back(std::make_unique<NameIndex>());

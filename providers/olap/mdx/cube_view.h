@@ -50,6 +50,10 @@ class CubeView {
   IdRange Children(HierarchyId hierarchy, MemberId member) const;
   MemberId DefaultMember(HierarchyId hierarchy) const;
   bool HasAll(HierarchyId hierarchy) const;
+  /// Measures that the cube declares by formulas, those that are listed.
+  const std::vector<const CalculatedDefinition*>& CalculatedMeasures() const {
+    return calculated_measures_;
+  }
   /// The first hierarchy of the first time dimension; `kNoHierarchy` without one.
   HierarchyId TimeHierarchy() const;
   LevelKind KindOf(HierarchyId hierarchy, uint32_t level) const {
@@ -79,6 +83,7 @@ class CubeView {
 
   std::shared_ptr<const StoredCube> cube_;
   const Locale& locale_;
+  std::vector<const CalculatedDefinition*> calculated_measures_;
   mutable std::vector<std::vector<std::unique_ptr<NameIndex>>> indexes_;
 };
 

@@ -17,26 +17,29 @@ bool TupleIndex::Equal::operator()(const MemberId* a, const MemberId* b) const {
   return std::equal(a, a + arity, b);
 }
 
-TupleSet Distinct(const TupleSet& set) {
+TupleSet Distinct(const QueryGuard& guard, const TupleSet& set) {
   TupleSet distinct{set.hierarchies, {}};
   TupleIndex seen(set.arity());
   for (std::size_t i = 0; i < set.size(); ++i) {
+    guard.CheckAt(i);
     if (seen.Add(set.tuple(i))) distinct.Add(set.tuple(i));
   }
   return distinct;
 }
 
-std::optional<std::vector<std::vector<MemberId>>> FactorsOf(const TupleSet& set) {
+std::optional<std::vector<std::vector<MemberId>>> FactorsOf(const QueryGuard& guard,
+                                                            const TupleSet& set) {
   std::vector<std::vector<MemberId>> factors(set.arity());
   std::size_t combinations = 1;
   for (std::size_t i = 0; i < factors.size(); ++i) {
+    guard.Check();
     std::vector<MemberId>& members = factors[i];
     for (std::size_t row = 0; row < set.size(); ++row) members.push_back(set.tuple(row)[i]);
     std::sort(members.begin(), members.end());
     members.erase(std::unique(members.begin(), members.end()), members.end());
     combinations *= members.size();
   }
-  if (factors.size() > 1 && Distinct(set).size() != combinations) return std::nullopt;
+  if (factors.size() > 1 && Distinct(guard, set).size() != combinations) return std::nullopt;
   return factors;
 }
 

@@ -47,7 +47,7 @@ Evaluator::Evaluator(const CubeView& cube, const Query& query, const QueryGuard&
       query_(query),
       guard_(guard),
       base_(DefaultContext(cube)),
-      reads_(cube),
+      reads_(cube, guard),
       named_sets_(query.sets.size()) {}
 
 void Evaluator::AnnounceCells(const Block& block) {
@@ -73,6 +73,8 @@ Column Evaluator::Cells(const Block& block) {
 
 Column Evaluator::ValuesAt(const ValueExpression& expression, const Block& block,
                            const std::vector<HierarchyId>& hierarchies, const MemberId* members) {
+  guard_.Check();
+  if (!announcing_) reads_.Trim();
   Block inner = block;
   for (std::size_t i = 0; i < hierarchies.size(); ++i) {
     if (members[i] == kNoMember) return NewColumn(block);
@@ -97,6 +99,7 @@ Column Evaluator::ByPosition(const ValueExpression& expression, const Block& blo
   Column column = NewColumn(block);
   for (std::size_t row = 0; row < column.size(); ++row) {
     if (block.positions->ids[row] == kNoMember) continue;
+    guard_.Check();
     column.Copy(row, expression.Evaluate(*this, block.At(row)), 0);
   }
   return column;
@@ -106,8 +109,9 @@ Column Evaluator::ValuesOver(const ValueExpression& expression, const TupleSet& 
                              const Context& context) {
   const bool was_announcing = std::exchange(announcing_, false);
   Column all(set.size());
-  for (const AxisBlock& part : CutIntoBlocks(cube_, set)) {
+  for (const AxisBlock& part : CutIntoBlocks(cube_, guard_, set)) {
     guard_.Check();
+    reads_.Trim();
     Block block{context, part.varying.get()};
     set.Apply(part.tuple, block.context);
     const Column values = expression.Evaluate(*this, block);

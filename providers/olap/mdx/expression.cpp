@@ -1,5 +1,7 @@
 #include "providers/olap/mdx/expression.h"
 
+#include <numeric>
+
 #include "providers/olap/mdx/leaf_ranges.h"
 
 namespace vok::olap {
@@ -17,6 +19,16 @@ bool AreAllOf(IdRange members, const std::vector<MemberId>& ids) {
 
 Positions::Positions(const CubeView& cube, HierarchyId hierarchy_id, std::vector<MemberId> members)
     : hierarchy(hierarchy_id), ids(std::move(members)) {
+  const bool begins = !ids.empty() && ids[0] != kNoMember;
+  const uint32_t level = begins ? cube.LevelOf(hierarchy, ids[0]) : 0;
+  if (AreAllOf(cube.LevelMembers(hierarchy, level), ids)) {
+    AddLevel(level);
+  } else {
+    AddByLevel(cube);
+  }
+}
+
+void Positions::AddByLevel(const CubeView& cube) {
   const Hierarchy& stored = cube.Stored(hierarchy);
   std::vector<Part> by_level(cube.LevelCount(hierarchy));
   for (uint32_t row = 0; row < ids.size(); ++row) {
@@ -31,9 +43,17 @@ Positions::Positions(const CubeView& cube, HierarchyId hierarchy_id, std::vector
     part.level = level;
     part.leaves = Merged(std::move(part.leaves));
     if (CoversAll(part.leaves, stored.LeafCount())) part.leaves.clear();
-    part.is_level = AreAllOf(cube.LevelMembers(hierarchy, level), ids);
     parts.push_back(std::move(part));
   }
+}
+
+/// All leaves stand below the members of any level.
+void Positions::AddLevel(uint32_t level) {
+  Part& part = parts.emplace_back();
+  part.level = level;
+  part.rows.resize(ids.size());
+  std::iota(part.rows.begin(), part.rows.end(), 0U);
+  part.is_level = true;
 }
 
 Block Block::At(std::size_t row) const {

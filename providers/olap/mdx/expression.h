@@ -50,6 +50,10 @@ struct Positions {
   HierarchyId hierarchy;
   std::vector<MemberId> ids;
   std::vector<Part> parts;
+
+ private:
+  void AddLevel(uint32_t level);
+  void AddByLevel(const CubeView& cube);
 };
 
 struct Block {

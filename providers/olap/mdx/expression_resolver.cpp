@@ -119,7 +119,7 @@ Operand ExpressionResolver::ResolveBraces(const Syntax& syntax) const {
   }
   if (sets.empty()) return NewEmptySet();
   if (sets.size() == 1) return std::move(sets[0]);
-  return NewJoinedSets(std::move(hierarchies), std::move(sets));
+  return NewJoinedSets(std::move(hierarchies), std::move(sets), PlaceOf(syntax));
 }
 
 Operand ExpressionResolver::ResolveTuple(const Syntax& syntax) const {

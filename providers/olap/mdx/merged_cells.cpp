@@ -63,7 +63,7 @@ std::optional<Context> MergedCell(Evaluator& evaluator, const Block& block, cons
                                   const ValueExpression& value, Overlap overlap) {
   std::optional<Context> merged = PlaceOf(evaluator, block, set, value, overlap);
   if (!merged) return std::nullopt;
-  const auto factors = FactorsOf(set);
+  const auto factors = FactorsOf(evaluator.guard(), set);
   if (!factors || (overlap == Overlap::kRefused && HasTwice(set, *factors))) return std::nullopt;
   for (std::size_t i = 0; i < set.arity(); ++i) {
     const HierarchyId hierarchy = set.hierarchies[i];

@@ -123,14 +123,18 @@ MemberId NameResolver::FindCalculated(HierarchyId hierarchy, MemberId parent,
   if (parent != kNoMember && cube_.HasAll(hierarchy) && parent == cube_.DefaultMember(hierarchy)) {
     parent = kNoMember;
   }
+  MemberId declared = kNoMember;
   for (std::size_t i = 0; i < query_.members.size(); ++i) {
     const CalculatedMember& member = query_.members[i];
-    if (member.hierarchy == hierarchy && member.parent == parent &&
-        cube_.SameName(member.name, name)) {
-      return static_cast<MemberId>(i) | kCalculatedBit;
+    if (member.hierarchy != hierarchy || member.parent != parent ||
+        !cube_.SameName(member.name, name)) {
+      continue;
     }
+    const MemberId found = static_cast<MemberId>(i) | kCalculatedBit;
+    if (!member.is_declared) return found;
+    declared = found;
   }
-  return kNoMember;
+  return declared;
 }
 
 MemberId NameResolver::OnlyOne(const std::vector<MemberId>& found, HierarchyId hierarchy,
@@ -152,7 +156,7 @@ void NameResolver::FailUnknown(Path path) const {
   source_.Fail(path[0].offset, what);
 }
 
-std::optional<CalculatedMember> NameResolver::Declare(const Name& name) const {
+std::optional<CalculatedMember> NameResolver::Declare(const Name& name, bool declared) const {
   const NamePart& last = name.back();
   if (name.size() < 2) {
     source_.Fail(last.offset, "the calculated member " + Bracketed(last.text) +
@@ -162,6 +166,7 @@ std::optional<CalculatedMember> NameResolver::Declare(const Name& name) const {
   Operand above = Resolve(Path(name).first(name.size() - 1));
   CalculatedMember member;
   member.name = member.caption = last.text;
+  member.is_declared = declared;
   member.place = {&source_, last.offset};
   if (const auto* hierarchy = std::get_if<HierarchyOperand>(&above)) {
     member.hierarchy = hierarchy->hierarchy;
@@ -178,7 +183,8 @@ std::optional<CalculatedMember> NameResolver::Declare(const Name& name) const {
     source_.Fail(last.offset, "a calculated member stands in a hierarchy or below a member, not " +
                                   Describe(above));
   }
-  if (FindCalculated(member.hierarchy, member.parent, member.name) != kNoMember) {
+  const MemberId same = FindCalculated(member.hierarchy, member.parent, member.name);
+  if (same != kNoMember && query_.Member(same).is_declared == declared) {
     return std::nullopt;
   }
   const std::string parent_name = member.parent == kNoMember

@@ -3,7 +3,8 @@
 // "[Date].[2010].[3]": the path begins with a dimension, or a hierarchy by itself; its hierarchy
 // may be named or, being the first, left out; then a level or members from the top, the all member
 // given or left out. A member below the top is found without the path above it where only one has
-// its name. Of calculated members with the same name the first one counts.
+// its name. Of calculated members with the same name the first one counts, those of the query
+// before those that the cube declares.
 #pragma once
 
 #include <optional>
@@ -24,9 +25,9 @@ class NameResolver {
 
   /// Failure -2147217900: a name that the cube does not have, or one that several members share.
   Operand Resolve(std::span<const NamePart> path) const;
-  /// A new calculated member without formula, from its name in the query; nothing for one that is
-  /// there already.
-  std::optional<CalculatedMember> Declare(const Name& name) const;
+  /// A new calculated member without formula, from its name in the query, or in the cube that
+  /// declares it; nothing for one that is there already.
+  std::optional<CalculatedMember> Declare(const Name& name, bool declared) const;
 
  private:
   using Path = std::span<const NamePart>;

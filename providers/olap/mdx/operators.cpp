@@ -11,6 +11,8 @@ namespace {
 
 constexpr std::string_view kJoin = "||";
 constexpr std::string_view kNot = "NOT";
+/// No text put together is longer, in bytes.
+constexpr std::size_t kMaxTextLength = 32767;
 constexpr double kInfinity = std::numeric_limits<double>::infinity();
 
 /// Which empty operands leave the result empty.
@@ -153,8 +155,11 @@ std::string TextOf(const Column& column, std::size_t row) {
 
 class JoinedTexts : public ValueExpression {
  public:
-  JoinedTexts(ValuePtr left, ValuePtr right)
-      : ValueExpression(ValueKind::kText), left_(std::move(left)), right_(std::move(right)) {}
+  JoinedTexts(ValuePtr left, ValuePtr right, Place place)
+      : ValueExpression(ValueKind::kText),
+        left_(std::move(left)),
+        right_(std::move(right)),
+        place_(place) {}
   bool DependsOn(HierarchyId hierarchy) const override {
     return left_->DependsOn(hierarchy) || right_->DependsOn(hierarchy);
   }
@@ -163,7 +168,12 @@ class JoinedTexts : public ValueExpression {
     const Column right = right_->Evaluate(evaluator, block);
     Column joined = evaluator.NewColumn(block);
     for (std::size_t row = 0; row < joined.size(); ++row) {
-      joined.SetText(row, TextOf(left, row) + TextOf(right, row));
+      std::string text = TextOf(left, row) + TextOf(right, row);
+      if (text.size() > kMaxTextLength) {
+        place_.Fail("the text has " + std::to_string(text.size()) + " bytes; the limit is " +
+                    std::to_string(kMaxTextLength));
+      }
+      joined.SetText(row, std::move(text));
     }
     return joined;
   }
@@ -171,6 +181,7 @@ class JoinedTexts : public ValueExpression {
  private:
   ValuePtr left_;
   ValuePtr right_;
+  Place place_;
 };
 
 class UnaryValue : public ValueExpression {
@@ -213,7 +224,8 @@ void RequireNumbers(const Column& column, Place place) {
 }
 
 ValuePtr NewBinary(std::string_view symbol, ValuePtr left, ValuePtr right, Place place) {
-  if (symbol == kJoin) return std::make_unique<JoinedTexts>(std::move(left), std::move(right));
+  if (symbol == kJoin)
+    return std::make_unique<JoinedTexts>(std::move(left), std::move(right), place);
   const Operator* found = Find(symbol);
   if (found == nullptr) return nullptr;
   return std::make_unique<BinaryValue>(*found, std::move(left), std::move(right), place);

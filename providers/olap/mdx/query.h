@@ -47,6 +47,9 @@ struct Query {
   const CalculatedMember& Member(MemberId id) const { return members[id & ~kCalculatedBit]; }
 };
 
+/// That of a stored or calculated measure; nothing for `kNoMember` and where there is none.
+std::optional<std::string> FormatOf(const CubeView& cube, const Query& query, MemberId measure);
+
 /// Which of the members of a cell, one per hierarchy, gives it its value: the calculated one of the
 /// highest solve order; of equal ones that of the first hierarchy, measures first. `kNoHierarchy`
 /// when all are stored.

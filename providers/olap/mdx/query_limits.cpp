@@ -3,6 +3,7 @@
 #include <charconv>
 #include <string>
 
+#include "platform/cube.h"
 #include "platform/failure.h"
 
 namespace vok::olap {
@@ -24,9 +25,15 @@ QueryGuard::QueryGuard(const QueryLimits& limits)
                 std::chrono::duration_cast<Clock::duration>(
                     std::chrono::duration<double>(std::min(limits.timeout_seconds, kLongest)))) {}
 
+void QueryGuard::CheckTuples(std::size_t count, Place place) const {
+  if (count <= max_tuples()) return;
+  place.Fail("the set has " + std::to_string(count) + " tuples; the limit is " +
+             std::to_string(max_tuples()) + ". Ask for fewer members");
+}
+
 void QueryGuard::Check() const {
   if (limits_.cancelled != nullptr && limits_.cancelled->load(std::memory_order_relaxed)) {
-    throw Failure(kCancelled, "The query was stopped before its end.");
+    throw Failure(kQueryCancelled, "The query was stopped before its end.");
   }
   if (limits_.timeout_seconds > 0 && Clock::now() >= deadline_) {
     throw Failure(failure_number::kTimeout, "The query took longer than its limit of " +

@@ -5,7 +5,8 @@
 #include <atomic>
 #include <chrono>
 #include <cstddef>
-#include <cstdint>
+
+#include "providers/olap/mdx/source_text.h"
 
 namespace vok::olap {
 
@@ -14,25 +15,30 @@ inline constexpr std::size_t kMaxCells = 50'000'000;
 /// No set grows beyond this many tuples.
 inline constexpr std::size_t kMaxTuples = 20'000'000;
 
-inline constexpr int32_t kCancelled = -2147217842;  // DB_E_CANCELED
-
 struct QueryLimits {
   std::size_t max_cells = kMaxCells;  ///< of the answer, before NON EMPTY, and tuples of any set
   double timeout_seconds = 0;         ///< 0: none
   const std::atomic<bool>* cancelled = nullptr;  ///< set from outside to end the query
 };
 
-/// Failures: -2147217871 past the time limit, -2147217842 when the query was cancelled.
+/// Failures: -2147217871 past the time limit, `kQueryCancelled` when the query was cancelled.
 class QueryGuard {
  public:
   explicit QueryGuard(const QueryLimits& limits);
 
   std::size_t max_cells() const { return limits_.max_cells; }
   std::size_t max_tuples() const { return std::min(limits_.max_cells, kMaxTuples); }
+  /// Failure -2147217900 at `place` when a set grows beyond the limit.
+  void CheckTuples(std::size_t count, Place place) const;
   /// To be called where work goes on for long: once for every thousand cells or so.
   void Check() const;
+  /// The same at step `i` of a loop: looks up once in so many steps.
+  void CheckAt(std::size_t i) const {
+    if (i % kStepsUnchecked == 0) Check();
+  }
 
  private:
+  static constexpr std::size_t kStepsUnchecked = 4096;
   using Clock = std::chrono::steady_clock;
 
   QueryLimits limits_;

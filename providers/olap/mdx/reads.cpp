@@ -7,6 +7,8 @@ namespace vok::olap {
 namespace {
 
 constexpr std::size_t kMaxKeptValues = std::size_t{16} << 20;
+/// A slice takes as much memory as so many values.
+constexpr std::size_t kSliceValues = 64;
 
 /// The leaves of a hierarchy that take part; nothing: all of them.
 std::optional<LeafRanges> Leaves(const CubeView& cube, const Block& block,
@@ -45,7 +47,11 @@ Reads::Slice* Reads::Find(const Block& block, const Positions::Part* part) {
     }
   }
   Slice& slice = slices_[std::move(key)];
-  if (slice.query.leaves.empty()) slice.query = std::move(query);
+  if (slice.query.leaves.empty()) {
+    slice.query = std::move(query);
+    slice.query.check = [&guard = guard_] { guard.Check(); };
+    kept_values_ += kSliceValues;
+  }
   return &slice;
 }
 

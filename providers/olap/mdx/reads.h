@@ -8,12 +8,14 @@
 #include <vector>
 
 #include "providers/olap/mdx/expression.h"
+#include "providers/olap/mdx/query_limits.h"
 
 namespace vok::olap {
 
 class Reads {
  public:
-  explicit Reads(const CubeView& cube) : cube_(cube) {}
+  /// `guard` is asked while facts are read.
+  Reads(const CubeView& cube, const QueryGuard& guard) : cube_(cube), guard_(guard) {}
 
   /// Remembers what `Read` will ask for.
   void Announce(const Block& block);
@@ -46,6 +48,7 @@ class Reads {
   Column Whole(Slice& slice, uint32_t measure);
 
   const CubeView& cube_;
+  const QueryGuard& guard_;
   std::map<Key, Slice> slices_;
   std::vector<Slice*> announced_;
   std::size_t kept_values_ = 0;

@@ -6,6 +6,7 @@
 #include <string_view>
 #include <utility>
 
+#include "providers/olap/mdx/declared_members.h"
 #include "providers/olap/mdx/expression_resolver.h"
 #include "providers/olap/mdx/name_resolver.h"
 #include "providers/olap/mdx/token_reader.h"
@@ -13,9 +14,9 @@
 namespace vok::olap {
 namespace {
 
-/// Properties that say how a member is shown elsewhere: accepted, without effect here.
-constexpr std::array<std::string_view, 6> kIgnoredProperties = {
-    "VISIBLE", "NON_EMPTY_BEHAVIOR", "FORE_COLOR", "BACK_COLOR", "FONT_NAME", "FONT_SIZE"};
+constexpr std::array<std::string_view, 8> kIgnoredProperties = {
+    "VISIBLE",    "DESCRIPTION", "DATATYPE",  "NON_EMPTY_BEHAVIOR",
+    "FORE_COLOR", "BACK_COLOR",  "FONT_NAME", "FONT_SIZE"};
 
 class StatementResolver {
  public:
@@ -27,6 +28,7 @@ class StatementResolver {
         expressions_(cube, source, names_) {}
 
   Query Run() {
+    AddDeclaredMembers(cube_, query_);
     DeclareMembers();
     ResolveSets();
     for (const auto& [index, definition] : declared_) ResolveMember(index, *definition);
@@ -38,7 +40,7 @@ class StatementResolver {
   /// Members first by name alone: their formulas may name one another in any order.
   void DeclareMembers() {
     for (const MemberDefinition& definition : statement_.members) {
-      std::optional<CalculatedMember> member = names_.Declare(definition.name);
+      std::optional<CalculatedMember> member = names_.Declare(definition.name, false);
       if (!member) continue;
       declared_.emplace_back(query_.members.size(), &definition);
       query_.members.push_back(std::move(*member));
@@ -51,15 +53,8 @@ class StatementResolver {
     CalculatedMember& member = query_.members[index];
     member.formula = std::move(formula);
     for (const auto& [name, value] : definition.properties) SetProperty(member, name, value);
-    if (!member.format) member.format = FormatOf(measure);
-  }
-
-  /// A calculated member without a format of its own shows as the first measure of its formula.
-  std::optional<std::string> FormatOf(MemberId measure) const {
-    if (measure == kNoMember) return std::nullopt;
-    if (IsCalculated(measure)) return query_.Member(measure).format;
-    const std::string& format = cube_.model().measures[measure].format_string;
-    return format.empty() ? std::nullopt : std::optional(format);
+    // A calculated member without a format of its own shows as the first measure of its formula.
+    if (!member.format) member.format = FormatOf(cube_, query_, measure);
   }
 
   void SetProperty(CalculatedMember& member, const NamePart& name, const Syntax& value) const {
@@ -69,8 +64,7 @@ class StatementResolver {
       member.caption = TextOf(name, value);
     } else if (IsKeyword(name.text, "SOLVE_ORDER")) {
       member.solve_order = NumberOf(name, value);
-    } else if (std::none_of(kIgnoredProperties.begin(), kIgnoredProperties.end(),
-                            [&](std::string_view known) { return IsKeyword(name.text, known); })) {
+    } else if (!IsIgnoredProperty(name.text)) {
       source_.Fail(name.offset, "not supported: the member property " + name.text);
     }
   }
@@ -131,6 +125,11 @@ class StatementResolver {
 };
 
 }  // namespace
+
+bool IsIgnoredProperty(std::string_view name) {
+  return std::any_of(kIgnoredProperties.begin(), kIgnoredProperties.end(),
+                     [name](std::string_view known) { return IsKeyword(name, known); });
+}
 
 Query Resolve(const CubeView& cube, const SourceText& source, const Statement& statement) {
   return StatementResolver(cube, source, statement).Run();

@@ -10,11 +10,15 @@ namespace {
 
 enum class Operation { kUnion, kUnionAll, kExcept, kIntersect, kIntersectAll };
 
-TupleSet Chosen(const TupleSet& from, const TupleSet& by, bool wanted) {
+TupleSet Chosen(const QueryGuard& guard, const TupleSet& from, const TupleSet& by, bool wanted) {
   TupleIndex index(by.arity());
-  for (std::size_t i = 0; i < by.size(); ++i) index.Add(by.tuple(i));
+  for (std::size_t i = 0; i < by.size(); ++i) {
+    guard.CheckAt(i);
+    index.Add(by.tuple(i));
+  }
   TupleSet chosen{from.hierarchies, {}};
   for (std::size_t i = 0; i < from.size(); ++i) {
+    guard.CheckAt(i);
     if (index.Contains(from.tuple(i)) == wanted) chosen.Add(from.tuple(i));
   }
   return chosen;
@@ -23,11 +27,12 @@ TupleSet Chosen(const TupleSet& from, const TupleSet& by, bool wanted) {
 class CombinedSet : public SetExpression {
  public:
   CombinedSet(Operation operation, std::vector<HierarchyId> hierarchies, SetPtr first,
-              SetPtr second)
+              SetPtr second, Place place)
       : SetExpression(std::move(hierarchies)),
         operation_(operation),
         first_(std::move(first)),
-        second_(std::move(second)) {}
+        second_(std::move(second)),
+        place_(place) {}
 
   bool DependsOn(HierarchyId hierarchy) const override {
     return first_->DependsOn(hierarchy) || second_->DependsOn(hierarchy);
@@ -37,18 +42,19 @@ class CombinedSet : public SetExpression {
     TupleSet a = first_->Evaluate(evaluator, context);
     TupleSet b = second_->Evaluate(evaluator, context);
     a.hierarchies = b.hierarchies = hierarchies();
-    evaluator.guard().Check();
+    const QueryGuard& guard = evaluator.guard();
+    guard.CheckTuples(a.size() + b.size(), place_);
     switch (operation_) {
       case Operation::kUnion:
       case Operation::kUnionAll:
         a.ids.insert(a.ids.end(), b.ids.begin(), b.ids.end());
-        return operation_ == Operation::kUnion ? Distinct(a) : a;
+        return operation_ == Operation::kUnion ? Distinct(guard, a) : a;
       case Operation::kExcept:
-        return Chosen(a, b, false);
+        return Chosen(guard, a, b, false);
       case Operation::kIntersect:
-        return Distinct(Chosen(a, b, true));
+        return Distinct(guard, Chosen(guard, a, b, true));
       case Operation::kIntersectAll:
-        return Chosen(a, b, true);
+        return Chosen(guard, a, b, true);
     }
     return a;
   }
@@ -57,12 +63,13 @@ class CombinedSet : public SetExpression {
   Operation operation_;
   SetPtr first_;
   SetPtr second_;
+  Place place_;
 };
 
 SetPtr Combined(Operation operation, SetPtr first, SetPtr second, Place place) {
   std::vector<HierarchyId> common = CommonHierarchies(*first, *second, place);
   return std::make_unique<CombinedSet>(operation, std::move(common), std::move(first),
-                                       std::move(second));
+                                       std::move(second), place);
 }
 
 class DistinctSet : public SetExpression {
@@ -70,7 +77,7 @@ class DistinctSet : public SetExpression {
   explicit DistinctSet(SetPtr set) : SetExpression(set->hierarchies()), set_(std::move(set)) {}
   bool DependsOn(HierarchyId hierarchy) const override { return set_->DependsOn(hierarchy); }
   TupleSet Evaluate(Evaluator& evaluator, const Context& context) const override {
-    return Distinct(set_->Evaluate(evaluator, context));
+    return Distinct(evaluator.guard(), set_->Evaluate(evaluator, context));
   }
 
  private:

@@ -22,8 +22,9 @@ Context SlicerContext(Evaluator& evaluator, const SourceText& source) {
   const auto& slicer = evaluator.query().slicer;
   if (!slicer) return context;
   const TupleSet tuples = slicer->set->Evaluate(evaluator, context);
+  evaluator.guard().Check();
   if (tuples.arity() == 0) source.Fail(slicer->offset, "the slicer has no members");
-  const auto factors = FactorsOf(tuples);
+  const auto factors = FactorsOf(evaluator.guard(), tuples);
   if (!factors) {
     source.Fail(slicer->offset,
                 "not supported: a set in WHERE that is not every combination of its members");

@@ -33,8 +33,9 @@ int CompareCells(const Column& column, std::size_t a, std::size_t b) {
   return Compare(x, y);
 }
 
-void SortByValue(const Column& values, bool descending, std::vector<uint32_t>& rows) {
-  std::stable_sort(rows.begin(), rows.end(), [&](uint32_t a, uint32_t b) {
+void SortByValue(const QueryGuard& guard, const Column& values, bool descending,
+                 std::vector<uint32_t>& rows) {
+  SortRows(guard, rows, [&](uint32_t a, uint32_t b) {
     const int order = CompareCells(values, a, b);
     return descending ? order > 0 : order < 0;
   });
@@ -43,6 +44,7 @@ void SortByValue(const Column& values, bool descending, std::vector<uint32_t>& r
 PathKeys::PathKeys(const Evaluator& evaluator, const TupleSet& set) : arity_(set.arity()) {
   paths_.reserve(set.ids.size());
   for (std::size_t i = 0; i < set.ids.size(); ++i) {
+    evaluator.guard().CheckAt(i);
     paths_.push_back(PathOf(evaluator, set.hierarchies[i % arity_], set.ids[i]));
   }
 }
@@ -71,6 +73,7 @@ void SiblingKeys::AddColumn(Evaluator& evaluator, const TupleSet& set, std::size
       {}};
   std::map<std::vector<MemberId>, uint32_t> row_of;
   for (std::size_t i = 0; i < set.size(); ++i) {
+    evaluator.guard().CheckAt(i);
     std::vector<MemberId> place(set.tuple(i), set.tuple(i) + column + 1);
     for (const MemberId member : PathOf(evaluator, set.hierarchies[column], place.back())) {
       place.back() = member;

@@ -1,6 +1,7 @@
 // What tuples are ordered by: values, places in the hierarchy, or values among siblings.
 #pragma once
 
+#include <algorithm>
 #include <cstdint>
 #include <vector>
 
@@ -10,8 +11,18 @@ namespace vok::olap {
 
 /// -1, 0 or 1. An empty value is before every other, a number before a text.
 int CompareCells(const Column& column, std::size_t a, std::size_t b);
+/// Orders `rows`, equal ones as they are, unless the query ends before.
+template <typename Before>
+void SortRows(const QueryGuard& guard, std::vector<uint32_t>& rows, Before before) {
+  std::size_t comparisons = 0;
+  std::stable_sort(rows.begin(), rows.end(), [&](uint32_t a, uint32_t b) {
+    guard.CheckAt(++comparisons);
+    return before(a, b);
+  });
+}
 /// Orders `rows` by their values; equal ones stay as they are.
-void SortByValue(const Column& values, bool descending, std::vector<uint32_t>& rows);
+void SortByValue(const QueryGuard& guard, const Column& values, bool descending,
+                 std::vector<uint32_t>& rows);
 
 /// Each tuple's members with all members above them, from the top.
 class PathKeys {

@@ -1,5 +1,6 @@
 #include "providers/olap/storage/cube_file.h"
 
+#include <cmath>
 #include <cstring>
 #include <optional>
 #include <utility>
@@ -109,20 +110,40 @@ class StructureReader {
   ByteReader in_;
 };
 
+std::vector<CalculatedDefinition> ReadCalculated(ByteReader in) {
+  std::vector<CalculatedDefinition> members(in.GetCount(5 * kLeastText));
+  for (CalculatedDefinition& member : members) {
+    for (std::string* text :
+         {&member.name, &member.caption, &member.above, &member.format_string, &member.formula}) {
+      *text = in.GetText();
+    }
+    member.solve_order = in.Get<double>();
+    const auto visible = in.Get<uint8_t>();
+    if (visible > 1 || !std::isfinite(member.solve_order)) {
+      throw DamagedCubeFile(in.file_name(), "a calculated member is not valid");
+    }
+    member.is_visible = visible != 0;
+  }
+  return members;
+}
+
 StoredCube ReadCube(const BlockStore& blocks, ByteReader& catalog) {
   std::optional<ByteReader> structure;
   std::optional<ByteReader> facts;
   std::optional<ByteReader> aggregates;
+  std::optional<ByteReader> calculated;
   for (auto tag = catalog.Get<SectionTag>(); tag != SectionTag::kEnd;
        tag = catalog.Get<SectionTag>()) {
     const ByteReader section(catalog.Take(catalog.Get<uint32_t>()), blocks.file_name());
     if (tag == SectionTag::kStructure) structure.emplace(section);
     if (tag == SectionTag::kFacts) facts.emplace(section);
     if (tag == SectionTag::kAggregates) aggregates.emplace(section);
+    if (tag == SectionTag::kCalculated) calculated.emplace(section);
   }
   if (!structure || !facts) throw DamagedCubeFile(blocks.file_name(), "a cube is incomplete");
   StoredCube cube;
   cube.model = StructureReader(blocks, *structure).Read();
+  if (calculated) cube.model.calculated = ReadCalculated(*calculated);
   cube.facts = ReadFactsSection(blocks, *facts, aggregates, cube.model);
   return cube;
 }

@@ -1,6 +1,7 @@
 #include "providers/olap/storage/cube_writer.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "providers/olap/storage/blocks.h"
 #include "providers/olap/storage/hierarchy_block.h"
@@ -34,7 +35,9 @@ void PutLevels(ByteWriter& out, const std::vector<Level>& levels) {
 
 }  // namespace
 
-CubeWriter::CubeWriter(Files& files, const std::string& path) : file_(files.Replace(path)) {
+CubeWriter::CubeWriter(Files& files, const std::string& path) : CubeWriter(files.Replace(path)) {}
+
+CubeWriter::CubeWriter(std::unique_ptr<FileReplacement> file) : file_(std::move(file)) {
   Write(BytesOf(FileHeader{kFileMagic, kFormatVersion, 0}));
 }
 
@@ -61,6 +64,9 @@ uint64_t CubeWriter::Begin(const NewCube& cube, const NewFacts& facts) {
   AddSection(SectionTag::kStructure, Structure(cube));
   uint64_t value_bytes = 0;
   AddSection(SectionTag::kFacts, FactsSection(facts, value_bytes));
+  if (!cube.calculated.empty()) {
+    AddSection(SectionTag::kCalculated, CalculatedSection(cube.calculated));
+  }
   return value_bytes;
 }
 
@@ -117,6 +123,20 @@ ByteWriter CubeWriter::Structure(const NewCube& cube) {
     out.Put(dimension.is_time);
     out.Put(static_cast<uint32_t>(dimension.hierarchies.size()));
     out.PutAll(std::span(dimension.hierarchies));
+  }
+  return out;
+}
+
+ByteWriter CubeWriter::CalculatedSection(const std::vector<CalculatedDefinition>& members) {
+  ByteWriter out;
+  out.Put(static_cast<uint32_t>(members.size()));
+  for (const CalculatedDefinition& member : members) {
+    for (const std::string* text :
+         {&member.name, &member.caption, &member.above, &member.format_string, &member.formula}) {
+      out.PutText(*text);
+    }
+    out.Put(member.solve_order);
+    out.Put(member.is_visible);
   }
   return out;
 }

@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <memory>
 #include <optional>
 #include <span>
 #include <string>
@@ -79,6 +80,7 @@ struct NewCube {
   std::vector<Dimension> dimensions;
   std::vector<NewHierarchy> hierarchies;
   std::vector<Measure> measures;
+  std::vector<CalculatedDefinition> calculated;
   uint32_t default_measure = 0;
   uint64_t fact_count = 0;
 };
@@ -88,6 +90,7 @@ struct NewCube {
 class CubeWriter {
  public:
   CubeWriter(Files& files, const std::string& path);
+  explicit CubeWriter(std::unique_ptr<FileReplacement> file);
 
   /// Returns how many bytes the facts' values take.
   uint64_t Begin(const NewCube& cube, const NewFacts& facts);
@@ -102,6 +105,7 @@ class CubeWriter {
   void Write(std::string_view bytes);
   void AddSection(SectionTag tag, const ByteWriter& payload);
   ByteWriter Structure(const NewCube& cube);
+  static ByteWriter CalculatedSection(const std::vector<CalculatedDefinition>& members);
   ByteWriter FactsSection(const NewFacts& facts, uint64_t& value_bytes);
   std::vector<ChunkEntry> AddColumn(uint64_t rows, const ColumnSource& source);
 

@@ -14,7 +14,7 @@ class Scan {
  public:
   Scan(const BlockStore& blocks, const Cuboids& cuboids, std::span<const LeafLevels> levels,
        const CuboidPart& part, const std::vector<IdRange>& inner, const Grouping& grouping,
-       std::span<const CellTarget> targets)
+       std::span<const CellTarget> targets, Watch& watch)
       : blocks_(blocks),
         cuboids_(cuboids),
         levels_(levels),
@@ -22,6 +22,7 @@ class Scan {
         inner_(inner),
         grouping_(grouping),
         targets_(targets),
+        watch_(watch),
         inner_count_(levels[cuboids.inner].LeafCount()) {
     if (inner_.empty()) inner_.push_back({0, inner_count_});
   }
@@ -53,6 +54,7 @@ class Scan {
     CellBlock::Cursor cursor;
     for (const IdRange& range : inner_) {
       for (uint32_t begin = range.begin; begin < range.end; begin += kBatch) {
+        watch_.Count(kBatch);
         AddCells(cells, {begin, std::min(begin + kBatch, range.end)}, cursor, group);
       }
     }
@@ -84,6 +86,7 @@ class Scan {
   std::vector<IdRange> inner_;
   const Grouping& grouping_;
   std::span<const CellTarget> targets_;
+  Watch& watch_;
   uint32_t inner_count_;
   std::array<uint32_t, kBatch> groups_;
   std::array<int64_t, kBatch> values_;
@@ -94,8 +97,8 @@ class Scan {
 
 void AddCells(const BlockStore& blocks, const Cuboids& cuboids, std::span<const LeafLevels> levels,
               const CuboidPart& part, const std::vector<IdRange>& inner, const Grouping& grouping,
-              std::span<const CellTarget> targets) {
-  Scan(blocks, cuboids, levels, part, inner, grouping, targets).Run();
+              std::span<const CellTarget> targets, Watch& watch) {
+  Scan(blocks, cuboids, levels, part, inner, grouping, targets, watch).Run();
 }
 
 }  // namespace vok::olap

@@ -5,6 +5,7 @@
 
 #include "providers/olap/storage/read_plan.h"
 #include "providers/olap/storage/tally.h"
+#include "providers/olap/storage/watch.h"
 
 namespace vok::olap {
 
@@ -17,6 +18,6 @@ struct CellTarget {
 /// `inner` are the leaves of the inner hierarchy that take part; none: all. Failure "damaged".
 void AddCells(const BlockStore& blocks, const Cuboids& cuboids, std::span<const LeafLevels> levels,
               const CuboidPart& part, const std::vector<IdRange>& inner, const Grouping& grouping,
-              std::span<const CellTarget> targets);
+              std::span<const CellTarget> targets, Watch& watch);
 
 }  // namespace vok::olap

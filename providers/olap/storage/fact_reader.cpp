@@ -50,11 +50,12 @@ class StoredFacts : public FactStore {
   };
 
   LeafSlice SliceOf(const FactQuery& query) const;
-  void AddByPlan(const LeafSlice& slice, const Grouping& grouping,
-                 std::span<const Target> targets) const;
-  void AddFacts(const LeafSlice& slice, const Grouping& grouping,
-                std::span<const Target> targets) const;
-  void AddRows(const Grouping& grouping, RowRange rows, std::span<const Target> targets) const;
+  void AddByPlan(const LeafSlice& slice, const Grouping& grouping, std::span<const Target> targets,
+                 Watch& watch) const;
+  void AddFacts(const LeafSlice& slice, const Grouping& grouping, std::span<const Target> targets,
+                Watch& watch) const;
+  void AddRows(const Grouping& grouping, RowRange rows, std::span<const Target> targets,
+               Watch& watch) const;
 
   const BlockStore& blocks_;
   Columns columns_;
@@ -77,8 +78,9 @@ std::vector<FactColumn> StoredFacts::Read(const FactQuery& query) const {
     (aggregated ? planned : others).push_back({stored.value_column, tallies.back().get()});
   }
   const LeafSlice slice = SliceOf(query);
-  if (!planned.empty()) AddByPlan(slice, grouping, planned);
-  if (!others.empty()) AddFacts(slice, grouping, others);
+  Watch watch(query.check);
+  if (!planned.empty()) AddByPlan(slice, grouping, planned, watch);
+  if (!others.empty()) AddFacts(slice, grouping, others, watch);
   std::vector<FactColumn> results;
   for (const auto& tally : tallies) results.push_back(tally->Result(grouping.count()));
   return results;
@@ -97,7 +99,7 @@ LeafSlice StoredFacts::SliceOf(const FactQuery& query) const {
 }
 
 void StoredFacts::AddByPlan(const LeafSlice& slice, const Grouping& grouping,
-                            std::span<const Target> targets) const {
+                            std::span<const Target> targets, Watch& watch) const {
   const Cuboids& cuboids = *columns_.cuboids;
   std::vector<CellTarget> cells;
   for (const Target& target : targets) {
@@ -105,32 +107,33 @@ void StoredFacts::AddByPlan(const LeafSlice& slice, const Grouping& grouping,
   }
   const ReadPlan plan = PlanRead(cuboids, columns_.levels, slice, grouping, columns_.rows);
   for (const CuboidPart& part : plan.parts) {
-    AddCells(blocks_, cuboids, columns_.levels, part, slice[cuboids.inner], grouping, cells);
+    AddCells(blocks_, cuboids, columns_.levels, part, slice[cuboids.inner], grouping, cells, watch);
   }
-  if (plan.facts) AddFacts(*plan.facts, grouping, targets);
+  if (plan.facts) AddFacts(*plan.facts, grouping, targets, watch);
 }
 
 void StoredFacts::AddFacts(const LeafSlice& slice, const Grouping& grouping,
-                           std::span<const Target> targets) const {
+                           std::span<const Target> targets, Watch& watch) const {
   std::vector<std::optional<LeafFilter>> filters(columns_.keys.size());
   for (std::size_t hierarchy = 0; hierarchy < slice.size(); ++hierarchy) {
     if (slice[hierarchy].empty()) continue;
     filters[columns_.key_of_hierarchy[hierarchy]].emplace(slice[hierarchy],
                                                           columns_.levels[hierarchy].LeafCount());
   }
-  for (const RowRange& rows : SliceScan(columns_.keys, filters).Find(columns_.rows)) {
-    AddRows(grouping, rows, targets);
+  for (const RowRange& rows : SliceScan(columns_.keys, filters, watch).Find(columns_.rows)) {
+    AddRows(grouping, rows, targets, watch);
   }
 }
 
-void StoredFacts::AddRows(const Grouping& grouping, RowRange rows,
-                          std::span<const Target> targets) const {
+void StoredFacts::AddRows(const Grouping& grouping, RowRange rows, std::span<const Target> targets,
+                          Watch& watch) const {
   std::array<uint32_t, kBatch> groups{};
   std::array<int64_t, kBatch> values;
   std::array<int64_t, kBatch> validity;
   while (rows.begin < rows.end) {
     const uint64_t chunk_rest = kChunkRows - rows.begin % kChunkRows;
     const auto count = std::min({rows.end - rows.begin, chunk_rest, uint64_t{kBatch}});
+    watch.Count(count);
     if (grouping.hierarchy()) {
       const uint32_t key = columns_.key_of_hierarchy[*grouping.hierarchy()];
       columns_.keys[key].Unpack(rows.begin, count, groups.data());
@@ -192,9 +195,9 @@ class SectionReader {
       column.format.scale = section_.Get<uint8_t>();
       const auto is_narrow = section_.Get<uint8_t>();
       const auto has_nulls = section_.Get<uint8_t>();
-      Require(kind <= static_cast<uint8_t>(ValueKind::kDouble) && is_narrow <= 1 &&
+      Require(kind <= static_cast<uint8_t>(NumberKind::kDouble) && is_narrow <= 1 &&
               has_nulls <= 1 && column.format.scale <= kMaxScale);
-      column.format.kind = static_cast<ValueKind>(kind);
+      column.format.kind = static_cast<NumberKind>(kind);
       column.format.is_narrow = is_narrow != 0;
       column.format.has_nulls = has_nulls != 0;
     }

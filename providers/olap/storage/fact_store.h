@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <vector>
 
@@ -23,6 +24,8 @@ struct FactQuery {
   };
   /// One result per member of this level, in the cube's order; without it one result in all.
   std::optional<Group> group;
+  /// Called now and then while the facts are read; what it throws ends the read. May be empty.
+  std::function<void()> check = {};
 };
 
 /// What a cell of an answer holds. Facts know the first two alone, formulas give the others.

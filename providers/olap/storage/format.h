@@ -59,13 +59,19 @@ struct ChunkEntry {
 static_assert(sizeof(ChunkEntry) == 24);
 
 /// Sections of a cube in the catalog. Readers pass over sections that they do not know.
-enum class SectionTag : uint32_t { kEnd = 0, kStructure = 1, kFacts = 2, kAggregates = 3 };
+enum class SectionTag : uint32_t {
+  kEnd = 0,
+  kStructure = 1,
+  kFacts = 2,
+  kAggregates = 3,
+  kCalculated = 4
+};
 
-enum class ValueKind : uint8_t { kDecimal = 0, kDouble = 1 };
+enum class NumberKind : uint8_t { kDecimal = 0, kDouble = 1 };
 
 /// How a stored value column is to be read.
 struct ValueFormat {
-  ValueKind kind = ValueKind::kDecimal;
+  NumberKind kind = NumberKind::kDecimal;
   uint8_t scale = 0;       ///< decimal places of a `kDecimal` column
   bool is_narrow = false;  ///< the absolute values add up to less than 2^63
   bool has_nulls = false;  ///< a column of 1 (value) and 0 (NULL) belongs to it

@@ -110,6 +110,17 @@ struct Measure {
   std::string UniqueName() const { return "[Measures]." + Bracketed(name); }
 };
 
+/// A member that the schema computes by a formula.
+struct CalculatedDefinition {
+  std::string name;
+  std::string caption;
+  std::string above;          ///< hierarchy or member that it stands below, as in MDX: "[Measures]"
+  std::string format_string;  ///< empty: that of the first measure in the formula
+  std::string formula;        ///< MDX
+  double solve_order = 0;
+  bool is_visible = true;  ///< in lists of the cube's members
+};
+
 struct Dimension {
   std::string name;
   std::string caption;
@@ -124,6 +135,7 @@ struct CubeModel {
   std::vector<Dimension> dimensions;
   std::vector<Hierarchy> hierarchies;
   std::vector<Measure> measures;
+  std::vector<CalculatedDefinition> calculated;
   uint32_t default_measure = 0;
   uint64_t fact_count = 0;  ///< rows of the fact table that the cube was built from
 };

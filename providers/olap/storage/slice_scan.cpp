@@ -48,8 +48,8 @@ LeafFilter::LeafFilter(std::vector<IdRange> ranges, uint32_t leaf_count)
 }
 
 SliceScan::SliceScan(std::span<const PackedColumn> columns,
-                     std::span<const std::optional<LeafFilter>> filters)
-    : columns_(columns), filters_(filters) {
+                     std::span<const std::optional<LeafFilter>> filters, Watch& watch)
+    : columns_(columns), filters_(filters), watch_(watch) {
   for (std::size_t column = 0; column < filters.size(); ++column) {
     if (filters[column]) filtered_columns_ = column + 1;
   }
@@ -87,6 +87,7 @@ void SliceScan::FollowFilter(std::size_t column, RowRange rows) {
 
 void SliceScan::FollowValues(std::size_t column, RowRange rows) {
   while (rows.begin < rows.end) {
+    watch_.Count(kFewPerRange);
     const int64_t key = columns_[column].At(rows.begin);
     const uint64_t end = FirstNotBelow(columns_[column], {rows.begin + 1, rows.end}, key + 1);
     Descend(column + 1, {rows.begin, end});
@@ -98,6 +99,7 @@ void SliceScan::TestRows(std::size_t column, RowRange rows) {
   while (rows.begin < rows.end) {
     const uint64_t chunk_rest = kChunkRows - rows.begin % kChunkRows;
     const auto count = std::min({rows.end - rows.begin, chunk_rest, uint64_t{kBatch}});
+    watch_.Count(count);
     TestBatch(column, rows.begin, count);
     rows.begin += count;
   }

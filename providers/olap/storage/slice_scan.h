@@ -8,6 +8,7 @@
 
 #include "providers/olap/storage/model.h"
 #include "providers/olap/storage/packed_column.h"
+#include "providers/olap/storage/watch.h"
 
 namespace vok::olap {
 
@@ -35,7 +36,7 @@ class SliceScan {
  public:
   /// Columns in the order of sorting; no filter: all leaves.
   SliceScan(std::span<const PackedColumn> columns,
-            std::span<const std::optional<LeafFilter>> filters);
+            std::span<const std::optional<LeafFilter>> filters, Watch& watch);
 
   /// Ascending ranges that do not touch.
   std::vector<RowRange> Find(uint64_t rows);
@@ -50,6 +51,7 @@ class SliceScan {
 
   std::span<const PackedColumn> columns_;
   std::span<const std::optional<LeafFilter>> filters_;
+  Watch& watch_;
   std::size_t filtered_columns_ = 0;  ///< up to and including the last filter
   std::vector<RowRange> found_;
 };

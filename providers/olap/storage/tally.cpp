@@ -11,8 +11,8 @@ namespace vok::olap {
 namespace {
 
 /// Turns sums, which are integers in the memory of doubles, into the doubles nearest to them /
-/// 10^`scale`.
-void TurnIntoDoubles(std::span<double> sums, int scale) {
+/// 10^`scale`. Some hundred at a time stay in the processor's nearest memory.
+void TurnSomeIntoDoubles(std::span<double> sums, int scale) {
   // Such an integer added to the bits of the shifter adds as much to its value: arithmetic that
   // processors do for several numbers at once.
   constexpr double kShifter = 0x1.8p52;
@@ -30,6 +30,14 @@ void TurnIntoDoubles(std::span<double> sums, int scale) {
   if (scale == 0) return;
   const double power = kExactPowers[static_cast<std::size_t>(scale)];
   for (double& sum : sums) sum /= power;
+}
+
+void TurnIntoDoubles(std::span<double> sums, int scale) {
+  constexpr std::size_t kSome = 1024;
+  for (; sums.size() > kSome; sums = sums.subspan(kSome)) {
+    TurnSomeIntoDoubles(sums.first(kSome), scale);
+  }
+  TurnSomeIntoDoubles(sums, scale);
 }
 
 /// How a stored number enters a cell of type `Cell`, and leaves it as a double.
@@ -191,7 +199,7 @@ std::unique_ptr<Tally> MakeFor(Aggregator aggregator, int scale, std::size_t gro
 std::unique_ptr<Tally> Tally::Make(Aggregator aggregator, const ValueFormat& format,
                                    std::size_t groups) {
   if (aggregator == Aggregator::kDistinctCount) return std::make_unique<DistinctCount>(groups);
-  if (format.kind == ValueKind::kDouble) return MakeFor<Floating>(aggregator, 0, groups);
+  if (format.kind == NumberKind::kDouble) return MakeFor<Floating>(aggregator, 0, groups);
   const bool is_sum = aggregator == Aggregator::kSum || aggregator == Aggregator::kCount;
   if (is_sum && format.is_narrow) return std::make_unique<NarrowSums>(format.scale, groups);
   if (is_sum) return MakeFor<Decimal<Int128>>(aggregator, format.scale, groups);

@@ -4,7 +4,7 @@
 
 #include "platform/failure.h"
 
-namespace vok {
+namespace vok::cube_text {
 namespace {
 
 TEST(ConnectionText, IsReadInAnyOrderAndCase) {
@@ -27,7 +27,11 @@ TEST(ConnectionText, IsReadInAnyOrderAndCase) {
     EXPECT_EQ(parts.initial_catalog, test.catalog);
     EXPECT_EQ(parts.provider.size(), 6u);
   }
-  for (const char* bad : {"Provider", "Data Source='x.cub"}) {
+  const ConnectionText limits = ParseConnectionText("Timeout=2.5;MAX CELLS=1000");
+  EXPECT_EQ(limits.timeout_seconds, 2.5);
+  EXPECT_EQ(limits.max_cells, 1000u);
+  for (const char* bad : {"Provider", "Data Source='x.cub", "Timeout=", "Timeout=0", "Timeout=nan",
+                          "Timeout=1s", "Max Cells=-1", "Max Cells=1.5"}) {
     EXPECT_THROW(ParseConnectionText(bad), Failure) << bad;
   }
 }
@@ -46,4 +50,4 @@ TEST(ConnectionText, TellsServersFromFiles) {
 }
 
 }  // namespace
-}  // namespace vok
+}  // namespace vok::cube_text

@@ -126,9 +126,11 @@ class DescendantsSet : public SetExpression {
         depth_.distance == nullptr ? 0 : WholeNumber(evaluator, *depth_.distance, context, place_);
     TupleSet set{hierarchies(), {}};
     for (const MemberId member : of.ids) {
+      evaluator.guard().Check();
+      evaluator.guard().CheckTuples(set.size(), place_);
       if (IsStored(member)) Add(evaluator, member, distance, set);
     }
-    return of.size() > 1 ? Distinct(set) : set;
+    return of.size() > 1 ? Distinct(evaluator.guard(), set) : set;
   }
 
  private:
@@ -140,7 +142,7 @@ class DescendantsSet : public SetExpression {
     int64_t named = depth_.level ? int64_t{*depth_.level} : own + distance;
     if (!depth_.level && depth_.distance == nullptr) named = last;
     named = std::min<int64_t>(named, int64_t{last} + 1);
-    if (!depth_.level && named < int64_t{own}) return;
+    if (named < int64_t{own}) return;
     if (reach_ == Reach::kLeaves) {
       if (named >= last) Append(DescendantsAt(cube, hierarchy, member, last), set);
       return;

@@ -81,10 +81,10 @@ class OrderedSet : public ValuedSet {
     Rows rows = AllRows(set);
     if (keeps_hierarchy_) {
       const SiblingKeys keys(evaluator, set, value(), context);
-      std::stable_sort(rows.begin(), rows.end(),
-                       [&](uint32_t a, uint32_t b) { return keys.IsBefore(a, b, descending_); });
+      SortRows(evaluator.guard(), rows,
+               [&](uint32_t a, uint32_t b) { return keys.IsBefore(a, b, descending_); });
     } else {
-      SortByValue(Values(evaluator, set, context), descending_, rows);
+      SortByValue(evaluator.guard(), Values(evaluator, set, context), descending_, rows);
     }
     return AtRows(set, rows);
   }
@@ -112,7 +112,7 @@ class ExtremeSet : public ValuedSet {
     const int64_t count = WholeNumber(evaluator, *count_, context, place_);
     if (count < 0) place_.Fail("the number of tuples is below 0");
     Rows rows = AllRows(set);
-    if (HasValue()) SortByValue(Values(evaluator, set, context), largest_, rows);
+    if (HasValue()) SortByValue(evaluator.guard(), Values(evaluator, set, context), largest_, rows);
     if (static_cast<std::size_t>(count) < rows.size()) rows.resize(static_cast<std::size_t>(count));
     return AtRows(set, rows);
   }
@@ -131,8 +131,8 @@ class HierarchizedSet : public ValuedSet {
     const TupleSet set = Set(evaluator, context);
     const PathKeys keys(evaluator, set);
     Rows rows = AllRows(set);
-    std::stable_sort(rows.begin(), rows.end(),
-                     [&](uint32_t a, uint32_t b) { return keys.IsBefore(a, b, children_first_); });
+    SortRows(evaluator.guard(), rows,
+             [&](uint32_t a, uint32_t b) { return keys.IsBefore(a, b, children_first_); });
     return AtRows(set, rows);
   }
 

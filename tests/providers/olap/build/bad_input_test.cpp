@@ -53,6 +53,42 @@ void ExpectRefusals(const std::vector<Change>& changes) {
   }
 }
 
+TEST(BadFormula, IsRefusedByMemberLineAndColumn) {
+  const std::string begin = R"(<CalculatedMember name="X" dimension="Measures")";
+  const struct {
+    std::string member;
+    std::vector<const char*> words;
+  } cases[] = {
+      {begin + "/>", {"line 41", "\"X\"", "no <Formula>"}},
+      {begin + "><Formula>\n[Measures].[Amount] +\n [Measures].[Nope]</Formula></CalculatedMember>",
+       {"schema.xml, line 41: calculated member [Measures].[X], line 3, column 2",
+        "\"[Measures].[Nope]\" is not in cube \"QEL\""}},
+      {begin + " formula='Unheard([Measures].[Amount])'/>",
+       {"[Measures].[X], line 1, column 1: not supported: Unheard"}},
+      {begin + " formula='1 2'/>", {"column 3: expected the end of the formula but found \"2\""}},
+      {begin + " formula='{[Date].[2009]}'/>", {"column 1: expected a value but found a set"}},
+      {begin + " formula='[Measures].[Amount'/>", {"line 1, column 12"}},
+      {begin + " formula='1'/>" + begin + " formula='2'/>", {"[Measures].[X] is declared twice"}},
+      {begin + " hierarchy='[Date]' formula='1'/>",
+       {"one of the attributes dimension and hierarchy"}},
+      {"<CalculatedMember name='X' hierarchy='[Nope]' formula='1'/>",
+       {"calculated member [Nope].[X]", "\"[Nope]\" is not in cube"}},
+      {begin + " formula='1'><CalculatedMemberProperty name='SOLVE_ORDER' value='x'/>"
+               "</CalculatedMember>",
+       {"SOLVE_ORDER", "\"x\", which is no number"}},
+      {begin + " formula='1'><CalculatedMemberProperty name='FORMAT_STRING' "
+               "expression='IIf(1=1,&quot;a&quot;,&quot;b&quot;)&quot;'/></CalculatedMember>",
+       {"FORMAT_STRING", "not supported"}},
+      {begin + " formula='1'><CalculatedMemberProperty name='Colour' value='red'/>"
+               "</CalculatedMember>",
+       {"Colour", "not supported"}},
+  };
+  for (const auto& test : cases) {
+    const std::string changed = test.member + "</Cube>";
+    ExpectRefusals({{nullptr, "</Cube>", changed.c_str(), test.words}});
+  }
+}
+
 TEST(BadSchema, IsRefusedByName) {
   ExpectRefusals({
       {nullptr, "</Schema>", "", {"schema.xml, line", "no well-formed XML"}},

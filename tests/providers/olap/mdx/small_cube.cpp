@@ -41,6 +41,17 @@ constexpr const char* kSchema = R"(<Schema name="Small">
     </Dimension>
     <Measure name="Amount" column="amount" aggregator="sum" formatString="#,##0.00"/>
     <Measure name="Units" column="units" aggregator="sum"/>
+    <CalculatedMember name="Per Unit" dimension="Measures" formatString="#0.0">
+      <Formula>[Measures].[Amount] / [Measures].[Units]</Formula>
+    </CalculatedMember>
+    <CalculatedMember name="Late" hierarchy="[Date]" caption="Spring">
+      <Formula>[Date].[2010].[3] + [Date].[2010].[4]</Formula>
+      <CalculatedMemberProperty name="SOLVE_ORDER" value="-1"/>
+    </CalculatedMember>
+    <CalculatedMember name="Mixed" dimension="Measures" visible="false">
+      <Formula>2 *
+  -IIf([Measures].[Amount] > 1, "x", 1)</Formula>
+    </CalculatedMember>
   </Cube>
 </Schema>
 )";

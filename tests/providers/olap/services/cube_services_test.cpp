@@ -64,6 +64,28 @@ TEST_F(CubeServicesTest, ShowsTheStructureWithMeasuresFirst) {
   EXPECT_THROW(months->MemberAt(months->MemberCount()), Failure);
 }
 
+TEST_F(CubeServicesTest, ListsTheMeasuresThatTheCubeComputes) {
+  test::CubeTexts texts = test::SampleLedger();
+  texts.schema.insert(
+      texts.schema.find("</Cube>"),
+      R"(<CalculatedMember name="Half" dimension="measures" caption="A half" formula="[Measures].[Amount] / 2"/>
+<CalculatedMember name="Inner" dimension="Measures" visible="false" formula="1"/>
+<CalculatedMember name="Ever" hierarchy="[Date]" formula="[Date].[2009] + [Date].[2010]"/>)");
+  const test::BuiltCube built(texts);
+  const auto connection = Connected("Provider=MSOLAP;Data Source=" + built.path());
+  const auto catalog = services_.NewCatalog();
+  catalog->SetActiveConnection(*connection);
+  const auto level = catalog->CubeAt(0)->DimensionAt(0)->HierarchyAt(0)->LevelAt(0);
+  ASSERT_EQ(level->MemberCount(), 4u);
+  EXPECT_FALSE(level->MemberAt(2)->IsCalculated());
+  const auto half = level->MemberAt(3);
+  EXPECT_TRUE(half->IsCalculated());
+  EXPECT_EQ(half->Name(), "Half");
+  EXPECT_EQ(half->Caption(), "A half");
+  EXPECT_EQ(half->UniqueName(), "[Measures].[Half]");
+  EXPECT_EQ(half->Parent(), nullptr);
+}
+
 TEST_F(CubeServicesTest, AnswersAfterTheConnectionIsGone) {
   const auto cellset = services_.NewCellset();
   {
@@ -92,6 +114,28 @@ TEST_F(CubeServicesTest, AnswersAfterTheConnectionIsGone) {
   EXPECT_THROW(cellset->Cell(6), Failure);
   EXPECT_THROW(cellset->AxisAt(2), Failure);
   EXPECT_THROW(rows.MemberAt(6, 0), Failure);
+}
+
+TEST_F(CubeServicesTest, EndsQueriesThatAreCancelledOrPastALimit) {
+  const auto number_of = [&](CubeConnection& connection) {
+    const auto cellset = services_.NewCellset();
+    cellset->SetActiveConnection(connection);
+    cellset->SetSource("SELECT {[Measures].Members} ON 0, [Date].Members ON 1 FROM [QEL]");
+    try {
+      cellset->Open();
+    } catch (const Failure& failure) {
+      return failure.number();
+    }
+    return 0;
+  };
+  const auto connection = Connected(RunText("QEL"));
+  EXPECT_EQ(number_of(*connection), 0);
+  connection->Cancel();
+  EXPECT_EQ(number_of(*connection), kQueryCancelled);
+  connection->Open(connection->ConnectionString(), "", "", -1);
+  EXPECT_EQ(number_of(*connection), 0);
+  EXPECT_EQ(number_of(*Connected(RunText("QEL") + "Timeout=1e-9")), failure_number::kTimeout);
+  EXPECT_EQ(number_of(*Connected(RunText("QEL") + "Max Cells=50")), failure_number::kSyntax);
 }
 
 TEST_F(CubeServicesTest, SaysWhatIsWrongWithAConnection) {

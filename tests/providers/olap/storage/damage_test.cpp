@@ -26,7 +26,8 @@ test::CubeTexts AggregatedCube() {
 <Dimension name="File" foreignKey="file"><Hierarchy primaryKey="id"><Table name="file"/>
   <Level name="Ledger" column="ledger"/><Level name="File" column="id" type="Integer"/></Hierarchy></Dimension>
 <Measure name="Amount" column="amount" aggregator="sum"/><Measure name="Least" column="amount" aggregator="min"/>
-<Measure name="Files" column="file" aggregator="distinct-count"/></Cube></Schema>)",
+<Measure name="Files" column="file" aggregator="distinct-count"/>
+<CalculatedMember name="Twice" dimension="Measures" formula="[Measures].[Amount] * 2"/></Cube></Schema>)",
       {{"month", "id,y,m\n0,2001,1\n1,2001,2\n2,2002,1\n3,2002,2\n"},
        {"line", "id\n"},
        {"file", "id,ledger\n"},
@@ -123,6 +124,7 @@ std::string ReadAll(const Bytes& bytes) {
   for (const StoredCube& cube : file->cubes()) {
     all += cube.model.name + cube.model.caption;
     for (const Measure& measure : cube.model.measures) all += measure.name + measure.format_string;
+    for (const auto& member : cube.model.calculated) all += member.name + member.formula;
     for (const Hierarchy& hierarchy : cube.model.hierarchies) {
       for (MemberId member = 0; member < hierarchy.MemberCount(); ++member) {
         all += hierarchy.UniqueName(member);

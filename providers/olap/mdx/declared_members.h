@@ -1,0 +1,17 @@
+// The calculated members that a cube declares.
+#pragma once
+
+#include <span>
+#include <string>
+
+#include "providers/olap/mdx/query.h"
+
+namespace vok::olap {
+
+/// Makes them the first members of a query that has none yet. `places` (one for each member, or
+/// none) begin the failures. Failure -2147217900 with the member and the line and column of its
+/// formula: one that is not understood, or a member declared twice.
+void AddDeclaredMembers(const CubeView& cube, Query& query,
+                        std::span<const std::string> places = {});
+
+}  // namespace vok::olap
