@@ -8,6 +8,7 @@
 #include <nlohmann/json.hpp>
 
 #include "cli/command.h"
+#include "providers/common/connection_text.h"
 #include "providers/olap/build/build_cube.h"
 #include "providers/olap/storage/cube_file.h"
 
@@ -82,16 +83,78 @@ Json Describe(const olap::CubeModel& model) {
           {"dimensions", dimensions}};
 }
 
+Json Describe(const CubeHierarchy& hierarchy) {
+  Json levels = Json::array();
+  for (std::size_t i = 0; i < hierarchy.LevelCount(); ++i) {
+    const auto level = hierarchy.LevelAt(i);
+    levels.push_back({{"name", level->Name()},
+                      {"uniqueName", level->UniqueName()},
+                      {"members", level->MemberCount()}});
+  }
+  return {{"name", hierarchy.Name()}, {"uniqueName", hierarchy.UniqueName()}, {"levels", levels}};
+}
+
+Json MeasureNames(const CubeDimension& measures) {
+  Json names = Json::array();
+  const auto level = measures.HierarchyAt(0)->LevelAt(0);
+  for (std::size_t i = 0; i < level->MemberCount(); ++i) {
+    names.push_back(level->MemberAt(i)->Name());
+  }
+  return names;
+}
+
+/// The measures are the first dimension.
+Json Describe(const CubeDef& cube, const std::string& catalog) {
+  Json dimensions = Json::array();
+  for (std::size_t i = 1; i < cube.DimensionCount(); ++i) {
+    const auto dimension = cube.DimensionAt(i);
+    Json hierarchies = Json::array();
+    for (std::size_t k = 0; k < dimension->HierarchyCount(); ++k) {
+      hierarchies.push_back(Describe(*dimension->HierarchyAt(k)));
+    }
+    dimensions.push_back({{"name", dimension->Name()}, {"hierarchies", hierarchies}});
+  }
+  return {{"name", cube.Name()},
+          {"catalog", catalog},
+          {"measures", MeasureNames(*cube.DimensionAt(0))},
+          {"dimensions", dimensions}};
+}
+
+Json CubesOfServer(CubeServices& services, const std::string& source) {
+  const auto connection = services.NewConnection();
+  connection->Open("Provider=MSOLAP;Data Source=" + source, "", "", kUnspecifiedOptions);
+  Json cubes = Json::array();
+  for (const std::string& name : connection->CatalogNames()) {
+    connection->Open("Provider=MSOLAP;Data Source=" + source + ";Initial Catalog=[" + name + "]",
+                     "", "", kUnspecifiedOptions);
+    const auto catalog = services.NewCatalog();
+    catalog->SetActiveConnection(*connection);
+    for (std::size_t i = 0; i < catalog->CubeCount(); ++i) {
+      cubes.push_back(Describe(*catalog->CubeAt(i), name));
+    }
+  }
+  return cubes;
+}
+
+Json CubesOfFile(const Host& host, const std::string& source) {
+  const auto file = olap::CubeFile::Open(host.files, source);
+  Json cubes = Json::array();
+  for (const auto& cube : file->cubes()) cubes.push_back(Describe(cube.model));
+  return cubes;
+}
+
 void PrintCube(const Json& cube) {
-  std::cout << "Cube " << cube["name"].get<std::string>() << ", " << cube["facts"] << " facts\n"
-            << "  Measures:";
+  std::cout << "Cube " << cube["name"].get<std::string>();
+  if (cube.contains("catalog")) std::cout << " in " << cube["catalog"].get<std::string>();
+  if (cube.contains("facts")) std::cout << ", " << cube["facts"] << " facts";
+  std::cout << "\n  Measures:";
   for (const auto& measure : cube["measures"])
     std::cout << ' ' << measure.get<std::string>() << ';';
   std::cout << '\n';
-  if (!cube["calculatedMembers"].empty()) std::cout << "  Calculated:";
-  for (const auto& member : cube["calculatedMembers"])
-    std::cout << ' ' << member.get<std::string>() << ';';
-  if (!cube["calculatedMembers"].empty()) std::cout << '\n';
+  const Json calculated = cube.value("calculatedMembers", Json::array());
+  if (!calculated.empty()) std::cout << "  Calculated:";
+  for (const auto& member : calculated) std::cout << ' ' << member.get<std::string>() << ';';
+  if (!calculated.empty()) std::cout << '\n';
   for (const auto& dimension : cube["dimensions"]) {
     for (const auto& hierarchy : dimension["hierarchies"]) {
       std::cout << "  " << hierarchy["uniqueName"].get<std::string>() << ':';
@@ -110,9 +173,11 @@ struct InfoOptions {
 
 void Info(const CommonOptions& common, const InfoOptions& options) {
   const auto session = common.NewSession();
-  const auto file = olap::CubeFile::Open(session->host().files, options.source);
-  Json cubes = Json::array();
-  for (const auto& cube : file->cubes()) cubes.push_back(Describe(cube.model));
+  cube_text::ConnectionText address;
+  address.data_source = options.source;
+  const Json cubes = cube_text::NamesServer(address)
+                         ? CubesOfServer(session->host().cube, options.source)
+                         : CubesOfFile(session->host(), options.source);
   if (options.json) {
     std::cout << Json{{"source", options.source}, {"cubes", cubes}}.dump(2) << '\n';
   } else {
@@ -136,8 +201,9 @@ void AddCubeCommand(CLI::App& app, const CommonOptions& common) {
   build->callback([&common, request] { Build(common, *request); });
 
   const auto options = std::make_shared<InfoOptions>();
-  auto* info = command->add_subcommand("info", "Print what a cube file holds");
-  info->add_option("SOURCE", options->source, "The cube file")->required();
+  auto* info = command->add_subcommand("info", "Print what a cube file or a cube server holds");
+  info->add_option("SOURCE", options->source, "The cube file, or a cube server's address")
+      ->required();
   info->add_flag("--json", options->json, "Print one JSON document");
   info->callback([&common, options] { Info(common, *options); });
   AddCubeLists(*command, common);

@@ -89,7 +89,8 @@ void Mdx(const CommonOptions& common, const MdxOptions& options) {
 void AddMdxCommand(CLI::App& app, const CommonOptions& common) {
   const auto options = std::make_shared<MdxOptions>();
   auto* command = app.add_subcommand("mdx", "Run an MDX query on a cube");
-  command->add_option("SOURCE", options->source, "The cube file")->required();
+  command->add_option("SOURCE", options->source, "The cube file, or a cube server's address")
+      ->required();
   command->add_option("QUERY", options->query, "The query; - reads it from standard input")
       ->required();
   command->add_option("--catalog", options->catalog, "The catalog, where the source has several");

@@ -29,7 +29,8 @@ FrmOption::FrmOption(const WindowServices& services, const MeasureChoices& choic
   for (int row = 0; row < kMoneySetCount; ++row) AddRow(row, choices);
   AddLabel(form_, "lblCountMoney", text_number::kCountMoney);
   AddField(form_, ControlType::kTextBox, "txtCountMoney");
-  AddOkAndCancel(form_);
+  AddButton(form_, "cmdOk", text_number::kOk);
+  AddButton(form_, "cmdCancel", text_number::kCancel);
   form_.On(FormEvent::kChanged, "txtCountMoney", [this](int) { CountChanged(); });
   form_.On(FormEvent::kClicked, "cmdOk", [this](int) {
     confirmed_ = true;

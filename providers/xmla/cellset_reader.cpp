@@ -56,6 +56,7 @@ void CellsetReader::StartSection(std::string_view name) {
                                   : Section::kOther;
   if (section_ == Section::kCells && !has_axes_) Refuse("its cells come before its axes");
   if (section_ == Section::kAxes && has_axes_) Refuse("it has axes twice");
+  in_axis_ = false;
 }
 
 void CellsetReader::StartInInfo(std::size_t level, std::string_view name,
@@ -70,16 +71,16 @@ void CellsetReader::StartInInfo(std::size_t level, std::string_view name,
 
 void CellsetReader::StartInAxes(std::size_t level, std::string_view name,
                                 const XmlAttributes& attributes) {
-  if (level == 2 && name == "Axis") {
+  if (level == 2) {
     const auto number = AxisNumber(attributes.Get("name"));
-    slicer_ = !number;
-    if (slicer_) return;
+    in_axis_ = name == "Axis" && number;
+    if (!in_axis_) return;
     if (*number != data_.AxisCount() || *number >= kMaxAxes) Refuse("its axes are out of order");
     data_.AddAxis();
     if (*number < described_hierarchies_.size()) {
       data_.SetMembersPerPosition(described_hierarchies_[*number]);
     }
-  } else if (level == 3 && name != "Tuples") {
+  } else if (level == 3 && in_axis_ && name != "Tuples") {
     Refuse("its axes are in another format than tuples (\"" + std::string(name) + "\")");
   } else if (level == 5) {
     unique_name_.clear();
@@ -117,7 +118,7 @@ void CellsetReader::EndInAxes(std::size_t level, std::string_view name, std::str
     has_axes_ = true;
     data_.EndAxes();
   }
-  if (slicer_) return;
+  if (!in_axis_) return;
   if (level == 6) {
     if (name == "UName") unique_name_ = text;
     if (name == "Caption") caption_ = text;

@@ -38,7 +38,7 @@ class CellsetReader : public ResultReader {
   bool has_axes_ = false;
   std::vector<std::size_t> described_hierarchies_;  // per axis, as the description has them
   bool described_axis_ = false;
-  bool slicer_ = false;
+  bool in_axis_ = false;  // of the answer, not the slicer's
   std::string unique_name_, caption_, level_name_;
   uint64_t ordinal_ = 0;
   std::string type_, value_, formatted_;

@@ -192,7 +192,7 @@ HttpHead HttpClient::Post(const std::string& action, const std::string& content,
     code = curl_easy_perform(curl);
   }
   if (exchange.thrown) std::rethrow_exception(exchange.thrown);
-  if (cancelled_.exchange(false)) throw CancelledFailure(shown_);
+  if (cancelled_) throw CancelledFailure(shown_);
   if (exchange.idle) throw IdleFailure(settings_, body.beginning(), shown_);
   if (code != CURLE_OK) {
     throw TransferFailure({curl, code, handle_->error.data(), settings_}, body.beginning(), shown_);

@@ -43,10 +43,10 @@ class HttpClient {
   /// followed. A connection that cannot be made is tried three times; what was sent is never sent
   /// again, unless the server had closed a kept connection before it answered anything. Failures:
   /// -2147467259 for a server that is not reached, not trusted, or whose answer ends too early;
-  /// -2147217871 for each of the three limits of time; 3712 when cancelled.
+  /// -2147217871 for each of the three limits of time; `kQueryCancelled`.
   HttpHead Post(const std::string& action, const std::string& content, HttpBody& body);
 
-  /// Ends the request under way, or the next one, within a second. From any thread or signal
+  /// Ends the request under way within a second, and all that follow. From any thread or signal
   /// handler.
   void Cancel() { cancelled_ = true; }
 

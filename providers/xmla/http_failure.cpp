@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cctype>
 
+#include "platform/cube.h"
 #include "platform/text.h"
 
 namespace vok::xmla {
@@ -164,8 +165,7 @@ Failure IdleFailure(const XmlaSettings& settings, std::string_view beginning,
 }
 
 Failure CancelledFailure(const std::string& address) {
-  return {failure_number::kUnspecified,
-          "The question to the cube server " + address + " was cancelled."};
+  return {kQueryCancelled, "The question to the cube server " + address + " was cancelled."};
 }
 
 Failure AnswerFailure(const HttpHead& head, std::string_view beginning,

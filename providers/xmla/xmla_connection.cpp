@@ -1,7 +1,9 @@
 #include "providers/xmla/xmla_connection.h"
 
+#include <algorithm>
+#include <cmath>
+
 #include "platform/failure.h"
-#include "providers/common/connection_text.h"
 #include "providers/xmla/server_cube.h"
 
 namespace vok::xmla {
@@ -9,6 +11,7 @@ namespace {
 
 constexpr char kProvider[] = "MSOLAP";
 constexpr std::size_t kNamesShown = 20;
+constexpr double kLargestTimeout = 7 * 24 * 3600;  // seconds
 
 cube_text::ConnectionText ReadText(const Locale& locale, const std::string& text) {
   cube_text::ConnectionText parts = cube_text::ParseConnectionText(text);
@@ -50,7 +53,7 @@ void XmlaConnection::Open(const std::string& connection_string, const std::strin
   if (!connection_string.empty()) text_ = connection_string;
   const cube_text::ConnectionText parts = ReadText(locale_, text_);
   auto opened = std::make_shared<OpenedServer>();
-  opened->server = std::make_shared<Server>(parts.data_source, settings_());
+  opened->server = std::make_shared<Server>(parts.data_source, Settings(parts));
   opened->catalogs = ListCatalogs(*opened->server);
   if (!parts.initial_catalog.empty()) {
     UseCatalog(*opened, parts.initial_catalog);
@@ -58,6 +61,13 @@ void XmlaConnection::Open(const std::string& connection_string, const std::strin
     opened->catalog = opened->catalogs.front();
   }
   opened_ = opened;
+}
+
+XmlaSettings XmlaConnection::Settings(const cube_text::ConnectionText& parts) const {
+  XmlaSettings settings = settings_();
+  const double timeout = std::min(std::ceil(parts.timeout_seconds), kLargestTimeout);
+  if (timeout > 0) settings.total_seconds = static_cast<int>(timeout);
+  return settings;
 }
 
 /// The system has one name for the catalog and its cube: it may be either's.

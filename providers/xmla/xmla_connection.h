@@ -8,6 +8,7 @@
 
 #include "platform/cube.h"
 #include "platform/locale.h"
+#include "providers/common/connection_text.h"
 #include "providers/xmla/server.h"
 
 namespace vok::xmla {
@@ -20,9 +21,9 @@ struct OpenedServer {
   std::string cube;     ///< the cube that the connection text named; "": none
 };
 
-/// Failures of `Open`: 3706 for another provider; -2147467259 for a text that names no server, a
-/// catalog or cube that the server has not or has several times, and those of `Server`. Asking a
-/// closed connection: 3704.
+/// The text's "Timeout" stands in for the setting `TotalSeconds`. Failures of `Open`: 3706 for
+/// another provider; -2147467259 for a text that names no server, a catalog or cube that the server
+/// has not or has several times, and those of `Server`. Asking a closed connection: 3704.
 class XmlaConnection : public CubeConnection {
  public:
   XmlaConnection(const Locale& locale, const std::function<XmlaSettings()>& settings)
@@ -36,6 +37,9 @@ class XmlaConnection : public CubeConnection {
   void Open(const std::string& connection_string, const std::string& user,
             const std::string& password, int32_t options) override;
   void Close() override { opened_ = nullptr; }
+  void Cancel() override {
+    if (opened_ != nullptr) opened_->server->Cancel();
+  }
   std::string DefaultDatabase() const override { return opened()->catalog; }
   std::vector<std::string> CatalogNames() const override { return opened()->catalogs; }
 
@@ -46,6 +50,7 @@ class XmlaConnection : public CubeConnection {
   static const XmlaConnection& From(const CubeConnection& connection);
 
  private:
+  XmlaSettings Settings(const cube_text::ConnectionText& parts) const;
   void UseCatalog(OpenedServer& opened, const std::string& name) const;
   std::string CatalogOfCube(OpenedServer& opened, const std::string& cube) const;
 

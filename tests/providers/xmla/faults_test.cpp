@@ -5,6 +5,7 @@
 #include <chrono>
 #include <thread>
 
+#include "platform/cube.h"
 #include "platform/failure.h"
 #include "providers/xmla/server.h"
 #include "tests/providers/xmla/answers.h"
@@ -193,7 +194,9 @@ TEST(Faults, CancellingEndsAQuestionSoon) {
     while (http.requests() == 0) std::this_thread::sleep_for(std::chrono::milliseconds(5));
     server.Cancel();
   });
-  EXPECT_NE(Ask(server).find("was cancelled"), std::string::npos);
+  int32_t number = 0;
+  EXPECT_NE(Ask(server, &number).find("was cancelled"), std::string::npos);
+  EXPECT_EQ(number, kQueryCancelled);
   other.join();
   EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(10));
 }

@@ -143,6 +143,7 @@ TEST(Answers, ThatCannotBeTrustedAreFailures) {
       {test::Result("<row><A>1</A></row>"), "a rowset, not a cellset"},
       {test::Result("<CellData/>"), "its cells come before its axes"},
       {test::Result(many + "</Axes>"), "it has more than 2147483648 cells"},
+      {test::Result("<Axes><x><Tuples><Tuple><Member/></Tuple></Tuples></x></Axes>"), "no failure"},
       {test::Result("<Axes><Axis name=\"Axis1\"/></Axes>"), "its axes are out of order"},
       {test::Result("<Axes><Axis name=\"Axis0\"><Members/></Axis></Axes>"), "than tuples"},
       {test::Result("<Axes><Axis name=\"Axis0\"><Tuples><Tuple><Member/></Tuple><Tuple/></Tuples>"
