@@ -16,6 +16,11 @@ bool IsServerAddress(const Locale& locale, const std::string& source) {
   return begins("http://") || begins("https://");
 }
 
+/// Some servers put the dimension before the name of a hierarchy.
+bool IsXlFile(const std::string& hierarchy) {
+  return hierarchy == "xlFile" || hierarchy == "ActX.xlFile";
+}
+
 std::unique_ptr<CubeConnection> Open(const Host& host, const std::string& text) {
   auto connection = host.cube.NewConnection();
   connection->Open(text, "", "", kUnspecifiedOptions);
@@ -88,7 +93,7 @@ std::vector<std::string> ReadObsMembers(const Host& host, const std::string& cub
     if (dimension.Name() != "ActX") return;
     for (std::size_t i = 0; i < dimension.HierarchyCount(); ++i) {
       const auto hierarchy = dimension.HierarchyAt(i);
-      if (hierarchy->Name() == "xlFile") members = TopMemberNames(*hierarchy);
+      if (IsXlFile(hierarchy->Name())) members = TopMemberNames(*hierarchy);
     }
   });
   return members;

@@ -1,5 +1,7 @@
 #include "ui/controls.h"
 
+#include "env/text_numbers.h"
+
 namespace vok {
 namespace {
 
@@ -21,6 +23,11 @@ Control& AddLabel(Form& form, const std::string& name, int text) {
 
 Control& AddButton(Form& form, const ControlId& id, int text, int tip) {
   return Add(form, ControlType::kCommandButton, id, text, tip);
+}
+
+void AddOkAndCancel(Form& form) {
+  AddButton(form, "cmdOk", text_number::kOk).Default = true;
+  AddButton(form, "cmdCancel", text_number::kCancel).Cancel = true;
 }
 
 Control& AddCheckBox(Form& form, const ControlId& id, int text, int tip) {

@@ -53,7 +53,7 @@ struct PropertyRow {
   Member member;
 };
 
-const std::array<PropertyRow, 9> kProperties = {
+const std::array<PropertyRow, 11> kProperties = {
     {{"Name", kAll, &Control::Name},
      {"Tag", kAll, &Control::Tag},
      {"Enabled", kAll, &Control::Enabled},
@@ -62,6 +62,8 @@ const std::array<PropertyRow, 9> kProperties = {
      {"ToolTipText", ~Of({kMenu}), &Control::ToolTipText},
      {"Text", kWritten, &Control::Text},
      {"ListIndex", Of({kComboBox, kListBox}), &Control::ListIndex},
+     {"Default", Of({kCommandButton}), &Control::Default},
+     {"Cancel", Of({kCommandButton}), &Control::Cancel},
      {"Value", Of({kCheckBox}), &Control::Value}}};
 
 bool SameName(std::string_view a, std::string_view b) {

@@ -95,6 +95,8 @@ struct Control {
   int Value = kUnchecked;              ///< check box
   bool Enabled = true;
   bool Visible = true;
+  bool Default = false;        ///< the button that Enter clicks
+  bool Cancel = false;         ///< the button that Escape clicks
   bool Locked = false;         ///< a text that can be chosen or read, not typed
   bool Error = false;          ///< drawn as wrong, in the error back colour
   std::string Container = {};  ///< name of the frame or menu that it stands in; "": the form

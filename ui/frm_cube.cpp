@@ -17,8 +17,7 @@ frmCube::frmCube(const WindowServices& services)
   AddButton(form_, "ComCubeFile", text_number::kOpenCubeFile);
   AddLabel(form_, "lblCube", text_number::kCatalogOfWindow);
   AddField(form_, ControlType::kComboBox, "ComboCube").Locked = true;
-  AddButton(form_, "cmdOk", text_number::kOk);
-  AddButton(form_, "cmdCancel", text_number::kCancel);
+  AddOkAndCancel(form_);
   form_.On(FormEvent::kClicked, "ComCubeFile", [this](int) { PickFile(); });
   form_.On(FormEvent::kClicked, "cmdOk", [this](int) { Ok(); });
   form_.On(FormEvent::kClicked, "cmdCancel", [this](int) { form_.Visible = false; });

@@ -49,8 +49,7 @@ void frmLiniarDates::AddControls() {
   AddField(form_, ControlType::kTextBox, "txtP1");
   AddLabel(form_, "lblP2", text_number::kLastPeriod);
   AddField(form_, ControlType::kTextBox, "txtP2");
-  AddButton(form_, "cmdOk", text_number::kOk);
-  AddButton(form_, "cmdCancel", text_number::kCancel);
+  AddOkAndCancel(form_);
   form_.SetList("lstInterval",
                 {StringTableText(text_number::kMonth), StringTableText(text_number::kQuarter),
                  StringTableText(text_number::kHalfYear), StringTableText(text_number::kYear)});

@@ -29,8 +29,7 @@ FrmOption::FrmOption(const WindowServices& services, const MeasureChoices& choic
   for (int row = 0; row < kMoneySetCount; ++row) AddRow(row, choices);
   AddLabel(form_, "lblCountMoney", text_number::kCountMoney);
   AddField(form_, ControlType::kTextBox, "txtCountMoney");
-  AddButton(form_, "cmdOk", text_number::kOk);
-  AddButton(form_, "cmdCancel", text_number::kCancel);
+  AddOkAndCancel(form_);
   form_.On(FormEvent::kChanged, "txtCountMoney", [this](int) { CountChanged(); });
   form_.On(FormEvent::kClicked, "cmdOk", [this](int) {
     confirmed_ = true;

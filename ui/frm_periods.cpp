@@ -59,9 +59,9 @@ void FrmPeriods::AddControls() {
   AddLabel(form_, "lblOutput", text_number::kWorkbook);
   AddField(form_, ControlType::kTextBox, "txtOutput", text_number::kTipWorkbook);
   AddButton(form_, "cmdOutput", text_number::kBrowse);
-  AddButton(form_, "cmdQuery", text_number::kRunQuery);
+  AddButton(form_, "cmdQuery", text_number::kRunQuery).Default = true;
   AddButton(form_, "cmdHelp", text_number::kHelp);
-  AddButton(form_, "cmdClose", text_number::kClose);
+  AddButton(form_, "cmdClose", text_number::kClose).Cancel = true;
 }
 
 void FrmPeriods::AddMenus() {

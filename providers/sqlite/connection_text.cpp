@@ -95,7 +95,7 @@ void CheckProvider(const std::string& text, const Parts& parts) {
 
 }  // namespace
 
-std::string ConnectionText::ToText() const {
+std::string StoreConnectionText::ToText() const {
   std::string source = data_source;
   if (source.find_first_of(";\"'") != std::string::npos || TrimBlanks(source) != source) {
     for (std::size_t at = 0; (at = source.find('"', at)) != std::string::npos; at += 2) {
@@ -106,7 +106,7 @@ std::string ConnectionText::ToText() const {
   return "Provider=" + std::string(kJetProvider) + ";Data Source=" + source;
 }
 
-ConnectionText ParseConnectionText(const std::string& text) {
+StoreConnectionText ParseConnectionText(const std::string& text) {
   const Parts parts = PartReader(text).Read();
   CheckProvider(text, parts);
   for (const auto& [keyword, value] : parts) {
@@ -119,7 +119,7 @@ ConnectionText ParseConnectionText(const std::string& text) {
   if (source == parts.end() || source->second.empty()) {
     ThrowBadText(text, "it names no Data Source, the file to open");
   }
-  return ConnectionText{source->second};
+  return StoreConnectionText{source->second};
 }
 
 }  // namespace vok

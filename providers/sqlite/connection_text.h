@@ -8,7 +8,7 @@ namespace vok {
 
 inline constexpr std::string_view kJetProvider = "Microsoft.Jet.OLEDB.4.0";
 
-struct ConnectionText {
+struct StoreConnectionText {
   std::string data_source;  ///< path of the file, never empty
 
   /// The text that opens this file again.
@@ -19,6 +19,6 @@ struct ConnectionText {
 /// nothing; a value may stand in single or double quotes, doubled inside. Failures: 3706 for
 /// another provider or none, -2147467259 for a part that is no such pair, a keyword that is not
 /// known, a missing "Data Source", a database password.
-ConnectionText ParseConnectionText(const std::string& text);
+StoreConnectionText ParseConnectionText(const std::string& text);
 
 }  // namespace vok

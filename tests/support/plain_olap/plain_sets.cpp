@@ -100,7 +100,6 @@ Tuples Range(const Cube& cube, const Member* first, const Member* last) {
 
 Tuples Descendants(const Cube& cube, const Member& of, std::size_t named, const std::string& flag) {
   const std::size_t deepest = cube.hierarchies[of.hierarchy].levels.size() - 1;
-  if (named < of.level) return {};
   Members taken;
   for (const Member* member : WalkFrom(of)) {
     const bool is_above = member->level < named;

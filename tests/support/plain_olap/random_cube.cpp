@@ -66,7 +66,10 @@ class CubeMaker {
     }
     leaves_.emplace_back(rows);
     const int hierarchies = dice_.OneIn(3) ? 2 : 1;
-    for (int h = 0; h < hierarchies; ++h) AddHierarchy(dimension, table, h, is_time && h == 0, csv);
+    for (int h = 0; h < hierarchies; ++h) {
+      AddHierarchy({dimension, hierarchies == 1 ? "" : "H" + std::to_string(h), table}, h, is_time,
+                   csv);
+    }
     schema += "    </Dimension>\n";
     std::string& text = made_.tables[table];
     for (const Words& row : csv) {
@@ -75,22 +78,27 @@ class CubeMaker {
     }
   }
 
-  void AddHierarchy(const std::string& dimension, const std::string& table, int number,
-                    bool is_time, std::vector<Words>& csv) {
-    const std::string second = "H" + std::to_string(number);
-    Hierarchy hierarchy{"[" + dimension + "]" + (number == 0 ? "" : ".[" + second + "]"), {}};
+  struct Names {
+    std::string dimension;
+    std::string hierarchy;  ///< empty: that of the dimension
+    std::string table;
+  };
+
+  void AddHierarchy(const Names& names, int number, bool is_time, std::vector<Words>& csv) {
+    const std::string& own = names.hierarchy;
+    Hierarchy hierarchy{"[" + names.dimension + "]" + (own.empty() ? "" : ".[" + own + "]"), {}};
     const bool has_all = !dice_.OneIn(3);
-    made_.schema += "      <Hierarchy " + (number == 0 ? "" : "name=\"" + second + "\" ") +
+    made_.schema += "      <Hierarchy " + (own.empty() ? "" : "name=\"" + own + "\" ") +
                     "hasAll=\"" + (has_all ? "true" : "false") +
-                    "\" allMemberName=\"All\" primaryKey=\"id\">\n        <Table name=\"" + table +
-                    "\"/>\n";
+                    "\" allMemberName=\"All\" primaryKey=\"id\">\n        <Table name=\"" +
+                    names.table + "\"/>\n";
     if (has_all) hierarchy.levels.push_back({hierarchy.name + ".[(All)]", "", {}});
     const int levels = is_time ? 2 + dice_.Below(2) : 1 + dice_.Below(3);
     std::vector<Column> columns;
     for (int i = 0; i < levels; ++i) {
       const std::size_t kind = static_cast<std::size_t>(i == 1 && levels == 2 ? 2 : i);
       const std::string column = "h" + std::to_string(number) + "_" + std::to_string(i);
-      columns.push_back(NewColumn(is_time, csv.size() - 1));
+      columns.push_back(NewColumn(is_time && number == 0, csv.size() - 1));
       hierarchy.levels.push_back({hierarchy.name + ".[L" + std::to_string(i) + "]",
                                   is_time ? "Time" + std::string(kTimeKinds[kind]) : "",
                                   {}});

@@ -78,7 +78,8 @@ void RandomMdx::ChooseSlicer() {
 void RandomMdx::AddNamedSet() {
   named_of_.clear();
   if (!dice_.OneIn(3)) return;
-  const Hierarchies of(free_.begin(), free_.begin() + (dice_.OneIn(3) && free_.size() > 1 ? 2 : 1));
+  const Hierarchies of(free_.begin(),
+                       free_.begin() + (!tame_ && dice_.OneIn(3) && free_.size() > 1 ? 2 : 1));
   const SetTerm set = Set(of, kDepth - 1);
   with_ += " SET [some] AS " + set.text;
   named_ = set.at(base_);
@@ -167,13 +168,13 @@ RandomQuery RandomMdx::Next() {
   std::vector<Tuples> axes = {columns};
   std::vector<bool> non_empty = {dice_.OneIn(4)};
   if (non_empty[0]) select = "NON EMPTY " + select;
-  const std::size_t rows = dice_.OneIn(2) && free_.size() > 1 ? 2 : 1;
+  const std::size_t rows = !tame_ && dice_.OneIn(2) && free_.size() > 1 ? 2 : 1;
   std::vector<Hierarchies> rest = {
       Hierarchies(free_.begin(), free_.begin() + static_cast<int>(rows))};
   if (free_.size() > rows && dice_.OneIn(3)) rest.push_back({free_[rows]});
   for (const Hierarchies& hierarchies : rest) {
     const SetTerm set = Axis(hierarchies);
-    non_empty.push_back(dice_.OneIn(2));
+    non_empty.push_back(!tame_ && dice_.OneIn(2));
     select += (non_empty.back() ? ", NON EMPTY " : ", ") + set.text + " ON " +
               std::to_string(axes.size());
     axes.push_back(set.at(base_));

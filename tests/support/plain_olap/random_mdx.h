@@ -33,7 +33,9 @@ struct RandomQuery {
 /// three deep.
 class RandomMdx {
  public:
-  /// `tame`: only what every server takes; no members that may be missing, no blank branches.
+  /// `tame`: only what a server of another make answers by the same rules; no members that may be
+  /// missing, none that change from cell to cell, no pairs, nothing twice, no blank branches, no
+  /// NON EMPTY on sets that pick.
   RandomMdx(const Cube& cube, std::string cube_name, uint64_t seed, bool tame);
 
   RandomQuery Next();

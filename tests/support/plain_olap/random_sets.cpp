@@ -41,7 +41,8 @@ const Member& RandomMdx::Stored(std::size_t hierarchy) {
 Hierarchies RandomMdx::AnyHierarchies() {
   const std::size_t first = AnyHierarchy();
   const std::size_t second = AnyHierarchy();
-  return first == second || !dice_.OneIn(3) ? Hierarchies{first} : Hierarchies{first, second};
+  return tame_ || first == second || !dice_.OneIn(3) ? Hierarchies{first}
+                                                     : Hierarchies{first, second};
 }
 
 std::size_t RandomMdx::AnyLevel(std::size_t hierarchy) {
@@ -53,12 +54,13 @@ MemberTerm RandomMdx::AMember(std::size_t hierarchy, int depth) {
   if (depth > 0 && !tame_ && !dice_.OneIn(3)) return MovedMember(hierarchy, depth - 1);
   const std::string& name = cube_.hierarchies[hierarchy].name;
   const auto current = [hierarchy](const Place& place) { return place.at[hierarchy]; };
-  if (dice_.OneIn(4)) return {name + ".CurrentMember", current};
-  if (dice_.OneIn(8)) return {name, current};
-  if (dice_.OneIn(8)) {
-    const Member* first = &cube_.DefaultMember(hierarchy);
-    return {name + ".DefaultMember", [first](const Place&) { return first; }};
-  }
+  const Member* first = &cube_.DefaultMember(hierarchy);
+  const auto constant = [first](const Place&) { return first; };
+  // By its name, for one who does not know it again as the default or current member.
+  const MemberTerm named = {first->unique_name, constant};
+  if (dice_.OneIn(4)) return tame_ ? named : MemberTerm{name + ".CurrentMember", current};
+  if (!tame_ && dice_.OneIn(8)) return {name, current};
+  if (dice_.OneIn(8)) return tame_ ? named : MemberTerm{name + ".DefaultMember", constant};
   const Member& stored = Stored(hierarchy);
   return {stored.unique_name, [&stored](const Place&) { return &stored; }};
 }
@@ -147,6 +149,7 @@ SetTerm RandomMdx::SetOfMembers(std::size_t hierarchy, int depth) {
                 return tuples;
               }};
     case 4:
+      if (tame_) return Listed({member});
       return Listed({member, AMember(hierarchy, depth), AMember(hierarchy, depth)});
     case 5: {
       const Members& all = level.members;
@@ -202,7 +205,8 @@ SetTerm RandomMdx::SetOfDescendants(std::size_t hierarchy, int depth) {
   const SetTerm of = dice_.OneIn(4) ? Set({hierarchy}, depth) : Listed({one});
   const std::string flag = dice_.OneOf(kFlags);
   const std::size_t level = AnyLevel(hierarchy);
-  const int distance = dice_.OneIn(2) ? dice_.Below(3) : -1;
+  const bool by_level = dice_.OneIn(2) || (tame_ && flag == "LEAVES");
+  const int distance = by_level ? -1 : dice_.Below(3);
   const std::string named =
       distance >= 0 ? std::to_string(distance) : cube_.hierarchies[hierarchy].levels[level].name;
   const std::string& of_text = of.text == "{" + one.text + "}" ? one.text : of.text;
@@ -248,21 +252,21 @@ SetTerm RandomMdx::CombinedSet(const Hierarchies& hierarchies, int depth) {
   const auto together = [](const Tuples& x, const Tuples& y) { return Together(x, y); };
   const auto once = [](const Tuples& x, const Tuples& y) { return Once(Together(x, y)); };
   const auto except = [](const Tuples& x, const Tuples& y) { return Among(x, y, false); };
-  switch (dice_.Below(tame_ ? 6 : 8)) {
+  switch (dice_.Below(tame_ ? 3 : 8)) {
     case 0:
-      return combined("{" + a.text + ", " + b.text + "}", together);
-    case 1:
-      return combined("Union" + both + ", ALL)", together);
-    case 2:
       return combined("Union" + both + ")", once);
-    case 3:
+    case 1:
       return combined("Except" + both + ")", except);
-    case 4:
-      return combined("Intersect" + both + ", ALL)",
-                      [](const Tuples& x, const Tuples& y) { return Among(x, y, true); });
-    case 5:
+    case 2:
       return combined("Intersect" + both + ")",
                       [](const Tuples& x, const Tuples& y) { return Once(Among(x, y, true)); });
+    case 3:
+      return combined("Intersect" + both + ", ALL)",
+                      [](const Tuples& x, const Tuples& y) { return Among(x, y, true); });
+    case 4:
+      return combined("Union" + both + ", ALL)", together);
+    case 5:
+      return combined("{" + a.text + ", " + b.text + "}", together);
     case 6:
       return combined("({" + a.text + "} + {" + b.text + "})", once);
     default:

@@ -65,7 +65,7 @@ NumberTerm RandomMdx::Number(int depth) {
     case 4:
       return Chosen(depth - 1);
     case 5:
-      return dice_.OneIn(3) ? Aggregate(depth - 1) : Folded(depth - 1);
+      return !tame_ && dice_.OneIn(3) ? Aggregate(depth - 1) : Folded(depth - 1);
     default:
       return Counted(depth - 1);
   }
@@ -152,13 +152,18 @@ NumberTerm RandomMdx::Chosen(int depth) {
   const auto choice = [condition, yes, no](const Place& place) {
     return condition.at(place) ? yes.at(place) : no.at(place);
   };
+  // Of two members IIf and CASE would choose a member.
+  const auto filled = [choice](const Place& place) -> Cell {
+    return choice(place).value_or(0) + 0;
+  };
+  const std::string numbers = "(" + yes.text + " + 0), (" + no.text + " + 0)";
   switch (dice_.Below(tame_ ? 2 : 4)) {
     case 0:
-      return {"IIf(" + condition.text + ", (" + yes.text + " + 0), (" + no.text + " + 0))",
-              [choice](const Place& place) -> Cell { return choice(place).value_or(0) + 0; }};
+      return {"IIf(" + condition.text + ", " + numbers + ")", filled};
     case 1:
-      return {"CASE WHEN " + condition.text + " THEN " + yes.text + " ELSE " + no.text + " END",
-              choice};
+      return {"CASE WHEN " + condition.text + " THEN (" + yes.text + " + 0) ELSE (" + no.text +
+                  " + 0) END",
+              filled};
     case 2:
       return {"CASE WHEN " + condition.text + " THEN " + yes.text + " END",
               [condition, yes](const Place& place) {
@@ -185,7 +190,8 @@ NumberTerm RandomMdx::Folded(int depth) {
   const SetTerm set = Set(AnyHierarchies(), depth);
   const bool has_value = !dice_.OneIn(4);
   const NumberTerm cell = {"", [this](const Place& place) { return cube_.CellAt(place); }};
-  const NumberTerm value = has_value ? Number(depth) : cell;
+  const bool may_be_any = !tame_ || name == "Sum";
+  const NumberTerm value = has_value ? may_be_any ? Number(depth) : CellOf(0) : cell;
   return {name + "(" + set.text + (has_value ? ", " + value.text : "") + ")",
           [name, set, value](const Place& place) {
             return Fold(name, Values(place, set.at(place), value));
@@ -216,7 +222,7 @@ NumberTerm RandomMdx::Counted(int depth) {
   const auto all = [set](const Place& place) -> Cell {
     return static_cast<double>(set.at(place).size());
   };
-  switch (dice_.Below(3)) {
+  switch (dice_.Below(tame_ ? 2 : 3)) {
     case 0:
       return {"Count(" + set.text + ")", all};
     case 1:

@@ -142,7 +142,7 @@ class DescendantsSet : public SetExpression {
     int64_t named = depth_.level ? int64_t{*depth_.level} : own + distance;
     if (!depth_.level && depth_.distance == nullptr) named = last;
     named = std::min<int64_t>(named, int64_t{last} + 1);
-    if (named < int64_t{own}) return;
+    if (!depth_.level && named < int64_t{own}) return;
     if (reach_ == Reach::kLeaves) {
       if (named >= last) Append(DescendantsAt(cube, hierarchy, member, last), set);
       return;
