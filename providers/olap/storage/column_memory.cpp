@@ -56,19 +56,23 @@ class KeptPieces {
   std::size_t kept_bytes_ = 0;
 };
 
-constinit KeptPieces kept_pieces;
+/// Never destroyed: columns that live as long as the program are given back last of all.
+KeptPieces& Kept() {
+  static auto& pieces = *new KeptPieces;
+  return pieces;
+}
 
 }  // namespace
 
 void* TakeColumnMemory(std::size_t bytes) {
   if (bytes < kLeastKept) return ::operator new(bytes);
   const SizeClass size = ClassOf(bytes);
-  void* memory = kept_pieces.Take(size);
+  void* memory = Kept().Take(size);
   return memory != nullptr ? memory : ::operator new(size.bytes);
 }
 
 void ReturnColumnMemory(void* memory, std::size_t bytes) noexcept {
-  if (bytes >= kLeastKept && kept_pieces.Keep(memory, ClassOf(bytes))) return;
+  if (bytes >= kLeastKept && Kept().Keep(memory, ClassOf(bytes))) return;
   ::operator delete(memory);
 }
 

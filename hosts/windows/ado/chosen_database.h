@@ -1,0 +1,39 @@
+// The settings database on Windows: through the platform's data objects where they have a provider,
+// through the portable store where they have none.
+//
+// Each connection decides when it is opened (store_choice.h). Record sets, commands and catalogs go
+// the way of their connection.
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include "hosts/windows/ado/ado_database.h"
+#include "hosts/windows/ado/store_choice.h"
+#include "platform/database.h"
+
+namespace vok::windows {
+
+class ChosenDatabase : public Database {
+ public:
+  /// Both outlive this and all that it makes.
+  ChosenDatabase(const Files& files, Database& portable)
+      : portable_(portable), choice_(files, portable, platform_) {}
+
+  std::unique_ptr<Connection> NewConnection() override;
+  std::unique_ptr<Recordset> NewRecordset() override;
+  std::unique_ptr<Command> NewCommand() override;
+  std::unique_ptr<DatabaseCatalog> NewCatalog() override;
+  /// Record sets that stand in files of their own are the portable reader's.
+  std::unique_ptr<Recordset> OpenRecordset(const std::string& source,
+                                           const std::string& connection_text) override {
+    return portable_.OpenRecordset(source, connection_text);
+  }
+
+ private:
+  Database& portable_;
+  AdoDatabase platform_;
+  StoreChoice choice_;
+};
+
+}  // namespace vok::windows

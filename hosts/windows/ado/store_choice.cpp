@@ -1,0 +1,60 @@
+#include "hosts/windows/ado/store_choice.h"
+
+#include <algorithm>
+#include <iterator>
+#include <string_view>
+
+#include "hosts/windows/ado/settings_providers.h"
+#include "platform/failure.h"
+#include "providers/sqlite/connection_text.h"
+
+namespace vok::windows {
+namespace {
+
+constexpr std::string_view kPortableMark{"SQLite format 3\0", 16};
+constexpr std::size_t kJetMarkAt = 4;
+constexpr std::string_view kJetMarks[] = {"Standard Jet DB", "Standard ACE DB"};
+
+enum class FileKind { kNone, kPortable, kJet, kOther };
+
+FileKind KindOf(const Files& files, const std::string& path) {
+  if (!files.Exists(path)) return FileKind::kNone;
+  const auto file = files.Map(path);
+  const auto bytes = file->Bytes();
+  const std::string_view text(reinterpret_cast<const char*>(bytes.data()), bytes.size());
+  if (text.starts_with(kPortableMark)) return FileKind::kPortable;
+  const bool jet = text.size() > kJetMarkAt &&
+                   std::any_of(std::begin(kJetMarks), std::end(kJetMarks), [&](auto mark) {
+                     return text.substr(kJetMarkAt).starts_with(mark);
+                   });
+  return jet ? FileKind::kJet : FileKind::kOther;
+}
+
+[[noreturn]] void ThrowNoProvider(const std::string& file) {
+  std::string names;
+  for (const std::string& name : SettingsProviders()) names += (names.empty() ? "" : ", ") + name;
+  throw Failure(failure_number::kProviderNotFound,
+                "Provider cannot be found: \"" + file + "\" is a Jet database, and this " +
+                    ProcessWidth() + " host process finds no " + ProcessWidth() +
+                    " provider for it (" + names + "). Install the Access Database Engine of " +
+                    "that width, or use a host program of the width that is installed.");
+}
+
+std::string WithProvider(std::string text, const std::string& provider) {
+  const std::size_t at = text.find(kJetProvider);
+  return at == std::string::npos ? text : text.replace(at, kJetProvider.size(), provider);
+}
+
+}  // namespace
+
+ChosenStore StoreChoice::For(const std::string& connection_text) const {
+  const std::string file = ParseConnectionText(connection_text).data_source;
+  const FileKind kind = KindOf(files_, file);
+  if (kind == FileKind::kPortable) return {portable_, connection_text};
+  const std::string provider = FindSettingsProvider();
+  if (!provider.empty()) return {platform_, WithProvider(connection_text, provider)};
+  if (kind == FileKind::kJet) ThrowNoProvider(file);
+  return {portable_, connection_text};
+}
+
+}  // namespace vok::windows

@@ -1,0 +1,42 @@
+#include "hosts/windows/cube/cube_choice.h"
+
+#include <string_view>
+
+#include "hosts/windows/automation/object.h"
+#include "platform/failure.h"
+#include "providers/common/connection_text.h"
+
+namespace vok::windows {
+namespace {
+
+constexpr char kProvider[] = "MSOLAP";
+constexpr std::string_view kOurMark = "VokCube\x1A";
+
+bool IsOurs(const Files& files, const std::string& path) {
+  const auto file = files.Map(path);
+  const auto bytes = file->Bytes();
+  const std::string_view text(reinterpret_cast<const char*>(bytes.data()), bytes.size());
+  return text.starts_with(kOurMark);
+}
+
+[[noreturn]] void ThrowNoProvider(const std::string& file) {
+  const std::string width = sizeof(void*) == 8 ? "64-bit" : "32-bit";
+  throw Failure(failure_number::kProviderNotFound,
+                "Provider cannot be found: \"" + file + "\" is no cube file of this program, and " +
+                    "this " + width + " host process finds no " + width + " " + kProvider +
+                    " provider. Install the OLE DB provider for OLAP of that width, or build the " +
+                    "cube with \"vokcube cube build\".");
+}
+
+}  // namespace
+
+CubeServices& CubeChoice::For(const std::string& connection_text) const {
+  const std::string source = ParseConnectionText(connection_text).data_source;
+  const bool is_file = files_.Exists(source);
+  if (is_file && IsOurs(files_, source)) return portable_;
+  if (HasInProcessServer(kProvider)) return platform_;
+  if (is_file) ThrowNoProvider(source);
+  return portable_;
+}
+
+}  // namespace vok::windows

@@ -1,0 +1,51 @@
+# A Wine prefix of its own for the scripts, and the example's data beside it. Sourced with the folder
+# of the component's programs in $1; leaves the working directory in a temporary folder that goes when
+# the script ends.
+programs=$(realpath "$1")
+here=$(realpath "$(dirname "${BASH_SOURCE[0]}")")
+root=$(realpath "$here/../../../..")
+
+work=$(mktemp -d)
+export WINEPREFIX=$work/prefix WINEARCH=win64 WINEDEBUG=-all
+export WINEDLLOVERRIDES="mscoree,mshtml=;winedbg.exe=d"
+unset DISPLAY  # without a screen message boxes end at once
+trap 'wineserver -k; rm -rf "$work"' EXIT
+cd "$work"
+
+fail() {
+  echo "FAIL $*" >&2
+  exit 1
+}
+
+# A Windows path of a file here.
+outside() { printf 'Z:%s' "$(realpath -m "$1")" | tr / '\\'; }
+
+# The settings and the cube come from the command line of this system.
+vokcube=${VOKCUBE:-$root/build/release/bin/vokcube}
+if [[ ! -x $vokcube ]]; then
+  cmake -S "$root" -B "$root/build/release" -G Ninja -DCMAKE_BUILD_TYPE=Release > /dev/null
+  cmake --build "$root/build/release" --target vokcube > /dev/null
+fi
+
+make_example() {
+  mkdir -p settings none
+  "$vokcube" cube build --schema "$root/examples/ledger/schema.xml" --data "$root/examples/ledger" \
+    --output ledger.cub
+  "$vokcube" settings import "$root/examples/ledger/settings.json" --settings-folder "$work/settings"
+  "$vokcube" settings import "$here/failing-sets.json" --settings-folder "$work/settings"
+} > /dev/null
+
+# Runs a script of this folder; its last line must say that nothing failed.
+run_script() {
+  local name=$1 output
+  shift
+  cat "$here/common.vbs" "$here/$name.vbs" > "$name.vbs"
+  output=$(timeout 120 wine cscript //nologo "$name.vbs" "$@" | tr -d '\r') || true
+  echo "$name: $output" | tr '\n' ' '
+  echo
+  [[ ${output##*$'\n'} == "fails=0" ]] || fail "$name.vbs"
+}
+
+register() { timeout 60 wine regsvr32 /s "$@" || fail "regsvr32 $*"; }
+
+timeout 120 wineboot -i > /dev/null 2>&1 || fail "no Wine prefix"
