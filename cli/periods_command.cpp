@@ -48,6 +48,32 @@ LinearDates RunOf(const FillOptions& options, Date today) {
   return run;
 }
 
+/// What an interval of whole months is called: "2024", "2024 H1", "2024 Q1", "2024-01"; by its
+/// first and last month where it is none of the calendar's.
+std::string IntervalName(Date from, Date until) {
+  const std::string first = IsoDate(from).substr(0, 7);
+  const std::string last = IsoDate(until).substr(0, 7);
+  const std::string year = first.substr(0, 4);
+  const int months = (until.Year() - from.Year()) * 12 + until.Month() - from.Month() + 1;
+  const auto place_among = [&](int length) {
+    const bool is_one = months == length && (from.Month() - 1) % length == 0;
+    return is_one ? (from.Month() - 1) / length + 1 : 0;
+  };
+  if (first == last) return first;
+  if (const int quarter = place_among(3)) return year + " Q" + std::to_string(quarter);
+  if (const int half = place_among(6)) return year + " H" + std::to_string(half);
+  return place_among(12) != 0 ? year : first + " - " + last;
+}
+
+/// Gives a period its dates. A name that a person gave stays; that of the interval before does not.
+void Assign(PeriodEntry& period, Date from, Date until) {
+  const bool named = !period.PeriodName.empty() &&
+                     period.PeriodName != IntervalName(period.FromDate, period.UntilDate);
+  if (!named) period.PeriodName = IntervalName(from, until);
+  period.FromDate = from;
+  period.UntilDate = until;
+}
+
 void FillDates(PeriodSet& set, const LinearDates& run, const Locale& locale) {
   DateList from;
   DateList until;
@@ -56,9 +82,10 @@ void FillDates(PeriodSet& set, const LinearDates& run, const Locale& locale) {
     until(number) = set.Period(number).UntilDate;
   }
   FillLinearDates(run, locale, from, until);
-  for (int number = 1; number <= kPeriodCount; ++number) {
-    set.Period(number).FromDate = from(number);
-    set.Period(number).UntilDate = until(number);
+  const int first = run.first == 0 ? 1 : run.first;
+  const int last = run.last == 0 ? kPeriodCount : run.last;
+  for (int number = std::min(first, last); number <= std::max(first, last); ++number) {
+    Assign(set.Period(number), from(number), until(number));
   }
 }
 

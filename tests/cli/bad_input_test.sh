@@ -76,10 +76,16 @@ expect 1 'there is no file "dates.csv"' cube build --schema "$data/schema.xml" -
   --output out.cub
 expect 1 "Check that the folder exists" cube build --schema "$data/schema.xml" --data "$data" \
   --output missing/out.cub
-expect 0 " 3  2024-03-01  2024-03-31" periods fill Run --interval month --from 2024-01-31 --first 1 \
-  --last 3 --settings-folder good
-expect 0 "12  2023-01-01  2023-12-31" periods fill run --interval year --until 2023-12-31 --first 12 \
-  --settings-folder good
+fill() {
+  expect 0 "$1" periods fill "${@:2}" --settings-folder good
+}
+fill " 3  2024-03-01  2024-03-31  2024-03" Run --interval month --from 2024-01-31 --first 1 --last 3
+fill "12  2023-01-01  2023-12-31  2023" run --interval year --until 2023-12-31 --first 12
+fill " 2  2024-07-01  2024-09-30  2024 Q3" run --interval quarter --from 2024-07-01 --first 2 --last 2
+fill " 2  2023-11-01  2024-04-30  2023-11 - 2024-04" run --interval half-year --until 2024-04-01 \
+  --last 2
+fill " 1  2024-07-01  2024-12-31  2024 H2" run --interval half-year --from 2024-07-09 --last 1
+fill " 1  2024-01-01  2024-12-31  Jan 2024" Demo --interval year --from 2024-01-01 --last 1
 expect 1 "a name may not contain *" periods fill 'R*' --interval year --settings-folder good
 expect 2 "is no date; write it as" periods fill Run --interval year --from 31.12.2023
 expect 2 "not in {month,quarter" periods fill Run --interval week
