@@ -31,7 +31,7 @@ std::unique_ptr<CubeConnection> Open(const Host& host, const std::string& text) 
 template <typename Visit>
 void WalkDimensions(const Host& host, const std::string& cube_file, const std::string& catalog,
                     Visit visit) {
-  if (!IsCubeThere(host, cube_file)) return;
+  if (cube_file.empty()) return;
   const auto connection = Open(host, CatalogConnectionText(cube_file, catalog));
   const auto structure = host.cube.NewCatalog();
   structure->SetActiveConnection(*connection);
@@ -66,6 +66,7 @@ QelCatalogs ListQelCatalogs(const CubeConnection& connection) {
 Value::Array GetMeasFromCube(const Host& host, const std::string& cube_file,
                              const std::string& catalog) {
   Value::Array measures;
+  if (!IsCubeThere(host, cube_file)) return measures;
   WalkDimensions(host, cube_file, catalog, [&](const CubeDimension& dimension) {
     if (dimension.Name() != "Measures") return;
     for (const std::string& name : MemberNames(*dimension.HierarchyAt(0))) {

@@ -1,9 +1,9 @@
 // What a cube offers to whoever edits a data source: its catalogs, measures, money sets and the
 // members that a query can be limited to.
 //
-// Each call opens a connection of its own and closes it when it is done. A cube that is not there
-// (no name, no such file) offers nothing and is no failure; failures of the cube's provider pass to
-// the caller. Names of dimensions are compared exactly, also in case.
+// Each call opens a connection of its own and closes it when it is done. An empty file name offers
+// nothing and is no failure; failures of the cube's provider pass to the caller, that of a file
+// that is not there included. Names of dimensions are compared exactly, also in case.
 #pragma once
 
 #include <memory>
@@ -30,7 +30,8 @@ struct QelCatalogs {
 };
 QelCatalogs ListQelCatalogs(const CubeConnection& connection);
 
-/// Names of the money measures: those without "Quantity" in their names, each a text.
+/// Names of the money measures: those without "Quantity" in their names, each a text. A file that
+/// is not there has none.
 Value::Array GetMeasFromCube(const Host& host, const std::string& cube_file,
                              const std::string& catalog);
 

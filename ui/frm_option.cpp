@@ -57,7 +57,8 @@ void FrmOption::ShowRows(const DataSourceSetting& setting) {
     form_.SetText({"CmbQty", row}, entry.Qty);
     form_.SetValue({"chkCalc", row}, entry.IsCalculated ? kChecked : kUnchecked);
   }
-  form_.SetText("txtCountMoney", std::to_string(setting.CountMoney));
+  // Not typed, so never refused: another program may have stored a count of its own.
+  form_.At("txtCountMoney").Text = std::to_string(setting.CountMoney);
 }
 
 void FrmOption::ReadRows(DataSourceSetting& setting) const {
@@ -70,7 +71,8 @@ void FrmOption::ReadRows(DataSourceSetting& setting) const {
     entry.Qty = form_.Text({"CmbQty", row});
     entry.IsCalculated = form_.IsChecked({"chkCalc", row});
   }
-  setting.CountMoney = CountIn(form_.Text("txtCountMoney")).value_or(0);
+  const std::string& count = form_.Text("txtCountMoney");
+  if (count != std::to_string(setting.CountMoney)) setting.CountMoney = CountIn(count).value_or(0);
 }
 
 bool FrmOption::ShowForm(DataSourceSetting& setting, int row) {

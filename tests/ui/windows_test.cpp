@@ -15,7 +15,9 @@
 namespace vok {
 namespace {
 
+using testing::AllOf;
 using testing::ElementsAre;
+using testing::Field;
 using testing::HasSubstr;
 using testing::IsEmpty;
 
@@ -190,6 +192,50 @@ TEST_F(WindowsTest, MeasuresThatTheCubeLacksAreMarkedAndTold) {
     if (error) marked += std::to_string(row) + " ";
   }
   EXPECT_EQ(marked, "2 5 6 ");
+}
+
+TEST_F(WindowsTest, ASettingWhoseCubeFileIsGoneIsShownAndSaysSo) {
+  const auto window = desk.Open();
+  Form& form = window->form();
+  desk.FillIn(form);
+  form.Click("ComSaveSet");
+  desk.files.Delete(desk.Cube());
+  const auto gone = [](const char* procedure, const char* module) {
+    return Field(&MessageBox::text,
+                 AllOf(HasSubstr("sample.cub"), HasSubstr(std::string("Function : ") + procedure +
+                                                          "\r\nModule : " + module + "\r\n")));
+  };
+  form.Raise(FormEvent::kClicked, "comboDataSource");
+  EXPECT_THAT(desk.TakeBoxes(),
+              ElementsAre(gone("UpdObsList", "FrmPeriosd"),
+                          Box("MEASURES \r\n\r\nAmount", MessageIcon::kCritical)));
+  EXPECT_EQ(form.Text("CmbObs"), "Ledger1");
+  desk.toolkit.in_window = {[](Form& option) { option.Click("cmdOk"); }};
+  form.Click("cmdOptions");
+  EXPECT_THAT(desk.TakeBoxes(), ElementsAre(gone("SetCmbMeas2", "FrmPeriods")));
+  EXPECT_EQ(form.Text({"TextMeasure", 12}), "Amount");
+}
+
+TEST_F(WindowsTest, TheCountOfMoneySetsStaysUntilAnotherIsTyped) {
+  struct {
+    int16_t stored;
+    std::vector<const char*> typed;
+    int16_t count;
+  } const cases[] = {{20, {}, 20},   {-1, {}, -1},    {20, {"13"}, 13},
+                     {3, {"14"}, 0}, {3, {"two"}, 0}, {3, {"", "-1", "4"}, 4},
+                     {3, {""}, 0}};
+  for (const auto& [stored, typed, count] : cases) {
+    const WindowServices services{desk.host, desk.publics, desk.toolkit};
+    FrmOption window(services, {});
+    desk.toolkit.in_window = {[&texts = typed](Form& form) {
+      for (const char* text : texts) form.SetText("txtCountMoney", text);
+      form.Click("cmdOk");
+    }};
+    DataSourceSetting setting;
+    setting.CountMoney = stored;
+    EXPECT_TRUE(window.ShowForm(setting));
+    EXPECT_EQ(setting.CountMoney, count) << stored;
+  }
 }
 
 TEST_F(WindowsTest, ASetIsDeletedOnlyWhenThePersonSaysSo) {
