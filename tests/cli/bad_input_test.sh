@@ -117,7 +117,12 @@ mkfifo query
 env --default-signal=INT "$vokcube" mdx ledger.cub --timeout 60 - < query > said 2>&1 &
 running=$!
 echo "$endless SELECT [Measures].[m60] ON 0 FROM [LedgerQEL]" > query
-sleep 0.5
+# Ctrl-C counts once the program catches it: bit 2 of the caught signals.
+for _ in {1..600}; do
+  caught=$(sed -n 's/^SigCgt:[[:space:]]*//p' "/proc/$running/status")
+  (((16#${caught:-0} & 2) != 0)) && break
+  sleep 0.1
+done
 kill -INT "$running"
 status=0
 wait "$running" || status=$?
