@@ -1,6 +1,7 @@
 #include "hosts/system/system_host.h"
 
 #include <dlfcn.h>
+#include <link.h>
 
 #include <cstdio>
 #include <filesystem>
@@ -26,9 +27,16 @@ namespace {
 /// Folder of the file that this code was loaded from: the shared library's, or the program's.
 std::string ComponentFolder() {
   Dl_info info{};
-  if (dladdr(reinterpret_cast<const void*>(&ComponentFolder), &info) == 0) return ".";
+  link_map* loaded = nullptr;
+  if (dladdr1(reinterpret_cast<const void*>(&ComponentFolder), &info,
+              reinterpret_cast<void**>(&loaded), RTLD_DL_LINKMAP) == 0) {
+    return ".";
+  }
+  // The program has no name here, and the word that it was called by need not lead to it.
+  const bool is_program = *loaded->l_name == '\0';
   std::error_code ignored;
-  const auto file = std::filesystem::canonical(info.dli_fname, ignored);
+  const auto file =
+      std::filesystem::canonical(is_program ? "/proc/self/exe" : loaded->l_name, ignored);
   return ignored ? "." : file.parent_path().string();
 }
 
