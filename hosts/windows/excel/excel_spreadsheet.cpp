@@ -1,7 +1,10 @@
 #include "hosts/windows/excel/excel_spreadsheet.h"
 
+#include <filesystem>
+
 #include "hosts/windows/automation/object.h"
 #include "hosts/windows/excel/cell_array.h"
+#include "hosts/windows/platform/utf16.h"
 #include "platform/failure.h"
 
 namespace vok::windows {
@@ -35,7 +38,7 @@ class ExcelApplication : public SpreadsheetApplication {
   std::string Version() const override { return application_.Read(L"Version").ToText(); }
 
   void OpenWorkbook(const std::string& path) override {
-    application_.Child(L"Workbooks").Call(L"Open", files_.NativePath(path));
+    application_.Child(L"Workbooks").Call(L"Open", FullPath(path));
     sheets_ = L"Worksheets";
   }
   void AddWorkbook() override { application_.Child(L"Workbooks").Call(L"Add"); }
@@ -72,7 +75,7 @@ class ExcelApplication : public SpreadsheetApplication {
 
   void SaveAs(const std::string& path, int32_t format) override {
     const Object workbook = application_.Child(L"ActiveWorkbook");
-    const std::string file = files_.NativePath(path);
+    const std::string file = FullPath(path);
     if (format == kDefaultFormat) {
       workbook.Call(L"SaveAs", file);
     } else {
@@ -91,6 +94,11 @@ class ExcelApplication : public SpreadsheetApplication {
       work();
     } catch (...) {  // nothing more can be done for a program that does not answer
     }
+  }
+
+  /// The program has a current directory of its own.
+  std::string FullPath(const std::string& path) const {
+    return Utf8(std::filesystem::absolute(Utf16(files_.NativePath(path))).wstring());
   }
 
   Object CellFrom(const char* cell, int32_t down, int32_t right) const {
