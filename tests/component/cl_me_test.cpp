@@ -48,32 +48,6 @@ TEST_F(ClMeTest, ASuccessfulRunGivesThePeriodsAndTheNames) {
   EXPECT_EQ(Run(), Value(Value::Array{names, flags, ranges, "Sales", "2010"}));
 }
 
-TEST_F(ClMeTest, FailedRunsGiveACodeOfTheRightWidthAndItsMessage) {
-  const struct {
-    std::function<void(ClMeTest&)> spoil;
-    Value::Array expected;
-  } cases[] = {
-      {[](auto& t) { t.memory.files.files.erase("component\\CubToQel.mdb"); },
-       {int16_t{1111}, "Database not Found"}},
-      {[](auto& t) { t.database.tables["Periods"].clear(); },
-       {int16_t{2222}, "Cann't read Settings"}},
-      {[](auto& t) { t.cube.on_open = [] { throw Failure(53, ""); }; },
-       {int16_t{3333}, "Connection error"}},
-      {[](auto& t) { t.cube.dimensions.pop_back(); }, {int16_t{4444}, "Invalid date"}},
-      {[](auto& t) { t.Money()["Measure0"] = "?"; },
-       {int16_t{5555}, "Not Valid Measure.Check your Settings"}},
-      {[](auto& t) { t.memory.files.refused.insert("component\\MdxQry.log"); }, {int32_t{75}, ""}},
-  };
-  struct Case : ClMeTest {
-    void TestBody() override {}
-  };
-  for (const auto& c : cases) {
-    Case run;
-    c.spoil(run);
-    EXPECT_EQ(run.Run(), Value(c.expected)) << c.expected[0].ToText();
-  }
-}
-
 TEST_F(ClMeTest, GetSetNamesListsATableInItsOrder) {
   publics.environment.SettingsFolder = "component";
   database.tables["Periods"] = {{{"SetName", "b"}}, {{"SetName", "a"}}, {{"SetName", "c"}}};

@@ -3,7 +3,6 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <stdlib.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -18,27 +17,15 @@
 #include "settings/reader.h"
 #include "settings/schema.h"
 #include "settings/writer.h"
+#include "tests/support/failures.h"
 #include "tests/support/memory_host.h"
+#include "tests/support/temporary_folder.h"
 
 namespace vok {
 namespace {
 
+using test::NumberOf;
 using testing::HasSubstr;
-
-std::string NewFolder() {
-  std::string folder = std::filesystem::temp_directory_path() / "vok-settings-XXXXXX";
-  if (mkdtemp(folder.data()) == nullptr) throw std::runtime_error("no temporary folder");
-  return folder;
-}
-
-int32_t NumberOf(const std::function<void()>& call) {
-  try {
-    call();
-    return 0;
-  } catch (const Failure& failure) {
-    return failure.number();
-  }
-}
 
 DataSourceSetting Source(const std::string& name, const std::string& measure = "Amount") {
   DataSourceSetting setting{name, "c.cub", "QEL", "Ledger1", "", "", "host.mdb", 2, {}};
@@ -57,7 +44,6 @@ PeriodSet Year(const std::string& name, const std::string& first = "Jan") {
 class StoreTest : public testing::Test {
  protected:
   StoreTest() { environment.SettingsFolder = folder; }
-  ~StoreTest() override { std::filesystem::remove_all(folder); }
 
   void Create() {
     CreateDB(host, environment, folder);
@@ -97,7 +83,8 @@ class StoreTest : public testing::Test {
     return LoadSettings(host, environment, current, {}, source, periods);
   }
 
-  const std::string folder = NewFolder();
+  const test::TemporaryFolder temporary;
+  const std::string folder = temporary.path();
   test::MemoryHost memory;
   PosixFiles files;
   IcuLocale locale{"en_US"};

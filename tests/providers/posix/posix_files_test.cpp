@@ -15,22 +15,19 @@
 
 #include "platform/failure.h"
 #include "tests/support/failing_files.h"
+#include "tests/support/failures.h"
+#include "tests/support/temporary_folder.h"
 
 namespace vok {
 namespace {
+
+using test::FailureOf;
 
 namespace fs = std::filesystem;
 using Number = int32_t;
 
 class PosixFilesTest : public testing::Test {
  protected:
-  PosixFilesTest() {
-    std::string pattern = (fs::temp_directory_path() / "vok-files-XXXXXX").string();
-    root_ = ::mkdtemp(pattern.data());
-    fs::permissions(root_, fs::perms::all);
-  }
-  ~PosixFilesTest() override { fs::remove_all(root_); }
-
   std::string At(const std::string& name) const { return root_ + "\\" + name; }
   std::string Text(const std::string& path) const {
     const auto map = files_.Map(path);
@@ -41,17 +38,10 @@ class PosixFilesTest : public testing::Test {
     return static_cast<std::size_t>(
         std::distance(fs::directory_iterator(root_), fs::directory_iterator()));
   }
-  static Failure FailureOf(const std::function<void()>& action) {
-    try {
-      action();
-    } catch (const Failure& failure) {
-      return failure;
-    }
-    return Failure(0, "no failure");
-  }
 
   PosixFiles files_;
-  std::string root_;
+  test::TemporaryFolder folder_;
+  std::string root_ = folder_.path();
 };
 
 TEST_F(PosixFilesTest, WritesReadsAndDeletesUnderBackslashedPaths) {

@@ -1,6 +1,5 @@
 #include <gtest/gtest.h>
 
-#include <cstdlib>
 #include <string>
 #include <vector>
 
@@ -10,6 +9,7 @@
 #include "providers/posix/icu_locale.h"
 #include "providers/posix/ini_text.h"
 #include "providers/posix/posix_files.h"
+#include "tests/support/temporary_folder.h"
 
 namespace vok {
 namespace {
@@ -25,12 +25,6 @@ std::string Utf16(const std::string& ascii) {
 
 class RegistryTest : public testing::Test {
  protected:
-  RegistryTest() {
-    std::string pattern = "/tmp/vok-registry-XXXXXX";
-    root_ = ::mkdtemp(pattern.data());
-  }
-  ~RegistryTest() override { std::system(("rm -r " + root_).c_str()); }
-
   void SetFile(const std::string& name, const std::string& bytes) {
     WriteWholeFile(files_, root_ + "/" + name, bytes);
   }
@@ -56,7 +50,8 @@ class RegistryTest : public testing::Test {
 
   PosixFiles files_;
   IcuLocale locale_{"en_GB"};
-  std::string root_;
+  test::TemporaryFolder folder_;
+  std::string root_ = folder_.path();
 };
 
 TEST_F(RegistryTest, ReadsWhatTheStandardTextHolds) {

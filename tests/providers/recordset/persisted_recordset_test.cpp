@@ -3,13 +3,14 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <functional>
-
 #include "providers/recordset/rowset.h"
+#include "tests/support/failures.h"
 #include "tests/support/memory_host.h"
 
 namespace vok::recordset {
 namespace {
+
+using vok::test::NumberOf;
 
 struct LanguageFile {
   vok::test::MemoryHost memory;
@@ -27,15 +28,6 @@ struct LanguageFile {
     return texts;
   }
 };
-
-int32_t NumberOf(const std::function<void()>& call) {
-  try {
-    call();
-    return 0;
-  } catch (const Failure& failure) {
-    return failure.number();
-  }
-}
 
 TEST(PersistedRecordset, FiltersAndFinds) {
   const struct {

@@ -10,42 +10,20 @@
 #include <string>
 #include <vector>
 
-#include "platform/failure.h"
 #include "providers/posix/icu_locale.h"
 #include "providers/posix/posix_files.h"
 #include "providers/sqlite/sqlite_database.h"
+#include "tests/support/failures.h"
+#include "tests/support/temporary_folder.h"
 
 namespace vok::test {
-
-/// The number of the failure that the action ends with; 0 for none.
-inline int32_t NumberOf(const std::function<void()>& action) {
-  try {
-    action();
-  } catch (const Failure& failure) {
-    return failure.number();
-  }
-  return 0;
-}
-
-inline std::string DescriptionOf(const std::function<void()>& action) {
-  try {
-    action();
-  } catch (const Failure& failure) {
-    return failure.description();
-  }
-  return "no failure";
-}
 
 class SettingsFileTest : public testing::Test {
  protected:
   SettingsFileTest() {
-    std::string pattern = (std::filesystem::temp_directory_path() / "vok-db-XXXXXX").string();
-    root_ = ::mkdtemp(pattern.data());
-    std::filesystem::permissions(root_, std::filesystem::perms::all);
     path_ = root_ + "/CubToQel.mdb";
     text_ = "Provider=Microsoft.Jet.OLEDB.4.0;;Data Source=" + root_ + "\\CubToQel.mdb";
   }
-  ~SettingsFileTest() override { std::filesystem::remove_all(root_); }
 
   /// Table Sets: SetName (key), Caption, Short (2 units), Count, From, Flag.
   void CreateFile() {
@@ -115,7 +93,8 @@ class SettingsFileTest : public testing::Test {
   PosixFiles files_;
   IcuLocale locale_{"en_GB"};
   SqliteDatabase database_{files_, locale_};
-  std::string root_;
+  TemporaryFolder folder_;
+  std::string root_ = folder_.path();
   std::string path_;
   std::string text_;
 };

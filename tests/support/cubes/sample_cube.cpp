@@ -1,9 +1,6 @@
 #include "tests/support/cubes/sample_cube.h"
 
-#include <stdlib.h>
-
 #include <array>
-#include <filesystem>
 #include <fstream>
 
 #include "providers/posix/icu_locale.h"
@@ -30,20 +27,9 @@ constexpr const char* kLedgerSchema = R"(<?xml version="1.0" encoding="UTF-8"?>
         <Level name="QeL" column="caption" ordinalColumn="ord" uniqueMembers="true"/>
       </Hierarchy>
     </Dimension>
-    <Dimension name="ActX" foreignKey="act_id">
-      <Hierarchy name="xlFile" hasAll="true" allMemberName="All" primaryKey="act_id">
-        <Table name="dim_act"/>
-        <Level name="Ledger" column="ledger" uniqueMembers="true"/>
-        <Level name="File" column="xlfile"/>
-      </Hierarchy>
-    </Dimension>
-    <Dimension name="Opening_Balance" foreignKey="ob">
-      <Hierarchy hasAll="true" allMemberName="All" primaryKey="ob">
-        <Table name="dim_ob"/>
-        <Level name="Opening_Balance" column="ob" type="Integer" uniqueMembers="true"/>
-      </Hierarchy>
-    </Dimension>
-    <Dimension name="MoneySet" foreignKey="money_id">
+)";
+
+constexpr const char* kLedgerRest = R"(    <Dimension name="MoneySet" foreignKey="money_id">
       <Hierarchy hasAll="true" allMemberName="All" primaryKey="money_id">
         <Table name="dim_money"/>
         <Level name="MoneySet" column="code" uniqueMembers="true"/>
@@ -66,7 +52,7 @@ constexpr const char* kLines =
     "6,900\tUnused\t\t\t,6\n";
 
 constexpr const char* kAccounts =
-    "act_id,ledger,xlfile\n"
+    "act_id,ledger,file\n"
     "1,Ledger1,File1\n2,Ledger1,File2\n3,Ledger1,File3\n"
     "4,Ledger2,File1\n5,Ledger2,File2\n6,Ledger2,File3\n";
 
@@ -104,17 +90,6 @@ std::string Facts() {
 
 }  // namespace
 
-TemporaryFolder::TemporaryFolder() {
-  std::string path = std::filesystem::temp_directory_path() / "vokcube-XXXXXX";
-  if (mkdtemp(path.data()) == nullptr) throw std::filesystem::filesystem_error(path, {});
-  path_ = path;
-}
-
-TemporaryFolder::~TemporaryFolder() {
-  std::error_code ignored;
-  std::filesystem::remove_all(path_, ignored);
-}
-
 olap::BuildReport BuildInto(const TemporaryFolder& folder, const CubeTexts& texts) {
   const auto write = [&](const std::string& name, const std::string& text) {
     std::ofstream(folder.File(name), std::ios::binary) << text;
@@ -131,7 +106,7 @@ BuiltCube::BuiltCube(const CubeTexts& texts)
     : report_(BuildInto(folder_, texts)), file_(olap::CubeFile::Open(PosixFiles(), path())) {}
 
 CubeTexts SampleLedger() {
-  return {kLedgerSchema,
+  return {std::string(kLedgerSchema) + kFilesAndOpenings + kLedgerRest,
           {{"dim_date", Months()},
            {"dim_qel", kLines},
            {"dim_act", kAccounts},

@@ -7,22 +7,9 @@
 
 #include "providers/olap/build/build_cube.h"
 #include "providers/olap/storage/cube_file.h"
+#include "tests/support/temporary_folder.h"
 
 namespace vok::test {
-
-/// A new folder, removed with all that is in it at the end.
-class TemporaryFolder {
- public:
-  TemporaryFolder();
-  ~TemporaryFolder();
-  TemporaryFolder(const TemporaryFolder&) = delete;
-  TemporaryFolder& operator=(const TemporaryFolder&) = delete;
-  const std::string& path() const { return path_; }
-  std::string File(const std::string& name) const { return path_ + "/" + name; }
-
- private:
-  std::string path_;
-};
 
 struct CubeTexts {
   std::string schema;
@@ -48,6 +35,22 @@ class BuiltCube {
 
 /// Writes the texts into the folder and builds "sample.cub" there.
 olap::BuildReport BuildInto(const TemporaryFolder& folder, const CubeTexts& texts);
+
+/// Dimensions ActX, with the hierarchy xlFile over "dim_act", and Opening_Balance over "dim_ob".
+inline constexpr const char* kFilesAndOpenings = R"(    <Dimension name="ActX" foreignKey="act_id">
+      <Hierarchy name="xlFile" hasAll="true" allMemberName="All" primaryKey="act_id">
+        <Table name="dim_act"/>
+        <Level name="Ledger" column="ledger" uniqueMembers="true"/>
+        <Level name="File" column="file"/>
+      </Hierarchy>
+    </Dimension>
+    <Dimension name="Opening_Balance" foreignKey="ob">
+      <Hierarchy hasAll="true" allMemberName="All" primaryKey="ob">
+        <Table name="dim_ob"/>
+        <Level name="Opening_Balance" column="ob" type="Integer" uniqueMembers="true"/>
+      </Hierarchy>
+    </Dimension>
+)";
 
 /// A small ledger, cube "QEL": Date (All, Year, Quarter, Month; January 2009 to June 2010), QeL
 /// (named QeL, no All, 6 lines with TABs in their captions, the last without facts), ActX with

@@ -97,7 +97,7 @@ TEST(BadSchema, IsRefusedByName) {
       {nullptr, "\"fact\"", "\"facts\"", {"\"facts.csv\"", "dim_act, dim_date", "fact"}},
       {nullptr, "\"fact\"", "\"../fact\"", {"there is no file"}},
       {nullptr, "column=\"amount\"", "column=\"sum\"", {"fact.csv", "\"sum\"", "amount, units"}},
-      {nullptr, "column=\"xlfile\"", "column=\"file\"", {"dim_act.csv", "\"file\""}},
+      {nullptr, "column=\"file\"", "column=\"files\"", {"dim_act.csv", "\"files\""}},
       {nullptr, "foreignKey=\"ob\"", "", {"<Dimension> \"Opening_Balance\"", "no foreignKey"}},
       {nullptr, " primaryKey=\"ob\"", "", {"no attribute primaryKey"}},
       {nullptr, "name=\"Units\"", "name=\"AMOUNT\"", {"two of the name \"AMOUNT\""}},
@@ -146,8 +146,8 @@ TEST(BadTable, IsRefusedWithItsLine) {
 
 TEST(BadTable, DuplicateMembersAreRefused) {
   test::CubeTexts texts = test::SampleLedger();
-  Replace(texts.schema, "<Level name=\"File\" column=\"xlfile\"/>",
-          "<Level name=\"File\" column=\"xlfile\" uniqueMembers=\"true\"/>");
+  Replace(texts.schema, "<Level name=\"File\" column=\"file\"/>",
+          "<Level name=\"File\" column=\"file\" uniqueMembers=\"true\"/>");
   const test::TemporaryFolder folder;
   try {
     test::BuildInto(folder, texts);

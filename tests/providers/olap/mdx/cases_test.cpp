@@ -8,19 +8,11 @@
 
 #include "platform/failure.h"
 #include "providers/olap/mdx/engine.h"
-#include "providers/posix/icu_locale.h"
 #include "tests/providers/olap/mdx/case_file.h"
 #include "tests/providers/olap/mdx/small_cube.h"
 
 namespace vok::test {
 namespace {
-
-std::shared_ptr<const olap::CubeView> Cube() {
-  static const IcuLocale locale("en_US");
-  static const BuiltCube built(SmallCube());
-  return std::make_shared<const olap::CubeView>(
-      std::shared_ptr<const olap::StoredCube>(built.shared_file(), &built.cube()), locale);
-}
 
 std::string Answer(const std::shared_ptr<const olap::CubeView>& cube, const MdxCase& test) {
   const bool formatted = test.expected.find("formatted\n") != std::string::npos;
@@ -35,12 +27,12 @@ std::string Answer(const std::shared_ptr<const olap::CubeView>& cube, const MdxC
 class MdxCases : public testing::TestWithParam<MdxCase> {};
 
 TEST_P(MdxCases, AnswersAsTheFileSays) {
-  EXPECT_EQ(Answer(Cube(), GetParam()), GetParam().expected) << GetParam().query;
+  EXPECT_EQ(Answer(SmallCube(), GetParam()), GetParam().expected) << GetParam().query;
 }
 
 TEST(MdxThreads, ShareOneOpenedCube) {
   const std::vector<MdxCase> cases = ReadCases(VOK_MDX_CASES);
-  const auto cube = Cube();
+  const auto cube = SmallCube();
   const auto answer_all = [&] {
     for (const MdxCase& test : cases) EXPECT_EQ(Answer(cube, test), test.expected) << test.name;
   };

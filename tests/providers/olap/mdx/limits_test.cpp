@@ -9,22 +9,14 @@
 #include "platform/cube.h"
 #include "platform/failure.h"
 #include "providers/olap/mdx/engine.h"
-#include "providers/posix/icu_locale.h"
 #include "tests/providers/olap/mdx/small_cube.h"
 
 namespace vok::test {
 namespace {
 
-std::shared_ptr<const olap::CubeView> Cube() {
-  static const IcuLocale locale("en_US");
-  static const BuiltCube built(SmallCube());
-  return std::make_shared<const olap::CubeView>(
-      std::shared_ptr<const olap::StoredCube>(built.shared_file(), &built.cube()), locale);
-}
-
 Failure FailureOf(const std::string& query, const olap::QueryLimits& limits) {
   try {
-    olap::RunMdx(Cube(), query, limits);
+    olap::RunMdx(SmallCube(), query, limits);
   } catch (const Failure& failure) {
     return failure;
   }

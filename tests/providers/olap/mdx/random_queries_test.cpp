@@ -6,9 +6,8 @@
 
 #include "platform/failure.h"
 #include "providers/olap/mdx/engine.h"
-#include "providers/posix/icu_locale.h"
 #include "tests/providers/olap/mdx/case_file.h"
-#include "tests/support/cubes/sample_cube.h"
+#include "tests/providers/olap/mdx/small_cube.h"
 #include "tests/support/plain_olap/random_mdx.h"
 
 namespace vok::test {
@@ -29,9 +28,7 @@ void ExpectPlainAnswers(uint64_t seed) {
   plain::MakeRandomCube(seed, "Plain", random);
   const BuiltCube built(
       CubeTexts{"<Schema name=\"Random\">" + random.schema + "</Schema>", random.tables});
-  const IcuLocale locale("en_US");
-  const auto cube = std::make_shared<const olap::CubeView>(
-      std::shared_ptr<const olap::StoredCube>(built.shared_file(), &built.cube()), locale);
+  const auto cube = ViewOf(built);
   plain::RandomMdx queries(random.cube, "Plain", seed, false);
   for (int i = 0; i < kQueriesOfEach; ++i) {
     const plain::RandomQuery query = queries.Next();

@@ -1,5 +1,7 @@
 #include "tests/providers/olap/mdx/small_cube.h"
 
+#include "providers/posix/icu_locale.h"
+
 namespace vok::test {
 namespace {
 
@@ -19,20 +21,9 @@ constexpr const char* kSchema = R"(<Schema name="Small">
         <Level name="QeL" column="line" uniqueMembers="true"/>
       </Hierarchy>
     </Dimension>
-    <Dimension name="ActX" foreignKey="act_id">
-      <Hierarchy name="xlFile" hasAll="true" allMemberName="All" primaryKey="act_id">
-        <Table name="dim_act"/>
-        <Level name="Ledger" column="ledger" uniqueMembers="true"/>
-        <Level name="File" column="file"/>
-      </Hierarchy>
-    </Dimension>
-    <Dimension name="Opening_Balance" foreignKey="ob">
-      <Hierarchy hasAll="true" allMemberName="All" primaryKey="ob">
-        <Table name="dim_ob"/>
-        <Level name="Opening_Balance" column="ob" type="Integer" uniqueMembers="true"/>
-      </Hierarchy>
-    </Dimension>
-    <Dimension name="Area" foreignKey="area_id">
+)";
+
+constexpr const char* kSchemaRest = R"(    <Dimension name="Area" foreignKey="area_id">
       <Hierarchy hasAll="false" primaryKey="area_id">
         <Table name="dim_area"/>
         <Level name="Section" column="section" uniqueMembers="true"/>
@@ -67,12 +58,12 @@ constexpr const char* kFacts =
     "6,E],1,1,1,50,1\n"
     "4,B,3,0,2,1000,10\n"
     "6,B,1,0,1,2.5,\n"
-    "1,E],1,1,3,77,1\n";
+    "1,E],1,1,3,76.7,1\n"
+    "2,E],1,1,3,0.1,\n"
+    "3,E],1,1,3,0.2,\n";
 
-}  // namespace
-
-CubeTexts SmallCube() {
-  return {kSchema,
+CubeTexts Texts() {
+  return {std::string(kSchema) + kFilesAndOpenings + kSchemaRest,
           {{"dim_date",
             "date_id,y,m\n1,2009,11\n2,2009,12\n3,2010,1\n4,2010,2\n5,2010,3\n"
             "6,2010,4\n"},
@@ -81,6 +72,19 @@ CubeTexts SmallCube() {
            {"dim_ob", "ob\n0\n1\n"},
            {"dim_area", "area_id,section,item\n1,S1,I1\n2,S1,I2\n3,S2,I1\n"},
            {"fact", kFacts}}};
+}
+
+}  // namespace
+
+std::shared_ptr<const olap::CubeView> ViewOf(const BuiltCube& built) {
+  static const IcuLocale locale("en_US");
+  return std::make_shared<const olap::CubeView>(
+      std::shared_ptr<const olap::StoredCube>(built.shared_file(), &built.cube()), locale);
+}
+
+std::shared_ptr<const olap::CubeView> SmallCube() {
+  static const BuiltCube built(Texts());
+  return ViewOf(built);
 }
 
 }  // namespace vok::test

@@ -1,13 +1,19 @@
 // A cube small enough to compute by head, for MDX cases.
 #pragma once
 
+#include <memory>
+
+#include "providers/olap/mdx/cube_view.h"
 #include "tests/support/cubes/sample_cube.h"
 
 namespace vok::test {
 
+/// The only cube of the file, as queries see it; it keeps the file open.
+std::shared_ptr<const olap::CubeView> ViewOf(const BuiltCube& built);
+
 /// Cube "QEL": Date (All, Year, Month; November 2009 to April 2010), QeL (All and the lines A, B,
 /// C, D, "E]"), ActX with hierarchy xlFile (All, Ledger, File), Opening_Balance (All; 0 and 1),
 /// Area (no All; Section, Item). Measures Amount (default) and Units. The facts are in the source.
-CubeTexts SmallCube();
+std::shared_ptr<const olap::CubeView> SmallCube();
 
 }  // namespace vok::test
