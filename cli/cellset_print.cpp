@@ -8,79 +8,80 @@
 #include <utility>
 #include <vector>
 
+#include "cli/axis_headers.h"
 #include "cli/print.h"
+#include "cli/terminal_text.h"
 
 namespace vok::cli {
 namespace {
 
 using Line = std::vector<std::string>;
 
-std::size_t AxisSize(const Cellset& cellset, std::size_t axis) {
-  return axis < cellset.AxisCount() ? cellset.AxisAt(axis).PositionCount() : 1;
-}
-
-std::size_t RowCount(const Cellset& cellset) {
-  std::size_t rows = 1;
-  for (std::size_t axis = 1; axis < cellset.AxisCount(); ++axis) rows *= AxisSize(cellset, axis);
-  return rows;
-}
-
-std::size_t MembersOf(const Cellset& cellset, std::size_t axis) {
-  return axis < cellset.AxisCount() ? cellset.AxisAt(axis).MembersPerPosition() : 0;
-}
-
-/// Captions of a row, outermost axis first.
-Line RowHeader(const Cellset& cellset, std::size_t row) {
-  Line header;
-  for (std::size_t axis = 1; axis < cellset.AxisCount(); ++axis) {
-    const std::size_t position = row % AxisSize(cellset, axis);
-    row /= AxisSize(cellset, axis);
-    Line captions;
-    for (std::size_t i = 0; i < MembersOf(cellset, axis); ++i) {
-      captions.push_back(cellset.AxisAt(axis).MemberAt(position, i).caption);
+/// A cellset as header lines and rows of texts.
+class Sheet {
+ public:
+  explicit Sheet(const Cellset& cellset) {
+    for (std::size_t axis = 0; axis < cellset.AxisCount(); ++axis) {
+      const CellsetAxis& each = cellset.AxisAt(axis);
+      axes_.push_back({each.PositionCount(), AxisHeaders(each)});
+      (axis == 0 ? columns_ : rows_) *= each.PositionCount();
     }
-    header.insert(header.begin(), captions.begin(), captions.end());
   }
-  return header;
-}
 
-/// Header lines and rows as texts; `cell` prints the cell of an ordinal.
-template <typename PrintCell>
-std::vector<Line> Lines(const Cellset& cellset, std::size_t& header_lines, PrintCell cell) {
-  std::size_t row_headers = 0;
-  for (std::size_t axis = 1; axis < cellset.AxisCount(); ++axis) {
-    row_headers += MembersOf(cellset, axis);
-  }
-  const std::size_t columns = AxisSize(cellset, 0);
-  header_lines = MembersOf(cellset, 0);
-  std::vector<Line> lines;
-  for (std::size_t i = 0; i < header_lines; ++i) {
-    Line line(row_headers);
-    for (std::size_t column = 0; column < columns; ++column) {
-      line.push_back(cellset.AxisAt(0).MemberAt(column, i).caption);
+  std::size_t RowHeaders() const { return RowNames().size(); }
+  std::size_t HeaderLines() const { return axes_.empty() ? 0 : axes_[0].headers.size(); }
+
+  /// `cell` writes the cell of an ordinal.
+  template <typename WriteCell>
+  std::vector<Line> Lines(WriteCell cell) const {
+    std::vector<Line> lines;
+    for (std::size_t i = 0; i < HeaderLines(); ++i) {
+      const bool last = i + 1 == HeaderLines();
+      Line& line = lines.emplace_back(last ? RowNames() : Line(RowHeaders()));
+      const Line& captions = axes_[0].headers[i].texts;
+      line.insert(line.end(), captions.begin(), captions.end());
     }
-    lines.push_back(std::move(line));
-  }
-  for (std::size_t row = 0; row < RowCount(cellset); ++row) {
-    Line line = RowHeader(cellset, row);
-    for (std::size_t column = 0; column < columns; ++column) {
-      line.push_back(cell(row * columns + column));
+    for (std::size_t row = 0; row < rows_; ++row) {
+      Line& line = lines.emplace_back(RowHeader(row));
+      for (std::size_t column = 0; column < columns_; ++column) {
+        line.push_back(cell(row * columns_ + column));
+      }
     }
-    lines.push_back(std::move(line));
+    return lines;
   }
-  return lines;
-}
 
-std::size_t CharacterCount(const std::string& text) {
-  return static_cast<std::size_t>(
-      std::count_if(text.begin(), text.end(), [](char c) { return (c & 0xC0) != 0x80; }));
-}
+ private:
+  struct Axis {
+    std::size_t positions;
+    std::vector<HeaderColumn> headers;
+  };
 
-std::string WithoutControls(std::string text) {
-  std::replace_if(
-      text.begin(), text.end(), [](char c) { return static_cast<unsigned char>(c) < 0x20; }, ' ');
-  return text;
-}
+  /// Outermost axis first, as the headers of a row stand.
+  Line RowNames() const {
+    Line names;
+    for (std::size_t axis = axes_.size(); axis-- > 1;) {
+      for (const HeaderColumn& column : axes_[axis].headers) names.push_back(column.hierarchy);
+    }
+    return names;
+  }
+  Line RowHeader(std::size_t row) const {
+    Line header;
+    for (std::size_t axis = 1; axis < axes_.size(); ++axis) {
+      const std::size_t position = row % axes_[axis].positions;
+      row /= axes_[axis].positions;
+      Line texts;
+      for (const HeaderColumn& column : axes_[axis].headers) {
+        texts.push_back(column.texts[position]);
+      }
+      header.insert(header.begin(), texts.begin(), texts.end());
+    }
+    return header;
+  }
+
+  std::vector<Axis> axes_;
+  std::size_t columns_ = 1;
+  std::size_t rows_ = 1;
+};
 
 nlohmann::ordered_json CellJson(const Value& value) {
   if (value.IsEmpty()) return nullptr;
@@ -89,6 +90,8 @@ nlohmann::ordered_json CellJson(const Value& value) {
     if (std::isinf(*number)) return *number > 0 ? "Infinity" : "-Infinity";
     return *number;
   }
+  if (value.Is<int16_t>() || value.Is<int32_t>()) return value.ToInt32();
+  if (const auto* logical = value.As<bool>()) return *logical;
   if (const auto* error = value.As<CellError>()) return "#ERR: " + error->description;
   return value.ToText();
 }
@@ -99,41 +102,50 @@ std::string CellText(const Value& value) {
   return json.is_string() ? json.get<std::string>() : value.ToText();
 }
 
+/// The first `names` texts at the left of their columns, the others at the right.
+std::string Aligned(const Line& line, const std::vector<std::size_t>& widths, std::size_t names) {
+  std::string text;
+  for (std::size_t i = 0; i < line.size(); ++i) {
+    const std::string padding(widths[i] - CellWidth(line[i]), ' ');
+    text += (i > 0 ? "  " : "") + (i < names ? line[i] + padding : padding + line[i]);
+  }
+  return text.substr(0, text.find_last_not_of(' ') + 1);
+}
+
+std::string Rule(const std::vector<std::size_t>& widths) {
+  std::string text;
+  for (const std::size_t width : widths)
+    text += (text.empty() ? "" : "  ") + std::string(width, '-');
+  return text;
+}
+
 }  // namespace
 
 void PrintTable(const Cellset& cellset, std::ostream& out) {
-  std::size_t header_lines = 0;
-  auto lines = Lines(cellset, header_lines,
-                     [&](std::size_t ordinal) { return cellset.FormattedCell(ordinal); });
-  const std::size_t first_value = lines.empty() ? 0 : lines.front().size() - AxisSize(cellset, 0);
+  const Sheet sheet(cellset);
+  auto lines = sheet.Lines([&](std::size_t ordinal) { return cellset.FormattedCell(ordinal); });
   std::vector<std::size_t> widths(lines.empty() ? 0 : lines.front().size());
   for (auto& line : lines) {
     for (std::size_t i = 0; i < line.size(); ++i) {
-      line[i] = WithoutControls(std::move(line[i]));
-      widths[i] = std::max(widths[i], CharacterCount(line[i]));
+      line[i] = OneLine(line[i]);
+      widths[i] = std::max(widths[i], CellWidth(line[i]));
     }
   }
   for (std::size_t l = 0; l < lines.size(); ++l) {
-    for (std::size_t i = 0; i < lines[l].size(); ++i) {
-      const std::string padding(widths[i] - CharacterCount(lines[l][i]), ' ');
-      if (i > 0) out << "  ";
-      out << (i < first_value ? lines[l][i] + padding : padding + lines[l][i]);
-    }
-    out << '\n';
-    if (l + 1 == header_lines) {
-      for (std::size_t i = 0; i < widths.size(); ++i) {
-        out << (i > 0 ? "  " : "") << std::string(widths[i], '-');
-      }
-      out << '\n';
-    }
+    out << Aligned(lines[l], widths, sheet.RowHeaders()) << '\n';
+    if (l + 1 == sheet.HeaderLines()) out << Rule(widths) << '\n';
+  }
+  for (std::size_t axis = 0; axis < cellset.AxisCount(); ++axis) {
+    if (cellset.AxisAt(axis).PositionCount() > 0) continue;
+    out << "No cells: axis " << axis << " is empty.\n";
   }
 }
 
 void PrintCsv(const Cellset& cellset, std::ostream& out) {
-  std::size_t header_lines = 0;
-  const auto lines = Lines(cellset, header_lines,
-                           [&](std::size_t ordinal) { return CellText(cellset.Cell(ordinal)); });
+  const auto lines =
+      Sheet(cellset).Lines([&](std::size_t ordinal) { return CellText(cellset.Cell(ordinal)); });
   for (const auto& line : lines) {
+    if (line.size() == 1 && line[0].empty()) out << "\"\"";  // readers pass over a line of nothing
     for (std::size_t i = 0; i < line.size(); ++i) out << (i > 0 ? "," : "") << CsvField(line[i]);
     out << "\r\n";
   }

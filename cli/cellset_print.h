@@ -8,7 +8,8 @@
 namespace vok::cli {
 
 /// Rows are the positions of every axis but the first, the second axis running fastest; columns are
-/// the first axis. Values stand in their formats; control characters in captions become blanks.
+/// the first axis. The line above the rows names their hierarchies. Values stand in their formats,
+/// control characters are written out, and an axis without positions is named below.
 void PrintTable(const Cellset& cellset, std::ostream& out);
 
 /// The same rows and columns as RFC 4180 CSV: one header line per hierarchy of the columns, then a
@@ -16,7 +17,7 @@ void PrintTable(const Cellset& cellset, std::ostream& out);
 void PrintCsv(const Cellset& cellset, std::ostream& out);
 
 /// {"axes": [[[{"UniqueName", "Caption", "LevelName"} per hierarchy] per position] per axis],
-/// "cells": [number | text | null]}, cells with the first axis running fastest.
+/// "cells": [number | text | true | false | null]}, cells with the first axis running fastest.
 void PrintJson(const Cellset& cellset, std::ostream& out);
 
 }  // namespace vok::cli

@@ -1,0 +1,133 @@
+#include "cli/cellset_print.h"
+
+#include <gtest/gtest.h>
+
+#include <limits>
+#include <sstream>
+
+#include "tests/support/fake_cube.h"
+
+namespace vok::cli {
+namespace {
+
+using Positions = std::vector<std::vector<AxisMember>>;
+
+struct Answer : test::fake_cube::AnswerCellset {
+  using AnswerCellset::AnswerCellset;
+  std::string FormattedCell(std::size_t ordinal) const override { return Cell(ordinal).ToText(); }
+};
+
+/// Of the hierarchy [H], on its level [L]; the captions are those given, else the last names.
+AxisMember Member(const std::string& path, const std::string& caption = "") {
+  const std::string last = path.substr(path.rfind('[') + 1);
+  const std::string name = last.substr(0, last.size() - 1);
+  return {name, caption.empty() ? name : caption, "[H]." + path, "[H].[L]"};
+}
+
+AxisMember Measure(const std::string& name) {
+  return {name, name, "[Measures].[" + name + "]", "[Measures].[MeasuresLevel]"};
+}
+
+const Positions kAmount = {{Measure("Amount")}};
+
+TEST(PrintedCellset, TellsEveryRowFromEveryOther) {
+  const struct {
+    const char* name;
+    test::FakeAnswer answer;
+    const char* table;
+    const char* csv;
+  } cases[] = {
+      {"levels below one another",
+       {{kAmount,
+         {{Member("[2009]")},
+          {Member("[2009].[1]")},
+          {Member("[2009].[1].[1]")},
+          {Member("[2010].[1]")},
+          {Member("[2010].[2]")}}},
+        {1.0, 2.0, 3.0, 4.5, Value()}},
+       "H             Amount\n"
+       "------------  ------\n"
+       "2009               1\n"
+       "2009 / 1           2\n"
+       "2009 / 1 / 1       3\n"
+       "2010 / 1         4.5\n"
+       "2\n",
+       "H,Amount\r\n2009,1\r\n2009 / 1,2\r\n2009 / 1 / 1,3\r\n2010 / 1,4.5\r\n2,\r\n"},
+      {"captions that siblings share, and a position that comes twice",
+       {{kAmount,
+         {{Member("[17]", "Cohen")},
+          {Member("&[a]]b]", "Cohen")},
+          {Member("[1]")},
+          {Member("[1]")}}},
+        {1.0, 2.0, 3.0, 3.0}},
+       "H            Amount\n"
+       "-----------  ------\n"
+       "Cohen (17)        1\n"
+       "Cohen (a]b)       2\n"
+       "1                 3\n"
+       "1                 3\n",
+       "H,Amount\r\nCohen (17),1\r\nCohen (a]b),2\r\n1,3\r\n1,3\r\n"},
+      {"three axes, two hierarchies on one",
+       {{{{Measure("Amount"), Member("[A]")}, {Measure("Amount"), Member("[B]")}},
+         {{Member("[r1]")}, {Member("[r2]")}},
+         {{Member("[p1]")}, {Member("[p2]")}}},
+        {1.0, 2.0, 3.0, 4.0, 5.0, 6.0, 7.0, 8.0}},
+       "        Amount  Amount\n"
+       "H   H        A       B\n"
+       "--  --  ------  ------\n"
+       "p1  r1       1       2\n"
+       "p1  r2       3       4\n"
+       "p2  r1       5       6\n"
+       "p2  r2       7       8\n",
+       ",,Amount,Amount\r\nH,H,A,B\r\np1,r1,1,2\r\np1,r2,3,4\r\np2,r1,5,6\r\np2,r2,7,8\r\n"},
+      {"texts of all scripts, control characters",
+       {{kAmount,
+         {{Member("[1]", "שָׁלוֹם")},
+          {Member("[2]", "日本")},
+          {Member("[3]", "a\tb\n\x1B[2J\u202E")},
+          {Member("[4]", "a,\"b\"")}}},
+        {1.0, 2.0, 3.0, 4.0}},
+       "H                      Amount\n"
+       "---------------------  ------\n"
+       "שָׁלוֹם                        1\n"
+       "日本                        2\n"
+       "a\\tb\\n\\u001b[2J\\u202e       3\n"
+       "a,\"b\"                       4\n",
+       "H,Amount\r\nשָׁלוֹם,1\r\n日本,2\r\n\"a\tb\n\x1B[2J\u202E\",3\r\n\"a,\"\"b\"\"\",4\r\n"},
+      {"no rows",
+       {{kAmount, {}}, {}},
+       "Amount\n------\nNo cells: axis 1 is empty.\n",
+       "Amount\r\n"},
+      {"no columns", {{{}, {{Member("[a]")}}}, {}}, "a\nNo cells: axis 0 is empty.\n", "a\r\n"},
+      {"no axes, a cell without facts", {{}, {Value()}}, "\n", "\"\"\r\n"},
+  };
+  test::FakeCube cube;
+  for (const auto& [name, answer, table, csv] : cases) {
+    const Answer cellset(cube, answer);
+    std::ostringstream printed, separated;
+    PrintTable(cellset, printed);
+    PrintCsv(cellset, separated);
+    EXPECT_EQ(printed.str(), table) << name;
+    EXPECT_EQ(separated.str(), csv) << name;
+  }
+}
+
+TEST(PrintedCellset, KeepsTheTypesOfItsCellsInJson) {
+  test::FakeCube cube;
+  const double infinity = std::numeric_limits<double>::infinity();
+  const Positions nine(9, {{"n", "c\t", "[u]", "[l]"}});
+  std::ostringstream out;
+  PrintJson(Answer(cube, {{nine},
+                          {0.1, int32_t{7}, int16_t{-7}, true, "7", Value(), CellError{"lost"},
+                           -infinity, "\xFF"}}),
+            out);
+  const std::string json = out.str();
+  std::string cells = json.substr(json.find("\"cells\""));
+  std::erase_if(cells, [](char c) { return c == ' ' || c == '\n'; });
+  EXPECT_EQ(cells, R"("cells":[0.1,7,-7,true,"7",null,"#ERR:lost","-Infinity",")"
+                   "\uFFFD\"]}");
+  EXPECT_NE(json.find(R"("Caption": "c\t")"), std::string::npos);
+}
+
+}  // namespace
+}  // namespace vok::cli
