@@ -1,6 +1,4 @@
 // vokcube cube build | info: making a cube file, and looking into one.
-#include <unistd.h>
-
 #include <chrono>
 #include <cstdio>
 #include <iostream>
@@ -8,6 +6,7 @@
 #include <nlohmann/json.hpp>
 
 #include "cli/command.h"
+#include "cli/terminal.h"
 #include "providers/common/connection_text.h"
 #include "providers/olap/build/build_cube.h"
 #include "providers/olap/storage/cube_file.h"
@@ -30,7 +29,7 @@ class ProgressLine {
   }
 
  private:
-  bool terminal_ = isatty(STDERR_FILENO) != 0;
+  bool terminal_ = ErrorsAreShown();
 };
 
 void Build(const CommonOptions& common, const olap::BuildRequest& request) {

@@ -1,8 +1,10 @@
 // vokcube: the command line of VokCubeQ17.
+#include <algorithm>
 #include <filesystem>
 #include <iostream>
 
 #include "cli/command.h"
+#include "cli/terminal.h"
 #include "platform/cube.h"
 #include "platform/failure.h"
 
@@ -73,10 +75,11 @@ int Explain(CLI::App& app, const CLI::ParseError& error) {
 }
 
 /// Carries out one command, or prints what the arguments ask for or lack.
-int ParseAndRun(CLI::App& app, int argc, char** argv) {
+int ParseAndRun(CLI::App& app, std::vector<std::string> arguments) {
+  std::reverse(arguments.begin(), arguments.end());  // as the parser takes them
   int status = 0;
   try {
-    app.parse(argc, argv);
+    app.parse(std::move(arguments));
   } catch (const CLI::ParseError& error) {
     status = Explain(app, error);
   }
@@ -84,7 +87,7 @@ int ParseAndRun(CLI::App& app, int argc, char** argv) {
   return status;
 }
 
-int Main(int argc, char** argv) {
+int Main(std::vector<std::string> arguments) {
   CLI::App app("Runs saved cube queries and leaves Excel workbooks.", "vokcube");
   CommonOptions common;
   AddCommonOptions(app, common);
@@ -101,7 +104,7 @@ int Main(int argc, char** argv) {
   AddLanguageCommand(app, common);
   AddMdxCommand(app, common);
   try {
-    return ParseAndRun(app, argc, argv);
+    return ParseAndRun(app, std::move(arguments));
   } catch (...) {
     return Report(CurrentFailure());
   }
@@ -110,4 +113,4 @@ int Main(int argc, char** argv) {
 }  // namespace
 }  // namespace vok::cli
 
-int main(int argc, char** argv) { return vok::cli::Main(argc, argv); }
+int main(int argc, char** argv) { return vok::cli::Main(vok::cli::Arguments(argc, argv)); }

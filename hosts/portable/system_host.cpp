@@ -58,9 +58,9 @@ class PortableDatabase : public SqliteDatabase {
 ComponentInfo Component() {
   ComponentInfo info;
   info.folder = ComponentFolder();
-  info.major = portable::kVersionMajor;
-  info.minor = portable::kVersionMinor;
-  info.revision = portable::kVersionRevision;
+  info.major = kVersionMajor;
+  info.minor = kVersionMinor;
+  info.revision = kVersionRevision;
   return info;
 }
 

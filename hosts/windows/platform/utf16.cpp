@@ -1,7 +1,6 @@
 #include "hosts/windows/platform/utf16.h"
 
-#include <windows.h>
-
+#include "hosts/windows/platform/system_header.h"
 namespace vok::windows {
 namespace {
 

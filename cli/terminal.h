@@ -1,0 +1,17 @@
+// What the command line has of the terminal that it runs in. The build takes the file of the
+// operating system.
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace vok::cli {
+
+/// The program's arguments in UTF-8, without its name. Also sees to it that what is printed arrives
+/// byte by byte, as UTF-8.
+std::vector<std::string> Arguments(int argc, char** argv);
+
+/// Whether standard error is a terminal, on which a line can be written over.
+bool ErrorsAreShown();
+
+}  // namespace vok::cli

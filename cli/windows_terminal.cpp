@@ -1,0 +1,31 @@
+#include <fcntl.h>
+#include <io.h>
+
+#include <cstdio>
+
+#include "cli/terminal.h"
+#include "hosts/windows/platform/system_header.h"
+#include "hosts/windows/platform/utf16.h"
+
+namespace vok::cli {
+
+std::vector<std::string> Arguments(int, char**) {
+  ::SetConsoleOutputCP(CP_UTF8);
+  _setmode(_fileno(stdout), _O_BINARY);
+  _setmode(_fileno(stderr), _O_BINARY);
+  int count = 0;
+  wchar_t** const words = ::CommandLineToArgvW(::GetCommandLineW(), &count);
+  std::vector<std::string> arguments;
+  for (int word = 1; word < count; ++word) arguments.push_back(windows::Utf8(words[word]));
+  ::LocalFree(words);
+  return arguments;
+}
+
+bool ErrorsAreShown() {
+  const HANDLE errors = ::GetStdHandle(STD_ERROR_HANDLE);
+  DWORD mode = 0;
+  return ::GetConsoleMode(errors, &mode) != 0 &&
+         ::SetConsoleMode(errors, mode | ENABLE_VIRTUAL_TERMINAL_PROCESSING) != 0;
+}
+
+}  // namespace vok::cli

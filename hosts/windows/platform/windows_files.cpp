@@ -1,0 +1,144 @@
+#include "hosts/windows/platform/windows_files.h"
+
+#include <limits>
+
+#include "hosts/windows/platform/path_claim.h"
+#include "hosts/windows/platform/system_error.h"
+#include "hosts/windows/platform/windows_clock.h"
+#include "hosts/windows/platform/windows_replacement.h"
+#include "platform/failure.h"
+
+namespace vok::windows {
+namespace {
+
+constexpr DWORD kShareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
+
+// A path that a call may be made with: the system would take a text with a NUL for a shorter one.
+std::string Checked(const std::string& path) {
+  if (path.empty() || path.find('\0') != std::string::npos) {
+    throw Failure(failure_number::kBadFileName, path.empty()
+                                                    ? "Bad file name: it is empty"
+                                                    : "Bad file name: it holds a NUL character");
+  }
+  return NativePath(path);
+}
+
+bool HasKind(const std::string& path, bool directory) {
+  if (path.empty() || path.find('\0') != std::string::npos) return false;
+  const DWORD attributes = ::GetFileAttributesW(WidePath(NativePath(path)).c_str());
+  return attributes != INVALID_FILE_ATTRIBUTES &&
+         ((attributes & FILE_ATTRIBUTE_DIRECTORY) != 0) == directory;
+}
+
+Handle OpenFile(const std::string& native, DWORD access, DWORD disposition,
+                const std::string& what) {
+  Handle file(::CreateFileW(WidePath(native).c_str(), access, kShareAll, nullptr, disposition,
+                            FILE_ATTRIBUTE_NORMAL, nullptr));
+  if (!file.IsOpen()) ThrowSystemFailure(::GetLastError(), what, native);
+  if (::GetFileType(file.get()) != FILE_TYPE_DISK) {
+    throw Failure(failure_number::kPathAccess, "Cannot " + what + " \"" + native +
+                                                   "\": it is a device or a pipe. Give the name "
+                                                   "of an ordinary file.");
+  }
+  return file;
+}
+
+std::size_t SizeOf(const Handle& file, const std::string& path) {
+  LARGE_INTEGER size{};
+  if (::GetFileSizeEx(file.get(), &size) == 0) ThrowSystemFailure(::GetLastError(), "read", path);
+  if (static_cast<uint64_t>(size.QuadPart) > std::numeric_limits<std::size_t>::max() / 2) {
+    throw Failure(failure_number::kOutOfMemory,
+                  "Cannot read \"" + path + "\": with its " + std::to_string(size.QuadPart) +
+                      " bytes it is too large for a 32-bit program. Use the 64-bit one.");
+  }
+  return static_cast<std::size_t>(size.QuadPart);
+}
+
+class WindowsMapping : public MappedFile {
+ public:
+  WindowsMapping(const Handle& file, std::size_t size, const std::string& path) : size_(size) {
+    if (size == 0) return;
+    const Handle section(::CreateFileMappingW(file.get(), nullptr, PAGE_READONLY, 0, 0, nullptr));
+    if (section.IsOpen()) view_ = ::MapViewOfFile(section.get(), FILE_MAP_READ, 0, 0, size);
+    if (view_ == nullptr) ThrowSystemFailure(::GetLastError(), "read", path);
+  }
+  WindowsMapping(const WindowsMapping&) = delete;
+  WindowsMapping& operator=(const WindowsMapping&) = delete;
+  ~WindowsMapping() override {
+    if (view_ != nullptr) ::UnmapViewOfFile(view_);
+  }
+
+  std::span<const std::byte> Bytes() const override {
+    return {static_cast<const std::byte*>(view_), size_};
+  }
+
+ private:
+  std::size_t size_;
+  void* view_ = nullptr;
+};
+
+}  // namespace
+
+bool WindowsFiles::Exists(const std::string& path) const { return HasKind(path, false); }
+bool WindowsFiles::IsDirectory(const std::string& path) const { return HasKind(path, true); }
+std::string WindowsFiles::NativePath(const std::string& path) const {
+  return windows::NativePath(path);
+}
+
+void WindowsFiles::Delete(const std::string& path) {
+  const std::string native = Checked(path);
+  if (::DeleteFileW(WidePath(native).c_str()) == 0) {
+    ThrowSystemFailure(::GetLastError(), "delete", native);
+  }
+}
+
+void WindowsFiles::CreateDirectory(const std::string& path) {
+  const std::string native = Checked(path);
+  if (::CreateDirectoryW(WidePath(native).c_str(), nullptr) != 0) return;
+  const DWORD error = ::GetLastError();
+  if (!IsDirectory(path)) ThrowSystemFailure(error, "make the folder", native);
+}
+
+void WindowsFiles::Append(const std::string& path, std::string_view bytes) {
+  const std::string native = Checked(path);
+  const Handle file = OpenFile(native, FILE_APPEND_DATA, OPEN_ALWAYS, "write");
+  WriteAll(file, std::as_bytes(std::span(bytes.data(), bytes.size())), native);
+}
+
+std::unique_ptr<MappedFile> WindowsFiles::Map(const std::string& path) const {
+  const std::string native = Checked(path);
+  const Handle file = OpenFile(native, GENERIC_READ, OPEN_EXISTING, "read");
+  return std::make_unique<WindowsMapping>(file, SizeOf(file, native), native);
+}
+
+std::unique_ptr<FileReplacement> WindowsFiles::Replace(const std::string& path) {
+  return std::make_unique<WindowsReplacement>(Checked(path));
+}
+
+std::unique_ptr<PathClaim> WindowsFiles::Claim(const std::string& path) {
+  return ClaimPath(NativePath(path));
+}
+
+Date WindowsFiles::LastModified(const std::string& path) const {
+  const std::string native = Checked(path);
+  WIN32_FILE_ATTRIBUTE_DATA data{};
+  if (::GetFileAttributesExW(WidePath(native).c_str(), GetFileExInfoStandard, &data) == 0) {
+    ThrowSystemFailure(::GetLastError(), "read the date of", native);
+  }
+  SYSTEMTIME moment{};
+  SYSTEMTIME local{};
+  if (::FileTimeToSystemTime(&data.ftLastWriteTime, &moment) == 0 ||
+      ::SystemTimeToTzSpecificLocalTime(nullptr, &moment, &local) == 0) {
+    ThrowSystemFailure(::GetLastError(), "read the date of", native);
+  }
+  return DateOf(local);
+}
+
+void WindowsFiles::ChangeDirectory(const std::string& path) {
+  const std::string native = Checked(path);
+  if (::SetCurrentDirectoryW(WidePath(native).c_str()) == 0) {
+    ThrowSystemFailure(::GetLastError(), "change to the folder", native);
+  }
+}
+
+}  // namespace vok::windows
