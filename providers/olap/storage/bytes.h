@@ -44,9 +44,10 @@ class ByteReader {
   template <typename T>
   std::span<const T> GetAll(uint64_t count) {
     if (count > rest_.size() / sizeof(T)) Refuse();
-    const auto bytes = Take(count * sizeof(T));
+    const auto size = static_cast<std::size_t>(count);
+    const auto bytes = Take(size * sizeof(T));
     if (reinterpret_cast<std::uintptr_t>(bytes.data()) % alignof(T) != 0) Refuse();
-    return {reinterpret_cast<const T*>(bytes.data()), count};
+    return {reinterpret_cast<const T*>(bytes.data()), size};
   }
   /// The number of items that follow, each at least `item_bytes` long.
   uint32_t GetCount(std::size_t item_bytes);
