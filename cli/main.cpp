@@ -95,6 +95,7 @@ int Main(std::vector<std::string> arguments) {
                        [&common] { return "vokcube " + common.NewSession()->me().Version(); });
   app.require_subcommand(1);
   app.fallthrough();
+  app.allow_windows_style_options(false);  // "/…" is a path there too
   AddRunCommand(app, common);
   AddSetsCommand(app, common);
   AddInfoCommand(app, common);
