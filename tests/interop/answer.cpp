@@ -2,117 +2,126 @@
 
 #include <algorithm>
 #include <cmath>
+#include <vector>
+
+#include "platform/failure.h"
 
 namespace vok::interop {
 namespace {
 
-bool SameCell(const Value& a, const Value& b) {
-  if (a.Is<CellError>() && b.Is<CellError>()) return true;
-  const auto* first = a.As<double>();
-  const auto* second = b.As<double>();
-  if (first != nullptr && second != nullptr && std::isnan(*first)) return std::isnan(*second);
-  return a == b;
+std::size_t CellCount(const Cellset& cellset) {
+  std::size_t count = 1;
+  for (std::size_t i = 0; i < cellset.AxisCount(); ++i) count *= cellset.AxisAt(i).PositionCount();
+  return count;
 }
 
+/// Numbers have the same text only when they are equal.
 std::string ShownCell(const Value& cell) {
   if (cell.IsEmpty()) return "-";
   if (cell.Is<CellError>()) return "error";
   if (cell.Is<std::string>()) return '"' + cell.ToText() + '"';
   const auto* number = cell.As<double>();
-  if (number != nullptr && std::isnan(*number)) return "nan";
-  if (number != nullptr && std::isinf(*number)) return *number < 0 ? "-inf" : "inf";
-  return cell.ToText();
+  if (number == nullptr) return cell.ToText();
+  return std::isnan(*number) ? "nan" : Value(*number + 0.0).ToText();  // -0 is 0
 }
 
-std::string ShownTuple(const Tuple& tuple) {
-  std::string text;
-  for (const Member& member : tuple) text += (text.empty() ? "" : " | ") + member.unique_name;
-  return text;
-}
-
-std::string Told(const std::string& what, const std::string& server, const std::string& ours) {
-  return what + "\n  server: " + server + "\n  ours:   " + ours;
-}
-
-std::string ShownMember(const Member& member) {
-  return member.unique_name + ", caption \"" + member.caption + "\", level " + member.level;
-}
-
-std::string TupleDifference(const std::string& place, const Tuple& server, const Tuple& ours) {
-  if (server.size() != ours.size()) return Told(place, ShownTuple(server), ShownTuple(ours));
-  for (std::size_t i = 0; i < server.size(); ++i) {
-    if (server[i] != ours[i]) return Told(place, ShownMember(server[i]), ShownMember(ours[i]));
-  }
-  return {};
-}
-
-std::string AxisDifference(std::size_t axis, const std::vector<Tuple>& server,
-                           const std::vector<Tuple>& ours) {
-  const std::string place = "axis " + std::to_string(axis);
-  for (std::size_t i = 0; i < std::min(server.size(), ours.size()); ++i) {
-    const auto difference =
-        TupleDifference(place + ", position " + std::to_string(i), server[i], ours[i]);
-    if (!difference.empty()) return difference;
-  }
-  if (server.size() == ours.size()) return {};
-  return Told(place + " has another length", std::to_string(server.size()),
-              std::to_string(ours.size()));
-}
-
-std::string CellDifference(const Answer& server, const Answer& ours, bool formats) {
-  for (std::size_t i = 0; i < server.cells.size(); ++i) {
-    const std::string place = "cell " + std::to_string(i);
-    if (!SameCell(server.cells[i], ours.cells[i])) {
-      return Told(place, ShownCell(server.cells[i]), ShownCell(ours.cells[i]));
+std::vector<std::string> AxisLines(const CellsetAxis& axis, const std::string& place) {
+  std::vector<std::string> lines;
+  for (std::size_t position = 0; position < axis.PositionCount(); ++position) {
+    std::string line = place + ", position " + std::to_string(position) + ':';
+    for (std::size_t i = 0; i < axis.MembersPerPosition(); ++i) {
+      const AxisMember member = axis.MemberAt(position, i);
+      line += (i == 0 ? " " : " | ") + member.unique_name + ", caption \"" + member.caption +
+              "\", level " + member.level_name;
     }
-    if (formats && !server.cells[i].Is<CellError>() && server.formatted[i] != ours.formatted[i]) {
-      return Told(place + " in its format", server.formatted[i], ours.formatted[i]);
+    lines.push_back(line);
+  }
+  lines.push_back(place + " has " + std::to_string(lines.size()) + " positions");
+  return lines;
+}
+
+/// All that is compared, a line for each position and cell.
+std::vector<std::string> Lines(const Cellset& cellset, bool formats) {
+  std::vector<std::string> lines;
+  for (std::size_t i = 0; i < cellset.AxisCount(); ++i) {
+    const auto axis = AxisLines(cellset.AxisAt(i), "axis " + std::to_string(i));
+    lines.insert(lines.end(), axis.begin(), axis.end());
+  }
+  lines.push_back(std::to_string(cellset.AxisCount()) + " axes");
+  for (std::size_t i = 0; i < CellCount(cellset); ++i) {
+    const Value cell = cellset.Cell(i);
+    lines.push_back("cell " + std::to_string(i) + ": " + ShownCell(cell));
+    if (formats && !cell.Is<CellError>()) {
+      lines.push_back("cell " + std::to_string(i) + " in its format: " + cellset.FormattedCell(i));
     }
   }
-  return {};
+  return lines;
 }
 
 bool HasError(const Answer& answer) {
-  return !answer.failure.empty() || std::any_of(answer.cells.begin(), answer.cells.end(),
-                                                [](const Value& v) { return v.Is<CellError>(); });
+  if (!answer.failure.empty()) return true;
+  for (std::size_t i = 0; i < CellCount(*answer.cellset); ++i) {
+    if (answer.cellset->Cell(i).Is<CellError>()) return true;
+  }
+  return false;
+}
+
+std::string Told(const std::string& server, const std::string& ours) {
+  return "  server: " + server + "\n  ours:   " + ours;
 }
 
 }  // namespace
 
-void Answer::SizeCells() {
-  std::size_t count = 1;
-  for (const auto& axis : axes) count *= axis.size();
-  cells.resize(count);
-  formatted.resize(count);
+void Side::Open(const std::string& catalog, const std::string& connection_string) {
+  auto connection = services_.NewConnection();
+  connection->Open("Provider=MSOLAP;" + connection_string, "", "", kUnspecifiedOptions);
+  catalogs_[catalog] = std::move(connection);
+}
+
+Answer Side::Ask(const std::string& catalog, const std::string& mdx) const {
+  auto cellset = services_.NewCellset();
+  cellset->SetActiveConnection(*catalogs_.at(catalog));
+  cellset->SetSource(mdx);
+  try {
+    cellset->Open();
+  } catch (const Failure& failure) {
+    if (failure.number() != failure_number::kSyntax) throw;
+    return {failure.description(), nullptr};
+  }
+  return {"", std::move(cellset)};
 }
 
 std::string Difference(const Answer& server, const Answer& ours, bool formats) {
-  const bool one_fails = !server.failure.empty() || !ours.failure.empty();
-  if (one_fails && HasError(server) && HasError(ours)) return {};
-  if (!server.failure.empty()) return Told("the server fails", server.failure, Shown(ours));
-  if (!ours.failure.empty()) return Told("we fail", Shown(server), ours.failure);
-  if (server.axes.size() != ours.axes.size()) {
-    return Told("number of axes", std::to_string(server.axes.size()),
-                std::to_string(ours.axes.size()));
+  if (!server.failure.empty() || !ours.failure.empty()) {
+    return HasError(server) && HasError(ours) ? "" : Told(Shown(server), Shown(ours));
   }
-  for (std::size_t i = 0; i < server.axes.size(); ++i) {
-    const auto difference = AxisDifference(i, server.axes[i], ours.axes[i]);
-    if (!difference.empty()) return difference;
-  }
-  return CellDifference(server, ours, formats);
+  const auto server_lines = Lines(*server.cellset, formats);
+  const auto our_lines = Lines(*ours.cellset, formats);
+  const auto [theirs, own] =
+      std::mismatch(server_lines.begin(), server_lines.end(), our_lines.begin(), our_lines.end());
+  if (theirs == server_lines.end() && own == our_lines.end()) return "";
+  return Told(theirs == server_lines.end() ? "no more" : *theirs,
+              own == our_lines.end() ? "no more" : *own);
 }
 
 std::string Shown(const Answer& answer) {
   if (!answer.failure.empty()) return "failure: " + answer.failure + '\n';
+  const Cellset& cellset = *answer.cellset;
   std::string text;
-  for (std::size_t i = 0; i < answer.axes.size(); ++i) {
+  for (std::size_t i = 0; i < cellset.AxisCount(); ++i) {
+    const CellsetAxis& axis = cellset.AxisAt(i);
     text += "axis " + std::to_string(i) + ':';
-    for (const Tuple& tuple : answer.axes[i]) text += ' ' + ShownTuple(tuple) + ';';
+    for (std::size_t position = 0; position < axis.PositionCount(); ++position) {
+      for (std::size_t member = 0; member < axis.MembersPerPosition(); ++member) {
+        text += (member == 0 ? " " : " | ") + axis.MemberAt(position, member).unique_name;
+      }
+      text += ';';
+    }
     text += '\n';
   }
-  const std::size_t columns = answer.axes.empty() ? 1 : answer.axes[0].size();
-  for (std::size_t i = 0; i < answer.cells.size(); ++i) {
-    text += (i % columns == 0 ? "cells: " : " | ") + ShownCell(answer.cells[i]);
+  const std::size_t columns = cellset.AxisCount() == 0 ? 1 : cellset.AxisAt(0).PositionCount();
+  for (std::size_t i = 0; i < CellCount(cellset); ++i) {
+    text += (i % columns == 0 ? "cells: " : " | ") + ShownCell(cellset.Cell(i));
     if ((i + 1) % columns == 0) text += '\n';
   }
   return text;

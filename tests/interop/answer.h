@@ -1,30 +1,33 @@
-// The answer to a query in a form that both sides can give, and what differs between two of them.
+// One side of the comparison, through the port that both engines stand behind, and what differs
+// between the answers of two.
 #pragma once
 
+#include <map>
+#include <memory>
 #include <string>
-#include <vector>
 
-#include "platform/value.h"
+#include "platform/cube.h"
 
 namespace vok::interop {
-
-struct Member {
-  std::string unique_name;
-  std::string caption;
-  std::string level;  ///< unique name of the level
-  friend bool operator==(const Member&, const Member&) = default;
-};
-using Tuple = std::vector<Member>;
 
 /// Axes and cells, or the words of a failure.
 struct Answer {
   std::string failure;
-  std::vector<std::vector<Tuple>> axes;
-  std::vector<Value> cells;            ///< nothing, a number, a text or an error; axis 0 fastest
-  std::vector<std::string> formatted;  ///< the same cells in their formats
+  std::unique_ptr<Cellset> cellset;
+};
 
-  /// Makes room for the cells of the axes.
-  void SizeCells();
+/// Connections of one engine, by the name of a schema's file without its ending.
+class Side {
+ public:
+  explicit Side(CubeServices& services) : services_(services) {}
+
+  void Open(const std::string& catalog, const std::string& connection_string);
+  /// A query that is refused is an answer. Failures: what keeps a query from being asked at all.
+  Answer Ask(const std::string& catalog, const std::string& mdx) const;
+
+ private:
+  CubeServices& services_;
+  std::map<std::string, std::unique_ptr<CubeConnection>> catalogs_;
 };
 
 /// The first difference in words; "" when there is none. Numbers are equal by ==, failures and

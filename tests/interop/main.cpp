@@ -8,13 +8,18 @@
 // default. The exit code is 1 when an answer differs.
 #include <cstdint>
 #include <exception>
+#include <filesystem>
 #include <iostream>
 #include <string>
 
+#include "providers/olap/build/build_cube.h"
+#include "providers/olap/cube_services.h"
+#include "providers/posix/icu_locale.h"
+#include "providers/posix/posix_files.h"
+#include "providers/xmla/cube_services.h"
+#include "tests/interop/answer.h"
 #include "tests/interop/case_file.h"
-#include "tests/interop/embedded_cubes.h"
 #include "tests/interop/random_queries.h"
-#include "tests/interop/xmla_client.h"
 #include "tests/support/plain_olap/random_mdx.h"
 
 namespace vok::interop {
@@ -23,6 +28,7 @@ namespace {
 constexpr const char* kBuilderCatalog = "sample";
 constexpr const char* kRandomCatalog = "random";
 constexpr int kQueriesOfEachCube = 25;
+constexpr int kPatienceSeconds = 60;
 /// One in so many random queries may be refused.
 constexpr int kMostRefused = 20;
 
@@ -35,12 +41,12 @@ bool HasFormats(const std::string& query) {
 
 class Comparison {
  public:
-  Comparison(const XmlaClient& server, const EmbeddedCubes& ours) : server_(server), ours_(ours) {}
+  Comparison(const Side& server, const Side& ours) : server_(server), ours_(ours) {}
 
   /// Of a query of nobody's making the server may refuse what it cannot do.
   void AskAnyQuery(const Case& asked) {
-    const Answer server = server_.Run(asked.catalog, asked.query);
-    const Answer ours = ours_.Run(asked.catalog, asked.query);
+    const Answer server = server_.Ask(asked.catalog, asked.query);
+    const Answer ours = ours_.Ask(asked.catalog, asked.query);
     ++asked_;
     if (!server.failure.empty() && ours.failure.empty()) {
       ++refused_;
@@ -52,8 +58,8 @@ class Comparison {
 
   void Ask(const Case& asked) {
     ++asked_;
-    const Answer server = server_.Run(asked.catalog, asked.query);
-    const Answer ours = ours_.Run(asked.catalog, asked.query);
+    const Answer server = server_.Ask(asked.catalog, asked.query);
+    const Answer ours = ours_.Ask(asked.catalog, asked.query);
     const std::string difference = Difference(server, ours, HasFormats(asked.query));
     if (asked.reason.empty()) {
       if (!difference.empty()) Tell(asked, difference);
@@ -74,8 +80,8 @@ class Comparison {
     std::cout << "FAILED " << asked.name << '\n' << asked.query << what << "\n\n";
   }
 
-  const XmlaClient& server_;
-  const EmbeddedCubes& ours_;
+  const Side& server_;
+  const Side& ours_;
   int asked_ = 0;
   int refused_ = 0;  ///< by the server alone
   int failed_ = 0;
@@ -96,8 +102,24 @@ void AskRandomCube(Comparison& comparison, int number, uint64_t seed) {
 }
 
 int Run(int argc, char** argv) {
-  const XmlaClient server(static_cast<uint16_t>(std::stoi(argv[1])));
-  const EmbeddedCubes ours(argv[3], argv[4], argv[5]);
+  PosixFiles files;
+  const IcuLocale locale("en_US");
+  olap::OlapCubeServices our_services(files, locale);
+  xmla::XmlaCubeServices server_services(locale, [] {
+    xmla::XmlaSettings settings;
+    settings.total_seconds = kPatienceSeconds;
+    return settings;
+  });
+  Side ours(our_services);
+  Side server(server_services);
+  for (const auto& schema : std::filesystem::directory_iterator(argv[3])) {
+    const std::string catalog = schema.path().stem().string();
+    const std::string output = argv[5] + ('/' + catalog) + ".cub";
+    olap::BuildCubeFile(files, locale, {schema.path().string(), argv[4], output}, {});
+    ours.Open(catalog, "Data Source=" + output);
+    server.Open(catalog, std::string("Data Source=http://127.0.0.1:") + argv[1] +
+                             "/xmla;Initial Catalog=" + catalog);
+  }
   Comparison comparison(server, ours);
   for (const Case& each : ReadCases(argv[2])) comparison.Ask(each);
   std::cout << comparison.asked() << " cases asked\n";
@@ -105,9 +127,9 @@ int Run(int argc, char** argv) {
   const uint64_t seed = argc > 7 ? std::stoull(argv[7]) : 1;
   const int count = argc > 6 ? std::stoi(argv[6]) : 500;
   std::cout << "Random queries, seed " << seed << std::endl;
-  RandomQueries random(seed);
+  plain::Dice dice(seed);
   for (int i = 0; i < count; ++i) {
-    comparison.Ask({"random " + std::to_string(i), kBuilderCatalog, random.Next(), "", ""});
+    comparison.Ask({"random " + std::to_string(i), kBuilderCatalog, RandomQuery(dice), "", ""});
   }
   std::cout << comparison.asked() << " asked with those of the system's form" << std::endl;
   for (int i = 0; i < count; i += kQueriesOfEachCube) {

@@ -41,29 +41,29 @@ CubeState DatesOf(const CubeDates& shape) {
 
 }  // namespace
 
-std::string RandomQueries::Next() {
-  const CubeDates& shape = kCubes[static_cast<std::size_t>(Below(kCubes.size()))];
+std::string RandomQuery(plain::Dice& dice) {
+  const CubeDates& shape = dice.OneOf(kCubes);
   CubeState state = DatesOf(shape);
   const int count = static_cast<int>(state.CubeDates.size());
-  const int periods = 1 + Below(12);
+  const int periods = 1 + dice.Below(12);
   for (int i = 0; i < periods; ++i) {
-    const int from = Below(count);
-    const int length = OneIn(3) ? 0 : Below(OneIn(4) ? count : 13);
+    const int from = dice.Below(count);
+    const int length = dice.OneIn(3) ? 0 : dice.Below(dice.OneIn(4) ? count : 13);
     QueryPeriod period;
     period.PeriodNumber = static_cast<int16_t>(i + 1);
     period.PeriodFrom = state.CubeDates[static_cast<std::size_t>(from)];
     period.PeriodUntil =
         state.CubeDates[static_cast<std::size_t>(std::min(from + length, count - 1))];
-    period.PeriodMeasure = OneIn(5) ? "Units" : "Amount";
-    period.PeriodQty = kQuantities[static_cast<std::size_t>(Below(kQuantities.size()))];
+    period.PeriodMeasure = dice.OneIn(5) ? "Units" : "Amount";
+    period.PeriodQty = dice.OneOf(kQuantities);
     state.QueryPeriods.push_back(period);
   }
   DataSourceSetting setting;
   setting.CubeName = shape.cube;
-  setting.OBS = kLedgers[static_cast<std::size_t>(Below(kLedgers.size()))];
-  if (OneIn(3)) setting.OBS += "].[book-a.xls";
-  state.HasOpeningBalance = !OneIn(4);
-  return BuildQueryMdx(setting, state, static_cast<int16_t>(Below(2)));
+  setting.OBS = dice.OneOf(kLedgers);
+  if (dice.OneIn(3)) setting.OBS += "].[book-a.xls";
+  state.HasOpeningBalance = !dice.OneIn(4);
+  return BuildQueryMdx(setting, state, static_cast<int16_t>(dice.Below(2)));
 }
 
 }  // namespace vok::interop
