@@ -1,5 +1,7 @@
 #include "cli/command.h"
 
+#include <iostream>
+
 #include "env/directories.h"
 #include "env/environment.h"
 #include "platform/failure.h"
@@ -30,6 +32,20 @@ void PrepareDatabase(Session& session) {
     OpenSettings(host, environment);  // one that cannot be used ends here, told once
   }
   CreateDB(host, environment, environment.SettingsFolder);
+}
+
+std::string ReadWholeFile(const Files& files, const std::string& path) {
+  const auto mapped = files.Map(path);
+  const auto bytes = mapped->Bytes();
+  return std::string(reinterpret_cast<const char*>(bytes.data()), bytes.size());
+}
+
+void WriteOutput(Files& files, const std::string& path, const std::string& text) {
+  if (path.empty() || path == "-") {
+    std::cout << text;
+  } else {
+    WriteWholeFile(files, path, text);
+  }
 }
 
 }  // namespace vok::cli

@@ -40,6 +40,12 @@ void FindDatabase(Session& session);
 /// Finds the settings folder; makes it and its database where they are missing.
 void PrepareDatabase(Session& session);
 
+/// Failures are those of `Files::Map`.
+std::string ReadWholeFile(const Files& files, const std::string& path);
+
+/// Writes the text to a file; to standard output for the path "-" and for none.
+void WriteOutput(Files& files, const std::string& path, const std::string& text);
+
 /// Each takes the program and the common options, which outlive the parse. The command's work is
 /// done by the callback of its subcommand, which throws `Failure`.
 void AddRunCommand(CLI::App& app, const CommonOptions& common);

@@ -10,19 +10,8 @@
 namespace vok::cli {
 namespace {
 
-std::string ReadFile(const Host& host, const std::string& path) {
-  const auto mapped = host.files.Map(path);
-  const auto bytes = mapped->Bytes();
-  return std::string(reinterpret_cast<const char*>(bytes.data()), bytes.size());
-}
-
 void PrintOwn(const CommonOptions& common, const std::string& path) {
-  const std::string csv = PrintLanguageTexts(OwnTexts());
-  if (path.empty() || path == "-") {
-    std::cout << csv;
-  } else {
-    WriteWholeFile(common.NewSession()->host().files, path, csv);
-  }
+  WriteOutput(common.NewSession()->host().files, path, PrintLanguageTexts(OwnTexts()));
 }
 
 struct BuildOptions {
@@ -33,7 +22,8 @@ struct BuildOptions {
 void Build(const CommonOptions& common, const BuildOptions& options) {
   const auto session = common.NewSession();
   const Host& host = session->host();
-  const LanguageTexts texts = ParseLanguageTexts(ReadFile(host, options.texts), options.texts);
+  const LanguageTexts texts =
+      ParseLanguageTexts(ReadWholeFile(host.files, options.texts), options.texts);
   for (const std::string& note : LanguageNotes(texts)) {
     std::cerr << options.texts << ": " << note << '\n';
   }

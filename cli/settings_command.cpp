@@ -13,12 +13,6 @@
 namespace vok::cli {
 namespace {
 
-std::string ReadFile(const Host& host, const std::string& path) {
-  const auto mapped = host.files.Map(path);
-  const auto bytes = mapped->Bytes();
-  return std::string(reinterpret_cast<const char*>(bytes.data()), bytes.size());
-}
-
 /// Two names that differ in case alone are one saved set: importing both would lose the first.
 template <typename Sets>
 void RefuseDoubleNames(const Locale& locale, const Sets& sets, const std::string& origin) {
@@ -36,7 +30,7 @@ void RefuseDoubleNames(const Locale& locale, const Sets& sets, const std::string
 void Import(const CommonOptions& common, const std::string& path) {
   const auto session = common.NewSession();
   const Host& host = session->host();
-  const SettingsDocument document = ParseSettingsDocument(ReadFile(host, path), path);
+  const SettingsDocument document = ParseSettingsDocument(ReadWholeFile(host.files, path), path);
   RefuseDoubleNames(host.locale, document.data_sources, path);
   RefuseDoubleNames(host.locale, document.periods, path);
 
@@ -54,13 +48,9 @@ void Export(const CommonOptions& common, const std::string& path) {
   const Host& host = session->host();
   FindDatabase(*session);
   const Environment& environment = session->publics().environment;
-  const std::string text = PrintSettingsDocument(
-      {ReadAllDataSources(host, environment), ReadAllPeriodSets(host, environment)});
-  if (path.empty() || path == "-") {
-    std::cout << text;
-  } else {
-    WriteWholeFile(host.files, path, text);
-  }
+  WriteOutput(host.files, path,
+              PrintSettingsDocument(
+                  {ReadAllDataSources(host, environment), ReadAllPeriodSets(host, environment)}));
 }
 
 struct DeleteOptions {
