@@ -63,21 +63,23 @@ class SettingsFileTest : public testing::Test {
     command->Execute(kUnspecifiedOptions);
   }
 
+  using Fields = std::vector<std::pair<const char*, Value>>;
+
+  static void AddRow(Recordset& records, const Fields& fields) {
+    records.AddNew();
+    for (const auto& [field, value] : fields) records.SetField(field, value);
+    records.Update();
+  }
+
   void Add(Connection& connection, const std::string& name, const std::string& caption = "") {
-    const auto records = Open(connection, "Sets", LockType::kOptimistic);
-    records->AddNew();
-    records->SetField("SetName", name);
-    records->SetField("Caption", caption);
-    records->Update();
+    AddRow(*Open(connection, "Sets", LockType::kOptimistic),
+           {{"SetName", name}, {"Caption", caption}});
   }
 
   void AddMany(Connection& connection, int count) {
     const auto records = Open(connection, "Sets", LockType::kOptimistic);
     for (int row = 0; row < count; ++row) {
-      records->AddNew();
-      records->SetField("SetName", std::to_string(row));
-      records->SetField("Caption", std::string(250, 'x'));
-      records->Update();
+      AddRow(*records, {{"SetName", std::to_string(row)}, {"Caption", std::string(250, 'x')}});
     }
   }
 
