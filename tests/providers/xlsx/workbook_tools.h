@@ -1,6 +1,8 @@
-// Shared by the workbook tests: a written workbook's cells as texts, and workbooks put together
-// from parts.
+// Shared by the workbook tests: a written workbook's cells as texts, what a call fails with, and
+// workbooks put together from parts.
 #pragma once
+
+#include <gmock/gmock.h>
 
 #include <charconv>
 #include <map>
@@ -10,6 +12,7 @@
 #include "providers/xlsx/cell_reference.h"
 #include "providers/xlsx/workbook.h"
 #include "providers/xlsx/zip_writer.h"
+#include "tests/support/failures.h"
 
 namespace vok::xlsx {
 
@@ -21,33 +24,27 @@ inline Workbook ReadBytes(std::string_view file) {
   return ReadWorkbook(BytesOf(file), "book.xlsX");
 }
 
+/// The call fails with this number, and says `text` and whatever else.
+inline void ExpectFailure(int32_t number, const std::string& text,
+                          const std::function<void()>& call) {
+  const Failure failure = test::FailureOf(call);
+  EXPECT_EQ(failure.number(), number) << failure.description();
+  EXPECT_THAT(failure.description(), testing::HasSubstr(text));
+}
+
 /// "Data!B2" → "text:abc", "number:1.5", "boolean:1", "error:#N/A"; with "|@" for a text format.
 inline std::map<std::string, std::string> CellsOf(const Workbook& book) {
   std::map<std::string, std::string> cells;
   for (const Sheet& sheet : book.sheets) {
     for (const Row& row : sheet.rows()) {
       for (const Cell& cell : row.cells) {
-        std::string text;
-        char digits[32];
-        const auto number = [&] {
-          return std::string(digits, std::to_chars(digits, digits + 32, cell.number).ptr);
-        };
-        switch (cell.kind) {
-          case CellKind::kBlank:
-            text = "blank";
-            break;
-          case CellKind::kNumber:
-            text = "number:" + number();
-            break;
-          case CellKind::kBoolean:
-            text = "boolean:" + number();
-            break;
-          case CellKind::kText:
-            text = "text:" + std::string(book.texts.At(cell.text));
-            break;
-          case CellKind::kError:
-            text = "error:" + std::string(book.texts.At(cell.text));
-            break;
+        constexpr const char* kKinds[] = {"blank", "number:", "boolean:", "text:", "error:"};
+        std::string text = kKinds[static_cast<int>(cell.kind)];
+        if (cell.kind >= CellKind::kText) {
+          text += book.texts.At(cell.text);
+        } else if (cell.kind != CellKind::kBlank) {
+          char digits[32];
+          text.append(digits, std::to_chars(digits, digits + 32, cell.number).ptr);
         }
         if (cell.format != 0) text += "|" + book.formats[cell.format];
         cells[sheet.name + "!" + CellName(row.number, cell.column)] = text;
@@ -78,9 +75,8 @@ class Package {
         "<styleSheet><numFmts><numFmt numFmtId='170' formatCode='0.000'/></numFmts><cellXfs>"
         "<xf numFmtId='0'/><xf numFmtId='49'/><xf numFmtId='170'/></cellXfs></styleSheet>";
     parts["xl/strings.xml"] = "<sst><si><t>shared</t></si></sst>";
-    SetRows("");
+    SetSheet("<sheetData/>");
   }
-  void SetRows(const std::string& rows) { SetSheet("<sheetData>" + rows + "</sheetData>"); }
   void SetSheet(const std::string& content) {
     parts["xl/sheets/a.xml"] = "<worksheet>" + content + "</worksheet>";
   }
