@@ -8,9 +8,11 @@
 namespace vok {
 namespace {
 
-/// What a person sees of a control.
+using enum ControlType;
+
+/// What a person sees of a control and its items.
 std::string Shown(const Control& control) {
-  std::string shown = control.Caption + "|" + control.ToolTipText + "|" + control.Text;
+  std::string shown = control.Caption + "|" + control.ToolTipText;
   for (const ControlItem& item : control.Items) {
     shown += "|" + item.Caption + "," + item.Text + "," + item.ToolTipText;
   }
@@ -29,96 +31,84 @@ class ApplyLanguageTest : public testing::Test {
 };
 
 TEST_F(ApplyLanguageTest, EachTypeOfControlTakesItsTextsFromItsOwnPlace) {
-  const std::string own = StringTableText(1201);
+  const std::string own = StringTableText(1201) + "|";
+  const std::vector<ControlItem> items = {{"1205", "x", "x", "1280"}, {"", "y", "y", "tip"}};
   struct {
-    const char* what;
-    Control control;
-    std::string expected;
+    ControlType type;
+    const char *tag, *caption, *tip;
+    std::string shown;
+    std::vector<ControlItem> items = {};
   } const cases[] = {
-      {"label", {"a", ControlType::kLabel, kNoIndex, "1205", "x"}, "OBS!||"},
-      {"label, no row", {"a", ControlType::kLabel, kNoIndex, "1201", "x"}, own + "||"},
-      {"label, no text", {"a", ControlType::kLabel, kNoIndex, "1999", "x"}, "1999||"},
-      {"label, 0", {"a", ControlType::kLabel, kNoIndex, "0", "x"}, "0||"},
-      {"label, no number", {"a", ControlType::kLabel, kNoIndex, "", "x"}, "x||"},
-      {"label's tip stays", {"a", ControlType::kLabel, kNoIndex, "1205", "", "1280"}, "OBS!|1280|"},
-      {"button", {"a", ControlType::kCommandButton, kNoIndex, "1205", "x", "1280"}, "OBS!|Tip!|"},
-      {"button, 0", {"a", ControlType::kCommandButton, kNoIndex, "0", "x", "0"}, "x|0|"},
-      {"button, text", {"a", ControlType::kCommandButton, kNoIndex, "b", "x", "tip"}, "x|tip|"},
-      {"button, negative", {"a", ControlType::kCommandButton, kNoIndex, "-5", "x"}, "x||"},
-      {"check box", {"a", ControlType::kCheckBox, kNoIndex, "1205", "x"}, "OBS!||"},
-      {"frame", {"a", ControlType::kFrame, kNoIndex, " 1205 x", "x"}, "OBS!||"},
-      {"text box without number", {"a", ControlType::kTextBox, kNoIndex, "", "", "", "t"}, "||t"},
-      {"text box, 0", {"a", ControlType::kTextBox, kNoIndex, "0", "", "", "t"}, "||t"},
-      {"text box lacks a caption",
-       {"a", ControlType::kTextBox, kNoIndex, "1205", "", "1280", "t"},
-       "|Tip!|t"},
-      {"menu", {"a", ControlType::kMenu, kNoIndex, "1205", "1260"}, "File!||"},
-      {"menu's line", {"a", ControlType::kMenu, kNoIndex, "1205", "-"}, "-||"},
-      {"tabs",
-       {.Name = "a",
-        .Type = ControlType::kTabStrip,
-        .Caption = "x",
-        .Items = {{"1205", "x", "x", "1280"}, {"", "y", "y", "tip"}}},
-       "x|||OBS!,x,Tip!|y,y,tip"},
-      {"tool bar",
-       {.Name = "a", .Type = ControlType::kToolbar, .Items = {{"1205", "x", "x", "1280"}}},
-       "|||x,x,Tip!"},
-      {"list",
-       {.Name = "a", .Type = ControlType::kListView, .Items = {{"1205", "x", "x", "1280"}}},
-       "|||x,OBS!,1280"},
+      {kLabel, "1205", "x", "1280", "OBS!|1280"},
+      {kLabel, "1201", "x", "", own},
+      {kLabel, "1999", "x", "", "1999|"},
+      {kLabel, "0", "x", "", "0|"},
+      {kLabel, "", "x", "", "x|"},
+      {kCommandButton, "1205", "x", "1280", "OBS!|Tip!"},
+      {kCommandButton, "0", "x", "0", "x|0"},
+      {kCommandButton, "b", "x", "tip", "x|tip"},
+      {kCommandButton, "-5", "x", "", "x|"},
+      {kCheckBox, "1205", "x", "", "OBS!|"},
+      {kFrame, " 1205 x", "x", "", "OBS!|"},
+      {kTextBox, "0", "", "", "|"},
+      {kTextBox, "1205", "", "1280", "|Tip!"},
+      {kMenu, "1205", "1260", "", "File!|"},
+      {kMenu, "1205", "-", "", "-|"},
+      {kTabStrip, "", "x", "", "x||OBS!,x,Tip!|y,y,tip", items},
+      {kToolbar, "", "", "", "||x,x,Tip!|y,y,tip", items},
+      {kListView, "", "", "", "||x,OBS!,1280|y,y,tip", items},
   };
-  for (const auto& [what, control, expected] : cases) {
+  for (const auto& c : cases) {
     Form form("frm", "1000");
-    form.Add({"before", ControlType::kLabel, kNoIndex, "no number"});
-    form.Add(control);
-    form.Add({"after", ControlType::kLabel, kNoIndex, "1205"});
+    form.Add({"before", kLabel, kNoIndex, "no number"});
+    form.Add({"a", c.type, kNoIndex, c.tag, c.caption, c.tip, "text"}).Items = c.items;
+    form.Add({"after", kLabel, kNoIndex, "1205"});
     Load(form);
-    EXPECT_EQ(Shown(form.At("a")), expected) << what;
-    EXPECT_EQ(form.At("after").Caption, "OBS!") << what << ": the walk goes on";
+    EXPECT_EQ(Shown(form.At("a")), c.shown) << TypeName(c.type) << c.tag;
+    EXPECT_EQ(form.Text("a") + form.At("after").Caption, "textOBS!") << "the walk goes on";
   }
 }
 
 TEST_F(ApplyLanguageTest, TheWindowTakesItsOwnTextAndGivesItsFontToItsControls) {
   Form form("frm", "1000");
   form.Font = {"Designed", 12};
-  form.Add({"a", ControlType::kLabel, kNoIndex, "1205"}).Font = {"Other", 8};
+  form.Add({"a", kLabel, kNoIndex, "1205"}).Font = {"Other", 8};
   Load(form);
   EXPECT_EQ(form.Caption, StringTableText(1000)) << "not the table's text";
   EXPECT_EQ(form.Font, (Font{"Designed", 12})) << "there are no texts 20 and 21";
   EXPECT_EQ(form.At("a").Font, form.Font);
 
-  Form without("frm", "");
-  without.Caption = "x";
-  Load(without);
-  EXPECT_EQ(without.Caption, "x");
+  form.Tag = "";
+  Load(form);
+  EXPECT_EQ(form.Caption, StringTableText(1000)) << "without a number it stays";
 }
 
 TEST_F(ApplyLanguageTest, EachLoadChoosesAnewAndTheMarkerDecidesTheSide) {
   host.SetTable({{1205, 1, "one"}, {1205, 2, "two"}});
+  Form form("frm", "1000");
+  form.Add({"a", kLabel, kNoIndex, "1205"});
   struct {
     const char* ini;
     int marker;
     bool right_to_left;
-    const char* text;
+    std::string text;
   } const cases[] = {{"0", 0, false, "one"}, {"1", 1, true, "two"}, {"1", 2, false, "two"}};
   for (const auto& [ini, marker, right_to_left, text] : cases) {
     host.SetIni(ini);
     publics.language.RightToLeftMarker = marker;
-    Form form("frm", "1000");
     form.RightToLeft = !right_to_left;
-    form.Add({"a", ControlType::kLabel, kNoIndex, "1205"});
     Load(form);
     EXPECT_EQ(form.At("a").Caption, text);
     EXPECT_EQ(form.RightToLeft, right_to_left) << marker;
   }
   host.memory.files.files.clear();
   publics.language = {};
-  Form form("frm", "1000");
-  form.RightToLeft = true;
-  form.Add({"a", ControlType::kLabel, kNoIndex, "1205"});
-  Load(form);
-  EXPECT_EQ(form.At("a").Caption, StringTableText(1205));
-  EXPECT_TRUE(form.RightToLeft) << "without a table the window stays as designed";
+  for (const bool designed : {true, false}) {
+    form.RightToLeft = designed;
+    Load(form);
+    EXPECT_EQ(form.At("a").Caption, StringTableText(1205));
+    EXPECT_EQ(form.RightToLeft, designed) << "without a table the window stays as designed";
+  }
 }
 
 }  // namespace
