@@ -122,14 +122,14 @@ TEST(BadSchema, IsRefusedByName) {
 
 TEST(BadTable, IsRefusedWithItsLine) {
   ExpectRefusals({
-      {"fact", "", "241,0,1,1,0,0,1.00\n", {"fact.csv, line 242", "7 fields", "has 8"}},
-      {"fact", "", "241,0,1,1,0,0,1.00,2,\n", {"fact.csv, line 242", "9 fields"}},
-      {"fact", "", "241,0,1,1,0,0,\"1\n,00\",2\n", {"line 242", "no number", "\"amount\""}},
-      {"fact", "", "241,0,1,1,0,0,1e999,2\n", {"line 242", "1e999", "too large"}},
-      {"fact", "", "241,18,1,1,0,0,1,2\n", {"line 242", "\"18\"", "\"date_id\"", "\"Date\""}},
-      {"fact", "", "241,00,1,1,0,0,1,2\n", {"line 242", "\"00\""}},
-      {"fact", "", "241,,1,1,0,0,1,2\n", {"line 242", "\"\"", "\"date_id\""}},
-      {"fact", "", "\n", {"line 242", "1 fields"}},
+      {"fact", "", "61,0,1,1,0,0,1.00\n", {"fact.csv, line 62", "7 fields", "has 8"}},
+      {"fact", "", "61,0,1,1,0,0,1.00,2,\n", {"fact.csv, line 62", "9 fields"}},
+      {"fact", "", "61,0,1,1,0,0,\"1\n,00\",2\n", {"line 62", "no number", "\"amount\""}},
+      {"fact", "", "61,0,1,1,0,0,1e999,2\n", {"line 62", "1e999", "too large"}},
+      {"fact", "", "61,18,1,1,0,0,1,2\n", {"line 62", "\"18\"", "\"date_id\"", "\"Date\""}},
+      {"fact", "", "61,00,1,1,0,0,1,2\n", {"line 62", "\"00\""}},
+      {"fact", "", "61,,1,1,0,0,1,2\n", {"line 62", "\"\"", "\"date_id\""}},
+      {"fact", "", "\n", {"line 62", "1 fields"}},
       {"dim_qel", "", "7,\xC3(,7\n", {"dim_qel.csv, line 8", "UTF-8"}},
       {"dim_qel", "", "7,\"open,7\n", {"line 8", "does not end"}},
       {"dim_qel", "", "7,\"a\"b,7\n", {"line 8", "after a quoted field"}},
@@ -169,7 +169,7 @@ TEST(BadOutput, LeavesTheOldFileAlone) {
     return std::string(std::istreambuf_iterator<char>(stream), {});
   };
   const std::string before = read();
-  texts.tables["fact"] += "241,0,1,1,0,0,wrong,2\n";
+  texts.tables["fact"] += "61,0,1,1,0,0,wrong,2\n";
   EXPECT_THROW(test::BuildInto(folder, texts), Failure);
   EXPECT_EQ(read(), before);
 }
