@@ -19,7 +19,7 @@ struct TypeRow {
   const char* collection;  ///< name of its items; nullptr: it has none
 };
 
-constexpr std::array<TypeRow, 11> kTypes = {{{kLabel, "Label", nullptr},
+constexpr std::array<TypeRow, 13> kTypes = {{{kLabel, "Label", nullptr},
                                              {kTextBox, "TextBox", nullptr},
                                              {kComboBox, "ComboBox", nullptr},
                                              {kListBox, "ListBox", nullptr},
@@ -29,7 +29,9 @@ constexpr std::array<TypeRow, 11> kTypes = {{{kLabel, "Label", nullptr},
                                              {kMenu, "Menu", nullptr},
                                              {kTabStrip, "TabStrip", "Tabs"},
                                              {kToolbar, "Toolbar", "Buttons"},
-                                             {kListView, "ListView", "ColumnHeaders"}}};
+                                             {kListView, "ListView", "ColumnHeaders"},
+                                             {kProgressBar, "ProgressBar", nullptr},
+                                             {kChart, "Chart", nullptr}}};
 
 const TypeRow& RowOf(ControlType type) { return kTypes[static_cast<std::size_t>(type)]; }
 
@@ -90,6 +92,21 @@ const PropertyRow& RowOf(const Control& control, std::string_view name) {
 }
 
 }  // namespace
+
+std::string WithoutAccessMark(const std::string& caption) {
+  std::string plain;
+  for (std::size_t i = 0; i < caption.size(); ++i) {
+    if (caption[i] == '&' && ++i == caption.size()) break;
+    plain += caption[i];
+  }
+  return plain;
+}
+
+std::string SpokenName(const Form& form, const Control& control) {
+  const bool labelled = !control.Label.empty() && form.Has(control.Label);
+  std::string name = WithoutAccessMark(labelled ? form.At(control.Label).Caption : control.Caption);
+  return control.Row.empty() ? name : name + " " + control.Row;
+}
 
 const char* TypeName(ControlType type) { return RowOf(type).name; }
 

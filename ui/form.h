@@ -11,8 +11,11 @@
 // until the language is applied. `Property` and `SetProperty` reach a control as a late-bound
 // caller does: by name, and failing for a name that its type does not have.
 //
-// The order of the controls is the tab order. Failures: 340 for a control or array element that the
-// form does not have, 438 for a property that the control's type does not have.
+// Layout: a container (the form or a frame) is a grid; each control names its cell. A column is as
+// wide as its widest control needs, and what is left over goes to the columns that hold a control
+// that grows; heights likewise. The order of the controls is the tab order. Failures: 340 for a
+// control or array element that the form does not have, 438 for a property that the control's type
+// does not have.
 #pragma once
 
 #include <deque>
@@ -42,7 +45,9 @@ enum class ControlType {
   kMenu,
   kTabStrip,
   kToolbar,
-  kListView
+  kListView,
+  kProgressBar,  ///< moves while it is to be seen; it measures nothing
+  kChart         ///< horizontal bars, one below the other, from one zero line
 };
 
 /// The platform's name of the type, such as "CommandButton".
@@ -60,6 +65,23 @@ struct ControlItem {
   std::string Caption = {};
   std::string Text = {};
   std::string ToolTipText = {};
+  bool IsNumber = false;  ///< a list view's column of numbers, set flush at the end
+};
+
+/// Cells of a container's grid, counted from 0; column 0 is the first one in reading direction.
+struct GridCell {
+  int row = 0;
+  int column = 0;
+  int columns = 1;  ///< how many it spans
+  int rows = 1;
+};
+
+/// One bar of a chart.
+struct Bar {
+  std::string caption;
+  double value = 0;
+  std::string value_text;  ///< the value as it is to be read
+  friend bool operator==(const Bar&, const Bar&) = default;
 };
 
 /// The index of a control that is in no control array.
@@ -102,6 +124,18 @@ struct Control {
   std::string Container = {};  ///< name of the frame or menu that it stands in; "": the form
   vok::Font Font = {};
   std::vector<ControlItem> Items = {};
+  std::vector<std::vector<std::string>> Rows = {};  ///< list view: texts by row and column
+  std::vector<Bar> Bars = {};                       ///< chart
+
+  GridCell Cell = {};
+  int Width = 0;           ///< least width in characters of its font; 0: what its caption needs
+  int Height = 1;          ///< least height in lines of its font, of a list, list view or chart
+  bool Grows = false;      ///< takes the width that is left over
+  bool GrowsDown = false;  ///< takes the height that is left over
+  bool AtEnd = false;      ///< as wide as it needs, at the end of its cells, not filling them
+  std::string Label = {};  ///< name of the label that says what it holds and whose key leads to it
+  std::string Row = {};    ///< which of several like rows it stands in, such as "3"
+  std::string Shortcut = {};  ///< key of a menu entry from anywhere in the window: "F5", "Ctrl+S"
 
   ControlId Id() const { return {Name, Index}; }
 
@@ -111,6 +145,15 @@ struct Control {
   /// The items under their collection's name: "Tabs", "Buttons" or "ColumnHeaders".
   std::vector<ControlItem>& Collection(std::string_view name);
 };
+
+class Form;
+
+/// What a screen reader calls the control: the caption of its label or its own, without access
+/// marks, and its row. "" where neither says anything.
+std::string SpokenName(const Form& form, const Control& control);
+
+/// A caption as it is read: "&Run" is "Run", "&&" is "&".
+std::string WithoutAccessMark(const std::string& caption);
 
 /// What a rule reacts to.
 enum class FormEvent {

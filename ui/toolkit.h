@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <string>
 
 #include "component/publics.h"
@@ -30,6 +31,13 @@ class Toolkit {
   /// The path that the user picked; "" when there is none.
   virtual std::string PickFile(const FileDialog& dialog) = 0;
   virtual void ShowHelp(const std::string& help_file) = 0;
+  /// Opens a file or folder in the program that the desktop has for it. Failure 53 or 5 when there
+  /// is none.
+  virtual void OpenOnDesktop(const std::string& path) = 0;
+  /// Runs `work`, which may be long, on a thread of its own and returns when it is done, with its
+  /// failure if it has one. Meanwhile the windows draw and take what the user does. `work` touches
+  /// no form; its message boxes are shown in front of the windows as any others.
+  virtual void RunBeside(const std::function<void()>& work) = 0;
 };
 
 /// Everything outlives the windows that are made with it.

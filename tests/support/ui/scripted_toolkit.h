@@ -27,6 +27,8 @@ class ScriptedToolkit : public Toolkit {
     dialogs.push_back(dialog);
     return picked;
   }
+  void OpenOnDesktop(const std::string& path) override { opened.push_back(path); }
+  void RunBeside(const std::function<void()>& work) override { work(); }
   void ShowHelp(const std::string& help_file) override { help.push_back(help_file); }
 
   std::deque<std::function<void(Form&)>> in_window;
@@ -34,6 +36,7 @@ class ScriptedToolkit : public Toolkit {
   std::vector<std::string> shown;
   std::vector<FileDialog> dialogs;
   std::vector<std::string> help;
+  std::vector<std::string> opened;
 };
 
 }  // namespace vok::test
