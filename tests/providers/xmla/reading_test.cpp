@@ -1,10 +1,10 @@
 // Answers, cut into pieces of any size, as they are read.
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 
 #include <cmath>
 #include <limits>
+#include <map>
 
-#include "platform/failure.h"
 #include "providers/xmla/answer.h"
 #include "providers/xmla/cellset_reader.h"
 #include "providers/xmla/requests.h"
@@ -12,9 +12,13 @@
 #include "providers/xmla/unique_name.h"
 #include "providers/xmla/xmla_settings.h"
 #include "tests/providers/xmla/answers.h"
+#include "tests/support/failures.h"
 
 namespace vok::xmla {
 namespace {
+
+using testing::AllOf;
+using testing::HasSubstr;
 
 void Read(const std::string& xml, ResultReader& reader, std::size_t piece) {
   const HttpHead head{200, "text/xml", ""};
@@ -30,13 +34,8 @@ std::unique_ptr<CellsetData> ReadCellset(const std::string& xml, std::size_t pie
   return data;
 }
 
-std::string FailureOf(const std::string& xml) {
-  try {
-    ReadCellset(xml);
-  } catch (const Failure& failure) {
-    return failure.description();
-  }
-  return "no failure";
+std::string Told(const std::string& xml) {
+  return vok::test::DescriptionOf([&] { ReadCellset(xml); });
 }
 
 TEST(Answers, OfCellsetsReadTheSameInPiecesOfAnySize) {
@@ -52,16 +51,13 @@ TEST(Answers, OfCellsetsReadTheSameInPiecesOfAnySize) {
     ASSERT_EQ(data->PositionCount(1), 2u);
     EXPECT_EQ(data->MembersPerPosition(1), 1u);
     const AxisMember row = data->Member(1, 1, 0);
-    EXPECT_EQ(row.unique_name, "[QeL].[1\ta [x]] & b]");
-    EXPECT_EQ(row.name, "1\ta [x] & b");
-    EXPECT_EQ(row.caption, "1\ta [x] & b");
-    EXPECT_EQ(row.level_name, "[QeL].[Item]");
-    EXPECT_TRUE(data->Cell(0).IsEmpty());
-    EXPECT_EQ(data->Cell(1), Value(20436089.25));
-    EXPECT_EQ(data->FormattedCell(1), "20,436,089.25");
-    EXPECT_TRUE(data->Cell(2).IsEmpty());
-    EXPECT_EQ(data->FormattedCell(2), "");
-    EXPECT_EQ(data->Cell(3), Value(int32_t{-7}));
+    EXPECT_EQ(row.unique_name + "|" + row.name + "|" + row.caption + "|" + row.level_name,
+              "[QeL].[1\ta [x]] & b]|1\ta [x] & b|1\ta [x] & b|[QeL].[Item]");
+    const std::pair<Value, std::string> cells[] = {
+        {{}, ""}, {20436089.25, "20,436,089.25"}, {{}, ""}, {int32_t{-7}, "-7"}};
+    for (std::size_t cell = 0; cell < 4; ++cell) {
+      EXPECT_EQ(std::pair(data->Cell(cell), data->FormattedCell(cell)), cells[cell]) << cell;
+    }
     EXPECT_THROW(data->Cell(4), Failure);
     EXPECT_THROW(data->Member(1, 2, 0), Failure);
     EXPECT_THROW(data->Member(1, 0, 1), Failure);
@@ -98,9 +94,9 @@ TEST(Answers, HaveCellsOfEveryForm) {
        CellError{"Overflow"}},
       {"<Value/><FmtValue>x</FmtValue>", ""},
   };
-  for (const auto& test : kCases) {
-    const std::string cell = std::string("<Cell CellOrdinal=\"2\">") + test.element + "</Cell>";
-    EXPECT_EQ(ReadCellset(test::TwoByTwo(cell))->Cell(2), test.value) << test.element;
+  for (const auto& [element, value] : kCases) {
+    const std::string cell = std::string("<Cell CellOrdinal=\"2\">") + element + "</Cell>";
+    EXPECT_EQ(ReadCellset(test::TwoByTwo(cell))->Cell(2), value) << element;
   }
   const auto nan = ReadCellset(
       test::TwoByTwo("<Cell CellOrdinal=\"0\"><Value xsi:type=\"xsd:double\">NaN</Value></Cell>"));
@@ -170,10 +166,7 @@ TEST(Answers, ThatCannotBeTrustedAreFailures) {
       {test::TwoByTwo(cell("0"), "<Messages><Warning Description=\"slow\"/></Messages>"),
        "no failure"},
   };
-  for (const auto& test : kCases) {
-    EXPECT_NE(FailureOf(test.xml).find(test.says), std::string::npos)
-        << test.says << "\n  is not in: " << FailureOf(test.xml);
-  }
+  for (const auto& [xml, says] : kCases) EXPECT_THAT(Told(xml), HasSubstr(says));
 }
 
 TEST(Answers, OfRowsetsComeRowByRow) {
@@ -186,39 +179,35 @@ TEST(Answers, OfRowsetsComeRowByRow) {
 }
 
 TEST(UniqueNames, EndWithTheName) {
-  const struct {
-    const char* unique_name;
-    const char* name;
-  } kCases[] = {{"[Date].[2010].[3]", "3"}, {"[QeL].[a]]b.[c]", "a]b.[c"},
-                {"[Measures]", "Measures"}, {"[Date].&[17]", "else"},
-                {"Plain", "else"},          {"", "else"},
-                {"[Open", "else"},          {"[A].[]", ""},
-                {"[A].[b] x", "else"}};
-  for (const auto& test : kCases) {
-    EXPECT_EQ(LastPart(test.unique_name, "else"), test.name) << test.unique_name;
-  }
+  const std::pair<const char*, const char*> kCases[] = {
+      {"[Date].[2010].[3]", "3"}, {"[QeL].[a]]b.[c]", "a]b.[c"},
+      {"[Measures]", "Measures"}, {"[Date].&[17]", "else"},
+      {"Plain", "else"},          {"", "else"},
+      {"[Open", "else"},          {"[A].[]", ""},
+      {"[A].[b] x", "else"}};
+  for (const auto& [unique_name, name] : kCases) EXPECT_EQ(LastPart(unique_name, "else"), name);
 }
 
 TEST(Requests, CarryEveryLetter) {
-  const std::string execute = ExecuteEnvelope("a & b", "x < y\r\n\"q\" > 'z' \xD7\x90");
-  EXPECT_NE(execute.find("<Catalog>a &amp; b</Catalog>"), std::string::npos);
-  EXPECT_NE(execute.find("<Statement>x &lt; y&#13;\n\"q\" &gt; 'z' \xD7\x90</Statement>"),
-            std::string::npos);
-  const std::string discover = DiscoverEnvelope({"MDSCHEMA_LEVELS", {{"CUBE_NAME", "<Q>"}}, ""});
-  EXPECT_NE(discover.find("<RestrictionList><CUBE_NAME>&lt;Q&gt;</CUBE_NAME></RestrictionList>"),
-            std::string::npos);
-  EXPECT_EQ(discover.find("<Catalog>"), std::string::npos);
+  EXPECT_THAT(ExecuteEnvelope("a & b", "x < y\r\n\"q\" > 'z' \xD7\x90"),
+              AllOf(HasSubstr("<Catalog>a &amp; b</Catalog>"),
+                    HasSubstr("<Statement>x &lt; y&#13;\n\"q\" &gt; 'z' \xD7\x90</Statement>")));
+  EXPECT_THAT(
+      DiscoverEnvelope({"MDSCHEMA_LEVELS", {{"CUBE_NAME", "<Q>"}}, ""}),
+      AllOf(HasSubstr("<RestrictionList><CUBE_NAME>&lt;Q&gt;</CUBE_NAME></RestrictionList>"),
+            testing::Not(HasSubstr("<Catalog>"))));
+}
+
+XmlaSettings FromIni(std::map<std::string, std::string> ini) {
+  return ReadXmlaSettings([&](const std::string& key) { return ini[key]; });
 }
 
 TEST(Settings, ComeFromTheEnvironmentFirst) {
   setenv("VOKCUBE_XMLA_CA_FILE", "/ca.pem", 1);
-  const auto from_ini = [](const std::string& key) -> std::string {
-    if (key == "CaFile") return "/other.pem";
-    if (key == "Authentication") return "NTLM";
-    if (key == "TotalSeconds") return "90";
-    return key == "Password" ? "se;cret" : "";
-  };
-  const XmlaSettings settings = ReadXmlaSettings(from_ini);
+  const XmlaSettings settings = FromIni({{"CaFile", "/other.pem"},
+                                         {"Authentication", "NTLM"},
+                                         {"TotalSeconds", "90"},
+                                         {"Password", "se;cret"}});
   unsetenv("VOKCUBE_XMLA_CA_FILE");
   EXPECT_EQ(settings.ca_file, "/ca.pem");
   EXPECT_EQ(settings.authentication, "ntlm");
@@ -226,15 +215,9 @@ TEST(Settings, ComeFromTheEnvironmentFirst) {
   EXPECT_EQ(settings.total_seconds, 90);
   EXPECT_EQ(settings.connect_seconds, 30);
   for (const char* bad : {"-1", "5s", "604801", "99999999999", " 5"}) {
-    const auto lookup = [bad](const std::string& key) {
-      return key == "IdleSeconds" ? bad : std::string();
-    };
-    EXPECT_THROW(ReadXmlaSettings(lookup), Failure) << bad;
+    EXPECT_THROW(FromIni({{"IdleSeconds", bad}}), Failure) << bad;
   }
-  EXPECT_THROW(ReadXmlaSettings([](const std::string& key) {
-                 return key == "Authentication" ? "kerberos" : "";
-               }),
-               Failure);
+  EXPECT_THROW(FromIni({{"Authentication", "kerberos"}}), Failure);
 }
 
 }  // namespace
