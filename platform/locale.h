@@ -1,4 +1,4 @@
-// What depends on the user's language and country: case, and dates as texts.
+// What depends on the user's language and country: case, and dates and numbers as texts.
 #pragma once
 
 #include <optional>
@@ -24,6 +24,9 @@ class Locale {
   /// Default date-to-text form: the short date, the time when there is one, the time alone for the
   /// zero date ("00:00:00" in most countries).
   virtual std::string DateText(Date date) const = 0;
+  /// A finite number in groups, rounded to so many decimal places: "1,234.50". To be shown, not
+  /// read again: it may hold marks of writing direction.
+  virtual std::string NumberText(double number, int decimals) const = 0;
 };
 
 /// The one way to compare names without regard to case. Plain ASCII never reaches the locale.

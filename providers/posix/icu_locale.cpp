@@ -3,6 +3,7 @@
 #include <unicode/dtfmtsym.h>
 #include <unicode/gregocal.h>
 #include <unicode/locid.h>
+#include <unicode/numberformatter.h>
 #include <unicode/smpdtfmt.h>
 #include <unicode/unistr.h>
 
@@ -188,11 +189,13 @@ struct IcuLocale::Customs {
   explicit Customs(const icu::Locale& locale)
       : reading(CustomsOf(locale)),
         date(FormatOf(ShortPattern(locale), locale)),
-        time(FormatOf(TimePattern(locale), locale)) {}
+        time(FormatOf(TimePattern(locale), locale)),
+        number(icu::number::NumberFormatter::withLocale(locale).sign(UNUM_SIGN_NEGATIVE)) {}
 
   DateCustoms reading;
   std::unique_ptr<icu::SimpleDateFormat> date;
   std::unique_ptr<icu::SimpleDateFormat> time;
+  icu::number::LocalizedNumberFormatter number;
 };
 
 IcuLocale::IcuLocale(const std::string& name)
@@ -225,6 +228,15 @@ std::string IcuLocale::DateText(Date date) const {
   if (days == 0) return time;
   const std::string day = Print(*customs_->date, days * kSecondsOfDay);
   return seconds == days * kSecondsOfDay ? day : day + " " + time;
+}
+
+std::string IcuLocale::NumberText(double number, int decimals) const {
+  UErrorCode status = U_ZERO_ERROR;
+  const auto places = icu::number::Precision::fixedFraction(decimals);
+  const auto text = customs_->number.precision(places).formatDouble(number, status);
+  const icu::UnicodeString written = text.toString(status);
+  Check(status, "the form of numbers");
+  return Utf8(written);
 }
 
 }  // namespace vok

@@ -1,4 +1,4 @@
-// Case and dates by the rules that ICU holds for every language and country.
+// Case, dates and numbers by the rules that ICU holds for every language and country.
 #pragma once
 
 #include <memory>
@@ -8,7 +8,7 @@
 
 namespace vok {
 
-/// Dates are Gregorian and written in the digits 0 to 9 everywhere.
+/// Dates are Gregorian; they and numbers are written in the digits 0 to 9 everywhere.
 class IcuLocale : public Locale {
  public:
   /// `name` such as "he_IL", "de_DE.UTF-8", "en-GB". "", "C" and "POSIX" mean the United States, as
@@ -24,6 +24,7 @@ class IcuLocale : public Locale {
   /// With a year of four digits.
   std::string ShortDate(Date date) const override;
   std::string DateText(Date date) const override;
+  std::string NumberText(double number, int decimals) const override;
 
  private:
   struct Customs;

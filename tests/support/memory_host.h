@@ -122,7 +122,7 @@ class MemoryRegistry : public Registry {
   int open = 0;             ///< keys that are open now
 };
 
-/// Case of ASCII and Cyrillic letters; no dates.
+/// Case of ASCII and Cyrillic letters; no dates, plain numbers.
 class SimpleLocale : public Locale {
  public:
   std::string FoldCase(std::string_view text) const override {
@@ -137,6 +137,7 @@ class SimpleLocale : public Locale {
   std::optional<Date> ParseDate(std::string_view) const override { return std::nullopt; }
   std::string ShortDate(Date) const override { return {}; }
   std::string DateText(Date) const override { return {}; }
+  std::string NumberText(double number, int) const override { return std::to_string(number); }
 
  private:
   static void FoldCyrillic(char& lead, char& trail) {

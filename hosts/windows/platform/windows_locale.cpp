@@ -1,6 +1,8 @@
 #include "hosts/windows/platform/windows_locale.h"
 
 #include <algorithm>
+#include <array>
+#include <charconv>
 
 #include "hosts/windows/platform/fold_case.h"
 #include "hosts/windows/platform/system_header.h"
@@ -10,6 +12,8 @@
 namespace vok::windows {
 namespace {
 
+constexpr std::size_t kLongestCustom = 80;
+
 LCID CountryNamed(std::string name) {
   name = name.substr(0, name.find_first_of(".@"));
   std::replace(name.begin(), name.end(), '_', '-');
@@ -17,6 +21,25 @@ LCID CountryNamed(std::string name) {
   if (country != 0) return country;
   throw Failure(failure_number::kInvalidCall,
                 "Windows knows no customs of \"" + name + "\"; name a language and a country");
+}
+
+/// As the system takes it: digits and a point, no sign before what rounds to zero.
+std::wstring PlainNumber(double number, int decimals) {
+  std::array<char, 400> text{};
+  const auto written = std::to_chars(text.data(), text.data() + text.size(), number,
+                                     std::chars_format::fixed, decimals);
+  std::string_view plain(text.data(), written.ptr);
+  if (plain.find_first_not_of("-0.") == plain.npos && number < 0) plain.remove_prefix(1);
+  return Utf16(plain);
+}
+
+/// "3;2;0" of the control panel, where the last size goes on, is 32.
+UINT GroupSizes(const std::wstring& groups) {
+  UINT sizes = 0;
+  for (const wchar_t c : groups) {
+    if (c >= L'1' && c <= L'9') sizes = 10 * sizes + static_cast<UINT>(c - L'0');
+  }
+  return groups.ends_with(L"0") ? sizes : 10 * sizes;
 }
 
 }  // namespace
@@ -52,5 +75,34 @@ std::string WindowsLocale::ShortDate(Date date) const {
 }
 
 std::string WindowsLocale::DateText(Date date) const { return Text(date, 0); }
+
+std::wstring WindowsLocale::Custom(uint32_t type) const {
+  std::array<wchar_t, kLongestCustom> text{};
+  ::GetLocaleInfoW(country_, type | flags_, text.data(), static_cast<int>(text.size()));
+  return text.data();
+}
+
+unsigned WindowsLocale::CustomNumber(uint32_t type) const {
+  DWORD number = 0;
+  ::GetLocaleInfoW(country_, type | flags_ | LOCALE_RETURN_NUMBER,
+                   reinterpret_cast<wchar_t*>(&number), sizeof(number) / sizeof(wchar_t));
+  return number;
+}
+
+std::string WindowsLocale::NumberText(double number, int decimals) const {
+  const std::wstring plain = PlainNumber(number, decimals);
+  std::wstring point = Custom(LOCALE_SDECIMAL);
+  std::wstring separator = Custom(LOCALE_STHOUSAND);
+  const NUMBERFMTW form{static_cast<UINT>(decimals),
+                        CustomNumber(LOCALE_ILZERO),
+                        GroupSizes(Custom(LOCALE_SGROUPING)),
+                        point.data(),
+                        separator.data(),
+                        CustomNumber(LOCALE_INEGNUMBER)};
+  std::wstring text(4 * plain.size() + kLongestCustom, L'\0');  // room for separators
+  const int length = ::GetNumberFormatW(country_, 0, plain.c_str(), &form, text.data(),
+                                        static_cast<int>(text.size()));
+  return length == 0 ? Utf8(plain) : Utf8(text.substr(0, static_cast<std::size_t>(length) - 1));
+}
 
 }  // namespace vok::windows

@@ -1,4 +1,4 @@
-// Dates as OLE Automation reads and writes them, case by the system's tables.
+// Dates as OLE Automation reads and writes them, numbers and case by the system's tables.
 #pragma once
 
 #include <string>
@@ -19,9 +19,12 @@ class WindowsLocale : public Locale {
   /// Failures: 6 for a date outside the years 100 to 9999; `DateText` alike.
   std::string ShortDate(Date date) const override;
   std::string DateText(Date date) const override;
+  std::string NumberText(double number, int decimals) const override;
 
  private:
   std::string Text(Date date, uint32_t flags) const;
+  std::wstring Custom(uint32_t type) const;
+  unsigned CustomNumber(uint32_t type) const;
 
   uint32_t country_;
   uint32_t flags_;

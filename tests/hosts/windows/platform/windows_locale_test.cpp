@@ -54,6 +54,23 @@ TEST(WindowsLocale, WritesDatesThatItReadsAgain) {
   EXPECT_THROW(WindowsLocale("no such country"), Failure);
 }
 
+TEST(WindowsLocale, WritesNumbersAsTheCountryDoes) {
+  const struct {
+    const char* country;
+    double number;
+    int decimals;
+    const char* text;
+  } rows[] = {{"en_GB", -1234567.891, 2, "-1,234,567.89"},
+              {"de_DE", 1234.5, 1, "1.234,5"},
+              {"ru_RU", 1234, 0, "1\u00A0234"},
+              {"en_US", -0.001, 2, "0.00"},
+              {"en_GB", 999.999, 2, "1,000.00"},
+              {"en_GB", 0.25, 1, "0.2"}};
+  for (const auto& [country, number, decimals, text] : rows) {
+    EXPECT_EQ(WindowsLocale(country).NumberText(number, decimals), text);
+  }
+}
+
 TEST(WindowsLocale, FoldsCaseInEveryScriptAndInEveryCountryAlike) {
   const std::pair<const char*, const char*> rows[] = {
       {"Straße", "STRASSE"},  {"ΟΔΟΣ", "οδος"},         {"οδος", "οδοσ"},   {"Отчёт Ё", "ОТЧЁТ ё"},
