@@ -64,6 +64,8 @@ constexpr Row kTexts[] = {
     {n::kWorkbook, "&Workbook"},
     {n::kMeasureOfMoneySet, "Measures of the money sets"},
     {n::kChooseCube, "Choose &cube..."},
+    {n::kSourceFrame, "Data source"},
+    {n::kPeriodsFrame, "Periods and their measures"},
     {n::kMenuFile, "&File"},
     {n::kMenuSave, "&Save"},
     {n::kMenuRun, "&Run query"},

@@ -59,6 +59,8 @@ inline constexpr int kRunQuery = 1220;
 inline constexpr int kWorkbook = 1221;
 inline constexpr int kMeasureOfMoneySet = 1222;
 inline constexpr int kChooseCube = 1223;
+inline constexpr int kSourceFrame = 1224;
+inline constexpr int kPeriodsFrame = 1225;
 
 // Menus of the main query window.
 inline constexpr int kMenuFile = 1260;

@@ -10,7 +10,6 @@
 #include "env/text_numbers.h"
 #include "settings/edited_sets.h"
 #include "settings/writer.h"
-#include "ui/controls.h"
 #include "ui/frm_cube.h"
 #include "ui/frm_option.h"
 #include "ui/messages.h"
@@ -21,6 +20,7 @@ namespace {
 constexpr char kName[] = "comboDataSource";
 constexpr char kObs[] = "CmbObs";
 constexpr char kLineEnd[] = "\r\n";
+constexpr int kNameWidth = 22;
 
 /// What stands between the numbers of a date or time in this country.
 std::string SeparatorIn(const std::string& text) {
@@ -55,33 +55,43 @@ DataSourceSetting NewSetting() {
 
 DataSourceFields::DataSourceFields(const WindowServices& services, Form& form)
     : services_(services), form_(form), setting_(NewSetting()) {
-  AddControls();
   AddRules();
 }
 
-void DataSourceFields::AddControls() {
+void DataSourceFields::AddTo(Panel panel) {
   using enum ControlType;
-  AddLabel(form_, "lblDataSource", text_number::kDataSource);
-  AddField(form_, kComboBox, kName, text_number::kTipDataSource);
-  AddLabel(form_, "lblVarnelMDB", text_number::kHostDatabase);
-  AddField(form_, kTextBox, "txtVarnelMDB");
-  AddButton(form_, "cmdVarnelMDB", text_number::kBrowse);
-  AddLabel(form_, "lblCubeFile", text_number::kCubeFile);
-  AddField(form_, kTextBox, "TxtFileName").Locked = true;
-  AddLabel(form_, "lblCubeName", text_number::kCubeName);
-  AddField(form_, kTextBox, "txtCubeName").Locked = true;
-  AddButton(form_, "cmdCube", text_number::kChooseCube);
-  AddLabel(form_, "lblObs", text_number::kObs);
-  AddField(form_, kComboBox, kObs, text_number::kTipObs);
-  AddLabel(form_, "lblActFile", text_number::kActFile);
-  AddField(form_, kTextBox, "txtActFile");
-  AddButton(form_, "cmdActFile", text_number::kBrowse);
-  AddLabel(form_, "lblMeasures", text_number::kMeasureOfMoneySet);
-  for (int row = 0; row < kMoneySetCount; ++row) {
-    AddField(form_, kTextBox, {"TextMeasure", row}).Locked = true;
-    AddButton(form_, {"ComMeasure", row}, text_number::kMeasure, text_number::kTipMeasure);
-  }
-  AddButton(form_, "cmdOptions", text_number::kOptions);
+  panel.Label({0, 0}, "lblDataSource", text_number::kDataSource);
+  panel.Field({0, 1}, kComboBox, kName, "lblDataSource", kNameWidth, text_number::kTipDataSource)
+      .Grows = true;
+  panel.Button({0, 2}, "cmdDeleteSource", text_number::kDeleteDataSource);
+  AddPath(panel, {1, 0}, "lblVarnelMDB", text_number::kHostDatabase, "txtVarnelMDB");
+  panel.Button({1, 2}, "cmdVarnelMDB", text_number::kBrowse);
+  AddPath(panel, {2, 0}, "lblActFile", text_number::kActFile, "txtActFile");
+  panel.Button({2, 2}, "cmdActFile", text_number::kBrowse);
+  AddPath(panel, {0, 3}, "lblCubeFile", text_number::kCubeFile, "TxtFileName").Locked = true;
+  panel.Button({0, 5}, "cmdCube", text_number::kChooseCube);
+  AddPath(panel, {1, 3}, "lblCubeName", text_number::kCubeName, "txtCubeName").Locked = true;
+  panel.Label({2, 3}, "lblObs", text_number::kObs);
+  panel.Field({2, 4}, kComboBox, kObs, "lblObs", kNameWidth, text_number::kTipObs).Grows = true;
+}
+
+Control& DataSourceFields::AddPath(Panel& panel, GridCell cell, const char* label, int text,
+                                   const char* field) {
+  panel.Label(cell, label, text);
+  ++cell.column;
+  Control& path = panel.Field(cell, ControlType::kTextBox, field, label, kNameWidth);
+  path.Grows = true;
+  return path;
+}
+
+void DataSourceFields::AddMeasureTo(Panel panel, GridCell cell, int row) {
+  Control& measure =
+      panel.Field(cell, ControlType::kTextBox, {"TextMeasure", row}, "lblMeasures", kNameWidth);
+  measure.Locked = measure.Grows = true;
+  measure.Row = std::to_string(row);
+  ++cell.column;
+  panel.Button(cell, {"ComMeasure", row}, text_number::kMeasure, text_number::kTipMeasure).Row =
+      measure.Row;
 }
 
 void DataSourceFields::AddRules() {

@@ -11,16 +11,21 @@
 
 #include "cube/discovery.h"
 #include "settings/records.h"
+#include "ui/panel.h"
 #include "ui/toolkit.h"
 
 namespace vok {
 
 class DataSourceFields {
  public:
-  /// Adds the controls and their rules to the form, which goes with this object.
+  /// Adds the rules to the form, which goes with this object.
   DataSourceFields(const WindowServices& services, Form& form);
   DataSourceFields(const DataSourceFields&) = delete;
   DataSourceFields& operator=(const DataSourceFields&) = delete;
+
+  void AddTo(Panel panel);
+  /// The measure of money set `row`, in `cell` and the one behind it.
+  void AddMeasureTo(Panel panel, GridCell cell, int row);
 
   /// Shows the stored data source of that name, or of `comboDataSource` for an empty one; an
   /// unknown name changes nothing and is false. Measures that the cube lacks are marked and told in
@@ -39,7 +44,8 @@ class DataSourceFields {
   DataSourceSetting Read() const;
 
  private:
-  void AddControls();
+  static Control& AddPath(Panel& panel, GridCell cell, const char* label, int text,
+                          const char* field);
   void AddRules();
   void Show(const DataSourceSetting& setting);
   void ShowMeasures();

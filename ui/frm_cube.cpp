@@ -5,19 +5,29 @@
 #include "env/string_table.h"
 #include "env/text_numbers.h"
 #include "ui/apply_language.h"
-#include "ui/controls.h"
 #include "ui/messages.h"
+#include "ui/panel.h"
 
 namespace vok {
+namespace {
+
+constexpr int kFileWidth = 44;
+
+}  // namespace
 
 frmCube::frmCube(const WindowServices& services)
     : services_(services), form_("frmCube", std::to_string(text_number::kCubeWindow)) {
-  AddLabel(form_, "lblFileName", text_number::kCubeFileOfWindow);
-  AddField(form_, ControlType::kTextBox, "TxtFileName").Locked = true;
-  AddButton(form_, "ComCubeFile", text_number::kOpenCubeFile);
-  AddLabel(form_, "lblCube", text_number::kCatalogOfWindow);
-  AddField(form_, ControlType::kComboBox, "ComboCube").Locked = true;
-  AddOkAndCancel(form_);
+  Panel window(form_);
+  Panel fields = window.Frame({0, 0}, "fraFields");
+  form_.At("fraFields").Grows = true;
+  fields.Label({0, 0}, "lblFileName", text_number::kCubeFileOfWindow);
+  Control& file =
+      fields.Field({0, 1}, ControlType::kTextBox, "TxtFileName", "lblFileName", kFileWidth);
+  file.Locked = file.Grows = true;
+  fields.Button({0, 2}, "ComCubeFile", text_number::kOpenCubeFile);
+  fields.Label({1, 0}, "lblCube", text_number::kCatalogOfWindow);
+  fields.Field({1, 1}, ControlType::kComboBox, "ComboCube", "lblCube", kFileWidth).Locked = true;
+  window.OkAndCancel({1, 0});
   form_.On(FormEvent::kClicked, "ComCubeFile", [this](int) { PickFile(); });
   form_.On(FormEvent::kClicked, "cmdOk", [this](int) { Ok(); });
   form_.On(FormEvent::kClicked, "cmdCancel", [this](int) { form_.Visible = false; });

@@ -7,13 +7,15 @@
 #include "env/text_numbers.h"
 #include "platform/text.h"
 #include "ui/apply_language.h"
-#include "ui/controls.h"
 #include "ui/messages.h"
+#include "ui/panel.h"
 
 namespace vok {
 namespace {
 
 constexpr char kConfirmed[] = "1";
+constexpr int kIntervalWidth = 16;
+constexpr int kDateWidth = 12;
 
 /// The value of a text that is a number as a whole.
 std::optional<double> NumberIn(const std::string& text) {
@@ -39,17 +41,25 @@ frmLiniarDates::frmLiniarDates(const WindowServices& services)
 }
 
 void frmLiniarDates::AddControls() {
-  AddLabel(form_, "lblInterval", text_number::kInterval);
-  AddField(form_, ControlType::kListBox, "lstInterval");
-  AddLabel(form_, "lblAnchor", text_number::kAnchorDate);
-  AddField(form_, ControlType::kTextBox, {"txtDate", 0});
-  AddLabel(form_, "lblEnd", text_number::kEndDate);
-  AddField(form_, ControlType::kTextBox, {"txtDate", 1});
-  AddLabel(form_, "lblP1", text_number::kFirstPeriod);
-  AddField(form_, ControlType::kTextBox, "txtP1");
-  AddLabel(form_, "lblP2", text_number::kLastPeriod);
-  AddField(form_, ControlType::kTextBox, "txtP2");
-  AddOkAndCancel(form_);
+  using enum ControlType;
+  Panel window(form_);
+  Panel fields = window.Frame({0, 0}, "fraFields");
+  form_.At("fraFields").Grows = true;
+  fields.Label({0, 0}, "lblInterval", text_number::kInterval);
+  Control& interval =
+      fields.Field({1, 0, 1, 4}, kListBox, "lstInterval", "lblInterval", kIntervalWidth);
+  interval.Height = 4;
+  interval.Grows = true;
+  const auto row = [&fields](int grid_row, const char* label, int text, const ControlId& field,
+                             int width) {
+    fields.Label({grid_row, 1}, label, text);
+    fields.Field({grid_row, 2}, kTextBox, field, label, width);
+  };
+  row(1, "lblAnchor", text_number::kAnchorDate, {"txtDate", 0}, kDateWidth);
+  row(2, "lblEnd", text_number::kEndDate, {"txtDate", 1}, kDateWidth);
+  row(3, "lblP1", text_number::kFirstPeriod, "txtP1", kDateWidth);
+  row(4, "lblP2", text_number::kLastPeriod, "txtP2", kDateWidth);
+  window.OkAndCancel({1, 0});
   form_.SetList("lstInterval",
                 {StringTableText(text_number::kMonth), StringTableText(text_number::kQuarter),
                  StringTableText(text_number::kHalfYear), StringTableText(text_number::kYear)});

@@ -4,10 +4,11 @@
 
 #include "env/text_numbers.h"
 #include "ui/apply_language.h"
-#include "ui/controls.h"
 
 namespace vok {
 namespace {
+
+constexpr int kNameWidth = 24;
 
 /// The count that the text means: 0 to 13; nothing for any other text.
 std::optional<int16_t> CountIn(const std::string& text) {
@@ -22,14 +23,18 @@ std::optional<int16_t> CountIn(const std::string& text) {
 
 FrmOption::FrmOption(const WindowServices& services, const MeasureChoices& choices)
     : services_(services), form_("FrmOption", std::to_string(text_number::kOptionWindow)) {
-  AddLabel(form_, "lblMoney", text_number::kMoneySet);
-  AddLabel(form_, "lblMeas", text_number::kMeasure);
-  AddLabel(form_, "lblQty", text_number::kQtyMeasure);
-  AddLabel(form_, "lblCalc", text_number::kCalculated);
-  for (int row = 0; row < kMoneySetCount; ++row) AddRow(row, choices);
-  AddLabel(form_, "lblCountMoney", text_number::kCountMoney);
-  AddField(form_, ControlType::kTextBox, "txtCountMoney");
-  AddOkAndCancel(form_);
+  Panel window(form_);
+  Panel rows = window.Frame({0, 0}, "fraRows");
+  form_.At("fraRows").Grows = true;
+  rows.Label({0, 1}, "lblMoney", text_number::kMoneySet);
+  rows.Label({0, 2}, "lblMeas", text_number::kMeasure);
+  rows.Label({0, 3}, "lblQty", text_number::kQtyMeasure);
+  rows.Label({0, 4}, "lblCalc", text_number::kCalculated);
+  for (int row = 0; row < kMoneySetCount; ++row) AddRow(rows, row, choices);
+  Panel count = window.Frame({1, 0}, "fraCount");
+  count.Label({0, 0}, "lblCountMoney", text_number::kCountMoney);
+  count.Field({0, 1}, ControlType::kTextBox, "txtCountMoney", "lblCountMoney", 4);
+  window.OkAndCancel({2, 0});
   form_.On(FormEvent::kChanged, "txtCountMoney", [this](int) { CountChanged(); });
   form_.On(FormEvent::kClicked, "cmdOk", [this](int) {
     confirmed_ = true;
@@ -38,11 +43,25 @@ FrmOption::FrmOption(const WindowServices& services, const MeasureChoices& choic
   form_.On(FormEvent::kClicked, "cmdCancel", [this](int) { form_.Visible = false; });
 }
 
-void FrmOption::AddRow(int row, const MeasureChoices& choices) {
-  AddField(form_, ControlType::kComboBox, {"CmbMoney", row}).List = choices.money_sets;
-  AddField(form_, ControlType::kComboBox, {"CmbMeas", row}).List = choices.measures;
-  AddField(form_, ControlType::kComboBox, {"CmbQty", row}).List = choices.measures;
-  AddCheckBox(form_, {"chkCalc", row}, 0, text_number::kTipCalculated);
+void FrmOption::AddRow(Panel& rows, int row, const MeasureChoices& choices) {
+  const int grid_row = row + 1;
+  const std::string number = std::to_string(row);
+  rows.Label({grid_row, 0}, {"lblNumber", row}, 0).Caption = number;
+  const auto combo = [&](int column, const char* name, const char* label,
+                         const std::vector<std::string>& list) {
+    Control& field =
+        rows.Field({grid_row, column}, ControlType::kComboBox, {name, row}, label, kNameWidth);
+    field.Grows = true;
+    field.List = list;
+    field.Row = number;
+  };
+  combo(1, "CmbMoney", "lblMoney", choices.money_sets);
+  combo(2, "CmbMeas", "lblMeas", choices.measures);
+  combo(3, "CmbQty", "lblQty", choices.measures);
+  Control& calculated =
+      rows.CheckBox({grid_row, 4}, {"chkCalc", row}, 0, text_number::kTipCalculated);
+  calculated.Label = "lblCalc";
+  calculated.Row = number;
 }
 
 void FrmOption::CountChanged() {

@@ -7,6 +7,7 @@
 
 #include "cube/discovery.h"
 #include "settings/records.h"
+#include "ui/panel.h"
 #include "ui/toolkit.h"
 
 namespace vok {
@@ -25,7 +26,7 @@ class FrmOption {
   Form& form() { return form_; }
 
  private:
-  void AddRow(int row, const MeasureChoices& choices);
+  static void AddRow(Panel& rows, int row, const MeasureChoices& choices);
   void CountChanged();
   void ShowRows(const DataSourceSetting& setting);
   void ReadRows(DataSourceSetting& setting) const;

@@ -8,7 +8,6 @@
 #include "settings/schema.h"
 #include "settings/writer.h"
 #include "ui/apply_language.h"
-#include "ui/controls.h"
 #include "ui/messages.h"
 
 namespace vok {
@@ -17,6 +16,8 @@ namespace {
 constexpr char kDataSource[] = "comboDataSource";
 constexpr char kPeriods[] = "ComboPeriods";
 constexpr char kUnnamedPeriods[] = "Periods";
+constexpr int kSetNameWidth = 30;
+constexpr int kPathWidth = 60;
 
 std::vector<std::string> Names(const Value::Array& values) {
   std::vector<std::string> names;
@@ -51,29 +52,61 @@ FrmPeriods::FrmPeriods(const Host& host, Publics& publics, Toolkit& toolkit)
 }
 
 void FrmPeriods::AddControls() {
-  AddLabel(form_, "lblPeriods", text_number::kPeriodSet);
-  AddField(form_, ControlType::kComboBox, kPeriods, text_number::kTipPeriods);
-  AddButton(form_, "ComSaveSet", text_number::kSave);
-  AddButton(form_, "cmdDeleteSource", text_number::kDeleteDataSource);
-  AddButton(form_, "cmdDeletePeriods", text_number::kDeletePeriods);
-  AddLabel(form_, "lblOutput", text_number::kWorkbook);
-  AddField(form_, ControlType::kTextBox, "txtOutput", text_number::kTipWorkbook);
-  AddButton(form_, "cmdOutput", text_number::kBrowse);
-  AddButton(form_, "cmdQuery", text_number::kRunQuery).Default = true;
-  AddButton(form_, "cmdHelp", text_number::kHelp);
-  AddButton(form_, "cmdClose", text_number::kClose).Cancel = true;
+  Panel window(form_);
+  source_.AddTo(window.Frame({0, 0}, "fraSource", text_number::kSourceFrame));
+  Panel periods = window.Frame({1, 0}, "fraPeriods", text_number::kPeriodsFrame);
+  form_.At("fraPeriods").Grows = true;
+  AddPeriods(periods);
+  Panel workbook = window.Frame({2, 0}, "fraWorkbook");
+  workbook.Label({0, 0}, "lblOutput", text_number::kWorkbook);
+  workbook
+      .Field({0, 1}, ControlType::kTextBox, "txtOutput", "lblOutput", kPathWidth,
+             text_number::kTipWorkbook)
+      .Grows = true;
+  workbook.Button({0, 2}, "cmdOutput", text_number::kBrowse);
+  Panel buttons = window.Frame({3, 0}, "fraButtons");
+  buttons.Button({0, 0}, "ComSaveSet", text_number::kSave);
+  buttons.Button({0, 1}, "cmdHelp", text_number::kHelp);
+  Control& run = buttons.Button({0, 2}, "cmdQuery", text_number::kRunQuery);
+  run.Default = run.Grows = run.AtEnd = true;
+  buttons.Button({0, 3}, "cmdClose", text_number::kClose).Cancel = true;
+}
+
+/// Money set n is measured in period n, so their fields share a row. Money set 0 is in no period.
+void FrmPeriods::AddPeriods(Panel panel) {
+  constexpr int kMeasureColumn = 6;
+  constexpr int kColumns = kMeasureColumn + 2;
+  Panel chooser = panel.Frame({0, 0, kColumns}, "fraPeriodSet");
+  chooser.Label({0, 0}, "lblPeriods", text_number::kPeriodSet);
+  chooser
+      .Field({0, 1}, ControlType::kComboBox, kPeriods, "lblPeriods", kSetNameWidth,
+             text_number::kTipPeriods)
+      .Grows = true;
+  chooser.Button({0, 2}, "cmdDeletePeriods", text_number::kDeletePeriods);
+  constexpr int kHeadings = 1;
+  dates_.AddHeadingsTo(panel, kHeadings);
+  panel.Label({kHeadings, kMeasureColumn, 2}, "lblMeasures", text_number::kMeasureOfMoneySet);
+  for (int number = 0; number < kMoneySetCount; ++number) {
+    const int row = kHeadings + 1 + number;
+    panel.Label({row, 0}, {"lblNumber", number}, 0).Caption = std::to_string(number);
+    if (number > 0) dates_.AddPeriodTo(panel, row, number - 1);
+    source_.AddMeasureTo(panel, {row, kMeasureColumn}, number);
+  }
+  Panel commands = panel.Frame({kHeadings + 1 + kMoneySetCount, 0, kColumns}, "fraCommands");
+  dates_.AddCommandsTo(commands);
+  commands.Button({0, 4}, "cmdOptions", text_number::kOptions);
 }
 
 void FrmPeriods::AddMenus() {
   AddMenu(form_, "mnuFile", text_number::kMenuFile);
-  AddMenu(form_, "mnuSave", text_number::kMenuSave, "mnuFile");
-  AddMenu(form_, "mnuRun", text_number::kMenuRun, "mnuFile");
+  AddMenu(form_, "mnuSave", text_number::kMenuSave, "mnuFile").Shortcut = "Ctrl+S";
+  AddMenu(form_, "mnuRun", text_number::kMenuRun, "mnuFile").Shortcut = "F5";
   AddMenu(form_, "mnuClose", text_number::kMenuClose, "mnuFile");
   AddMenu(form_, "mnuPeriods", text_number::kMenuPeriods);
   AddMenu(form_, "mnuAutoFill", text_number::kMenuAutoFill, "mnuPeriods");
   AddMenu(form_, "mnuClean", text_number::kMenuClean, "mnuPeriods");
   AddMenu(form_, "mnuHelp", text_number::kMenuHelp);
-  AddMenu(form_, "mnuContents", text_number::kMenuContents, "mnuHelp");
+  AddMenu(form_, "mnuContents", text_number::kMenuContents, "mnuHelp").Shortcut = "F1";
 }
 
 void FrmPeriods::AddRules() {

@@ -11,6 +11,7 @@
 #include "component/cl_me.h"
 #include "ui/data_source_fields.h"
 #include "ui/named_set.h"
+#include "ui/panel.h"
 #include "ui/period_dates.h"
 #include "ui/toolkit.h"
 
@@ -37,6 +38,7 @@ class FrmPeriods : public QueryWindow {
 
  private:
   void AddControls();
+  void AddPeriods(Panel panel);
   void AddMenus();
   void AddRules();
   void ListSets();

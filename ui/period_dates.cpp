@@ -5,7 +5,6 @@
 
 #include "env/string_table.h"
 #include "env/text_numbers.h"
-#include "ui/controls.h"
 #include "ui/frm_liniar_dates.h"
 #include "ui/messages.h"
 
@@ -15,6 +14,8 @@ namespace {
 constexpr char kFrom[] = "txtDate1";
 constexpr char kUntil[] = "txtDate2";
 constexpr char kOpening[] = "CheckItraPticha";
+constexpr int kNameWidth = 14;
+constexpr int kDateWidth = 11;
 
 std::string DayMonthYear(Date date) {
   std::array<char, 40> text{};
@@ -26,24 +27,37 @@ std::string DayMonthYear(Date date) {
 
 PeriodDates::PeriodDates(const WindowServices& services, Form& form)
     : services_(services), locale_(services.host.locale), form_(form) {
-  AddLabel(form_, "lblPeriodName", text_number::kPeriodName);
-  AddLabel(form_, "lblFromDate", text_number::kFromDate);
-  AddLabel(form_, "lblUntilDate", text_number::kUntilDate);
-  AddLabel(form_, "lblItraPticha", text_number::kOpeningBalance);
-  for (int row = 0; row < kPeriodCount; ++row) AddRow(row);
-  AddCheckBox(form_, "chkFromD", text_number::kFromMonthStart);
-  AddCheckBox(form_, "chkUntilD", text_number::kUntilMonthEnd);
-  AddButton(form_, "cmdCleanDates", text_number::kCleanDates, text_number::kTipCleanDates);
-  AddButton(form_, "cmdAutoFill", text_number::kAutoFill, text_number::kTipAutoFill);
   AddRules();
 }
 
-void PeriodDates::AddRow(int row) {
-  AddField(form_, ControlType::kTextBox, {"TextPeriod", row});
-  AddField(form_, ControlType::kTextBox, {kFrom, row});
-  AddField(form_, ControlType::kTextBox, {kUntil, row});
-  AddCheckBox(form_, {kOpening, row}, 0, text_number::kTipOpeningBalance);
-  AddButton(form_, {"Comupd", row}, text_number::kUpdate, text_number::kTipUpdate).Enabled = false;
+void PeriodDates::AddHeadingsTo(Panel panel, int row) {
+  panel.Label({row, 1}, "lblPeriodName", text_number::kPeriodName);
+  panel.Label({row, 2}, "lblFromDate", text_number::kFromDate);
+  panel.Label({row, 3}, "lblUntilDate", text_number::kUntilDate);
+  panel.Label({row, 4, 2}, "lblItraPticha", text_number::kOpeningBalance);
+}
+
+void PeriodDates::AddPeriodTo(Panel panel, int grid_row, int row) {
+  using enum ControlType;
+  Control* const controls[] = {
+      &panel.Field({grid_row, 1}, kTextBox, {"TextPeriod", row}, "lblPeriodName", kNameWidth),
+      &panel.Field({grid_row, 2}, kTextBox, {kFrom, row}, "lblFromDate", kDateWidth),
+      &panel.Field({grid_row, 3}, kTextBox, {kUntil, row}, "lblUntilDate", kDateWidth),
+      &panel.CheckBox({grid_row, 4}, {kOpening, row}, 0, text_number::kTipOpeningBalance),
+      &panel.Button({grid_row, 5}, {"Comupd", row}, text_number::kUpdate, text_number::kTipUpdate)};
+  for (Control* control : controls) control->Row = std::to_string(row + 1);
+  controls[0]->Grows = true;
+  controls[3]->Label = "lblItraPticha";
+  controls[4]->Enabled = false;
+}
+
+void PeriodDates::AddCommandsTo(Panel panel) {
+  panel.CheckBox({0, 0}, "chkFromD", text_number::kFromMonthStart);
+  panel.CheckBox({0, 1}, "chkUntilD", text_number::kUntilMonthEnd);
+  Control& clean =
+      panel.Button({0, 2}, "cmdCleanDates", text_number::kCleanDates, text_number::kTipCleanDates);
+  clean.Grows = clean.AtEnd = true;
+  panel.Button({0, 3}, "cmdAutoFill", text_number::kAutoFill, text_number::kTipAutoFill);
 }
 
 void PeriodDates::AddRules() {

@@ -11,16 +11,23 @@
 
 #include "settings/records.h"
 #include "ui/date_list.h"
+#include "ui/panel.h"
 #include "ui/toolkit.h"
 
 namespace vok {
 
 class PeriodDates {
  public:
-  /// Adds the controls and their rules to the form, which goes with this object.
+  /// Adds the rules to the form, which goes with this object.
   PeriodDates(const WindowServices& services, Form& form);
   PeriodDates(const PeriodDates&) = delete;
   PeriodDates& operator=(const PeriodDates&) = delete;
+
+  void AddHeadingsTo(Panel panel, int row);
+  /// The controls of period `row` + 1, from column 1 on.
+  void AddPeriodTo(Panel panel, int grid_row, int row);
+  /// The boxes and commands for all rows, in row 0 of the panel.
+  void AddCommandsTo(Panel panel);
 
   /// The dates of the rows as far as their texts are dates; row i has period number i + 1.
   DateList FromDates;
@@ -38,7 +45,6 @@ class PeriodDates {
   std::string Entered() const;
 
  private:
-  void AddRow(int row);
   void AddRules();
   void FromChanged(int row);
   void UntilChanged(int row);

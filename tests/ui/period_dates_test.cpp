@@ -19,6 +19,9 @@ const MessageBox kInvalid{"Invalid date entered at period", "VokCubeQ17", kCriti
 
 struct Window {
   explicit Window(const std::string& locale) : desk(locale), dates(desk.services, form) {
+    const Panel panel(form);
+    for (int row = 0; row < kPeriodCount; ++row) dates.AddPeriodTo(panel, row, row);
+    dates.AddCommandsTo(panel);
     dates.Load();
   }
   /// "control" is clicked, "control text" typed into and left, each in `kRow` where it has rows.
