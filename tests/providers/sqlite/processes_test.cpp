@@ -1,5 +1,3 @@
-#include <sys/wait.h>
-
 #include <chrono>
 #include <csignal>
 #include <set>
@@ -15,25 +13,10 @@ namespace {
 using test::DescriptionOf;
 using test::NumberOf;
 using namespace std::chrono_literals;
+using namespace testing;
 
 class ProcessesTest : public test::SettingsFileTest {
  protected:
-  static pid_t Start(const std::function<void()>& action) {
-    const pid_t child = ::fork();
-    if (child != 0) return child;
-    try {
-      action();
-    } catch (const Failure& failure) {
-      std::fprintf(stderr, "%s\n", failure.what());
-      ::_exit(1);
-    }
-    ::_exit(0);
-  }
-  static int StatusOf(pid_t child) {
-    int status = 0;
-    ::waitpid(child, &status, 0);
-    return status;
-  }
   // Replaces a set as the settings are saved: both rows or none.
   void Save(const std::string& name, const std::string& caption) {
     const auto connection = Connect(60);
@@ -61,13 +44,9 @@ TEST_F(ProcessesTest, ALockOfAnotherIsWaitedForAndThenNamed) {
   const auto connection = Connect(1);
   const auto start = std::chrono::steady_clock::now();
   const auto add = [&] { Add(*connection, "mine"); };
-  const std::string text = DescriptionOf(add);
-  const auto waited = std::chrono::steady_clock::now() - start;
-  EXPECT_GE(waited, 900ms);
-  EXPECT_LE(waited, 5s);
-  EXPECT_NE(text.find(path_), std::string::npos) << text;
-  EXPECT_NE(text.find("1 seconds"), std::string::npos) << text;
-  EXPECT_EQ(Names(*connection, "Sets"), std::vector<std::string>{});
+  EXPECT_THAT(DescriptionOf(add), AllOf(HasSubstr(path_), HasSubstr("1 seconds")));
+  EXPECT_THAT(std::chrono::steady_clock::now() - start, AllOf(Ge(900ms), Le(5s)));
+  EXPECT_THAT(Names(*connection, "Sets"), IsEmpty());
   ::kill(holder, SIGKILL);
   StatusOf(holder);
   EXPECT_EQ(NumberOf(add), 0);
@@ -86,9 +65,8 @@ TEST_F(ProcessesTest, EightSaveAndLoadAtOnceAndLoseNothing) {
         const std::string caption = std::to_string(save);
         Save(name, caption);
         const auto connection = Connect(60);
-        const auto mine =
-            Names(*connection, "select Caption from Sets where SetName like '" + name + " ?'");
-        if (mine != std::vector<std::string>{caption, caption}) ::_exit(2);
+        const std::string mine = "select Caption from Sets where SetName like '" + name + " ?'";
+        if (Names(*connection, mine) != std::vector{caption, caption}) ::_exit(2);
         if (Names(*connection, "Sets").size() % 2 != 0) ::_exit(3);
       }
     }));
@@ -110,12 +88,12 @@ TEST_F(ProcessesTest, ManyCreateTheFileAndOneDoes) {
   }
   int made = 0;
   for (const pid_t child : children) {
-    const int status = WEXITSTATUS(StatusOf(child));
+    const int status = StatusOf(child);
     EXPECT_TRUE(status == 0 || status == 10) << status;
     made += status == 10 ? 1 : 0;
   }
   EXPECT_EQ(made, 1);
-  EXPECT_EQ(Names(*Connect(), "Sets"), std::vector<std::string>{});
+  EXPECT_THAT(Names(*Connect(), "Sets"), IsEmpty());
 }
 
 TEST_F(ProcessesTest, KilledInTheMiddleOfSavesTheFileIsWhole) {
@@ -129,8 +107,7 @@ TEST_F(ProcessesTest, KilledInTheMiddleOfSavesTheFileIsWhole) {
     ::kill(writer, SIGKILL);
     StatusOf(writer);
     const auto captions = Names(*Connect(), "select Caption from Sets");
-    ASSERT_EQ(captions.size(), 2U);
-    EXPECT_EQ(captions[0], captions[1]);
+    ASSERT_THAT(captions, ElementsAre(captions.at(0), captions.at(0)));
   }
 }
 
