@@ -7,6 +7,7 @@
 namespace vok::test {
 namespace {
 
+using ::testing::AllOf;
 using ::testing::Contains;
 using ::testing::IsEmpty;
 using ::testing::StartsWith;
@@ -48,7 +49,7 @@ TEST_F(ClMeTest, ASuccessfulRunGivesThePeriodsAndTheNames) {
   EXPECT_EQ(Run(), Value(Value::Array{names, flags, ranges, "Sales", "2010"}));
 }
 
-TEST_F(ClMeTest, GetSetNamesListsATableInItsOrder) {
+TEST_F(ClMeTest, GetSetNamesListsATableInItsOrderAndMakesAMissingDatabase) {
   publics.environment.SettingsFolder = "component";
   database.tables["Periods"] = {{{"SetName", "b"}}, {{"SetName", "a"}}, {{"SetName", "c"}}};
   database.tables["DataSourceInfo"].clear();
@@ -57,22 +58,13 @@ TEST_F(ClMeTest, GetSetNamesListsATableInItsOrder) {
   EXPECT_EQ(component.GetSetNames(names, table), 0);
   EXPECT_EQ(names, Value(Value::Array{"b", "a", "c"}));
   table = "DataSourceInfo";
-  EXPECT_EQ(component.GetSetNames(names, table), 0);
-  EXPECT_EQ(names, Value(Value::Array(1)));
-  EXPECT_TRUE(
-      database.record.lines.front().starts_with("text Provider=Microsoft.Jet.OLEDB.4.0;"
-                                                "Data Source=component\\CubToQel.mdb"));
-}
-
-TEST_F(ClMeTest, GetSetNamesMakesAMissingDatabaseAndLetsFailuresThrough) {
-  publics.environment.SettingsFolder = "component";
   memory.files.files.clear();
-  database.tables["Periods"].clear();
-  Value names;
-  std::string table = "Periods";
   EXPECT_EQ(component.GetSetNames(names, table), 0);
   EXPECT_EQ(names, Value(Value::Array(1)));
-  EXPECT_THAT(database.record.lines, Contains(StartsWith("create ")));
+  EXPECT_THAT(database.record.lines,
+              AllOf(Contains(StartsWith("create ")),
+                    Contains(StartsWith("text Provider=Microsoft.Jet.OLEDB.4.0;"
+                                        "Data Source=component\\CubToQel.mdb"))));
   table = "Nothing";
   EXPECT_THROW(component.GetSetNames(names, table), Failure);
   EXPECT_THAT(memory.boxes.boxes, IsEmpty());
@@ -114,6 +106,7 @@ struct FakeWindow : QueryWindow {
 };
 
 TEST_F(ClMeTest, ShowQCformReportsThroughErrorAlone) {
+  memory.files.files["component\\VarnelHeb.Chm"] = "";
   const struct {
     int32_t failing;
     Value result;
@@ -124,17 +117,17 @@ TEST_F(ClMeTest, ShowQCformReportsThroughErrorAlone) {
       {13, Value::Array(1), 13, "initialize db,unload"},
       {-2147467259, Value(), -7, "initialize db,unload"},
   };
-  for (const auto& c : cases) {
+  for (const auto& [failing, result, error, expected] : cases) {
     std::string calls, name = "db";
-    int32_t error = -7;
-    clMe windowed(dated, publics, [&](const Host&, Publics&) {
-      return std::make_unique<FakeWindow>(c.failing, calls);
+    int32_t number = -7;
+    clMe windowed(dated, publics, [&, fails = failing](const Host&, Publics&) {
+      return std::make_unique<FakeWindow>(fails, calls);
     });
-    EXPECT_EQ(windowed.ShowQCform(error, name), c.result) << c.failing;
-    EXPECT_EQ(error, c.error) << c.failing;
-    EXPECT_EQ(calls, c.calls) << c.failing;
+    EXPECT_EQ(windowed.ShowQCform(number, name), result) << failing;
+    EXPECT_EQ(number, error) << failing;
+    EXPECT_EQ(calls, expected) << failing;
   }
-  EXPECT_EQ(publics.help_file, "");
+  EXPECT_EQ(publics.help_file, "component\\VarnelHeb.Chm");
   EXPECT_THAT(memory.boxes.boxes, IsEmpty());
 }
 
@@ -144,17 +137,8 @@ TEST_F(ClMeTest, ShowQCformWithoutWindowsFailsAndShowsNothing) {
   EXPECT_EQ(component.ShowQCform(error, name), Value(Value::Array(1)));
   EXPECT_EQ(error, failure_number::kNotSupported);
   EXPECT_THAT(publics.status.LastError, ::testing::HasSubstr("no windows"));
+  EXPECT_EQ(publics.help_file, "");
   EXPECT_THAT(memory.boxes.boxes, IsEmpty());
-}
-
-TEST_F(ClMeTest, ShowQCformTakesTheHelpFileThatIsThere) {
-  memory.files.files["component\\VarnelHeb.Chm"] = "";
-  int32_t error = 0;
-  std::string calls, name;
-  clMe windowed(dated, publics,
-                [&](const Host&, Publics&) { return std::make_unique<FakeWindow>(0, calls); });
-  windowed.ShowQCform(error, name);
-  EXPECT_EQ(publics.help_file, "component\\VarnelHeb.Chm");
 }
 
 }  // namespace

@@ -10,7 +10,7 @@
 namespace vok::test {
 namespace {
 
-using ::testing::Contains;
+using ::testing::AllOf;
 using ::testing::ElementsAre;
 using ::testing::EndsWith;
 using ::testing::HasSubstr;
@@ -58,7 +58,8 @@ struct QueryRunTest : ::testing::Test, ComponentHost {
     return logs;
   }
 
-  std::vector<std::string> OpenedOrAdded() const {
+  /// Whether the workbook was opened or made anew, each time.
+  std::vector<std::string> Opened() const {
     std::vector<std::string> found;
     for (const std::string& line : sheets.record.lines) {
       if (line == "add" || line.starts_with("open")) found.push_back(line);
@@ -70,19 +71,26 @@ struct QueryRunTest : ::testing::Test, ComponentHost {
 };
 
 TEST_F(QueryRunTest, WithoutOpeningBalancesOneQueryIsLoggedRunAndWritten) {
-  Answer(OneCell(5), {});
-  ASSERT_EQ(Run(), 0);
-  ASSERT_EQ(cube.queries.size(), 2u);
-  EXPECT_THAT(cube.queries[1], EndsWith("[All].[Ledger1])"));
-  EXPECT_THAT(Logs(), ElementsAre("MdxQry.log"));
-  EXPECT_THAT(LogOf("MdxQry"), StartsWith("\r\n\r\nWITH MEMBER [DATE].[Q0] AS \r\n'("));
-  EXPECT_THAT(OpenedOrAdded(), ElementsAre("add"));
-  EXPECT_EQ(sheets.record.blocks[0].At(2, 12), Value(5.0));
-  EXPECT_EQ(publics.last_run.workbook, "out.xlsX");
-  EXPECT_EQ(publics.last_run.rows, 1u);
-  EXPECT_THAT(memory.boxes.boxes, IsEmpty());
-  EXPECT_EQ(cube.open_cellsets, 0);
-  EXPECT_EQ(cube.connection_calls.back(), "close");
+  Money()["Measure3"] = "uNITS";
+  for (const char* run : {"first", "second, which starts its lists afresh"}) {
+    SCOPED_TRACE(run);
+    cube.queries.clear();
+    sheets.record = {};
+    Answer(OneCell(5), {});
+    ASSERT_EQ(Run(), 0);
+    ASSERT_EQ(cube.queries.size(), 2u);
+    EXPECT_THAT(cube.queries[1], EndsWith("[All].[Ledger1])"));
+    EXPECT_THAT(Logs(), ElementsAre("MdxQry.log"));
+    EXPECT_THAT(LogOf("MdxQry"), StartsWith("\r\n\r\nWITH MEMBER [DATE].[Q0] AS \r\n'("));
+    EXPECT_THAT(Opened(), ElementsAre("add"));
+    EXPECT_EQ(sheets.record.blocks[0].At(2, 12), Value(5.0));
+    EXPECT_EQ(publics.last_run.workbook, "out.xlsX");
+    EXPECT_EQ(publics.last_run.rows, 1u);
+    EXPECT_THAT(publics.cube.CubeMeasures, ElementsAre(Value(), Value("Amount"), Value("Units")));
+    EXPECT_THAT(memory.boxes.boxes, IsEmpty());
+    EXPECT_EQ(cube.open_cellsets, 0);
+    EXPECT_EQ(cube.connection_calls.back(), "close");
+  }
 }
 
 TEST_F(QueryRunTest, TheOpeningBalancePassAppends) {
@@ -90,22 +98,21 @@ TEST_F(QueryRunTest, TheOpeningBalancePassAppends) {
   Answer(OneCell(5), OneCell(6));
   ASSERT_EQ(Run(), 0);
   EXPECT_THAT(Logs(), ElementsAre("MdxQry0.log", "MdxQry1.log"));
-  EXPECT_THAT(cube.queries[1], EndsWith("[Opening_Balance].[All].[1])"));
-  EXPECT_THAT(cube.queries[1], HasSubstr("[DATE].[m1]"));
-  EXPECT_THAT(cube.queries[2], EndsWith("[Opening_Balance].[All].[0])"));
-  EXPECT_THAT(cube.queries[2], Not(HasSubstr("[DATE].[m1]")));
-  EXPECT_THAT(OpenedOrAdded(), ElementsAre("add", "open out.xlsX"));
+  EXPECT_THAT(cube.queries[1],
+              AllOf(EndsWith("[Opening_Balance].[All].[1])"), HasSubstr("[DATE].[m1]")));
+  EXPECT_THAT(cube.queries[2],
+              AllOf(EndsWith("[Opening_Balance].[All].[0])"), Not(HasSubstr("[DATE].[m1]"))));
+  EXPECT_THAT(Opened(), ElementsAre("add", "open out.xlsX"));
   EXPECT_EQ(sheets.record.blocks[0].rows, 2u);
   EXPECT_EQ(sheets.record.blocks[25].rows, 1u);
   EXPECT_EQ(sheets.record.blocks[25].At(1, 12), Value(6.0));
   EXPECT_EQ(publics.last_run.rows, 2u);
-}
 
-TEST_F(QueryRunTest, WithoutAWorkbookOfTheFirstPassTheSecondWritesAsAFirst) {
-  AddOpeningBalance();
+  sheets.record = {};
+  cube.queries.clear();
   Answer({{{}, {}}, {}}, OneCell(6));
   ASSERT_EQ(Run(), 0);
-  EXPECT_THAT(OpenedOrAdded(), ElementsAre("add"));
+  EXPECT_THAT(Opened(), ElementsAre("add")) << "the first pass left no workbook";
   EXPECT_EQ(sheets.record.blocks[0].At(2, 12), Value(6.0));
 }
 
@@ -132,19 +139,13 @@ TEST_F(QueryRunTest, PassesWithoutPeriodsAreLoggedAsSuch) {
 
 TEST_F(QueryRunTest, AnAxisWithoutPositionsWritesNoWorkbook) {
   const FakeAnswer full = OneCell(1);
-  const FakeAnswer cases[] = {{{{}, full.axes[1]}, {}}, {{full.axes[0], {}}, {}}};
-  for (const FakeAnswer& answer : cases) {
+  for (const FakeAnswer& answer : {FakeAnswer{{{}, full.axes[1]}, {}}, {{full.axes[0], {}}, {}}}) {
     cube.queries.clear();
     Answer(answer, {});
     EXPECT_EQ(Run(), 0);
     EXPECT_THAT(sheets.record.lines, IsEmpty());
     EXPECT_EQ(publics.last_run.workbook, "");
   }
-}
-
-TEST_F(QueryRunTest, MeasuresMatchInAnyLetters) {
-  Money()["Measure3"] = "uNITS";
-  EXPECT_EQ(Run(), 0);
 }
 
 /// Codes of the system's own are narrower than the platform's numbers, and have a text.
@@ -226,30 +227,17 @@ TEST_F(QueryRunTest, EveryFailureHasItsAnswerAndItsReport) {
   }
 }
 
-TEST_F(QueryRunTest, AnOldWorkbookThatStaysIsToldBeforeAnythingElse) {
-  memory.files.files["out.xlsX"] = "old";
+TEST_F(QueryRunTest, AWorkbookInTheWayIsToldBeforeAnythingElse) {
+  memory.files.files = {{"out.xlsX", "old"}};
   memory.files.refused.insert("out.xlsX");
-  memory.files.files.erase("component\\CubToQel.mdb");
+  publics.status.LastError = "of a run before";
   EXPECT_EQ(Run(), 75);
+  EXPECT_EQ(publics.status.LastError, "");
+  memory.files.refused.clear();
+  memory.files.claimed.insert("out.xlsX");
+  EXPECT_EQ(Run(), 70) << "another run writes it";
   EXPECT_THAT(cube.connection_calls, IsEmpty());
   EXPECT_EQ(memory.files.files["out.xlsX"], "old");
-}
-
-TEST_F(QueryRunTest, AWorkbookThatAnotherRunWritesIsLeftToIt) {
-  memory.files.files["out.xlsX"] = "of the other run";
-  memory.files.claimed.insert("out.xlsX");
-  EXPECT_EQ(Run(), 70);
-  EXPECT_THAT(cube.connection_calls, IsEmpty());
-  EXPECT_EQ(memory.files.files["out.xlsX"], "of the other run");
-}
-
-TEST_F(QueryRunTest, EachRunStartsItsListsAfresh) {
-  Answer(OneCell(5), {});
-  ASSERT_EQ(Run(), 0);
-  cube.queries.clear();
-  ASSERT_EQ(Run(), 0);
-  EXPECT_THAT(publics.cube.CubeMeasures, ElementsAre(Value(), Value("Amount"), Value("Units")));
-  EXPECT_EQ(publics.last_run.rows, 1u);
 }
 
 /// Advances by a millisecond each time it is asked.
@@ -259,8 +247,7 @@ struct TickingClock : FixedClock {
 };
 
 TEST_F(QueryRunTest, StepsAreTimedAlsoWhenTheClockWraps) {
-  const TickingClock ticking;
-  TickingClock clock = ticking;
+  TickingClock clock;
   const Host timed{host.component, memory.files, memory.registry, memory.locale, clock,
                    memory.boxes,   database,     services,        sheets};
   Answer(OneCell(5), {});
