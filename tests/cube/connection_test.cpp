@@ -38,13 +38,5 @@ TEST_F(ConnectionTest, FailureIsReportedAndItsNumberReturned) {
                                                     "Module : ModeConnectFunctions"));
 }
 
-TEST(ConnectionTexts, DiscoveryFormsAskForACache) {
-  EXPECT_EQ(CatalogsConnectionText("f.cub"),
-            "Provider=MSOLAP;Data Source=f.cub;Client Cache Size=25;Auto Synch Period=10000");
-  EXPECT_EQ(CatalogConnectionText("f.cub", "A QEL"),
-            "Provider=MSOLAP;Data Source=f.cub;Initial Catalog=A QEL;"
-            "Client Cache Size=25;Auto Synch Period=10000");
-}
-
 }  // namespace
 }  // namespace vok::test

@@ -2,7 +2,7 @@
 
 #include <gmock/gmock.h>
 
-#include "platform/failure.h"
+#include "tests/support/failures.h"
 #include "tests/support/memory_host.h"
 
 namespace vok::test {
@@ -48,13 +48,11 @@ TEST(DateFromNames, RefusesWhatIsNoDate) {
                              {"1", "", "2010"},   {"1", "1", "All"},        {"1.5", "1", "2010"},
                              {"-1", "1", "2010"}, {"1", "1", "99999999999"}};
   for (const DateNames& names : cases) {
-    try {
-      DateFromNames(locale, names, false, "[Date].[x]", "Days");
-      FAIL() << names.day << "/" << names.month << "/" << names.year;
-    } catch (const Failure& failure) {
-      EXPECT_EQ(failure.number(), failure_number::kTypeMismatch);
-      EXPECT_THAT(failure.description(), AllOf(HasSubstr("[Date].[x]"), HasSubstr("Days")));
-    }
+    const Failure failure =
+        FailureOf([&] { DateFromNames(locale, names, false, "[Date].[x]", "Days"); });
+    EXPECT_EQ(failure.number(), failure_number::kTypeMismatch)
+        << names.day << "/" << names.month << "/" << names.year;
+    EXPECT_THAT(failure.description(), AllOf(HasSubstr("[Date].[x]"), HasSubstr("Days")));
   }
 }
 

@@ -52,8 +52,6 @@ struct ProbeTest : ::testing::Test {
     return GetMaxDateAndOpBalance(host, *connection, setting, state);
   }
 
-  FakeDimension& Dates() { return cube.dimensions[1]; }
-
   FakeCube cube;
   FakeCubeServices services{cube};
   MemoryHost memory;
@@ -64,54 +62,46 @@ struct ProbeTest : ::testing::Test {
   CubeState state;
 };
 
-TEST_F(ProbeTest, MonthMode) {
-  ASSERT_EQ(Probe(), 0);
-  EXPECT_EQ(state.FirstDate, Date::FromCivil(2009, 11, 1));
-  EXPECT_EQ(state.LastDate, Date::FromCivil(2010, 2, 1));
-  EXPECT_THAT(state.CubeDates,
-              ElementsAre(Date::FromCivil(2009, 11, 1), Date::FromCivil(2009, 12, 1),
-                          Date::FromCivil(2010, 1, 1), Date::FromCivil(2010, 2, 1)));
-  EXPECT_THAT(state.CubeDateMembers, ElementsAre("[d].[11]", "[d].[12]", "[d].[1]", "[d].[2]"));
-}
-
-TEST_F(ProbeTest, DayMode) {
-  Dates() = DayDates();
-  ASSERT_EQ(Probe(), 0);
-  EXPECT_EQ(state.FirstDate, Date::FromCivil(2009, 11, 30));
-  EXPECT_EQ(state.LastDate, Date::FromCivil(2010, 2, 28));
-  EXPECT_THAT(state.CubeDates,
-              ElementsAre(Date::FromCivil(2009, 11, 30), Date::FromCivil(2009, 12, 31),
-                          Date::FromCivil(2010, 2, 28)));
-  EXPECT_THAT(state.CubeDateMembers, ElementsAre("[d].[30]", "[d].[31]", "[d].[28]"));
-}
-
-TEST_F(ProbeTest, DayModePassesOverAFirstDayWhoseMonthHasNoName) {
-  Dates() = DayDates();
-  Dates().levels[3].members[0].name = "";
-  Dates().levels[4].members[0].name = "";
-  ASSERT_EQ(Probe(), 0);
-  EXPECT_EQ(state.FirstDate, Date::FromCivil(2009, 12, 31));
-  EXPECT_THAT(state.CubeDates,
-              ElementsAre(Date::FromCivil(2009, 12, 31), Date::FromCivil(2010, 2, 28)));
-  EXPECT_THAT(state.CubeDateMembers, ElementsAre("[d].[31]", "[d].[28]"));
-}
-
-TEST_F(ProbeTest, AsksForTheChildrenOfTheObsMember) {
-  ASSERT_EQ(Probe(), 0);
-  EXPECT_THAT(cube.queries,
-              ElementsAre("SELECT { [Measures]} ON COLUMNS,  NON Empty{[ActX].[xlFile].[All]."
-                          "[Ledger1].children} ON ROWS  FROM  [QEL]"));
-  EXPECT_THAT(state.ObsChildren, ElementsAre("File 1", "File 2"));
-  EXPECT_EQ(cube.open_cellsets, 0);
+TEST_F(ProbeTest, DatesAreReadByMonthOrByDay) {
+  const Date nov30 = Date::FromCivil(2009, 11, 30), dec31 = Date::FromCivil(2009, 12, 31),
+             feb28 = Date::FromCivil(2010, 2, 28);
+  FakeDimension nameless = DayDates();
+  nameless.levels[3].members[0].name = nameless.levels[4].members[0].name = "";
+  const struct {
+    const char* name;
+    FakeDimension dimension;
+    std::vector<Date> dates;
+    std::vector<std::string> members;
+  } cases[] = {
+      {"by month",
+       MonthDates(),
+       {Date::FromCivil(2009, 11, 1), Date::FromCivil(2009, 12, 1), Date::FromCivil(2010, 1, 1),
+        Date::FromCivil(2010, 2, 1)},
+       {"[d].[11]", "[d].[12]", "[d].[1]", "[d].[2]"}},
+      {"by day", DayDates(), {nov30, dec31, feb28}, {"[d].[30]", "[d].[31]", "[d].[28]"}},
+      {"a first day whose month has no name", nameless, {dec31, feb28}, {"[d].[31]", "[d].[28]"}},
+  };
+  for (const auto& [name, dimension, dates, members] : cases) {
+    cube.dimensions[1] = dimension;
+    ASSERT_EQ(Probe(), 0) << name;
+    EXPECT_EQ(state.CubeDates, dates) << name;
+    EXPECT_EQ(state.FirstDate, dates.front()) << name;
+    EXPECT_EQ(state.LastDate, dates.back()) << name;
+    EXPECT_EQ(state.CubeDateMembers, members) << name;
+  }
 }
 
 TEST_F(ProbeTest, AppendsTheMeasuresToTheListAndReplacesTheRest) {
-  ASSERT_EQ(Probe(), 0);
-  ASSERT_EQ(Probe(), 0);
+  const char* query =
+      "SELECT { [Measures]} ON COLUMNS,  NON Empty{[ActX].[xlFile].[All].[Ledger1].children} ON "
+      "ROWS  FROM  [QEL]";
+  for (int time = 0; time < 2; ++time) ASSERT_EQ(Probe(), 0);
+  EXPECT_THAT(cube.queries, ElementsAre(query, query));
+  EXPECT_EQ(cube.open_cellsets, 0);
   EXPECT_THAT(state.CubeMeasures, ElementsAre(Value(), Value("Amount"), Value("Units"),
                                               Value("Amount"), Value("Units")));
   EXPECT_EQ(state.CubeDates.size(), 4u);
-  EXPECT_EQ(state.ObsChildren.size(), 2u);
+  EXPECT_THAT(state.ObsChildren, ElementsAre("File 1", "File 2"));
 }
 
 TEST_F(ProbeTest, FlagsComeFromCountsAndAreClearedForCubesWithoutTheDimensions) {

@@ -31,60 +31,41 @@ struct QueryPeriodsTest : ::testing::Test {
   CubeState cube;
 };
 
-TEST_F(QueryPeriodsTest, TakesWhatOverlapsTheCubeAndClipsItToTheLastDate) {
+TEST_F(QueryPeriodsTest, TakesWhatOverlapsTheCubeAndInTheOpeningPassWhatBeginsInIt) {
+  const Date never = Date{-1};
   const struct {
     const char* name;
     Date from, until;
-    bool taken;
-    Date clipped_from, clipped_until;
+    Date plain, opening;  // the until date that it is prepared with; never: it is not taken
   } cases[] = {
-      {"within", On(3, 1), On(3, 31), true, On(3, 1), On(3, 31)},
-      {"begins before the cube", On(1, 1), On(2, 28), true, On(1, 1), On(2, 28)},
-      {"until the first date", On(1, 1), On(2, 1), true, On(1, 1), On(2, 1)},
-      {"ends before the cube", On(1, 1), On(1, 31), false, {}, {}},
-      {"until the last date", On(10, 1), On(10, 31), true, On(10, 1), On(10, 31)},
-      {"ends after the cube", On(10, 1), On(12, 31), true, On(10, 1), On(10, 31)},
-      {"begins on the last date", On(10, 31), On(12, 31), true, On(10, 31), On(10, 31)},
-      {"begins after the cube", On(11, 1), On(12, 31), false, {}, {}},
-      {"no until date", On(3, 1), kNoDate, false, {}, {}},
-      {"no from date", kNoDate, On(3, 31), true, kNoDate, On(3, 31)},
+      {"within", On(3, 1), On(3, 31), On(3, 31), On(3, 31)},
+      {"begins before the cube", On(1, 31), On(2, 28), On(2, 28), never},
+      {"until the first date", On(1, 1), On(2, 1), On(2, 1), never},
+      {"ends before the cube", On(1, 1), On(1, 31), never, never},
+      {"begins on the first date", On(2, 1), On(3, 31), On(3, 31), On(3, 31)},
+      {"until the last date", On(10, 1), On(10, 31), On(10, 31), On(10, 31)},
+      {"ends after the cube", On(10, 1), On(12, 31), On(10, 31), On(10, 31)},
+      {"begins on the last date", On(10, 31), On(12, 31), On(10, 31), On(10, 31)},
+      {"begins after the cube", On(11, 1), On(12, 31), never, never},
+      {"no until date: the from date", On(3, 1), kNoDate, never, On(3, 1)},
+      {"no from date", kNoDate, On(3, 31), On(3, 31), never},
+      {"ends before it begins", On(5, 1), On(3, 1), On(3, 1), On(3, 1)},
   };
   for (const auto& c : cases) {
-    Set(1, c.from, c.until);
-    EXPECT_EQ(PrepareQueryPeriods(settings, cube, false), c.taken) << c.name;
-    ASSERT_EQ(cube.QueryPeriods.size(), c.taken ? 1u : 0u) << c.name;
-    if (!c.taken) continue;
-    EXPECT_EQ(cube.QueryPeriods[0].PeriodFrom, c.clipped_from) << c.name;
-    EXPECT_EQ(cube.QueryPeriods[0].PeriodUntil, c.clipped_until) << c.name;
+    for (const bool opening : {false, true}) {
+      const Date until = opening ? c.opening : c.plain;
+      Set(1, c.from, c.until, opening);
+      EXPECT_EQ(PrepareQueryPeriods(settings, cube, opening), until != never) << c.name;
+      EXPECT_EQ(settings.periods.Period(1).IncludeOpenBalance, opening && until != never) << c.name;
+      ASSERT_EQ(cube.QueryPeriods.size(), until == never ? 0u : 1u) << c.name;
+      if (until == never) continue;
+      EXPECT_EQ(cube.QueryPeriods[0].PeriodFrom, c.from) << c.name;
+      EXPECT_EQ(cube.QueryPeriods[0].PeriodUntil, until) << c.name;
+      EXPECT_EQ(cube.QueryPeriods[0].PeriodOpenBalance, opening ? -1 : 0) << c.name;
+    }
   }
-}
-
-TEST_F(QueryPeriodsTest, OpeningPassTakesPeriodsThatBeginInTheCube) {
-  const struct {
-    const char* name;
-    Date from, until;
-    bool asked, taken;
-    Date prepared_until;
-  } cases[] = {
-      {"within", On(3, 1), On(3, 31), true, true, On(3, 31)},
-      {"not asked", On(3, 1), On(3, 31), false, false, {}},
-      {"begins on the first date", On(2, 1), On(3, 31), true, true, On(3, 31)},
-      {"begins before the cube", On(1, 31), On(3, 31), true, false, {}},
-      {"begins on the last date", On(10, 31), On(12, 31), true, true, On(10, 31)},
-      {"begins after the cube", On(11, 1), On(12, 31), true, false, {}},
-      {"no until date: the from date", On(3, 1), kNoDate, true, true, On(3, 1)},
-      {"ends before it begins", On(5, 1), On(3, 1), true, true, On(3, 1)},
-  };
-  for (const auto& c : cases) {
-    Set(1, c.from, c.until, c.asked);
-    EXPECT_EQ(PrepareQueryPeriods(settings, cube, true), c.taken) << c.name;
-    EXPECT_EQ(settings.periods.Period(1).IncludeOpenBalance, c.taken) << c.name;
-    ASSERT_EQ(cube.QueryPeriods.size(), c.taken ? 1u : 0u) << c.name;
-    if (!c.taken) continue;
-    EXPECT_EQ(cube.QueryPeriods[0].PeriodFrom, c.from) << c.name;
-    EXPECT_EQ(cube.QueryPeriods[0].PeriodUntil, c.prepared_until) << c.name;
-    EXPECT_EQ(cube.QueryPeriods[0].PeriodOpenBalance, -1) << c.name;
-  }
+  Set(1, On(3, 1), On(3, 31), false);
+  EXPECT_FALSE(PrepareQueryPeriods(settings, cube, true)) << "not asked";
 }
 
 TEST_F(QueryPeriodsTest, PairsPeriodsWithMoneySetsByNumberAndStartsAfresh) {
