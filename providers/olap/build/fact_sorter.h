@@ -4,11 +4,13 @@
 #include <cstdint>
 #include <vector>
 
+#include "providers/olap/storage/wide_integer.h"
+
 namespace vok::olap {
 
 /// The leaves of all hierarchies, the first to sort by in the highest bits.
 using NarrowKey = uint64_t;
-__extension__ using WideKey = unsigned __int128;
+using WideKey = Int128;  // 127 bits at most, never negative
 
 /// Sorts the keys, of which the lowest `bits` are used. Returns where each of them was before.
 std::vector<uint32_t> SortKeys(std::vector<NarrowKey>& keys, uint32_t bits);

@@ -30,7 +30,7 @@ TupleSet Distinct(const QueryGuard& guard, const TupleSet& set) {
 std::optional<std::vector<std::vector<MemberId>>> FactorsOf(const QueryGuard& guard,
                                                             const TupleSet& set) {
   std::vector<std::vector<MemberId>> factors(set.arity());
-  std::size_t combinations = 1;
+  uint64_t combinations = 1;
   for (std::size_t i = 0; i < factors.size(); ++i) {
     guard.Check();
     std::vector<MemberId>& members = factors[i];
@@ -38,6 +38,7 @@ std::optional<std::vector<std::vector<MemberId>>> FactorsOf(const QueryGuard& gu
     std::sort(members.begin(), members.end());
     members.erase(std::unique(members.begin(), members.end()), members.end());
     combinations *= members.size();
+    if (combinations > set.size()) return std::nullopt;
   }
   if (factors.size() > 1 && Distinct(guard, set).size() != combinations) return std::nullopt;
   return factors;

@@ -24,7 +24,7 @@ BlockStore::BlockStore(std::span<const std::byte> bytes, std::string file_name)
   const FileFooter footer = CheckedFooter();
   const auto* entries =
       reinterpret_cast<const BlockEntry*>(bytes_.data() + footer.directory_offset);
-  directory_ = {entries, footer.block_count};
+  directory_ = {entries, static_cast<std::size_t>(footer.block_count)};
   if (Checksum(std::as_bytes(directory_)) != footer.directory_checksum) {
     throw DamagedCubeFile(file_name_, "its directory does not match its checksum");
   }

@@ -22,10 +22,11 @@ std::string ByteReader::GetText() {
   return text;
 }
 
-std::span<const std::byte> ByteReader::Take(std::size_t count) {
+std::span<const std::byte> ByteReader::Take(uint64_t count) {
   if (count > rest_.size()) Refuse();
-  const auto taken = rest_.first(count);
-  rest_ = rest_.subspan(count);
+  const auto size = static_cast<std::size_t>(count);
+  const auto taken = rest_.first(size);
+  rest_ = rest_.subspan(size);
   return taken;
 }
 

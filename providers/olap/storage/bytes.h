@@ -53,7 +53,7 @@ class ByteReader {
   uint32_t GetCount(std::size_t item_bytes);
   /// UTF-8, checked.
   std::string GetText();
-  std::span<const std::byte> Take(std::size_t count);
+  std::span<const std::byte> Take(uint64_t count);
   std::span<const std::byte> rest() const { return rest_; }
   const std::string& file_name() const { return file_name_; }
 

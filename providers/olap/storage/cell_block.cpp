@@ -12,7 +12,7 @@ namespace {
 
 constexpr uint32_t kWordBits = 64;
 
-constexpr std::size_t WordsFor(uint64_t bits) { return (bits + kWordBits - 1) / kWordBits; }
+constexpr uint64_t WordsFor(uint64_t bits) { return (bits + kWordBits - 1) / kWordBits; }
 
 std::vector<uint64_t> Bitmap(std::size_t bits, std::span<const uint32_t> set) {
   std::vector<uint64_t> words(WordsFor(bits));

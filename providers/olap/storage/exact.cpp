@@ -1,21 +1,40 @@
 #include "providers/olap/storage/exact.h"
 
-#include <algorithm>
+#include <array>
 #include <charconv>
 #include <string>
 
 namespace vok::olap {
-double NearestDoubleByText(Int128 number, int scale) {
-  __extension__ using Unsigned = unsigned __int128;
-  const bool negative = number < 0;
-  Unsigned rest = negative ? -static_cast<Unsigned>(number) : static_cast<Unsigned>(number);
+namespace {
+
+/// The decimal digits of a number that is not negative, zeros before them.
+std::string DigitsOf(Int128 number) {
+  constexpr uint64_t kNineDigits = 1'000'000'000;
+  constexpr int kGroups = 5;        // 2^127 has 39 digits
+  std::array<uint64_t, 4> words{};  // of 32 bits, the highest first
+  for (uint32_t i = 0; i < words.size(); ++i) {
+    words[i] = static_cast<uint32_t>(number >> (96 - 32 * i));
+  }
   std::string digits;
-  for (; rest > 0; rest /= 10) digits += static_cast<char>('0' + static_cast<int>(rest % 10));
-  if (negative) digits += '-';
-  std::reverse(digits.begin(), digits.end());
-  digits += "e-" + std::to_string(scale);
+  for (int group = 0; group < kGroups; ++group) {
+    uint64_t rest = 0;
+    for (uint64_t& word : words) {
+      const uint64_t part = rest << 32 | word;
+      word = part / kNineDigits;
+      rest = part % kNineDigits;
+    }
+    digits.insert(0, std::to_string(kNineDigits + rest), 1);
+  }
+  return digits;
+}
+
+}  // namespace
+
+double NearestDoubleByText(Int128 number, int scale) {
+  const std::string text =
+      (number < 0 ? "-" + DigitsOf(-number) : DigitsOf(number)) + "e-" + std::to_string(scale);
   double value = 0;
-  std::from_chars(digits.data(), digits.data() + digits.size(), value);
+  std::from_chars(text.data(), text.data() + text.size(), value);
   return value;
 }
 

@@ -4,9 +4,9 @@
 #include <array>
 #include <cstdint>
 
-namespace vok::olap {
+#include "providers/olap/storage/wide_integer.h"
 
-__extension__ using Int128 = __int128;
+namespace vok::olap {
 
 /// 10^0 up to 10^18.
 inline constexpr std::array<int64_t, 19> kPowersOfTen = [] {
@@ -25,7 +25,7 @@ double NearestDoubleByText(Int128 number, int scale);
 
 /// The double nearest to `number` / 10^`scale`.
 inline double NearestDouble(Int128 number, int scale) {
-  constexpr Int128 kExactLimit = Int128{1} << 53;
+  constexpr int64_t kExactLimit = int64_t{1} << 53;
   if (number <= kExactLimit && number >= -kExactLimit &&
       scale < static_cast<int>(kExactPowers.size())) {
     return static_cast<double>(static_cast<int64_t>(number)) /

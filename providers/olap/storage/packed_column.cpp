@@ -46,7 +46,8 @@ uint32_t PackedWidth(int64_t low, int64_t high) {
 }
 
 std::string Pack(std::span<const int64_t> values, int64_t low, uint32_t width) {
-  std::string bytes((values.size() * width + 7) / 8 + sizeof(uint64_t), '\0');
+  const auto size = static_cast<std::size_t>((uint64_t{values.size()} * width + 7) / 8);
+  std::string bytes(size + sizeof(uint64_t), '\0');
   for (std::size_t index = 0; index < values.size(); ++index) {
     const uint64_t bit = index * width;
     const uint64_t packed = static_cast<uint64_t>(values[index]) - static_cast<uint64_t>(low);
@@ -56,7 +57,7 @@ std::string Pack(std::span<const int64_t> values, int64_t low, uint32_t width) {
     word |= packed << (bit % 8);
     std::memcpy(place, &word, sizeof(word));
   }
-  bytes.resize((values.size() * width + 7) / 8);
+  bytes.resize(size);
   return bytes;
 }
 
