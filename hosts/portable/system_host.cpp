@@ -10,6 +10,7 @@
 #include "hosts/portable/portable_cube.h"
 #include "providers/command_line/console_message_boxes.h"
 #include "providers/command_line/overriding_registry.h"
+#include "providers/curl/curl_transport.h"
 #include "providers/olap/cube_services.h"
 #include "providers/posix/file_registry.h"
 #include "providers/posix/icu_locale.h"
@@ -73,7 +74,8 @@ struct SystemHost::Providers {
         overriding(registry, locale, settings_folder),
         database(files, locale),
         cube_files(files, locale),
-        cube_servers(locale, [this] { return ServerSettings(); }),
+        cube_servers(locale,
+                     {[this] { return ServerSettings(); }, xmla::New<xmla::CurlTransport>()}),
         cube(cube_files, cube_servers),
         spreadsheet(files),
         host{Component(),

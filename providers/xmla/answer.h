@@ -8,7 +8,7 @@
 #include <string_view>
 
 #include "platform/failure.h"
-#include "providers/xmla/http_client.h"
+#include "providers/xmla/http_transport.h"
 #include "providers/xmla/soap_reader.h"
 
 namespace vok::xmla {

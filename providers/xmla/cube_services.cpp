@@ -7,7 +7,7 @@
 namespace vok::xmla {
 
 std::unique_ptr<CubeConnection> XmlaCubeServices::NewConnection() {
-  return std::make_unique<XmlaConnection>(locale_, settings_);
+  return std::make_unique<XmlaConnection>(locale_, access_);
 }
 
 std::unique_ptr<CubeCatalog> XmlaCubeServices::NewCatalog() {

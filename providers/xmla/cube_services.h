@@ -5,21 +5,20 @@
 // catalog of the server, or a cube that one of its catalogs holds; names without regard to case.
 #pragma once
 
-#include <functional>
 #include <memory>
 
 #include "platform/cube.h"
 #include "platform/locale.h"
-#include "providers/xmla/xmla_settings.h"
+#include "providers/xmla/server.h"
 
 namespace vok::xmla {
 
 class XmlaCubeServices : public CubeServices {
  public:
-  /// `settings` is called at each opening of a connection. Both must outlive the services and all
-  /// that they hand out.
-  XmlaCubeServices(const Locale& locale, std::function<XmlaSettings()> settings)
-      : locale_(locale), settings_(std::move(settings)) {}
+  /// What `access` holds is called at each opening of a connection. `locale` must outlive the
+  /// services, and these all that they hand out.
+  XmlaCubeServices(const Locale& locale, ServerAccess access)
+      : locale_(locale), access_(std::move(access)) {}
 
   std::unique_ptr<CubeConnection> NewConnection() override;
   std::unique_ptr<CubeCatalog> NewCatalog() override;
@@ -27,7 +26,7 @@ class XmlaCubeServices : public CubeServices {
 
  private:
   const Locale& locale_;
-  std::function<XmlaSettings()> settings_;
+  ServerAccess access_;
 };
 
 }  // namespace vok::xmla

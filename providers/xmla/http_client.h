@@ -1,40 +1,21 @@
 // Posts to one address over HTTP and hands on the answer as it arrives. The connection is kept for
-// the next request. Owns the libcurl handle; used by one thread, but for `Cancel`.
+// the next request. Used by one thread, but for `Cancel`.
 #pragma once
 
 #include <atomic>
 #include <memory>
 #include <string>
-#include <string_view>
 
-#include "providers/xmla/xmla_settings.h"
+#include "providers/xmla/http_transport.h"
 
 namespace vok::xmla {
 
-struct HttpHead {
-  long status = 0;
-  std::string content_type;
-  std::string location;  ///< where a redirect points
-};
-
-/// What it throws comes out of `HttpClient::Post`.
-class HttpBody {
- public:
-  virtual ~HttpBody() = default;
-  /// A piece of the body, decompressed. `head` is complete.
-  virtual void Take(const HttpHead& head, std::string_view piece) = 0;
-  /// The first bytes that it took, to be shown.
-  virtual std::string_view beginning() const = 0;
-};
-
 class HttpClient {
  public:
-  /// Failure -2147467259 for an address that is none, or that bears a user's name: that belongs
-  /// into the settings.
-  HttpClient(const std::string& address, const XmlaSettings& settings);
-  ~HttpClient();
-  HttpClient(const HttpClient&) = delete;
-  HttpClient& operator=(const HttpClient&) = delete;
+  /// Failure -2147467259 for an address that bears a user's name: that belongs into the settings;
+  /// and those of `transport`.
+  HttpClient(const std::string& address, const XmlaSettings& settings,
+             const NewHttpTransport& transport);
 
   /// For messages: the address without its query.
   const std::string& shown_address() const { return shown_; }
@@ -51,12 +32,9 @@ class HttpClient {
   void Cancel() { cancelled_ = true; }
 
  private:
-  struct Handle;
-  struct Exchange;
-
   std::string shown_;
   XmlaSettings settings_;
-  std::unique_ptr<Handle> handle_;
+  std::unique_ptr<HttpTransport> transport_;
   std::atomic<bool> cancelled_ = false;
 };
 

@@ -101,71 +101,60 @@ Failure TimedOut(const std::string& what, std::string_view beginning, const std:
           Server(address) + what + ". Ask for less, or allow more time." + Quoted(beginning)};
 }
 
-Failure TimeFailure(const EndedTransfer& transfer, std::string_view beginning,
-                    const std::string& address) {
-  const XmlaSettings& settings = transfer.settings;
-  curl_off_t total = 0;
-  curl_easy_getinfo(transfer.curl, CURLINFO_TOTAL_TIME_T, &total);
-  const bool over = settings.total_seconds > 0 &&
-                    total >= static_cast<curl_off_t>(settings.total_seconds) * 1'000'000;
-  const std::string what =
-      over ? "did not finish its answer within " + Seconds(settings.total_seconds, "TotalSeconds")
-           : "did not take the connection within " +
-                 Seconds(settings.connect_seconds, "ConnectSeconds");
-  return TimedOut(what, beginning, address);
-}
-
 /// What happened, with the library's words in place of "%", and what to do.
-std::string TransferText(CURLcode code) {
-  switch (code) {
-    case CURLE_UNSUPPORTED_PROTOCOL:
-      return "does not speak HTTP: %.";
-    case CURLE_URL_MALFORMAT:
+std::string TransferText(TransferEnd end) {
+  switch (end) {
+    case TransferEnd::kBadAddress:
       return "cannot be asked, its address is not valid: %.";
-    case CURLE_COULDNT_RESOLVE_HOST:
-    case CURLE_COULDNT_RESOLVE_PROXY:
+    case TransferEnd::kUnknownHost:
       return "is not known by that name: %. Check the address and the network.";
-    case CURLE_COULDNT_CONNECT:
+    case TransferEnd::kNoConnection:
       return "takes no connection: %. Is it running?";
-    case CURLE_PEER_FAILED_VERIFICATION:
-    case CURLE_SSL_CACERT_BADFILE:
-    case CURLE_SSL_ISSUER_ERROR:
-      return "cannot be trusted: %. Name the file of its certificate authority as CaFile in "
-             "Qel.ini, section [Xmla].";
-    case CURLE_SSL_CONNECT_ERROR:
+    case TransferEnd::kUntrusted:
+      return "cannot be trusted: %. Have this system trust its certificate authority, or, but on "
+             "Windows, name the authority's file as CaFile in Qel.ini, section [Xmla].";
+    case TransferEnd::kNotSecure:
       return "makes no secure connection: %. Is it a server for https?";
-    case CURLE_GOT_NOTHING:
+    case TransferEnd::kNotHttp:
+      return "does not speak HTTP: %.";
+    case TransferEnd::kNoAnswer:
       return "closed the connection without an answer: %. See its log, and try again.";
-    case CURLE_PARTIAL_FILE:
-    case CURLE_RECV_ERROR:
+    case TransferEnd::kCutShort:
       return "ended its answer too early: %. See its log, and try again.";
-    case CURLE_BAD_CONTENT_ENCODING:
+    case TransferEnd::kDamaged:
       return "sent an answer whose compression is damaged: %.";
     default:
       return "could not be asked: %.";
   }
 }
 
-}  // namespace
-
-Failure TransferFailure(const EndedTransfer& transfer, std::string_view beginning,
-                        const std::string& address) {
-  const CURLcode code = transfer.code;
-  if (code == CURLE_OPERATION_TIMEDOUT) return TimeFailure(transfer, beginning, address);
-  std::string text = TransferText(code);
-  text.replace(text.find('%'), 1,
-               transfer.words.empty() ? curl_easy_strerror(code) : transfer.words);
-  return Unspecified(Server(address) + text + Quoted(beginning));
-}
-
-Failure IdleFailure(const XmlaSettings& settings, std::string_view beginning,
-                    const std::string& address) {
-  return TimedOut("sent nothing for " + Seconds(settings.idle_seconds, "IdleSeconds"), beginning,
-                  address);
-}
-
 Failure CancelledFailure(const std::string& address) {
   return {kQueryCancelled, "The question to the cube server " + address + " was cancelled."};
+}
+
+}  // namespace
+
+Failure TransferFailure(const Transfer& transfer, const XmlaSettings& settings,
+                        std::string_view beginning, const std::string& address) {
+  switch (transfer.end) {
+    case TransferEnd::kCancelled:
+      return CancelledFailure(address);
+    case TransferEnd::kConnectSeconds:
+      return TimedOut("did not take the connection within " +
+                          Seconds(settings.connect_seconds, "ConnectSeconds"),
+                      beginning, address);
+    case TransferEnd::kIdleSeconds:
+      return TimedOut("sent nothing for " + Seconds(settings.idle_seconds, "IdleSeconds"),
+                      beginning, address);
+    case TransferEnd::kTotalSeconds:
+      return TimedOut(
+          "did not finish its answer within " + Seconds(settings.total_seconds, "TotalSeconds"),
+          beginning, address);
+    default:
+      std::string text = TransferText(transfer.end);
+      text.replace(text.find('%'), 1, transfer.words);
+      return Unspecified(Server(address) + text + Quoted(beginning));
+  }
 }
 
 Failure AnswerFailure(const HttpHead& head, std::string_view beginning,

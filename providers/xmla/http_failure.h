@@ -1,33 +1,19 @@
 // Why a request failed, in words for people: one text for each way to fail.
 #pragma once
 
-#include <curl/curl.h>
-
 #include <string>
+#include <string_view>
 
 #include "platform/failure.h"
-#include "providers/xmla/http_client.h"
+#include "providers/xmla/http_transport.h"
 
 namespace vok::xmla {
 
-/// A transfer that libcurl ended; `words` are its own.
-struct EndedTransfer {
-  CURL* curl;
-  CURLcode code;
-  std::string words;
-  const XmlaSettings& settings;
-};
-
 // `beginning` is everywhere that of the answer's body, in any encoding; "" when nothing came.
 
-Failure TransferFailure(const EndedTransfer& transfer, std::string_view beginning,
-                        const std::string& address);
-
-/// No byte came or went for as long as the settings allow.
-Failure IdleFailure(const XmlaSettings& settings, std::string_view beginning,
-                    const std::string& address);
-
-Failure CancelledFailure(const std::string& address);
+/// A transfer that ended before the answer was whole.
+Failure TransferFailure(const Transfer& transfer, const XmlaSettings& settings,
+                        std::string_view beginning, const std::string& address);
 
 /// An answer that cannot hold a result: another status than 200, or no XML.
 Failure AnswerFailure(const HttpHead& head, std::string_view beginning, const std::string& address);

@@ -2,6 +2,7 @@
 // that was asked of it; its HTTP connection is kept from one question to the next.
 #pragma once
 
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -12,12 +13,20 @@
 
 namespace vok::xmla {
 
+/// Who asks, and by which means; called for each connection.
+struct ServerAccess {
+  std::function<XmlaSettings()> settings;
+  NewHttpTransport transport;
+};
+
 /// Failures are those of `HttpClient`, and: -2147467259 for an answer that is none, -2147217911 for
 /// a user that is not let in, and what the server itself reports, in its words, as -2147217900 for
 /// a statement and as -2147467259 for anything else.
 class Server {
  public:
-  Server(const std::string& address, const XmlaSettings& settings) : http_(address, settings) {}
+  Server(const std::string& address, const XmlaSettings& settings,
+         const NewHttpTransport& transport)
+      : http_(address, settings, transport) {}
 
   const std::string& shown_address() const { return http_.shown_address(); }
 

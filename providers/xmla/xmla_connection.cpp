@@ -53,7 +53,7 @@ void XmlaConnection::Open(const std::string& connection_string, const std::strin
   if (!connection_string.empty()) text_ = connection_string;
   const cube_text::ConnectionText parts = ReadText(locale_, text_);
   auto opened = std::make_shared<OpenedServer>();
-  opened->server = std::make_shared<Server>(parts.data_source, Settings(parts));
+  opened->server = std::make_shared<Server>(parts.data_source, Settings(parts), access_.transport);
   opened->catalogs = ListCatalogs(*opened->server);
   if (!parts.initial_catalog.empty()) {
     UseCatalog(*opened, parts.initial_catalog);
@@ -64,7 +64,7 @@ void XmlaConnection::Open(const std::string& connection_string, const std::strin
 }
 
 XmlaSettings XmlaConnection::Settings(const cube_text::ConnectionText& parts) const {
-  XmlaSettings settings = settings_();
+  XmlaSettings settings = access_.settings();
   const double timeout = std::min(std::ceil(parts.timeout_seconds), kLargestTimeout);
   if (timeout > 0) settings.total_seconds = static_cast<int>(timeout);
   return settings;

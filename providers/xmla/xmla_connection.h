@@ -1,7 +1,6 @@
 // A connection to a cube server.
 #pragma once
 
-#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -26,8 +25,8 @@ struct OpenedServer {
 /// has not or has several times, and those of `Server`. Asking a closed connection: 3704.
 class XmlaConnection : public CubeConnection {
  public:
-  XmlaConnection(const Locale& locale, const std::function<XmlaSettings()>& settings)
-      : locale_(locale), settings_(settings) {}
+  XmlaConnection(const Locale& locale, const ServerAccess& access)
+      : locale_(locale), access_(access) {}
 
   std::string ConnectionString() const override { return text_; }
   void SetConnectionString(const std::string& text) override { text_ = text; }
@@ -55,7 +54,7 @@ class XmlaConnection : public CubeConnection {
   std::string CatalogOfCube(OpenedServer& opened, const std::string& cube) const;
 
   const Locale& locale_;
-  const std::function<XmlaSettings()>& settings_;
+  const ServerAccess& access_;
   std::string text_;
   std::shared_ptr<const OpenedServer> opened_;
 };

@@ -12,6 +12,7 @@
 #include <iostream>
 #include <string>
 
+#include "providers/curl/curl_transport.h"
 #include "providers/olap/build/build_cube.h"
 #include "providers/olap/cube_services.h"
 #include "providers/posix/icu_locale.h"
@@ -105,11 +106,12 @@ int Run(int argc, char** argv) {
   PosixFiles files;
   const IcuLocale locale("en_US");
   olap::OlapCubeServices our_services(files, locale);
-  xmla::XmlaCubeServices server_services(locale, [] {
+  const auto patient = [] {
     xmla::XmlaSettings settings;
     settings.total_seconds = kPatienceSeconds;
     return settings;
-  });
+  };
+  xmla::XmlaCubeServices server_services(locale, {patient, xmla::New<xmla::CurlTransport>()});
   Side ours(our_services);
   Side server(server_services);
   for (const auto& schema : std::filesystem::directory_iterator(argv[3])) {

@@ -11,6 +11,7 @@
 #include "providers/xmla/rowset_reader.h"
 #include "providers/xmla/unique_name.h"
 #include "providers/xmla/xmla_settings.h"
+#include "test_system.h"
 #include "tests/providers/xmla/answers.h"
 #include "tests/support/failures.h"
 
@@ -203,12 +204,12 @@ XmlaSettings FromIni(std::map<std::string, std::string> ini) {
 }
 
 TEST(Settings, ComeFromTheEnvironmentFirst) {
-  setenv("VOKCUBE_XMLA_CA_FILE", "/ca.pem", 1);
+  test::SetVariable("VOKCUBE_XMLA_CA_FILE", "/ca.pem");
   const XmlaSettings settings = FromIni({{"CaFile", "/other.pem"},
                                          {"Authentication", "NTLM"},
                                          {"TotalSeconds", "90"},
                                          {"Password", "se;cret"}});
-  unsetenv("VOKCUBE_XMLA_CA_FILE");
+  test::RemoveVariable("VOKCUBE_XMLA_CA_FILE");
   EXPECT_EQ(settings.ca_file, "/ca.pem");
   EXPECT_EQ(settings.authentication, "ntlm");
   EXPECT_EQ(settings.password, "se;cret");

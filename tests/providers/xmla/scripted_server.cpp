@@ -1,11 +1,5 @@
 #include "tests/providers/xmla/scripted_server.h"
 
-#include <arpa/inet.h>
-#include <netinet/in.h>
-#include <poll.h>
-#include <sys/socket.h>
-#include <unistd.h>
-
 #include <array>
 #include <optional>
 #include <stdexcept>
@@ -13,10 +7,17 @@
 namespace vok::xmla::test {
 namespace {
 
+constexpr int kGlance = 10;  // milliseconds
+
 /// Waits until there is something to read; false when the server is to stop.
-bool Readable(int handle, int stop) {
-  std::array<pollfd, 2> waits{{{handle, POLLIN, 0}, {stop, POLLIN, 0}}};
-  return poll(waits.data(), waits.size(), -1) > 0 && waits[1].revents == 0;
+bool Readable(Socket handle, const std::atomic<bool>& stopped) {
+  pollfd wait{};
+  wait.fd = handle;
+  wait.events = POLLIN;
+  while (!stopped) {
+    if (Poll(wait, kGlance) > 0) return true;
+  }
+  return false;
 }
 
 std::size_t BodyLength(const std::string& head) {
@@ -26,7 +27,7 @@ std::size_t BodyLength(const std::string& head) {
 }
 
 /// The next request; nothing when the client is gone.
-std::optional<std::string> Receive(int connection, int stop) {
+std::optional<std::string> Receive(Socket connection, const std::atomic<bool>& stopped) {
   std::string request;
   std::array<char, 4096> buffer{};
   for (;;) {
@@ -34,8 +35,8 @@ std::optional<std::string> Receive(int connection, int stop) {
     if (blank != std::string::npos && request.size() >= blank + 4 + BodyLength(request)) {
       return request;
     }
-    if (!Readable(connection, stop)) return std::nullopt;
-    const ssize_t count = recv(connection, buffer.data(), buffer.size(), 0);
+    if (!Readable(connection, stopped)) return std::nullopt;
+    const auto count = recv(connection, buffer.data(), buffer.size(), 0);
     if (count <= 0) return std::nullopt;
     request.append(buffer.data(), static_cast<std::size_t>(count));
   }
@@ -51,13 +52,15 @@ Reply Http(const std::string& status, const std::string& content_type, const std
 }
 
 ScriptedServer::ScriptedServer(std::function<Reply(const std::string&)> answer)
-    : answer_(std::move(answer)), listener_(socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0)) {
+    : answer_(std::move(answer)) {
+  StartSockets();
+  listener_ = socket(AF_INET, SOCK_STREAM, 0);
   sockaddr_in address{};
   address.sin_family = AF_INET;
   address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
   socklen_t size = sizeof address;
   auto* raw = reinterpret_cast<sockaddr*>(&address);
-  if (bind(listener_, raw, size) != 0 || listen(listener_, 8) != 0 || pipe(stop_) != 0 ||
+  if (bind(listener_, raw, size) != 0 || listen(listener_, 8) != 0 ||
       getsockname(listener_, raw, &size) != 0) {
     throw std::runtime_error("no server for the test");
   }
@@ -66,32 +69,30 @@ ScriptedServer::ScriptedServer(std::function<Reply(const std::string&)> answer)
 }
 
 ScriptedServer::~ScriptedServer() {
-  close(stop_[1]);
+  stopped_ = true;
   thread_.join();
   for (std::thread& each : serving_) each.join();
-  close(stop_[0]);
-  close(listener_);
+  CloseSocket(listener_);
 }
 
 void ScriptedServer::Run() {
-  while (Readable(listener_, stop_[0])) {
-    const int connection = accept(listener_, nullptr, nullptr);
-    if (connection < 0) continue;
+  while (Readable(listener_, stopped_)) {
+    const Socket connection = accept(listener_, nullptr, nullptr);
     ++connections_;
     serving_.emplace_back([this, connection] {
       Serve(connection);
-      close(connection);
+      CloseSocket(connection);
     });
   }
 }
 
-void ScriptedServer::Serve(int connection) {
-  while (const auto request = Receive(connection, stop_[0])) {
+void ScriptedServer::Serve(Socket connection) {
+  while (const auto request = Receive(connection, stopped_)) {
     ++requests_;
     const Reply reply = answer_(*request);
-    send(connection, reply.bytes.data(), reply.bytes.size(), MSG_NOSIGNAL);
+    send(connection, reply.bytes.data(), reply.bytes.size(), kSendFlags);
     if (reply.close) return;
-    if (reply.silent) Receive(connection, stop_[0]);
+    if (reply.silent) Receive(connection, stopped_);
   }
 }
 

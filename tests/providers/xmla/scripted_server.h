@@ -7,6 +7,8 @@
 #include <thread>
 #include <vector>
 
+#include "test_system.h"
+
 namespace vok::xmla::test {
 
 /// What goes back for one request: bytes as they are, status line and all.
@@ -32,12 +34,12 @@ class ScriptedServer {
 
  private:
   void Run();
-  void Serve(int connection);
+  void Serve(Socket connection);
 
   std::function<Reply(const std::string&)> answer_;
-  int listener_ = -1;
-  int stop_[2] = {-1, -1};
+  Socket listener_;
   int port_ = 0;
+  std::atomic<bool> stopped_ = false;
   std::atomic<int> connections_ = 0;
   std::atomic<int> requests_ = 0;
   std::thread thread_;

@@ -3,7 +3,6 @@
 
 #include <map>
 
-#include "providers/posix/icu_locale.h"
 #include "providers/xmla/cube_services.h"
 #include "tests/providers/xmla/answers.h"
 #include "tests/providers/xmla/scripted_server.h"
@@ -86,9 +85,9 @@ class ServicesTest : public testing::Test {
       {"<Execute", test::TwoByTwoContent("<Cell CellOrdinal=\"1\"><Value>7</Value></Cell>")},
   };
   std::map<std::string, int> counts_;
-  IcuLocale locale_{"en_US"};
+  test::SystemLocale locale_;
   test::ScriptedServer http_{[this](const std::string& request) { return Answer(request); }};
-  XmlaCubeServices services_{locale_, [] { return XmlaSettings(); }};
+  XmlaCubeServices services_{locale_, {[] { return XmlaSettings(); }, test::SystemTransport()}};
 };
 
 TEST_F(ServicesTest, ShowsTheStructureAskingOnceForWhatIsLookedAt) {
