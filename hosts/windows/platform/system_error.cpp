@@ -82,21 +82,22 @@ const char* AdviceOn(int32_t number, DWORD error) {
   }
 }
 
-std::string WordsOf(DWORD error) {
-  wchar_t text[512];
-  DWORD length =
-      ::FormatMessageW(FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS, nullptr, error,
-                       0, text, static_cast<DWORD>(std::size(text)), nullptr);
-  while (length > 0 && (text[length - 1] <= L' ' || text[length - 1] == L'.')) --length;
-  return length == 0 ? "system error " + std::to_string(error) : Utf8({text, length});
-}
-
 }  // namespace
 
 void ThrowSystemFailure(DWORD error, const std::string& what, const std::string& path) {
   const int32_t number = NumberOf(error, path);
-  throw Failure(
-      number, "Cannot " + what + " \"" + path + "\": " + WordsOf(error) + AdviceOn(number, error));
+  throw Failure(number, "Cannot " + what + " \"" + path + "\": " + SystemWords(error) +
+                            AdviceOn(number, error));
+}
+
+std::string SystemWords(DWORD error, HMODULE module) {
+  const DWORD source = module == nullptr ? 0 : FORMAT_MESSAGE_FROM_HMODULE;
+  wchar_t text[512];
+  DWORD length =
+      ::FormatMessageW(FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS | source, module,
+                       error, 0, text, static_cast<DWORD>(std::size(text)), nullptr);
+  while (length > 0 && (text[length - 1] <= L' ' || text[length - 1] == L'.')) --length;
+  return length == 0 ? "system error " + std::to_string(error) : Utf8({text, length});
 }
 
 std::string NativePath(std::string path) {

@@ -12,6 +12,9 @@ namespace vok::windows {
 /// the system's own words and, where there is something to do about it, what.
 [[noreturn]] void ThrowSystemFailure(DWORD error, const std::string& what, const std::string& path);
 
+/// The system's own words, or those of one of its modules, without the stop at their end.
+std::string SystemWords(DWORD error, HMODULE module = nullptr);
+
 /// "\" between the parts.
 std::string NativePath(std::string path);
 /// A native path for the wide calls; a long one in the form that knows no limit of length.
