@@ -1,9 +1,8 @@
-// A folder of a test's own.
+// A folder for the files of one test.
 #pragma once
 
-#include <stdlib.h>
-
 #include <filesystem>
+#include <random>
 #include <string>
 
 namespace vok::test {
@@ -12,7 +11,11 @@ namespace vok::test {
 class TemporaryFolder {
  public:
   TemporaryFolder() {
-    if (mkdtemp(path_.data()) == nullptr) throw std::filesystem::filesystem_error(path_, {});
+    std::random_device random;
+    do {
+      path_ = (std::filesystem::temp_directory_path() / ("vokcube-" + std::to_string(random())))
+                  .string();
+    } while (!std::filesystem::create_directory(path_));
     std::filesystem::permissions(path_, std::filesystem::perms::all);
   }
   ~TemporaryFolder() {
@@ -25,7 +28,7 @@ class TemporaryFolder {
   std::string File(const std::string& name) const { return path_ + "/" + name; }
 
  private:
-  std::string path_ = std::filesystem::temp_directory_path() / "vokcube-XXXXXX";
+  std::string path_;
 };
 
 }  // namespace vok::test

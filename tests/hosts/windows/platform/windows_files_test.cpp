@@ -9,7 +9,7 @@
 #include "hosts/windows/platform/utf16.h"
 #include "hosts/windows/platform/windows_clock.h"
 #include "platform/failure.h"
-#include "tests/support/native/temporary_folder.h"
+#include "tests/support/temporary_folder.h"
 
 namespace vok::windows {
 namespace {

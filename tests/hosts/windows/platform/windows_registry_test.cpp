@@ -4,7 +4,7 @@
 
 #include "hosts/windows/platform/system_header.h"
 #include "native.h"
-#include "tests/support/native/temporary_folder.h"
+#include "tests/support/temporary_folder.h"
 
 namespace vok::windows {
 namespace {
