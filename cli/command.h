@@ -8,6 +8,7 @@
 
 #include "component/cl_me.h"
 #include "component/publics.h"
+#include "hosts/system/query_window.h"
 #include "hosts/system/system_host.h"
 
 namespace vok::cli {
@@ -24,7 +25,7 @@ class Session {
  private:
   SystemHost host_;
   Publics publics_;
-  clMe me_{host_.host(), publics_};
+  clMe me_{host_.host(), publics_, OpenQueryWindow};
 };
 
 /// Options that stand before or after any subcommand.
@@ -56,6 +57,7 @@ void AddPeriodsCommand(CLI::App& app, const CommonOptions& common);
 void AddCubeCommand(CLI::App& app, const CommonOptions& common);
 void AddLanguageCommand(CLI::App& app, const CommonOptions& common);
 void AddMdxCommand(CLI::App& app, const CommonOptions& common);
+void AddWindowCommand(CLI::App& app, const CommonOptions& common);
 
 /// Likewise below the subcommand `cube`.
 void AddCubeLists(CLI::App& cube, const CommonOptions& common);

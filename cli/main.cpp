@@ -104,6 +104,7 @@ int Main(std::vector<std::string> arguments) {
   AddCubeCommand(app, common);
   AddLanguageCommand(app, common);
   AddMdxCommand(app, common);
+  AddWindowCommand(app, common);
   try {
     return ParseAndRun(app, std::move(arguments));
   } catch (...) {

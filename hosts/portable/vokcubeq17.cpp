@@ -5,6 +5,7 @@
 
 #include "component/cl_me.h"
 #include "component/publics.h"
+#include "hosts/system/query_window.h"
 #include "hosts/system/system_host.h"
 
 namespace vokcubeq17 {
@@ -28,7 +29,7 @@ struct Process {
   HandlerMessageBoxes message_boxes;
   vok::SystemHost host{"", &message_boxes};
   vok::Publics publics;
-  vok::clMe me{host.host(), publics};
+  vok::clMe me{host.host(), publics, vok::OpenQueryWindow};
 };
 
 Process& TheProcess() {

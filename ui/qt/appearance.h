@@ -1,0 +1,21 @@
+// How things look that have no place in the layout: fonts, errors, tool tips.
+#pragma once
+
+#include <QtGui/QFont>
+#include <QtWidgets/QWidget>
+
+#include "ui/form.h"
+
+namespace vok::qt {
+
+/// The named font; the desktop's own where it is missing.
+QFont FontOf(const Font& font);
+
+/// Plain text for a tool tip, whatever signs it holds.
+QString PlainToolTip(const std::string& text);
+
+/// Gives a wrong entry its back colour, or takes it away, and tells screen readers so. What they
+/// read besides is the tool tip.
+void MarkError(QWidget& widget, const Control& control);
+
+}  // namespace vok::qt
