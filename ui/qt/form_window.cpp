@@ -11,6 +11,15 @@
 #include "ui/qt/form_layout.h"
 
 namespace vok::qt {
+namespace {
+
+/// "txtDate1(0)", for those who look for it: tools that drive windows, tests.
+QString NameOf(const Control& control) {
+  const QString name = Text(control.Name);
+  return control.Index == kNoIndex ? name : QStringLiteral("%1(%2)").arg(name).arg(control.Index);
+}
+
+}  // namespace
 
 FormWindow::FormWindow(Form& form, QWidget* owner) : QDialog(owner), form_(form) {
   setFont(FontOf(form.Font));
@@ -32,7 +41,7 @@ void FormWindow::AddViews() {
     if (control.Type == ControlType::kMenu) continue;
     items_.push_back({control, NewView(control, *this, *this)});
     QWidget& widget = items_.back().view->widget();
-    widget.setObjectName(Text(control.Name));
+    widget.setObjectName(NameOf(control));
     widget.installEventFilter(this);
     if (!(control.Font == form_.Font)) widget.setFont(FontOf(control.Font));
   }

@@ -137,7 +137,7 @@ MessageAnswer QtDesktop::ShowHere(const MessageBox& box) {
   shown.setTextFormat(Qt::PlainText);
   shown.setTextInteractionFlags(Qt::TextSelectableByMouse);
   shown.setWindowTitle(box.title.empty() ? QStringLiteral("VokCubeQ17") : Text(box.title));
-  shown.setText(Text(box.text));
+  shown.setText(Text(box.text).remove(QLatin1Char('\r')));
   shown.setIcon(kIcons[static_cast<int>(box.icon)]);
   shown.setStandardButtons(ButtonsOf(box));
   int button = shown.exec();
