@@ -1,6 +1,4 @@
 // vokcube mdx: any query on a cube.
-#include <atomic>
-#include <csignal>
 #include <iostream>
 #include <iterator>
 #include <memory>
@@ -8,6 +6,7 @@
 
 #include "cli/cellset_print.h"
 #include "cli/command.h"
+#include "cli/stop_on_interrupt.h"
 
 namespace vok::cli {
 namespace {
@@ -19,32 +18,6 @@ struct MdxOptions {
   std::string query;
   std::string max_cells;
   std::string timeout;
-};
-
-/// While it lives, Ctrl-C ends the query on the connection, and a second one the program. Where
-/// interrupts are ignored they stay so.
-class CancelOnInterrupt {
- public:
-  explicit CancelOnInterrupt(CubeConnection& connection) {
-    connection_ = &connection;
-    before_ = std::signal(SIGINT, Cancel);
-    if (before_ == SIG_IGN) std::signal(SIGINT, SIG_IGN);
-  }
-  ~CancelOnInterrupt() {
-    std::signal(SIGINT, before_);
-    connection_ = nullptr;
-  }
-  CancelOnInterrupt(const CancelOnInterrupt&) = delete;
-  CancelOnInterrupt& operator=(const CancelOnInterrupt&) = delete;
-
- private:
-  static void Cancel(int) {
-    std::signal(SIGINT, SIG_DFL);
-    if (CubeConnection* connection = connection_) connection->Cancel();
-  }
-
-  static inline std::atomic<CubeConnection*> connection_ = nullptr;
-  void (*before_)(int) = SIG_DFL;
 };
 
 std::string ReadStandardInput() {
@@ -59,22 +32,44 @@ std::string ConnectionText(const MdxOptions& options) {
   return text;
 }
 
-void RunQuery(CubeConnection& connection, Cellset& cellset) {
-  const CancelOnInterrupt cancel(connection);
+/// A connection that Ctrl-C ends, from its opening on.
+class StoppableConnection {
+ public:
+  explicit StoppableConnection(CubeServices& cube) : connection_(cube.NewConnection()) {
+    stop_.Attach(*connection_);
+  }
+  ~StoppableConnection() { stop_.Detach(); }
+  StoppableConnection(const StoppableConnection&) = delete;
+  StoppableConnection& operator=(const StoppableConnection&) = delete;
+
+  void Open(const std::string& text) {
+    connection_->SetConnectionString(text);
+    connection_->Open("", "", "", kUnspecifiedOptions);
+    stop_.Check();
+  }
+  CubeConnection& operator*() const { return *connection_; }
+
+ private:
+  QueryStop stop_;
+  StopOnInterrupt interrupt_{stop_};
+  std::unique_ptr<CubeConnection> connection_;
+};
+
+/// Fills the cellset with the answer.
+void Ask(CubeServices& cube, const MdxOptions& options, const std::string& query,
+         Cellset& cellset) {
+  StoppableConnection connection(cube);
+  connection.Open(ConnectionText(options));
+  cellset.SetActiveConnection(*connection);
+  cellset.SetSource(query);
   cellset.Open();
 }
 
 void Mdx(const CommonOptions& common, const MdxOptions& options) {
   const auto session = common.NewSession();
   CubeServices& cube = session->host().cube;
-  const auto connection = cube.NewConnection();
-  connection->SetConnectionString(ConnectionText(options));
-  connection->Open("", "", "", kUnspecifiedOptions);
-
   const auto cellset = cube.NewCellset();
-  cellset->SetActiveConnection(*connection);
-  cellset->SetSource(options.query == "-" ? ReadStandardInput() : options.query);
-  RunQuery(*connection, *cellset);
+  Ask(cube, options, options.query == "-" ? ReadStandardInput() : options.query, *cellset);
   if (options.format == "json") {
     PrintJson(*cellset, std::cout);
   } else if (options.format == "csv") {

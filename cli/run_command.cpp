@@ -6,6 +6,7 @@
 
 #include "cli/command.h"
 #include "cli/print.h"
+#include "cli/stop_on_interrupt.h"
 #include "env/environment.h"
 #include "platform/failure.h"
 
@@ -55,14 +56,23 @@ std::string Advice(Session& session, int32_t code) {
   }
 }
 
+/// A stopped run, and whether it left anything.
+std::string StoppedText(const RunReport& report) {
+  if (report.workbook.empty()) return "The query was stopped before its end; nothing was written";
+  return "The query was stopped before its end, but what it had written could not be removed: " +
+         report.workbook + " is not the whole answer; delete it";
+}
+
 Failure ResultFailure(Session& session, const Value::Array& result) {
   const int32_t code = result.at(0).ToInt32();
   std::string message = result.at(1).ToText();
+  const RunReport& report = session.publics().last_run;
+  if (report.stopped) message = StoppedText(report);
   if (message.empty()) message = "The query failed as reported above; no workbook was completed";
   return Failure(code, message + Advice(session, code));
 }
 
-Json Document(const RunReport& report, uint32_t total) {
+Json Document(const RunReport& report) {
   return {{"workbook", report.workbook},
           {"rows", report.rows},
           {"milliseconds",
@@ -71,10 +81,10 @@ Json Document(const RunReport& report, uint32_t total) {
             {"mdx", report.mdx},
             {"grid", report.grid},
             {"workbook", report.writing},
-            {"total", total}}}};
+            {"total", report.total}}}};
 }
 
-void Print(const RunReport& report, const CubeState& cube, uint32_t total) {
+void Print(const RunReport& report, const CubeState& cube) {
   if (report.workbook.empty()) {
     std::cout << "No workbook: none of the periods meets facts of the cube, whose dates run from "
               << IsoDate(cube.FirstDate) << " to " << IsoDate(cube.LastDate) << ".\n";
@@ -83,23 +93,29 @@ void Print(const RunReport& report, const CubeState& cube, uint32_t total) {
   }
   std::cout << "Time      settings " << report.settings << " ms, cube " << report.cube
             << " ms, MDX " << report.mdx << " ms, grid " << report.grid << " ms, workbook "
-            << report.writing << " ms; in all " << total << " ms\n";
+            << report.writing << " ms; in all " << report.total << " ms\n";
+}
+
+Value RunStoppable(Session& session, RunOptions& options) {
+  QueryStop stop;
+  const StopOnInterrupt interrupt(stop);
+  session.publics().stop = &stop;
+  Value result = session.me().RunQuery(options.data_source, options.periods, options.output);
+  session.publics().stop = nullptr;
+  return result;
 }
 
 void Run(const CommonOptions& common, RunOptions& options) {
   const auto session = common.NewSession();
-  const Clock& clock = session->host().clock;
-  const uint32_t start = clock.Milliseconds();
-  const Value result = session->me().RunQuery(options.data_source, options.periods, options.output);
-  const uint32_t total = clock.Milliseconds() - start;
+  const Value result = RunStoppable(*session, options);
   const auto& parts = *result.As<Value::Array>();
   if (parts.size() == 2) throw ResultFailure(*session, parts);
 
   const Publics& publics = session->publics();
   if (options.json) {
-    std::cout << Document(publics.last_run, total).dump(2) << '\n';
+    std::cout << Document(publics.last_run).dump(2) << '\n';
   } else {
-    Print(publics.last_run, publics.cube, total);
+    Print(publics.last_run, publics.cube);
   }
 }
 

@@ -8,7 +8,9 @@
 #include <string>
 
 #include "component/reports/error_report.h"
+#include "component/run_preview.h"
 #include "cube/cube_state.h"
+#include "cube/query_stop.h"
 #include "env/environment.h"
 #include "env/language.h"
 #include "settings/records.h"
@@ -20,11 +22,14 @@ namespace vok {
 struct RunReport {
   std::string workbook;  ///< path of the workbook; "" when none was written
   std::size_t rows = 0;  ///< rows written to it by all passes, without the labels
+  RunPreview preview;    ///< of what the workbook holds
+  bool stopped = false;  ///< ended because it was asked to
   uint32_t settings = 0;
   uint32_t cube = 0;  ///< connecting, probing and checking the measures
   uint32_t mdx = 0;   ///< building, logging and executing the queries
   uint32_t grid = 0;
   uint32_t writing = 0;  ///< the workbook
+  uint32_t total = 0;    ///< the whole run
 };
 
 struct Publics {
@@ -35,6 +40,7 @@ struct Publics {
   CubeState cube;
   std::string help_file;  ///< of the component's windows; "" for none
   RunReport last_run;
+  QueryStop* stop = nullptr;  ///< by which the next run can be stopped; its caller's, or none
 };
 
 }  // namespace vok

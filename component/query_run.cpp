@@ -37,8 +37,14 @@ class QueryRun {
  public:
   QueryRun(const Host& host, Publics& publics, const std::string& output_path)
       : host_(host), publics_(publics), output_path_(output_path) {}
+  ~QueryRun() {
+    if (publics_.stop != nullptr) publics_.stop->Detach();
+  }
+  QueryRun(const QueryRun&) = delete;
+  QueryRun& operator=(const QueryRun&) = delete;
 
   int32_t Run(const std::string& data_source, const std::string& periods) {
+    CheckStop();
     cellset_ = host_.cube.NewCellset();
     DeleteOldWorkbook(host_.files, WorkbookPath(output_path_));
     publics_.cube.CubeMeasures.assign(1, Value());
@@ -51,6 +57,10 @@ class QueryRun {
   }
 
  private:
+  void CheckStop() const {
+    if (publics_.stop != nullptr) publics_.stop->Check();
+  }
+
   bool Load(const std::string& data_source, const std::string& periods) {
     const StepTimer timer(host_.clock, publics_.last_run.settings);
     FindSettingsFolder(host_, publics_.environment);
@@ -64,12 +74,13 @@ class QueryRun {
   int32_t PrepareCube() {
     const StepTimer timer(host_.clock, publics_.last_run.cube);
     const DataSourceSetting& setting = publics_.settings.data_source;
-    if (OpenConnection(host_, connection_, setting.CubeFile, setting.CubeName) != 0) {
-      return failure_number::kConnectionError;
-    }
-    if (GetMaxDateAndOpBalance(host_, *connection_, setting, publics_.cube) != 0) {
-      return failure_number::kInvalidDate;
-    }
+    const int32_t opened =
+        OpenConnection(host_, connection_, setting.CubeFile, setting.CubeName, publics_.stop);
+    CheckStop();
+    if (opened != 0) return failure_number::kConnectionError;
+    const int32_t probed = GetMaxDateAndOpBalance(host_, *connection_, setting, publics_.cube);
+    CheckStop();
+    if (probed != 0) return failure_number::kInvalidDate;
     const auto& money_sets = setting.MoneySets;
     const bool known = std::all_of(money_sets.begin(), money_sets.end(),
                                    [this](const auto& set) { return IsCubeMeasure(set.Measure); });
@@ -96,6 +107,7 @@ class QueryRun {
   }
 
   void RunPass(const Pass& pass) {
+    CheckStop();
     if (!PrepareQueryPeriods(publics_.settings, publics_.cube, pass.open_balance)) {
       Log("No valid MDX", pass);
       return;
@@ -139,6 +151,7 @@ void RemoveIncomplete(Files& files, RunReport& report) {
   }
   report.workbook.clear();
   report.rows = 0;
+  report.preview = {};
 }
 
 }  // namespace
@@ -146,12 +159,14 @@ void RemoveIncomplete(Files& files, RunReport& report) {
 int32_t CubtoXls(const Host& host, Publics& publics, const std::string& CubeSetName,
                  const std::string& PeriodsName, const std::string& OutputPath) {
   publics.last_run = {};
+  const StepTimer timer(host.clock, publics.last_run.total);
   std::unique_ptr<PathClaim> claim;  // of this run, until its workbook is whole or removed
   try {
     claim = host.files.Claim(WorkbookPath(OutputPath));
     return QueryRun(host, publics, OutputPath).Run(CubeSetName, PeriodsName);
   } catch (...) {
     const Failure failure = CurrentFailure();
+    publics.last_run.stopped = failure.number() == kQueryCancelled;
     ShowErrorReport(host, failure, {.FunctionName = "CubtoXls", .ModuleName = "ModCubtoXls"});
     RemoveIncomplete(host.files, publics.last_run);
     ClearError(publics.status);

@@ -14,15 +14,8 @@
 namespace vok {
 namespace {
 
-constexpr std::size_t kFixedColumns = 10;
-constexpr std::size_t kLabelRows = 1;
-
 // Where the pieces of a caption go, counted from the column that the member starts in.
 constexpr std::array<std::size_t, 10> kPieceColumns{1, 2, 9, 10, 3, 7, 8, 4, 5, 6};
-
-constexpr std::size_t QuantityColumn(int16_t period) {
-  return 2 * static_cast<std::size_t>(period) + kFixedColumns;
-}
 
 /// The sheet column of the query's member `name`: Qk is the quantity and mk the money of entry k.
 std::size_t ColumnOf(std::string_view name, const std::vector<QueryPeriod>& periods) {
@@ -123,10 +116,14 @@ CellBlock BuildResultGrid(const Cellset& cellset, const std::vector<QueryPeriod>
 void DisplayCellsetOmvinExcel(const Host& host, Publics& publics, const Cellset& cellset,
                               const std::string& output_path, bool append) {
   const CellBlock grid = BuildReported(host, publics, cellset, append);
+  if (publics.stop != nullptr) publics.stop->Check();
   const StepTimer timer(host.clock, publics.last_run.writing);
-  Arrtoxls(host, grid, output_path, append, publics.settings.periods);
-  publics.last_run.workbook = WorkbookPath(output_path);
-  publics.last_run.rows += append ? grid.rows : grid.rows - kLabelRows;
+  const PeriodSet& periods = publics.settings.periods;
+  Arrtoxls(host, grid, output_path, append, periods);
+  RunReport& report = publics.last_run;
+  report.workbook = WorkbookPath(output_path);
+  report.rows += append ? grid.rows : grid.rows - kLabelRows;
+  AddToPreview(grid, append, publics.cube.QueryPeriods, periods, report.preview);
 }
 
 }  // namespace vok

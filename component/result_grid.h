@@ -15,6 +15,14 @@
 
 namespace vok {
 
+/// Rows above those of the first query.
+inline constexpr std::size_t kLabelRows = 1;
+
+/// Column of a period's quantity; its money stands in the next one.
+constexpr std::size_t QuantityColumn(int16_t period) {
+  return 2 * static_cast<std::size_t>(period) + 10;
+}
+
 /// The grid of an executed query over `periods`: one row per row position, below one blank row for
 /// the labels unless `append`. Cells that no field or column reaches stay empty. Failures: 445 for
 /// more than two axes, 9 for a column that belongs to none of the periods.
@@ -25,7 +33,7 @@ CellBlock BuildResultGrid(const Cellset& cellset, const std::vector<QueryPeriod>
 Value SheetValue(const Value& cell);
 
 /// Builds the grid of the run's query and writes it to the workbook `output_path` & ".xlsX", as
-/// `Arrtoxls` does. A failure is reported and thrown on.
+/// `Arrtoxls` does, unless the run is to stop by then. A failure is reported and thrown on.
 void DisplayCellsetOmvinExcel(const Host& host, Publics& publics, const Cellset& cellset,
                               const std::string& output_path, bool append);
 

@@ -5,6 +5,7 @@
 #include <memory>
 #include <string>
 
+#include "cube/query_stop.h"
 #include "platform/cube.h"
 #include "platform/host.h"
 
@@ -19,9 +20,11 @@ std::string CatalogsConnectionText(const std::string& cube_file);
 /// Connection text to read the structure of one catalog of a cube file.
 std::string CatalogConnectionText(const std::string& cube_file, const std::string& catalog);
 
-/// Stores a new connection in the caller's `slot` and opens it. 0, or the number of the failure
-/// after it was reported; the slot then holds a connection that is not open.
+/// Stores a new connection in the caller's `slot`, attaches it to `stop` if there is one, and opens
+/// it. 0, or the number of the failure after it was reported; the slot then holds a connection that
+/// is not open. The caller detaches it.
 int32_t OpenConnection(const Host& host, std::unique_ptr<CubeConnection>& slot,
-                       const std::string& cube_file, const std::string& cube_name);
+                       const std::string& cube_file, const std::string& cube_name,
+                       QueryStop* stop = nullptr);
 
 }  // namespace vok

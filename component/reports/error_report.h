@@ -25,7 +25,8 @@ struct ErrorReport {
 std::string ErrorReportText(const Failure& failure, ErrorReport& report,
                             const ComponentInfo& component);
 
-/// Shows the report in a box with the critical icon.
+/// Shows the report in a box with the critical icon. A query that was stopped is no error and shows
+/// nothing.
 void ShowErrorReport(const Host& host, const Failure& failure, ErrorReport report);
 
 /// The process-wide texts of the last error, for whoever shows a status line.

@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "platform/failure.h"
+#include "platform/published.h"
 #include "providers/common/connection_text.h"
 
 namespace vok::portable {
@@ -22,22 +23,26 @@ class Connection : public CubeConnection {
     if (!connection_string.empty()) text_ = connection_string;
     CubeServices& services =
         cube_text::NamesServer(cube_text::ParseConnectionText(text_)) ? servers_ : files_;
-    auto inner = services.NewConnection();
-    inner->SetCursorLocation(cursor_);
-    inner->Open(text_, user, password, options);
+    inner_ = services.NewConnection();
+    inner_->SetCursorLocation(cursor_);
+    reached_.Publish(*inner_);
+    inner_->Open(text_, user, password, options);
     services_ = &services;
-    inner_ = std::move(inner);
   }
-  void Close() override { inner_.reset(); }
+  void Close() override {
+    reached_.Withdraw();
+    services_ = nullptr;
+    inner_.reset();
+  }
   void Cancel() override {
-    if (inner_ != nullptr) inner_->Cancel();
+    reached_.Use([](CubeConnection& inner) { inner.Cancel(); });
   }
   std::string DefaultDatabase() const override { return Inner().DefaultDatabase(); }
   std::vector<std::string> CatalogNames() const override { return Inner().CatalogNames(); }
 
   /// Failure 3704 when it is not open.
   CubeConnection& Inner() const {
-    if (inner_ != nullptr) return *inner_;
+    if (services_ != nullptr) return *inner_;
     throw Failure(failure_number::kObjectClosed, "The connection to the cube is not open.");
   }
   CubeServices& services() const { return *services_; }
@@ -47,8 +52,9 @@ class Connection : public CubeConnection {
   CubeServices& servers_;
   std::string text_;
   CursorLocation cursor_ = CursorLocation::kClient;
-  CubeServices* services_ = nullptr;
-  std::unique_ptr<CubeConnection> inner_;
+  CubeServices* services_ = nullptr;       ///< those of an open connection
+  std::unique_ptr<CubeConnection> inner_;  ///< also while it is being opened
+  Published<CubeConnection> reached_;      ///< the same
 };
 
 const Connection& Own(const CubeConnection& connection) {

@@ -52,8 +52,10 @@ void XmlaConnection::Open(const std::string& connection_string, const std::strin
   Close();
   if (!connection_string.empty()) text_ = connection_string;
   const cube_text::ConnectionText parts = ReadText(locale_, text_);
+  server_ = std::make_shared<Server>(parts.data_source, Settings(parts), access_.transport);
+  asked_.Publish(*server_);
   auto opened = std::make_shared<OpenedServer>();
-  opened->server = std::make_shared<Server>(parts.data_source, Settings(parts), access_.transport);
+  opened->server = server_;
   opened->catalogs = ListCatalogs(*opened->server);
   if (!parts.initial_catalog.empty()) {
     UseCatalog(*opened, parts.initial_catalog);
@@ -61,6 +63,12 @@ void XmlaConnection::Open(const std::string& connection_string, const std::strin
     opened->catalog = opened->catalogs.front();
   }
   opened_ = opened;
+}
+
+void XmlaConnection::Close() {
+  asked_.Withdraw();
+  opened_ = nullptr;
+  server_ = nullptr;
 }
 
 XmlaSettings XmlaConnection::Settings(const cube_text::ConnectionText& parts) const {

@@ -7,6 +7,7 @@
 
 #include "platform/cube.h"
 #include "platform/locale.h"
+#include "platform/published.h"
 #include "providers/common/connection_text.h"
 #include "providers/xmla/server.h"
 
@@ -35,9 +36,9 @@ class XmlaConnection : public CubeConnection {
   /// The user and the password are those of the settings.
   void Open(const std::string& connection_string, const std::string& user,
             const std::string& password, int32_t options) override;
-  void Close() override { opened_ = nullptr; }
+  void Close() override;
   void Cancel() override {
-    if (opened_ != nullptr) opened_->server->Cancel();
+    asked_.Use([](Server& server) { server.Cancel(); });
   }
   std::string DefaultDatabase() const override { return opened()->catalog; }
   std::vector<std::string> CatalogNames() const override { return opened()->catalogs; }
@@ -57,6 +58,8 @@ class XmlaConnection : public CubeConnection {
   const ServerAccess& access_;
   std::string text_;
   std::shared_ptr<const OpenedServer> opened_;
+  std::shared_ptr<Server> server_;  ///< also while it is being opened
+  Published<Server> asked_;         ///< the same
 };
 
 }  // namespace vok::xmla

@@ -36,6 +36,15 @@ printf 'number,2 Hebrew\n1000,x\n1000,y\n' > twice.csv
 "$vokcube" language texts own.csv
 expect 0 "Wrote" language build own.csv Lang.rs
 cp Lang.rs old.rs
+endless='<CalculatedMember name="m0" dimension="Measures"><Formula>[Measures].[Amount]</Formula></CalculatedMember>'
+for n in {1..60}; do
+  endless+="<CalculatedMember name=\"m$n\" dimension=\"Measures\">"
+  endless+="<Formula>[Measures].[m$((n - 1))] + [Measures].[m$((n - 1))]</Formula></CalculatedMember>"
+done
+sed "s|</Cube>|$endless</Cube>|" "$data/schema.xml" > endless.xml
+expect 0 "stored cells" cube build --schema endless.xml --data "$data" --output endless.cub
+sed "s|ledger.cub|$PWD/endless.cub|; s|\"Amount\"|\"m60\"|g" "$data/settings.json" > endless.json
+expect 0 "Imported 2 data sources" settings import endless.json --settings-folder endless
 before=$(find . | sort)
 
 run=(run --data-source Domestic --periods Demo --output out)
@@ -111,28 +120,32 @@ if ! cmp -s Lang.rs old.rs; then
   echo "FAILED: the language table changed" >&2
   failures=$((failures + 1))
 fi
-endless="WITH MEMBER [Measures].[m0] AS [Measures].[Amount]"
-for n in {1..60}; do
-  endless+=" MEMBER [Measures].[m$n] AS [Measures].[m$((n - 1))] + [Measures].[m$((n - 1))]"
-done
-mkfifo query
-env --default-signal=INT "$vokcube" mdx ledger.cub --timeout 60 - < query > said 2>&1 &
-running=$!
-echo "$endless SELECT [Measures].[m60] ON 0 FROM [LedgerQEL]" > query
-# Ctrl-C counts once the program catches it: bit 2 of the caught signals.
-for _ in {1..600}; do
-  caught=$(sed -n 's/^SigCgt:[[:space:]]*//p' "/proc/$running/status")
-  (((16#${caught:-0} & 2) != 0)) && break
-  sleep 0.1
-done
-kill -INT "$running"
-status=0
-wait "$running" || status=$?
-if ((status != 130)) || ! grep -qF "stopped before its end" said; then
-  echo "FAILED: Ctrl-C left status $status and: $(cat said)" >&2
-  failures=$((failures + 1))
-fi
-rm query
+
+# interrupt WORDS ARGUMENT...: Ctrl-C ends the program, which says so.
+interrupt() {
+  local status=0 words=$1
+  shift
+  env --default-signal=INT "$vokcube" "$@" > said 2>&1 < /dev/null &
+  local running=$!
+  # Ctrl-C counts once the program catches it: bit 2 of the caught signals.
+  for _ in {1..600}; do
+    caught=$(sed -n 's/^SigCgt:[[:space:]]*//p' "/proc/$running/status")
+    (((16#${caught:-0} & 2) != 0)) && break
+    sleep 0.1
+  done
+  sleep 0.3
+  kill -INT "$running"
+  wait "$running" || status=$?
+  if ((status != 130)) || [[ $(grep -cF -- "$words" said) != 1 ]]; then
+    echo "FAILED: Ctrl-C in $1 left status $status and: $(cat said)" >&2
+    failures=$((failures + 1))
+  fi
+}
+interrupt "stopped before its end" mdx endless.cub --timeout 60 \
+  'SELECT [Measures].[m60] ON 0 FROM [LedgerQEL]'
+interrupt "stopped before its end; nothing was written" run --data-source Domestic --periods Demo \
+  --output out --settings-folder endless
+rm -r endless/Log
 
 if [[ $(find . | sort) != "$before" ]]; then
   echo "FAILED: files were left behind" >&2

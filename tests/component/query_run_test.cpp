@@ -11,6 +11,7 @@ namespace vok::test {
 namespace {
 
 using ::testing::AllOf;
+using ::testing::Contains;
 using ::testing::ElementsAre;
 using ::testing::EndsWith;
 using ::testing::HasSubstr;
@@ -107,6 +108,8 @@ TEST_F(QueryRunTest, TheOpeningBalancePassAppends) {
   EXPECT_EQ(sheets.record.blocks[25].rows, 1u);
   EXPECT_EQ(sheets.record.blocks[25].At(1, 12), Value(6.0));
   EXPECT_EQ(publics.last_run.rows, 2u);
+  EXPECT_EQ(publics.last_run.preview.rows.size(), 2u);
+  EXPECT_FALSE(publics.last_run.stopped);
 
   sheets.record = {};
   cube.queries.clear();
@@ -224,6 +227,44 @@ TEST_F(QueryRunTest, EveryFailureHasItsAnswerAndItsReport) {
     EXPECT_EQ(run.memory.boxes.boxes.empty(), c.report == nullptr) << c.name;
     if (c.report == nullptr) continue;
     EXPECT_THAT(run.memory.boxes.boxes.back().text, HasSubstr(c.report)) << c.name;
+  }
+}
+
+TEST_F(QueryRunTest, AStopEndsTheRunBeforeItsNextStepAndLeavesNoWorkbook) {
+  const struct {
+    const char* name;
+    std::size_t query;  ///< while which the stop is asked; 0: while the cube is opened
+    std::size_t queries;
+    bool workbook;  ///< whether one was written, and removed
+  } cases[] = {{"opening", 0, 0, false},
+               {"probe", 1, 1, false},
+               {"first query", 2, 2, false},
+               {"second query", 3, 3, true}};
+  AddOpeningBalance();
+  for (const auto& c : cases) {
+    QueryStop stop;
+    publics.stop = &stop;
+    cube.queries.clear();
+    cube.connection_calls.clear();
+    sheets.record.lines.clear();
+    memory.files.files["out.xlsX"] = "old";
+    cube.on_open = [&] {
+      if (c.query == 0) stop.Ask();
+    };
+    cube.answer = [&](const std::string&) -> FakeAnswer {
+      if (cube.queries.size() == c.query) stop.Ask();
+      if (cube.queries.size() == 1) return {{{}, {}}, {}};
+      if (cube.queries.size() == 3) memory.files.files["out.xlsX"] = "of the first query";
+      return OneCell(1);
+    };
+    EXPECT_EQ(RunComponent(), AnswerOf(kQueryCancelled)) << c.name;
+    EXPECT_EQ(cube.queries.size(), c.queries) << c.name;
+    EXPECT_THAT(cube.connection_calls, Contains("cancel")) << c.name;
+    EXPECT_EQ(sheets.record.lines.empty(), !c.workbook) << c.name;
+    EXPECT_FALSE(memory.files.files.contains("out.xlsX")) << c.name;
+    EXPECT_TRUE(publics.last_run.stopped) << c.name;
+    EXPECT_EQ(publics.last_run.rows + publics.last_run.preview.rows.size(), 0U) << c.name;
+    EXPECT_THAT(memory.boxes.boxes, IsEmpty()) << c.name;
   }
 }
 

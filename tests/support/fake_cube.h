@@ -162,6 +162,7 @@ class Connection : public CubeConnection {
     cube_.on_open();
   }
   void Close() override { cube_.connection_calls.push_back("close"); }
+  void Cancel() override { cube_.connection_calls.push_back("cancel"); }
   std::string DefaultDatabase() const override { return cube_.default_catalog; }
   std::vector<std::string> CatalogNames() const override { return cube_.catalogs; }
 

@@ -7,15 +7,18 @@
 #include "hosts/windows/cube/adomd_connection.h"
 #include "hosts/windows/cube/adomd_structure.h"
 #include "platform/failure.h"
+#include "platform/published.h"
 
 namespace vok::windows {
 namespace {
 
+Failure NotOpen() {
+  return {failure_number::kObjectClosed, "The connection to the cube is not open."};
+}
+
 template <typename Port>
 Port& Made(const std::unique_ptr<Port>& object) {
-  if (!object) {
-    throw Failure(failure_number::kObjectClosed, "The connection to the cube is not open.");
-  }
+  if (!object) throw NotOpen();
   return *object;
 }
 
@@ -25,7 +28,7 @@ class ChosenConnection : public CubeConnection {
   explicit ChosenConnection(const CubeChoice& choice) : choice_(choice) {}
 
   std::string ConnectionString() const override {
-    return inner_ ? inner_->ConnectionString() : text_;
+    return services_ != nullptr ? inner_->ConnectionString() : text_;
   }
   void SetConnectionString(const std::string& text) override { text_ = text; }
   void SetCursorLocation(CursorLocation location) override { location_ = location; }
@@ -33,21 +36,29 @@ class ChosenConnection : public CubeConnection {
             const std::string& password, int32_t options) override {
     const bool given = !connection_string.empty();
     CubeServices& services = choice_.For(given ? connection_string : text_);
-    auto connection = services.NewConnection();
-    if (!given) connection->SetConnectionString(text_);
-    if (location_) connection->SetCursorLocation(*location_);
-    connection->Open(connection_string, user, password, options);
-    inner_ = std::move(connection);
+    reached_.Withdraw();
+    services_ = nullptr;
+    inner_ = services.NewConnection();
+    if (!given) inner_->SetConnectionString(text_);
+    if (location_) inner_->SetCursorLocation(*location_);
+    reached_.Publish(*inner_);
+    inner_->Open(connection_string, user, password, options);
     services_ = &services;
   }
   void Close() override { Inner().Close(); }
+  void Cancel() override {
+    reached_.Use([](CubeConnection& inner) { inner.Cancel(); });
+  }
   std::string DefaultDatabase() const override { return Inner().DefaultDatabase(); }
   std::vector<std::string> CatalogNames() const override { return Inner().CatalogNames(); }
 
-  CubeConnection& Inner() const { return Made(inner_); }
+  CubeConnection& Inner() const {
+    services();
+    return *inner_;
+  }
   CubeServices& services() const {
-    Inner();
-    return *services_;
+    if (services_ != nullptr) return *services_;
+    throw NotOpen();
   }
   static const ChosenConnection& Of(const CubeConnection& connection) {
     return dynamic_cast<const ChosenConnection&>(connection);
@@ -57,8 +68,9 @@ class ChosenConnection : public CubeConnection {
   const CubeChoice& choice_;
   std::string text_;
   std::optional<CursorLocation> location_;
-  std::unique_ptr<CubeConnection> inner_;
-  CubeServices* services_ = nullptr;
+  std::unique_ptr<CubeConnection> inner_;  ///< also while it is being opened
+  CubeServices* services_ = nullptr;       ///< those of an open connection
+  Published<CubeConnection> reached_;      ///< the inner one
 };
 
 class ChosenCatalog : public CubeCatalog {
