@@ -33,6 +33,7 @@ inline constexpr int kWorkbookAt = 1109;
 inline constexpr int kNoWorkbook = 1110;
 inline constexpr int kNothingToRun = 1111;
 inline constexpr int kSaveAFile = 1112;
+inline constexpr int kWorkbookGone = 1113;
 
 // The main query window.
 inline constexpr int kDataSource = 1200;
@@ -61,6 +62,20 @@ inline constexpr int kMeasureOfMoneySet = 1222;
 inline constexpr int kChooseCube = 1223;
 inline constexpr int kSourceFrame = 1224;
 inline constexpr int kPeriodsFrame = 1225;
+
+// The run of the main query window and what it left.
+inline constexpr int kRunning = 1230;
+inline constexpr int kStop = 1231;
+inline constexpr int kStopping = 1232;
+inline constexpr int kResultFrame = 1233;
+inline constexpr int kResultRows = 1234;
+inline constexpr int kResultNone = 1235;
+inline constexpr int kResultStopped = 1236;
+inline constexpr int kResultIncomplete = 1237;
+inline constexpr int kOpenWorkbook = 1238;
+inline constexpr int kOpenFolder = 1239;
+inline constexpr int kFirstRows = 1240;
+inline constexpr int kMoneyTotals = 1241;
 
 // Menus of the main query window.
 inline constexpr int kMenuFile = 1260;

@@ -1,6 +1,8 @@
 // Texts of the user's language in a window.
 #pragma once
 
+#include <string>
+
 #include "component/publics.h"
 #include "platform/host.h"
 #include "ui/form.h"
@@ -10,6 +12,9 @@ namespace vok {
 /// What each window does when it loads: chooses the language anew, reads its table where there is
 /// one, sets the side that the window begins from, and puts the texts in place.
 void LoadTexts(const Host& host, Publics& publics, Form& form);
+
+/// The text of that number in the user's language, in English where the table has none.
+std::string UserText(Language& language, int number);
 
 enum class Alignment { kKeep, kByLanguage };
 

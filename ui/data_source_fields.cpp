@@ -20,6 +20,7 @@ namespace {
 constexpr char kName[] = "comboDataSource";
 constexpr char kObs[] = "CmbObs";
 constexpr char kLineEnd[] = "\r\n";
+constexpr const char* kNeeded[] = {"txtVarnelMDB", "TxtFileName", "txtCubeName", kObs};
 constexpr int kNameWidth = 22;
 
 /// What stands between the numbers of a date or time in this country.
@@ -101,6 +102,9 @@ void DataSourceFields::AddRules() {
   form_.On(kClicked, "ComMeasure", [this](int row) { EditMoneySets(row); });
   form_.On(kClicked, "cmdVarnelMDB", [this](int) { PickInto("txtVarnelMDB"); });
   form_.On(kClicked, "cmdActFile", [this](int) { PickInto("txtActFile"); });
+  for (const char* field : kNeeded) {
+    form_.On(kChanged, field, [this, field](int) { form_.At(field).Error = false; });
+  }
 }
 
 DataSourceSetting DataSourceFields::Read() const {
@@ -226,15 +230,24 @@ void DataSourceFields::PickInto(const char* field) {
   if (!picked.empty()) form_.SetText(field, picked);
 }
 
+bool DataSourceFields::MarkMissingFields() {
+  bool complete = true;
+  for (const char* field : kNeeded) {
+    const bool missing = form_.Text(field).empty();
+    form_.At(field).Error = missing;
+    if (missing && complete) form_.Focus = ControlId(field);
+    complete = complete && !missing;
+  }
+  return complete;
+}
+
 bool DataSourceFields::SaveDataSourceInfo() {
-  const DataSourceSetting setting = Read();
-  if (setting.VarnelMDB.empty() || setting.CubeFile.empty() || setting.CubeName.empty() ||
-      setting.OBS.empty()) {
+  if (!MarkMissingFields()) {
     ShowMessage(services_, StringTableText(text_number::kNoDataSource),
                 services_.host.component.product_name, MessageIcon::kExclamation);
     return false;
   }
-  if (setting.SetName.empty()) form_.SetText(kName, NameOfNow(services_.host));
+  if (form_.Text(kName).empty()) form_.SetText(kName, NameOfNow(services_.host));
   return RunReported(
       services_,
       {.Extra = "Error saving settings",

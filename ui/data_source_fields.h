@@ -33,7 +33,8 @@ class DataSourceFields {
   bool INIDataSource(const std::string& name);
 
   /// Saves what is shown without its money sets. False when nothing was saved: after a message when
-  /// a field is missing, after a report when it failed. A data source without a name gets one.
+  /// a field is missing, which is marked, after a report when it failed. A data source without a
+  /// name gets one.
   bool SaveDataSourceInfo();
   /// Saves the money sets. Failures pass to the caller.
   void SaveMoneyMeasures() const;
@@ -50,6 +51,8 @@ class DataSourceFields {
   void Show(const DataSourceSetting& setting);
   void ShowMeasures();
   void MarkMissingMeasures();
+  /// Marks what a data source needs and has not; the first gets the focus. False when there is any.
+  bool MarkMissingFields();
   void MarkMeasure(int row, bool missing);
   void UpdObsList();
   MeasureChoices SetCmbMeas2();

@@ -65,7 +65,10 @@ void FrmOption::AddRow(Panel& rows, int row, const MeasureChoices& choices) {
 }
 
 void FrmOption::CountChanged() {
-  if (!CountIn(form_.Text("txtCountMoney"))) form_.SetText("txtCountMoney", "");
+  const std::string typed = form_.Text("txtCountMoney");
+  const bool refused = !typed.empty() && !CountIn(typed);
+  if (refused) form_.SetText("txtCountMoney", "");
+  form_.At("txtCountMoney").Error = refused;
 }
 
 void FrmOption::ShowRows(const DataSourceSetting& setting) {

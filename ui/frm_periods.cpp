@@ -38,6 +38,8 @@ FrmPeriods::FrmPeriods(const Host& host, Publics& publics, Toolkit& toolkit)
       form_("FrmPeriods", std::to_string(text_number::kMainWindow)),
       source_(services_, form_),
       dates_(services_, form_),
+      progress_(services_, form_),
+      result_(services_, form_),
       source_set_(services_, form_, kDataSource,
                   {.entered = [this] { return source_.Entered(); },
                    .load = [this] { return source_.INIDataSource(""); },
@@ -70,6 +72,8 @@ void FrmPeriods::AddControls() {
   Control& run = buttons.Button({0, 2}, "cmdQuery", text_number::kRunQuery);
   run.Default = run.Grows = run.AtEnd = true;
   buttons.Button({0, 3}, "cmdClose", text_number::kClose).Cancel = true;
+  result_.AddTo(window, {0, 1, 1, 4});
+  progress_.AddTo(window, {4, 0, 2});
 }
 
 /// Money set n is measured in period n, so their fields share a row. Money set 0 is in no period.
@@ -220,35 +224,33 @@ bool FrmPeriods::SaveIfWanted() {
 }
 
 void FrmPeriods::RunQuery() {
-  std::string output = form_.Text("txtOutput");
+  const std::string& output = form_.Text("txtOutput");
   if (form_.Text(kDataSource).empty() || output.empty()) {
     ShowMessage(services_, StringTableText(text_number::kNothingToRun),
                 services_.host.component.product_name, MessageIcon::kExclamation);
     return;
   }
   if (!SaveIfWanted()) return;
-  std::string source = form_.Text(kDataSource);
   std::string periods = form_.Text(kPeriods);
   if (periods.empty()) periods = kUnnamedPeriods;
-  ShowRunResult(clMe(services_.host, services_.publics).RunQuery(source, periods, output));
+  Value result;
+  const bool ran = RunReported(services_, ReportOf("cmdQuery_Click"), [&] {
+    result = progress_.Run(form_.Text(kDataSource), periods, output);
+  });
+  if (ran) ShowRunResult(*result.As<Value::Array>());
 }
 
 /// A failure without a message of its own has been shown by the run.
-void FrmPeriods::ShowRunResult(const Value& result) {
-  const auto& parts = *result.As<Value::Array>();
+void FrmPeriods::ShowRunResult(const Value::Array& parts) {
   const std::string& title = services_.host.component.product_name;
-  const RunReport& report = services_.publics.last_run;
-  if (parts.size() == 2) {
+  const bool failed = parts.size() == 2;
+  result_.Show(!failed);
+  if (failed) {
     const std::string message = parts[1].ToText();
     if (!message.empty()) ShowMessage(services_, message, title, MessageIcon::kExclamation);
-  } else if (report.workbook.empty()) {
+  } else if (services_.publics.last_run.workbook.empty()) {
     ShowMessage(services_, StringTableText(text_number::kNoWorkbook), title,
                 MessageIcon::kInformation);
-  } else {
-    ShowMessage(services_,
-                StringTableText(text_number::kWorkbookAt) +
-                    services_.host.files.NativePath(report.workbook),
-                title, MessageIcon::kInformation);
   }
 }
 

@@ -1,9 +1,10 @@
 // The main query window: a data source, a period set, and the run of the query that they make.
 //
-// Its controls are those of `DataSourceFields` and `PeriodDates`, and `ComboPeriods` (the set's
-// name), `ComSaveSet`, `cmdDeleteSource`, `cmdDeletePeriods`, `txtOutput` (the workbook's path
-// without its ending) with `cmdOutput`, `cmdQuery`, `cmdHelp`, `cmdClose`, and menus for the same
-// commands. What goes wrong is shown in message boxes; only making the window can fail.
+// Its controls are those of `DataSourceFields`, `PeriodDates`, `QueryProgress` and `RunResult`, and
+// `ComboPeriods` (the set's name), `ComSaveSet`, `cmdDeleteSource`, `cmdDeletePeriods`, `txtOutput`
+// (the workbook's path without its ending) with `cmdOutput`, `cmdQuery`, `cmdHelp`, `cmdClose`, and
+// menus for the same commands. What goes wrong is shown in message boxes; only making the window
+// can fail.
 #pragma once
 
 #include <string>
@@ -13,6 +14,8 @@
 #include "ui/named_set.h"
 #include "ui/panel.h"
 #include "ui/period_dates.h"
+#include "ui/query_progress.h"
+#include "ui/run_result.h"
 #include "ui/toolkit.h"
 
 namespace vok {
@@ -44,7 +47,7 @@ class FrmPeriods : public QueryWindow {
   void ListSets();
   void Delete(const char* combo, const char* kind);
   void RunQuery();
-  void ShowRunResult(const Value& result);
+  void ShowRunResult(const Value::Array& parts);
   bool SaveSource();
   /// Asks whether to save what would be lost: true when it was saved or is not wanted.
   bool SaveIfWanted();
@@ -55,6 +58,8 @@ class FrmPeriods : public QueryWindow {
   Form form_;
   DataSourceFields source_;
   PeriodDates dates_;
+  QueryProgress progress_;
+  RunResult result_;
   NamedSet source_set_;
   NamedSet period_set_;
 };

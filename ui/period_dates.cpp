@@ -93,12 +93,24 @@ Date PeriodDates::SnappedUntil(Date date) const {
   return UntilMonthEnd ? Date::FromCivil(date.Year(), date.Month() + 1, 0) : date;
 }
 
+void PeriodDates::Unmark(const char* field, int row) {
+  if (form_.Text({field, row}).empty() || DateIn(field, row)) form_.At({field, row}).Error = false;
+}
+
+void PeriodDates::UnmarkAll() {
+  for (int row = 0; row < kPeriodCount; ++row) {
+    for (const char* field : {kFrom, kUntil}) Unmark(field, row);
+  }
+}
+
 void PeriodDates::FromChanged(int row) {
+  Unmark(kFrom, row);
   FromDates(row + 1) = DateIn(kFrom, row).value_or(Date{});
   ApplyOpeningBalance(row);
 }
 
 void PeriodDates::UntilChanged(int row) {
+  Unmark(kUntil, row);
   UntilDates(row + 1) = DateIn(kUntil, row).value_or(Date{});
 }
 
@@ -109,6 +121,7 @@ void PeriodDates::FromLeft(int row) {
     if (*until < *from) {
       ShowMessage(services_, StringTableText(text_number::kNotValidDate));
       form_.SetText({kFrom, row}, "");
+      Mark(kFrom, row);
     }
     return;
   }
@@ -120,6 +133,7 @@ void PeriodDates::FromLeft(int row) {
     return;
   }
   form_.SetText({kFrom, row}, locale_.DateText(Date{}));
+  Mark(kFrom, row);
   form_.Focus = ControlId(kFrom, row);
 }
 
@@ -135,6 +149,7 @@ void PeriodDates::UntilLeft(int row) {
                 services_.host.component.executable_name, MessageIcon::kCritical);
   }
   form_.SetText({kUntil, row}, "");
+  Mark(kUntil, row);
   form_.Focus = ControlId(kUntil, row);
 }
 
@@ -160,6 +175,7 @@ void PeriodDates::CleanDates() {
     form_.SetText({kUntil, row}, "");
     form_.SetValue({kOpening, row}, kUnchecked);
   }
+  UnmarkAll();
 }
 
 void PeriodDates::AutoFill() {
@@ -182,7 +198,12 @@ void PeriodDates::AutoFill() {
 PeriodSet PeriodDates::Read() const {
   const auto date_in = [this](const char* field, int row) {
     const std::string& text = form_.Text({field, row});
-    return text.empty() ? Date{} : DateOf(locale_, text);
+    if (text.empty()) return Date{};
+    if (!DateIn(field, row)) {
+      Mark(field, row);
+      form_.Focus = ControlId(field, row);
+    }
+    return DateOf(locale_, text);
   };
   PeriodSet set;
   for (int row = 0; row < kPeriodCount; ++row) {
@@ -215,6 +236,7 @@ void PeriodDates::Show(const PeriodSet& set) {
     form_.SetText({kUntil, row}, text_of(period.UntilDate));
     form_.SetValue({kOpening, row}, period.IncludeOpenBalance ? kChecked : kUnchecked);
   }
+  UnmarkAll();
 }
 
 }  // namespace vok

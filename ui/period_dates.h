@@ -6,7 +6,8 @@
 // and end of their months, as far as the boxes below ask for it). One for all: the boxes `chkFromD`
 // and `chkUntilD`, the commands `cmdCleanDates` and `cmdAutoFill`.
 //
-// What is refused is refused in its field, with a message or with the focus; nothing fails.
+// What is refused is refused in its field, which is marked, with a message or with the focus;
+// nothing fails.
 #pragma once
 
 #include "settings/records.h"
@@ -38,7 +39,8 @@ class PeriodDates {
   /// Takes the flags from the boxes. Part of the form's load.
   void Load();
 
-  /// The rows as a period set without a name. Failure 13 for a text that is no date.
+  /// The rows as a period set without a name. Failure 13 for a text that is no date, in a field
+  /// that is marked and gets the focus.
   PeriodSet Read() const;
   void Show(const PeriodSet& set);
   /// What the rows hold, as one text, to tell whether it changed.
@@ -56,6 +58,10 @@ class PeriodDates {
   void AutoFill();
 
   std::optional<Date> DateIn(const char* field, int row) const;
+  /// Marks a field whose date is refused; its next date, or none, takes the mark away.
+  void Mark(const char* field, int row) const { form_.At({field, row}).Error = true; }
+  void Unmark(const char* field, int row);
+  void UnmarkAll();
   Date SnappedFrom(Date date) const;
   Date SnappedUntil(Date date) const;
 

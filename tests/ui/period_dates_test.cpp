@@ -85,6 +85,11 @@ TEST(PeriodDates, TypedDatesAreBroughtIntoTheFormOfTheCountryAndChecked) {
     EXPECT_EQ(window.Dates(kRow - 1), "|") << "the neighbour";
     EXPECT_EQ(window.form.Focus.value_or(ControlId("")).name, c.focus);
     EXPECT_EQ(window.boxes(), c.boxes);
+    const bool refused_late = c.boxes == std::vector{kNotValid};
+    const std::string marked = refused_late ? "txtDate1" : c.focus;
+    for (const char* field : {"txtDate1", "txtDate2"}) {
+      EXPECT_EQ(window.form.At({field, kRow}).Error, marked == field) << field;
+    }
     const auto shown = [&](const char* field) {
       return window.desk.locale.ParseDate(window.form.Text({field, kRow})).value_or(Date{});
     };
@@ -93,6 +98,11 @@ TEST(PeriodDates, TypedDatesAreBroughtIntoTheFormOfTheCountryAndChecked) {
     until(kRow + 1) = shown("txtDate2");
     EXPECT_EQ(window.dates.FromDates, from);
     EXPECT_EQ(window.dates.UntilDates, until);
+    if (marked.empty()) continue;
+    window.form.SetText({marked, kRow}, "soon");
+    EXPECT_TRUE(window.form.At({marked, kRow}).Error);
+    window.form.SetText({marked, kRow}, "2024-03-01");
+    EXPECT_FALSE(window.form.At({marked, kRow}).Error);
   }
   Window grayed("en_GB");
   grayed.form.SetValue("chkFromD", kGrayed);
@@ -175,6 +185,9 @@ TEST(PeriodDates, AShownSetIsReadAgainAndLeavesNothingOfTheOneBefore) {
   EXPECT_EQ(copy.dates.Entered(), window.dates.Entered());
   window.form.SetText({"txtDate2", 5}, "morgen");
   EXPECT_THROW(window.dates.Read(), Failure);
+  EXPECT_TRUE(window.form.At({"txtDate2", 5}).Error);
+  window.dates.Show(before);
+  EXPECT_FALSE(window.form.At({"txtDate2", 5}).Error);
 }
 
 }  // namespace

@@ -6,6 +6,7 @@
 #include <fstream>
 
 #include "env/string_table.h"
+#include "env/text_numbers.h"
 #include "settings/edited_sets.h"
 #include "settings/writer.h"
 #include "tests/support/ui/real_desk.h"
@@ -29,6 +30,28 @@ MessageBox Box(const std::string& text, MessageIcon icon = MessageIcon::kExclama
 }
 
 struct WindowsTest : testing::Test {
+  /// What the window shows of the run of the sample, whose clock stands still.
+  void ExpectResult(Form& form, const std::string& workbook, std::size_t rows) {
+    EXPECT_TRUE(form.At("fraResult").Visible);
+    EXPECT_EQ(form.Text("txtResult"), workbook);
+    EXPECT_EQ(form.At("lblResultRows").Caption, std::to_string(rows) + " rows in 0.0 s");
+    const Control& list = form.At("lvwRows");
+    std::string headers;
+    for (const ControlItem& item : list.Items) headers += item.Text + (item.IsNumber ? "# " : " ");
+    EXPECT_EQ(headers, "A B C D J K Q1>Spring# M1>Spring# Q2>Year# M2>Year# ");
+    EXPECT_EQ(list.Rows.size(), rows);
+    for (const auto& row : list.Rows) EXPECT_EQ(row.size(), list.Items.size());
+    std::string bars;
+    for (const Bar& bar : form.At("chtMoney").Bars)
+      bars += bar.caption + " " + bar.value_text + ";";
+    EXPECT_EQ(bars, "Spring 0.00;Year 155.75;");
+    EXPECT_THAT(list.Rows.front(), ElementsAre("0", "110", "Returns", "Retouren", "החזרות",
+                                               "Возвраты", "1", "", "3", "98.33"));
+    form.Click("cmdOpenWorkbook");
+    form.Click("cmdOpenFolder");
+    EXPECT_THAT(desk.toolkit.opened, ElementsAre(workbook, desk.folder.path()));
+  }
+
   test::RealDesk desk;
 };
 
@@ -67,11 +90,11 @@ TEST_F(WindowsTest, ASettingIsMadeSavedLoadedAndRun) {
   second.SetText("txtOutput", desk.folder.File("out"));
   second.Click("cmdQuery");
   const std::string workbook = desk.folder.File("out.xlsX");
-  EXPECT_THAT(desk.TakeBoxes(),
-              ElementsAre(Box("The workbook is " + workbook, MessageIcon::kInformation)));
+  EXPECT_THAT(desk.TakeBoxes(), IsEmpty());
   EXPECT_TRUE(desk.files.Exists(workbook));
   const std::size_t rows = desk.publics.last_run.rows;
   EXPECT_GT(rows, 5U);
+  ExpectResult(second, workbook, rows);
   std::string source = "Sales", periods = "Half 1", output = desk.folder.File("other");
   clMe(desk.host, desk.publics).RunQuery(source, periods, output);
   EXPECT_EQ(desk.publics.last_run.rows, rows);
@@ -81,7 +104,8 @@ TEST_F(WindowsTest, EveryControlHasItsTextInTheStringTable) {
   const auto window = desk.Open();
   const auto is_number = [](const std::string& text) {
     int number = 0;
-    return std::from_chars(text.data(), text.data() + text.size(), number).ec == std::errc();
+    std::from_chars(text.data(), text.data() + text.size(), number);
+    return number >= text_number::kMainWindow;
   };
   const auto check = [&](Form& form) {
     EXPECT_NE(form.Caption, "") << form.Name;
@@ -114,7 +138,17 @@ TEST_F(WindowsTest, WhatCannotBeDoneIsToldAndChangesNothing) {
     std::vector<MessageBox> boxes;
   } const cases[] = {
       {"run without a data source", [&] { form.Click("mnuRun"); }, {nothing}},
-      {"save without one", [&] { form.Click("mnuSave"); }, {no_source}},
+      {"save without one",
+       [&] {
+         form.Click("mnuSave");
+         form.SetText("txtCubeName", "x");
+         for (const char* field : {"txtVarnelMDB", "TxtFileName", "txtCubeName", "CmbObs"}) {
+           EXPECT_EQ(form.At(field).Error, form.Text(field).empty()) << field;
+         }
+         EXPECT_EQ(form.Focus->name, "txtVarnelMDB");
+         form.SetText("txtCubeName", "");
+       },
+       {no_source}},
       {"delete nothing", [&] { form.Click("cmdDeletePeriods"); }, {}},
       {"load an unknown set",
        [&] {
@@ -145,6 +179,68 @@ TEST_F(WindowsTest, WhatCannotBeDoneIsToldAndChangesNothing) {
   }
   EXPECT_TRUE(ReadEditedPeriods(desk.host, desk.publics.environment, "periods"))
       << "the period set is saved before the data source is refused";
+}
+
+TEST_F(WindowsTest, AQueryThatRunsCanBeStoppedAndNothingElseBeDone) {
+  const auto window = desk.Open();
+  Form& form = window->form();
+  desk.FillIn(form);
+  form.Click("ComSaveSet");
+  form.SetText("txtOutput", desk.folder.File("out"));
+  form.Visible = true;
+  const auto state = [&form] {
+    std::string states;
+    for (const Control& control : form.Controls()) {
+      if (control.Name.starts_with("cmdOpen") || control.Name == "fraResult") continue;
+      states += control.Enabled ? '+' : '-';
+      states += control.Visible ? '+' : '-';
+      states += control.Cancel ? 'C' : ' ';
+    }
+    return states;
+  };
+  const std::string before = state();
+  const auto close = [&form] {  // as a view does at Escape, and when its window is closed
+    for (const Control& control : form.Controls()) {
+      if (control.Cancel) return form.Click(control.Id());
+    }
+  };
+  struct {
+    const char* what;
+    std::function<void()> act;
+    const char* said;
+    std::size_t boxes = 0;
+  } const cases[] = {
+      {"stopped", [&] { form.Click("cmdStop"); }, "The query was stopped before its end"},
+      {"closed, twice", [&] { close(), close(); }, "The query was stopped before its end"},
+      {"the thread fails", [] { throw Failure(7, "Out of memory"); }, "", 1},
+      {"other commands",
+       [&] {
+         for (const char* name : {"cmdQuery", "cmdClose", "mnuClose", "ComSaveSet"}) {
+           form.Click(name);
+         }
+       },
+       "0.0 s"},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.what);
+    desk.toolkit.in_run = [&] {
+      EXPECT_TRUE(form.At("fraProgress").Visible);
+      EXPECT_EQ(form.Focus->name, "cmdStop");
+      c.act();
+    };
+    form.Click("mnuRun");
+    EXPECT_EQ(state(), before);
+    EXPECT_EQ(desk.TakeBoxes().size(), c.boxes);
+    EXPECT_THAT(form.At("lblResultRows").Caption, HasSubstr(c.said));
+    const bool whole = std::string(c.said) == "0.0 s";
+    EXPECT_EQ(desk.files.Exists(desk.folder.File("out.xlsX")), whole);
+    EXPECT_EQ(form.At("cmdOpenFolder").Enabled, whole);
+  }
+  desk.files.Delete(desk.folder.File("out.xlsX"));
+  form.Click("cmdOpenWorkbook");
+  EXPECT_THAT(desk.TakeBoxes(), ElementsAre(Box("The workbook is not there any more; run the query "
+                                                "again: " +
+                                                desk.folder.File("out.xlsX"))));
 }
 
 TEST_F(WindowsTest, ADataSourceWithoutANameIsNamedByTheTime) {
@@ -221,14 +317,16 @@ TEST_F(WindowsTest, TheCountOfMoneySetsStaysUntilAnotherIsTyped) {
     int16_t stored;
     std::vector<const char*> typed;
     int16_t count;
-  } const cases[] = {{20, {}, 20},   {-1, {}, -1},    {20, {"13"}, 13},
-                     {3, {"14"}, 0}, {3, {"two"}, 0}, {3, {"", "-1", "4"}, 4},
+    bool refused = false;
+  } const cases[] = {{20, {}, 20},         {-1, {}, -1},          {20, {"13"}, 13},
+                     {3, {"14"}, 0, true}, {3, {"two"}, 0, true}, {3, {"", "-1", "4"}, 4},
                      {3, {""}, 0}};
-  for (const auto& [stored, typed, count] : cases) {
+  for (const auto& [stored, typed, count, refused] : cases) {
     const WindowServices services{desk.host, desk.publics, desk.toolkit};
     FrmOption window(services, {});
-    desk.toolkit.in_window = {[&texts = typed](Form& form) {
+    desk.toolkit.in_window = {[&texts = typed, marked = refused](Form& form) {
       for (const char* text : texts) form.SetText("txtCountMoney", text);
+      EXPECT_EQ(form.At("txtCountMoney").Error, marked);
       form.Click("cmdOk");
     }};
     DataSourceSetting setting;

@@ -28,10 +28,14 @@ class ScriptedToolkit : public Toolkit {
     return picked;
   }
   void OpenOnDesktop(const std::string& path) override { opened.push_back(path); }
-  void RunBeside(const std::function<void()>& work) override { work(); }
+  void RunBeside(const std::function<void()>& work) override {
+    if (in_run) in_run();
+    work();
+  }
   void ShowHelp(const std::string& help_file) override { help.push_back(help_file); }
 
   std::deque<std::function<void(Form&)>> in_window;
+  std::function<void()> in_run;  ///< what the user does when a query has just begun
   std::string picked;
   std::vector<std::string> shown;
   std::vector<FileDialog> dialogs;
