@@ -110,6 +110,7 @@ TEST_F(WindowsTest, EveryControlHasItsTextInTheStringTable) {
   const auto check = [&](Form& form) {
     EXPECT_NE(form.Caption, "") << form.Name;
     for (const Control& control : form.Controls()) {
+      if (control.Name == "lblNumber") continue;  // of a row
       EXPECT_FALSE(is_number(control.Caption) || is_number(control.ToolTipText)) << control.Name;
       const bool captioned = control.Type == ControlType::kCommandButton ||
                              control.Type == ControlType::kLabel ||
