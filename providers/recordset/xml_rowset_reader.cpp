@@ -11,32 +11,32 @@
 #include <utility>
 
 #include "providers/recordset/rowset.h"
-#include "providers/recordset/xml_events.h"
 #include "providers/recordset/xml_names.h"
 #include "providers/recordset/xml_schema.h"
 #include "providers/recordset/xml_values.h"
+#include "providers/xml/xml_parser.h"
 
 namespace vok::recordset {
 namespace {
 
 using namespace xml_names;
 
-class RowsetHandler : public XmlHandler {
+class RowsetHandler : public xml::Handler {
  public:
   explicit RowsetHandler(const std::string& file) : file_(file), schema_(file) {}
 
-  void Start(XmlName name, const XmlAttributes& attributes) override {
+  void Start(std::string_view, const xml::Attributes& attributes) override {
     const std::size_t depth = depth_++;
     if (depth == 0) return;
     if (depth == 1) {
-      StartSection(name);
+      StartSection(attributes.element());
     } else if (section_ == Section::kRows) {
-      return StartAmongRows(name, attributes);
+      return StartAmongRows(attributes.element(), attributes);
     }
-    if (section_ == Section::kSchema) schema_.Start(depth - 1, name, attributes);
+    if (section_ == Section::kSchema) schema_.Start(depth - 1, attributes);
   }
 
-  void End() override {
+  void End(std::string_view) override {
     --depth_;
     if (depth_ == 1 && section_ == Section::kSchema) {
       schema_.Finish();
@@ -55,11 +55,11 @@ class RowsetHandler : public XmlHandler {
   enum class Section { kNone, kSchema, kRows };
   enum class Group { kNone, kInsert, kDelete, kUpdate, kOriginal, kRow };
 
-  void StartSection(XmlName name) {
-    if (name == XmlName{kSchemaSpace, "Schema"}) {
+  void StartSection(xml::Name name) {
+    if (name == xml::Name{kSchemaSpace, "Schema"}) {
       if (has_schema_) ThrowUnreadable(file_, "it has two schemas");
       section_ = Section::kSchema;
-    } else if (name == XmlName{kRowsetSpace, "data"}) {
+    } else if (name == xml::Name{kRowsetSpace, "data"}) {
       if (!has_schema_) ThrowUnreadable(file_, "its rows stand before their schema");
       if (has_rows_) ThrowUnreadable(file_, "it has two sets of rows");
       has_rows_ = true;
@@ -67,7 +67,7 @@ class RowsetHandler : public XmlHandler {
     }
   }
 
-  void StartAmongRows(XmlName name, const XmlAttributes& attributes) {
+  void StartAmongRows(xml::Name name, const xml::Attributes& attributes) {
     const Group group = Inside();
     if (group != Group::kRow && schema_.IsRow(name)) {
       TakeRow(group, attributes);
@@ -80,7 +80,7 @@ class RowsetHandler : public XmlHandler {
 
   Group Inside() const { return groups_.empty() ? Group::kNone : groups_.back(); }
 
-  Group GroupNamed(XmlName name, Group around) const {
+  Group GroupNamed(xml::Name name, Group around) const {
     if (name.space == kRowsetSpace) {
       if (around == Group::kUpdate && name.local == "original") return Group::kOriginal;
       if (around == Group::kNone && name.local == "insert") return Group::kInsert;
@@ -97,7 +97,7 @@ class RowsetHandler : public XmlHandler {
     groups_.pop_back();
   }
 
-  void TakeRow(Group group, const XmlAttributes& attributes) {
+  void TakeRow(Group group, const xml::Attributes& attributes) {
     if (group == Group::kUpdate) {
       if (changed_ == rows_.size()) ThrowUnreadable(file_, "an update is of no row");
       return Assign(rows_[changed_++], attributes);
@@ -109,9 +109,9 @@ class RowsetHandler : public XmlHandler {
     if (group != Group::kDelete) rows_.push_back(std::move(row));
   }
 
-  void Assign(Row& row, const XmlAttributes& attributes) {
-    attributes.ForEach([&](XmlName name, const char* text) {
-      if (name == XmlName{kRowsetSpace, "forcenull"}) return MakeNull(row, text);
+  void Assign(Row& row, const xml::Attributes& attributes) {
+    attributes.ForEach([&](xml::Name name, const char* text) {
+      if (name == xml::Name{kRowsetSpace, "forcenull"}) return MakeNull(row, text);
       if (!name.space.empty()) return;  // what the writer noted about the row
       const std::size_t place = PlaceOf(name.local);
       const Column& column = schema_.columns()[place];
@@ -157,8 +157,10 @@ class RowsetHandler : public XmlHandler {
 
 Rowset ReadXmlRowset(std::span<const std::byte> bytes, const std::string& name) {
   RowsetHandler handler(name);
-  ParseXml(bytes, handler, name);
-  return handler.Take();
+  const std::string_view text(reinterpret_cast<const char*>(bytes.data()), bytes.size());
+  const auto fault = xml::Parser(handler, kDeepestElement, xml::Names::kResolved).Read(text, true);
+  if (!fault) return handler.Take();
+  ThrowUnreadable(name, fault->refused ? fault->why : "it is no proper XML: " + fault->InLine());
 }
 
 }  // namespace vok::recordset

@@ -14,7 +14,8 @@ std::string Text(const char* attribute) { return attribute == nullptr ? "" : att
 
 }  // namespace
 
-void XmlSchema::Start(std::size_t depth, XmlName name, const XmlAttributes& attributes) {
+void XmlSchema::Start(std::size_t depth, const xml::Attributes& attributes) {
+  const xml::Name name = attributes.element();
   if (name.space != kSchemaSpace) return;
   const bool in_row = depth == 2 && !row_name_.empty();
   if (depth == 0) {
@@ -33,24 +34,24 @@ void XmlSchema::Start(std::size_t depth, XmlName name, const XmlAttributes& attr
   }
 }
 
-void XmlSchema::Open(const XmlAttributes& attributes) {
-  row_space_ = "#" + Text(attributes.Get({{}, "id"}));
+void XmlSchema::Open(const xml::Attributes& attributes) {
+  row_space_ = "#" + Text(attributes.Find({{}, "id"}));
 }
 
-void XmlSchema::OpenRow(const XmlAttributes& attributes) {
-  row_name_ = Text(attributes.Get({{}, "name"}));
+void XmlSchema::OpenRow(const xml::Attributes& attributes) {
+  row_name_ = Text(attributes.Find({{}, "name"}));
   if (row_name_.empty()) ThrowUnreadable(file_, "its schema names no row");
 }
 
-void XmlSchema::Define(const XmlAttributes& attributes, std::vector<Attribute>& into) {
+void XmlSchema::Define(const xml::Attributes& attributes, std::vector<Attribute>& into) {
   CheckSize(0, into.size() + 1, file_);
   Attribute& attribute = into.emplace_back();
   open_ = &into;
-  attribute.name = Text(attributes.Get({{}, "name"}));
+  attribute.name = Text(attributes.Find({{}, "name"}));
   if (attribute.name.empty()) ThrowUnreadable(file_, "a column of its schema has no name");
-  const char* shown = attributes.Get({kRowsetSpace, "name"});
+  const char* shown = attributes.Find({kRowsetSpace, "name"});
   attribute.column.name = shown != nullptr ? shown : attribute.name;
-  if (const char* number = attributes.Get({kRowsetSpace, "number"})) {
+  if (const char* number = attributes.Find({kRowsetSpace, "number"})) {
     const auto value = ParseValue(FieldType::kInteger, number);
     if (!value) ThrowUnreadable(file_, "column \"" + attribute.name + "\" has a wrong number");
     attribute.number = value->ToInt32();
@@ -58,8 +59,8 @@ void XmlSchema::Define(const XmlAttributes& attributes, std::vector<Attribute>& 
   SetType(attributes);
 }
 
-void XmlSchema::Refer(const XmlAttributes& attributes) {
-  const std::string name = Text(attributes.Get({{}, "type"}));
+void XmlSchema::Refer(const xml::Attributes& attributes) {
+  const std::string name = Text(attributes.Find({{}, "type"}));
   const auto found = std::find_if(shared_.begin(), shared_.end(),
                                   [&](const Attribute& shared) { return shared.name == name; });
   if (found == shared_.end()) {
@@ -69,8 +70,8 @@ void XmlSchema::Refer(const XmlAttributes& attributes) {
   attributes_.push_back(*found);
 }
 
-void XmlSchema::SetType(const XmlAttributes& attributes) {
-  if (const char* type = attributes.Get({kTypeSpace, "type"})) {
+void XmlSchema::SetType(const xml::Attributes& attributes) {
+  if (const char* type = attributes.Find({kTypeSpace, "type"})) {
     open_->back().column.type = TypeNamed(type);
   }
 }

@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "providers/recordset/rowset.h"
-#include "providers/recordset/xml_events.h"
+#include "providers/xml/xml_parser.h"
 
 namespace vok::recordset {
 
@@ -18,11 +18,11 @@ class XmlSchema {
   explicit XmlSchema(const std::string& file) : file_(file) {}
 
   /// An element at `depth` below the schema's own, which is depth 0.
-  void Start(std::size_t depth, XmlName name, const XmlAttributes& attributes);
+  void Start(std::size_t depth, const xml::Attributes& attributes);
   /// After the last element: puts the columns in order.
   void Finish();
 
-  bool IsRow(XmlName name) const { return name.local == row_name_ && name.space == row_space_; }
+  bool IsRow(xml::Name name) const { return name.local == row_name_ && name.space == row_space_; }
   const std::vector<Column>& columns() const { return columns_; }
   /// Of the attribute of that name; nothing when the rows have none.
   std::optional<std::size_t> ColumnOf(std::string_view attribute) const;
@@ -34,11 +34,11 @@ class XmlSchema {
     std::optional<int32_t> number;
   };
 
-  void Open(const XmlAttributes& attributes);
-  void OpenRow(const XmlAttributes& attributes);
-  void Define(const XmlAttributes& attributes, std::vector<Attribute>& into);
-  void Refer(const XmlAttributes& attributes);
-  void SetType(const XmlAttributes& attributes);
+  void Open(const xml::Attributes& attributes);
+  void OpenRow(const xml::Attributes& attributes);
+  void Define(const xml::Attributes& attributes, std::vector<Attribute>& into);
+  void Refer(const xml::Attributes& attributes);
+  void SetType(const xml::Attributes& attributes);
 
   const std::string& file_;
   std::string row_name_;

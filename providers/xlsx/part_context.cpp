@@ -6,9 +6,23 @@
 #include "platform/failure.h"
 
 namespace vok::xlsx {
+namespace {
+
+constexpr std::size_t kDeepestElement = 64;
+
+}  // namespace
 
 PartContext::PartContext(std::string path, std::string part, std::vector<std::string>& unkept)
     : path_(std::move(path)), part_(std::move(part)), unkept_(unkept) {}
+
+void PartContext::Parse(std::string_view xml, xml::Handler& handler) const {
+  const auto fault = xml::Parser(handler, kDeepestElement).Read(xml, true);
+  if (!fault) return;
+  throw Failure(failure_number::kAutomation,
+                "The workbook \"" + path_ + "\" cannot be opened: its part \"" + part_ +
+                    "\" is no proper XML: " + (fault->refused ? fault->why : fault->InLine()) +
+                    ". Restore it from a copy.");
+}
 
 void PartContext::Fail(std::string_view why) const {
   throw Failure(failure_number::kAutomation,

@@ -7,6 +7,8 @@
 #include <string_view>
 #include <vector>
 
+#include "providers/xml/xml_parser.h"
+
 namespace vok::xlsx {
 
 class PartContext {
@@ -14,8 +16,8 @@ class PartContext {
   /// `unkept` is the workbook's list and must outlive this.
   PartContext(std::string path, std::string part, std::vector<std::string>& unkept);
 
-  const std::string& path() const { return path_; }
-  const std::string& part() const { return part_; }
+  /// Reads the part's XML. Failure 1004 that names the file and the part for what is no proper XML.
+  void Parse(std::string_view xml, xml::Handler& handler) const;
 
   /// Failure 1004 that names the file and the part.
   [[noreturn]] void Fail(std::string_view why) const;

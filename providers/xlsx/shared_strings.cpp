@@ -2,7 +2,6 @@
 
 #include "platform/text.h"
 #include "providers/xlsx/text_rules.h"
-#include "providers/xlsx/xml_reader.h"
 
 namespace vok::xlsx {
 namespace {
@@ -10,11 +9,11 @@ namespace {
 /// Enough for the longest text with every unit written as an escape.
 constexpr std::size_t kMaxTextBytes = kMaxTextUnits * 7;
 
-class SharedStringsReader : public XmlHandler {
+class SharedStringsReader : public xml::Handler {
  public:
   SharedStringsReader(TextPool& pool, PartContext& context) : pool_(pool), context_(context) {}
 
-  void Start(std::string_view name, const XmlAttributes&) override {
+  void Start(std::string_view name, const xml::Attributes&) override {
     if (name == "si") {
       item_.Begin();
     } else if (name == "extLst") {
@@ -95,7 +94,7 @@ void AppendSharedStrings(ByteBuffer& xml, const TextPool& pool, const TextOrder&
 std::vector<uint32_t> ReadSharedStrings(std::string_view xml, TextPool& pool,
                                         PartContext& context) {
   SharedStringsReader reader(pool, context);
-  ParseXml(xml, reader, context.path(), context.part());
+  context.Parse(xml, reader);
   return std::move(reader.texts);
 }
 

@@ -8,7 +8,6 @@
 #include "providers/xlsx/sheet_scanner.h"
 #include "providers/xlsx/sheet_xml.h"
 #include "providers/xlsx/text_rules.h"
-#include "providers/xlsx/xml_reader.h"
 
 namespace vok::xlsx {
 namespace {
@@ -32,12 +31,12 @@ std::optional<double> ParseNumber(std::string_view text) {
 
 std::string CellAt(uint32_t row, uint32_t column) { return "cell " + CellName(row, column); }
 
-class SheetReader : public XmlHandler {
+class SheetReader : public xml::Handler {
  public:
   SheetReader(const SheetTables& tables, TextPool& pool, Sheet& sheet, PartContext& context)
       : tables_(tables), pool_(pool), sheet_(sheet), context_(context) {}
 
-  void Start(std::string_view name, const XmlAttributes& attributes) override {
+  void Start(std::string_view name, const xml::Attributes& attributes) override {
     if (!in_data_) return StartOutside(name, attributes);
     if (name == "c") return StartCell(attributes);
     if (name == "v") {
@@ -84,7 +83,7 @@ class SheetReader : public XmlHandler {
     context_.Fail(CellAt(row_, column_) + " " + why);
   }
 
-  void StartOutside(std::string_view name, const XmlAttributes& attributes) {
+  void StartOutside(std::string_view name, const xml::Attributes& attributes) {
     if (name == "sheetData") {
       in_data_ = true;
     } else if (name == "col") {
@@ -97,7 +96,7 @@ class SheetReader : public XmlHandler {
     }
   }
 
-  void AddColumns(const XmlAttributes& attributes) {
+  void AddColumns(const xml::Attributes& attributes) {
     const auto count = [&](std::string_view name, uint32_t most) {
       return context_.Count(name, attributes.Get(name), 0, most);
     };
@@ -115,7 +114,7 @@ class SheetReader : public XmlHandler {
     sheet_.SetColumns(range, column);
   }
 
-  void StartRow(const XmlAttributes& attributes) {
+  void StartRow(const xml::Attributes& attributes) {
     if (in_cell_) Fail("holds a row");
     const uint32_t row = context_.Count("r", attributes.Get("r"), row_ + 1, kMaxRows);
     if (row <= row_) context_.Fail("row " + std::to_string(row) + " is not in its place");
@@ -130,7 +129,7 @@ class SheetReader : public XmlHandler {
     }
   }
 
-  void StartCell(const XmlAttributes& attributes) {
+  void StartCell(const xml::Attributes& attributes) {
     if (in_cell_) Fail("holds another cell");
     in_cell_ = true;
     std::string_view place;
@@ -138,10 +137,10 @@ class SheetReader : public XmlHandler {
     type_.clear();
     value_.clear();
     item_.Begin();
-    attributes.ForEach([&](std::string_view name, std::string_view value) {
-      if (name == "r") place = value;
-      if (name == "s") format = value;
-      if (name == "t") type_ = value;
+    attributes.ForEach([&](xml::Name name, const char* value) {
+      if (name.local == "r") place = value;
+      if (name.local == "s") format = value;
+      if (name.local == "t") type_ = value;
     });
     MoveTo(place);
     format_ = FormatOf(format);
@@ -232,12 +231,12 @@ void ReadSheet(std::string_view xml, const SheetTables& tables, TextPool& pool, 
   if (!pieces.rows.empty()) {
     const std::string frame = std::string(pieces.head).append(pieces.tail);
     SheetReader reader(tables, pool, sheet, context);
-    ParseXml(frame, reader, context.path(), context.part());
+    context.Parse(frame, reader);
     if (ScanRows(pieces.rows, tables, pool, sheet)) return;
     sheet = Sheet(sheet.name);
   }
   SheetReader reader(tables, pool, sheet, context);
-  ParseXml(xml, reader, context.path(), context.part());
+  context.Parse(xml, reader);
 }
 
 }  // namespace vok::xlsx

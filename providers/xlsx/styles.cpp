@@ -5,7 +5,6 @@
 #include <map>
 
 #include "providers/xlsx/text_rules.h"
-#include "providers/xlsx/xml_reader.h"
 
 namespace vok::xlsx {
 namespace {
@@ -58,13 +57,13 @@ uint32_t IdOf(std::string_view code, std::size_t index) {
   return found != std::end(kBuiltIns) ? found->id : kFirstOwnId + static_cast<uint32_t>(index);
 }
 
-class StylesReader : public XmlHandler {
+class StylesReader : public xml::Handler {
  public:
   StylesReader(Workbook& workbook, PartContext& context) : workbook_(workbook), context_(context) {
     for (const BuiltIn& known : kBuiltIns) codes_.emplace(known.id, known.code);
   }
 
-  void Start(std::string_view name, const XmlAttributes& attributes) override {
+  void Start(std::string_view name, const xml::Attributes& attributes) override {
     if (name == "numFmt") {
       codes_[Count(attributes, "numFmtId", kMaxId)] =
           ResolveEscapes(std::string(attributes.Get("formatCode")));
@@ -83,11 +82,11 @@ class StylesReader : public XmlHandler {
   std::vector<uint16_t> styles;
 
  private:
-  uint32_t Count(const XmlAttributes& attributes, std::string_view name, uint32_t most) const {
+  uint32_t Count(const xml::Attributes& attributes, std::string_view name, uint32_t most) const {
     return context_.Count(name, attributes.Get(name), 0, most);
   }
 
-  void AddStyle(const XmlAttributes& attributes) {
+  void AddStyle(const xml::Attributes& attributes) {
     if (styles.size() >= kMaxStyles) context_.Fail("there are more than 64000 styles");
     for (const char* look : {"fontId", "fillId", "borderId"}) {
       if (Count(attributes, look, kMaxStyles) != 0) context_.Lose("fonts, fills or borders");
@@ -148,7 +147,7 @@ void AppendStyles(ByteBuffer& xml, const Workbook& workbook) {
 
 std::vector<uint16_t> ReadStyles(std::string_view xml, Workbook& workbook, PartContext& context) {
   StylesReader reader(workbook, context);
-  ParseXml(xml, reader, context.path(), context.part());
+  context.Parse(xml, reader);
   return std::move(reader.styles);
 }
 

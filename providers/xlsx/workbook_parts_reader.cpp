@@ -3,7 +3,6 @@
 
 #include "providers/xlsx/text_rules.h"
 #include "providers/xlsx/workbook_parts.h"
-#include "providers/xlsx/xml_reader.h"
 
 namespace vok::xlsx {
 namespace {
@@ -34,11 +33,11 @@ std::string Resolve(const std::string& folder, std::string_view target) {
   return path;
 }
 
-class RelationsReader : public XmlHandler {
+class RelationsReader : public xml::Handler {
  public:
   explicit RelationsReader(std::string folder) : folder_(std::move(folder)) {}
 
-  void Start(std::string_view name, const XmlAttributes& attributes) override {
+  void Start(std::string_view name, const xml::Attributes& attributes) override {
     if (name != "Relationship" || attributes.Get("TargetMode") == "External") return;
     const std::string_view type = attributes.Get("Type");
     relations.push_back({std::string(attributes.Get("Id")),
@@ -52,11 +51,11 @@ class RelationsReader : public XmlHandler {
   std::string folder_;
 };
 
-class WorkbookXmlReader : public XmlHandler {
+class WorkbookXmlReader : public xml::Handler {
  public:
   explicit WorkbookXmlReader(PartContext& context) : context_(context) {}
 
-  void Start(std::string_view name, const XmlAttributes& attributes) override {
+  void Start(std::string_view name, const xml::Attributes& attributes) override {
     if (name == "sheet") {
       AddSheet(attributes);
     } else if (name == "workbookView") {
@@ -70,7 +69,7 @@ class WorkbookXmlReader : public XmlHandler {
   WorkbookXml result;
 
  private:
-  void AddSheet(const XmlAttributes& attributes) {
+  void AddSheet(const xml::Attributes& attributes) {
     if (result.sheets.size() == kMaxSheets) {
       context_.Fail("there are more than " + std::to_string(kMaxSheets) + " sheets");
     }
@@ -88,13 +87,13 @@ class WorkbookXmlReader : public XmlHandler {
 std::vector<Relation> ReadRelations(std::string_view xml, const std::string& folder,
                                     const PartContext& context) {
   RelationsReader reader(folder);
-  ParseXml(xml, reader, context.path(), context.part());
+  context.Parse(xml, reader);
   return std::move(reader.relations);
 }
 
 WorkbookXml ReadWorkbookXml(std::string_view xml, PartContext& context) {
   WorkbookXmlReader reader(context);
-  ParseXml(xml, reader, context.path(), context.part());
+  context.Parse(xml, reader);
   if (reader.result.sheets.empty()) context.Fail("there is no sheet");
   reader.result.active = std::min(reader.result.active, reader.result.sheets.size() - 1);
   return std::move(reader.result);

@@ -24,20 +24,29 @@ void Answer::Take(const HttpHead& head, std::string_view piece) {
   }
   is_xml_ = MayBeXml(head) && !unreadable_;
   if (is_xml_) {
-    Read(head, [&] { xml_.Feed(piece); });
+    Read(head, [&] { Parse(piece, false); });
   }
 }
 
 void Answer::Finish(const HttpHead& head) {
   bool whole = false;
   if (is_xml_ && !unreadable_) {
-    Read(head, [&] { whole = xml_.Finish(); });
+    Read(head, [&] { whole = Parse({}, true); });
   }
   CheckReport();
   if (head.status != kOk || !is_xml_) throw AnswerFailure(head, beginning_, address_);
   if (!whole) throw CutShortFailure(beginning_, address_);
   if (!soap_.has_result()) throw Unreadable(head, "it holds neither a result nor a failure");
   Read(head, [&] { result_.Finish(); });
+}
+
+/// False when the XML is not at its end.
+bool Answer::Parse(std::string_view piece, bool last) {
+  const auto fault = xml_.Read(piece, last);
+  if (fault && !fault->ended_early) {
+    throw Failure(failure_number::kUnspecified, fault->InLine());
+  }
+  return !fault;
 }
 
 /// A page of an error that is no XML tells less than its status does.

@@ -13,6 +13,8 @@
 
 namespace vok::xmla {
 
+inline constexpr std::size_t kDeepestElement = 64;
+
 class Answer : public HttpBody {
  public:
   /// `address` is for failures; what the server reports has the number `report_number`. `result`
@@ -27,6 +29,7 @@ class Answer : public HttpBody {
 
  private:
   void Read(const HttpHead& head, const std::function<void()>& step);
+  bool Parse(std::string_view piece, bool last);
   Failure Unreadable(const HttpHead& head, const std::string& why) const;
   void CheckReport() const;
 
@@ -34,7 +37,7 @@ class Answer : public HttpBody {
   int32_t report_number_;
   ResultReader& result_;
   SoapReader soap_{result_};
-  XmlStream xml_{soap_};
+  xml::Parser xml_{soap_, kDeepestElement};
   std::string beginning_;
   bool is_xml_ = false;
   bool unreadable_ = false;  // an answer of a failed status that is no XML

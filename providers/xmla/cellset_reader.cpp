@@ -34,7 +34,7 @@ bool IsErrorText(std::string_view formatted) {
 }  // namespace
 
 void CellsetReader::Start(std::size_t level, std::string_view name,
-                          const XmlAttributes& attributes) {
+                          const xml::Attributes& attributes) {
   if (level == 1) return StartSection(name);
   switch (section_) {
     case Section::kInfo:
@@ -60,7 +60,7 @@ void CellsetReader::StartSection(std::string_view name) {
 }
 
 void CellsetReader::StartInInfo(std::size_t level, std::string_view name,
-                                const XmlAttributes& attributes) {
+                                const xml::Attributes& attributes) {
   if (level == 3 && name == "AxisInfo") {
     described_axis_ = AxisNumber(attributes.Get("name")).has_value();
     if (described_axis_) described_hierarchies_.push_back(0);
@@ -70,7 +70,7 @@ void CellsetReader::StartInInfo(std::size_t level, std::string_view name,
 }
 
 void CellsetReader::StartInAxes(std::size_t level, std::string_view name,
-                                const XmlAttributes& attributes) {
+                                const xml::Attributes& attributes) {
   if (level == 2) {
     const auto number = AxisNumber(attributes.Get("name"));
     in_axis_ = name == "Axis" && number;
@@ -90,7 +90,7 @@ void CellsetReader::StartInAxes(std::size_t level, std::string_view name,
 }
 
 void CellsetReader::StartInCells(std::size_t level, std::string_view name,
-                                 const XmlAttributes& attributes) {
+                                 const xml::Attributes& attributes) {
   if (level == 2) {
     const auto ordinal = Whole<uint64_t>(attributes.Get("CellOrdinal"));
     if (!ordinal) Refuse("one of its cells has no ordinal");

@@ -18,7 +18,7 @@ class CellsetReader : public ResultReader {
   /// `data` is empty and outlives the reader.
   explicit CellsetReader(CellsetData& data) : data_(data) {}
 
-  void Start(std::size_t level, std::string_view name, const XmlAttributes& attributes) override;
+  void Start(std::size_t level, std::string_view name, const xml::Attributes& attributes) override;
   void End(std::size_t level, std::string_view name, std::string_view text) override;
   void Finish() override;
 
@@ -26,9 +26,9 @@ class CellsetReader : public ResultReader {
   enum class Section { kOther, kInfo, kAxes, kCells };
 
   void StartSection(std::string_view name);
-  void StartInInfo(std::size_t level, std::string_view name, const XmlAttributes& attributes);
-  void StartInAxes(std::size_t level, std::string_view name, const XmlAttributes& attributes);
-  void StartInCells(std::size_t level, std::string_view name, const XmlAttributes& attributes);
+  void StartInInfo(std::size_t level, std::string_view name, const xml::Attributes& attributes);
+  void StartInAxes(std::size_t level, std::string_view name, const xml::Attributes& attributes);
+  void StartInCells(std::size_t level, std::string_view name, const xml::Attributes& attributes);
   void EndInAxes(std::size_t level, std::string_view name, std::string_view text);
   void EndInCells(std::size_t level, std::string_view name, std::string_view text);
   void EndCell();

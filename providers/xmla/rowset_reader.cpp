@@ -2,7 +2,7 @@
 
 namespace vok::xmla {
 
-void RowsetReader::Start(std::size_t level, std::string_view, const XmlAttributes&) {
+void RowsetReader::Start(std::size_t level, std::string_view, const xml::Attributes&) {
   if (level != 1) return;
   for (std::string& field : row_) field.clear();
 }

@@ -18,7 +18,7 @@ class RowsetReader : public ResultReader {
   RowsetReader(std::vector<std::string> columns, RowTaker take)
       : columns_(std::move(columns)), row_(columns_.size()), take_(std::move(take)) {}
 
-  void Start(std::size_t level, std::string_view name, const XmlAttributes& attributes) override;
+  void Start(std::size_t level, std::string_view name, const xml::Attributes& attributes) override;
   void End(std::size_t level, std::string_view name, std::string_view text) override;
 
  private:

@@ -13,7 +13,8 @@ bool IsFaultText(std::string_view name) {
 
 }  // namespace
 
-void SoapReader::Start(std::string_view name, const XmlAttributes& attributes) {
+void SoapReader::Start(std::string_view name, const xml::Attributes& attributes) {
+  text_.clear();
   ++depth_;
   switch (part_) {
     case Part::kEnvelope:
@@ -50,7 +51,7 @@ void SoapReader::StartOutside(std::string_view name) {
   }
 }
 
-void SoapReader::StartInRoot(std::string_view name, const XmlAttributes& attributes) {
+void SoapReader::StartInRoot(std::string_view name, const xml::Attributes& attributes) {
   part_depth_ = depth_;
   if (name == "schema") {
     part_ = Part::kSchema;
@@ -63,15 +64,23 @@ void SoapReader::StartInRoot(std::string_view name, const XmlAttributes& attribu
   }
 }
 
-void SoapReader::End(std::string_view name, std::string_view text) {
-  if (part_ == Part::kResult) result_.End(depth_ - root_depth_, name, text);
+void SoapReader::Characters(std::string_view characters) {
+  if (text_.size() + characters.size() > kLongestText) {
+    throw xml::Refusal{"one of its texts is huge"};
+  }
+  text_ += characters;
+}
+
+void SoapReader::End(std::string_view name) {
+  if (part_ == Part::kResult) result_.End(depth_ - root_depth_, name, text_);
   const bool reports = part_ == Part::kFault || part_ == Part::kMessages;
-  if (reports && IsFaultText(name)) Report(text);
+  if (reports && IsFaultText(name)) Report(text_);
   if (part_ != Part::kEnvelope && depth_ == part_depth_) {
     part_ = Part::kEnvelope;
   } else if (part_ == Part::kEnvelope && depth_ == root_depth_) {
     root_depth_ = 0;
   }
+  text_.clear();
   --depth_;
 }
 

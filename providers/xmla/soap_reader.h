@@ -8,27 +8,32 @@
 #include <string>
 #include <string_view>
 
-#include "providers/xmla/xml_stream.h"
+#include "providers/xml/xml_parser.h"
 
 namespace vok::xmla {
+
+inline constexpr std::size_t kLongestText = std::size_t{1} << 20;  // bytes
 
 /// What stands inside the element "root" of an answer. Levels count from 1, the root's children.
 class ResultReader {
  public:
   virtual ~ResultReader() = default;
-  virtual void Start(std::size_t level, std::string_view name, const XmlAttributes& attributes) = 0;
+  virtual void Start(std::size_t level, std::string_view name,
+                     const xml::Attributes& attributes) = 0;
+  /// `text`: what stood in the element since its last child.
   virtual void End(std::size_t level, std::string_view name, std::string_view text) = 0;
   /// The whole answer was read without a failure.
   virtual void Finish() {}
 };
 
-/// Failure -2147467259 for XML that is no XMLA answer.
-class SoapReader : public XmlHandler {
+/// Failure -2147467259 for XML that is no XMLA answer; refuses texts longer than `kLongestText`.
+class SoapReader : public xml::Handler {
  public:
   explicit SoapReader(ResultReader& result) : result_(result) {}
 
-  void Start(std::string_view name, const XmlAttributes& attributes) override;
-  void End(std::string_view name, std::string_view text) override;
+  void Start(std::string_view name, const xml::Attributes& attributes) override;
+  void End(std::string_view name) override;
+  void Characters(std::string_view characters) override;
 
   /// What the server reported, in its own words; "" for nothing.
   std::string reported() const;
@@ -39,7 +44,7 @@ class SoapReader : public XmlHandler {
   enum class Part { kEnvelope, kResult, kSchema, kMessages, kFault };
 
   void StartOutside(std::string_view name);
-  void StartInRoot(std::string_view name, const XmlAttributes& attributes);
+  void StartInRoot(std::string_view name, const xml::Attributes& attributes);
   void Report(std::string_view text);
 
   ResultReader& result_;
@@ -47,6 +52,7 @@ class SoapReader : public XmlHandler {
   std::size_t depth_ = 0;       // of the element at hand; the envelope's is 1
   std::size_t root_depth_ = 0;  // 0: not inside a root
   std::size_t part_depth_ = 0;  // of the element that began the schema, the messages or the fault
+  std::string text_;            // since the last beginning or end of an element
   bool has_result_ = false;
   bool failed_ = false;
   std::string report_;

@@ -149,7 +149,7 @@ TEST(Answers, ThatCannotBeTrustedAreFailures) {
       {test::TwoByTwo(cell("4")), "it has a cell 4, though its axes make 4"},
       {test::TwoByTwo(cell("-1")), "one of its cells has no ordinal"},
       {test::TwoByTwo(cell("1") + cell("1")), "the cell 1 twice"},
-      {test::TwoByTwo("<Cell CellOrdinal=\"0\"><Value>" + std::string(kMaxXmlText + 1, 'x') +
+      {test::TwoByTwo("<Cell CellOrdinal=\"0\"><Value>" + std::string(kLongestText + 1, 'x') +
                       "</Value></Cell>"),
        "one of its texts is huge"},
       {test::Result(nested), "nested too deeply"},
