@@ -21,6 +21,7 @@
 #include "tests/interop/answer.h"
 #include "tests/interop/case_file.h"
 #include "tests/interop/random_queries.h"
+#include "tests/support/plain_olap/random_cube.h"
 #include "tests/support/plain_olap/random_mdx.h"
 
 namespace vok::interop {
@@ -95,10 +96,9 @@ void AskRandomCube(Comparison& comparison, int number, uint64_t seed) {
   plain::MakeRandomCube(cube_seed, name, random);
   // A count over all of no facts is 0 there: the database says so, without a word of MDX.
   if (random.cube.facts.empty()) return;
-  plain::RandomMdx queries(random.cube, name, cube_seed, true);
-  for (int i = 0; i < kQueriesOfEachCube; ++i) {
-    const std::string title = name + " " + std::to_string(i);
-    comparison.AskAnyQuery({title, kRandomCatalog, queries.Next().mdx + '\n', "", ""});
+  for (const auto& query :
+       plain::RandomQueries(random.cube, name, cube_seed, true, kQueriesOfEachCube)) {
+    comparison.AskAnyQuery({name, kRandomCatalog, query.mdx + '\n', "", ""});
   }
 }
 

@@ -1,6 +1,8 @@
 #include "tests/support/plain_olap/plain_cube.h"
 
 #include <algorithm>
+#include <charconv>
+#include <numeric>
 #include <set>
 
 namespace vok::plain {
@@ -8,91 +10,65 @@ namespace {
 
 bool Covers(const Place& place, const Fact& fact) {
   for (std::size_t h = 1; h < place.at.size(); ++h) {
-    bool covers = place.together[h].empty() && IsAtOrBelow(fact.leaves[h], *place.at[h]);
-    for (const Member* member : place.together[h]) {
-      if (IsAtOrBelow(fact.leaves[h], *member)) covers = true;
-    }
-    if (!covers) return false;
+    const auto covers = [&](const Member* member) { return IsAtOrBelow(fact.leaves[h], *member); };
+    if (std::none_of(place.at[h].begin(), place.at[h].end(), covers)) return false;
   }
   return true;
 }
 
-Cell Put(Measure measure, const std::vector<const Fact*>& facts) {
-  if (facts.empty()) return {};
-  double rows = 0, known = 0;
-  Cell amount, units, least, most;
-  std::set<double> who;
-  for (const Fact* fact : facts) {
-    ++rows;
-    if (fact->amount) {
-      amount = amount.value_or(0) + *fact->amount;
-      if (!most || *most < *fact->amount) most = fact->amount;
-    }
-    if (fact->units) {
-      ++known;
-      units = units.value_or(0) + *fact->units;
-      if (!least || *fact->units < *least) least = fact->units;
-    }
-    if (fact->who) who.insert(*fact->who);
-  }
-  switch (measure) {
-    case Measure::kAmount:
-      return amount;
-    case Measure::kUnits:
-      return units;
-    case Measure::kRows:
-      return rows;
-    case Measure::kKnown:
-      return known;
-    case Measure::kLeast:
-      return least;
-    case Measure::kMost:
-      return most;
-    case Measure::kWho:
-      return static_cast<double>(who.size());
-  }
-  return {};
-}
-
 }  // namespace
 
-void Place::Set(const Member& member) {
-  at[member.hierarchy] = &member;
-  together[member.hierarchy].clear();
+Place Place::At(const Tuple& tuple) const {
+  Place moved = *this;
+  for (const Member* member : tuple) moved.at[member->hierarchy] = {member};
+  return moved;
 }
 
 Place Cube::DefaultPlace() const {
   Place place;
-  for (std::size_t h = 0; h < hierarchies.size(); ++h) place.at.push_back(&DefaultMember(h));
-  place.together.resize(hierarchies.size());
+  for (std::size_t h = 0; h < hierarchies.size(); ++h) place.at.push_back({&DefaultMember(h)});
   return place;
 }
 
 Cell Cube::CellAt(const Place& place) const {
   const Member* decides = nullptr;
-  for (const Member* member : place.at) {
+  for (const Members& taken : place.at) {
+    const Member* member = taken[0];
     if (member->formula && (decides == nullptr || member->solve_order > decides->solve_order)) {
       decides = member;
     }
   }
   if (decides == nullptr) return TakenTogether(place, {{}});
-  Place inner = place;
-  inner.Set(DefaultMember(decides->hierarchy));
-  return decides->formula(inner);
+  return decides->formula(place.At({&DefaultMember(decides->hierarchy)}));
 }
 
-Cell Cube::TakenTogether(const Place& place, const std::vector<Members>& tuples) const {
-  std::vector<const Fact*> taken;
+Cell Cube::TakenTogether(const Place& place, const Tuples& tuples) const {
+  std::vector<Place> places;
+  for (const Tuple& tuple : tuples) places.push_back(place.At(tuple));
+  const Measure& measure = *place.at[0][0]->measure;
+  std::vector<Cell> values;
   for (const Fact& fact : facts) {
-    bool is_taken = false;
-    for (const Members& tuple : tuples) {
-      Place inner = place;
-      for (const Member* member : tuple) inner.Set(*member);
-      if (Covers(inner, fact)) is_taken = true;
+    if (std::any_of(places.begin(), places.end(),
+                    [&](const Place& each) { return Covers(each, fact); })) {
+      values.push_back(fact.*measure.cell);
     }
-    if (is_taken) taken.push_back(&fact);
   }
-  return Put(place.at[0]->measure, taken);
+  return Folded(measure.aggregator, values);
+}
+
+Cell Folded(std::string_view how, const std::vector<Cell>& values) {
+  if (values.empty()) return {};
+  std::vector<double> known;
+  for (const Cell& value : values) {
+    if (value) known.push_back(*value);
+  }
+  if (how == "count") return known.size();
+  if (how == "distinct-count") return std::set<double>(known.begin(), known.end()).size();
+  if (known.empty()) return {};
+  if (how == "min") return *std::min_element(known.begin(), known.end());
+  if (how == "max") return *std::max_element(known.begin(), known.end());
+  const double sum = std::accumulate(known.begin(), known.end(), 0.0);
+  return how == "avg" ? sum / static_cast<double>(known.size()) : sum;
 }
 
 Members WalkFrom(const Member& member) {
@@ -103,17 +79,14 @@ Members WalkFrom(const Member& member) {
   return walk;
 }
 
-Members Walk(const Hierarchy& hierarchy) {
-  Members walk;
-  for (const Member* top : hierarchy.levels.front().members) {
-    for (const Member* below : WalkFrom(*top)) walk.push_back(below);
-  }
-  return walk;
-}
-
 bool IsAtOrBelow(const Member* member, const Member& above) {
   while (member != nullptr && member != &above) member = member->parent;
   return member != nullptr;
+}
+
+std::string Shown(double number) {
+  char buffer[40];
+  return std::string(buffer, std::to_chars(buffer, buffer + sizeof buffer, number).ptr);
 }
 
 }  // namespace vok::plain

@@ -2,11 +2,13 @@
 // compared with. Nothing here is the engine's.
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <deque>
 #include <functional>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace vok::plain {
@@ -16,17 +18,36 @@ struct Member;
 /// Empty, or a number.
 using Cell = std::optional<double>;
 using Members = std::vector<const Member*>;
+using Tuple = Members;
+using Tuples = std::vector<Tuple>;
 
-/// Where a cell stands: a member of each hierarchy, the measures being the first.
-struct Place {
-  Members at;
-  /// The slicer's members of a hierarchy that are taken together, in place of the one in `at`.
-  std::vector<Members> together;
-
-  void Set(const Member& member);
+struct Fact {
+  Members leaves;  ///< of each hierarchy; none of the measures
+  Cell id, amount, units, who;
 };
 
-enum class Measure { kAmount, kUnits, kRows, kKnown, kLeast, kMost, kWho };
+/// An aggregation over the fact table, as the schema has it.
+struct Measure {
+  std::string_view name, column, aggregator;
+  Cell Fact::*cell;
+};
+inline constexpr std::array<Measure, 7> kMeasures = {{
+    {"Amount", "amount", "sum", &Fact::amount},
+    {"Who", "who", "distinct-count", &Fact::who},
+    {"Least", "units", "min", &Fact::units},
+    {"Most", "amount", "max", &Fact::amount},
+    {"Units", "units", "sum", &Fact::units},
+    {"Known", "units", "count", &Fact::units},
+    {"Rows", "id", "count", &Fact::id},
+}};
+
+/// Where a cell stands: at a member of each hierarchy, the measures being the first, or at several
+/// that the slicer takes together.
+struct Place {
+  std::vector<Members> at;
+
+  Place At(const Tuple& tuple) const;
+};
 
 struct Member {
   std::string name;
@@ -35,7 +56,7 @@ struct Member {
   std::size_t level = 0;
   const Member* parent = nullptr;
   Members children;
-  Measure measure = Measure::kAmount;         ///< of a stored measure
+  const Measure* measure = nullptr;           ///< of a stored measure
   std::function<Cell(const Place&)> formula;  ///< of a calculated member
   int solve_order = 0;
 };
@@ -51,11 +72,6 @@ struct Hierarchy {
   std::vector<Level> levels;
 };
 
-struct Fact {
-  Members leaves;  ///< of each hierarchy; none of the measures
-  Cell amount, units, who;
-};
-
 struct Cube {
   std::deque<Member> members;  ///< of all hierarchies; those that point at them keep their places
   std::vector<Hierarchy> hierarchies;  ///< the measures, time, then others
@@ -65,16 +81,18 @@ struct Cube {
     return *hierarchies[hierarchy].levels.front().members.front();
   }
   Place DefaultPlace() const;
-  /// Empty where a member is missing.
   Cell CellAt(const Place& place) const;
   /// The measure of the place over the facts that belong to any of the tuples.
-  Cell TakenTogether(const Place& place, const std::vector<Members>& tuples) const;
+  Cell TakenTogether(const Place& place, const Tuples& tuples) const;
 };
 
-/// All members of a hierarchy, parents before their children.
-Members Walk(const Hierarchy& hierarchy);
+/// "sum", "avg", "min", "max", "count" or "distinct-count" of those that are there; of no values
+/// there is nothing, nor of none that is there but a count.
+Cell Folded(std::string_view how, const std::vector<Cell>& values);
 /// The member and all below it, each before its children.
 Members WalkFrom(const Member& member);
 bool IsAtOrBelow(const Member* member, const Member& above);
+/// With all its digits.
+std::string Shown(double number);
 
 }  // namespace vok::plain

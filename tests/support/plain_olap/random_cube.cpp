@@ -1,8 +1,5 @@
 #include "tests/support/plain_olap/random_cube.h"
 
-#include <algorithm>
-#include <numeric>
-#include <utility>
 #include <vector>
 
 namespace vok::plain {
@@ -10,208 +7,153 @@ namespace {
 
 using Words = std::vector<std::string>;
 
-constexpr std::array<std::string_view, 3> kTimeKinds = {"Years", "Quarters", "Months"};
-constexpr std::array<std::string_view, 6> kNames = {"a", "b", "c]", "d e", "10", "9"};
-
-/// A level's column: its value on each row of the dimension's table, and the values' order.
+/// A level's column: its values in their order, and the place of each row's among them.
 struct Column {
-  bool is_number = false;
-  bool has_order = false;
-  Words by_row;
-  Words order;
+  Words values;
+  std::vector<std::size_t> rows;
 };
+
+/// The text with each "$" replaced by the next word.
+std::string Filled(std::string_view text, const Words& words) {
+  std::string filled;
+  auto word = words.begin();
+  for (const char letter : text) filled += letter == '$' ? *word++ : std::string(1, letter);
+  return filled;
+}
+
+std::string Bracketed(const std::string& name) {
+  std::string bracketed = ".[";
+  for (const char letter : name) bracketed += letter == ']' ? "]]" : std::string(1, letter);
+  return bracketed + "]";
+}
+
+std::string Field(const Cell& cell) { return cell ? Shown(*cell) : ""; }
 
 class CubeMaker {
  public:
-  CubeMaker(uint64_t seed, std::string name, RandomCube& made)
-      : dice_(seed), name_(std::move(name)), made_(made) {}
+  CubeMaker(uint64_t seed, std::string name, RandomCube& made, const CubeSize& size)
+      : dice_(seed), name_(std::move(name)), made_(made), size_(size) {}
 
   void Make() {
-    made_.schema = "  <Cube name=\"" + name_ + "\" defaultMeasure=\"Amount\">\n    <Table name=\"" +
-                   name_ + "_facts\"/>\n";
-    AddMeasures();
-    const int dimensions = 2 + dice_.Below(3);
-    for (int d = 0; d < dimensions; ++d) AddDimension(d);
-    AddFacts(dimensions);
-    for (const MeasureWords& each : kMeasures) {
-      made_.schema += "    <Measure name=\"" + std::string(each.name) + "\" " +
-                      std::string(each.attributes) + " formatString=\"0.00\"/>\n";
+    Write("  <Cube name=\"$\" defaultMeasure=\"Amount\">\n    <Table name=\"$_facts\"/>\n",
+          {name_, name_});
+    made_.cube.hierarchies.push_back({"[Measures]", {{"[Measures].[MeasuresLevel]", "", {}}}});
+    for (const Measure& each : kMeasures) {
+      NewMember(made_.cube.hierarchies[0], 0, std::string(each.name), nullptr).measure = &each;
     }
-    made_.schema += "  </Cube>\n";
+    for (int d = 2 + dice_.Below(3); d > 0; --d) AddDimension();
+    AddFacts();
+    for (const Measure& each : kMeasures) {
+      Write("    <Measure name=\"$\" column=\"$\" aggregator=\"$\" formatString=\"0.00\"/>\n",
+            {std::string(each.name), std::string(each.column), std::string(each.aggregator)});
+    }
+    Write("  </Cube>\n", {});
   }
 
  private:
-  void AddMeasures() {
-    Level level{"[Measures].[MeasuresLevel]", "", {}};
-    for (const MeasureWords& each : kMeasures) {
-      const std::string name(each.name);
-      Member& member = made_.cube.members.emplace_back();
-      member = {name, "[Measures].[" + name + "]", 0, 0, nullptr, {}, each.measure, nullptr, 0};
-      level.members.push_back(&member);
-    }
-    made_.cube.hierarchies.push_back({"[Measures]", {level}});
-  }
+  void Write(std::string_view text, const Words& words) { made_.schema += Filled(text, words); }
 
-  void AddDimension(int number) {
-    const bool is_time = number == 0;
-    const std::string dimension = is_time ? "Time" : "D" + std::to_string(number);
-    const std::string table = name_ + "_" + std::to_string(number);
-    const int rows = 1 + dice_.Below(is_time ? 16 : 10);
-    std::string& schema = made_.schema;
-    schema += "    <Dimension name=\"" + dimension + "\" foreignKey=\"k" + std::to_string(number) +
-              (is_time ? "\" type=\"TimeDimension\">\n" : "\">\n");
-    std::vector<Words> csv(static_cast<std::size_t>(rows) + 1);
-    for (int row = 0; row <= rows; ++row) {
-      csv[static_cast<std::size_t>(row)] = {row == 0 ? "id" : std::to_string(row)};
-    }
+  void AddDimension() {
+    const bool is_time = leaves_.empty();
+    const std::string number = std::to_string(leaves_.size());
+    const std::string dimension = is_time ? "Time" : "D" + number;
+    const int rows = 1 + dice_.Below(size_.rows);
     leaves_.emplace_back(rows);
-    const int hierarchies = dice_.OneIn(3) ? 2 : 1;
-    for (int h = 0; h < hierarchies; ++h) {
-      AddHierarchy({dimension, hierarchies == 1 ? "" : "H" + std::to_string(h), table}, h, is_time,
-                   csv);
+    table_ = {"id"};
+    for (int row = 1; row <= rows; ++row) table_.push_back(std::to_string(row));
+    Write("    <Dimension name=\"$\" foreignKey=\"k$\"$>\n",
+          {dimension, number, is_time ? " type=\"TimeDimension\"" : ""});
+    if (dice_.OneIn(3)) {
+      AddHierarchy("[" + dimension + "].[H0]", "name=\"H0\" ", is_time);
+      AddHierarchy("[" + dimension + "].[H1]", "name=\"H1\" ", is_time);
+    } else {
+      AddHierarchy("[" + dimension + "]", "", is_time);
     }
-    schema += "    </Dimension>\n";
-    std::string& text = made_.tables[table];
-    for (const Words& row : csv) {
-      for (const std::string& field : row) text += (&field == row.data() ? "" : ",") + field;
-      text += "\n";
-    }
+    Write("    </Dimension>\n", {});
+    for (const std::string& line : table_) made_.tables[name_ + "_" + number] += line + "\n";
   }
 
-  struct Names {
-    std::string dimension;
-    std::string hierarchy;  ///< empty: that of the dimension
-    std::string table;
-  };
-
-  void AddHierarchy(const Names& names, int number, bool is_time, std::vector<Words>& csv) {
-    const std::string& own = names.hierarchy;
-    Hierarchy hierarchy{"[" + names.dimension + "]" + (own.empty() ? "" : ".[" + own + "]"), {}};
+  void AddHierarchy(const std::string& name, const std::string& attribute, bool is_time) {
     const bool has_all = !dice_.OneIn(3);
-    made_.schema += "      <Hierarchy " + (own.empty() ? "" : "name=\"" + own + "\" ") +
-                    "hasAll=\"" + (has_all ? "true" : "false") +
-                    "\" allMemberName=\"All\" primaryKey=\"id\">\n        <Table name=\"" +
-                    names.table + "\"/>\n";
-    if (has_all) hierarchy.levels.push_back({hierarchy.name + ".[(All)]", "", {}});
-    const int levels = is_time ? 2 + dice_.Below(2) : 1 + dice_.Below(3);
+    Write(
+        "      <Hierarchy $hasAll=\"$\" allMemberName=\"All\" primaryKey=\"id\">\n"
+        "        <Table name=\"$_$\"/>\n",
+        {attribute, has_all ? "true" : "false", name_, std::to_string(leaves_.size() - 1)});
+    Hierarchy& hierarchy = made_.cube.hierarchies.emplace_back(Hierarchy{name, {}});
+    if (has_all) hierarchy.levels.push_back({name + ".[(All)]", "Regular", {}});
+    Words kinds = {"TimeYears", "TimeQuarters", "TimeMonths"};
+    if (is_time && dice_.OneIn(2)) kinds.erase(kinds.begin() + 1);
+    if (!is_time) kinds = Words(static_cast<std::size_t>(1 + dice_.Below(3)), "Regular");
     std::vector<Column> columns;
-    for (int i = 0; i < levels; ++i) {
-      const std::size_t kind = static_cast<std::size_t>(i == 1 && levels == 2 ? 2 : i);
-      const std::string column = "h" + std::to_string(number) + "_" + std::to_string(i);
-      columns.push_back(NewColumn(is_time && number == 0, csv.size() - 1));
-      hierarchy.levels.push_back({hierarchy.name + ".[L" + std::to_string(i) + "]",
-                                  is_time ? "Time" + std::string(kTimeKinds[kind]) : "",
-                                  {}});
-      AddToTable(columns.back(), column, csv);
-      AddToSchema(columns.back(), column, i, hierarchy.levels.back().kind);
+    for (const std::string& kind : kinds) {
+      columns.push_back(AddLevel(hierarchy, kind, columns.empty()));
     }
-    made_.schema += "      </Hierarchy>\n";
-    AddMembers(std::move(hierarchy), has_all, columns);
+    Write("      </Hierarchy>\n", {});
+    AddMembers(hierarchy, columns);
   }
 
-  Column NewColumn(bool is_time, std::size_t rows) {
-    Column column;
-    column.is_number = is_time || dice_.OneIn(3);
-    column.has_order = !is_time && dice_.OneIn(3);
-    const int values = 1 + dice_.Below(4);
-    for (int i = 0; i < values; ++i) {
-      column.order.push_back(column.is_number
-                                 ? std::to_string(i * 7 + 1)
-                                 : std::string(kNames[static_cast<std::size_t>(i) + 2]));
+  /// Writes a level and its column, and gives the column.
+  Column AddLevel(Hierarchy& hierarchy, const std::string& kind, bool is_first) {
+    const bool is_number = kind != "Regular" || dice_.OneIn(3);
+    const bool has_order = kind == "Regular" && dice_.OneIn(3);
+    const std::string number = std::to_string(hierarchy.levels.size());
+    const std::string column = "c" + std::to_string(made_.cube.hierarchies.size()) + number +
+                               (is_number ? "_number" : "_text");
+    Write(
+        "        <Level name=\"L$\" column=\"$\" type=\"$\"$ levelType=\"$\" "
+        "uniqueMembers=\"$\"/>\n",
+        {number, column, is_number ? "Integer" : "String",
+         has_order ? " ordinalColumn=\"" + column + "_order\"" : "", kind,
+         is_first ? "true" : "false"});
+    hierarchy.levels.push_back({hierarchy.name + ".[L" + number + "]", kind, {}});
+    Column made{is_number ? Words{"1", "8", "15", "22"} : Words{"10", "9", "c]", "d e"}, {}};
+    for (int i = 23; i < 19 + size_.values; ++i) {
+      made.values.push_back(is_number ? std::to_string(i) : "e" + std::to_string(1000 + i));
     }
-    if (!column.is_number) std::sort(column.order.begin(), column.order.end());
-    for (std::size_t i = column.order.size(); column.has_order && i > 1; --i) {
-      std::swap(column.order[i - 1],
-                column.order[static_cast<std::size_t>(dice_.Below(static_cast<int>(i)))]);
+    made.values.resize(static_cast<std::size_t>(1 + dice_.Below(size_.values)));
+    if (has_order) dice_.Shuffle(made.values);
+    table_[0] += "," + column + (has_order ? "," + column + "_order" : "");
+    for (std::size_t row = 1; row < table_.size(); ++row) {
+      const std::string& value = dice_.OneOf(made.values);
+      made.rows.push_back(static_cast<std::size_t>(&value - made.values.data()));
+      table_[row] += "," + value + (has_order ? "," + std::to_string(made.rows.back()) : "");
     }
-    for (std::size_t row = 0; row < rows; ++row) column.by_row.push_back(dice_.OneOf(column.order));
-    return column;
-  }
-
-  static int PlaceOf(const Column& column, const std::string& value) {
-    return static_cast<int>(std::find(column.order.begin(), column.order.end(), value) -
-                            column.order.begin());
-  }
-
-  static void AddToTable(const Column& column, const std::string& name, std::vector<Words>& csv) {
-    csv[0].push_back(name + (column.is_number ? "_number" : "_text"));
-    if (column.has_order) csv[0].push_back(name + "_order");
-    for (std::size_t row = 1; row < csv.size(); ++row) {
-      const std::string& value = column.by_row[row - 1];
-      csv[row].push_back(value);
-      if (column.has_order) csv[row].push_back(std::to_string(PlaceOf(column, value)));
-    }
-  }
-
-  void AddToSchema(const Column& column, const std::string& name, int number,
-                   const std::string& kind) {
-    made_.schema += "        <Level name=\"L" + std::to_string(number) + "\" column=\"" + name +
-                    (column.is_number ? "_number\" type=\"Integer\"" : "_text\"") +
-                    (column.has_order ? " ordinalColumn=\"" + name + "_order\"" : "") +
-                    (kind.empty() ? "" : " levelType=\"" + kind + "\"") + " uniqueMembers=\"" +
-                    (number == 0 ? "true" : "false") + "\"/>\n";
+    return made;
   }
 
   /// The members that the rows name, children of one parent in the order of their column.
-  void AddMembers(Hierarchy hierarchy, bool has_all, const std::vector<Column>& columns) {
-    const std::size_t number = made_.cube.hierarchies.size();
-    Member root;
-    Member* top = &root;
-    if (has_all) {
-      top = &NewMember("All", hierarchy.name + ".[All]", number, nullptr, 0);
-      hierarchy.levels[0].members.push_back(top);
-    }
-    const std::size_t first = has_all ? 1 : 0;
-    AddBelow(*top, hierarchy, number, first, columns, AllRows(columns[0].by_row.size()));
-    made_.cube.hierarchies.push_back(std::move(hierarchy));
-  }
-
-  static std::vector<std::size_t> AllRows(std::size_t count) {
-    std::vector<std::size_t> rows(count);
-    std::iota(rows.begin(), rows.end(), 0);
-    return rows;
-  }
-
-  /// `columns` from the level `level` on, whose members `rows` name below `parent`.
-  void AddBelow(Member& parent, Hierarchy& hierarchy, std::size_t number, std::size_t level,
-                const std::vector<Column>& columns, const std::vector<std::size_t>& rows) {
+  void AddMembers(Hierarchy& hierarchy, const std::vector<Column>& columns) {
     const std::size_t first = hierarchy.levels.size() - columns.size();
-    if (level == hierarchy.levels.size()) {
-      for (const std::size_t row : rows) leaves_.back()[row].push_back(&parent);
-      return;
-    }
-    const Column& column = columns[level - first];
-    const bool is_top = level == first;
-    for (const std::string& value : column.order) {
-      std::vector<std::size_t> own;
-      for (const std::size_t row : rows) {
-        if (column.by_row[row] == value) own.push_back(row);
+    Member* all = first == 0 ? nullptr : &NewMember(hierarchy, 0, "All", nullptr);
+    std::map<std::vector<std::size_t>, Member*> by_path;
+    std::vector<std::vector<std::size_t>> paths(columns[0].rows.size());
+    for (std::size_t row = 0; row < paths.size(); ++row) {
+      for (const Column& column : columns) {
+        paths[row].push_back(column.rows[row]);
+        by_path[paths[row]] = nullptr;
       }
-      if (own.empty()) continue;
-      const std::string& path = is_top ? hierarchy.name : parent.unique_name;
-      const bool has_parent = parent.hierarchy == number;
-      Member& member = NewMember(value, path + ".[" + Doubled(value) + "]", number,
-                                 has_parent ? &parent : nullptr, level);
-      parent.children.push_back(&member);
-      hierarchy.levels[level].members.push_back(&member);
-      AddBelow(member, hierarchy, number, level + 1, columns, own);
+    }
+    for (auto& [path, member] : by_path) {  // each path behind its beginning
+      const std::size_t depth = path.size() - 1;
+      Member* parent = depth == 0 ? all : by_path.at({path.begin(), path.end() - 1});
+      member = &NewMember(hierarchy, first + depth, columns[depth].values[path.back()], parent);
+    }
+    for (std::size_t row = 0; row < paths.size(); ++row) {
+      leaves_.back()[row].push_back(by_path.at(paths[row]));
     }
   }
 
-  static std::string Doubled(const std::string& name) {
-    std::string doubled;
-    for (const char letter : name) doubled += letter == ']' ? "]]" : std::string(1, letter);
-    return doubled;
-  }
-
-  Member& NewMember(const std::string& name, const std::string& unique_name, std::size_t hierarchy,
-                    const Member* parent, std::size_t level) {
+  Member& NewMember(Hierarchy& hierarchy, std::size_t level, const std::string& name,
+                    Member* parent) {
     Member& member = made_.cube.members.emplace_back();
+    const bool is_top = parent == nullptr || parent->name == "All";
     member.name = name;
-    member.unique_name = unique_name;
-    member.hierarchy = hierarchy;
-    member.parent = parent;
+    member.unique_name = (is_top ? hierarchy.name : parent->unique_name) + Bracketed(name);
+    member.hierarchy = made_.cube.hierarchies.size() - 1;
     member.level = level;
+    member.parent = parent;
+    if (parent != nullptr) parent->children.push_back(&member);
+    hierarchy.levels[level].members.push_back(&member);
     return member;
   }
 
@@ -221,53 +163,40 @@ class CubeMaker {
     return static_cast<double>(dice_.Below(2 * size) - size) / parts;
   }
 
-  void AddFacts(int dimensions) {
-    std::string& text = made_.tables[name_ + "_facts"];
-    text = "id";
-    for (int d = 0; d < dimensions; ++d) text += ",k" + std::to_string(d);
-    text += ",amount,units,who\n";
-    const int count = dice_.OneIn(20) ? 0 : dice_.Below(60);
-    std::vector<std::size_t> keys(leaves_.size());
+  void AddFacts() {
+    std::string& table = made_.tables[name_ + "_facts"] = "id,amount,units,who";
+    for (std::size_t d = 0; d < leaves_.size(); ++d) table += ",k" + std::to_string(d);
+    const int count = dice_.OneIn(20) ? 0 : dice_.Below(size_.facts);
+    std::vector<const Members*> rows(leaves_.size());
     for (int id = 1; id <= count; ++id) {
-      Fact fact{{nullptr}, Number(9, 4000, 4), Number(4, 20, 1), Number(6, 3, 1)};
+      Fact fact{{nullptr}, id, Number(9, 4000, size_.parts), Number(4, 20, 1), Number(6, 3, 1)};
       const bool takes_back = id > 1 && dice_.OneIn(8) && made_.cube.facts.back().amount;
       if (takes_back) fact.amount = -*made_.cube.facts.back().amount;
-      text += std::to_string(id);
+      table += Filled("\n$,$,$,$",
+                      {Field(fact.id), Field(fact.amount), Field(fact.units), Field(fact.who)});
       for (std::size_t d = 0; d < leaves_.size(); ++d) {
-        if (!takes_back) keys[d] = AnyPlace(leaves_[d].size());
-        const Members& leaves = leaves_[d][keys[d]];
-        fact.leaves.insert(fact.leaves.end(), leaves.begin(), leaves.end());
-        text += "," + std::to_string(keys[d] + 1);
+        if (!takes_back) rows[d] = &dice_.OneOf(leaves_[d]);
+        fact.leaves.insert(fact.leaves.end(), rows[d]->begin(), rows[d]->end());
+        table += "," + std::to_string(rows[d] - leaves_[d].data() + 1);
       }
-      for (const Cell& cell : {fact.amount, fact.units, fact.who}) text += "," + Decimal(cell);
-      text += "\n";
       made_.cube.facts.push_back(fact);
     }
-  }
-
-  std::size_t AnyPlace(std::size_t size) {
-    return static_cast<std::size_t>(dice_.Below(static_cast<int>(size)));
-  }
-
-  static std::string Decimal(const Cell& cell) {
-    if (!cell) return {};
-    const int hundredths = static_cast<int>(*cell * 100);
-    const int size = hundredths < 0 ? -hundredths : hundredths;
-    std::string text = (hundredths < 0 ? "-" : "") + std::to_string(size / 100);
-    if (size % 100 != 0) text += "." + std::to_string(size % 100);
-    return text;
+    table += "\n";
   }
 
   Dice dice_;
   std::string name_;
   RandomCube& made_;
+  CubeSize size_;
+  Words table_;                               ///< of the dimension that is being made: its lines
   std::vector<std::vector<Members>> leaves_;  ///< by dimension and row, one per hierarchy
 };
 
 }  // namespace
 
-void MakeRandomCube(uint64_t seed, const std::string& name, RandomCube& made) {
-  CubeMaker(seed, name, made).Make();
+void MakeRandomCube(uint64_t seed, const std::string& name, RandomCube& made,
+                    const CubeSize& size) {
+  CubeMaker(seed, name, made, size).Make();
 }
 
 }  // namespace vok::plain

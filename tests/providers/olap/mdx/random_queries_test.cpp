@@ -8,12 +8,13 @@
 #include "providers/olap/mdx/engine.h"
 #include "tests/providers/olap/mdx/case_file.h"
 #include "tests/providers/olap/mdx/small_cube.h"
+#include "tests/support/plain_olap/random_cube.h"
 #include "tests/support/plain_olap/random_mdx.h"
 
 namespace vok::test {
 namespace {
 
-constexpr int kQueriesOfEach = 15;
+constexpr int kQueries = 30;  // of each cube
 
 std::string Answer(const std::shared_ptr<const olap::CubeView>& cube, const std::string& mdx) {
   try {
@@ -29,11 +30,9 @@ void ExpectPlainAnswers(uint64_t seed) {
   const BuiltCube built(
       CubeTexts{"<Schema name=\"Random\">" + random.schema + "</Schema>", random.tables});
   const auto cube = ViewOf(built);
-  plain::RandomMdx queries(random.cube, "Plain", seed, false);
-  for (int i = 0; i < kQueriesOfEach; ++i) {
-    const plain::RandomQuery query = queries.Next();
+  for (const auto& query : plain::RandomQueries(random.cube, "Plain", seed, false, kQueries)) {
     ASSERT_EQ(Answer(cube, query.mdx), query.answer)
-        << "seed " << seed << ", query " << i << ": " << query.mdx << "\n"
+        << "seed " << seed << ": " << query.mdx << "\n"
         << random.schema << random.tables.at("Plain_facts");
   }
 }
