@@ -2,44 +2,45 @@
 
 #include <gtest/gtest.h>
 
+#include <string>
+
 namespace vok::olap {
 namespace {
 
-TEST(ParseDecimal, ReadsEveryDigit) {
-  const struct {
-    const char* text;
-    int64_t number;
-    int scale;
-  } cases[] = {{"0", 0, 0},
-               {"-0", 0, 0},
-               {"-12.50", -1250, 2},
-               {".5", 5, 1},
-               {"5.", 5, 0},
-               {"+7", 7, 0},
-               {"1e3", 1000, 0},
-               {"1.5E+2", 150, 0},
-               {"2.50e-3", 25, 4},
-               {"0e99999", 0, 0},
-               {"9223372036854775807", 9223372036854775807, 0},
-               {"-9223372036854775808", INT64_MIN, 0},
-               {"0000000000000000000000001.10000000000000000000000", 11, 1},
-               {"0.0000000000000000000001", 1, 22}};
-  for (const auto& each : cases) {
-    const Decimal decimal = ParseDecimal(each.text);
-    EXPECT_EQ(decimal.fit, NumberFit::kDecimal) << each.text;
-    EXPECT_EQ(decimal.number, each.number) << each.text;
-    EXPECT_EQ(decimal.scale, each.scale) << each.text;
-  }
+/// The digits, and how many stand behind the point.
+std::string Reading(const char* text) {
+  const Decimal decimal = ParseDecimal(text);
+  if (decimal.fit == NumberFit::kNone) return "no number";
+  if (decimal.fit == NumberFit::kTooLong) return "too long";
+  return std::to_string(decimal.number) + " / " + std::to_string(decimal.scale);
 }
 
-TEST(ParseDecimal, TellsTooLongFromNoNumber) {
-  for (const char* text : {"9223372036854775808", "-9223372036854775809", "1e19", "1.5e300",
-                           "0.00000000000000000000001", "12345678901234567890.5"}) {
-    EXPECT_EQ(ParseDecimal(text).fit, NumberFit::kTooLong) << text;
-  }
-  for (const char* text : {"", "-", "+", ".", "-.", "1,5", " 1", "1 ", "1e", "1e+", "1e+-2",
-                           "1e1.5", "--1", "1.2.3", "0x10", "nan", "inf", "1e99999999999", "½"}) {
-    EXPECT_EQ(ParseDecimal(text).fit, NumberFit::kNone) << text;
+TEST(ParseDecimal, ReadsEveryDigitAndTellsTooLongFromNoNumber) {
+  const struct {
+    const char* reading;
+    std::vector<const char*> texts;
+  } cases[] = {
+      {"0 / 0", {"0", "-0", "0e99999"}},
+      {"-1250 / 2", {"-12.50"}},
+      {"5 / 1", {".5"}},
+      {"5 / 0", {"5."}},
+      {"7 / 0", {"+7"}},
+      {"1000 / 0", {"1e3"}},
+      {"150 / 0", {"1.5E+2"}},
+      {"25 / 4", {"2.50e-3"}},
+      {"9223372036854775807 / 0", {"9223372036854775807"}},
+      {"-9223372036854775808 / 0", {"-9223372036854775808"}},
+      {"11 / 1", {"0000000000000000000000001.10000000000000000000000"}},
+      {"1 / 22", {"0.0000000000000000000001"}},
+      {"too long",
+       {"9223372036854775808", "-9223372036854775809", "1e19", "1.5e300",
+        "0.00000000000000000000001", "12345678901234567890.5"}},
+      {"no number",
+       {"", "-", "+", ".", "-.", "1,5", " 1", "1 ", "1e", "1e+", "1e+-2", "1e1.5", "--1", "1.2.3",
+        "0x10", "nan", "inf", "1e99999999999", "½"}},
+  };
+  for (const auto& each : cases) {
+    for (const char* text : each.texts) EXPECT_EQ(Reading(text), each.reading) << text;
   }
 }
 

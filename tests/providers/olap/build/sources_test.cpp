@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 #include <sqlite3.h>
 
+#include <filesystem>
 #include <fstream>
 #include <string>
 
@@ -58,15 +59,6 @@ class SqliteTables : public testing::Test {
     return CubeFile::Open(files, folder_.File("out.cub"));
   }
 
-  void ExpectRefusal(const std::string& sql, const std::string& words) {
-    try {
-      Build(sql);
-      ADD_FAILURE() << words;
-    } catch (const Failure& failure) {
-      EXPECT_NE(failure.description().find(words), std::string::npos) << failure.description();
-    }
-  }
-
   test::TemporaryFolder folder_;
 };
 
@@ -78,19 +70,22 @@ TEST_F(SqliteTables, AreReadWithTheirTypes) {
   ExpectNamesAndSum(*file, {"a", "#null"}, 0.3);
 }
 
-TEST_F(SqliteTables, RefusalsNameTheTable) {
-  ExpectRefusal("CREATE TABLE d(id, name); INSERT INTO d VALUES (1, 'a')", "no table \"fact\"");
-}
-
-TEST_F(SqliteTables, RefusalsNameTheColumn) {
-  ExpectRefusal("CREATE TABLE d(id, title); CREATE TABLE fact(id, v)", "no column \"name\"");
-}
-
-TEST_F(SqliteTables, RefusalsNameTheRow) {
-  ExpectRefusal(
-      "CREATE TABLE d(id, name); INSERT INTO d VALUES (1, 'a');"
-      "CREATE TABLE fact(id, v); INSERT INTO fact VALUES (1, 2), (1, x'00')",
-      "table fact, row 2");
+TEST_F(SqliteTables, RefusalsNameTheTableTheColumnAndTheRow) {
+  const std::string dimension = "CREATE TABLE d(id, name); INSERT INTO d VALUES (1, 'a');";
+  const std::string facts = "CREATE TABLE fact(id, v); INSERT INTO fact VALUES (1, 2), (1, x'00')";
+  const std::pair<std::string, std::string> cases[] = {
+      {dimension, "no table \"fact\""},
+      {"CREATE TABLE d(id, title); CREATE TABLE fact(id, v)", "no column \"name\""},
+      {dimension + facts, "table fact, row 2"}};
+  for (const auto& [sql, words] : cases) {
+    try {
+      std::filesystem::remove(folder_.File("data.db"));
+      Build(sql);
+      ADD_FAILURE() << words;
+    } catch (const Failure& failure) {
+      EXPECT_NE(failure.description().find(words), std::string::npos) << failure.description();
+    }
+  }
 }
 
 TEST(TableSource, OtherFilesAreRefused) {
