@@ -2,24 +2,20 @@
 //
 // The input is the schema; then for each table a line "@name" and the lines of its CSV file.
 #include <algorithm>
-#include <cstddef>
-#include <cstdint>
-#include <cstdlib>
-#include <string>
 
-#include "platform/failure.h"
 #include "providers/olap/build/build_cube.h"
 #include "providers/olap/storage/cube_file.h"
 #include "providers/posix/icu_locale.h"
+#include "tests/fuzz/fuzz.h"
 #include "tests/support/memory_host.h"
 
 namespace {
 
-void Split(const std::string& input, vok::test::MemoryFiles& files) {
+void Split(std::string_view input, vok::test::MemoryFiles& files) {
   std::string path = "/schema.xml";
   for (std::size_t begin = 0; begin <= input.size();) {
     const std::size_t end = std::min(input.find("\n@", begin), input.size());
-    std::string text = input.substr(begin, end - begin);
+    std::string text(input.substr(begin, end - begin));
     if (begin > 0) {
       const std::size_t line = std::min(text.find('\n'), text.size());
       path = "/data/" + text.substr(0, line) + ".csv";
@@ -32,22 +28,21 @@ void Split(const std::string& input, vok::test::MemoryFiles& files) {
 
 }  // namespace
 
-extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, std::size_t size) {
+void FuzzOne(std::string_view bytes) {
   static const vok::IcuLocale locale("en_GB");
   vok::test::MemoryFiles files;
   files.folders = {"/data"};
-  Split(std::string(reinterpret_cast<const char*>(data), size), files);
+  Split(bytes, files);
   vok::olap::BuildReport report;
-  try {
-    report = vok::olap::BuildCubeFile(files, locale, {"/schema.xml", "/data", "/made.cub"}, {});
-  } catch (const vok::Failure&) {
+  if (Refuses([&] {
+        report = vok::olap::BuildCubeFile(files, locale, {"/schema.xml", "/data", "/made.cub"}, {});
+      })) {
     if (!files.files["/made.cub"].empty()) std::abort();
-    return 0;
+    return;
   }
   const auto file = vok::olap::CubeFile::Open(files, "/made.cub");
   if (file->cubes().size() != report.cubes.size()) std::abort();
   for (std::size_t i = 0; i < report.cubes.size(); ++i) {
     if (file->cubes()[i].model.fact_count != report.cubes[i].facts) std::abort();
   }
-  return 0;
 }

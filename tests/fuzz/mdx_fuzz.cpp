@@ -1,15 +1,11 @@
 // Queries of any bytes: read or refused; what is read, written out and read again, is the same.
 // What the sample ledger then answers, within a second, is a result or a failure.
-#include <cstddef>
-#include <cstdint>
-#include <cstdlib>
 #include <memory>
-#include <string>
 
-#include "platform/failure.h"
 #include "providers/olap/mdx/engine.h"
 #include "providers/olap/mdx/parser.h"
 #include "providers/posix/icu_locale.h"
+#include "tests/fuzz/fuzz.h"
 #include "tests/support/cubes/sample_cube.h"
 
 namespace {
@@ -27,23 +23,18 @@ void Run(const std::string& mdx) {
   vok::olap::QueryLimits limits;
   limits.max_cells = 5000;
   limits.timeout_seconds = 1;
-  try {
+  Refuses([&] {
     const auto result = RunMdx(cube, mdx, limits);
     for (std::size_t cell = 0; cell < result->CellCount(); ++cell) result->FormattedCell(cell);
-  } catch (const vok::Failure&) {
-  }
+  });
 }
 
 }  // namespace
 
-extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, std::size_t size) {
-  const std::string mdx(reinterpret_cast<const char*>(data), size);
+void FuzzOne(std::string_view bytes) {
+  const std::string mdx(bytes);
   std::string first;
-  try {
-    first = Written(mdx);
-  } catch (const vok::Failure&) {
-    return 0;
-  }
+  if (Refuses([&] { first = Written(mdx); })) return;
   Run(mdx);
   try {
     if (Written(first) != first) std::abort();
@@ -51,5 +42,4 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, std::size_t size) {
     // Written out, every operation stands in parentheses: that may nest too deep.
     if (failure.description().find("nest more than") == std::string::npos) std::abort();
   }
-  return 0;
 }

@@ -1,17 +1,15 @@
 // Replays files through a fuzz target: as they are, cut short, and damaged at places that a fixed
-// seed chooses. Arguments: [--damaged=N] FILE_OR_FOLDER...; N damaged copies and at most N prefixes
-// of every file. Exit status 2 when there was nothing to replay.
+// seed chooses. Arguments: [N] FOLDER; N damaged copies and at most N prefixes of every file. Exit
+// status 2 when there was nothing to replay.
 #include <algorithm>
-#include <charconv>
 #include <cstddef>
 #include <cstdint>
 #include <cstdio>
+#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <random>
-#include <string>
-#include <string_view>
 #include <vector>
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, std::size_t size);
@@ -32,7 +30,6 @@ void RunCopy(const uint8_t* data, std::size_t size) {
 }
 
 void RunPrefixes(const Bytes& input, std::size_t count) {
-  if (count == 0) return;
   const std::size_t step = input.size() / count + 1;
   for (std::size_t length = 0; length < input.size(); length += step) RunCopy(input.data(), length);
 }
@@ -55,7 +52,6 @@ void Damage(Bytes& bytes, std::mt19937& random) {
 }
 
 void RunDamaged(const Bytes& input, std::size_t count) {
-  if (input.empty()) return;
   std::mt19937 random(20240515);
   for (std::size_t copy = 0; copy < count; ++copy) {
     Bytes bytes = input;
@@ -64,37 +60,22 @@ void RunDamaged(const Bytes& input, std::size_t count) {
   }
 }
 
-std::vector<std::filesystem::path> FilesOf(const std::filesystem::path& path) {
-  if (!std::filesystem::is_directory(path)) return {path};
-  std::vector<std::filesystem::path> files;
-  for (const auto& entry : std::filesystem::directory_iterator(path)) {
-    if (entry.is_regular_file()) files.push_back(entry.path());
-  }
-  std::sort(files.begin(), files.end());
-  return files;
-}
-
 }  // namespace
 
 int main(int count, char** arguments) {
-  constexpr std::string_view kDamaged = "--damaged=";
-  std::size_t damaged = 0;
-  std::size_t replayed = 0;
-  for (int index = 1; index < count; ++index) {
-    const std::string_view argument = arguments[index];
-    if (argument.starts_with(kDamaged)) {
-      std::from_chars(argument.data() + kDamaged.size(), argument.data() + argument.size(),
-                      damaged);
-      continue;
-    }
-    for (const auto& path : FilesOf(argument)) {
-      const Bytes input = ReadFile(path);
-      RunCopy(input.data(), input.size());
-      RunPrefixes(input, damaged);
-      RunDamaged(input, damaged);
-      ++replayed;
-    }
+  const std::size_t damaged = count > 2 ? std::strtoul(arguments[1], nullptr, 10) : 0;
+  std::vector<std::filesystem::path> paths;
+  for (const auto& entry : std::filesystem::directory_iterator(arguments[count - 1])) {
+    paths.push_back(entry.path());
   }
-  std::printf("%zu files replayed\n", replayed);
-  return replayed == 0 ? 2 : 0;
+  std::sort(paths.begin(), paths.end());
+  for (const auto& path : paths) {
+    const Bytes input = ReadFile(path);
+    RunCopy(input.data(), input.size());
+    if (damaged == 0 || input.empty()) continue;
+    RunPrefixes(input, damaged);
+    RunDamaged(input, damaged);
+  }
+  std::printf("%zu files replayed\n", paths.size());
+  return paths.empty() ? 2 : 0;
 }

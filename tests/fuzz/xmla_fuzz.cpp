@@ -1,14 +1,9 @@
 // Answers of any bytes, in pieces of any size: read or refused, and the same in one piece as in
 // many. The first byte chooses the pieces and whether rows or a cellset is expected.
-#include <cstddef>
-#include <cstdint>
-#include <cstdlib>
-#include <string>
-
-#include "platform/failure.h"
 #include "providers/xmla/answer.h"
 #include "providers/xmla/cellset_reader.h"
 #include "providers/xmla/rowset_reader.h"
+#include "tests/fuzz/fuzz.h"
 
 namespace {
 
@@ -67,19 +62,16 @@ std::string Rows(const std::string& xml, uint32_t random) {
 /// Where a mistake shows depends on the pieces, so failures are the same as long as both fail.
 std::string Outcome(std::string (*read)(const std::string&, uint32_t), const std::string& xml,
                     uint32_t random) {
-  try {
-    return read(xml, random);
-  } catch (const vok::Failure&) {
-    return "failure";
-  }
+  std::string outcome;
+  return Refuses([&] { outcome = read(xml, random); }) ? "failure" : outcome;
 }
 
 }  // namespace
 
-extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, std::size_t size) {
-  if (size == 0) return 0;
-  const std::string xml(reinterpret_cast<const char*>(data) + 1, size - 1);
-  const auto read = data[0] % 2 == 0 ? Cellset : Rows;
-  if (Outcome(read, xml, 0) != Outcome(read, xml, data[0] * 2654435761U + 1)) std::abort();
-  return 0;
+void FuzzOne(std::string_view bytes) {
+  if (bytes.empty()) return;
+  const std::string xml(bytes.substr(1));
+  const auto chosen = static_cast<uint8_t>(bytes[0]);
+  const auto read = chosen % 2 == 0 ? Cellset : Rows;
+  if (Outcome(read, xml, 0) != Outcome(read, xml, chosen * 2654435761U + 1)) std::abort();
 }
