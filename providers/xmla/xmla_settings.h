@@ -12,7 +12,7 @@ struct XmlaSettings {
   std::string password;
   std::string authentication;  ///< "basic", "digest", "ntlm", "negotiate"; "": what the server asks
   std::string ca_file;         ///< PEM file of trusted certificates; "": the system's
-  std::string proxy;           ///< "": that of the environment (http_proxy, https_proxy)
+  std::string proxy;           ///< "": the system's
   int connect_seconds = 30;    ///< until the connection stands; 0: no limit
   int idle_seconds = 600;      ///< without a byte in either direction; 0: no limit
   int total_seconds = 0;       ///< for a whole request; 0: no limit

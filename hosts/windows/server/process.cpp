@@ -3,10 +3,12 @@
 #include "component/publics.h"
 #include "hosts/system/system_host.h"
 #include "hosts/windows/ado/chosen_database.h"
-#include "hosts/windows/cube/chosen_cube.h"
+#include "hosts/windows/cube/adomd_services.h"
+#include "hosts/windows/cube/cube_choice.h"
 #include "hosts/windows/excel/excel_spreadsheet.h"
 #include "hosts/windows/platform/windows_message_boxes.h"
 #include "hosts/windows/server/version_record.h"
+#include "providers/routed_cube/routed_cube.h"
 
 namespace vok::windows {
 namespace {
@@ -18,7 +20,10 @@ struct Process {
   SystemHost system{"", &message_boxes};
   const Host& base = system.host();
   ChosenDatabase database{base.files, base.database};
-  ChosenCubeServices cube{base.files, base.locale, base.cube};
+  AdomdCubeServices platform_cube{base.locale};
+  CubeChoice cube_choice{base.files, base.cube, platform_cube};
+  RoutedCubeServices cube{
+      [this](const std::string& text) -> CubeServices& { return cube_choice.For(text); }};
   ExcelSpreadsheet spreadsheet{base.files, base.spreadsheet};
   Host host{ReadComponentInfo(), base.files, base.registry, base.locale, base.clock,
             message_boxes,       database,   cube,          spreadsheet};

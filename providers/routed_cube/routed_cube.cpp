@@ -1,15 +1,12 @@
-#include "hosts/windows/cube/chosen_cube.h"
+#include "providers/routed_cube/routed_cube.h"
 
 #include <optional>
 #include <utility>
 
-#include "hosts/windows/cube/adomd_cellset.h"
-#include "hosts/windows/cube/adomd_connection.h"
-#include "hosts/windows/cube/adomd_structure.h"
 #include "platform/failure.h"
 #include "platform/published.h"
 
-namespace vok::windows {
+namespace vok {
 namespace {
 
 Failure NotOpen() {
@@ -18,14 +15,14 @@ Failure NotOpen() {
 
 template <typename Port>
 Port& Made(const std::unique_ptr<Port>& object) {
-  if (!object) throw NotOpen();
+  if (object == nullptr) throw NotOpen();
   return *object;
 }
 
 /// Keeps what it is told until it is opened, and then tells it in the platform's order.
-class ChosenConnection : public CubeConnection {
+class RoutedConnection : public CubeConnection {
  public:
-  explicit ChosenConnection(const CubeChoice& choice) : choice_(choice) {}
+  explicit RoutedConnection(const ChooseCubeServices& choose) : choose_(choose) {}
 
   std::string ConnectionString() const override {
     return services_ != nullptr ? inner_->ConnectionString() : text_;
@@ -35,7 +32,7 @@ class ChosenConnection : public CubeConnection {
   void Open(const std::string& connection_string, const std::string& user,
             const std::string& password, int32_t options) override {
     const bool given = !connection_string.empty();
-    CubeServices& services = choice_.For(given ? connection_string : text_);
+    CubeServices& services = choose_(given ? connection_string : text_);
     reached_.Withdraw();
     services_ = nullptr;
     inner_ = services.NewConnection();
@@ -45,7 +42,9 @@ class ChosenConnection : public CubeConnection {
     inner_->Open(connection_string, user, password, options);
     services_ = &services;
   }
-  void Close() override { Inner().Close(); }
+  void Close() override {
+    if (services_ != nullptr) inner_->Close();
+  }
   void Cancel() override {
     reached_.Use([](CubeConnection& inner) { inner.Cancel(); });
   }
@@ -60,12 +59,14 @@ class ChosenConnection : public CubeConnection {
     if (services_ != nullptr) return *services_;
     throw NotOpen();
   }
-  static const ChosenConnection& Of(const CubeConnection& connection) {
-    return dynamic_cast<const ChosenConnection&>(connection);
+  static const RoutedConnection& From(const CubeConnection& connection) {
+    const auto* own = dynamic_cast<const RoutedConnection*>(&connection);
+    if (own != nullptr) return *own;
+    throw Failure(failure_number::kObjectClosed, "The connection to the cube is another host's.");
   }
 
  private:
-  const CubeChoice& choice_;
+  const ChooseCubeServices& choose_;
   std::string text_;
   std::optional<CursorLocation> location_;
   std::unique_ptr<CubeConnection> inner_;  ///< also while it is being opened
@@ -73,12 +74,12 @@ class ChosenConnection : public CubeConnection {
   Published<CubeConnection> reached_;      ///< the inner one
 };
 
-class ChosenCatalog : public CubeCatalog {
+class RoutedCatalog : public CubeCatalog {
  public:
   void SetActiveConnection(CubeConnection& connection) override {
-    const auto& chosen = ChosenConnection::Of(connection);
-    inner_ = chosen.services().NewCatalog();
-    inner_->SetActiveConnection(chosen.Inner());
+    const auto& routed = RoutedConnection::From(connection);
+    inner_ = routed.services().NewCatalog();
+    inner_->SetActiveConnection(routed.Inner());
   }
   std::size_t CubeCount() const override { return Made(inner_).CubeCount(); }
   std::unique_ptr<CubeDef> CubeAt(std::size_t index) const override {
@@ -89,12 +90,12 @@ class ChosenCatalog : public CubeCatalog {
   std::unique_ptr<CubeCatalog> inner_;
 };
 
-class ChosenCellset : public Cellset {
+class RoutedCellset : public Cellset {
  public:
   void SetActiveConnection(CubeConnection& connection) override {
-    const auto& chosen = ChosenConnection::Of(connection);
-    inner_ = chosen.services().NewCellset();
-    inner_->SetActiveConnection(chosen.Inner());
+    const auto& routed = RoutedConnection::From(connection);
+    inner_ = routed.services().NewCellset();
+    inner_->SetActiveConnection(routed.Inner());
   }
   void SetSource(const std::string& mdx) override { Made(inner_).SetSource(mdx); }
   void Open() override { Made(inner_).Open(); }
@@ -112,28 +113,16 @@ class ChosenCellset : public Cellset {
 
 }  // namespace
 
-std::unique_ptr<CubeConnection> AdomdCubeServices::NewConnection() {
-  return std::make_unique<AdomdConnection>();
+std::unique_ptr<CubeConnection> RoutedCubeServices::NewConnection() {
+  return std::make_unique<RoutedConnection>(choose_);
 }
 
-std::unique_ptr<CubeCatalog> AdomdCubeServices::NewCatalog() {
-  return std::make_unique<AdomdCatalog>(locale_);
+std::unique_ptr<CubeCatalog> RoutedCubeServices::NewCatalog() {
+  return std::make_unique<RoutedCatalog>();
 }
 
-std::unique_ptr<Cellset> AdomdCubeServices::NewCellset() {
-  return std::make_unique<AdomdCellset>();
+std::unique_ptr<Cellset> RoutedCubeServices::NewCellset() {
+  return std::make_unique<RoutedCellset>();
 }
 
-std::unique_ptr<CubeConnection> ChosenCubeServices::NewConnection() {
-  return std::make_unique<ChosenConnection>(choice_);
-}
-
-std::unique_ptr<CubeCatalog> ChosenCubeServices::NewCatalog() {
-  return std::make_unique<ChosenCatalog>();
-}
-
-std::unique_ptr<Cellset> ChosenCubeServices::NewCellset() {
-  return std::make_unique<ChosenCellset>();
-}
-
-}  // namespace vok::windows
+}  // namespace vok

@@ -1,41 +1,23 @@
 #include "hosts/system/system_host.h"
 
 #include <cstdio>
-#include <filesystem>
+#include <utility>
 
-#include "hosts/windows/platform/system_header.h"
-#include "hosts/windows/platform/utf16.h"
-#include "hosts/windows/platform/windows_clock.h"
-#include "hosts/windows/platform/windows_files.h"
-#include "hosts/windows/platform/windows_locale.h"
-#include "hosts/windows/platform/windows_registry.h"
+#include "env/environment.h"
+#include "hosts/system/system_platform.h"
 #include "providers/command_line/console_message_boxes.h"
 #include "providers/command_line/overriding_registry.h"
+#include "providers/common/connection_text.h"
 #include "providers/olap/cube_services.h"
 #include "providers/recordset/persisted_recordset.h"
+#include "providers/routed_cube/routed_cube.h"
 #include "providers/sqlite/sqlite_database.h"
 #include "providers/xlsx/xlsx_spreadsheet.h"
+#include "providers/xmla/cube_services.h"
 #include "version.h"
 
 namespace vok {
 namespace {
-
-/// Folder of the file that this code was loaded from: the DLL's, or the program's.
-std::string ComponentFolder() {
-  HMODULE module = nullptr;
-  ::GetModuleHandleExW(
-      GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT,
-      reinterpret_cast<const wchar_t*>(&ComponentFolder), &module);
-  std::wstring path(MAX_PATH, L'\0');
-  for (;;) {
-    const DWORD length = ::GetModuleFileNameW(module, path.data(), static_cast<DWORD>(path.size()));
-    if (length < path.size()) {
-      path.resize(length);
-      return windows::Utf8(std::filesystem::path(path).parent_path().wstring());
-    }
-    path.resize(path.size() * 2);
-  }
-}
 
 /// The settings database, and record sets that stand in files of their own.
 class FileDatabase : public SqliteDatabase {
@@ -52,9 +34,9 @@ class FileDatabase : public SqliteDatabase {
   const Locale& locale_;
 };
 
-ComponentInfo Component() {
+ComponentInfo Component(const std::string& folder) {
   ComponentInfo info;
-  info.folder = ComponentFolder();
+  info.folder = folder;
   info.major = kVersionMajor;
   info.minor = kVersionMinor;
   info.revision = kVersionRevision;
@@ -65,28 +47,43 @@ ComponentInfo Component() {
 
 struct SystemHost::Providers {
   Providers(const std::string& settings_folder, MessageBoxes* message_boxes)
-      : overriding(registry, locale, settings_folder),
-        database(files, locale),
-        cube(files, locale),
-        spreadsheet(files),
-        host{Component(),
-             files,
-             settings_folder.empty() ? static_cast<Registry&>(registry) : overriding,
-             locale,
-             clock,
+      : overriding(*platform.registry, *platform.locale, settings_folder),
+        database(*platform.files, *platform.locale),
+        cube_files(*platform.files, *platform.locale),
+        cube_servers(*platform.locale, {[this] { return ServerSettings(); }, platform.transport}),
+        spreadsheet(*platform.files),
+        host{Component(platform.component_folder),
+             *platform.files,
+             settings_folder.empty() ? *platform.registry : overriding,
+             *platform.locale,
+             *platform.clock,
              message_boxes != nullptr ? *message_boxes : console,
              database,
              cube,
              spreadsheet} {}
 
-  windows::WindowsFiles files;
-  windows::WindowsLocale locale;
-  windows::WindowsRegistry registry;
+  /// Those of Qel.ini in the settings folder of the moment, and of the environment.
+  xmla::XmlaSettings ServerSettings() const {
+    Environment environment;
+    return xmla::ReadXmlaSettings(
+        [&](const std::string& key) { return ReadIniValue(host, environment, "Xmla", key); });
+  }
+
+  CubeServices& CubeServicesFor(const std::string& connection_text) {
+    if (cube_text::NamesServer(cube_text::ParseConnectionText(connection_text))) {
+      return cube_servers;
+    }
+    return cube_files;
+  }
+
+  SystemPlatform platform = NewSystemPlatform();
   OverridingRegistry overriding;
-  windows::WindowsClock clock;
   ConsoleMessageBoxes console{stderr};
   FileDatabase database;
-  olap::OlapCubeServices cube;
+  olap::OlapCubeServices cube_files;
+  xmla::XmlaCubeServices cube_servers;
+  RoutedCubeServices cube{
+      [this](const std::string& text) -> CubeServices& { return CubeServicesFor(text); }};
   xlsx::XlsxSpreadsheet spreadsheet;
   Host host;
 };

@@ -1,0 +1,47 @@
+#include "hosts/system/system_platform.h"
+
+#include <dlfcn.h>
+#include <link.h>
+
+#include <filesystem>
+
+#include "providers/curl/curl_transport.h"
+#include "providers/posix/file_registry.h"
+#include "providers/posix/icu_locale.h"
+#include "providers/posix/posix_files.h"
+#include "providers/posix/system_clock.h"
+
+namespace vok {
+namespace {
+
+/// The shared library's, or the program's.
+std::string ComponentFolder() {
+  Dl_info info{};
+  link_map* loaded = nullptr;
+  if (dladdr1(reinterpret_cast<const void*>(&ComponentFolder), &info,
+              reinterpret_cast<void**>(&loaded), RTLD_DL_LINKMAP) == 0) {
+    return ".";
+  }
+  // The program has no name here, and the word that it was called by need not lead to it.
+  const bool is_program = *loaded->l_name == '\0';
+  std::error_code ignored;
+  const auto file =
+      std::filesystem::canonical(is_program ? "/proc/self/exe" : loaded->l_name, ignored);
+  return ignored ? "." : file.parent_path().string();
+}
+
+}  // namespace
+
+SystemPlatform NewSystemPlatform() {
+  SystemPlatform platform;
+  platform.files = std::make_unique<PosixFiles>();
+  platform.locale = std::make_unique<IcuLocale>(IcuLocale::NameFromEnvironment());
+  platform.registry = std::make_unique<FileRegistry>(*platform.files, *platform.locale,
+                                                     FileRegistry::FileFromEnvironment());
+  platform.clock = std::make_unique<SystemClock>();
+  platform.transport = xmla::New<xmla::CurlTransport>();
+  platform.component_folder = ComponentFolder();
+  return platform;
+}
+
+}  // namespace vok

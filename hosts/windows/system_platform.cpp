@@ -1,0 +1,46 @@
+#include "hosts/system/system_platform.h"
+
+#include <filesystem>
+
+#include "hosts/windows/http/winhttp_transport.h"
+#include "hosts/windows/platform/system_header.h"
+#include "hosts/windows/platform/utf16.h"
+#include "hosts/windows/platform/windows_clock.h"
+#include "hosts/windows/platform/windows_files.h"
+#include "hosts/windows/platform/windows_locale.h"
+#include "hosts/windows/platform/windows_registry.h"
+
+namespace vok {
+namespace {
+
+/// The DLL's, or the program's.
+std::string ComponentFolder() {
+  HMODULE module = nullptr;
+  ::GetModuleHandleExW(
+      GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT,
+      reinterpret_cast<const wchar_t*>(&ComponentFolder), &module);
+  std::wstring path(MAX_PATH, L'\0');
+  for (;;) {
+    const DWORD length = ::GetModuleFileNameW(module, path.data(), static_cast<DWORD>(path.size()));
+    if (length < path.size()) {
+      path.resize(length);
+      return windows::Utf8(std::filesystem::path(path).parent_path().wstring());
+    }
+    path.resize(path.size() * 2);
+  }
+}
+
+}  // namespace
+
+SystemPlatform NewSystemPlatform() {
+  SystemPlatform platform;
+  platform.files = std::make_unique<windows::WindowsFiles>();
+  platform.locale = std::make_unique<windows::WindowsLocale>();
+  platform.registry = std::make_unique<windows::WindowsRegistry>();
+  platform.clock = std::make_unique<windows::WindowsClock>();
+  platform.transport = xmla::New<windows::WinHttpTransport>();
+  platform.component_folder = ComponentFolder();
+  return platform;
+}
+
+}  // namespace vok
