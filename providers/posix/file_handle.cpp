@@ -9,6 +9,7 @@
 #include <utility>
 
 #include "platform/failure.h"
+#include "providers/file_failures/file_failures.h"
 
 namespace vok {
 namespace {
@@ -52,29 +53,10 @@ int32_t NumberOf(int error, const std::string& path) {
   }
 }
 
-const char* AdviceOn(int32_t number) {
-  switch (number) {
-    case failure_number::kFileNotFound:
-      return ". Check the name.";
-    case failure_number::kPathNotFound:
-      return ". Check that the folder exists.";
-    case failure_number::kPermissionDenied:
-      return ". Check the permissions of the file and its folder.";
-    case failure_number::kFileExists:
-      return ". A file stands in the way: choose another name.";
-    case failure_number::kDiskFull:
-      return ". Free space on the disk, or choose another folder.";
-    default:
-      return "";
-  }
-}
-
 }  // namespace
 
 void ThrowSystemFailure(int error, const std::string& what, const std::string& path) {
-  const int32_t number = NumberOf(error, path);
-  throw Failure(number, "Cannot " + what + " \"" + path +
-                            "\": " + std::generic_category().message(error) + AdviceOn(number));
+  ThrowFileFailure(NumberOf(error, path), what, path, std::generic_category().message(error));
 }
 
 FileHandle::FileHandle(FileHandle&& other) noexcept

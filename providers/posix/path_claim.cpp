@@ -10,7 +10,7 @@
 #include <cstddef>
 #include <functional>
 
-#include "platform/failure.h"
+#include "providers/file_failures/file_failures.h"
 
 namespace vok {
 namespace {
@@ -41,9 +41,7 @@ class SocketClaim : public PathClaim {
       return;
     }
     Release();
-    throw Failure(failure_number::kPermissionDenied,
-                  "Permission denied: another run is writing \"" + path +
-                      "\" now; wait until it has ended, or choose another output path");
+    ThrowClaimed(path);
   }
   ~SocketClaim() override { Release(); }
   SocketClaim(const SocketClaim&) = delete;

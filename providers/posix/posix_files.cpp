@@ -8,7 +8,7 @@
 #include <algorithm>
 #include <cerrno>
 
-#include "platform/failure.h"
+#include "providers/file_failures/file_failures.h"
 #include "providers/posix/file_handle.h"
 #include "providers/posix/path_claim.h"
 #include "providers/posix/posix_replacement.h"
@@ -22,13 +22,9 @@ std::string Native(std::string path) {
   return path;
 }
 
-// A path that a call may be made with: the system would take a text with a NUL for a shorter one.
+// A path that a call may be made with.
 std::string Checked(const std::string& path) {
-  if (path.empty() || path.find('\0') != std::string::npos) {
-    throw Failure(failure_number::kBadFileName, path.empty()
-                                                    ? "Bad file name: it is empty"
-                                                    : "Bad file name: it holds a NUL character");
-  }
+  CheckPathText(path);
   return Native(path);
 }
 
@@ -97,11 +93,7 @@ std::unique_ptr<MappedFile> PosixFiles::Map(const std::string& path) const {
   const FileHandle file = OpenFile(native, O_RDONLY, "read");
   const struct stat status = StatusOf(file, native);
   if (S_ISDIR(status.st_mode)) ThrowSystemFailure(EISDIR, "read", native);
-  if (!S_ISREG(status.st_mode)) {
-    throw Failure(failure_number::kPathAccess, "Cannot read \"" + native +
-                                                   "\": it is a device or a pipe. Give the name "
-                                                   "of an ordinary file.");
-  }
+  if (!S_ISREG(status.st_mode)) ThrowNoOrdinaryFile("read", native);
   return std::make_unique<PosixMapping>(file, static_cast<std::size_t>(status.st_size), native);
 }
 

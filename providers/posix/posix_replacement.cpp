@@ -10,7 +10,7 @@
 #include <filesystem>
 #include <system_error>
 
-#include "platform/failure.h"
+#include "providers/file_failures/file_failures.h"
 
 namespace vok {
 namespace {
@@ -37,11 +37,7 @@ void RefuseUnwritable(const std::string& target) {
   struct stat status;
   if (::stat(target.c_str(), &status) != 0) return;  // making the temporary will tell
   if (S_ISDIR(status.st_mode)) ThrowSystemFailure(EISDIR, "write", target);
-  if (!S_ISREG(status.st_mode)) {
-    throw Failure(failure_number::kPathAccess, "Cannot write \"" + target +
-                                                   "\": it is a device or a pipe. Give the name "
-                                                   "of an ordinary file.");
-  }
+  if (!S_ISREG(status.st_mode)) ThrowNoOrdinaryFile("write", target);
   if (::access(target.c_str(), W_OK) != 0) ThrowSystemFailure(errno, "write", target);
 }
 
@@ -104,11 +100,7 @@ void PosixReplacement::Write(std::span<const std::byte> bytes) {
 }
 
 void PosixReplacement::Commit() {
-  if (temporary_.empty()) {
-    throw Failure(
-        failure_number::kInvalidCall,
-        "Cannot write \"" + target_ + "\": its new contents were given up or are in place");
-  }
+  if (temporary_.empty()) ThrowNothingToCommit(target_);
   int error = ::fsync(file_.get()) == 0 ? 0 : errno;
   if (const int closing = file_.Reset(); error == 0) error = closing;
   if (error == 0 && ::rename(temporary_.c_str(), target_.c_str()) != 0) error = errno;

@@ -5,7 +5,7 @@
 #include "hosts/windows/platform/fold_case.h"
 #include "hosts/windows/platform/system_error.h"
 #include "hosts/windows/platform/utf16.h"
-#include "platform/failure.h"
+#include "providers/file_failures/file_failures.h"
 
 namespace vok::windows {
 namespace {
@@ -35,9 +35,7 @@ class NamedClaim : public PathClaim {
     const bool held = object_.IsOpen() ? error == ERROR_ALREADY_EXISTS
                                        : error == ERROR_ACCESS_DENIED;  // by another user
     if (!held) return;
-    throw Failure(failure_number::kPermissionDenied,
-                  "Permission denied: another run is writing \"" + path +
-                      "\" now; wait until it has ended, or choose another output path");
+    ThrowClaimed(path);
   }
 
  private:

@@ -5,6 +5,7 @@
 
 #include "hosts/windows/platform/utf16.h"
 #include "platform/failure.h"
+#include "providers/file_failures/file_failures.h"
 
 namespace vok::windows {
 namespace {
@@ -60,34 +61,21 @@ int32_t NumberOf(DWORD error, const std::string& path) {
   }
 }
 
+/// Where this system knows more than the number says; "" otherwise.
 const char* AdviceOn(int32_t number, DWORD error) {
   if (error == ERROR_SHARING_VIOLATION || error == ERROR_LOCK_VIOLATION) {
-    return ". Close the program that has the file open.";
+    return "Close the program that has the file open.";
   }
-  switch (number) {
-    case failure_number::kFileNotFound:
-      return ". Check the name.";
-    case failure_number::kPathNotFound:
-      return ". Check that the folder exists.";
-    case failure_number::kPathAccess:
-      return ". It is a folder: give the name of an ordinary file.";
-    case failure_number::kPermissionDenied:
-      return ". Check the permissions of the file and its folder.";
-    case failure_number::kFileExists:
-      return ". A file stands in the way: choose another name.";
-    case failure_number::kDiskFull:
-      return ". Free space on the disk, or choose another folder.";
-    default:
-      return "";
-  }
+  return number == failure_number::kPathAccess
+             ? "It is a folder: give the name of an ordinary file."
+             : "";
 }
 
 }  // namespace
 
 void ThrowSystemFailure(DWORD error, const std::string& what, const std::string& path) {
   const int32_t number = NumberOf(error, path);
-  throw Failure(number, "Cannot " + what + " \"" + path + "\": " + SystemWords(error) +
-                            AdviceOn(number, error));
+  ThrowFileFailure(number, what, path, SystemWords(error), AdviceOn(number, error));
 }
 
 std::string SystemWords(DWORD error, HMODULE module) {

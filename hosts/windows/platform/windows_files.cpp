@@ -7,19 +7,16 @@
 #include "hosts/windows/platform/windows_clock.h"
 #include "hosts/windows/platform/windows_replacement.h"
 #include "platform/failure.h"
+#include "providers/file_failures/file_failures.h"
 
 namespace vok::windows {
 namespace {
 
 constexpr DWORD kShareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
 
-// A path that a call may be made with: the system would take a text with a NUL for a shorter one.
+// A path that a call may be made with.
 std::string Checked(const std::string& path) {
-  if (path.empty() || path.find('\0') != std::string::npos) {
-    throw Failure(failure_number::kBadFileName, path.empty()
-                                                    ? "Bad file name: it is empty"
-                                                    : "Bad file name: it holds a NUL character");
-  }
+  CheckPathText(path);
   return NativePath(path);
 }
 
@@ -35,11 +32,7 @@ Handle OpenFile(const std::string& native, DWORD access, DWORD disposition,
   Handle file(::CreateFileW(WidePath(native).c_str(), access, kShareAll, nullptr, disposition,
                             FILE_ATTRIBUTE_NORMAL, nullptr));
   if (!file.IsOpen()) ThrowSystemFailure(::GetLastError(), what, native);
-  if (::GetFileType(file.get()) != FILE_TYPE_DISK) {
-    throw Failure(failure_number::kPathAccess, "Cannot " + what + " \"" + native +
-                                                   "\": it is a device or a pipe. Give the name "
-                                                   "of an ordinary file.");
-  }
+  if (::GetFileType(file.get()) != FILE_TYPE_DISK) ThrowNoOrdinaryFile(what, native);
   return file;
 }
 

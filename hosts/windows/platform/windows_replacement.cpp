@@ -6,7 +6,7 @@
 #include <cstring>
 #include <vector>
 
-#include "platform/failure.h"
+#include "providers/file_failures/file_failures.h"
 
 namespace vok::windows {
 namespace {
@@ -40,11 +40,7 @@ std::wstring WritableTarget(const std::string& path) {
   const Handle file(
       ::CreateFileW(wide.c_str(), GENERIC_WRITE, kShareAll, nullptr, OPEN_EXISTING, 0, nullptr));
   if (!file.IsOpen()) ThrowSystemFailure(::GetLastError(), "write", path);
-  if (::GetFileType(file.get()) != FILE_TYPE_DISK) {
-    throw Failure(failure_number::kPathAccess, "Cannot write \"" + path +
-                                                   "\": it is a device or a pipe. Give the name "
-                                                   "of an ordinary file.");
-  }
+  if (::GetFileType(file.get()) != FILE_TYPE_DISK) ThrowNoOrdinaryFile("write", path);
   return (attributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0 ? FinalPath(file) : wide;
 }
 
@@ -120,10 +116,7 @@ void WindowsReplacement::Write(std::span<const std::byte> bytes) {
 }
 
 void WindowsReplacement::Commit() {
-  if (temporary_.empty()) {
-    throw Failure(failure_number::kInvalidCall,
-                  "Cannot write \"" + path_ + "\": its new contents were given up or are in place");
-  }
+  if (temporary_.empty()) ThrowNothingToCommit(path_);
   bool done = ::FlushFileBuffers(file_.get()) != 0;
   if (done && !RenameOverOpenFile(file_, target_)) {
     file_.Reset();
