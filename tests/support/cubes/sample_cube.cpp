@@ -4,8 +4,7 @@
 #include <fstream>
 #include <iterator>
 
-#include "providers/posix/icu_locale.h"
-#include "providers/posix/posix_files.h"
+#include "native.h"
 
 namespace vok::test {
 
@@ -26,13 +25,13 @@ olap::BuildReport BuildInto(const TemporaryFolder& folder, const CubeTexts& text
   };
   write("schema.xml", texts.schema);
   for (const auto& [name, text] : texts.tables) write(name + ".csv", text);
-  PosixFiles files;
-  return olap::BuildCubeFile(files, IcuLocale("en_US"),
+  NativeFiles files;
+  return olap::BuildCubeFile(files, NativeLocale("en_US"),
                              {folder.File("schema.xml"), folder.path(), folder.File("sample.cub")},
                              {});
 }
 
 BuiltCube::BuiltCube(const CubeTexts& texts)
-    : report_(BuildInto(folder_, texts)), file_(olap::CubeFile::Open(PosixFiles(), path())) {}
+    : report_(BuildInto(folder_, texts)), file_(olap::CubeFile::Open(NativeFiles(), path())) {}
 
 }  // namespace vok::test

@@ -1,12 +1,17 @@
 # A Wine prefix of its own for the scripts, and the example's data beside it. Sourced with the folder
-# of the component's programs in $1; leaves the working directory in a temporary folder that goes when
+# of the component's programs in $1 and their architecture in $2; leaves the working directory in a temporary folder that goes when
 # the script ends.
 programs=$(realpath "$1")
 here=$(realpath "$(dirname "${BASH_SOURCE[0]}")")
 root=$(realpath "$here/../../../..")
 
+case $2 in
+  i686) wine=$root/scripts/wine32 WINEARCH=win32 ;;
+  *) wine=wine WINEARCH=win64 ;;
+esac
+export WINEARCH
 work=$(mktemp -d)
-export WINEPREFIX=$work/prefix WINEARCH=win64 WINEDEBUG=-all
+export WINEPREFIX=$work/prefix WINEDEBUG=-all
 export WINEDLLOVERRIDES="mscoree,mshtml=;winedbg.exe=d"
 unset DISPLAY  # without a screen message boxes end at once
 trap 'wineserver -k || true; rm -rf "$work"' EXIT
@@ -22,10 +27,7 @@ outside() { printf 'Z:%s' "$(realpath -m "$1")" | tr / '\\'; }
 
 # The settings and the cube come from the command line of this system.
 vokcube=${VOKCUBE:-$root/build/release/bin/vokcube}
-if [[ ! -x $vokcube ]]; then
-  cmake -S "$root" -B "$root/build/release" -G Ninja -DCMAKE_BUILD_TYPE=Release > /dev/null
-  cmake --build "$root/build/release" --target vokcube > /dev/null
-fi
+[[ -x $vokcube ]] || fail "no program $vokcube"
 
 make_example() {
   mkdir -p settings none
@@ -40,12 +42,12 @@ run_script() {
   local name=$1 output
   shift
   cat "$here/common.vbs" "$here/$name.vbs" > "$name.vbs"
-  output=$(timeout 120 wine cscript //nologo "$name.vbs" "$@" | tr -d '\r') || true
+  output=$(timeout 120 "$wine" cscript //nologo "$name.vbs" "$@" | tr -d '\r') || true
   echo "$name: $output" | tr '\n' ' '
   echo
   [[ ${output##*$'\n'} == "fails=0" ]] || fail "$name.vbs"
 }
 
-register() { timeout 60 wine regsvr32 /s "$@" || fail "regsvr32 $*"; }
+register() { timeout 60 "$wine" regsvr32 /s "$@" || fail "regsvr32 $*"; }
 
-timeout 120 wineboot -i > /dev/null 2>&1 || fail "no Wine prefix"
+timeout 120 "$wine" wineboot -i > /dev/null 2>&1 || fail "no Wine prefix"

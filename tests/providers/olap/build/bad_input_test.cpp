@@ -8,9 +8,8 @@
 #include <string>
 #include <vector>
 
+#include "native.h"
 #include "platform/failure.h"
-#include "providers/posix/icu_locale.h"
-#include "providers/posix/posix_files.h"
 #include "tests/support/cubes/sample_cube.h"
 #include "tests/support/failing_files.h"
 
@@ -170,15 +169,15 @@ TEST(BadOutput, LeavesTheOldFileAloneAndNothingBehind) {
   test::BuildInto(folder, test::SampleLedger());
   std::ofstream(folder.File("fact.csv"), std::ios::app) << "61,0,1,1,0,0,1.00,2\n";
   const Contents before = ContentsOf(folder);
-  PosixFiles posix;
-  test::FailingFiles disk(posix, Failure(failure_number::kDiskFull, "Disk full"));
+  test::NativeFiles files;
+  test::FailingFiles disk(files, Failure(failure_number::kDiskFull, "Disk full"));
   const BuildRequest request{folder.File("schema.xml"), folder.path(), folder.File("sample.cub")};
   do {
     EXPECT_EQ(ContentsOf(folder), before) << disk.fail_at;
     disk.calls = 0;
     ++disk.fail_at;
     try {
-      BuildCubeFile(disk, IcuLocale("en_US"), request, {});
+      BuildCubeFile(disk, test::NativeLocale("en_US"), request, {});
     } catch (const Failure& failure) {
       EXPECT_EQ(failure.number(), failure_number::kDiskFull);
     }

@@ -5,8 +5,8 @@
 #include <fstream>
 #include <string>
 
+#include "native.h"
 #include "platform/failure.h"
-#include "providers/posix/posix_files.h"
 #include "tests/support/cubes/sample_cube.h"
 
 namespace vok::olap {
@@ -42,7 +42,7 @@ void WriteTable(const std::string& path, int rows, bool is_bad) {
 
 TEST(ReadAhead, GivesTheSameRowsAndTheSameFailure) {
   const test::TemporaryFolder folder;
-  const PosixFiles files;
+  const test::NativeFiles files;
   for (const int rows : {0, 1, 2047, 2048, 2049, 4096, 30000}) {
     for (const bool is_bad : {false, true}) {
       WriteTable(folder.File("t.csv"), rows, is_bad);
@@ -57,7 +57,7 @@ TEST(ReadAhead, GivesTheSameRowsAndTheSameFailure) {
 
 TEST(ReadAhead, CanBeLeftAtAnyRow) {
   const test::TemporaryFolder folder;
-  const PosixFiles files;
+  const test::NativeFiles files;
   WriteTable(folder.File("t.csv"), 30000, false);
   const auto source = OpenCsvFolder(files, folder.path());
   for (const int taken : {0, 1, 2048, 5000}) {

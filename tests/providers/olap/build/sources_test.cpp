@@ -6,9 +6,8 @@
 #include <fstream>
 #include <string>
 
+#include "native.h"
 #include "platform/failure.h"
-#include "providers/posix/icu_locale.h"
-#include "providers/posix/posix_files.h"
 #include "tests/support/cubes/sample_cube.h"
 
 namespace vok::olap {
@@ -53,8 +52,8 @@ class SqliteTables : public testing::Test {
     EXPECT_EQ(sqlite3_exec(handle, sql.c_str(), nullptr, nullptr, nullptr), SQLITE_OK);
     sqlite3_close(handle);
     std::ofstream(folder_.File("schema.xml")) << kSchema;
-    PosixFiles files;
-    BuildCubeFile(files, IcuLocale("en_US"),
+    test::NativeFiles files;
+    BuildCubeFile(files, test::NativeLocale("en_US"),
                   {folder_.File("schema.xml"), database, folder_.File("out.cub")}, {});
     return CubeFile::Open(files, folder_.File("out.cub"));
   }
@@ -91,9 +90,9 @@ TEST_F(SqliteTables, RefusalsNameTheTableTheColumnAndTheRow) {
 TEST(TableSource, OtherFilesAreRefused) {
   const test::TemporaryFolder folder;
   std::ofstream(folder.File("schema.xml")) << kSchema;
-  PosixFiles files;
+  test::NativeFiles files;
   for (const std::string& data : {folder.File("schema.xml"), folder.File("missing")}) {
-    EXPECT_THROW(BuildCubeFile(files, IcuLocale("en_US"),
+    EXPECT_THROW(BuildCubeFile(files, test::NativeLocale("en_US"),
                                {folder.File("schema.xml"), data, folder.File("out.cub")}, {}),
                  Failure);
   }

@@ -15,7 +15,7 @@ void ReadFile(const std::filesystem::path& path, std::vector<MdxCase>& cases) {
   while (std::getline(file, line)) {
     if (line.starts_with('#') || line.empty()) continue;
     if (line.starts_with("case ")) {
-      cases.push_back({path.stem(), line.substr(5), "", ""});
+      cases.push_back({path.stem().string(), line.substr(5), "", ""});
       in_query = false;
     } else if (line == "query") {
       in_query = true;

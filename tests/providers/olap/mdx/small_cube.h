@@ -3,15 +3,15 @@
 
 #include <memory>
 
+#include "native.h"
 #include "providers/olap/mdx/cube_view.h"
-#include "providers/posix/icu_locale.h"
 #include "tests/support/cubes/sample_cube.h"
 
 namespace vok::test {
 
 /// The only cube of the file, as queries see it; it keeps the file open.
 inline std::shared_ptr<const olap::CubeView> ViewOf(const BuiltCube& built) {
-  static const IcuLocale locale("en_US");
+  static const NativeLocale locale("en_US");
   return std::make_shared<const olap::CubeView>(
       std::shared_ptr<const olap::StoredCube>(built.shared_file(), &built.cube()), locale);
 }

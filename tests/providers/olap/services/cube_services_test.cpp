@@ -5,9 +5,8 @@
 
 #include <filesystem>
 
+#include "native.h"
 #include "platform/failure.h"
-#include "providers/posix/icu_locale.h"
-#include "providers/posix/posix_files.h"
 #include "tests/support/cubes/sample_cube.h"
 
 namespace vok::olap {
@@ -34,8 +33,8 @@ class CubeServicesTest : public testing::Test {
   }
 
   test::BuiltCube cube_{test::SampleLedger()};
-  PosixFiles files_;
-  IcuLocale locale_{"en_US"};
+  test::NativeFiles files_;
+  test::NativeLocale locale_{"en_US"};
   OlapCubeServices services_{files_, locale_};
 };
 

@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "providers/posix/posix_files.h"
+#include "native.h"
 #include "tests/support/cubes/sample_cube.h"
 
 namespace vok::olap {
@@ -111,9 +111,9 @@ TEST(FactStore, IsEmptyForACubeWithoutFacts) {
 TEST(FactStore, IsNotDisturbedByACubeBuiltInItsPlace) {
   const test::TemporaryFolder folder;
   test::BuildInto(folder, OneColumn("sum", {{"1", "2"}, {"8"}}));
-  const auto old_file = CubeFile::Open(PosixFiles(), folder.File("sample.cub"));
+  const auto old_file = CubeFile::Open(test::NativeFiles(), folder.File("sample.cub"));
   test::BuildInto(folder, OneColumn("sum", {{"5"}, {"6"}, {"7"}}));
-  const auto new_file = CubeFile::Open(PosixFiles(), folder.File("sample.cub"));
+  const auto new_file = CubeFile::Open(test::NativeFiles(), folder.File("sample.cub"));
   const auto lines = [](const CubeFile& file) {
     return file.cubes()[0].facts->Read({{0}, {}, FactQuery::Group{0, 1}})[0].numbers;
   };
