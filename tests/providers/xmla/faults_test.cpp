@@ -6,10 +6,12 @@
 #include <thread>
 
 #include "platform/cube.h"
+#include "providers/xmla/cube_services.h"
 #include "providers/xmla/server.h"
 #include "tests/providers/xmla/answers.h"
 #include "tests/providers/xmla/scripted_server.h"
 #include "tests/support/failures.h"
+#include "tests/support/memory_host.h"
 
 namespace vok::xmla {
 namespace {
@@ -170,15 +172,18 @@ TEST(Faults, OfAServerThatIsSlowOrGone) {
   for (const auto& [address, says] : gone) EXPECT_THAT(Ask(address, Hasty()), HasSubstr(says));
 }
 
-TEST(Faults, CancellingEndsAQuestionSoon) {
+TEST(Faults, CancellingEndsAQuestionSoonWhileAConnectionIsOpened) {
   ScriptedServer http([](const std::string&) { return Reply{"", false, true}; });
-  Server server(http.address(), XmlaSettings(), SystemTransport());
+  const vok::test::SimpleLocale locale;
+  XmlaCubeServices services(locale, {[] { return XmlaSettings(); }, SystemTransport()});
+  const auto connection = services.NewConnection();
   const auto start = std::chrono::steady_clock::now();
   std::thread other([&] {
     while (http.requests() == 0) std::this_thread::sleep_for(std::chrono::milliseconds(5));
-    server.Cancel();
+    connection->Cancel();
   });
-  const Failure failure = Ask(server);
+  const Failure failure = vok::test::FailureOf(
+      [&] { connection->Open("Data Source=" + http.address(), "", "", kUnspecifiedOptions); });
   EXPECT_EQ(failure.number(), kQueryCancelled);
   EXPECT_THAT(failure.description(), HasSubstr("was cancelled"));
   other.join();
