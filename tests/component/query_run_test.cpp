@@ -11,7 +11,6 @@ namespace vok::test {
 namespace {
 
 using ::testing::AllOf;
-using ::testing::Contains;
 using ::testing::ElementsAre;
 using ::testing::EndsWith;
 using ::testing::HasSubstr;
@@ -47,6 +46,20 @@ struct QueryRunTest : ::testing::Test, ComponentHost {
     };
   }
 
+  /// Asks for a stop while the cube is opened (0), probed (1) or queried (2, 3); it goes on at
+  /// that.
+  void StopDuring(std::size_t moment) {
+    publics.stop = &stop;
+    AddOpeningBalance();
+    if (moment == 0) cube.on_open = [this] { stop.Ask(); };
+    cube.answer = [this, moment](const std::string&) -> FakeAnswer {
+      EXPECT_LE(cube.queries.size(), moment);
+      if (cube.queries.size() == moment) stop.Ask();
+      if (cube.queries.size() == 3) memory.files.files["out.xlsX"] = "of the first query";
+      return cube.queries.size() == 1 ? FakeAnswer{{{}, {}}, {}} : OneCell(1);
+    };
+  }
+
   const std::string& LogOf(const std::string& name) {
     return memory.files.files["component\\" + name + ".log"];
   }
@@ -68,6 +81,7 @@ struct QueryRunTest : ::testing::Test, ComponentHost {
     return found;
   }
 
+  QueryStop stop;
   Publics publics;
 };
 
@@ -109,7 +123,6 @@ TEST_F(QueryRunTest, TheOpeningBalancePassAppends) {
   EXPECT_EQ(sheets.record.blocks[25].At(1, 12), Value(6.0));
   EXPECT_EQ(publics.last_run.rows, 2u);
   EXPECT_EQ(publics.last_run.preview.rows.size(), 2u);
-  EXPECT_FALSE(publics.last_run.stopped);
 
   sheets.record = {};
   cube.queries.clear();
@@ -201,6 +214,11 @@ TEST_F(QueryRunTest, EveryFailureHasItsAnswerAndItsReport) {
          };
        },
        7, "Function : CubtoXls"},
+      {"stopped while the cube is opened", [](auto& t) { t.StopDuring(0); }, kQueryCancelled,
+       nullptr},
+      {"stopped in the probe", [](auto& t) { t.StopDuring(1); }, kQueryCancelled, nullptr},
+      {"stopped in a query", [](auto& t) { t.StopDuring(2); }, kQueryCancelled, nullptr},
+      {"stopped in the second query", [](auto& t) { t.StopDuring(3); }, kQueryCancelled, nullptr},
       {"three axes",
        [](auto& t) {
          t.Answer({{{{}}, {{}}, {}}, {}}, {});
@@ -224,47 +242,11 @@ TEST_F(QueryRunTest, EveryFailureHasItsAnswerAndItsReport) {
     c.spoil(run);
     EXPECT_EQ(run.RunComponent(), AnswerOf(c.code)) << c.name;
     EXPECT_FALSE(run.memory.files.files.contains("out.xlsX")) << c.name;
+    EXPECT_EQ(run.publics.last_run.stopped, c.code == kQueryCancelled) << c.name;
+    EXPECT_EQ(run.publics.last_run.preview.rows.size(), 0U) << c.name;
     EXPECT_EQ(run.memory.boxes.boxes.empty(), c.report == nullptr) << c.name;
     if (c.report == nullptr) continue;
     EXPECT_THAT(run.memory.boxes.boxes.back().text, HasSubstr(c.report)) << c.name;
-  }
-}
-
-TEST_F(QueryRunTest, AStopEndsTheRunBeforeItsNextStepAndLeavesNoWorkbook) {
-  const struct {
-    const char* name;
-    std::size_t query;  ///< while which the stop is asked; 0: while the cube is opened
-    std::size_t queries;
-    bool workbook;  ///< whether one was written, and removed
-  } cases[] = {{"opening", 0, 0, false},
-               {"probe", 1, 1, false},
-               {"first query", 2, 2, false},
-               {"second query", 3, 3, true}};
-  AddOpeningBalance();
-  for (const auto& c : cases) {
-    QueryStop stop;
-    publics.stop = &stop;
-    cube.queries.clear();
-    cube.connection_calls.clear();
-    sheets.record.lines.clear();
-    memory.files.files["out.xlsX"] = "old";
-    cube.on_open = [&] {
-      if (c.query == 0) stop.Ask();
-    };
-    cube.answer = [&](const std::string&) -> FakeAnswer {
-      if (cube.queries.size() == c.query) stop.Ask();
-      if (cube.queries.size() == 1) return {{{}, {}}, {}};
-      if (cube.queries.size() == 3) memory.files.files["out.xlsX"] = "of the first query";
-      return OneCell(1);
-    };
-    EXPECT_EQ(RunComponent(), AnswerOf(kQueryCancelled)) << c.name;
-    EXPECT_EQ(cube.queries.size(), c.queries) << c.name;
-    EXPECT_THAT(cube.connection_calls, Contains("cancel")) << c.name;
-    EXPECT_EQ(sheets.record.lines.empty(), !c.workbook) << c.name;
-    EXPECT_FALSE(memory.files.files.contains("out.xlsX")) << c.name;
-    EXPECT_TRUE(publics.last_run.stopped) << c.name;
-    EXPECT_EQ(publics.last_run.rows + publics.last_run.preview.rows.size(), 0U) << c.name;
-    EXPECT_THAT(memory.boxes.boxes, IsEmpty()) << c.name;
   }
 }
 
