@@ -31,15 +31,15 @@ QString PlainToolTip(const std::string& text) {
   return Qt::mightBeRichText(tip) ? tip.toHtmlEscaped() : tip;
 }
 
-void MarkError(QWidget& widget, const Control& control) {
-  const QColor back = ErrorBack(QApplication::palette());
-  const bool marked = widget.testAttribute(Qt::WA_SetPalette);
-  if (control.Error && !marked) {
-    QPalette palette = widget.palette();
-    palette.setColor(QPalette::Base, back);
-    widget.setPalette(palette);
-  } else if (!control.Error && marked) {
-    widget.setPalette({});
+void MarkState(QWidget& widget, const Control& control) {
+  const QPalette usual = QApplication::palette(&widget);
+  const bool locked = control.Locked && control.Type == ControlType::kTextBox;
+  const QColor back =
+      control.Error ? ErrorBack(usual) : usual.color(locked ? QPalette::Window : QPalette::Base);
+  if (widget.palette().color(QPalette::Active, QPalette::Base) != back) {
+    QPalette marked;
+    if (control.Error || locked) marked.setColor(QPalette::Base, back);
+    widget.setPalette(marked);
   }
   QStringList spoken;
   if (control.Error) spoken.append(Text(StringTableText(text_number::kError)));

@@ -14,8 +14,8 @@ QFont FontOf(const Font& font);
 /// Plain text for a tool tip, whatever signs it holds.
 QString PlainToolTip(const std::string& text);
 
-/// Gives a wrong entry its back colour, or takes it away, and tells screen readers so. What they
-/// read besides is the tool tip.
-void MarkError(QWidget& widget, const Control& control);
+/// Gives a wrong entry and a locked text their back colours, or takes them away, and tells screen
+/// readers of the wrong one. What they read besides is the tool tip.
+void MarkState(QWidget& widget, const Control& control);
 
 }  // namespace vok::qt

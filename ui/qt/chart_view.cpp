@@ -113,6 +113,8 @@ class Chart : public ControlView {
     area.setWidgetResizable(true);
     area.setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     area.setFrameShape(QFrame::NoFrame);
+    area.viewport()->setAutoFillBackground(false);
+    bars_->setAutoFillBackground(false);
     area.setMinimumSize(TextWidth(control, area), TextHeight(control, area));
   }
   void Draw(const Control& control) override { bars_->Show(control.Bars); }

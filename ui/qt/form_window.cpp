@@ -76,6 +76,7 @@ void FormWindow::Run() {
   if (form_.Visible) loop_.exec();
   form_.Visible = false;
   hide();
+  if (parentWidget() != nullptr) parentWidget()->activateWindow();
   if (failure_ != nullptr) std::rethrow_exception(std::exchange(failure_, nullptr));
 }
 
@@ -99,7 +100,7 @@ void FormWindow::Draw(const Item& item) {
   widget.setEnabled(control.Enabled);
   widget.setVisible(control.Visible);
   widget.setToolTip(PlainToolTip(control.ToolTipText));
-  MarkError(widget, control);
+  MarkState(widget, control);
 }
 
 /// Moved by a rule, not by the person: what the focus goes away from has not been left.

@@ -1,0 +1,165 @@
+#include "tests/ui/qt/person.h"
+
+#include <gtest/gtest.h>
+
+#include <QtCore/QScopedValueRollback>
+#include <QtCore/QThread>
+#include <QtCore/QTimer>
+#include <QtGui/QWindow>
+#include <QtTest/QTest>
+#include <QtWidgets/QAbstractButton>
+#include <QtWidgets/QApplication>
+#include <QtWidgets/QCheckBox>
+#include <QtWidgets/QComboBox>
+#include <QtWidgets/QLabel>
+#include <QtWidgets/QLineEdit>
+#include <QtWidgets/QMessageBox>
+#include <QtWidgets/QPushButton>
+#include <sstream>
+
+/// What fontconfig keeps for the life of the process, which Qt never gives back to it.
+extern "C" const char* __lsan_default_suppressions();
+extern "C" const char* __lsan_default_suppressions() { return "leak:libfontconfig\n"; }
+
+namespace vok::test {
+namespace {
+
+constexpr int kAfterAllEvents = 1;  // millisecond
+constexpr int kPatience = 2000;
+
+QString Qt16(const std::string& text) { return QString::fromStdString(text); }
+
+std::string TextOf(QWidget* widget) {
+  if (auto* edit = qobject_cast<QLineEdit*>(widget)) return edit->text().toStdString();
+  if (auto* combo = qobject_cast<QComboBox*>(widget)) return combo->currentText().toStdString();
+  if (auto* label = qobject_cast<QLabel*>(widget)) return label->text().toStdString();
+  if (auto* box = qobject_cast<QCheckBox*>(widget)) return std::to_string(box->checkState());
+  if (auto* button = qobject_cast<QAbstractButton*>(widget)) return button->text().toStdString();
+  return {};
+}
+
+std::string TitleOf(QWidget* window) {
+  if (window == nullptr) return "no window";
+  const auto* box = qobject_cast<QMessageBox*>(window);
+  return (box != nullptr ? box->text() : window->windowTitle()).toStdString();
+}
+
+void Press(const std::string& keys) {
+  const auto sequence = QKeySequence(Qt16(keys), QKeySequence::PortableText);
+  const QKeyCombination key = sequence[0];
+  QWidget* menu = QApplication::activePopupWidget();
+  QTest::keyClick((menu != nullptr ? menu : Person::Front())->windowHandle(), key.key(),
+                  key.keyboardModifiers());
+}
+
+void Type(const std::string& text) {
+  for (const QChar c : Qt16(text)) {
+    QTest::sendKeyEvent(QTest::Click, Person::Front()->windowHandle(), Qt::Key_unknown, QString(c),
+                        Qt::NoModifier);
+  }
+}
+
+void Click(const std::string& control) {
+  QWidget* widget = Person::Find(control);
+  if (widget == nullptr) return;
+  const QPoint place(qobject_cast<QCheckBox*>(widget) != nullptr ? 8 : widget->width() / 2,
+                     widget->height() / 2);
+  QWidget* window = widget->window();
+  QPoint point = widget->mapTo(window, place);
+  if (widget->isRightToLeft() && qobject_cast<QCheckBox*>(widget) != nullptr)
+    point = widget->mapTo(window, QPoint(widget->width() - 8, place.y()));
+  QTest::mouseClick(window->windowHandle(), Qt::LeftButton, {}, point);
+}
+
+/// A picture of the window in front, where the environment names a folder for it.
+void Shoot(const std::string& name) {
+  const QString folder = qEnvironmentVariable("VOKCUBE_SCREENSHOTS");
+  if (folder.isEmpty()) return;
+  EXPECT_TRUE(Person::Front()->grab().save(folder + Qt16("/" + name + ".png")));
+}
+
+bool IsButtonDown() {
+  const auto* front = Person::Front();
+  if (front == nullptr) return false;
+  const auto buttons = front->findChildren<QPushButton*>();
+  return std::any_of(buttons.begin(), buttons.end(), [](const auto* b) { return b->isDown(); });
+}
+
+}  // namespace
+
+QWidget* Person::Front() { return QApplication::activeModalWidget(); }
+
+QWidget* Person::Find(const std::string& control) {
+  QWidget* front = Front();
+  auto* found = front == nullptr ? nullptr : front->findChild<QWidget*>(Qt16(control));
+  EXPECT_NE(found, nullptr) << control << " in " << TitleOf(front);
+  return found;
+}
+
+Person::Person(const std::string& script) {
+  std::istringstream lines(script);
+  for (std::string line; std::getline(lines, line);) {
+    line.erase(0, line.find_first_not_of(' '));
+    if (!line.empty()) steps_.push_back(line);
+  }
+  Await();
+}
+
+Person::~Person() {
+  EXPECT_TRUE(steps_.empty()) << "never came to: " << (steps_.empty() ? "" : steps_.front());
+  EXPECT_EQ(Front(), nullptr);
+}
+
+/// Through the timer after all that is due, through the queue after a window's loop that ended.
+void Person::Await() {
+  QTimer::singleShot(kAfterAllEvents, &life_, [this] {
+    QMetaObject::invokeMethod(
+        qApp, [this] { Next(); }, Qt::QueuedConnection);
+  });
+}
+
+/// The next step is due before this one is made: it may open a window, whose loop then makes it.
+void Person::Next() {
+  const int loops = QThread::currentThread()->loopLevel();
+  // A mouse click lets events through before it is done; a button's key shows it pressed for a
+  // while.
+  if (loops == loops_ || IsButtonDown()) return Await();
+  const QScopedValueRollback making(loops_, loops);
+  const std::string step = steps_.front();
+  steps_.pop_front();
+  if (!steps_.empty()) Await();
+  if (steps_.empty()) {
+    QTimer::singleShot(kPatience, &life_, [step] {
+      qFatal("after \"%s\" stays open: %s", step.c_str(), TitleOf(Front()).c_str());
+    });
+  }
+  SCOPED_TRACE(step);
+  Do(step);
+}
+
+void Person::Do(const std::string& step) {
+  const std::size_t blank = std::min(step.find(' '), step.size());
+  const std::string verb = step.substr(0, blank);
+  const std::string what = blank < step.size() ? step.substr(blank + 1) : "";
+  ASSERT_NE(Front(), nullptr);
+  if (verb == "press") return Press(what);
+  if (verb == "click") return Click(what);
+  if (verb == "type") return Type(what);
+  if (verb == "close") return static_cast<void>(Front()->close());
+  if (verb == "shot") return Shoot(what);
+  if (verb == "front") {
+    EXPECT_EQ(TitleOf(Front()), what);
+  } else if (verb == "focus") {
+    EXPECT_EQ(Front()->focusWidget()->objectName().toStdString(), what);
+  } else if (verb == "see") {
+    const std::size_t end = std::min(what.find(' '), what.size());
+    const std::string text = end < what.size() ? what.substr(end + 1) : "";
+    if (QWidget* widget = Find(what.substr(0, end))) {
+      EXPECT_EQ(TextOf(widget), text);
+    }
+  } else {
+    FAIL() << "no such verb";
+  }
+}
+
+}  // namespace vok::test

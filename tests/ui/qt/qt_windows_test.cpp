@@ -1,0 +1,172 @@
+// The drawn windows, as a person works with them: real keys and mouse, the real system behind.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <QtWidgets/QApplication>
+#include <cstdlib>
+
+#include "settings/edited_sets.h"
+#include "tests/ui/qt/person.h"
+#include "tests/ui/qt/qt_desk.h"
+
+namespace vok {
+namespace {
+
+[[maybe_unused]] const bool unseen = setenv("QT_QPA_PLATFORM", "offscreen", 0) == 0;
+
+constexpr char kNoBox[] = "Query Cube to QEL [v16.8.28]";
+constexpr char kDiscard[] = R"(
+    close
+    front Save the changes?
+    press Alt+N)";
+
+std::string Replaced(std::string script, const std::string& what, const std::string& by) {
+  for (auto at = script.find(what); at != script.npos; at = script.find(what, at + by.size())) {
+    script.replace(at, what.size(), by);
+  }
+  return script;
+}
+
+TEST(QtWindows, ASettingIsMadeSavedLoadedAndRun) {
+  for (const int language : {0, 1, 2}) {
+    test::QtDesk desk("en_GB", language);
+    desk.desktop.picked = desk.Cube();
+    const auto window = desk.OpenDrawn();
+    std::string script = Replaced(R"(
+        focus comboDataSource
+        type Sales
+        click txtVarnelMDB
+        type host.mdb
+        click cmdCube
+        click ComCubeFile
+        see ComboCube QEL
+        shot cube-LANGUAGE
+        click cmdOk
+        see txtCubeName QEL
+        see CmbObs Ledger1
+        click ComMeasure(0)
+        focus CmbMeas(0)
+        type Amount
+        press Tab
+        focus CmbQty(0)
+        press Down
+        see CmbQty(0) Amount
+        press Down
+        see CmbQty(0) Units
+        click chkCalc(12)
+        click txtCountMoney
+        press Ctrl+A
+        type x
+        see txtCountMoney
+        type 2
+        shot options-LANGUAGE
+        press Return
+        see TextMeasure(0) Amount
+        click ComboPeriods
+        type Half 1
+        click TextPeriod(0)
+        type Spring
+        press Tab
+        focus txtDate1(0)
+        click cmdAutoFill
+        focus lstInterval
+        press Down
+        press Tab
+        type 15/1/2009
+        press Tab
+        press Tab
+        type 1
+        press Tab
+        type 2
+        shot wizard-LANGUAGE
+        press Return
+        see txtDate1(0) 01/01/2009
+        see txtDate2(1) 30/06/2009
+        click CheckItraPticha(1)
+        see CheckItraPticha(1) 2
+        click txtOutput
+        type OUT
+        press Ctrl+S
+        shot main-LANGUAGE
+        press F5
+        front The workbook is OUT.xlsX
+        press Return
+        close)",
+                                  "OUT", desk.folder.File("out"));
+    script = Replaced(script, "LANGUAGE", std::to_string(language));
+    const test::Person person(script);
+    window->Show();
+    EXPECT_TRUE(desk.files.Exists(desk.folder.File("out.xlsX")));
+  }
+}
+
+TEST(QtWindows, DatesAreTakenAsTypedAndRefusedInTheirField) {
+  struct {
+    const char* country;
+    const char* field;
+    const char* typed;
+    const char* leave;
+    const char* shown;
+    const char* focus;
+    const char* box = kNoBox;
+  } const cases[] = {
+      {"en_GB", "txtDate1(0)", "15/3/2024", "press Tab", "15/03/2024", "txtDate2(0)"},
+      {"en_US", "txtDate1(1)", "3/15/2024", "press Tab", "3/15/2024", "txtDate2(1)"},
+      {"de_DE", "txtDate2(0)", "15.3.24", "click txtOutput", "15.03.2024", "txtOutput"},
+      {"he_IL", "txtDate1(0)", "15 במרץ 2024", "press Shift+Tab", "15.3.2024", "TextPeriod(0)"},
+      {"en_GB", "txtDate1(0)", "abc", "press Tab", "00:00:00", "txtDate1(0)"},
+      // refused, and so the command that left the field is not carried out
+      {"en_GB", "txtDate1(0)", "abc", "click cmdQuery", "00:00:00", "txtDate1(0)"},
+      {"en_GB", "txtDate1(0)", "abc", "press Return", "00:00:00", "txtDate1(0)"},
+      {"en_GB", "txtDate1(0)", "abc", "press F5", "00:00:00", "txtDate1(0)"},
+      {"en_GB", "txtDate2(0)", "30/2/2024", "press Alt+R", "", "txtDate2(0)"},
+      {"en_GB", "txtDate2(3)", "14/3/2024", "press Tab", "", "txtDate2(3)",
+       "Invalid date entered at period"},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(std::string(c.typed) + " " + c.leave);
+    test::QtDesk desk(c.country);
+    const auto window = desk.OpenDrawn();
+    window->form().SetText({"txtDate1", 3}, "15/03/2024");
+    const std::string in_box =
+        c.box == kNoBox ? "" : "\npress Return\nfront " + std::string(kNoBox);
+    const test::Person person(std::string("click ") + c.field + "\ntype " + c.typed + "\n" +
+                              c.leave + "\nfront " + c.box + in_box + "\nsee " + c.field + " " +
+                              c.shown + "\nfocus " + c.focus + kDiscard);
+    window->Show();
+  }
+}
+
+TEST(QtWindows, WhateverClosesAWindowAsksFirstForWhatWouldBeLost) {
+  // who gives up is not held by a wrong date
+  constexpr std::pair<const char*, const char*> kCases[] = {{"abc", "close"},
+                                                            {"abc", "press Esc"},
+                                                            {"abc", "click cmdClose"},
+                                                            {"", "press Alt+F\npress C"}};
+  for (const auto& [date, how] : kCases) {
+    SCOPED_TRACE(how);
+    test::QtDesk desk;
+    const auto window = desk.OpenDrawn();
+    const test::Person person("click TextPeriod(0)\ntype x\nclick txtDate1(0)\ntype " +
+                              std::string(date) + "\n" +
+                              Replaced("HOW\nfront Save the changes?\npress Esc\n"
+                                       "see TextPeriod(0) x\nHOW\npress Alt+N",
+                                       "HOW", how));
+    window->Show();
+    EXPECT_FALSE(window->form().Visible);
+  }
+}
+
+TEST(QtWindows, AHundredOpeningsLeaveNothing) {
+  test::QtDesk desk;
+  const auto widgets = QApplication::allWidgets().size();
+  for (int i = 0; i < 100; ++i) {
+    const auto window = desk.OpenDrawn();
+    const test::Person person("close");
+    window->Show();
+  }
+  EXPECT_EQ(QApplication::allWidgets().size(), widgets);
+}
+
+}  // namespace
+}  // namespace vok
