@@ -76,7 +76,7 @@ void FormWindow::Run() {
   if (form_.Visible) loop_.exec();
   form_.Visible = false;
   hide();
-  if (parentWidget() != nullptr) parentWidget()->activateWindow();
+  if (parentWidget() != nullptr) parentWidget()->activateWindow();  // not every desktop does
   if (failure_ != nullptr) std::rethrow_exception(std::exchange(failure_, nullptr));
 }
 

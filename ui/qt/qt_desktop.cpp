@@ -56,6 +56,13 @@ MessageAnswer AnswerOf(int button) {
   }
 }
 
+/// Not every desktop gives the focus back to the window below.
+int Ask(QDialog& dialog) {
+  const int answer = dialog.exec();
+  if (dialog.parentWidget() != nullptr) dialog.parentWidget()->activateWindow();
+  return answer;
+}
+
 }  // namespace
 
 QtDesktop::QtDesktop() { NeedApplication(); }
@@ -88,7 +95,7 @@ std::string QtDesktop::PickFile(const FileDialog& dialog) {
     picker.setFileMode((dialog.flags & kFileMustExist) != 0 ? QFileDialog::ExistingFile
                                                             : QFileDialog::AnyFile);
   }
-  if (picker.exec() != QDialog::Accepted) return {};
+  if (Ask(picker) != QDialog::Accepted) return {};
   return picker.selectedFiles().value(0).toStdString();
 }
 
@@ -140,10 +147,10 @@ MessageAnswer QtDesktop::ShowHere(const MessageBox& box) {
   shown.setText(Text(box.text).remove(QLatin1Char('\r')));
   shown.setIcon(kIcons[static_cast<int>(box.icon)]);
   shown.setStandardButtons(ButtonsOf(box));
-  int button = shown.exec();
+  int button = Ask(shown);
   while (button == QMessageBox::Help) {
     ShowHelp(box.help_file);
-    button = shown.exec();
+    button = Ask(shown);
   }
   return AnswerOf(button);
 }

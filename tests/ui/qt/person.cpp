@@ -85,6 +85,11 @@ bool IsButtonDown() {
   return std::any_of(buttons.begin(), buttons.end(), [](const auto* b) { return b->isDown(); });
 }
 
+bool IsSeen(const std::string& control) {
+  const auto* widget = Person::Front()->findChild<QWidget*>(Qt16(control));
+  return widget != nullptr && widget->isVisible();
+}
+
 }  // namespace
 
 QWidget* Person::Front() { return QApplication::activeModalWidget(); }
@@ -126,6 +131,7 @@ void Person::Next() {
   if (loops == loops_ || IsButtonDown()) return Await();
   const QScopedValueRollback making(loops_, loops);
   const std::string step = steps_.front();
+  if (step.starts_with("await ") && !IsSeen(step.substr(6))) return Await();
   steps_.pop_front();
   if (!steps_.empty()) Await();
   if (steps_.empty()) {
@@ -145,6 +151,7 @@ void Person::Do(const std::string& step) {
   if (verb == "press") return Press(what);
   if (verb == "click") return Click(what);
   if (verb == "type") return Type(what);
+  if (verb == "await") return;
   if (verb == "close") return static_cast<void>(Front()->close());
   if (verb == "shot") return Shoot(what);
   if (verb == "front") {

@@ -89,8 +89,10 @@ TEST(QtWindows, ASettingIsMadeSavedLoadedAndRun) {
         press Ctrl+S
         shot main-LANGUAGE
         press F5
-        front The workbook is OUT.xlsX
-        press Return
+        await fraResult
+        see txtResult OUT.xlsX
+        focus cmdOpenWorkbook
+        shot result-LANGUAGE
         close)",
                                   "OUT", desk.folder.File("out"));
     script = Replaced(script, "LANGUAGE", std::to_string(language));
@@ -147,11 +149,11 @@ TEST(QtWindows, WhateverClosesAWindowAsksFirstForWhatWouldBeLost) {
     SCOPED_TRACE(how);
     test::QtDesk desk;
     const auto window = desk.OpenDrawn();
-    const test::Person person("click TextPeriod(0)\ntype x\nclick txtDate1(0)\ntype " +
-                              std::string(date) + "\n" +
-                              Replaced("HOW\nfront Save the changes?\npress Esc\n"
-                                       "see TextPeriod(0) x\nHOW\npress Alt+N",
-                                       "HOW", how));
+    const test::Person person(
+        "click TextPeriod(0)\ntype x\nclick txtDate1(0)\ntype " + std::string(date) + "\n" +
+        Replaced("HOW\nfront Save the changes?\npress Esc\n"
+                 "see TextPeriod(0) x\nHOW\nfront Save the changes?\npress Alt+N",
+                 "HOW", how));
     window->Show();
     EXPECT_FALSE(window->form().Visible);
   }
