@@ -1,6 +1,5 @@
 #include <chrono>
 #include <csignal>
-#include <set>
 #include <string>
 #include <thread>
 #include <vector>
@@ -51,30 +50,6 @@ TEST_F(ProcessesTest, ALockOfAnotherIsWaitedForAndThenNamed) {
   StatusOf(holder);
   EXPECT_EQ(NumberOf(add), 0);
   EXPECT_EQ(Names(*connection, "Sets"), std::vector<std::string>{"mine"});
-}
-
-TEST_F(ProcessesTest, EightSaveAndLoadAtOnceAndLoseNothing) {
-  CreateFile();
-  constexpr int kProcesses = 8;
-  constexpr int kSaves = 12;
-  std::vector<pid_t> children;
-  for (int process = 0; process < kProcesses; ++process) {
-    children.push_back(Start([&, process] {
-      for (int save = 0; save < kSaves; ++save) {
-        const std::string name = "p" + std::to_string(process) + " s" + std::to_string(save % 4);
-        const std::string caption = std::to_string(save);
-        Save(name, caption);
-        const auto connection = Connect(60);
-        const std::string mine = "select Caption from Sets where SetName like '" + name + " ?'";
-        if (Names(*connection, mine) != std::vector{caption, caption}) ::_exit(2);
-        if (Names(*connection, "Sets").size() % 2 != 0) ::_exit(3);
-      }
-    }));
-  }
-  for (const pid_t child : children) EXPECT_EQ(StatusOf(child), 0);
-  const auto names = Names(*Connect(), "Sets");
-  EXPECT_EQ(names.size(), 8U * 4 * 2);
-  EXPECT_EQ(std::set<std::string>(names.begin(), names.end()).size(), names.size());
 }
 
 TEST_F(ProcessesTest, ManyCreateTheFileAndOneDoes) {
