@@ -90,6 +90,7 @@ TEST_F(QueryRunTest, WithoutOpeningBalancesOneQueryIsLoggedRunAndWritten) {
   for (const char* run : {"first", "second, which starts its lists afresh"}) {
     SCOPED_TRACE(run);
     cube.queries.clear();
+    cube.connection_calls.clear();
     sheets.record = {};
     Answer(OneCell(5), {});
     ASSERT_EQ(Run(), 0);
@@ -104,7 +105,9 @@ TEST_F(QueryRunTest, WithoutOpeningBalancesOneQueryIsLoggedRunAndWritten) {
     EXPECT_THAT(publics.cube.CubeMeasures, ElementsAre(Value(), Value("Amount"), Value("Units")));
     EXPECT_THAT(memory.boxes.boxes, IsEmpty());
     EXPECT_EQ(cube.open_cellsets, 0);
-    EXPECT_EQ(cube.connection_calls.back(), "close");
+    EXPECT_THAT(cube.connection_calls,
+                ElementsAre("text DATA SOURCE=sales.cub;PROVIDER=MSOLAP;Initial Catalog=[QEL];",
+                            "cursor 3", "open '' '' '' -1", "close"));
   }
 }
 
@@ -188,7 +191,7 @@ TEST_F(QueryRunTest, EveryFailureHasItsAnswerAndItsReport) {
       {"no such data source", [](auto& t) { t.database.tables["DataSourceInfo"].clear(); }, 2222,
        "Datasource Definition: Sales  Not Found!!"},
       {"no connection", [](auto& t) { t.cube.on_open = [] { throw Failure(53, "no cube file"); }; },
-       3333, "Function : OpenConnection"},
+       3333, "Function : OpenConnection\r\nModule : ModeConnectFunctions"},
       {"no dates", [](auto& t) { t.cube.dimensions.pop_back(); }, 4444,
        "Function : GetMaxDateAndOpBalance"},
       {"unknown measure of a money set without a period",
