@@ -3,8 +3,6 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
 #include "providers/posix/icu_locale.h"
 #include "providers/posix/posix_files.h"
@@ -13,6 +11,7 @@
 #include "settings/reader.h"
 #include "settings/schema.h"
 #include "settings/writer.h"
+#include "tests/support/child_process.h"
 #include "tests/support/failures.h"
 #include "tests/support/memory_host.h"
 #include "tests/support/temporary_folder.h"
@@ -164,27 +163,17 @@ TEST_F(StoreTest, ProcessesThatMakeTheFileSaveAndLoadAtOnceLoseNothing) {
   constexpr int kProcesses = 8;
   std::vector<pid_t> children;
   for (int i = 0; i < kProcesses; ++i) {
-    const pid_t child = fork();
-    if (child == 0) {
-      const std::string own = "own " + std::to_string(i);
-      const int32_t number = NumberOf([&] {
-        Create();
-        for (int round = 0; round < 4; ++round) {
-          SaveDataSource(host, environment, Source(own));
-          SaveDataSource(host, environment, Source("shared"));
-          SavePeriods(host, environment, Year("shared"));
-          if (Load(own, "shared") != 0) throw Failure(1, "lost");
-        }
-      });
-      _exit(number == 0 ? 0 : 1);
-    }
-    children.push_back(child);
+    children.push_back(test::Start([&, own = "own " + std::to_string(i)] {
+      Create();
+      for (int round = 0; round < 4; ++round) {
+        SaveDataSource(host, environment, Source(own));
+        SaveDataSource(host, environment, Source("shared"));
+        SavePeriods(host, environment, Year("shared"));
+        if (Load(own, "shared") != 0) throw Failure(1, "lost");
+      }
+    }));
   }
-  for (const pid_t child : children) {
-    int status = -1;
-    waitpid(child, &status, 0);
-    EXPECT_EQ(status, 0);
-  }
+  for (const pid_t child : children) EXPECT_EQ(test::StatusOf(child), 0);
   EXPECT_EQ(ReadAllDataSources(host, environment).size(), kProcesses + 1U);
   EXPECT_EQ(ReadAllPeriodSets(host, environment).size(), 1U);
 }

@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 #include <sys/mount.h>
 #include <sys/stat.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 #include <fstream>
@@ -11,6 +10,7 @@
 #include "settings/all_sets.h"
 #include "settings/store.h"
 #include "settings/writer.h"
+#include "tests/support/child_process.h"
 #include "tests/support/ui/real_desk.h"
 
 namespace vok {
@@ -82,14 +82,11 @@ TEST_F(SaveFailuresTest, AReadOnlyDatabase) {
   ::chmod(file.c_str(), 0444);
   ::chmod(desk.folder.path().c_str(), 0755);
   ::chmod(desk.settings.c_str(), 0555);
-  const pid_t child = ::fork();
-  if (child == 0) {
-    if (::geteuid() == 0 && ::setuid(65534) != 0) ::_exit(2);
-    ::_exit(SaveIsRefused("CubToQel.mdb") ? 0 : 1);
-  }
-  int status = -1;
-  ::waitpid(child, &status, 0);
-  EXPECT_EQ(status, 0);
+  const pid_t child = test::Start([&] {
+    if (::geteuid() == 0 && ::setuid(65534) != 0) throw Failure(1, "the rights stay");
+    if (!SaveIsRefused("CubToQel.mdb")) throw Failure(1, "saved");
+  });
+  EXPECT_EQ(test::StatusOf(child), 0);
   ::chmod(desk.settings.c_str(), 0755);
   ::chmod(file.c_str(), 0644);
   ExpectOldSetsAndThenASave();

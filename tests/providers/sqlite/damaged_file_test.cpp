@@ -15,6 +15,8 @@ namespace {
 using test::DescriptionOf;
 using test::FailureOf;
 using test::NumberOf;
+using test::Start;
+using test::StatusOf;
 using namespace testing;
 
 class DamagedFileTest : public test::SettingsFileTest {

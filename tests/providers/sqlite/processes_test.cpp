@@ -11,6 +11,8 @@ namespace {
 
 using test::DescriptionOf;
 using test::NumberOf;
+using test::Start;
+using test::StatusOf;
 using namespace std::chrono_literals;
 using namespace testing;
 

@@ -2,8 +2,6 @@
 #pragma once
 
 #include <gmock/gmock.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
 #include <filesystem>
 #include <functional>
@@ -14,6 +12,7 @@
 #include "providers/posix/icu_locale.h"
 #include "providers/posix/posix_files.h"
 #include "providers/sqlite/sqlite_database.h"
+#include "tests/support/child_process.h"
 #include "tests/support/failures.h"
 #include "tests/support/temporary_folder.h"
 
@@ -91,20 +90,6 @@ class SettingsFileTest : public testing::Test {
       names.push_back(records->Field(0).ToText());
     }
     return names;
-  }
-
-  /// Starts a process for the action; its status is 0 when that ends without a failure.
-  static pid_t Start(const std::function<void()>& action) {
-    const pid_t child = ::fork();
-    if (child != 0) return child;
-    const Failure failure = FailureOf(action);
-    if (failure.number() != 0) std::fprintf(stderr, "%s\n", failure.what());
-    ::_exit(failure.number() == 0 ? 0 : 1);
-  }
-  static int StatusOf(pid_t child) {
-    int status = 0;
-    ::waitpid(child, &status, 0);
-    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
   }
 
   PosixFiles files_;
