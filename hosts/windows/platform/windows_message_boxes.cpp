@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "hosts/windows/platform/owner_window.h"
 #include "hosts/windows/platform/system_header.h"
 #include "hosts/windows/platform/utf16.h"
 
@@ -52,7 +53,7 @@ MessageAnswer WindowsMessageBoxes::Show(const vok::MessageBox& box) {
   const std::wstring help_file = Utf16(box.help_file);
   MSGBOXPARAMSW parameters{};
   parameters.cbSize = sizeof parameters;
-  parameters.hwndOwner = ::GetActiveWindow();
+  parameters.hwndOwner = OwnerWindow();
   parameters.lpszText = text.c_str();
   parameters.lpszCaption = title.c_str();
   parameters.dwStyle = StyleOf(box) | (parameters.hwndOwner == nullptr ? MB_TASKMODAL : 0);

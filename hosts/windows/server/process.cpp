@@ -9,6 +9,8 @@
 #include "hosts/windows/platform/windows_message_boxes.h"
 #include "hosts/windows/server/version_record.h"
 #include "providers/routed_cube/routed_cube.h"
+#include "hosts/windows/view/errands.h"
+#include "hosts/windows/view/query_window.h"
 
 namespace vok::windows {
 namespace {
@@ -16,7 +18,8 @@ namespace {
 /// The system's host with its portable providers, and before these the platform's own objects,
 /// which answer where they are installed.
 struct Process {
-  WindowsMessageBoxes message_boxes;
+  WindowsMessageBoxes shown_boxes;
+  ErrandBoxes message_boxes{shown_boxes};
   SystemHost system{"", &message_boxes};
   const Host& base = system.host();
   ChosenDatabase database{base.files, base.database};
@@ -28,7 +31,7 @@ struct Process {
   Host host{ReadComponentInfo(), base.files, base.registry, base.locale, base.clock,
             message_boxes,       database,   cube,          spreadsheet};
   Publics publics;
-  clMe me{host, publics};
+  clMe me{host, publics, MakeQueryWindow};
 };
 
 }  // namespace

@@ -1,0 +1,402 @@
+#include "hosts/windows/view/form_window.h"
+
+#include <algorithm>
+#include <set>
+#include <utility>
+
+#include "hosts/windows/platform/utf16.h"
+#include "hosts/windows/view/surroundings.h"
+#include "platform/failure.h"
+
+namespace vok::windows {
+namespace {
+
+using enum ControlType;
+
+constexpr int kFirstId = 100;  // beyond those of the system's own buttons
+constexpr COLORREF kErrorBack = RGB(0xFF, 0xC8, 0xC8);
+constexpr COLORREF kErrorText = RGB(0, 0, 0);
+
+/// A dialog without controls.
+struct EmptyTemplate {
+  DLGTEMPLATE dialog{};
+  WORD menu = 0, window_class = 0, title = 0;
+};
+
+}  // namespace
+
+FormWindow::FormWindow(Form& form, HWND owner) : form_(form) {
+  const OwnLook look;
+  EmptyTemplate empty;
+  empty.dialog.style = WS_POPUP | WS_CAPTION | WS_SYSMENU | WS_THICKFRAME | WS_MAXIMIZEBOX |
+                       (owner == nullptr ? WS_MINIMIZEBOX : 0);
+  empty.dialog.dwExtendedStyle = WS_EX_CONTROLPARENT | (owner == nullptr ? WS_EX_APPWINDOW : 0) |
+                                 (form.RightToLeft ? WS_EX_LAYOUTRTL : 0);
+  ::CreateDialogIndirectParamW(ThisInstance(), &empty.dialog, owner, Procedure,
+                               reinterpret_cast<LPARAM>(this));
+  if (window_ == nullptr) {
+    throw Failure(failure_number::kNotSupported,
+                  "Cannot open the window " + form.Name +
+                      ": this session has no screen that a window could be shown on.");
+  }
+  error_brush_ = ::CreateSolidBrush(kErrorBack);
+  HandleDensityOurselves(window_);
+  UseDensity();
+  MakeWidgets();
+  menu_.emplace(form_, window_, [this](const Control& control) { return IdOf(control); });
+  tips_.emplace(window_);
+  names_.emplace();
+  WriteControls();
+  Measure();
+  PlaceOver(owner);
+}
+
+FormWindow::~FormWindow() {
+  names_.reset();
+  if (window_ != nullptr) ::DestroyWindow(window_);
+  ::DeleteObject(error_brush_);
+}
+
+void FormWindow::Show() {
+  ::ShowWindow(window_, SW_SHOW);
+  ::SetForegroundWindow(window_);
+  ::SendMessageW(window_, WM_NEXTDLGCTL,
+                 reinterpret_cast<WPARAM>(::GetNextDlgTabItem(window_, nullptr, FALSE)), TRUE);
+  focused_ = WidgetOf(::GetFocus());
+  MoveFocus();
+}
+
+void FormWindow::ThrowFailure() const {
+  if (failure_) std::rethrow_exception(failure_);
+}
+
+// ---- what the user does
+
+INT_PTR CALLBACK FormWindow::Procedure(HWND window, UINT message, WPARAM wparam, LPARAM lparam) {
+  if (message == WM_INITDIALOG) {
+    ::SetWindowLongPtrW(window, DWLP_USER, lparam);
+    reinterpret_cast<FormWindow*>(lparam)->window_ = window;
+    return FALSE;
+  }
+  auto* const self = reinterpret_cast<FormWindow*>(::GetWindowLongPtrW(window, DWLP_USER));
+  if (self == nullptr) return FALSE;
+  try {
+    return self->Handle(message, wparam, lparam);
+  } catch (...) {
+    if (!self->failure_) self->failure_ = std::current_exception();
+    return FALSE;
+  }
+}
+
+INT_PTR FormWindow::Handle(UINT message, WPARAM wparam, LPARAM lparam) {
+  switch (message) {
+    case WM_COMMAND:
+      OnCommand(LOWORD(wparam), HIWORD(wparam));
+      return TRUE;
+    case WM_CLOSE:
+      Cancel();
+      return TRUE;
+    case WM_NOTIFY:
+      if (auto& header = *reinterpret_cast<NMHDR*>(lparam); WidgetOf(header.hwndFrom) != nullptr) {
+        WidgetOf(header.hwndFrom)->OnNotify(header);
+      }
+      return FALSE;
+    case WM_DRAWITEM:
+      if (const Widget* widget = WidgetWith(static_cast<int>(wparam)); widget != nullptr) {
+        widget->Paint(*reinterpret_cast<const DRAWITEMSTRUCT*>(lparam));
+      }
+      return TRUE;
+    case WM_CTLCOLOREDIT:
+    case WM_CTLCOLORSTATIC:
+    case WM_CTLCOLORLISTBOX:
+      return Colour(message, wparam, lparam);
+    case WM_SIZE:
+      Arrange();
+      return FALSE;
+    case WM_GETMINMAXINFO:
+      Limit(*reinterpret_cast<MINMAXINFO*>(lparam));
+      return FALSE;
+    case WM_DPICHANGED:
+      UseDensity();
+      Measure();
+      return FALSE;
+    case WM_NCDESTROY:
+      window_ = nullptr;
+      return FALSE;
+    default:
+      return FALSE;
+  }
+}
+
+/// `event` says whether the form was told of anything. A rule may have closed the form: whoever
+/// waits for a message must notice.
+template <typename Event>
+void FormWindow::Tell(Event event) {
+  try {
+    if (event()) Refresh();
+  } catch (...) {
+    if (!failure_) failure_ = std::current_exception();
+  }
+  if (!IsOpen() && window_ != nullptr) ::PostMessageW(window_, WM_NULL, 0, 0);
+}
+
+void FormWindow::OnCommand(int id, int code) {
+  if (writing_) return;
+  if (id == IDCANCEL) return Cancel();
+  const auto position = static_cast<std::size_t>(id - kFirstId);
+  if (id < kFirstId || position >= widgets_.size()) return;
+  const Control& control = form_.Controls()[position];
+  Widget* const widget = widgets_[position].get();
+  const bool clicked = widget == nullptr || code == BN_CLICKED;
+  // The default button takes the focus when Enter clicks it, so that what was typed is left first;
+  // where that is refused nothing is clicked.
+  if (clicked && widget != nullptr && control.Default) ::SetFocus(widget->window());
+  if (clicked && !SettleFocus()) return;
+  if (widget == nullptr) return Click(control);
+  Tell([&] { return widget->OnCommand(form_, code); });
+}
+
+void FormWindow::Click(const Control& control) {
+  Tell([&] {
+    form_.Click(control.Id());
+    return true;
+  });
+}
+
+void FormWindow::Cancel() {
+  for (const Control& control : form_.Controls()) {
+    if (control.Cancel) return Click(control);
+  }
+  Tell([this] { return form_.Visible = false; });
+}
+
+void FormWindow::Dispatch(MSG& message) {
+  const bool ours =
+      window_ != nullptr && (message.hwnd == window_ || ::IsChild(window_, message.hwnd) != FALSE);
+  if (!ours || (!menu_->Translate(message) && !::IsDialogMessageW(window_, &message))) {
+    ::TranslateMessage(&message);
+    ::DispatchMessageW(&message);
+  }
+  SettleFocus();
+}
+
+/// Tells the form when the focus went from one control to another; its going to another window is
+/// no leaving. False when a rule took it elsewhere.
+bool FormWindow::SettleFocus() {
+  Widget* const taken = WidgetOf(::GetFocus());
+  if (taken == nullptr || taken == focused_ || !IsOpen()) return true;
+  Widget* const left = std::exchange(focused_, taken);
+  if (left != nullptr) {
+    Tell([&] {
+      form_.Leave(left->control().Id());
+      return true;
+    });
+  }
+  return focused_ == taken && IsOpen();
+}
+
+/// Where the rules want it. The control that it goes away from was not left by the user.
+void FormWindow::MoveFocus() {
+  if (!form_.Focus) return;
+  const ControlId id = *std::exchange(form_.Focus, std::nullopt);
+  for (const auto& widget : widgets_) {
+    if (widget == nullptr || widget->control().Id() != id) continue;
+    if (::IsWindowEnabled(widget->window()) == FALSE) return;
+    focused_ = widget.get();
+    ::SendMessageW(window_, WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(widget->window()), TRUE);
+    return;
+  }
+}
+
+// ---- the controls
+
+/// In the order of the form, but each label just before the first control that it names: there the
+/// system looks for a control's name, and its key leads to what follows it.
+void FormWindow::MakeWidgets() {
+  const auto& controls = form_.Controls();
+  widgets_.resize(controls.size());
+  std::map<std::string, std::size_t> labels;
+  std::set<std::string> naming;
+  for (std::size_t i = 0; i < controls.size(); ++i) {
+    if (controls[i].Type == kLabel) labels.emplace(controls[i].Name, i);
+    naming.insert(controls[i].Label);
+  }
+  for (std::size_t i = 0; i < controls.size(); ++i) {
+    if (controls[i].Type == kLabel && naming.contains(controls[i].Name)) continue;
+    const auto label = labels.find(controls[i].Label);
+    if (label != labels.end() && widgets_[label->second] == nullptr) MakeWidget(label->second);
+    MakeWidget(i);
+    if (controls[i].Default) ::SendMessageW(window_, DM_SETDEFID, kFirstId + i, 0);
+  }
+}
+
+void FormWindow::MakeWidget(std::size_t position) {
+  Control& control = form_.Controls()[position];
+  if (control.Type == kMenu) return;
+  auto widget = windows::MakeWidget(control);
+  widget->Create(window_, kFirstId + static_cast<int>(position), *metrics_);
+  ::SetWindowPos(widget->window(), HWND_BOTTOM, 0, 0, 0, 0,
+                 SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
+  widgets_[position] = std::move(widget);
+}
+
+int FormWindow::IdOf(const Control& control) const {
+  int id = kFirstId;
+  for (const Control& other : form_.Controls()) {
+    if (&other == &control) break;
+    ++id;
+  }
+  return id;
+}
+
+Widget* FormWindow::WidgetWith(int id) const {
+  const auto position = static_cast<std::size_t>(id - kFirstId);
+  return id >= kFirstId && position < widgets_.size() ? widgets_[position].get() : nullptr;
+}
+
+Widget* FormWindow::WidgetOf(HWND part) const {
+  if (window_ == nullptr || ::IsChild(window_, part) == FALSE) return nullptr;
+  while (::GetParent(part) != window_) part = ::GetParent(part);
+  return WidgetWith(::GetDlgCtrlID(part));
+}
+
+void FormWindow::Refresh() {
+  if (!IsOpen()) return;
+  WriteControls();
+  MoveFocus();
+}
+
+void FormWindow::WriteControls() {
+  writing_ = true;
+  bool measure = false;
+  for (const auto& widget : widgets_) {
+    if (widget == nullptr) continue;
+    const Control& control = widget->control();
+    const bool shown = IsShown(form_, control);
+    measure |= shown != widget->IsShown();
+    widget->SetState(shown, control.Enabled);
+    measure |= widget->Refresh();
+    tips_->Refresh(*widget);
+    names_->Refresh(form_, *widget);
+  }
+  menu_->Refresh();
+  if (caption_ != form_.Caption) {
+    caption_ = form_.Caption;
+    ::SetWindowTextW(window_, Utf16(caption_).c_str());
+  }
+  writing_ = false;
+  if (measure && layout_) Measure();
+}
+
+INT_PTR FormWindow::Colour(UINT message, WPARAM wparam, LPARAM lparam) {
+  const Widget* const widget = WidgetOf(reinterpret_cast<HWND>(lparam));
+  if (widget == nullptr || !widget->control().Error) return FALSE;
+  if (message == WM_CTLCOLORSTATIC && widget->control().Type == kLabel) return FALSE;
+  const auto canvas = reinterpret_cast<HDC>(wparam);
+  ::SetBkColor(canvas, kErrorBack);
+  ::SetTextColor(canvas, kErrorText);
+  return reinterpret_cast<INT_PTR>(error_brush_);
+}
+
+// ---- where they stand
+
+void FormWindow::UseDensity() {
+  auto metrics = std::make_unique<Metrics>(form_.Font, DensityOf(window_));
+  for (const auto& widget : widgets_) {
+    if (widget != nullptr) widget->SetMetrics(*metrics);
+  }
+  metrics_ = std::move(metrics);
+}
+
+LayoutSizes FormWindow::Sizes() const {
+  const auto least = [this](const Control& control) {
+    return widgets_[static_cast<std::size_t>(IdOf(control) - kFirstId)]->Least(*metrics_);
+  };
+  return {.least = least,
+          .gap = {metrics_->Across(4), metrics_->Down(2)},
+          .margin = metrics_->Across(7),
+          .frame_top = metrics_->Lines(1) + metrics_->Down(3),
+          .frame_edge = metrics_->Across(6)};
+}
+
+/// Works out anew what the controls need; a window that has become too small grows.
+void FormWindow::Measure() {
+  layout_.emplace(form_, Sizes());
+  RECT now{};
+  ::GetWindowRect(window_, &now);
+  const Extent least = WholeSize();
+  const int width = std::max(static_cast<int>(now.right - now.left), least.width);
+  const int height = std::max(static_cast<int>(now.bottom - now.top), least.height);
+  if (width == now.right - now.left && height == now.bottom - now.top) return Arrange();
+  ::SetWindowPos(window_, nullptr, 0, 0, width, height, SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
+}
+
+void FormWindow::Arrange() {
+  if (!layout_) return;
+  RECT client{};
+  ::GetClientRect(window_, &client);
+  const auto places = layout_->Arrange({client.right, client.bottom});
+  for (const auto& widget : widgets_) {
+    if (widget == nullptr) continue;
+    const auto wanted = places.find(&widget->control());
+    if (wanted == places.end()) continue;
+    const auto now = places_.find(&widget->control());
+    if (now != places_.end() && now->second == wanted->second) continue;
+    const Place& place = wanted->second;
+    ::SetWindowPos(widget->window(), nullptr, place.left, place.top, place.width,
+                   widget->WindowHeight(place.height), SWP_NOZORDER | SWP_NOACTIVATE);
+  }
+  places_ = places;
+  ::RedrawWindow(window_, nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_ALLCHILDREN);
+}
+
+/// What is around the client area.
+Extent FormWindow::Edges() const {
+  RECT whole{}, client{};
+  ::GetWindowRect(window_, &whole);
+  ::GetClientRect(window_, &client);
+  return {static_cast<int>(whole.right - whole.left - client.right),
+          static_cast<int>(whole.bottom - whole.top - client.bottom)};
+}
+
+/// Of the window with all that it needs, as far as the screen has room.
+Extent FormWindow::WholeSize() const {
+  MONITORINFO screen{};
+  screen.cbSize = sizeof screen;
+  ::GetMonitorInfoW(::MonitorFromWindow(window_, MONITOR_DEFAULTTONEAREST), &screen);
+  const Extent edges = Edges();
+  const Extent least = layout_->Least();
+  return {std::min(least.width + edges.width,
+                   static_cast<int>(screen.rcWork.right - screen.rcWork.left)),
+          std::min(least.height + edges.height,
+                   static_cast<int>(screen.rcWork.bottom - screen.rcWork.top))};
+}
+
+void FormWindow::Limit(MINMAXINFO& limits) const {
+  if (!layout_) return;
+  const Extent least = WholeSize();
+  limits.ptMinTrackSize = {least.width, least.height};
+}
+
+/// Amid its owner or the screen, and wholly on it.
+void FormWindow::PlaceOver(HWND owner) {
+  const HMONITOR monitor =
+      ::MonitorFromWindow(owner == nullptr ? window_ : owner, MONITOR_DEFAULTTONEAREST);
+  MONITORINFO screen{};
+  screen.cbSize = sizeof screen;
+  ::GetMonitorInfoW(monitor, &screen);
+  const RECT& work = screen.rcWork;
+  RECT amid = work;
+  if (owner != nullptr && ::IsIconic(owner) == FALSE) ::GetWindowRect(owner, &amid);
+  RECT own{};
+  ::GetWindowRect(window_, &own);
+  const auto inside = [](LONG middle, LONG size, LONG begin, LONG end) {
+    return static_cast<int>(std::max(begin, std::min(middle - size / 2, end - size)));
+  };
+  ::SetWindowPos(window_, nullptr,
+                 inside((amid.left + amid.right) / 2, own.right - own.left, work.left, work.right),
+                 inside((amid.top + amid.bottom) / 2, own.bottom - own.top, work.top, work.bottom),
+                 0, 0, SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
+}
+
+}  // namespace vok::windows

@@ -1,0 +1,90 @@
+// A form as a dialog of the system's.
+//
+// It draws the form, tells it what the user did, and after each event writes what differs. It
+// holds no rule. A rule may close the form, show a message or open another window in the middle of
+// an event. No exception leaves a window procedure: the first one closes the window and is kept
+// for whoever shows it.
+#pragma once
+
+#include <exception>
+#include <map>
+#include <memory>
+#include <optional>
+#include <vector>
+
+#include "hosts/windows/view/controls_header.h"
+#include "hosts/windows/view/form_layout.h"
+#include "hosts/windows/view/form_menu.h"
+#include "hosts/windows/view/hints.h"
+#include "hosts/windows/view/metrics.h"
+#include "hosts/windows/view/widget.h"
+#include "ui/form.h"
+
+namespace vok::windows {
+
+class FormWindow {
+ public:
+  /// Makes the window, not to be seen yet; `owner` may be nullptr. Failure 445 where there is no
+  /// screen for it.
+  FormWindow(Form& form, HWND owner);
+  FormWindow(const FormWindow&) = delete;
+  FormWindow& operator=(const FormWindow&) = delete;
+  ~FormWindow();
+
+  HWND window() const { return window_; }
+  void Show();
+  /// Until a rule closes the form, something fails, or the system takes the window away.
+  bool IsOpen() const { return window_ != nullptr && form_.Visible && !failure_; }
+  /// Takes a message of this thread, to whatever window.
+  void Dispatch(MSG& message);
+  /// Shows the form as it is now.
+  void Refresh();
+  /// Throws what was kept.
+  void ThrowFailure() const;
+
+ private:
+  static INT_PTR CALLBACK Procedure(HWND window, UINT message, WPARAM wparam, LPARAM lparam);
+  INT_PTR Handle(UINT message, WPARAM wparam, LPARAM lparam);
+  void OnCommand(int id, int code);
+  INT_PTR Colour(UINT message, WPARAM wparam, LPARAM lparam);
+  void Click(const Control& control);
+  void Cancel();
+
+  template <typename Event>
+  void Tell(Event event);
+  bool SettleFocus();
+  void MoveFocus();
+
+  void MakeWidgets();
+  void MakeWidget(std::size_t position);
+  int IdOf(const Control& control) const;
+  Widget* WidgetWith(int id) const;
+  Widget* WidgetOf(HWND part) const;
+  void WriteControls();
+
+  void UseDensity();
+  LayoutSizes Sizes() const;
+  void Measure();
+  void Arrange();
+  Extent Edges() const;
+  Extent WholeSize() const;
+  void PlaceOver(HWND owner);
+  void Limit(MINMAXINFO& limits) const;
+
+  Form& form_;
+  HWND window_ = nullptr;
+  std::vector<std::unique_ptr<Widget>> widgets_;  ///< by the position of their controls
+  std::unique_ptr<Metrics> metrics_;
+  std::optional<FormLayout> layout_;
+  std::map<const Control*, Place> places_;
+  std::optional<FormMenu> menu_;
+  std::optional<ToolTips> tips_;
+  std::optional<SpokenNames> names_;
+  std::string caption_;
+  Widget* focused_ = nullptr;  ///< where the form knows the focus to be
+  bool writing_ = false;
+  HBRUSH error_brush_ = nullptr;
+  std::exception_ptr failure_;
+};
+
+}  // namespace vok::windows

@@ -1,0 +1,194 @@
+#include "hosts/windows/view/win32_toolkit.h"
+
+#include <algorithm>
+#include <optional>
+#include <thread>
+
+#include "hosts/windows/automation/ole.h"
+#include "hosts/windows/platform/owner_window.h"
+#include "hosts/windows/platform/utf16.h"
+#include "hosts/windows/view/errands.h"
+#include "hosts/windows/view/surroundings.h"
+#include "platform/failure.h"
+// after the system's own header
+#include <commdlg.h>
+
+namespace vok::windows {
+namespace {
+
+/// While it lives the window takes nothing that the user does.
+class Disabled {
+ public:
+  explicit Disabled(HWND window)
+      : window_(window != nullptr && ::IsWindowEnabled(window) != FALSE ? window : nullptr) {
+    if (window_ != nullptr) ::EnableWindow(window_, FALSE);
+  }
+  Disabled(const Disabled&) = delete;
+  Disabled& operator=(const Disabled&) = delete;
+  ~Disabled() {
+    if (window_ != nullptr) ::EnableWindow(window_, TRUE);
+  }
+
+ private:
+  HWND window_;
+};
+
+/// The form is visible while it lives.
+class Shown {
+ public:
+  explicit Shown(Form& form) : form_(form) { form_.Visible = true; }
+  Shown(const Shown&) = delete;
+  Shown& operator=(const Shown&) = delete;
+  ~Shown() {
+    form_.Visible = false;
+    form_.Focus.reset();
+  }
+
+ private:
+  Form& form_;
+};
+
+/// One of the windows that are open, while it lives.
+class Open {
+ public:
+  Open(std::vector<FormWindow*>& open, FormWindow& window) : open_(open), front_(window.window()) {
+    open_.push_back(&window);
+  }
+  Open(const Open&) = delete;
+  Open& operator=(const Open&) = delete;
+  ~Open() { open_.pop_back(); }
+
+ private:
+  std::vector<FormWindow*>& open_;
+  FrontWindow front_;
+};
+
+/// A thread of its own for automation objects.
+class Apartment {
+ public:
+  Apartment() : entered_(SUCCEEDED(::CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED))) {}
+  Apartment(const Apartment&) = delete;
+  Apartment& operator=(const Apartment&) = delete;
+  ~Apartment() {
+    if (entered_) ::CoUninitialize();
+  }
+
+ private:
+  bool entered_;
+};
+
+}  // namespace
+
+void Win32Toolkit::ShowModal(Form& form) {
+  if (!open_.empty()) open_.back()->Refresh();
+  const Shown shown(form);
+  const HWND owner = OwnerWindow();
+  FormWindow window(form, owner);
+  const Open open(open_, window);
+  const Disabled disabled(owner);
+  window.Show();
+  MSG message;
+  while (window.IsOpen()) {
+    if (::GetMessageW(&message, nullptr, 0, 0) <= 0) {
+      ::PostQuitMessage(static_cast<int>(message.wParam));
+      break;
+    }
+    Dispatch(message);
+  }
+  window.ThrowFailure();
+}
+
+void Win32Toolkit::Dispatch(MSG& message) {
+  if (!open_.empty()) return open_.back()->Dispatch(message);
+  ::TranslateMessage(&message);
+  ::DispatchMessageW(&message);
+}
+
+void Win32Toolkit::RunBeside(const std::function<void()>& work) {
+  if (!open_.empty()) open_.back()->Refresh();
+  Errands errands;
+  const Handle done(::CreateEventW(nullptr, TRUE, FALSE, nullptr));
+  std::exception_ptr failure;
+  std::thread worker([&] {
+    errands.Begin();
+    try {
+      const Apartment apartment;
+      work();
+    } catch (...) {
+      failure = std::current_exception();
+    }
+    ::SetEvent(done.get());
+  });
+  WaitFor(done.get(), errands);
+  worker.join();
+  if (failure) std::rethrow_exception(failure);
+}
+
+void Win32Toolkit::WaitFor(HANDLE done, Errands& errands) {
+  std::optional<int> quit;
+  const HANDLE events[] = {done, errands.Waiting()};
+  constexpr DWORD kCount = static_cast<DWORD>(std::size(events));
+  for (;;) {
+    const DWORD woken =
+        ::MsgWaitForMultipleObjectsEx(kCount, events, INFINITE, QS_ALLINPUT, MWMO_INPUTAVAILABLE);
+    if (woken == WAIT_OBJECT_0) break;
+    if (woken == WAIT_OBJECT_0 + 1) errands.Run();
+    MSG message;
+    while (::PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE) != FALSE) {
+      if (message.message == WM_QUIT) {
+        quit = static_cast<int>(message.wParam);
+      } else {
+        Dispatch(message);
+      }
+    }
+  }
+  if (quit) ::PostQuitMessage(*quit);
+}
+
+std::string Win32Toolkit::PickFile(const FileDialog& dialog) {
+  static_assert(kHideReadOnly == OFN_HIDEREADONLY && kPathMustExist == OFN_PATHMUSTEXIST &&
+                kFileMustExist == OFN_FILEMUSTEXIST);
+  constexpr std::size_t kLongestPath = 32768;
+  std::wstring path(kLongestPath, L'\0');
+  std::wstring folder(::GetCurrentDirectoryW(0, nullptr), L'\0');
+  ::GetCurrentDirectoryW(static_cast<DWORD>(folder.size()), folder.data());
+  std::wstring filter = Utf16(dialog.filter) + L"||";  // the ends of the last text and of all
+  std::replace(filter.begin(), filter.end(), L'|', L'\0');
+  const std::wstring title = Utf16(dialog.title);
+  OPENFILENAMEW asked{};
+  asked.lStructSize = sizeof asked;
+  asked.hwndOwner = OwnerWindow();
+  asked.lpstrFilter = filter.c_str();
+  asked.lpstrFile = path.data();
+  asked.nMaxFile = static_cast<DWORD>(path.size());
+  asked.lpstrInitialDir = folder.c_str();
+  asked.lpstrTitle = title.c_str();
+  asked.Flags = static_cast<DWORD>(dialog.flags) | OFN_EXPLORER | OFN_NOCHANGEDIR;
+  const OwnLook look;
+  const BOOL picked = dialog.save ? ::GetSaveFileNameW(&asked) : ::GetOpenFileNameW(&asked);
+  return picked == FALSE ? std::string() : Utf8(path.c_str());
+}
+
+void Win32Toolkit::ShowHelp(const std::string& help_file) {
+  ::ShellExecuteW(OwnerWindow(), nullptr, Utf16(help_file).c_str(), nullptr, nullptr,
+                  SW_SHOWNORMAL);
+}
+
+void Win32Toolkit::OpenOnDesktop(const std::string& path) {
+  const std::wstring file = Utf16(path);
+  SHELLEXECUTEINFOW asked{};
+  asked.cbSize = sizeof asked;
+  asked.fMask = SEE_MASK_FLAG_NO_UI | SEE_MASK_NOASYNC;
+  asked.hwnd = OwnerWindow();
+  asked.lpFile = file.c_str();
+  asked.nShow = SW_SHOWNORMAL;
+  if (::ShellExecuteExW(&asked) != FALSE) return;
+  const DWORD error = ::GetLastError();
+  if (error == ERROR_NO_ASSOCIATION) {
+    throw Failure(failure_number::kInvalidCall,
+                  "Cannot open \"" + path + "\": this system has no program for such files.");
+  }
+  ThrowSystemFailure(error, "open", path);
+}
+
+}  // namespace vok::windows
