@@ -130,6 +130,7 @@ class ListBoxWidget : public Widget {
   bool OnCommand(Form& form, int code) override {
     const auto chosen = static_cast<int>(Send(LB_GETCURSEL));
     if (code != LBN_SELCHANGE || !IsNews(control_, chosen)) return false;
+    shown_position_ = chosen;
     form.Choose(control_.Id(), chosen);
     return true;
   }
@@ -142,17 +143,20 @@ class ListBoxWidget : public Widget {
   void Write() override {
     if (shown_list_ != control_.List) {
       shown_list_ = control_.List;
+      shown_position_ = -1;
       Send(LB_RESETCONTENT);
       for (const std::string& entry : shown_list_) {
         Send(LB_ADDSTRING, 0, reinterpret_cast<LPARAM>(Utf16(entry).c_str()));
       }
     }
-    if (Send(LB_GETCURSEL) != control_.ListIndex) {
-      Send(LB_SETCURSEL, static_cast<WPARAM>(control_.ListIndex));
-    }
+    // Not what the window says: a mouse that is down has marked an entry, and chosen none yet.
+    if (shown_position_ == control_.ListIndex) return;
+    shown_position_ = control_.ListIndex;
+    Send(LB_SETCURSEL, static_cast<WPARAM>(shown_position_));
   }
 
   std::vector<std::string> shown_list_;
+  int shown_position_ = -1;
 };
 
 }  // namespace

@@ -1,7 +1,6 @@
 #include "hosts/windows/view/form_window.h"
 
 #include <algorithm>
-#include <set>
 #include <utility>
 
 #include "hosts/windows/platform/utf16.h"
@@ -13,7 +12,6 @@ namespace {
 
 using enum ControlType;
 
-constexpr int kFirstId = 100;  // beyond those of the system's own buttons
 constexpr COLORREF kErrorBack = RGB(0xFF, 0xC8, 0xC8);
 constexpr COLORREF kErrorText = RGB(0, 0, 0);
 
@@ -25,34 +23,37 @@ struct EmptyTemplate {
 
 }  // namespace
 
-FormWindow::FormWindow(Form& form, HWND owner) : form_(form) {
+FormWindow::FormWindow(Form& form) : form_(form), error_brush_(::CreateSolidBrush(kErrorBack)) {}
+
+FormWindow::FormWindow(Form& form, HWND owner) : FormWindow(form) {
   const OwnLook look;
-  EmptyTemplate empty;
-  empty.dialog.style = WS_POPUP | WS_CAPTION | WS_SYSMENU | WS_THICKFRAME | WS_MAXIMIZEBOX |
-                       (owner == nullptr ? WS_MINIMIZEBOX : 0);
-  empty.dialog.dwExtendedStyle = WS_EX_CONTROLPARENT | (owner == nullptr ? WS_EX_APPWINDOW : 0) |
-                                 (form.RightToLeft ? WS_EX_LAYOUTRTL : 0);
-  ::CreateDialogIndirectParamW(ThisInstance(), &empty.dialog, owner, Procedure,
-                               reinterpret_cast<LPARAM>(this));
-  if (window_ == nullptr) {
-    throw Failure(failure_number::kNotSupported,
-                  "Cannot open the window " + form.Name +
-                      ": this session has no screen that a window could be shown on.");
-  }
-  error_brush_ = ::CreateSolidBrush(kErrorBack);
+  MakeDialog(owner);
   HandleDensityOurselves(window_);
   UseDensity();
-  MakeWidgets();
-  menu_.emplace(form_, window_, [this](const Control& control) { return IdOf(control); });
-  tips_.emplace(window_);
-  names_.emplace();
+  widgets_.emplace(form_, window_, *metrics_);
+  menu_.emplace(form_, window_, [this](const Control& control) { return widgets_->IdOf(control); });
   WriteControls();
   Measure();
   PlaceOver(owner);
 }
 
+void FormWindow::MakeDialog(HWND owner) {
+  EmptyTemplate empty;
+  empty.dialog.style = WS_POPUP | WS_CAPTION | WS_SYSMENU | WS_THICKFRAME | WS_MAXIMIZEBOX |
+                       (owner == nullptr ? WS_MINIMIZEBOX : 0);
+  empty.dialog.dwExtendedStyle = WS_EX_CONTROLPARENT | (owner == nullptr ? WS_EX_APPWINDOW : 0) |
+                                 (form_.RightToLeft ? WS_EX_LAYOUTRTL : 0);
+  ::CreateDialogIndirectParamW(ThisInstance(), &empty.dialog, owner, Procedure,
+                               reinterpret_cast<LPARAM>(this));
+  if (window_ == nullptr) {
+    throw Failure(failure_number::kNotSupported,
+                  "Cannot open the window " + form_.Name +
+                      ": this session has no screen that a window could be shown on.");
+  }
+}
+
 FormWindow::~FormWindow() {
-  names_.reset();
+  widgets_.reset();
   if (window_ != nullptr) ::DestroyWindow(window_);
   ::DeleteObject(error_brush_);
 }
@@ -62,7 +63,7 @@ void FormWindow::Show() {
   ::SetForegroundWindow(window_);
   ::SendMessageW(window_, WM_NEXTDLGCTL,
                  reinterpret_cast<WPARAM>(::GetNextDlgTabItem(window_, nullptr, FALSE)), TRUE);
-  focused_ = WidgetOf(::GetFocus());
+  focused_ = widgets_->Of(::GetFocus());
   MoveFocus();
 }
 
@@ -96,16 +97,16 @@ INT_PTR FormWindow::Handle(UINT message, WPARAM wparam, LPARAM lparam) {
     case WM_CLOSE:
       Cancel();
       return TRUE;
-    case WM_NOTIFY:
-      if (auto& header = *reinterpret_cast<NMHDR*>(lparam); WidgetOf(header.hwndFrom) != nullptr) {
-        WidgetOf(header.hwndFrom)->OnNotify(header);
-      }
+    case WM_NOTIFY: {
+      auto& header = *reinterpret_cast<NMHDR*>(lparam);
+      if (Widget* widget = WidgetOf(header.hwndFrom)) widget->OnNotify(header);
       return FALSE;
-    case WM_DRAWITEM:
-      if (const Widget* widget = WidgetWith(static_cast<int>(wparam)); widget != nullptr) {
-        widget->Paint(*reinterpret_cast<const DRAWITEMSTRUCT*>(lparam));
-      }
+    }
+    case WM_DRAWITEM: {
+      const auto& item = *reinterpret_cast<const DRAWITEMSTRUCT*>(lparam);
+      if (const Widget* widget = WidgetOf(item.hwndItem)) widget->Paint(item);
       return TRUE;
+    }
     case WM_CTLCOLOREDIT:
     case WM_CTLCOLORSTATIC:
     case WM_CTLCOLORLISTBOX:
@@ -141,18 +142,17 @@ void FormWindow::Tell(Event event) {
 }
 
 void FormWindow::OnCommand(int id, int code) {
-  if (writing_) return;
+  if (writing_ || !widgets_) return;
   if (id == IDCANCEL) return Cancel();
-  const auto position = static_cast<std::size_t>(id - kFirstId);
-  if (id < kFirstId || position >= widgets_.size()) return;
-  const Control& control = form_.Controls()[position];
-  Widget* const widget = widgets_[position].get();
+  const Control* const control = widgets_->ControlWith(id);
+  if (control == nullptr) return;
+  Widget* const widget = widgets_->With(id);
   const bool clicked = widget == nullptr || code == BN_CLICKED;
   // The default button takes the focus when Enter clicks it, so that what was typed is left first;
   // where that is refused nothing is clicked.
-  if (clicked && widget != nullptr && control.Default) ::SetFocus(widget->window());
+  if (clicked && control->Default) ::SetFocus(widget->window());
   if (clicked && !SettleFocus()) return;
-  if (widget == nullptr) return Click(control);
+  if (widget == nullptr) return Click(*control);
   Tell([&] { return widget->OnCommand(form_, code); });
 }
 
@@ -198,67 +198,13 @@ bool FormWindow::SettleFocus() {
 /// Where the rules want it. The control that it goes away from was not left by the user.
 void FormWindow::MoveFocus() {
   if (!form_.Focus) return;
-  const ControlId id = *std::exchange(form_.Focus, std::nullopt);
-  for (const auto& widget : widgets_) {
-    if (widget == nullptr || widget->control().Id() != id) continue;
-    if (::IsWindowEnabled(widget->window()) == FALSE) return;
-    focused_ = widget.get();
-    ::SendMessageW(window_, WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(widget->window()), TRUE);
-    return;
-  }
+  Widget* const widget = widgets_->Of(*std::exchange(form_.Focus, std::nullopt));
+  if (widget == nullptr || ::IsWindowEnabled(widget->window()) == FALSE) return;
+  focused_ = widget;
+  ::SendMessageW(window_, WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(widget->window()), TRUE);
 }
 
-// ---- the controls
-
-/// In the order of the form, but each label just before the first control that it names: there the
-/// system looks for a control's name, and its key leads to what follows it.
-void FormWindow::MakeWidgets() {
-  const auto& controls = form_.Controls();
-  widgets_.resize(controls.size());
-  std::map<std::string, std::size_t> labels;
-  std::set<std::string> naming;
-  for (std::size_t i = 0; i < controls.size(); ++i) {
-    if (controls[i].Type == kLabel) labels.emplace(controls[i].Name, i);
-    naming.insert(controls[i].Label);
-  }
-  for (std::size_t i = 0; i < controls.size(); ++i) {
-    if (controls[i].Type == kLabel && naming.contains(controls[i].Name)) continue;
-    const auto label = labels.find(controls[i].Label);
-    if (label != labels.end() && widgets_[label->second] == nullptr) MakeWidget(label->second);
-    MakeWidget(i);
-    if (controls[i].Default) ::SendMessageW(window_, DM_SETDEFID, kFirstId + i, 0);
-  }
-}
-
-void FormWindow::MakeWidget(std::size_t position) {
-  Control& control = form_.Controls()[position];
-  if (control.Type == kMenu) return;
-  auto widget = windows::MakeWidget(control);
-  widget->Create(window_, kFirstId + static_cast<int>(position), *metrics_);
-  ::SetWindowPos(widget->window(), HWND_BOTTOM, 0, 0, 0, 0,
-                 SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
-  widgets_[position] = std::move(widget);
-}
-
-int FormWindow::IdOf(const Control& control) const {
-  int id = kFirstId;
-  for (const Control& other : form_.Controls()) {
-    if (&other == &control) break;
-    ++id;
-  }
-  return id;
-}
-
-Widget* FormWindow::WidgetWith(int id) const {
-  const auto position = static_cast<std::size_t>(id - kFirstId);
-  return id >= kFirstId && position < widgets_.size() ? widgets_[position].get() : nullptr;
-}
-
-Widget* FormWindow::WidgetOf(HWND part) const {
-  if (window_ == nullptr || ::IsChild(window_, part) == FALSE) return nullptr;
-  while (::GetParent(part) != window_) part = ::GetParent(part);
-  return WidgetWith(::GetDlgCtrlID(part));
-}
+// ---- what it shows
 
 void FormWindow::Refresh() {
   if (!IsOpen()) return;
@@ -268,24 +214,14 @@ void FormWindow::Refresh() {
 
 void FormWindow::WriteControls() {
   writing_ = true;
-  bool measure = false;
-  for (const auto& widget : widgets_) {
-    if (widget == nullptr) continue;
-    const Control& control = widget->control();
-    const bool shown = IsShown(form_, control);
-    measure |= shown != widget->IsShown();
-    widget->SetState(shown, control.Enabled);
-    measure |= widget->Refresh();
-    tips_->Refresh(*widget);
-    names_->Refresh(form_, *widget);
-  }
+  const bool other_room = widgets_->Refresh();
   menu_->Refresh();
   if (caption_ != form_.Caption) {
     caption_ = form_.Caption;
     ::SetWindowTextW(window_, Utf16(caption_).c_str());
   }
   writing_ = false;
-  if (measure && layout_) Measure();
+  if (other_room && layout_) Measure();
 }
 
 INT_PTR FormWindow::Colour(UINT message, WPARAM wparam, LPARAM lparam) {
@@ -302,18 +238,21 @@ INT_PTR FormWindow::Colour(UINT message, WPARAM wparam, LPARAM lparam) {
 
 void FormWindow::UseDensity() {
   auto metrics = std::make_unique<Metrics>(form_.Font, DensityOf(window_));
-  for (const auto& widget : widgets_) {
-    if (widget != nullptr) widget->SetMetrics(*metrics);
-  }
+  if (widgets_) widgets_->SetMetrics(*metrics);
   metrics_ = std::move(metrics);
+}
+
+/// nullptr for what is none of a widget.
+Widget* FormWindow::WidgetOf(HWND part) const {
+  return window_ != nullptr && widgets_ ? widgets_->Of(part) : nullptr;
 }
 
 LayoutSizes FormWindow::Sizes() const {
   const auto least = [this](const Control& control) {
-    return widgets_[static_cast<std::size_t>(IdOf(control) - kFirstId)]->Least(*metrics_);
+    return widgets_->With(widgets_->IdOf(control))->Least(*metrics_);
   };
   return {.least = least,
-          .gap = {metrics_->Across(4), metrics_->Down(2)},
+          .gap = {metrics_->Across(4), metrics_->Down(3)},
           .margin = metrics_->Across(7),
           .frame_top = metrics_->Lines(1) + metrics_->Down(3),
           .frame_edge = metrics_->Across(6)};
@@ -322,31 +261,29 @@ LayoutSizes FormWindow::Sizes() const {
 /// Works out anew what the controls need; a window that has become too small grows.
 void FormWindow::Measure() {
   layout_.emplace(form_, Sizes());
+  // How many lines the menu bar takes depends on the width, and shows only then.
+  while (Grow()) continue;
+  Arrange();
+}
+
+bool FormWindow::Grow() {
   RECT now{};
   ::GetWindowRect(window_, &now);
   const Extent least = WholeSize();
   const int width = std::max(static_cast<int>(now.right - now.left), least.width);
   const int height = std::max(static_cast<int>(now.bottom - now.top), least.height);
-  if (width == now.right - now.left && height == now.bottom - now.top) return Arrange();
   ::SetWindowPos(window_, nullptr, 0, 0, width, height, SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
+  RECT grown{};
+  ::GetWindowRect(window_, &grown);
+  return grown.right - grown.left > now.right - now.left ||
+         grown.bottom - grown.top > now.bottom - now.top;
 }
 
 void FormWindow::Arrange() {
   if (!layout_) return;
   RECT client{};
   ::GetClientRect(window_, &client);
-  const auto places = layout_->Arrange({client.right, client.bottom});
-  for (const auto& widget : widgets_) {
-    if (widget == nullptr) continue;
-    const auto wanted = places.find(&widget->control());
-    if (wanted == places.end()) continue;
-    const auto now = places_.find(&widget->control());
-    if (now != places_.end() && now->second == wanted->second) continue;
-    const Place& place = wanted->second;
-    ::SetWindowPos(widget->window(), nullptr, place.left, place.top, place.width,
-                   widget->WindowHeight(place.height), SWP_NOZORDER | SWP_NOACTIVATE);
-  }
-  places_ = places;
+  widgets_->Arrange(layout_->Arrange({client.right, client.bottom}));
   ::RedrawWindow(window_, nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_ALLCHILDREN);
 }
 

@@ -7,17 +7,14 @@
 #pragma once
 
 #include <exception>
-#include <map>
 #include <memory>
 #include <optional>
-#include <vector>
 
 #include "hosts/windows/view/controls_header.h"
 #include "hosts/windows/view/form_layout.h"
 #include "hosts/windows/view/form_menu.h"
-#include "hosts/windows/view/hints.h"
 #include "hosts/windows/view/metrics.h"
-#include "hosts/windows/view/widget.h"
+#include "hosts/windows/view/widget_set.h"
 #include "ui/form.h"
 
 namespace vok::windows {
@@ -43,6 +40,9 @@ class FormWindow {
   void ThrowFailure() const;
 
  private:
+  explicit FormWindow(Form& form);
+  void MakeDialog(HWND owner);
+
   static INT_PTR CALLBACK Procedure(HWND window, UINT message, WPARAM wparam, LPARAM lparam);
   INT_PTR Handle(UINT message, WPARAM wparam, LPARAM lparam);
   void OnCommand(int id, int code);
@@ -55,16 +55,13 @@ class FormWindow {
   bool SettleFocus();
   void MoveFocus();
 
-  void MakeWidgets();
-  void MakeWidget(std::size_t position);
-  int IdOf(const Control& control) const;
-  Widget* WidgetWith(int id) const;
   Widget* WidgetOf(HWND part) const;
   void WriteControls();
 
   void UseDensity();
   LayoutSizes Sizes() const;
   void Measure();
+  bool Grow();
   void Arrange();
   Extent Edges() const;
   Extent WholeSize() const;
@@ -73,17 +70,14 @@ class FormWindow {
 
   Form& form_;
   HWND window_ = nullptr;
-  std::vector<std::unique_ptr<Widget>> widgets_;  ///< by the position of their controls
   std::unique_ptr<Metrics> metrics_;
+  std::optional<WidgetSet> widgets_;
   std::optional<FormLayout> layout_;
-  std::map<const Control*, Place> places_;
   std::optional<FormMenu> menu_;
-  std::optional<ToolTips> tips_;
-  std::optional<SpokenNames> names_;
   std::string caption_;
   Widget* focused_ = nullptr;  ///< where the form knows the focus to be
   bool writing_ = false;
-  HBRUSH error_brush_ = nullptr;
+  HBRUSH error_brush_;
   std::exception_ptr failure_;
 };
 

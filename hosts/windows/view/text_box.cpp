@@ -31,7 +31,8 @@ class TextBoxWidget : public Widget {
     const std::wstring wanted = Utf16(control_.Text);
     if (wanted == TextOf(window())) return;
     ::SetWindowTextW(window(), wanted.c_str());
-    Send(EM_SETSEL, wanted.size(), static_cast<LPARAM>(wanted.size()));
+    if (::GetFocus() == window())
+      Send(EM_SETSEL, wanted.size(), static_cast<LPARAM>(wanted.size()));
   }
 };
 

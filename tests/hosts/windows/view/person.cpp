@@ -1,0 +1,104 @@
+#include "tests/hosts/windows/view/person.h"
+
+#include <map>
+
+#include "hosts/windows/platform/utf16.h"
+#include "hosts/windows/view/form_window.h"
+
+namespace vok::windows {
+namespace {
+
+/// The window of that title when it is in front; nullptr when it does not come.
+HWND WaitFor(const std::wstring& title) {
+  constexpr int kMostLooks = 1000;
+  for (int look = 0; look < kMostLooks; ++look, ::Sleep(20)) {
+    const HWND front = ::GetForegroundWindow();
+    if (front != nullptr && TextOf(front) == title && ::IsWindowEnabled(front)) return front;
+  }
+  return nullptr;
+}
+
+void Send(INPUT input) { ::SendInput(1, &input, sizeof input); }
+
+void SendKey(WORD key, DWORD flags) {
+  INPUT input{};
+  input.type = INPUT_KEYBOARD;
+  input.ki.wVk = key;
+  input.ki.dwFlags = flags;
+  Send(input);
+}
+
+void Type(wchar_t letter) {
+  for (const DWORD flags : {DWORD{KEYEVENTF_UNICODE}, DWORD{KEYEVENTF_UNICODE | KEYEVENTF_KEYUP}}) {
+    INPUT input{};
+    input.type = INPUT_KEYBOARD;
+    input.ki.wScan = letter;
+    input.ki.dwFlags = flags;
+    Send(input);
+  }
+}
+
+void Press(std::string key) {
+  static const std::map<std::string, WORD> kNamed = {
+      {"Tab", VK_TAB}, {"Enter", VK_RETURN}, {"Esc", VK_ESCAPE}, {"Down", VK_DOWN},  {"F4", VK_F4},
+      {"F5", VK_F5},   {"Ctrl", VK_CONTROL}, {"Alt", VK_MENU},   {"Shift", VK_SHIFT}};
+  const auto plus = key.find('+');
+  const std::string first = key.substr(0, plus);
+  const auto named = kNamed.find(first);
+  const WORD code = named != kNamed.end() ? named->second : static_cast<WORD>(first.at(0));
+  SendKey(code, 0);
+  if (plus != std::string::npos) Press(key.substr(plus + 1));
+  SendKey(code, KEYEVENTF_KEYUP);
+}
+
+}  // namespace
+
+Person::Person(const Form& form, std::string acts)
+    : form_(form), thread_([this, acts = std::move(acts)] { Act(acts); }) {}
+
+void Person::Act(const std::string& acts) {
+  WaitFor(Utf16(form_.Caption));
+  for (std::size_t at = 0; at < acts.size(); ++at) {
+    if (acts[at] != '{') {
+      Type(static_cast<wchar_t>(acts[at]));
+      continue;
+    }
+    const auto end = acts.find('}', at);
+    Do(acts.substr(at + 1, end - at - 1));
+    at = end;
+  }
+}
+
+void Person::Do(const std::string& act) {
+  const HWND window = ::FindWindowW(nullptr, Utf16(form_.Caption).c_str());
+  if (act == "close") {
+    Press("Alt+F4");
+  } else if (act == "end") {
+    ::PostThreadMessageW(::GetWindowThreadProcessId(window, nullptr), WM_QUIT, 7, 0);
+  } else if (act.starts_with("wait ")) {
+    WaitFor(Utf16(act.substr(5)));
+  } else if (act.starts_with("click ")) {
+    Click(act.substr(6));
+  } else {
+    Press(act);
+  }
+}
+
+void Person::Click(const std::string& name) {
+  int id = kFirstControlId;
+  for (const Control& control : form_.Controls()) {
+    if (control.Name == name) break;
+    ++id;
+  }
+  RECT place{};
+  ::GetWindowRect(::GetDlgItem(WaitFor(Utf16(form_.Caption)), id), &place);
+  ::SetCursorPos((place.left + place.right) / 2, (place.top + place.bottom) / 2);
+  for (const DWORD flags : {DWORD{MOUSEEVENTF_LEFTDOWN}, DWORD{MOUSEEVENTF_LEFTUP}}) {
+    INPUT input{};
+    input.type = INPUT_MOUSE;
+    input.mi.dwFlags = flags;
+    Send(input);
+  }
+}
+
+}  // namespace vok::windows

@@ -1,0 +1,29 @@
+// A person at the keyboard and the mouse, on a thread of its own.
+#pragma once
+
+#include <string>
+#include <thread>
+
+#include "ui/form.h"
+
+namespace vok::windows {
+
+/// Waits for the window of the form to come to the front, then does what `acts` says. Letters are
+/// typed; in braces stand keys ("{Tab}", "{Ctrl+S}"), "{click NAME}" on a control of the form,
+/// "{wait TITLE}" for another window to come to the front, "{close}" by the window's own X, "{end}"
+/// as a program that is told to end.
+class Person {
+ public:
+  Person(const Form& form, std::string acts);
+  ~Person() { thread_.join(); }
+
+ private:
+  void Act(const std::string& acts);
+  void Do(const std::string& act);
+  void Click(const std::string& name);
+
+  const Form& form_;
+  std::thread thread_;
+};
+
+}  // namespace vok::windows

@@ -1,0 +1,197 @@
+#include <gtest/gtest.h>
+
+#include <atomic>
+
+#include "hosts/windows/platform/owner_window.h"
+#include "hosts/windows/platform/utf16.h"
+#include "hosts/windows/platform/windows_message_boxes.h"
+#include "hosts/windows/view/errands.h"
+#include "hosts/windows/view/win32_toolkit.h"
+#include "platform/failure.h"
+#include "tests/hosts/windows/view/person.h"
+#include "tests/hosts/windows/view/sample_form.h"
+
+namespace vok::windows {
+namespace {
+
+constexpr char kDateText[] = "30/12/1899";
+
+vok::MessageBox Box(const char* title) {
+  vok::MessageBox box;
+  box.text = "Yes or no?";
+  box.title = title;
+  box.buttons = MessageButtons::kYesNo;
+  return box;
+}
+
+/// The rules of the sample: a date that is "bad" is refused, one that is "box" is told of.
+struct Desk {
+  Desk() {
+    form.Rule(FormEvent::kLeft, "date", [this] {
+      if (form.Text("date") == "box") boxes.Show(Box("Box"));
+      if (form.Text("date") != "bad") return;
+      form.SetText("date", kDateText);
+      form.Focus = ControlId("date");
+    });
+    form.Rule(FormEvent::kClicked, "child", [this] {
+      child.Caption = "Child";
+      child.Rule(FormEvent::kClicked, "child", [] { throw Failure(91, "from a rule"); });
+      toolkit.ShowModal(child);
+    });
+  }
+
+  std::string Told(const std::string& acts) {
+    const Person person(form, acts);
+    toolkit.ShowModal(form);
+    return form.Told();
+  }
+
+  WindowsMessageBoxes shown_boxes;
+  ErrandBoxes boxes{shown_boxes};
+  Win32Toolkit toolkit;
+  SampleForm form, child;
+};
+
+TEST(Win32View, TellsTheFormWhatAPersonDoes) {
+  const struct {
+    const char* acts;
+    const char* told;
+  } rows[] = {
+      {"ab{Tab}{Esc}", "name=a; name=ab; left name; clicked cancel"},
+      {"{Alt+D}1/{Enter}", "left name; date=1; date=1/; left date; clicked ok"},
+      {"{Alt+D}bad{Tab}x{close}",
+       "left name; date=b; date=ba; date=bad; left date; date=30/12/1899; date=x; clicked cancel"},
+      {"{Alt+D}bad{Enter}{Esc}",
+       "left name; date=b; date=ba; date=bad; left date; date=30/12/1899; clicked cancel"},
+      {"{Alt+D}box{Tab}{wait Box}{Enter}{wait Sample דוגמה}{Esc}",
+       "left name; date=b; date=bo; date=box; left date; clicked cancel"},
+      {"{Alt+B}{click box}{Esc}", "left name; clicked box; clicked box; clicked cancel"},
+      {"{Alt+T}{Down}{Down}{Esc}",
+       "left name; set=A; clicked set; set=B; clicked set; clicked cancel"},
+      {"{Alt+T}{F4}{Down}{Down}{Enter}{Esc}", "left name; set=B; clicked set; clicked cancel"},
+      {"{Alt+T}{F4}{Down}{Esc}q{Esc}", "left name; set=q; clicked cancel"},
+      {"{F5}{Ctrl+S}{click cancel}", "clicked run; clicked save; left name; clicked cancel"},
+      {"{click list}{close}", "left name; list=second; clicked list; clicked cancel"},
+      {"{click child}{wait Child}z{Enter}{wait Sample דוגמה}{Esc}",
+       "left name; clicked child; clicked cancel"},
+      {"{end}", ""},
+  };
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.acts);
+    Desk desk;
+    EXPECT_EQ(desk.Told(row.acts), row.told);
+    EXPECT_FALSE(desk.form.Visible);
+    MSG message{};
+    const bool ends = ::PeekMessageW(&message, nullptr, WM_QUIT, WM_QUIT, PM_REMOVE) != FALSE;
+    EXPECT_EQ(ends, std::string(row.acts) == "{end}");
+  }
+}
+
+TEST(Win32View, GivesTheOwnerBackAfterARuleFailed) {
+  const HWND owner = ::CreateWindowExW(0, L"STATIC", L"Host", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 0,
+                                       0, 300, 200, nullptr, nullptr, nullptr, nullptr);
+  ::SetActiveWindow(owner);
+  Desk desk;
+  desk.child.Caption = "Child";
+  desk.form.Rule(FormEvent::kChanged, "name", [&] {
+    EXPECT_EQ(::GetWindow(OwnerWindow(), GW_OWNER), owner);
+    EXPECT_FALSE(::IsWindowEnabled(owner));
+  });
+  try {
+    const Person in_child(desk.child, "{Alt+C}");
+    desk.Told("n{Alt+C}");
+    ADD_FAILURE() << "nothing failed";
+  } catch (const Failure& failure) {
+    EXPECT_EQ(failure.description(), "from a rule");
+  }
+  EXPECT_TRUE(::IsWindowEnabled(owner));
+  EXPECT_EQ(::GetActiveWindow(), owner);
+  EXPECT_FALSE(desk.form.Visible || desk.child.Visible);
+  ::DestroyWindow(owner);
+}
+
+TEST(Win32View, StaysAliveWhileWorkGoesOnBesideIt) {
+  Desk desk;
+  std::atomic<bool> stop = false;
+  std::string failure;
+  MessageAnswer answer{};
+  desk.form.Rule(FormEvent::kClicked, "run", [&] {
+    const DWORD thread_of_windows = ::GetCurrentThreadId();
+    try {
+      desk.toolkit.RunBeside([&] {
+        EXPECT_NE(::GetCurrentThreadId(), thread_of_windows);
+        answer = desk.boxes.Show(Box("Ask"));
+        while (!stop) ::Sleep(1);
+        throw Failure(4444, "stopped");
+      });
+    } catch (const Failure& stopped) {
+      failure = stopped.description();
+    }
+  });
+  desk.form.Rule(FormEvent::kClicked, "box", [&] { stop = true; });
+  EXPECT_EQ(desk.Told("{F5}{wait Ask}{Alt+N}{wait Sample דוגמה}{Alt+B}{Esc}"),
+            "clicked run; left name; clicked box; clicked cancel");
+  EXPECT_EQ(answer, MessageAnswer::kNo);
+  EXPECT_EQ(failure, "stopped");
+}
+
+/// Places of the controls on the screen, by name.
+std::map<std::string, RECT> PlacesOf(const Form& form, HWND window) {
+  std::map<std::string, RECT> places;
+  int id = kFirstControlId;
+  for (const Control& control : form.Controls()) {
+    if (const HWND part = ::GetDlgItem(window, id++); part != nullptr) {
+      ::GetWindowRect(part, &places[control.Name]);
+    }
+  }
+  return places;
+}
+
+TEST(Win32View, PlacesControlsByTheReadingDirectionAndGrowsWithTheWindow) {
+  for (const bool right_to_left : {false, true}) {
+    SCOPED_TRACE(right_to_left);
+    SampleForm form;
+    form.RightToLeft = right_to_left;
+    form.Visible = true;
+    FormWindow window(form, nullptr);
+    window.Show();
+    const auto before = PlacesOf(form, window.window());
+    EXPECT_EQ(before.at("lblName").left > before.at("name").left, right_to_left);
+    EXPECT_EQ(before.at("ok").left > before.at("cancel").left, right_to_left);
+    RECT whole{};
+    ::GetWindowRect(window.window(), &whole);
+    ::SetWindowPos(window.window(), nullptr, 0, 0, whole.right - whole.left + 100,
+                   whole.bottom - whole.top + 50, SWP_NOZORDER | SWP_NOMOVE);
+    const auto after = PlacesOf(form, window.window());
+    const auto wider = [&](const char* name) {
+      const RECT &was = before.at(name), &is = after.at(name);
+      return (is.right - is.left) - (was.right - was.left);
+    };
+    EXPECT_EQ(wider("name"), 100);
+    EXPECT_EQ(wider("set"), 0);
+    EXPECT_EQ(after.at("rows").bottom - after.at("rows").top,
+              before.at("rows").bottom - before.at("rows").top + 50);
+  }
+}
+
+TEST(Win32View, LeavesNothingBehind) {
+  const auto objects = [] {
+    return std::pair(::GetGuiResources(::GetCurrentProcess(), GR_GDIOBJECTS),
+                     ::GetGuiResources(::GetCurrentProcess(), GR_USEROBJECTS));
+  };
+  const auto open_and_close = [](int times) {
+    for (int i = 0; i < times; ++i) {
+      SampleForm form;
+      form.Visible = true;
+      FormWindow window(form, nullptr);
+      window.Show();
+    }
+  };
+  open_and_close(2);
+  const auto before = objects();
+  open_and_close(100);
+  EXPECT_EQ(objects(), before);
+}
+
+}  // namespace
+}  // namespace vok::windows
