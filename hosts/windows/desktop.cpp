@@ -1,13 +1,10 @@
 #include "hosts/system/query_window.h"
-#include "platform/failure.h"
+#include "hosts/windows/view/windows_desktop.h"
 
 namespace vok {
 
-std::unique_ptr<Desktop> OpenDesktop(const ComponentInfo& component) {
-  throw Failure(
-      failure_number::kNotSupported,
-      component.product_name +
-          " has no windows on this system yet; settings are edited with its command line");
+std::unique_ptr<Desktop> OpenDesktop(const ComponentInfo&) {
+  return std::make_unique<windows::WindowsDesktop>();
 }
 
 }  // namespace vok

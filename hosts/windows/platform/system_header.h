@@ -10,3 +10,4 @@
 
 #undef CreateDirectory
 #undef MessageBox
+#undef OpenDesktop

@@ -16,6 +16,13 @@ DWORD StyleOf(const vok::MessageBox& box) {
          (box.help_context > 0 ? MB_HELP : 0);
 }
 
+/// A box over a window that begins from the right does so, too.
+DWORD DirectionOver(HWND owner) {
+  const bool from_right =
+      owner != nullptr && (::GetWindowLongPtrW(owner, GWL_EXSTYLE) & WS_EX_LAYOUTRTL) != 0;
+  return from_right ? MB_RIGHT | MB_RTLREADING : 0;
+}
+
 MessageAnswer AnswerOf(int button) {
   switch (button) {
     case IDYES:
@@ -56,7 +63,8 @@ MessageAnswer WindowsMessageBoxes::Show(const vok::MessageBox& box) {
   parameters.hwndOwner = OwnerWindow();
   parameters.lpszText = text.c_str();
   parameters.lpszCaption = title.c_str();
-  parameters.dwStyle = StyleOf(box) | (parameters.hwndOwner == nullptr ? MB_TASKMODAL : 0);
+  parameters.dwStyle = StyleOf(box) | DirectionOver(parameters.hwndOwner) |
+                       (parameters.hwndOwner == nullptr ? MB_TASKMODAL : 0);
   parameters.dwContextHelpId = static_cast<DWORD_PTR>(box.help_context);
   parameters.lpfnMsgBoxCallback = OpenHelp;
   const auto* const outer = std::exchange(shown_help_file, &help_file);

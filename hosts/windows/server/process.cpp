@@ -1,6 +1,7 @@
 #include "hosts/windows/server/process.h"
 
 #include "component/publics.h"
+#include "hosts/system/query_window.h"
 #include "hosts/system/system_host.h"
 #include "hosts/windows/ado/chosen_database.h"
 #include "hosts/windows/cube/adomd_services.h"
@@ -9,8 +10,6 @@
 #include "hosts/windows/platform/windows_message_boxes.h"
 #include "hosts/windows/server/version_record.h"
 #include "providers/routed_cube/routed_cube.h"
-#include "hosts/windows/view/errands.h"
-#include "hosts/windows/view/query_window.h"
 
 namespace vok::windows {
 namespace {
@@ -18,8 +17,7 @@ namespace {
 /// The system's host with its portable providers, and before these the platform's own objects,
 /// which answer where they are installed.
 struct Process {
-  WindowsMessageBoxes shown_boxes;
-  ErrandBoxes message_boxes{shown_boxes};
+  WindowsMessageBoxes message_boxes;
   SystemHost system{"", &message_boxes};
   const Host& base = system.host();
   ChosenDatabase database{base.files, base.database};
@@ -31,7 +29,7 @@ struct Process {
   Host host{ReadComponentInfo(), base.files, base.registry, base.locale, base.clock,
             message_boxes,       database,   cube,          spreadsheet};
   Publics publics;
-  clMe me{host, publics, MakeQueryWindow};
+  clMe me{host, publics, OpenQueryWindow};
 };
 
 }  // namespace

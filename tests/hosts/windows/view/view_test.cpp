@@ -4,9 +4,7 @@
 
 #include "hosts/windows/platform/owner_window.h"
 #include "hosts/windows/platform/utf16.h"
-#include "hosts/windows/platform/windows_message_boxes.h"
-#include "hosts/windows/view/errands.h"
-#include "hosts/windows/view/win32_toolkit.h"
+#include "hosts/windows/view/windows_desktop.h"
 #include "platform/failure.h"
 #include "tests/hosts/windows/view/person.h"
 #include "tests/hosts/windows/view/sample_form.h"
@@ -28,7 +26,7 @@ vok::MessageBox Box(const char* title) {
 struct Desk {
   Desk() {
     form.Rule(FormEvent::kLeft, "date", [this] {
-      if (form.Text("date") == "box") boxes.Show(Box("Box"));
+      if (form.Text("date") == "box") desktop.Show(Box("Box"));
       if (form.Text("date") != "bad") return;
       form.SetText("date", kDateText);
       form.Focus = ControlId("date");
@@ -36,23 +34,21 @@ struct Desk {
     form.Rule(FormEvent::kClicked, "child", [this] {
       child.Caption = "Child";
       child.Rule(FormEvent::kClicked, "child", [] { throw Failure(91, "from a rule"); });
-      toolkit.ShowModal(child);
+      desktop.ShowModal(child);
     });
   }
 
   std::string Told(const std::string& acts) {
     const Person person(form, acts);
-    toolkit.ShowModal(form);
+    desktop.ShowModal(form);
     return form.Told();
   }
 
-  WindowsMessageBoxes shown_boxes;
-  ErrandBoxes boxes{shown_boxes};
-  Win32Toolkit toolkit;
+  WindowsDesktop desktop;
   SampleForm form, child;
 };
 
-TEST(Win32View, TellsTheFormWhatAPersonDoes) {
+TEST(WindowsDesktopTest, TellsTheFormWhatAPersonDoes) {
   const struct {
     const char* acts;
     const char* told;
@@ -87,7 +83,7 @@ TEST(Win32View, TellsTheFormWhatAPersonDoes) {
   }
 }
 
-TEST(Win32View, GivesTheOwnerBackAfterARuleFailed) {
+TEST(WindowsDesktopTest, GivesTheOwnerBackAfterARuleFailed) {
   const HWND owner = ::CreateWindowExW(0, L"STATIC", L"Host", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 0,
                                        0, 300, 200, nullptr, nullptr, nullptr, nullptr);
   ::SetActiveWindow(owner);
@@ -110,7 +106,7 @@ TEST(Win32View, GivesTheOwnerBackAfterARuleFailed) {
   ::DestroyWindow(owner);
 }
 
-TEST(Win32View, StaysAliveWhileWorkGoesOnBesideIt) {
+TEST(WindowsDesktopTest, StaysAliveWhileWorkGoesOnBesideIt) {
   Desk desk;
   std::atomic<bool> stop = false;
   std::string failure;
@@ -118,9 +114,9 @@ TEST(Win32View, StaysAliveWhileWorkGoesOnBesideIt) {
   desk.form.Rule(FormEvent::kClicked, "run", [&] {
     const DWORD thread_of_windows = ::GetCurrentThreadId();
     try {
-      desk.toolkit.RunBeside([&] {
+      desk.desktop.RunBeside([&] {
         EXPECT_NE(::GetCurrentThreadId(), thread_of_windows);
-        answer = desk.boxes.Show(Box("Ask"));
+        answer = desk.desktop.Show(Box("Ask"));
         while (!stop) ::Sleep(1);
         throw Failure(4444, "stopped");
       });
@@ -147,7 +143,7 @@ std::map<std::string, RECT> PlacesOf(const Form& form, HWND window) {
   return places;
 }
 
-TEST(Win32View, PlacesControlsByTheReadingDirectionAndGrowsWithTheWindow) {
+TEST(WindowsDesktopTest, PlacesControlsByTheReadingDirectionAndGrowsWithTheWindow) {
   for (const bool right_to_left : {false, true}) {
     SCOPED_TRACE(right_to_left);
     SampleForm form;
@@ -174,7 +170,7 @@ TEST(Win32View, PlacesControlsByTheReadingDirectionAndGrowsWithTheWindow) {
   }
 }
 
-TEST(Win32View, LeavesNothingBehind) {
+TEST(WindowsDesktopTest, LeavesNothingBehind) {
   const auto objects = [] {
     return std::pair(::GetGuiResources(::GetCurrentProcess(), GR_GDIOBJECTS),
                      ::GetGuiResources(::GetCurrentProcess(), GR_USEROBJECTS));

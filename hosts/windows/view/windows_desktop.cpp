@@ -1,13 +1,13 @@
-#include "hosts/windows/view/win32_toolkit.h"
+#include "hosts/windows/view/windows_desktop.h"
 
 #include <algorithm>
 #include <optional>
 #include <thread>
+#include <utility>
 
 #include "hosts/windows/automation/ole.h"
 #include "hosts/windows/platform/owner_window.h"
 #include "hosts/windows/platform/utf16.h"
-#include "hosts/windows/view/errands.h"
 #include "hosts/windows/view/surroundings.h"
 #include "platform/failure.h"
 // after the system's own header
@@ -79,8 +79,8 @@ class Apartment {
 
 }  // namespace
 
-void Win32Toolkit::ShowModal(Form& form) {
-  if (!open_.empty()) open_.back()->Refresh();
+void WindowsDesktop::ShowModal(Form& form) {
+  RefreshAll();
   const Shown shown(form);
   const HWND owner = OwnerWindow();
   FormWindow window(form, owner);
@@ -98,19 +98,23 @@ void Win32Toolkit::ShowModal(Form& form) {
   window.ThrowFailure();
 }
 
-void Win32Toolkit::Dispatch(MSG& message) {
+void WindowsDesktop::RefreshAll() const {
+  for (FormWindow* window : open_) window->Refresh();
+}
+
+void WindowsDesktop::Dispatch(MSG& message) const {
   if (!open_.empty()) return open_.back()->Dispatch(message);
   ::TranslateMessage(&message);
   ::DispatchMessageW(&message);
 }
 
-void Win32Toolkit::RunBeside(const std::function<void()>& work) {
-  if (!open_.empty()) open_.back()->Refresh();
+void WindowsDesktop::RunBeside(const std::function<void()>& work) {
+  RefreshAll();
   Errands errands;
+  Errands* const outer = std::exchange(errands_, &errands);
   const Handle done(::CreateEventW(nullptr, TRUE, FALSE, nullptr));
   std::exception_ptr failure;
   std::thread worker([&] {
-    errands.Begin();
     try {
       const Apartment apartment;
       work();
@@ -121,10 +125,21 @@ void Win32Toolkit::RunBeside(const std::function<void()>& work) {
   });
   WaitFor(done.get(), errands);
   worker.join();
+  errands_ = outer;
   if (failure) std::rethrow_exception(failure);
 }
 
-void Win32Toolkit::WaitFor(HANDLE done, Errands& errands) {
+MessageAnswer WindowsDesktop::Show(const vok::MessageBox& box) {
+  if (::GetCurrentThreadId() == thread_) {
+    RefreshAll();
+    return boxes_.Show(box);
+  }
+  MessageAnswer answer{};
+  errands_->Ask([&] { answer = Show(box); });
+  return answer;
+}
+
+void WindowsDesktop::WaitFor(HANDLE done, Errands& errands) const {
   std::optional<int> quit;
   const HANDLE events[] = {done, errands.Waiting()};
   constexpr DWORD kCount = static_cast<DWORD>(std::size(events));
@@ -145,7 +160,8 @@ void Win32Toolkit::WaitFor(HANDLE done, Errands& errands) {
   if (quit) ::PostQuitMessage(*quit);
 }
 
-std::string Win32Toolkit::PickFile(const FileDialog& dialog) {
+std::string WindowsDesktop::PickFile(const FileDialog& dialog) {
+  RefreshAll();
   static_assert(kHideReadOnly == OFN_HIDEREADONLY && kPathMustExist == OFN_PATHMUSTEXIST &&
                 kFileMustExist == OFN_FILEMUSTEXIST);
   constexpr std::size_t kLongestPath = 32768;
@@ -169,12 +185,12 @@ std::string Win32Toolkit::PickFile(const FileDialog& dialog) {
   return picked == FALSE ? std::string() : Utf8(path.c_str());
 }
 
-void Win32Toolkit::ShowHelp(const std::string& help_file) {
+void WindowsDesktop::ShowHelp(const std::string& help_file) {
   ::ShellExecuteW(OwnerWindow(), nullptr, Utf16(help_file).c_str(), nullptr, nullptr,
                   SW_SHOWNORMAL);
 }
 
-void Win32Toolkit::OpenOnDesktop(const std::string& path) {
+void WindowsDesktop::OpenOnDesktop(const std::string& path) {
   const std::wstring file = Utf16(path);
   SHELLEXECUTEINFOW asked{};
   asked.cbSize = sizeof asked;
