@@ -18,6 +18,8 @@ HWND WaitFor(const std::wstring& title) {
   return nullptr;
 }
 
+constexpr DWORD kHandAtRest = 100;  // milliseconds; a click in the midst of a move may miss
+
 void Send(INPUT input) { ::SendInput(1, &input, sizeof input); }
 
 void SendKey(WORD key, DWORD flags) {
@@ -93,6 +95,7 @@ void Person::Click(const std::string& name) {
   RECT place{};
   ::GetWindowRect(::GetDlgItem(WaitFor(Utf16(form_.Caption)), id), &place);
   ::SetCursorPos((place.left + place.right) / 2, (place.top + place.bottom) / 2);
+  ::Sleep(kHandAtRest);
   for (const DWORD flags : {DWORD{MOUSEEVENTF_LEFTDOWN}, DWORD{MOUSEEVENTF_LEFTUP}}) {
     INPUT input{};
     input.type = INPUT_MOUSE;
