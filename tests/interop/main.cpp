@@ -92,8 +92,7 @@ class Comparison {
 void AskRandomCube(Comparison& comparison, int number, uint64_t seed) {
   const std::string name = "Random" + std::to_string(number);
   const uint64_t cube_seed = seed + static_cast<uint64_t>(number);
-  plain::RandomCube random;
-  plain::MakeRandomCube(cube_seed, name, random);
+  const plain::RandomCube random = plain::MakeRandomCube(cube_seed, name);
   // A count over all of no facts is 0 there: the database says so, without a word of MDX.
   if (random.cube.facts.empty()) return;
   for (const auto& query :

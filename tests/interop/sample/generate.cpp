@@ -87,8 +87,8 @@ bool Write(const std::string& folder, std::ofstream schema, std::ofstream statem
   bool written = dates.flush() && facts.flush();
   schema << "<Schema name=\"random\">\n";
   for (int i = 0; i < count; ++i) {
-    plain::RandomCube random;
-    plain::MakeRandomCube(seed + static_cast<uint64_t>(i), "Random" + std::to_string(i), random);
+    const plain::RandomCube random =
+        plain::MakeRandomCube(seed + static_cast<uint64_t>(i), "Random" + std::to_string(i));
     schema << random.schema;
     for (const auto& [table, csv] : random.tables) {
       written &= !!(std::ofstream(folder + '/' + table + ".csv") << csv).flush();

@@ -54,6 +54,7 @@ struct Member {
   std::string unique_name;
   std::size_t hierarchy = 0;
   std::size_t level = 0;
+  int place = 0;  ///< in its level
   const Member* parent = nullptr;
   Members children;
   const Measure* measure = nullptr;           ///< of a stored measure

@@ -151,6 +151,7 @@ class CubeMaker {
     member.unique_name = (is_top ? hierarchy.name : parent->unique_name) + Bracketed(name);
     member.hierarchy = made_.cube.hierarchies.size() - 1;
     member.level = level;
+    member.place = static_cast<int>(hierarchy.levels[level].members.size());
     member.parent = parent;
     if (parent != nullptr) parent->children.push_back(&member);
     hierarchy.levels[level].members.push_back(&member);
@@ -194,9 +195,10 @@ class CubeMaker {
 
 }  // namespace
 
-void MakeRandomCube(uint64_t seed, const std::string& name, RandomCube& made,
-                    const CubeSize& size) {
+RandomCube MakeRandomCube(uint64_t seed, const std::string& name, const CubeSize& size) {
+  RandomCube made;  // its members point at one another; moving leaves them in place
   CubeMaker(seed, name, made, size).Make();
+  return made;
 }
 
 }  // namespace vok::plain

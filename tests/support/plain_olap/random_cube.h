@@ -45,8 +45,6 @@ struct RandomCube {
   std::string schema;                         ///< the element <Cube>, with the given name
   std::map<std::string, std::string> tables;  ///< CSV, by name: the cube's, then a number
 };
-/// Moving is as good as none: members point at one another.
-void MakeRandomCube(uint64_t seed, const std::string& name, RandomCube& made,
-                    const CubeSize& size = {});
+RandomCube MakeRandomCube(uint64_t seed, const std::string& name, const CubeSize& size = {});
 
 }  // namespace vok::plain

@@ -246,8 +246,12 @@ class QueryMaker {
       case 'P':
         if (level.kind == "Regular") return Part(letter, of, depth, before);
         return Constant(level.kind.substr(4, 1) + "td", Cell(number));
-      case 'M':
-        return Named(calculated_.empty() || !dice_.OneIn(4) ? Stored(0) : dice_.OneOf(calculated_));
+      case 'M': {
+        const Member& stored = Stored(0);
+        if (calculated_.empty() || !dice_.OneIn(4)) return Named(stored);
+        const Member& calculated = dice_.OneOf(calculated_);
+        return Named(calculated.hierarchy == 0 ? calculated : stored);
+      }
       case 'n':
         return Number(dice_.Below(6) + (tame_ ? 1 : -2));
       case 'k':

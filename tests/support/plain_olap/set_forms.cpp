@@ -12,10 +12,6 @@ const Members& LevelOf(const Cube& cube, const Member& member) {
   return cube.hierarchies[member.hierarchy].levels[member.level].members;
 }
 
-int PlaceIn(const Members& members, const Member* member) {
-  return static_cast<int>(std::find(members.begin(), members.end(), member) - members.begin());
-}
-
 const Member* At(const Members& members, int place) {
   const bool is_there = place >= 0 && place < static_cast<int>(members.size());
   return is_there ? members[static_cast<std::size_t>(place)] : nullptr;
@@ -30,9 +26,7 @@ Members PathFrom(const Member* member) {
 
 /// So many places on in its level.
 const Member* Moved(const Call& call, const Member* member, int distance) {
-  if (member == nullptr) return nullptr;
-  const Members& level = LevelOf(call.cube, *member);
-  return At(level, PlaceIn(level, member) + distance);
+  return member ? At(LevelOf(call.cube, *member), member->place + distance) : nullptr;
 }
 
 const Member* Kin(const Call& call) {
@@ -56,7 +50,8 @@ const Member* Parallel(const Call& call, int level, int distance, const Member* 
   if (AncestorAt(member, level) == nullptr) return nullptr;
   if (AncestorAt(member, level) == member) return Moved(call, member, -distance);
   const Member* uncle = Parallel(call, level, distance, member->parent);
-  return uncle ? At(uncle->children, PlaceIn(member->parent->children, member)) : nullptr;
+  const int place = member->place - member->parent->children[0]->place;
+  return uncle ? At(uncle->children, place) : nullptr;
 }
 
 Tuples Together(Tuples first, const Tuples& second) {
@@ -82,7 +77,7 @@ Tuples Children(const Call& call) {
 
 Tuples Range(const Call& call) {
   const Members& level = LevelOf(call.cube, *call.One(0));
-  const auto ends = std::minmax({PlaceIn(level, call.One(0)), PlaceIn(level, call.One(1))});
+  const auto ends = std::minmax({call.One(0)->place, call.One(1)->place});
   return Singles(Members(level.begin() + ends.first, level.begin() + ends.second + 1));
 }
 
@@ -199,15 +194,24 @@ Tuples SortedWithin(const Call& call, bool descending, const ValueAt& value, boo
       for (const Member* member : PathFrom(tuple[i])) {
         at.back() = member;
         path.insert(path.begin(), KeyOf(value(at), descending));
-        path.front().push_back(PlaceIn(LevelOf(call.cube, *member), member));
+        path.front().push_back(member->place);
       }
     }
     return keys;
   });
 }
 
+/// By the value, or by its negative.
+template <int kSign>
 Tuples Ordered(const Call& call) {
-  return SortedWithin(call, !call.Word(2).empty(), call.Values(1), false);
+  const std::string& flag = call.Word(2);
+  const bool descending = flag.find("DESC") != flag.npos;
+  const auto value = [&](const Tuple& tuple) {
+    const Cell cell = call.Number(1, tuple);
+    return cell ? Cell(kSign * *cell) : cell;
+  };
+  if (flag.find('B') != flag.npos) return Sorted(call.Set(0), descending, value);
+  return SortedWithin(call, descending, value, false);
 }
 
 Tuples Hierarchized(const Call& call) {
@@ -281,10 +285,8 @@ const Forms kSetForms = {
       [](const Call& c) { return Part(Sorted(c.Set(0), true, c.Values(2)), 0, c.Whole(1)); }},
      {"BottomCount(%s, %k, %v)",
       [](const Call& c) { return Part(Sorted(c.Set(0), false, c.Values(2)), 0, c.Whole(1)); }},
-     {"Order(%s, %v%(|, DESC))", Ordered},
-     {"Order(%s, %v%(|, DESC))", Ordered},
-     {"Order(%s, %v, %(BASC|BDESC))",
-      [](const Call& c) { return Sorted(c.Set(0), c.Word(2) == "BDESC", c.Values(1)); }}},
+     // By a tuple alone another server orders the tuples and not their values.
+     {"Order(%s, -(%v)%(|, DESC|, BASC|, BDESC))", Ordered<-1>}},
     {{"{%m, %m}", TwoTogether},
      {"{%s, %s}", TwoTogether},
      {"Union(%s, %s, ALL)", TwoTogether},
@@ -292,6 +294,9 @@ const Forms kSetForms = {
      {"({%s} + {%s})", [](const Call& c) { return Once(TwoTogether(c)); }},
      {"({%s} - {%s})", [](const Call& c) { return Among(c.Set(0), c.Set(1), false); }},
      {"Descendants(%1, %k, %(LEAVES))", Descendants<false>},
+     {"Order(%s, %v%(|, DESC))", Ordered<1>},
+     {"Order(%s, %v%(|, DESC))", Ordered<1>},
+     {"Order(%s, %v, %(BASC|BDESC))", Ordered<1>},
      {"{(%m, %w)}", Crossed},
      {"CrossJoin(%1, %2)", Crossed},
      {"{%1} * {%2}", Crossed}}};

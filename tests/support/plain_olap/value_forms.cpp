@@ -113,6 +113,7 @@ const Forms kConditionForms = {
      {"(%v %(=|<>|<|<=|>|>=) %i)", Comparison},
      {"IsEmpty(%v)", [](const Call& c) { return Cell(!c.Number(0)); }},
      {"(%m IS %m)", [](const Call& c) { return Cell(c.One(0) == c.One(1)); }},
+     {"(%m.Name = \"#null\")", [](const Call& c) { return Cell(c.One(0) == nullptr); }},
      {"(%m.Name %(=|<>|<|<=|>|>=) %m.Name)", NameComparison},
      {"NOT %c", [](const Call& c) { return Cell(!c.Holds(0)); }},
      {"(%c %(AND|OR|XOR) %c)", Logic}},

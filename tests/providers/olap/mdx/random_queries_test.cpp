@@ -25,8 +25,7 @@ std::string Answer(const std::shared_ptr<const olap::CubeView>& cube, const std:
 }
 
 void ExpectPlainAnswers(uint64_t seed) {
-  plain::RandomCube random;
-  plain::MakeRandomCube(seed, "Plain", random);
+  const plain::RandomCube random = plain::MakeRandomCube(seed, "Plain");
   const BuiltCube built(
       CubeTexts{"<Schema name=\"Random\">" + random.schema + "</Schema>", random.tables});
   const auto cube = ViewOf(built);
