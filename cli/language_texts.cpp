@@ -123,17 +123,12 @@ void NoteLanguage(const LanguageTexts& texts, std::size_t language,
   }
 }
 
-std::size_t PlaceOf(const recordset::Rowset& table, std::string_view name,
+std::size_t PlaceOf(const recordset::Rowset& table, const std::string& name,
                     const std::string& origin) {
-  const auto lower = [](std::string text) {
-    for (char& c : text) c = c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c;
-    return text;
-  };
   for (std::size_t place = 0; place < table.columns.size(); ++place) {
-    if (lower(table.columns[place].name) == name) return place;
+    if (EqualNoCaseAscii(table.columns[place].name, name)) return place;
   }
-  recordset::ThrowUnreadable(origin, "it is no language table, it has no field " +
-                                         std::string(name == "sid" ? "sId" : "lId"));
+  recordset::ThrowUnreadable(origin, "it is no language table, it has no field " + name);
 }
 
 }  // namespace
@@ -188,8 +183,8 @@ recordset::Rowset ToLanguageTable(const LanguageTexts& texts) {
 }
 
 LanguageTexts FromLanguageTable(const recordset::Rowset& table, const std::string& origin) {
-  const std::size_t number_place = PlaceOf(table, "sid", origin);
-  const std::size_t language_place = PlaceOf(table, "lid", origin);
+  const std::size_t number_place = PlaceOf(table, "sId", origin);
+  const std::size_t language_place = PlaceOf(table, "lId", origin);
   constexpr std::size_t kTextPlace = 2;
   if (table.columns.size() <= kTextPlace) {
     recordset::ThrowUnreadable(origin, "it is no language table, it has no third field");

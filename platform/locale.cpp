@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "platform/text.h"
+
 namespace vok {
 namespace {
 
@@ -10,15 +12,10 @@ bool IsAscii(std::string_view text) {
                      [](char c) { return static_cast<unsigned char>(c) < 0x80; });
 }
 
-char LowerAscii(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; }
-
 }  // namespace
 
 bool EqualNoCase(const Locale& locale, std::string_view a, std::string_view b) {
-  if (IsAscii(a) && IsAscii(b)) {
-    return std::equal(a.begin(), a.end(), b.begin(), b.end(),
-                      [](char x, char y) { return LowerAscii(x) == LowerAscii(y); });
-  }
+  if (IsAscii(a) && IsAscii(b)) return EqualNoCaseAscii(a, b);
   return locale.FoldCase(a) == locale.FoldCase(b);
 }
 

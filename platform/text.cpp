@@ -54,4 +54,19 @@ std::string_view TrimBlanks(std::string_view text) {
   return text.substr(first, text.find_last_not_of(' ') - first + 1);
 }
 
+char LowerAscii(char letter) {
+  return letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter - 'A' + 'a') : letter;
+}
+
+std::string LowerAscii(std::string_view text) {
+  std::string lower(text);
+  for (char& letter : lower) letter = LowerAscii(letter);
+  return lower;
+}
+
+bool EqualNoCaseAscii(std::string_view a, std::string_view b) {
+  return std::equal(a.begin(), a.end(), b.begin(), b.end(),
+                    [](char x, char y) { return LowerAscii(x) == LowerAscii(y); });
+}
+
 }  // namespace vok

@@ -32,10 +32,7 @@ constexpr std::array<Replacement, 11> kReplacements = {{
     {"\t", "\t\r\n"},
 }};
 
-bool SameLetter(char a, char b) {
-  const auto upper = [](char c) { return c >= 'a' && c <= 'z' ? static_cast<char>(c - 32) : c; };
-  return upper(a) == upper(b);
-}
+bool SameLetter(char a, char b) { return LowerAscii(a) == LowerAscii(b); }
 
 std::string ReplaceAll(std::string_view text, const Replacement& rule) {
   std::string result;

@@ -1,7 +1,5 @@
 #include "providers/sqlite/statement.h"
 
-#include <algorithm>
-
 #include "platform/failure.h"
 #include "platform/text.h"
 
@@ -15,12 +13,6 @@ bool IsBlank(char c) { return c == ' ' || c == '\t' || c == '\r' || c == '\n'; }
 bool IsNameByte(char c) {
   return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == '_' ||
          static_cast<unsigned char>(c) >= 0x80;
-}
-
-bool EqualAscii(std::string_view a, std::string_view b) {
-  const auto lower = [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; };
-  return std::equal(a.begin(), a.end(), b.begin(), b.end(),
-                    [&](char x, char y) { return lower(x) == lower(y); });
 }
 
 class Parser {
@@ -96,7 +88,7 @@ class Parser {
 
   bool TakeWord(std::string_view keyword) {
     const std::string_view word = PeekWord();
-    if (!EqualAscii(word, keyword)) return false;
+    if (!EqualNoCaseAscii(word, keyword)) return false;
     at_ += word.size();
     return true;
   }

@@ -23,15 +23,6 @@ constexpr std::string_view kDateFormat = "mm-dd-yy";
   throw Failure(failure_number::kAutomation, why);
 }
 
-char LowerAscii(char letter) {
-  return letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter + ('a' - 'A')) : letter;
-}
-
-bool EqualsIgnoringAsciiCase(std::string_view a, std::string_view b) {
-  return std::equal(a.begin(), a.end(), b.begin(), b.end(),
-                    [](char x, char y) { return LowerAscii(x) == LowerAscii(y); });
-}
-
 void CheckSheetName(const std::string& name) {
   const bool has_control =
       std::any_of(name.begin(), name.end(), [](char c) { return c >= 0 && c < ' '; });
@@ -139,7 +130,7 @@ class XlsxApplication : public SpreadsheetApplication {
   void SetActiveSheetName(const std::string& name) override {
     CheckSheetName(name);
     for (const Sheet& other : Open().sheets) {
-      if (&other != &Active() && EqualsIgnoringAsciiCase(other.name, name)) {
+      if (&other != &Active() && EqualNoCaseAscii(other.name, name)) {
         Refuse("A sheet cannot be named \"" + name +
                "\": another one of the workbook has the name.");
       }
