@@ -15,9 +15,8 @@ struct ConnectionText {
   double timeout_seconds = 0;   ///< "Timeout"; 0: not given
 };
 
-/// Parts "Keyword=value" with ";" between, in any order, keywords without regard to case; a value
-/// may stand in quotes. Other keywords are passed over. Failure -2147467259: a part without "=", a
-/// quote without end, a limit that is no number above 0.
+/// Parts in any order, keywords without regard to case; other keywords are passed over. Failure
+/// -2147467259: those of `SplitConnectionText`, and a limit that is no number above 0.
 ConnectionText ParseConnectionText(std::string_view text);
 
 /// Whether the data source is the address of a server (http or https), and not a file.

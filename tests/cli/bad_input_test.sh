@@ -69,6 +69,7 @@ expect 1 "damaged or was cut short" cube catalogs short.cub
 expect 1 'no catalog "Nothing"' cube members ledger.cub --catalog Nothing
 expect 1 'line 1, column 8: "x" is not in cube' mdx ledger.cub 'select x on 0 from LedgerQEL'
 expect 1 'no catalog "Nothing". It has: "LedgerQEL"' mdx ledger.cub --catalog Nothing 'select from x'
+expect 1 '"b.cub" has no value. A ";" ends a part: rename a file' mdx 'a;b.cub' 'select from x'
 expect 1 "twice.csv, line 3: number 1000 stands in line 2 already" language build twice.csv Lang.rs
 expect 1 "missing.csv" language build missing.csv Lang.rs
 expect 1 "Check that the folder exists" language build own.csv missing/Lang.rs

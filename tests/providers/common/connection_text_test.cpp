@@ -30,8 +30,9 @@ TEST(ConnectionText, IsReadInAnyOrderAndCase) {
   const ConnectionText limits = ParseConnectionText("Timeout=2.5;MAX CELLS=1000");
   EXPECT_EQ(limits.timeout_seconds, 2.5);
   EXPECT_EQ(limits.max_cells, 1000u);
-  for (const char* bad : {"Provider", "Data Source='x.cub", "Timeout=", "Timeout=0", "Timeout=nan",
-                          "Timeout=1s", "Max Cells=-1", "Max Cells=1.5"}) {
+  for (const char* bad : {"Data Source=a;b.cub;Provider=MSOLAP", "Data Source='x.cub",
+                          "Timeout=", "Data Source='x'y.cub", "Timeout=0", "Timeout=nan",
+                          "Timeout=1s", "Max Cells=-1", "Max Cells=1.5", "Max Cells=1e99"}) {
     EXPECT_THROW(ParseConnectionText(bad), Failure) << bad;
   }
 }
