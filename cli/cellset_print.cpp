@@ -2,13 +2,13 @@
 
 #include <algorithm>
 #include <cmath>
-#include <nlohmann/json.hpp>
 #include <ostream>
 #include <string>
 #include <utility>
 #include <vector>
 
 #include "cli/axis_headers.h"
+#include "cli/json_text.h"
 #include "cli/print.h"
 #include "cli/terminal_text.h"
 
@@ -83,7 +83,7 @@ class Sheet {
   std::size_t rows_ = 1;
 };
 
-nlohmann::ordered_json CellJson(const Value& value) {
+Json CellJson(const Value& value) {
   if (value.IsEmpty()) return nullptr;
   if (const auto* number = value.As<double>()) {
     if (std::isnan(*number)) return "NaN";
@@ -152,15 +152,14 @@ void PrintCsv(const Cellset& cellset, std::ostream& out) {
 }
 
 void PrintJson(const Cellset& cellset, std::ostream& out) {
-  nlohmann::ordered_json document{{"axes", nlohmann::ordered_json::array()},
-                                  {"cells", nlohmann::ordered_json::array()}};
+  Json document{{"axes", Json::array()}, {"cells", Json::array()}};
   std::size_t cells = 1;
   for (std::size_t a = 0; a < cellset.AxisCount(); ++a) {
     const CellsetAxis& axis = cellset.AxisAt(a);
     cells *= axis.PositionCount();
-    auto positions = nlohmann::ordered_json::array();
+    auto positions = Json::array();
     for (std::size_t p = 0; p < axis.PositionCount(); ++p) {
-      auto members = nlohmann::ordered_json::array();
+      auto members = Json::array();
       for (std::size_t i = 0; i < axis.MembersPerPosition(); ++i) {
         const AxisMember member = axis.MemberAt(p, i);
         members.push_back({{"UniqueName", member.unique_name},
@@ -172,7 +171,7 @@ void PrintJson(const Cellset& cellset, std::ostream& out) {
     document["axes"].push_back(std::move(positions));
   }
   for (std::size_t i = 0; i < cells; ++i) document["cells"].push_back(CellJson(cellset.Cell(i)));
-  out << document.dump(2, ' ', false, nlohmann::json::error_handler_t::replace) << '\n';
+  out << JsonText(document);
 }
 
 }  // namespace vok::cli

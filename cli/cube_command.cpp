@@ -1,11 +1,10 @@
 // vokcube cube build | info: making a cube file, and looking into one.
 #include <chrono>
-#include <cstdio>
 #include <iostream>
 #include <memory>
-#include <nlohmann/json.hpp>
 
 #include "cli/command.h"
+#include "cli/json_text.h"
 #include "cli/terminal.h"
 #include "providers/common/connection_text.h"
 #include "providers/olap/build/build_cube.h"
@@ -13,8 +12,6 @@
 
 namespace vok::cli {
 namespace {
-
-using Json = nlohmann::ordered_json;
 
 /// One line on standard error that is written over and over; nothing when that is no terminal.
 class ProgressLine {
@@ -178,7 +175,7 @@ void Info(const CommonOptions& common, const InfoOptions& options) {
                          ? CubesOfServer(session->host().cube, options.source)
                          : CubesOfFile(session->host(), options.source);
   if (options.json) {
-    std::cout << Json{{"source", options.source}, {"cubes", cubes}}.dump(2) << '\n';
+    std::cout << JsonText({{"source", options.source}, {"cubes", cubes}});
   } else {
     for (const auto& cube : cubes) PrintCube(cube);
   }

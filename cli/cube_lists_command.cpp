@@ -1,16 +1,15 @@
 // vokcube cube catalogs | measures | members: what a cube offers to a data-source setting.
 #include <iostream>
 #include <memory>
-#include <nlohmann/json.hpp>
 
 #include "cli/command.h"
+#include "cli/json_text.h"
 #include "cube/discovery.h"
 #include "platform/failure.h"
 
 namespace vok::cli {
 namespace {
 
-using Json = nlohmann::ordered_json;
 using Names = std::vector<std::string>;
 
 struct ListOptions {
@@ -43,7 +42,7 @@ void Print(const ListOptions& options, const char* what, const Names& names,
     Json document = {{"source", options.source}};
     if (!catalog.empty()) document["catalog"] = catalog;
     document[what] = names;
-    std::cout << document.dump(2) << '\n';
+    std::cout << JsonText(document);
   } else {
     for (const std::string& name : names) std::cout << name << '\n';
   }

@@ -1,9 +1,9 @@
 // vokcube info: everything that is saved, as a host program sees it.
 #include <iostream>
 #include <memory>
-#include <nlohmann/json.hpp>
 
 #include "cli/command.h"
+#include "cli/json_text.h"
 #include "cli/print.h"
 #include "platform/failure.h"
 #include "settings/reader.h"
@@ -11,13 +11,12 @@
 namespace vok::cli {
 namespace {
 
-nlohmann::ordered_json InfoDocument(const Value::Array& lists) {
+Json InfoDocument(const Value::Array& lists) {
   const auto& periods = *lists.at(0).As<Value::Array>();
   const auto& names = *lists.at(1).As<Value::Array>();
   const auto& files = *lists.at(2).As<Value::Array>();
   const auto& dates = *lists.at(3).As<Value::Array>();
-  nlohmann::ordered_json document{{"periods", nlohmann::json::array()},
-                                  {"dataSources", nlohmann::json::array()}};
+  Json document{{"periods", Json::array()}, {"dataSources", Json::array()}};
   for (const auto& name : periods) {
     if (!name.IsEmpty()) document["periods"].push_back(name.ToText());
   }
@@ -31,7 +30,7 @@ nlohmann::ordered_json InfoDocument(const Value::Array& lists) {
   return document;
 }
 
-void PrintInfo(const nlohmann::ordered_json& document) {
+void PrintInfo(const Json& document) {
   std::cout << "Period sets\n";
   for (const auto& name : document["periods"]) std::cout << "  " << name.get<std::string>() << '\n';
   std::cout << "Data sources\n";
@@ -58,7 +57,7 @@ void Info(const CommonOptions& common, bool as_json) {
   if (info.IsEmpty()) ThrowReason(*session);
   const auto document = InfoDocument(*info.As<Value::Array>());
   if (as_json) {
-    std::cout << document.dump(2) << '\n';
+    std::cout << JsonText(document);
   } else {
     PrintInfo(document);
   }

@@ -1,9 +1,9 @@
 // vokcube sets TABLE: the names saved in one settings table.
 #include <iostream>
 #include <memory>
-#include <nlohmann/json.hpp>
 
 #include "cli/command.h"
+#include "cli/json_text.h"
 #include "env/environment.h"
 
 namespace vok::cli {
@@ -19,12 +19,12 @@ void Sets(const CommonOptions& common, SetsOptions& options) {
   FindSettingsFolder(session->host(), session->publics().environment);
   Value names;
   session->me().GetSetNames(names, options.table);
-  auto json = nlohmann::json::array();
+  Json json = Json::array();
   for (const auto& name : *names.As<Value::Array>()) {
     if (!name.IsEmpty()) json.push_back(name.ToText());
   }
   if (options.json) {
-    std::cout << json.dump(2) << '\n';
+    std::cout << JsonText(json);
   } else {
     for (const auto& name : json) std::cout << name.get<std::string>() << '\n';
   }

@@ -2,11 +2,11 @@
 
 #include <algorithm>
 #include <initializer_list>
-#include <nlohmann/json.hpp>
 #include <optional>
 #include <set>
 #include <utility>
 
+#include "cli/json_text.h"
 #include "cli/print.h"
 #include "platform/failure.h"
 #include "platform/text.h"
@@ -14,7 +14,6 @@
 namespace vok::cli {
 namespace {
 
-using Json = nlohmann::ordered_json;
 constexpr std::size_t kMaxTextUnits = 255;  // of every text column of the settings database
 
 /// A value and the path that leads to it, for messages.
@@ -264,9 +263,7 @@ std::string PrintSettingsDocument(const SettingsDocument& document) {
     data_sources.push_back(PrintDataSource(setting));
   Json periods = Json::array();
   for (const auto& set : document.periods) periods.push_back(PrintPeriodSet(set));
-  return Json{{"dataSources", std::move(data_sources)}, {"periods", std::move(periods)}}.dump(
-             2, ' ', false, Json::error_handler_t::replace) +
-         "\n";
+  return JsonText({{"dataSources", std::move(data_sources)}, {"periods", std::move(periods)}});
 }
 
 }  // namespace vok::cli

@@ -32,6 +32,7 @@ touch empty/CubToQel.mdb file
 expect 0 "stored cells" cube build --schema "$data/schema.xml" --data "$data" --output ledger.cub
 expect 0 "Imported 2 data sources" settings import "$data/settings.json" --settings-folder good
 head -c 5000 ledger.cub > short.cub
+cp ledger.cub $'no-utf8-\xff.cub'
 printf 'number,2 Hebrew\n1000,x\n1000,y\n' > twice.csv
 "$vokcube" language texts own.csv
 expect 0 "Wrote" language build own.csv Lang.rs
@@ -65,11 +66,12 @@ expect 1 "Datasource Definition: Nothing  Not Found!!" run --settings-folder goo
 expect 1 "damaged or was cut short" cube info short.cub
 expect 0 "Ledger" cube members ledger.cub --json
 expect 1 "There is no cube file" cube measures missing.cub
+expect 0 "no-utf8-�.cub" cube info $'no-utf8-\xff.cub' --json
 expect 1 "damaged or was cut short" cube catalogs short.cub
 expect 1 'no catalog "Nothing"' cube members ledger.cub --catalog Nothing
+expect 1 '"b.cub" has no value. A ";" ends a part: rename a file' mdx 'a;b.cub' 'select from x'
 expect 1 'line 1, column 8: "x" is not in cube' mdx ledger.cub 'select x on 0 from LedgerQEL'
 expect 1 'no catalog "Nothing". It has: "LedgerQEL"' mdx ledger.cub --catalog Nothing 'select from x'
-expect 1 '"b.cub" has no value. A ";" ends a part: rename a file' mdx 'a;b.cub' 'select from x'
 expect 1 "twice.csv, line 3: number 1000 stands in line 2 already" language build twice.csv Lang.rs
 expect 1 "missing.csv" language build missing.csv Lang.rs
 expect 1 "Check that the folder exists" language build own.csv missing/Lang.rs
