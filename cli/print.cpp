@@ -5,6 +5,8 @@
 #include <cmath>
 #include <cstdio>
 
+#include "platform/calendar.h"
+
 namespace vok::cli {
 
 std::string IsoDate(Date date) {
@@ -33,13 +35,7 @@ std::optional<Date> ParseIsoDate(std::string_view text) {
     const auto result = std::from_chars(text.data() + at, end, value);
     return result.ptr == end ? value : -1;
   };
-  const int year = number(0, 4);
-  const int month = number(5, 2);
-  const int day = number(8, 2);
-  if (year < 100 || month < 1 || month > 12 || day < 1) return std::nullopt;
-  const Date date = Date::FromCivil(year, month, day);
-  if (date.Month() != month || date.Day() != day) return std::nullopt;
-  return date;
+  return CalendarDay(number(0, 4), number(5, 2), number(8, 2));
 }
 
 std::string CsvField(const std::string& text) {

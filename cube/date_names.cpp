@@ -4,15 +4,12 @@
 #include <optional>
 #include <string_view>
 
+#include "platform/calendar.h"
 #include "platform/failure.h"
 #include "platform/text.h"
 
 namespace vok {
 namespace {
-
-// A year below is one that was shortened: which century it means is for the locale to say.
-constexpr int kFirstFullYear = 100;
-constexpr int kLastYear = 9999;
 
 std::optional<int> WholeNumber(std::string_view text) {
   const std::string_view digits = TrimBlanks(text);
@@ -23,21 +20,13 @@ std::optional<int> WholeNumber(std::string_view text) {
   return number;
 }
 
-std::optional<Date> CalendarDate(int year, int month, int day) {
-  const bool in_range = year >= kFirstFullYear && year <= kLastYear && month >= 1 && month <= 12 &&
-                        day >= 1 && day <= 31;
-  if (!in_range) return std::nullopt;
-  const Date date = Date::FromCivil(year, month, day);
-  if (date.Day() != day) return std::nullopt;  // such as 31 April, which the constructor carries on
-  return date;
-}
-
+/// A year below 100 was shortened: which century it means is for the locale to say.
 std::optional<Date> NumericDate(const DateNames& names, bool by_month) {
   const auto day = by_month ? std::optional<int>(1) : WholeNumber(names.day);
   const auto month = WholeNumber(names.month);
   const auto year = WholeNumber(names.year);
   if (!day || !month || !year) return std::nullopt;
-  return CalendarDate(*year, *month, *day);
+  return CalendarDay(*year, *month, *day);
 }
 
 }  // namespace

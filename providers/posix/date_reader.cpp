@@ -8,6 +8,8 @@
 #include <span>
 #include <vector>
 
+#include "platform/calendar.h"
+
 namespace vok {
 namespace {
 
@@ -247,7 +249,7 @@ class Reader {
     if (commas_ && !worded_) return std::nullopt;
     if (numbers_.size() == 1 && numbers_[0].digits == kMostDigits) {
       const int value = numbers_[0].value;
-      return Checked(value / 10000, value / 100 % 100, value % 100);
+      return CalendarDay(value / 10000, value / 100 % 100, value % 100);
     }
     if (numbers_.size() != 3) return std::nullopt;
     const Token& a = numbers_[0];
@@ -273,17 +275,10 @@ class Reader {
   static std::optional<Date> Dated(const Token& year, const Token& month, const Token& day) {
     if (month.digits > 2 || day.digits > 2) return std::nullopt;
     if (year.digits == 2) {
-      return Checked(year.value + (year.value < 30 ? 2000 : 1900), month.value, day.value);
+      return CalendarDay(year.value + (year.value < 30 ? 2000 : 1900), month.value, day.value);
     }
     if (year.digits != 4) return std::nullopt;
-    return Checked(year.value, month.value, day.value);
-  }
-
-  static std::optional<Date> Checked(int year, int month, int day) {
-    if (year < 100 || month < 1 || month > 12 || day < 1 || day > 31) return std::nullopt;
-    const Date date = Date::FromCivil(year, month, day);
-    if (date.Month() != month) return std::nullopt;
-    return date;
+    return CalendarDay(year.value, month.value, day.value);
   }
 
   const DateCustoms& customs_;

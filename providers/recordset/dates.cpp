@@ -6,6 +6,8 @@
 #include <cmath>
 #include <cstdio>
 
+#include "platform/calendar.h"
+
 namespace vok::recordset {
 namespace {
 
@@ -39,12 +41,6 @@ std::optional<Date> ParseTime(std::string_view text) {
 
 }  // namespace
 
-std::optional<Date> DayOf(int year, int month, int day) {
-  if (year < 100 || year > 9999 || month < 1 || month > 12 || day < 1) return std::nullopt;
-  const Date date = Date::FromCivil(year, month, day);
-  return day <= 31 && date.Day() == day ? std::optional(date) : std::nullopt;
-}
-
 std::optional<Date> TimeOf(int hour, int minute, int second) {
   if (hour < 0 || hour > 23 || minute < 0 || minute > 59 || second < 0 || second > 59) {
     return std::nullopt;
@@ -52,17 +48,11 @@ std::optional<Date> TimeOf(int hour, int minute, int second) {
   return Date{(hour * 3600 + minute * 60 + second) / static_cast<double>(kSecondsPerDay)};
 }
 
-bool IsInRange(Date date) {
-  constexpr double kFirst = -657434;  // 1 January 100
-  constexpr double kAfter = 2958466;  // 1 January 10000
-  return date.serial >= kFirst && date.serial < kAfter;
-}
-
 std::optional<Date> ParseIsoDate(std::string_view text) {
   if (text.find(':') == 2) return ParseTime(text);
   const auto numbers = TakeThree(text, '-', 4);
   if (!numbers) return std::nullopt;
-  auto date = DayOf((*numbers)[0], (*numbers)[1], (*numbers)[2]);
+  auto date = CalendarDay((*numbers)[0], (*numbers)[1], (*numbers)[2]);
   if (!date || text.empty()) return date;
   if (text[0] != 'T' && text[0] != ' ') return std::nullopt;
   const auto time = ParseTime(text.substr(1));
@@ -71,7 +61,7 @@ std::optional<Date> ParseIsoDate(std::string_view text) {
 }
 
 std::string IsoText(Date date) {
-  constexpr double kLastSecond = 2958466.0 * kSecondsPerDay - 1;  // of the year 9999
+  constexpr double kLastSecond = double{kPastDays} * kSecondsPerDay - 1;  // of the year 9999
   const double rounded =
       std::min(std::round(date.serial * kSecondsPerDay), kLastSecond) / kSecondsPerDay;
   const Date day{std::floor(rounded)};

@@ -1,4 +1,4 @@
-// Dates of files, of the years 100 to 9999 that dates have here.
+// Dates and times as files write them.
 #pragma once
 
 #include <optional>
@@ -9,11 +9,8 @@
 
 namespace vok::recordset {
 
-/// Nothing for a day that no calendar has.
-std::optional<Date> DayOf(int year, int month, int day);
 /// The time on the zero date; nothing for one that no clock shows.
 std::optional<Date> TimeOf(int hour, int minute, int second);
-bool IsInRange(Date date);
 
 /// "2024-05-31", "2024-05-31T16:05:00" with any fraction of a second (it is dropped), "16:05:00".
 std::optional<Date> ParseIsoDate(std::string_view text);

@@ -4,6 +4,7 @@
 #include <cmath>
 #include <iterator>
 
+#include "platform/calendar.h"
 #include "providers/recordset/dates.h"
 #include "providers/recordset/utf16.h"
 
@@ -35,14 +36,14 @@ Value Currency(ByteReader& reader) { return static_cast<double>(reader.Get<int64
 
 Value SerialDate(ByteReader& reader) {
   const Date date{reader.Get<double>()};
-  if (!IsInRange(date)) ThrowNoDate(reader);
+  if (!IsInCalendar(date)) ThrowNoDate(reader);
   return date;
 }
 
 Date TakeDay(ByteReader& reader) {
   const int year = reader.Get<int16_t>();
   const int month = reader.Get<uint16_t>();
-  const auto date = DayOf(year, month, reader.Get<uint16_t>());
+  const auto date = CalendarDay(year, month, reader.Get<uint16_t>());
   if (!date) ThrowNoDate(reader);
   return *date;
 }

@@ -1,7 +1,6 @@
 #include "providers/sqlite/schema.h"
 
-#include <cmath>
-
+#include "platform/calendar.h"
 #include "platform/failure.h"
 #include "platform/text.h"
 #include "providers/sqlite/numbers.h"
@@ -10,9 +9,6 @@
 
 namespace vok {
 namespace {
-
-constexpr double kFirstDay = -657434;  // 1 January 100
-constexpr double kPastDays = 2958466;  // 1 January 10000
 
 int32_t SizeOf(const ColumnDefinition& column) {
   return column.size > 0 ? column.size : kDefaultTextSize;
@@ -26,7 +22,8 @@ std::string ColumnSql(const ColumnDefinition& column) {
     case ColumnType::kInteger:
       return name + " INT CHECK (" + name + " BETWEEN -2147483648 AND 2147483647)";
     case ColumnType::kDate:
-      return name + " REAL CHECK (" + name + " >= -657434 AND " + name + " < 2958466)";
+      return name + " REAL CHECK (" + name + " >= " + std::to_string(kFirstDay) + " AND " + name +
+             " < " + std::to_string(kPastDays) + ")";
     case ColumnType::kText:
       break;
   }
@@ -83,7 +80,7 @@ Date ToStoredDate(const Locale& locale, const ColumnDefinition& column, const Va
   } else {
     date = value.ToDate();
   }
-  if (!(date.serial >= kFirstDay && date.serial < kPastDays)) {
+  if (!IsInCalendar(date)) {
     throw Failure(failure_number::kColumnOverflow,
                   "The date for column " + column.name + " is not within the years 100 to 9999");
   }

@@ -3,6 +3,7 @@
 #include <optional>
 #include <utility>
 
+#include "platform/calendar.h"
 #include "platform/failure.h"
 #include "platform/text.h"
 #include "providers/xlsx/cell_reference.h"
@@ -16,7 +17,6 @@ namespace {
 constexpr std::size_t kMaxSheetName = 31;
 /// 1 March 1900. The program counts a 29 February 1900 that never was, so earlier days differ.
 constexpr double kFirstSerial = 61;
-constexpr double kLastSerial = 2'958'466;  // 1 January 10000
 constexpr std::string_view kDateFormat = "mm-dd-yy";
 
 [[noreturn]] void Refuse(const std::string& why) {
@@ -60,7 +60,7 @@ class CellMaker {
   }
 
   Cell operator()(const Date& date) {
-    if (!(date.serial >= kFirstSerial && date.serial < kLastSerial)) {
+    if (!(date.serial >= kFirstSerial && date.serial < kPastDays)) {
       Fail(failure_number::kAutomation,
            "a sheet's dates run from 1 March 1900 to 31 December 9999. Write it as a text");
     }

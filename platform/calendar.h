@@ -1,0 +1,21 @@
+// The days that dates can be, wherever they come from: 1 January 100 to 31 December 9999.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+
+#include "platform/date.h"
+
+namespace vok {
+
+/// Serials: the first date, and the first day past the last one.
+inline constexpr int32_t kFirstDay = -657434;
+inline constexpr int32_t kPastDays = 2958466;
+
+/// Times of day included; false for what is no number.
+bool IsInCalendar(Date date);
+
+/// Nothing for a day that no calendar has, such as 31 April, and for other years.
+std::optional<Date> CalendarDay(int year, int month, int day);
+
+}  // namespace vok
