@@ -5,7 +5,7 @@
 #
 # Target: vok_<name>. Headers are included by their path from the root: "cube/probe.h".
 function(vok_room name)
-  cmake_parse_arguments(ROOM "" "FOLDER" "SOURCES;ROOMS;LIBRARIES" ${ARGN})
+  cmake_parse_arguments(ROOM "" "" "SOURCES;ROOMS;LIBRARIES" ${ARGN})
   file(RELATIVE_PATH folder ${PROJECT_SOURCE_DIR} ${CMAKE_CURRENT_SOURCE_DIR})
   set(window ${PROJECT_BINARY_DIR}/rooms/${name})
   get_filename_component(parent ${window}/${folder} DIRECTORY)

@@ -74,7 +74,7 @@ class RowsetHandler : public xml::Handler {
       groups_.push_back(Group::kRow);
     } else {
       groups_.push_back(GroupNamed(name, group));
-      if (groups_.back() == Group::kUpdate) first_original_ = changed_ = rows_.size();
+      if (groups_.back() == Group::kUpdate) changed_ = rows_.size();
     }
   }
 
@@ -148,9 +148,8 @@ class RowsetHandler : public xml::Handler {
   Section section_ = Section::kNone;
   bool has_schema_ = false;
   bool has_rows_ = false;
-  std::vector<Group> groups_;       ///< that are open, from the outermost on
-  std::size_t first_original_ = 0;  ///< of the update that is open
-  std::size_t changed_ = 0;         ///< the next row that it changes
+  std::vector<Group> groups_;  ///< that are open, from the outermost on
+  std::size_t changed_ = 0;    ///< the next row that the update which is open changes
 };
 
 }  // namespace

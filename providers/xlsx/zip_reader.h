@@ -19,7 +19,6 @@ class ZipReader {
   /// `file` must outlive the reader; `path` names it in failures.
   ZipReader(std::span<const std::byte> file, std::string path);
 
-  bool Has(const std::string& name) const { return entries_.contains(name); }
   /// The part's expanded content.
   ByteBuffer Read(const std::string& name) const;
 
