@@ -8,7 +8,6 @@
 
 #include "cli/print.h"
 #include "env/string_table.h"
-#include "platform/failure.h"
 #include "platform/text.h"
 #include "providers/olap/build/csv_scanner.h"
 

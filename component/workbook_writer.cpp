@@ -1,7 +1,5 @@
 #include "component/workbook_writer.h"
 
-#include <memory>
-
 #include "component/reports/error_report.h"
 #include "platform/failure.h"
 #include "platform/locale.h"

@@ -8,7 +8,6 @@
 #include <functional>
 #include <map>
 #include <optional>
-#include <string>
 
 #include "examples/names.h"
 #include "examples/plan.h"

@@ -7,9 +7,9 @@
 #include <unicode/smpdtfmt.h>
 #include <unicode/unistr.h>
 
+#include <algorithm>
 #include <cmath>
 #include <cstdlib>
-#include <utility>
 
 #include "platform/failure.h"
 #include "providers/posix/date_reader.h"

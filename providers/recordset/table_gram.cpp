@@ -5,9 +5,6 @@
 // gives without an example is read strictly as it stands there: the changes, insertions and
 // deletions that wait to be sent (two maps of one bit per column). Child record sets, big-endian
 // files, texts in a code page and binary columns are refused.
-#include <optional>
-#include <utility>
-
 #include "platform/failure.h"
 #include "providers/recordset/byte_reader.h"
 #include "providers/recordset/table_gram_column.h"

@@ -2,7 +2,6 @@
 #pragma once
 
 #include <cstdint>
-#include <string>
 
 #include "providers/recordset/byte_reader.h"
 #include "providers/recordset/rowset.h"

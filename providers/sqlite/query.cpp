@@ -4,7 +4,6 @@
 
 #include <limits>
 
-#include "platform/failure.h"
 #include "providers/sqlite/store.h"
 #include "providers/sqlite/store_failure.h"
 

@@ -1,7 +1,5 @@
 #include "providers/sqlite/rows.h"
 
-#include <memory>
-
 #include "platform/failure.h"
 #include "providers/sqlite/like_pattern.h"
 #include "providers/sqlite/numbers.h"
