@@ -48,23 +48,35 @@ void Build(const CommonOptions& common, const olap::BuildRequest& request) {
             << static_cast<int>(taken.count() * 1000) << " ms\n";
 }
 
+Json LevelJson(const std::string& name, const std::string& unique_name, std::size_t members) {
+  return {{"name", name}, {"uniqueName", unique_name}, {"members", members}};
+}
+
+Json HierarchyJson(const std::string& name, const std::string& unique_name, const Json& levels) {
+  return {{"name", name}, {"uniqueName", unique_name}, {"levels", levels}};
+}
+
+Json DimensionJson(const std::string& name, const Json& hierarchies) {
+  return {{"name", name}, {"hierarchies", hierarchies}};
+}
+
+Json Describe(const olap::Hierarchy& hierarchy) {
+  Json levels = Json::array();
+  for (std::size_t i = 0; i < hierarchy.levels().size(); ++i) {
+    const auto& level = hierarchy.levels()[i];
+    levels.push_back(LevelJson(level.name, hierarchy.LevelUniqueName(i), level.members.size()));
+  }
+  return HierarchyJson(hierarchy.name(), hierarchy.unique_name(), levels);
+}
+
 Json Describe(const olap::CubeModel& model) {
   Json dimensions = Json::array();
   for (const auto& dimension : model.dimensions) {
     Json hierarchies = Json::array();
     for (const auto index : dimension.hierarchies) {
-      const auto& hierarchy = model.hierarchies[index];
-      Json levels = Json::array();
-      for (std::size_t i = 0; i < hierarchy.levels().size(); ++i) {
-        levels.push_back({{"name", hierarchy.levels()[i].name},
-                          {"uniqueName", hierarchy.LevelUniqueName(i)},
-                          {"members", hierarchy.levels()[i].members.size()}});
-      }
-      hierarchies.push_back({{"name", hierarchy.name()},
-                             {"uniqueName", hierarchy.unique_name()},
-                             {"levels", levels}});
+      hierarchies.push_back(Describe(model.hierarchies[index]));
     }
-    dimensions.push_back({{"name", dimension.name}, {"hierarchies", hierarchies}});
+    dimensions.push_back(DimensionJson(dimension.name, hierarchies));
   }
   Json measures = Json::array();
   for (const auto& measure : model.measures) measures.push_back(measure.name);
@@ -83,11 +95,9 @@ Json Describe(const CubeHierarchy& hierarchy) {
   Json levels = Json::array();
   for (std::size_t i = 0; i < hierarchy.LevelCount(); ++i) {
     const auto level = hierarchy.LevelAt(i);
-    levels.push_back({{"name", level->Name()},
-                      {"uniqueName", level->UniqueName()},
-                      {"members", level->MemberCount()}});
+    levels.push_back(LevelJson(level->Name(), level->UniqueName(), level->MemberCount()));
   }
-  return {{"name", hierarchy.Name()}, {"uniqueName", hierarchy.UniqueName()}, {"levels", levels}};
+  return HierarchyJson(hierarchy.Name(), hierarchy.UniqueName(), levels);
 }
 
 Json MeasureNames(const CubeDimension& measures) {
@@ -108,7 +118,7 @@ Json Describe(const CubeDef& cube, const std::string& catalog) {
     for (std::size_t k = 0; k < dimension->HierarchyCount(); ++k) {
       hierarchies.push_back(Describe(*dimension->HierarchyAt(k)));
     }
-    dimensions.push_back({{"name", dimension->Name()}, {"hierarchies", hierarchies}});
+    dimensions.push_back(DimensionJson(dimension->Name(), hierarchies));
   }
   return {{"name", cube.Name()},
           {"catalog", catalog},
