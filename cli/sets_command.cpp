@@ -4,6 +4,7 @@
 
 #include "cli/command.h"
 #include "cli/json_text.h"
+#include "env/environment.h"
 
 namespace vok::cli {
 namespace {
@@ -15,7 +16,7 @@ struct SetsOptions {
 
 void Sets(const CommonOptions& common, SetsOptions& options) {
   const auto session = common.NewSession();
-  FindDatabase(*session);  // a host program would get a new one; somebody who looks wants his own
+  FindSettingsFolder(session->host(), session->publics().environment);
   Value names;
   session->me().GetSetNames(names, options.table);
   Json json = Json::array();

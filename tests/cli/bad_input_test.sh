@@ -53,7 +53,6 @@ run=(run --data-source Domestic --periods Demo --output out)
 expect 1 "make it with vokcube settings import" "${run[@]}" --settings-folder missing
 PATH=$(dirname "$vokcube"):$PATH vokcube=$(basename "$vokcube") \
   expect 1 "$(dirname "$vokcube")/CubToQel.mdb; make it" info
-expect 1 "make it with vokcube settings import" sets Periods --settings-folder missing
 expect 1 "is a Jet database" info --settings-folder jet
 expect 1 "is a Jet database" settings import "$data/settings.json" --settings-folder jet
 expect 1 "is a Jet database" settings export --settings-folder jet
