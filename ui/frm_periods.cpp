@@ -125,7 +125,7 @@ void FrmPeriods::AddRules() {
   on_click("cmdClose", [this] { Close(); });
   on_click("cmdHelp", [this] {
     if (!services_.publics.help_file.empty())
-      services_.toolkit.ShowHelp(services_.publics.help_file);
+      services_.toolkit.ShowHelp(services_.host.files.NativePath(services_.publics.help_file));
   });
   constexpr std::pair<const char*, const char*> kSameAs[] = {
       {"mnuSave", "ComSaveSet"},      {"mnuRun", "cmdQuery"},        {"mnuClose", "cmdClose"},

@@ -1,5 +1,6 @@
 #include "ui/qt/application.h"
 
+#include <QtCore/QLibrary>
 #include <QtCore/QLibraryInfo>
 #include <QtCore/QThread>
 #include <QtCore/QTranslator>
@@ -16,14 +17,32 @@ Failure NoWindows(const std::string& why) {
   return Failure(failure_number::kNotSupported, "No window can be shown: " + why);
 }
 
-/// Qt ends the process where it finds no screen, so it is asked for before.
+/// Whether an X server answers at $DISPLAY. True where nobody can be asked.
+bool DisplayAnswers() {
+  QLibrary xcb(QStringLiteral("xcb"), 1);
+  const auto connect = reinterpret_cast<void* (*)(const char*, int*)>(xcb.resolve("xcb_connect"));
+  const auto failed = reinterpret_cast<int (*)(void*)>(xcb.resolve("xcb_connection_has_error"));
+  const auto disconnect = reinterpret_cast<void (*)(void*)>(xcb.resolve("xcb_disconnect"));
+  if (connect == nullptr || failed == nullptr || disconnect == nullptr) return true;
+  void* connection = connect(nullptr, nullptr);
+  const bool answers = failed(connection) == 0;
+  disconnect(connection);
+  return answers;
+}
+
+/// Qt ends the process where it finds no screen, so it is looked for before.
 void NeedScreen() {
-  for (const char* variable : {"QT_QPA_PLATFORM", "WAYLAND_DISPLAY", "DISPLAY"}) {
-    if (!qEnvironmentVariableIsEmpty(variable)) return;
+  if (!qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) return;
+  if (!qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY")) return;
+  if (qEnvironmentVariableIsEmpty("DISPLAY")) {
+    throw NoWindows(
+        "neither DISPLAY nor WAYLAND_DISPLAY names a screen. Log in to a desktop, or connect with "
+        "ssh -X");
   }
-  throw NoWindows(
-      "neither DISPLAY nor WAYLAND_DISPLAY names a screen. Log in to a desktop, or connect with "
-      "ssh -X");
+  if (!DisplayAnswers()) {
+    throw NoWindows("no screen answers at DISPLAY=" + qgetenv("DISPLAY").toStdString() +
+                    ", or it refuses this user");
+  }
 }
 
 /// The texts of Qt's own buttons and dialogs, where the desktop has them in the person's language.

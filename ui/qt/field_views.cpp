@@ -50,6 +50,7 @@ class ComboBox : public ControlView {
  public:
   ComboBox(const Control& control, QComboBox& box, Listener& to) : ControlView(box), box_(box) {
     box.setEditable(!control.Locked);
+    box.setFocusPolicy(Qt::StrongFocus);
     box.setInsertPolicy(QComboBox::NoInsert);
     box.setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
     box.setMinimumContentsLength(TextWidth(control, box) /

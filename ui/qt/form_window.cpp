@@ -4,6 +4,7 @@
 #include <QtGui/QFocusEvent>
 #include <QtGui/QFontDatabase>
 #include <QtWidgets/QAbstractButton>
+#include <QtWidgets/QComboBox>
 #include <QtWidgets/QLabel>
 #include <algorithm>
 
@@ -112,7 +113,7 @@ void FormWindow::MoveFocus() {
   if (widget == nullptr) return;
   const QScopedValueRollback drawing(drawing_, true);
   if (auto* button = qobject_cast<QAbstractButton*>(focusWidget())) button->setDown(false);
-  widget->setFocus(Qt::OtherFocusReason);
+  widget->setFocus(Qt::TabFocusReason);  // chooses the text, to be typed anew
 }
 
 void FormWindow::FocusFirst() {
@@ -120,7 +121,7 @@ void FormWindow::FocusFirst() {
   for (const Item& item : items_) {
     QWidget& widget = item.view->widget();
     if ((widget.focusPolicy() & Qt::TabFocus) != 0 && widget.isEnabled()) {
-      return widget.setFocus(Qt::OtherFocusReason);
+      return widget.setFocus(Qt::TabFocusReason);
     }
   }
 }
@@ -131,7 +132,16 @@ QWidget* FormWindow::WidgetOf(const ControlId& id) const {
   return found == items_.end() ? nullptr : &found->view->widget();
 }
 
+/// The wheel chooses in a box that one works in, not in those that the mouse happens to pass.
+bool FormWindow::IsPassedOver(QObject* watched, QEvent& wheel) {
+  const auto* box = qobject_cast<QComboBox*>(watched);
+  if (box == nullptr || box->hasFocus()) return false;
+  wheel.ignore();
+  return true;
+}
+
 bool FormWindow::eventFilter(QObject* watched, QEvent* event) {
+  if (event->type() == QEvent::Wheel) return IsPassedOver(watched, *event);
   if (event->type() != QEvent::FocusOut || drawing_) return false;
   const auto reason = static_cast<QFocusEvent*>(event)->reason();
   if (reason == Qt::ActiveWindowFocusReason || reason == Qt::PopupFocusReason ||

@@ -51,6 +51,7 @@ class FormWindow : public QDialog, private Listener {
   void Draw(const Item& item);
   void MoveFocus();
   void FocusFirst();
+  static bool IsPassedOver(QObject* watched, QEvent& wheel);
   QWidget* WidgetOf(const ControlId& id) const;
   const Control* FocusedField() const;
 

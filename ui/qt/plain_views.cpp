@@ -44,11 +44,12 @@ class CheckBox : public ControlView {
   }
   /// Only a rule makes a box grey, so that clicks never come past that state.
   void Draw(const Control& control) override {
-    constexpr Qt::CheckState kStates[] = {Qt::Unchecked, Qt::Checked, Qt::PartiallyChecked};
     Write<QAbstractButton>(box_, Text(control.Caption), &QAbstractButton::setText,
                            &QAbstractButton::text);
     box_.setTristate(control.Value == kGrayed);
-    box_.setCheckState(kStates[control.Value]);
+    box_.setCheckState(control.Value == kUnchecked ? Qt::Unchecked
+                       : control.Value == kGrayed  ? Qt::PartiallyChecked
+                                                   : Qt::Checked);
   }
 
  private:

@@ -25,6 +25,7 @@ QStringList Filters(const std::string& filter) {
     const QString name = parts[i].section(QLatin1Char('('), 0, 0).trimmed();
     QString patterns = parts[i + 1];
     patterns.replace(QLatin1Char(';'), QLatin1Char(' '));
+    patterns.replace(QStringLiteral("*.*"), QStringLiteral("*"));  // also names without a dot
     filters.append(name + QStringLiteral(" (") + patterns + QLatin1Char(')'));
   }
   return filters;
@@ -33,7 +34,9 @@ QStringList Filters(const std::string& filter) {
 /// "xlsX" of "Excel files(*.xlsX)|*.xlsX"; "" where any file is fine.
 QString EndingOf(const std::string& filter) {
   const QString pattern = Text(filter).section(QLatin1Char('|'), 1, 1);
-  return pattern.startsWith(QStringLiteral("*.")) ? pattern.mid(2) : QString();
+  return pattern.startsWith(QStringLiteral("*.")) && pattern != QStringLiteral("*.*")
+             ? pattern.mid(2)
+             : QString();
 }
 
 QMessageBox::StandardButtons ButtonsOf(const MessageBox& box) {
@@ -78,9 +81,13 @@ void QtDesktop::RefreshAll() {
 void QtDesktop::ShowModal(Form& form) {
   RefreshAll();
   FormWindow window(form, Owner());
-  open_.push_back(&window);
-  const auto close = [this](void*) { open_.pop_back(); };
-  const std::unique_ptr<void, decltype(close)> closing(&window, close);
+  struct Listed {
+    explicit Listed(std::vector<FormWindow*>& all, FormWindow* one) : windows(all) {
+      windows.push_back(one);
+    }
+    ~Listed() { windows.pop_back(); }
+    std::vector<FormWindow*>& windows;
+  } const listed(open_, &window);
   window.Run();
 }
 
@@ -99,7 +106,14 @@ std::string QtDesktop::PickFile(const FileDialog& dialog) {
   return picker.selectedFiles().value(0).toStdString();
 }
 
-void QtDesktop::ShowHelp(const std::string& help_file) { OpenOnDesktop(help_file); }
+/// Help is no reason to end what the person is at: what is in its way is told.
+void QtDesktop::ShowHelp(const std::string& help_file) {
+  try {
+    OpenOnDesktop(help_file);
+  } catch (const Failure& failure) {
+    ShowHere({failure.description(), "", MessageIcon::kExclamation, MessageButtons::kOk, "", 0});
+  }
+}
 
 void QtDesktop::OpenOnDesktop(const std::string& path) {
   if (!QFileInfo::exists(Text(path))) {

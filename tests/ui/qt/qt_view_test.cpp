@@ -180,7 +180,7 @@ TEST(QtView, LongWorkRunsBesideWindowsThatStayAlive) {
     };
     EXPECT_THROW(desktop.RunBeside(work), Failure);
   });
-  const Person person("click cmdRun\nfront Go on?\npress Alt+Y\nclick cmdStop\nclose");
+  const Person person("click cmdRun\nawait Go on?\npress Alt+Y\nclick cmdStop\nclose");
   desktop.ShowModal(form);
   EXPECT_EQ(answer, MessageAnswer::kYes);
 }

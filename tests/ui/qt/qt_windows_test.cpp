@@ -4,15 +4,57 @@
 
 #include <QtWidgets/QApplication>
 #include <cstdlib>
+#include <filesystem>
 
-#include "settings/edited_sets.h"
+#include "providers/recordset/persisted_recordset.h"
+#include "tests/support/ui/real_desk.h"
 #include "tests/ui/qt/person.h"
-#include "tests/ui/qt/qt_desk.h"
+#include "ui/qt/qt_desktop.h"
 
 namespace vok {
 namespace {
 
 [[maybe_unused]] const bool unseen = setenv("QT_QPA_PLATFORM", "offscreen", 0) == 0;
+
+/// A desk whose windows are drawn, with the texts of a language and the dates of a country.
+struct QtDesk : test::RealDesk {
+  /// `language` is 0, 1 or 2: English, Hebrew (drawn from right to left), Russian.
+  explicit QtDesk(const std::string& country = "en_GB", int language = 0) : customs(country) {
+    publics.language.RightToLeftMarker = language == 1 ? 1 : 0;
+    memory.registry.ini[settings + "\\Qel.ini|Qel|QelUILanguage"] = std::to_string(language);
+    std::filesystem::copy_file(LANGUAGE_TABLE, folder.File("Lang.rs"));
+  }
+
+  struct Desktop : qt::QtDesktop {
+    std::string PickFile(const FileDialog& dialog) override {
+      return picked.empty() ? QtDesktop::PickFile(dialog) : picked;
+    }
+    std::string picked;  ///< "": asks the person
+  };
+  struct Database : test::ImpatientDatabase {
+    Database(Files& all, const Locale& locale)
+        : ImpatientDatabase(all, locale), files(all), customs(locale) {}
+    std::unique_ptr<Recordset> OpenRecordset(const std::string& source,
+                                             const std::string& connection) override {
+      return recordset::OpenPersisted(files, customs, source, connection);
+    }
+    Files& files;
+    const Locale& customs;
+  };
+
+  std::unique_ptr<FrmPeriods> OpenDrawn() {
+    auto window = std::make_unique<FrmPeriods>(shown, publics, desktop);
+    std::string host_database;
+    window->Initialize(host_database);
+    return window;
+  }
+
+  IcuLocale customs;
+  Desktop desktop;
+  Database tables{files, customs};
+  Host shown{host.component, files, memory.registry, customs, memory.clock, desktop,
+             tables,         cube,  spreadsheet};
+};
 
 constexpr char kNoBox[] = "Query Cube to QEL [v16.8.28]";
 constexpr char kDiscard[] = R"(
@@ -29,7 +71,7 @@ std::string Replaced(std::string script, const std::string& what, const std::str
 
 TEST(QtWindows, ASettingIsMadeSavedLoadedAndRun) {
   for (const int language : {0, 1, 2}) {
-    test::QtDesk desk("en_GB", language);
+    QtDesk desk("en_GB", language);
     desk.desktop.picked = desk.Cube();
     const auto window = desk.OpenDrawn();
     std::string script = Replaced(R"(
@@ -127,7 +169,7 @@ TEST(QtWindows, DatesAreTakenAsTypedAndRefusedInTheirField) {
   };
   for (const auto& c : cases) {
     SCOPED_TRACE(std::string(c.typed) + " " + c.leave);
-    test::QtDesk desk(c.country);
+    QtDesk desk(c.country);
     const auto window = desk.OpenDrawn();
     window->form().SetText({"txtDate1", 3}, "15/03/2024");
     const std::string in_box =
@@ -147,7 +189,7 @@ TEST(QtWindows, WhateverClosesAWindowAsksFirstForWhatWouldBeLost) {
                                                             {"", "press Alt+F\npress C"}};
   for (const auto& [date, how] : kCases) {
     SCOPED_TRACE(how);
-    test::QtDesk desk;
+    QtDesk desk;
     const auto window = desk.OpenDrawn();
     const test::Person person(
         "click TextPeriod(0)\ntype x\nclick txtDate1(0)\ntype " + std::string(date) + "\n" +
@@ -160,7 +202,7 @@ TEST(QtWindows, WhateverClosesAWindowAsksFirstForWhatWouldBeLost) {
 }
 
 TEST(QtWindows, AHundredOpeningsLeaveNothing) {
-  test::QtDesk desk;
+  QtDesk desk;
   const auto widgets = QApplication::allWidgets().size();
   for (int i = 0; i < 100; ++i) {
     const auto window = desk.OpenDrawn();
