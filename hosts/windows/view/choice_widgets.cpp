@@ -30,12 +30,12 @@ class ComboBoxWidget : public Widget {
     metrics_ = &metrics;
     Widget::SetMetrics(metrics);
     constexpr WPARAM kClosedPart = static_cast<WPARAM>(-1);
-    Send(CB_SETITEMHEIGHT, kClosedPart, metrics.Down(14) - metrics.Pixels(6));
+    Send(CB_SETITEMHEIGHT, kClosedPart, metrics.Down(13) - metrics.Pixels(6));
     Widen();
   }
   Extent Least(const Metrics& metrics) const override {
     const int letters = control_.Width > 0 ? control_.Width : kUsualLetters;
-    return {metrics.Letters(letters) + Edges(), metrics.Down(14)};
+    return {metrics.Letters(letters) + Edges(), metrics.Down(13)};
   }
   int WindowHeight(int room) const override {
     constexpr int kMostLines = 12;
@@ -49,6 +49,9 @@ class ComboBoxWidget : public Widget {
       case CBN_EDITCHANGE:
         form.SetText(control_.Id(), Utf8(TextOf(window())));
         return true;
+      case CBN_KILLFOCUS:  // no mark on a text that does not have the focus
+        Send(CB_SETEDITSEL, 0, MAKELPARAM(0, 0));
+        return false;
       case CBN_DROPDOWN:
       case CBN_SELENDOK:
       case CBN_SELENDCANCEL:

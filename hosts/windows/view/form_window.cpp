@@ -21,6 +21,14 @@ struct EmptyTemplate {
   WORD menu = 0, window_class = 0, title = 0;
 };
 
+/// What the screen that the window is on has for windows.
+RECT WorkArea(HWND window) {
+  MONITORINFO screen{};
+  screen.cbSize = sizeof screen;
+  ::GetMonitorInfoW(::MonitorFromWindow(window, MONITOR_DEFAULTTONEAREST), &screen);
+  return screen.rcWork;
+}
+
 }  // namespace
 
 FormWindow::FormWindow(Form& form) : form_(form), error_brush_(::CreateSolidBrush(kErrorBack)) {}
@@ -61,10 +69,11 @@ FormWindow::~FormWindow() {
 void FormWindow::Show() {
   ::ShowWindow(window_, SW_SHOW);
   ::SetForegroundWindow(window_);
+  MoveFocus();
+  if (focused_ != nullptr) return;
   ::SendMessageW(window_, WM_NEXTDLGCTL,
                  reinterpret_cast<WPARAM>(::GetNextDlgTabItem(window_, nullptr, FALSE)), TRUE);
   focused_ = widgets_->Of(::GetFocus());
-  MoveFocus();
 }
 
 void FormWindow::ThrowFailure() const {
@@ -262,7 +271,11 @@ LayoutSizes FormWindow::Sizes() const {
 void FormWindow::Measure() {
   layout_.emplace(form_, Sizes());
   // How many lines the menu bar takes depends on the width, and shows only then.
-  while (Grow()) continue;
+  bool grown = false;
+  while (Grow()) grown = true;
+  RECT own{};
+  ::GetWindowRect(window_, &own);
+  if (grown) PlaceAmid(own);
   Arrange();
 }
 
@@ -298,15 +311,11 @@ Extent FormWindow::Edges() const {
 
 /// Of the window with all that it needs, as far as the screen has room.
 Extent FormWindow::WholeSize() const {
-  MONITORINFO screen{};
-  screen.cbSize = sizeof screen;
-  ::GetMonitorInfoW(::MonitorFromWindow(window_, MONITOR_DEFAULTTONEAREST), &screen);
+  const RECT work = WorkArea(window_);
   const Extent edges = Edges();
   const Extent least = layout_->Least();
-  return {std::min(least.width + edges.width,
-                   static_cast<int>(screen.rcWork.right - screen.rcWork.left)),
-          std::min(least.height + edges.height,
-                   static_cast<int>(screen.rcWork.bottom - screen.rcWork.top))};
+  return {std::min(least.width + edges.width, static_cast<int>(work.right - work.left)),
+          std::min(least.height + edges.height, static_cast<int>(work.bottom - work.top))};
 }
 
 void FormWindow::Limit(MINMAXINFO& limits) const {
@@ -315,16 +324,16 @@ void FormWindow::Limit(MINMAXINFO& limits) const {
   limits.ptMinTrackSize = {least.width, least.height};
 }
 
-/// Amid its owner or the screen, and wholly on it.
+/// Amid its owner, or the screen.
 void FormWindow::PlaceOver(HWND owner) {
-  const HMONITOR monitor =
-      ::MonitorFromWindow(owner == nullptr ? window_ : owner, MONITOR_DEFAULTTONEAREST);
-  MONITORINFO screen{};
-  screen.cbSize = sizeof screen;
-  ::GetMonitorInfoW(monitor, &screen);
-  const RECT& work = screen.rcWork;
-  RECT amid = work;
+  RECT amid = WorkArea(owner == nullptr ? window_ : owner);
   if (owner != nullptr && ::IsIconic(owner) == FALSE) ::GetWindowRect(owner, &amid);
+  PlaceAmid(amid);
+}
+
+/// As far as it then is wholly on the screen.
+void FormWindow::PlaceAmid(const RECT& amid) {
+  const RECT work = WorkArea(window_);
   RECT own{};
   ::GetWindowRect(window_, &own);
   const auto inside = [](LONG middle, LONG size, LONG begin, LONG end) {

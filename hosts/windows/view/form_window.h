@@ -66,6 +66,7 @@ class FormWindow {
   Extent Edges() const;
   Extent WholeSize() const;
   void PlaceOver(HWND owner);
+  void PlaceAmid(const RECT& amid);
   void Limit(MINMAXINFO& limits) const;
 
   Form& form_;

@@ -49,13 +49,14 @@ int Grid::SizeOf(const Tracks& tracks, int first, int count, int gap) {
   return StretchOf(tracks, first, count, gap).size;
 }
 
+/// On a screen that is too small they give what is wanting, each up to its half.
 Grid::Tracks Grid::Grown(Tracks tracks, int size, int gap) {
   int left = size - SizeOf(tracks, 0, static_cast<int>(tracks.size()), gap);
   auto growing = static_cast<int>(
       std::count_if(tracks.begin(), tracks.end(), [](const Track& track) { return track.grows; }));
   for (Track& track : tracks) {
-    if (!track.grows || left <= 0) continue;
-    const int share = left / growing--;
+    if (!track.grows) continue;
+    const int share = std::max(left / growing--, -track.size / 2);
     track.size += share;
     left -= share;
   }

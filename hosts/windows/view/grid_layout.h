@@ -40,7 +40,8 @@ class Grid {
 
   /// What all items need.
   Extent Least() const;
-  /// The places of the items, in their order, in an area of at least the least extent.
+  /// The places of the items, in their order. What the area has beyond the least extent goes to
+  /// those that grow; what it lacks is taken from them, as far as it can be.
   std::vector<Place> Arrange(const Place& area) const;
 
  private:

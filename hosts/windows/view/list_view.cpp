@@ -40,7 +40,7 @@ class ListViewWidget : public Widget {
             WS_EX_CLIENTEDGE};
   }
   void Created() override {
-    constexpr LPARAM kStyle = LVS_EX_FULLROWSELECT | LVS_EX_GRIDLINES | LVS_EX_DOUBLEBUFFER;
+    constexpr LPARAM kStyle = LVS_EX_FULLROWSELECT | LVS_EX_GRIDLINES;
     Send(LVM_SETEXTENDEDLISTVIEWSTYLE, 0, kStyle);
   }
 

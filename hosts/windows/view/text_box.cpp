@@ -11,7 +11,7 @@ class TextBoxWidget : public Widget {
     constexpr int kUsualLetters = 10;
     const int letters = control_.Width > 0 ? control_.Width : kUsualLetters;
     return {metrics.Letters(letters) + metrics.Across(6),
-            metrics.Down(14) + metrics.Lines(control_.Height - 1)};
+            metrics.Down(13) + metrics.Lines(control_.Height - 1)};
   }
   bool OnCommand(Form& form, int code) override {
     if (code != EN_CHANGE) return false;
@@ -22,7 +22,17 @@ class TextBoxWidget : public Widget {
  private:
   Kind WindowKind() const override {
     const DWORD lines = control_.Height > 1 ? ES_MULTILINE | ES_AUTOVSCROLL | WS_VSCROLL : 0;
-    return {L"EDIT", WS_TABSTOP | ES_AUTOHSCROLL | lines, WS_EX_CLIENTEDGE};
+    const DWORD side = BeginsFromRight() ? ES_RIGHT : ES_LEFT;
+    return {L"EDIT", WS_TABSTOP | ES_AUTOHSCROLL | side | lines, WS_EX_CLIENTEDGE};
+  }
+
+  /// Dates, paths and names of cubes are read from the left in every language; where windows begin
+  /// from the right they are set flush there all the same.
+  void Created() override {
+    if (!BeginsFromRight()) return;
+    constexpr LONG_PTR kFromRight = WS_EX_LAYOUTRTL | WS_EX_RTLREADING | WS_EX_LEFTSCROLLBAR;
+    const LONG_PTR style = ::GetWindowLongPtrW(window(), GWL_EXSTYLE);
+    ::SetWindowLongPtrW(window(), GWL_EXSTYLE, (style & ~kFromRight) | WS_EX_RIGHT);
   }
 
   void Write() override {

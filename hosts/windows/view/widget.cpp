@@ -15,6 +15,7 @@ std::wstring TextOf(HWND window) {
 }
 
 void Widget::Create(HWND parent, int id, const Metrics& metrics) {
+  begins_from_right_ = (::GetWindowLongPtrW(parent, GWL_EXSTYLE) & WS_EX_LAYOUTRTL) != 0;
   const Kind kind = WindowKind();
   window_ = ::CreateWindowExW(kind.extended_style, kind.window_class, L"", WS_CHILD | kind.style, 0,
                               0, 0, 0, parent, reinterpret_cast<HMENU>(static_cast<INT_PTR>(id)),

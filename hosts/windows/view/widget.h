@@ -54,6 +54,8 @@ class Widget {
     DWORD extended_style = 0;
   };
   virtual Kind WindowKind() const = 0;
+  /// Whether the form does.
+  bool BeginsFromRight() const { return begins_from_right_; }
   virtual void Created() {}
   /// The control's own part of `Refresh`.
   virtual void Write() {}
@@ -73,6 +75,7 @@ class Widget {
   std::string caption_;  ///< as shown
   bool error_ = false;   ///< as shown
   bool shown_ = false;
+  bool begins_from_right_ = false;
 };
 
 /// For every type but menus.

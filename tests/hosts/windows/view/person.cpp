@@ -1,16 +1,20 @@
 #include "tests/hosts/windows/view/person.h"
 
+#include <cstdlib>
 #include <map>
 
 #include "hosts/windows/platform/utf16.h"
 #include "hosts/windows/view/form_window.h"
+#include "tests/hosts/windows/view/picture.h"
 
 namespace vok::windows {
 namespace {
 
+constexpr int kMostLooks = 1000;
+constexpr DWORD kDrawn = 800;  // milliseconds
+
 /// The window of that title when it is in front; nullptr when it does not come.
 HWND WaitFor(const std::wstring& title) {
-  constexpr int kMostLooks = 1000;
   for (int look = 0; look < kMostLooks; ++look, ::Sleep(20)) {
     const HWND front = ::GetForegroundWindow();
     if (front != nullptr && TextOf(front) == title && ::IsWindowEnabled(front)) return front;
@@ -81,19 +85,38 @@ void Person::Do(const std::string& act) {
     WaitFor(Utf16(act.substr(5)));
   } else if (act.starts_with("click ")) {
     Click(act.substr(6));
+  } else if (act.starts_with("await ")) {
+    Await(act.substr(6));
+  } else if (act.starts_with("picture ")) {
+    if (std::getenv("VOKCUBE_SCREENSHOTS") != nullptr) ::Sleep(kDrawn);
+    TakePicture(::GetForegroundWindow(), act.substr(8));
   } else {
     Press(act);
   }
 }
 
-void Person::Click(const std::string& name) {
+/// Its window, once the form's window is in front; "NAME" or "NAME(INDEX)".
+HWND Person::ControlCalled(const std::string& name) const {
+  const HWND window = WaitFor(Utf16(form_.Caption));
   int id = kFirstControlId;
   for (const Control& control : form_.Controls()) {
-    if (control.Name == name) break;
+    const std::string index = control.Index == kNoIndex ? "" : std::to_string(control.Index);
+    if (name == control.Name + (index.empty() ? "" : "(" + index + ")")) break;
     ++id;
   }
+  return ::GetDlgItem(window, id);
+}
+
+void Person::Await(const std::string& name) {
+  const HWND control = ControlCalled(name);
+  for (int look = 0; look < kMostLooks && ::IsWindowVisible(control) == FALSE; ++look) {
+    ::Sleep(20);
+  }
+}
+
+void Person::Click(const std::string& name) {
   RECT place{};
-  ::GetWindowRect(::GetDlgItem(WaitFor(Utf16(form_.Caption)), id), &place);
+  ::GetWindowRect(ControlCalled(name), &place);
   ::SetCursorPos((place.left + place.right) / 2, (place.top + place.bottom) / 2);
   ::Sleep(kHandAtRest);
   for (const DWORD flags : {DWORD{MOUSEEVENTF_LEFTDOWN}, DWORD{MOUSEEVENTF_LEFTUP}}) {

@@ -4,13 +4,15 @@
 #include <string>
 #include <thread>
 
+#include "hosts/windows/platform/system_header.h"
 #include "ui/form.h"
 
 namespace vok::windows {
 
 /// Waits for the window of the form to come to the front, then does what `acts` says. Letters are
 /// typed; in braces stand keys ("{Tab}", "{Ctrl+S}"), "{click NAME}" on a control of the form,
-/// "{wait TITLE}" for another window to come to the front, "{close}" by the window's own X, "{end}"
+/// "{wait TITLE}" for another window to come to the front, "{await NAME}" for a control of the form
+/// to be seen, "{picture NAME}" of the window in front, "{close}" by the window's own X, "{end}"
 /// as a program that is told to end.
 class Person {
  public:
@@ -20,6 +22,8 @@ class Person {
  private:
   void Act(const std::string& acts);
   void Do(const std::string& act);
+  HWND ControlCalled(const std::string& name) const;
+  void Await(const std::string& name);
   void Click(const std::string& name);
 
   const Form& form_;
