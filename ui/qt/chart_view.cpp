@@ -10,8 +10,8 @@
 namespace vok::qt {
 namespace {
 
-constexpr int kGap = 8;               // pixels between captions, bars and values
-constexpr double kLinesPerBar = 1.5;  // least height
+constexpr int kGap = 8;             // pixels between captions, bars and values
+constexpr double kLinesPerBar = 1;  // least height
 constexpr double kMostLines = 2.5;
 constexpr double kBarOfLine = 0.6;  // of a line's height, the rest is space
 
@@ -56,13 +56,16 @@ class Bars : public QWidget {
     double scale;     ///< pixels per unit of value
   };
 
+  double WidthOf(const std::string& text) const {
+    return QFontMetricsF(font()).horizontalAdvance(Text(text));
+  }
   double Line() const { return fontMetrics().lineSpacing(); }
 
   Columns Measure() const {
     double captions = 0, values = 0, least = 0, most = 0;
     for (const Bar& bar : bars_) {
-      captions = std::max<double>(captions, fontMetrics().horizontalAdvance(Text(bar.caption)));
-      values = std::max<double>(values, fontMetrics().horizontalAdvance(Text(bar.value_text)));
+      captions = std::max(captions, WidthOf(bar.caption));
+      values = std::max(values, WidthOf(bar.value_text));
       least = std::min(least, Length(bar));
       most = std::max(most, Length(bar));
     }
@@ -77,8 +80,8 @@ class Bars : public QWidget {
     const int start = isRightToLeft() ? Qt::AlignRight : Qt::AlignLeft;
     const int end = isRightToLeft() ? Qt::AlignLeft : Qt::AlignRight;
     const QRectF caption(0, line.top(), columns.captions, line.height());
-    const QString cut = fontMetrics().elidedText(Text(bar.caption), Qt::ElideRight,
-                                                 static_cast<int>(std::ceil(columns.captions)));
+    const QString cut = QFontMetricsF(font()).elidedText(Text(bar.caption), Qt::ElideRight,
+                                                         std::ceil(columns.captions) + 1);
     painter.drawText(Mirrored(caption), start | Qt::AlignVCenter, cut);
     const QRectF value(line.width() - columns.values, line.top(), columns.values, line.height());
     painter.drawText(Mirrored(value), end | Qt::AlignVCenter, Text(bar.value_text));

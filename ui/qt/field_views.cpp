@@ -23,10 +23,16 @@ void Write(QLineEdit& edit, const QString& text) {
   edit.setCursorPosition(cursor);
 }
 
+/// Whatever letters a text has, it begins where the window's lines begin.
+void BeginAtStart(QLineEdit& edit) {
+  if (edit.isRightToLeft()) edit.setAlignment(Qt::AlignRight | Qt::AlignAbsolute);
+}
+
 class TextBox : public ControlView {
  public:
   TextBox(const Control& control, Sized<QLineEdit>& edit, Listener& to)
       : ControlView(edit), edit_(edit) {
+    BeginAtStart(edit);
     if (control.Width > 0) {
       const QMargins frame = edit.textMargins() + edit.contentsMargins();
       constexpr int kInside = 12;  // what styles keep free around the text
@@ -76,6 +82,7 @@ class ComboBox : public ControlView {
   /// What is typed is neither completed nor taken for a choice when it happens to be an entry: it
   /// may be the beginning of a new name.
   void Free(QLineEdit& edit, const ControlId& id, Listener& to) {
+    BeginAtStart(edit);
     box_.setCompleter(nullptr);
     QObject::disconnect(&edit, &QLineEdit::editingFinished, &box_, nullptr);
     QObject::disconnect(&edit, &QLineEdit::returnPressed, &box_, nullptr);

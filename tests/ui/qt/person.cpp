@@ -81,11 +81,13 @@ void Shoot(const std::string& name) {
   EXPECT_TRUE(Person::Front()->grab().save(folder + Qt16("/" + name + ".png")));
 }
 
-bool IsButtonDown() {
-  const auto* front = Person::Front();
-  if (front == nullptr) return false;
+/// A window in front is not yet ready for keys while the screen has not made it the active one, nor
+/// while it shows a button pressed whose key was.
+bool IsReady(const QWidget* front) {
+  if (front == nullptr) return true;
   const auto buttons = front->findChildren<QPushButton*>();
-  return std::any_of(buttons.begin(), buttons.end(), [](const auto* b) { return b->isDown(); });
+  return front->isActiveWindow() &&
+         std::none_of(buttons.begin(), buttons.end(), [](const auto* b) { return b->isDown(); });
 }
 
 bool IsSeen(const std::string& what) {
@@ -130,9 +132,8 @@ void Person::Await() {
 /// The next step is due before this one is made: it may open a window, whose loop then makes it.
 void Person::Next() {
   const int loops = QThread::currentThread()->loopLevel();
-  // A mouse click lets events through before it is done; a button's key shows it pressed for a
-  // while.
-  if (loops == loops_ || IsButtonDown()) return Await();
+  // a mouse click lets events through before it is done
+  if (loops == loops_ || !IsReady(Front())) return Await();
   const QScopedValueRollback making(loops_, loops);
   const std::string step = steps_.front();
   if (step.starts_with("await ") && !IsSeen(step.substr(6))) return Await();

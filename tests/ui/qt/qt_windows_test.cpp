@@ -105,25 +105,26 @@ TEST(QtWindows, ASettingIsMadeSavedLoadedAndRun) {
         press Return
         see TextMeasure(0) Amount
         click ComboPeriods
-        type Half 1
+        type 2009
         click TextPeriod(0)
-        type Spring
+        type January
         press Tab
         focus txtDate1(0)
         click cmdAutoFill
         focus lstInterval
         press Down
+        press Up
         press Tab
         type 15/1/2009
         press Tab
         press Tab
         type 1
         press Tab
-        type 2
+        type 12
         shot wizard-LANGUAGE
         press Return
         see txtDate1(0) 01/01/2009
-        see txtDate2(1) 30/06/2009
+        see txtDate2(11) 31/12/2009
         click CheckItraPticha(1)
         see CheckItraPticha(1) 2
         click txtOutput
