@@ -9,6 +9,7 @@ namespace {
 
 void Show(const CommonOptions& common, std::string& host_database) {
   const auto session = common.NewSession();
+  PrepareDatabase(*session);
   int32_t error = 0;
   session->me().ShowQCform(error, host_database);
   if (error != 0) throw Failure(error, session->publics().status.LastError);

@@ -102,6 +102,7 @@ fill " 2  2023-11-01  2024-04-30  2023-11 - 2024-04" run --interval half-year --
 fill " 1  2024-07-01  2024-12-31  2024 H2" run --interval half-year --from 2024-07-09 --last 1
 fill " 1  2024-01-01  2024-12-31  Jan 2024" Demo --interval year --from 2024-01-01 --last 1
 expect 1 "a name may not contain *" periods fill 'R*' --interval year --settings-folder good
+expect 1 "is a Jet database" window --settings-folder jet
 expect 1 "445: No window can be shown" window --settings-folder good
 expect 2 "is no date; write it as" periods fill Run --interval year --from 31.12.2023
 expect 2 "not in {month,quarter" periods fill Run --interval week
