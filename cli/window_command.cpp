@@ -7,21 +7,29 @@
 namespace vok::cli {
 namespace {
 
-void Show(const CommonOptions& common, std::string& host_database) {
+struct WindowOptions {
+  std::string host_database;
+  bool right_to_left = false;
+};
+
+void Show(const CommonOptions& common, WindowOptions& options) {
   const auto session = common.NewSession();
   PrepareDatabase(*session);
+  if (options.right_to_left) session->publics().language.RightToLeftMarker = 1;
   int32_t error = 0;
-  session->me().ShowQCform(error, host_database);
+  session->me().ShowQCform(error, options.host_database);
   if (error != 0) throw Failure(error, session->publics().status.LastError);
 }
 
 }  // namespace
 
 void AddWindowCommand(CLI::App& app, const CommonOptions& common) {
-  const auto host_database = std::make_shared<std::string>();
+  const auto options = std::make_shared<WindowOptions>();
   auto* command = app.add_subcommand("window", "Show the window in which settings are edited");
-  command->add_option("DATABASE", *host_database, "The host database of a new data source");
-  command->callback([&common, host_database] { Show(common, *host_database); });
+  command->add_option("DATABASE", options->host_database, "The host database of a new data source");
+  command->add_flag("--right-to-left", options->right_to_left,
+                    "Lay the windows out from right to left, where there is a language table");
+  command->callback([&common, options] { Show(common, *options); });
 }
 
 }  // namespace vok::cli
