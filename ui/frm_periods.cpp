@@ -124,8 +124,7 @@ void FrmPeriods::AddRules() {
   on_click("ComSaveSet", [this] { SaveSettings(); });
   on_click("cmdClose", [this] { Close(); });
   on_click("cmdHelp", [this] {
-    if (!services_.publics.help_file.empty())
-      services_.toolkit.ShowHelp(services_.host.files.NativePath(services_.publics.help_file));
+    services_.toolkit.ShowHelp(services_.host.files.NativePath(services_.publics.help_file));
   });
   constexpr std::pair<const char*, const char*> kSameAs[] = {
       {"mnuSave", "ComSaveSet"},      {"mnuRun", "cmdQuery"},        {"mnuClose", "cmdClose"},
@@ -142,6 +141,9 @@ Value FrmPeriods::Initialize(std::string& DataBaseFileName) {
   CreateDB(host, environment, environment.SettingsFolder);
   LoadTexts(host, services_.publics, form_);
   form_.Caption += " [v" + clMe(host, services_.publics).Version() + "]";
+  for (const char* help : {"cmdHelp", "mnuContents"}) {
+    form_.At(help).Enabled = !services_.publics.help_file.empty();
+  }
   dates_.Load();
   ListSets();
   form_.SetText("txtVarnelMDB", DataBaseFileName);

@@ -58,6 +58,7 @@ struct WindowsTest : testing::Test {
 TEST_F(WindowsTest, ASettingIsMadeSavedLoadedAndRun) {
   const auto first = desk.Open();
   Form& form = first->form();
+  EXPECT_FALSE(form.At("cmdHelp").Enabled);  // no help file lies beside the component
   EXPECT_EQ(form.Caption, "Query Cube to QEL [v16.8.28]");
   desk.FillIn(form);
   EXPECT_THAT(form.At("CmbObs").List, ElementsAre("Ledger1", "Ledger2"));
