@@ -2,9 +2,9 @@
 #include <algorithm>
 #include <iostream>
 #include <memory>
-#include <nlohmann/json.hpp>
 
 #include "cli/command.h"
+#include "cli/json_text.h"
 #include "cli/print.h"
 #include "cli/stop_on_interrupt.h"
 #include "env/environment.h"
@@ -12,8 +12,6 @@
 
 namespace vok::cli {
 namespace {
-
-using Json = nlohmann::ordered_json;
 
 struct RunOptions {
   std::string data_source;
@@ -113,7 +111,7 @@ void Run(const CommonOptions& common, RunOptions& options) {
 
   const Publics& publics = session->publics();
   if (options.json) {
-    std::cout << Document(publics.last_run).dump(2) << '\n';
+    std::cout << JsonText(Document(publics.last_run));
   } else {
     Print(publics.last_run, publics.cube);
   }
