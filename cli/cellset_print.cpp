@@ -11,6 +11,7 @@
 #include "cli/json_text.h"
 #include "cli/print.h"
 #include "cli/terminal_text.h"
+#include "platform/shown_text.h"
 
 namespace vok::cli {
 namespace {

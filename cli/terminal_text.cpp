@@ -4,6 +4,8 @@
 #include <array>
 #include <span>
 
+#include "platform/shown_text.h"
+
 namespace vok::cli {
 namespace {
 
@@ -11,8 +13,6 @@ struct Range {
   char32_t first, last;
 };
 
-constexpr std::array<Range, 5> kControls = {
-    {{0, 0x1F}, {0x7F, 0x9F}, {0x2028, 0x2029}, {0x202A, 0x202E}, {0x2066, 0x2069}}};
 constexpr std::array<Range, 12> kMarks = {{{0x300, 0x36F},
                                            {0x483, 0x489},
                                            {0x591, 0x5BD},
@@ -40,44 +40,12 @@ bool IsIn(std::span<const Range> ranges, char32_t letter) {
   });
 }
 
-/// Takes a letter off the text. A byte that begins none counts as one.
-char32_t NextLetter(std::string_view& text, std::string_view& bytes) {
-  const auto lead = static_cast<unsigned char>(text[0]);
-  const std::size_t length = lead < 0xC0 ? 1 : lead < 0xE0 ? 2 : lead < 0xF0 ? 3 : 4;
-  bytes = text.substr(0, length);
-  text.remove_prefix(bytes.size());
-  if (length == 1) return lead < 0x80 ? lead : 0xFFFD;
-  char32_t letter = lead & (0x7FU >> length);
-  for (const char byte : bytes.substr(1)) letter = letter << 6 | (byte & 0x3F);
-  return letter;
-}
-
-std::string WrittenOut(char32_t control) {
-  if (control == '\t') return "\\t";
-  if (control == '\n') return "\\n";
-  if (control == '\r') return "\\r";
-  std::string text = "\\u";
-  for (int shift = 12; shift >= 0; shift -= 4) text += "0123456789abcdef"[control >> shift & 0xF];
-  return text;
-}
-
 }  // namespace
-
-std::string OneLine(std::string_view text) {
-  std::string line;
-  while (!text.empty()) {
-    std::string_view bytes;
-    const char32_t letter = NextLetter(text, bytes);
-    line += IsIn(kControls, letter) ? WrittenOut(letter) : std::string(bytes);
-  }
-  return line;
-}
 
 std::size_t CellWidth(std::string_view text) {
   std::size_t width = 0;
   while (!text.empty()) {
-    std::string_view bytes;
-    const char32_t letter = NextLetter(text, bytes);
+    const char32_t letter = TakeLetter(text).code;
     width += IsIn(kMarks, letter) ? 0 : IsIn(kWide, letter) ? 2 : 1;
   }
   return width;

@@ -2,13 +2,17 @@
 
 #include <expat.h>
 
+#include <cstdint>
 #include <new>
+
+#include "providers/xml/parser_memory.h"
 
 namespace vok::xml {
 namespace {
 
-constexpr std::size_t kPiece = std::size_t{16} << 20;  // expat counts bytes in an int
-constexpr char kSeparator = '|';                       // of no address of a name space
+constexpr std::size_t kPiece = kLongestToken / 4;  // a token is at most this much too long
+constexpr char kSeparator = '|';                   // of no address of a name space
+constexpr const char* kHugeToken = "one of its tags or comments is huge";
 
 bool EndedEarly(XML_Error error) {
   return error == XML_ERROR_NO_ELEMENTS || error == XML_ERROR_UNCLOSED_TOKEN ||
@@ -58,6 +62,8 @@ struct Parser::Callbacks {
       if (++parser.depth_ > parser.deepest_element_) {
         throw Refusal{"its elements are nested too deeply"};
       }
+      const int size = XML_GetCurrentByteCount(parser.parser_.get());
+      if (static_cast<std::size_t>(size) > kLongestToken) throw Refusal{kHugeToken};
       const Name element = SplitName(name, parser.separator_);
       parser.handler_.Start(element.local, Attributes(element, attributes, parser.separator_));
     });
@@ -85,9 +91,11 @@ Parser::Parser(Handler& handler, std::size_t deepest_element, Names names)
     : handler_(handler),
       deepest_element_(deepest_element),
       separator_(names == Names::kResolved ? kSeparator : ':'),
-      parser_(names == Names::kResolved ? XML_ParserCreateNS(nullptr, kSeparator)
-                                        : XML_ParserCreate(nullptr),
-              XML_ParserFree) {
+      memory_(std::make_unique<ParserMemory>()),
+      parser_(nullptr, XML_ParserFree) {
+  const ParserMemory::Scope scope(*memory_);
+  const char* separator = names == Names::kResolved ? &kSeparator : nullptr;
+  parser_.reset(XML_ParserCreate_MM(nullptr, ParserMemory::Functions(), separator));
   if (!parser_) throw std::bad_alloc();
   XML_SetUserData(parser_.get(), this);
   XML_SetElementHandler(parser_.get(), Callbacks::OnStart, Callbacks::OnEnd);
@@ -97,20 +105,44 @@ Parser::Parser(Handler& handler, std::size_t deepest_element, Names names)
 
 Parser::~Parser() = default;
 
+/// Expat scans an open token anew with each piece: the next one comes when it is as long as what is
+/// open, and so each byte is scanned twice at most.
 std::optional<Fault> Parser::Read(std::string_view piece, bool last) {
+  if (!last && held_.size() + piece.size() < open_) {
+    held_ += piece;
+    return std::nullopt;
+  }
+  std::string held = std::move(held_);
+  held_.clear();
+  if (!held.empty()) piece = held.append(piece);
+  return Feed(piece, last) ? std::nullopt : std::optional(FaultNow());
+}
+
+/// False for a fault.
+bool Parser::Feed(std::string_view text, bool last) {
+  const ParserMemory::Scope scope(*memory_);
   bool good = true;
   do {
-    const std::string_view part = piece.substr(0, kPiece);
-    piece.remove_prefix(part.size());
+    const std::string_view part = text.substr(0, kPiece);
+    text.remove_prefix(part.size());
     good = XML_Parse(parser_.get(), part.data(), static_cast<int>(part.size()),
-                     last && piece.empty()) == XML_STATUS_OK;
-  } while (good && !piece.empty());
+                     last && text.empty()) == XML_STATUS_OK;
+    fed_ += part.size();
+    // Expat's index may be of 32 bits, and is -1 before the first token.
+    const auto index = static_cast<std::size_t>(XML_GetCurrentByteIndex(parser_.get()));
+    open_ = static_cast<uint32_t>(fed_ - index);
+    if (good && open_ > kLongestToken + kPiece) refusal_ = kHugeToken;
+    if (memory_->refused()) refusal_ = "it has too many different names";
+  } while (good && refusal_ == nullptr && !text.empty());
   if (thrown_) std::rethrow_exception(thrown_);
-  if (good) return std::nullopt;
+  return good && refusal_ == nullptr;
+}
+
+Fault Parser::FaultNow() const {
   const XML_Error error = XML_GetErrorCode(parser_.get());
   const bool refused = refusal_ != nullptr;
-  return Fault{refused ? refusal_ : XML_ErrorString(error), XML_GetCurrentLineNumber(parser_.get()),
-               refused, !refused && EndedEarly(error)};
+  return {refused ? refusal_ : XML_ErrorString(error), XML_GetCurrentLineNumber(parser_.get()),
+          refused, !refused && EndedEarly(error)};
 }
 
 }  // namespace vok::xml

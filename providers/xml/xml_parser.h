@@ -1,6 +1,7 @@
 // Reads XML that comes in pieces of any size, calling out at each element. UTF-8, or UTF-16 with
 // its byte order mark. Refused are documents with a DOCTYPE (and so with entities of their own),
-// elements nested too deeply, and what the handler refuses.
+// elements nested too deeply, tags and comments that are too long, names without end, and what the
+// handler refuses.
 #pragma once
 
 #include <cstddef>
@@ -13,6 +14,11 @@
 struct XML_ParserStruct;
 
 namespace vok::xml {
+
+class ParserMemory;
+
+/// Of a tag with its attributes, a comment or an instruction.
+inline constexpr std::size_t kLongestToken = std::size_t{1} << 20;  // bytes
 
 /// Of an element or an attribute.
 struct Name {
@@ -78,15 +84,23 @@ class Parser {
   Parser& operator=(const Parser&) = delete;
 
   /// The next piece, nothing more after a fault. What a handler throws comes out, save a refusal.
+  /// Takes time in proportion to the text, however small the pieces are.
   std::optional<Fault> Read(std::string_view piece, bool last);
 
  private:
   struct Callbacks;
 
+  bool Feed(std::string_view text, bool last);
+  Fault FaultNow() const;
+
   Handler& handler_;
   std::size_t deepest_element_;
   char separator_;
+  std::unique_ptr<ParserMemory> memory_;
   std::unique_ptr<XML_ParserStruct, void (*)(XML_ParserStruct*)> parser_;
+  std::size_t fed_ = 0;   // bytes
+  std::size_t open_ = 0;  // of those, bytes of the token that is not at its end
+  std::string held_;
   std::size_t depth_ = 0;
   const char* refusal_ = nullptr;
   std::exception_ptr thrown_;

@@ -1,12 +1,14 @@
 #include "providers/xmla/answer.h"
 
 #include "platform/failure.h"
+#include "platform/shown_text.h"
 #include "providers/xmla/http_failure.h"
 
 namespace vok::xmla {
 namespace {
 
 constexpr std::size_t kKeptBytes = 2048;
+constexpr std::size_t kMostPassedOver = std::size_t{1} << 20;  // bytes that are no XML
 constexpr long kOk = 200;
 
 /// Servers report faults with status 500, and with 200 as well. An answer that does not say what it
@@ -25,6 +27,8 @@ void Answer::Take(const HttpHead& head, std::string_view piece) {
   is_xml_ = MayBeXml(head) && !unreadable_;
   if (is_xml_) {
     Read(head, [&] { Parse(piece, false); });
+  } else if ((passed_over_ += piece.size()) > kMostPassedOver) {
+    throw AnswerFailure(head, beginning_, address_);
   }
 }
 
@@ -66,7 +70,7 @@ Failure Answer::Unreadable(const HttpHead& head, const std::string& why) const {
 void Answer::CheckReport() const {
   const std::string words = soap_.reported();
   if (words.empty()) return;
-  throw Failure(report_number_, "The cube server " + address_ + " reports: " + words);
+  throw Failure(report_number_, "The cube server " + address_ + " reports: " + OneLine(words));
 }
 
 }  // namespace vok::xmla

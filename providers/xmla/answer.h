@@ -39,6 +39,7 @@ class Answer : public HttpBody {
   SoapReader soap_{result_};
   xml::Parser xml_{soap_, kDeepestElement};
   std::string beginning_;
+  std::size_t passed_over_ = 0;
   bool is_xml_ = false;
   bool unreadable_ = false;  // an answer of a failed status that is no XML
 };

@@ -20,23 +20,30 @@ void CheckSubscript(std::size_t index, std::size_t count, const char* what) {
                                                 std::to_string(count) + ", counted from 0.");
 }
 
+void CheckLimit(std::size_t count, std::size_t most, const char* what) {
+  if (count <= most) return;
+  Contradicts("it has more than " + std::to_string(most) + " " + what + "; ask for fewer members");
+}
+
 }  // namespace
 
 void CellsetData::AddMember(std::string_view unique_name, std::string_view caption,
                             std::string_view level) {
+  CheckLimit(++member_count_, kMaxMembers, "members in its tuples");
   axes_.back().members.push_back({texts_.Add(unique_name), texts_.Add(caption), LevelIndex(level)});
 }
 
-/// An answer has a handful of levels, and mostly that of the member before.
 std::size_t CellsetData::LevelIndex(std::string_view name) {
-  const auto known = std::find(levels_.begin(), levels_.end(), name);
-  if (known != levels_.end()) return static_cast<std::size_t>(known - levels_.begin());
-  if (levels_.size() == kMaxAxes * kMaxAxes) Contradicts("it has too many levels");
+  const auto known = level_index_.find(name);
+  if (known != level_index_.end()) return known->second;
+  CheckLimit(levels_.size() + 1, kMaxLevels, "levels");
   levels_.emplace_back(name);
+  level_index_.emplace(levels_.back(), levels_.size() - 1);
   return levels_.size() - 1;
 }
 
 void CellsetData::EndTuple() {
+  CheckLimit(++tuple_count_, kMaxTuples, "tuples");
   Axis& axis = axes_.back();
   if (axis.positions == 0 && axis.arity == 0) axis.arity = axis.members.size();
   ++axis.positions;
@@ -49,10 +56,8 @@ void CellsetData::EndTuple() {
 void CellsetData::EndAxes() {
   cell_count_ = 1;
   for (const Axis& axis : axes_) {
-    if (axis.positions != 0 && cell_count_ > kMaxCells / axis.positions) {
-      Contradicts("it has more than " + std::to_string(kMaxCells) +
-                  " cells; ask for fewer members");
-    }
+    const bool over = axis.positions != 0 && cell_count_ > max_cells_ / axis.positions;
+    CheckLimit(over ? max_cells_ + 1 : 0, max_cells_, "cells");
     cell_count_ *= axis.positions;
   }
 }
@@ -63,6 +68,7 @@ void CellsetData::AddCell(uint64_t ordinal, CellValue value, std::string_view te
     Contradicts("it has a cell " + std::to_string(ordinal) + ", though its axes make " +
                 std::to_string(cell_count_));
   }
+  if (cells_.size() == cell_count_) Contradicts("it has one of its cells twice");
   in_order_ = in_order_ && (cells_.empty() || ordinal > cells_.back().ordinal);
   scratch_.assign(text).append(formatted);
   cells_.push_back({value.number, texts_.Add(scratch_).data(), static_cast<uint32_t>(ordinal),

@@ -7,6 +7,7 @@
 #include <deque>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <vector>
 
 #include "platform/cube.h"
@@ -17,12 +18,17 @@
 namespace vok::xmla {
 
 inline constexpr std::size_t kMaxAxes = 128;
-inline constexpr uint64_t kMaxCells = uint64_t{1} << 31;
+inline constexpr std::size_t kMaxLevels = kMaxAxes * kMaxAxes;
+inline constexpr std::size_t kMaxTuples = 5'000'000;    // of all axes together
+inline constexpr std::size_t kMaxMembers = 20'000'000;  // of all tuples together
+inline constexpr std::size_t kMaxCells = 50'000'000;
 
 /// Filled by its reader, axes first; failures -2147467259 for an answer that contradicts itself or
 /// goes beyond the limits. Once full it never changes.
 class CellsetData {
  public:
+  explicit CellsetData(std::size_t max_cells = kMaxCells) : max_cells_(max_cells) {}
+
   void AddAxis() { axes_.emplace_back(); }
   /// How many members each tuple of the newest axis must have.
   void SetMembersPerPosition(std::size_t count) { axes_.back().arity = count; }
@@ -72,7 +78,11 @@ class CellsetData {
   TextArena texts_;
   std::string scratch_;
   std::deque<std::string> levels_;
+  std::unordered_map<std::string_view, std::size_t> level_index_;
   std::deque<Axis> axes_;
+  std::size_t tuple_count_ = 0;
+  std::size_t member_count_ = 0;
+  std::size_t max_cells_;
   uint64_t cell_count_ = 0;  ///< of the whole answer, empty ones with it
   std::deque<StoredCell> cells_;
   bool in_order_ = true;

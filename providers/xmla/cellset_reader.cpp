@@ -4,6 +4,7 @@
 #include <optional>
 
 #include "platform/failure.h"
+#include "platform/shown_text.h"
 
 namespace vok::xmla {
 namespace {
@@ -56,6 +57,7 @@ void CellsetReader::StartSection(std::string_view name) {
                                   : Section::kOther;
   if (section_ == Section::kCells && !has_axes_) Refuse("its cells come before its axes");
   if (section_ == Section::kAxes && has_axes_) Refuse("it has axes twice");
+  if (section_ == Section::kCells && has_cells_) Refuse("it has cells twice");
   in_axis_ = false;
 }
 
@@ -81,7 +83,7 @@ void CellsetReader::StartInAxes(std::size_t level, std::string_view name,
       data_.SetMembersPerPosition(described_hierarchies_[*number]);
     }
   } else if (level == 3 && in_axis_ && name != "Tuples") {
-    Refuse("its axes are in another format than tuples (\"" + std::string(name) + "\")");
+    Refuse("its axes are in another format than tuples (\"" + Excerpt(name) + "\")");
   } else if (level == 5) {
     unique_name_.clear();
     caption_.clear();
@@ -140,6 +142,7 @@ void CellsetReader::EndInCells(std::size_t level, std::string_view name, std::st
   } else if (level == 2) {
     EndCell();
   } else if (level == 1) {
+    has_cells_ = true;
     data_.EndCells();
   }
 }

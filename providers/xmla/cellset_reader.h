@@ -36,6 +36,7 @@ class CellsetReader : public ResultReader {
   CellsetData& data_;
   Section section_ = Section::kOther;
   bool has_axes_ = false;
+  bool has_cells_ = false;
   std::vector<std::size_t> described_hierarchies_;  // per axis, as the description has them
   bool described_axis_ = false;
   bool in_axis_ = false;  // of the answer, not the slicer's

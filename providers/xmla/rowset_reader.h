@@ -13,10 +13,15 @@ namespace vok::xmla {
 using Row = std::vector<std::string>;
 using RowTaker = std::function<void(const Row&)>;
 
+/// Failure -2147467259 for more than `most_rows`.
 class RowsetReader : public ResultReader {
  public:
-  RowsetReader(std::vector<std::string> columns, RowTaker take)
-      : columns_(std::move(columns)), row_(columns_.size()), take_(std::move(take)) {}
+  RowsetReader(std::vector<std::string> columns, std::size_t most_rows, RowTaker take)
+      : columns_(std::move(columns)),
+        row_(columns_.size()),
+        left_(most_rows),
+        most_rows_(most_rows),
+        take_(std::move(take)) {}
 
   void Start(std::size_t level, std::string_view name, const xml::Attributes& attributes) override;
   void End(std::size_t level, std::string_view name, std::string_view text) override;
@@ -24,6 +29,8 @@ class RowsetReader : public ResultReader {
  private:
   std::vector<std::string> columns_;
   Row row_;
+  std::size_t left_;
+  std::size_t most_rows_;
   RowTaker take_;
 };
 

@@ -13,7 +13,7 @@ constexpr const char* kActions = "urn:schemas-microsoft-com:xml-analysis:";
 
 void Server::Discover(const DiscoverRequest& request, std::vector<std::string> columns,
                       RowTaker take) {
-  RowsetReader reader(std::move(columns), std::move(take));
+  RowsetReader reader(std::move(columns), request.most_rows, std::move(take));
   Ask("Discover", DiscoverEnvelope(request), failure_number::kUnspecified, reader);
 }
 

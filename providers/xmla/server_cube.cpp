@@ -1,6 +1,7 @@
 #include "providers/xmla/server_cube.h"
 
 #include <algorithm>
+#include <cmath>
 
 #include "providers/xmla/cell_value.h"
 #include "providers/xmla/unique_name.h"
@@ -28,7 +29,10 @@ std::vector<Node> InOrder(std::vector<Placed<Node>> placed) {
   return nodes;
 }
 
-double Place(const std::string& text) { return XmlNumber(text).value_or(0); }
+double Place(const std::string& text) {
+  const double place = XmlNumber(text).value_or(0);
+  return std::isnan(place) ? 0 : place;
+}
 
 }  // namespace
 
@@ -97,7 +101,9 @@ std::vector<LevelNode>& ServerCube::Levels(HierarchyNode& hierarchy) {
 const MemberList& ServerCube::Members(LevelNode& level) {
   if (level.members) return *level.members;
   auto members = std::make_unique<MemberList>();
-  server_->Discover(Request("MDSCHEMA_MEMBERS", "LEVEL_UNIQUE_NAME", level.unique_name),
+  DiscoverRequest request = Request("MDSCHEMA_MEMBERS", "LEVEL_UNIQUE_NAME", level.unique_name);
+  request.most_rows = kMaxLevelMembers;
+  server_->Discover(request,
                     {"MEMBER_NAME", "MEMBER_CAPTION", "MEMBER_UNIQUE_NAME", "PARENT_UNIQUE_NAME"},
                     [&](const Row& row) { members->Add(row[0], row[1], row[2], row[3]); });
   level.members = std::move(members);

@@ -1,11 +1,13 @@
 #include "providers/xmla/soap_reader.h"
 
 #include "platform/failure.h"
+#include "platform/shown_text.h"
 
 namespace vok::xmla {
 namespace {
 
 constexpr std::size_t kLongestReport = 8000;  // bytes
+constexpr std::size_t kMostReports = 100;
 
 bool IsFaultText(std::string_view name) {
   return name == "faultstring" || name == "desc" || name == "Text" || name == "Description";
@@ -39,7 +41,7 @@ void SoapReader::Start(std::string_view name, const xml::Attributes& attributes)
 void SoapReader::StartOutside(std::string_view name) {
   if (depth_ == 1 && name != "Envelope") {
     throw Failure(failure_number::kUnspecified,
-                  "its outermost element is \"" + std::string(name) + "\", not a SOAP envelope");
+                  "its outermost element is \"" + Excerpt(name) + "\", not a SOAP envelope");
   }
   if (name == "Fault") {
     part_ = Part::kFault;
@@ -86,8 +88,8 @@ void SoapReader::End(std::string_view name) {
 
 void SoapReader::Report(std::string_view text) {
   failed_ = true;
-  const bool known = report_.find(text) != std::string::npos;  // servers repeat themselves
-  if (text.empty() || known || report_.size() > kLongestReport) return;
+  if (text.empty() || report_.size() > kLongestReport || ++reports_ > kMostReports) return;
+  if (report_.find(text) != std::string::npos) return;  // servers repeat themselves
   if (!report_.empty()) report_ += ": ";
   report_ += text.substr(0, kLongestReport);
 }

@@ -55,6 +55,7 @@ class SoapReader : public xml::Handler {
   std::string text_;            // since the last beginning or end of an element
   bool has_result_ = false;
   bool failed_ = false;
+  std::size_t reports_ = 0;
   std::string report_;
 };
 

@@ -13,7 +13,7 @@ void XmlaCellset::Open() {
   if (opened_ == nullptr) {
     throw Failure(failure_number::kObjectClosed, "The cellset has no open connection.");
   }
-  auto data = std::make_unique<CellsetData>();
+  auto data = std::make_unique<CellsetData>(opened_->max_cells);
   opened_->server->Execute(opened_->catalog, source_, *data);
   data_ = std::move(data);
   for (std::size_t i = 0; i < data_->AxisCount(); ++i) axes_.emplace_back(*data_, i);

@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include "platform/failure.h"
+#include "platform/shown_text.h"
 #include "providers/xmla/server_cube.h"
 
 namespace vok::xmla {
@@ -22,7 +23,7 @@ cube_text::ConnectionText ReadText(const Locale& locale, const std::string& text
   }
   if (!cube_text::NamesServer(parts)) {
     throw Failure(failure_number::kUnspecified,
-                  "The data source \"" + parts.data_source +
+                  "The data source \"" + WithoutUsers(parts.data_source) +
                       "\" is no address of a cube server; it must begin with http:// or https://.");
   }
   return parts;
@@ -31,7 +32,7 @@ cube_text::ConnectionText ReadText(const Locale& locale, const std::string& text
 std::string List(const std::vector<std::string>& names) {
   std::string list;
   for (std::size_t i = 0; i < names.size() && i < kNamesShown; ++i) {
-    list += (i == 0 ? "\"" : ", \"") + names[i] + "\"";
+    list += (i == 0 ? "\"" : ", \"") + Excerpt(names[i]) + "\"";
   }
   if (names.size() > kNamesShown) list += ", …";
   return names.empty() ? "none" : list;
@@ -56,6 +57,7 @@ void XmlaConnection::Open(const std::string& connection_string, const std::strin
   asked_.Publish(*server_);
   auto opened = std::make_shared<OpenedServer>();
   opened->server = server_;
+  if (parts.max_cells > 0) opened->max_cells = parts.max_cells;
   opened->catalogs = ListCatalogs(*opened->server);
   if (!parts.initial_catalog.empty()) {
     UseCatalog(*opened, parts.initial_catalog);

@@ -19,9 +19,11 @@ struct OpenedServer {
   std::vector<std::string> catalogs;
   std::string catalog;  ///< the one in use
   std::string cube;     ///< the cube that the connection text named; "": none
+  std::size_t max_cells = kMaxCells;
 };
 
-/// The text's "Timeout" stands in for the setting `TotalSeconds`. Failures of `Open`: 3706 for
+/// The text's "Timeout" stands in for the setting `TotalSeconds`, its "Max Cells" for `kMaxCells`.
+/// Failures of `Open`: 3706 for
 /// another provider; -2147467259 for a text that names no server, a catalog or cube that the server
 /// has not or has several times, and those of `Server`. Asking a closed connection: 3704.
 class XmlaConnection : public CubeConnection {

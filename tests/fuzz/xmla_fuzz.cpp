@@ -2,6 +2,7 @@
 // many. The first byte chooses the pieces and whether rows or a cellset is expected.
 #include "providers/xmla/answer.h"
 #include "providers/xmla/cellset_reader.h"
+#include "providers/xmla/requests.h"
 #include "providers/xmla/rowset_reader.h"
 #include "tests/fuzz/fuzz.h"
 
@@ -53,7 +54,7 @@ std::string Cellset(const std::string& xml, uint32_t random) {
 
 std::string Rows(const std::string& xml, uint32_t random) {
   std::string shown;
-  RowsetReader reader({"MEMBER_NAME", "LEVEL_NUMBER"},
+  RowsetReader reader({"MEMBER_NAME", "LEVEL_NUMBER"}, kMaxNames,
                       [&](const Row& row) { shown += row[0] + '|' + row[1] + '\n'; });
   Read(xml, reader, random);
   return shown;

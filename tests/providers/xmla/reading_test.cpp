@@ -2,6 +2,7 @@
 #include <gmock/gmock.h>
 
 #include <cmath>
+#include <ctime>
 #include <limits>
 #include <map>
 
@@ -139,7 +140,7 @@ TEST(Answers, ThatCannotBeTrustedAreFailures) {
       {test::Result(""), "it has no axes"},
       {test::Result("<row><A>1</A></row>"), "a rowset, not a cellset"},
       {test::Result("<CellData/>"), "its cells come before its axes"},
-      {test::Result(many + "</Axes>"), "it has more than 2147483648 cells"},
+      {test::Result(many + "</Axes>"), "it has more than 50000000 cells"},
       {test::Result("<Axes><x><Tuples><Tuple><Member/></Tuple></Tuples></x></Axes>"), "no failure"},
       {test::Result("<Axes><Axis name=\"Axis1\"/></Axes>"), "its axes are out of order"},
       {test::Result("<Axes><Axis name=\"Axis0\"><Members/></Axis></Axes>"), "than tuples"},
@@ -149,6 +150,9 @@ TEST(Answers, ThatCannotBeTrustedAreFailures) {
       {test::TwoByTwo(cell("4")), "it has a cell 4, though its axes make 4"},
       {test::TwoByTwo(cell("-1")), "one of its cells has no ordinal"},
       {test::TwoByTwo(cell("1") + cell("1")), "the cell 1 twice"},
+      {test::TwoByTwo(cell("0") + cell("1") + cell("2") + cell("3") + cell("3")),
+       "one of its cells twice"},
+      {test::TwoByTwo("</CellData><CellData>"), "it has cells twice"},
       {test::TwoByTwo("<Cell CellOrdinal=\"0\"><Value>" + std::string(kLongestText + 1, 'x') +
                       "</Value></Cell>"),
        "one of its texts is huge"},
@@ -172,11 +176,50 @@ TEST(Answers, ThatCannotBeTrustedAreFailures) {
 
 TEST(Answers, OfRowsetsComeRowByRow) {
   std::vector<Row> rows;
-  RowsetReader reader({"NAME", "ORDER", "MISSING"}, [&](const Row& row) { rows.push_back(row); });
-  Read(test::Result("<row><ORDER>2</ORDER><NAME>b&#10;&amp;</NAME><OTHER>x</OTHER></row>"
-                    "<row><NAME>c</NAME></row>"),
-       reader, 5);
+  const std::string xml = test::Result(
+      "<row><ORDER>2</ORDER><NAME>b&#10;&amp;</NAME><OTHER>x</OTHER></row>"
+      "<row><NAME>c</NAME></row>");
+  const auto read = [&](std::size_t most_rows) {
+    rows.clear();
+    RowsetReader reader({"NAME", "ORDER", "MISSING"}, most_rows,
+                        [&](const Row& row) { rows.push_back(row); });
+    Read(xml, reader, 5);
+  };
+  read(2);
   EXPECT_EQ(rows, (std::vector<Row>{{"b\n&", "2", ""}, {"c", "", ""}}));
+  EXPECT_THAT(vok::test::DescriptionOf([&] { read(1); }), HasSubstr("it has more than 1 rows"));
+}
+
+TEST(Answers, WithoutEndAreRefusedSoon) {
+  std::string names;
+  for (int i = 0; i < 300'000; ++i) names += "<n" + std::to_string(i) + "/>";
+  const std::string attribute = "<row name=\"" + std::string(300'000, 'x') + "\"/>";
+  const struct {
+    std::string content;
+    std::size_t piece;
+    const char* says;
+  } kCases[] = {
+      {attribute, 1, "a rowset, not a cellset"},  // read in time that grows as its length
+      {"<row name=\"" + std::string(16'000'000, 'x') + "\"/>", 1 << 14,
+       "its tags or comments is huge"},
+      {"<row name=\"" + std::string(xml::kLongestToken, 'x') + "\"/>", 1 << 30, "is huge"},
+      {"<!--" + std::string(16'000'000, 'x') + "-->", 1 << 14, "its tags or comments is huge"},
+      {"<" + std::string(100'000, 'n') + "/>", 1 << 14, "it has no axes"},
+      {names, 1 << 14, "it has too many different names"},
+  };
+  const std::clock_t start = std::clock();
+  for (const auto& [content, piece, says] : kCases) {
+    const auto read = [&, &xml = content, size = piece] { ReadCellset(test::Result(xml), size); };
+    EXPECT_THAT(vok::test::DescriptionOf(read), HasSubstr(says));
+  }
+  EXPECT_LT((std::clock() - start) / CLOCKS_PER_SEC, 30) << "seconds of this process's time";
+
+  CellsetData data;
+  data.AddAxis();
+  const auto add_tuples = [&] {
+    for (std::size_t i = 0; i <= kMaxTuples; ++i) data.EndTuple();
+  };
+  EXPECT_THAT(vok::test::DescriptionOf(add_tuples), HasSubstr("more than 5000000 tuples"));
 }
 
 TEST(UniqueNames, EndWithTheName) {

@@ -166,6 +166,12 @@ TEST_F(ServicesTest, AnswersStayWhenTheConnectionIsGone) {
   EXPECT_EQ(cellset->Cell(1), Value(7.0));
   EXPECT_THROW(cellset->AxisAt(2), Failure);
   EXPECT_EQ(http_.connections(), 1);
+
+  const auto limited = services_.NewConnection();
+  limited->Open("Data Source=" + http_.address() + ";Max Cells=3", "", "", -1);
+  cellset->SetActiveConnection(*limited);
+  EXPECT_THAT(vok::test::DescriptionOf([&] { cellset->Open(); }),
+              testing::HasSubstr("it has more than 3 cells"));
 }
 
 }  // namespace

@@ -1,0 +1,32 @@
+// Texts from outside, such as names of cubes and words of servers, as people may see them.
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+namespace vok {
+
+/// A letter of a text in UTF-8.
+struct Letter {
+  char32_t code;
+  std::string_view bytes;
+  bool valid;  ///< false: a byte that is no part of UTF-8
+};
+
+/// Takes the first letter off a text that is not empty.
+Letter TakeLetter(std::string_view& text);
+
+/// Characters that would move a terminal's cursor, end the line or turn its direction are written
+/// out: "\t", "\n", "\r", else "\u001b"; a byte that is no UTF-8 as "\xff".
+std::string OneLine(std::string_view text);
+
+/// The beginning of a text of any length: `OneLine` of at most 160 UTF-16 units.
+std::string Excerpt(std::string_view text);
+
+/// The text with no user's name or password in its addresses. What follows "://" is taken for a
+/// host with or without a port, or else loses all up to its last "@": rather too much than too
+/// little.
+std::string WithoutUsers(std::string_view text);
+
+}  // namespace vok
