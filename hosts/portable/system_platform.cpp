@@ -6,6 +6,7 @@
 #include <filesystem>
 
 #include "providers/curl/curl_transport.h"
+#include "providers/posix/file_readers.h"
 #include "providers/posix/file_registry.h"
 #include "providers/posix/icu_locale.h"
 #include "providers/posix/posix_files.h"
@@ -40,6 +41,7 @@ SystemPlatform NewSystemPlatform() {
                                                      FileRegistry::FileFromEnvironment());
   platform.clock = std::make_unique<SystemClock>();
   platform.transport = xmla::New<xmla::CurlTransport>();
+  platform.advice_on_readers = AdviceOnReaders;
   platform.component_folder = ComponentFolder();
   return platform;
 }

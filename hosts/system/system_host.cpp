@@ -51,6 +51,7 @@ struct SystemHost::Providers {
         database(*platform.files, *platform.locale),
         cube_files(*platform.files, *platform.locale),
         cube_servers(*platform.locale, {[this] { return ServerSettings(); }, platform.transport}),
+        told_of_readers(message_boxes != nullptr),
         spreadsheet(*platform.files),
         host{Component(platform.component_folder),
              *platform.files,
@@ -63,10 +64,28 @@ struct SystemHost::Providers {
              spreadsheet} {}
 
   /// Those of Qel.ini in the settings folder of the moment, and of the environment.
-  xmla::XmlaSettings ServerSettings() const {
+  xmla::XmlaSettings ServerSettings() {
     Environment environment;
-    return xmla::ReadXmlaSettings(
-        [&](const std::string& key) { return ReadIniValue(host, environment, "Xmla", key); });
+    const auto ini_value = [&](const std::string& key) {
+      return ReadIniValue(host, environment, "Xmla", key);
+    };
+    const bool secret =
+        !ini_value("Password").empty() || ini_value("Proxy").find('@') != std::string::npos;
+    if (secret) TellOfReaders(environment.SettingsFolder + "\\Qel.ini");
+    return xmla::ReadXmlaSettings(ini_value);
+  }
+
+  /// Once, and only where messages are printed: elsewhere a window would wait for somebody.
+  void TellOfReaders(const std::string& file) {
+    if (std::exchange(told_of_readers, true)) return;
+    const std::string native = host.files.NativePath(file);
+    const std::string advice = platform.advice_on_readers(native);
+    if (advice.empty()) return;
+    MessageBox box;
+    box.text =
+        "Others on this computer can read the password in " + native + ". Keep them out: " + advice;
+    box.title = host.component.product_name;
+    console.Show(box);
   }
 
   CubeServices& CubeServicesFor(const std::string& connection_text) {
@@ -82,6 +101,7 @@ struct SystemHost::Providers {
   FileDatabase database;
   olap::OlapCubeServices cube_files;
   xmla::XmlaCubeServices cube_servers;
+  bool told_of_readers;
   RoutedCubeServices cube{
       [this](const std::string& text) -> CubeServices& { return CubeServicesFor(text); }};
   xlsx::XlsxSpreadsheet spreadsheet;

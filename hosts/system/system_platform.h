@@ -1,6 +1,7 @@
 // What an operating system itself offers a host: the build takes hosts/portable or hosts/windows.
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <string>
 
@@ -18,6 +19,8 @@ struct SystemPlatform {
   std::unique_ptr<Registry> registry;
   std::unique_ptr<Clock> clock;
   xmla::NewHttpTransport transport;
+  /// What keeps others from reading a file; "" when they cannot. Takes a native path.
+  std::function<std::string(const std::string& path)> advice_on_readers;
   std::string component_folder;  ///< of the file that this code was loaded from
 };
 

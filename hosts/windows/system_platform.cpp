@@ -3,6 +3,7 @@
 #include <filesystem>
 
 #include "hosts/windows/http/winhttp_transport.h"
+#include "hosts/windows/platform/file_readers.h"
 #include "hosts/windows/platform/system_header.h"
 #include "hosts/windows/platform/utf16.h"
 #include "hosts/windows/platform/windows_clock.h"
@@ -39,6 +40,7 @@ SystemPlatform NewSystemPlatform() {
   platform.registry = std::make_unique<windows::WindowsRegistry>();
   platform.clock = std::make_unique<windows::WindowsClock>();
   platform.transport = xmla::New<windows::WinHttpTransport>();
+  platform.advice_on_readers = windows::AdviceOnReaders;
   platform.component_folder = ComponentFolder();
   return platform;
 }

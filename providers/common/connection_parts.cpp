@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "platform/failure.h"
+#include "platform/shown_text.h"
 #include "platform/text.h"
 
 namespace vok {
@@ -22,7 +23,8 @@ class PartReader {
         if (keyword.empty()) ThrowBadConnectionText(text_, "a value stands without its keyword");
         parts.emplace_back(LowerAscii(keyword), ReadValue());
       } else if (!keyword.empty()) {
-        ThrowBadConnectionText(text_, "\"" + keyword +
+        // A password with a ";" in it ends at its "@".
+        ThrowBadConnectionText(text_, "\"" + keyword.substr(keyword.rfind('@') + 1) +
                                           "\" has no value. A \";\" ends a part: rename a file or "
                                           "folder that has one in its name");
       }
@@ -68,7 +70,7 @@ ConnectionParts SplitConnectionText(std::string_view text) { return PartReader(t
 
 void ThrowBadConnectionText(std::string_view text, const std::string& why) {
   throw Failure(failure_number::kUnspecified,
-                "The connection text \"" + std::string(text) + "\" is not understood: " + why);
+                "The connection text \"" + WithoutUsers(text) + "\" is not understood: " + why);
 }
 
 }  // namespace vok

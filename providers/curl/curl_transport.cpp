@@ -49,7 +49,6 @@ TransferEnd EndOf(CURLcode code) {
     case CURLE_URL_MALFORMAT:
       return TransferEnd::kBadAddress;
     case CURLE_COULDNT_RESOLVE_HOST:
-    case CURLE_COULDNT_RESOLVE_PROXY:
       return TransferEnd::kUnknownHost;
     case CURLE_COULDNT_CONNECT:
       return TransferEnd::kNoConnection;

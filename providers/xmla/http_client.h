@@ -12,18 +12,19 @@ namespace vok::xmla {
 
 class HttpClient {
  public:
-  /// Failure -2147467259 for an address that bears a user's name: that belongs into the settings;
-  /// and those of `transport`.
+  /// Failure -2147467259 for an address with an "@": a user's name belongs into the settings; and
+  /// those of `transport`. The login of the settings is kept from a server that it is not for.
   HttpClient(const std::string& address, const XmlaSettings& settings,
              const NewHttpTransport& transport);
 
-  /// For messages: the address without its query.
+  /// For messages: the address without its query and fragment.
   const std::string& shown_address() const { return shown_; }
 
   /// Sends `content` (XML) and gives the head of the answer, whatever its status. Redirects are not
   /// followed. A connection that cannot be made is tried three times; what was sent is never sent
   /// again, unless the server had closed a kept connection before it answered anything. Failures:
-  /// -2147467259 for a server that is not reached, not trusted, or whose answer ends too early;
+  /// -2147467259 for a server that is not reached, not trusted, or whose answer ends too early or
+  /// is larger than the settings allow;
   /// -2147217871 for each of the three limits of time; `kQueryCancelled`.
   HttpHead Post(const std::string& action, const std::string& content, HttpBody& body);
 
@@ -33,6 +34,7 @@ class HttpClient {
 
  private:
   std::string shown_;
+  std::string no_login_;  // why the login is not for this server
   XmlaSettings settings_;
   std::unique_ptr<HttpTransport> transport_;
   std::atomic<bool> cancelled_ = false;

@@ -9,11 +9,15 @@
 
 namespace vok::xmla {
 
+// Words of servers and libraries stand on one line, without passwords.
 // `beginning` is everywhere that of the answer's body, in any encoding; "" when nothing came.
 
 /// A transfer that ended before the answer was whole.
 Failure TransferFailure(const Transfer& transfer, const XmlaSettings& settings,
                         std::string_view beginning, const std::string& address);
+
+/// An answer of more than `answer_megabytes`.
+Failure TooLargeFailure(const XmlaSettings& settings, const std::string& address);
 
 /// An answer that cannot hold a result: another status than 200, or no XML.
 Failure AnswerFailure(const HttpHead& head, std::string_view beginning, const std::string& address);

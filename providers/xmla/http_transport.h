@@ -15,8 +15,9 @@ namespace vok::xmla {
 
 struct HttpHead {
   long status = 0;
-  std::string content_type;
-  std::string location;  ///< where a redirect points
+  std::string content_type = {};
+  std::string location = {};  ///< where a redirect points
+  std::string no_login = {};  ///< why the login was not sent; "" when it was, or there is none
 };
 
 /// What it throws comes out of `HttpTransport::Post`.

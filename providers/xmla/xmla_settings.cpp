@@ -11,7 +11,8 @@
 namespace vok::xmla {
 namespace {
 
-constexpr int kLargestSeconds = 7 * 24 * 3600;
+constexpr int kLargestSeconds = 7 * 24 * 3600;  // a week
+constexpr int kLargestMegabytes = 1'000'000;
 constexpr std::array<std::string_view, 5> kAuthentications = {"", "basic", "digest", "ntlm",
                                                               "negotiate"};
 
@@ -37,15 +38,30 @@ std::string Text(const SettingLookup& lookup, const std::string& key) {
                                                    VariableName(key) + ") " + why + ".");
 }
 
-void ReadSeconds(const SettingLookup& lookup, const std::string& key, int& seconds) {
+void ReadLimit(const SettingLookup& lookup, const std::string& key, int& limit, int largest,
+               const char* unit) {
   const std::string text = Text(lookup, key);
   if (text.empty()) return;
   const char* end = text.data() + text.size();
-  const auto result = std::from_chars(text.data(), end, seconds);
+  const auto result = std::from_chars(text.data(), end, limit);
   const bool whole = result.ec == std::errc() && result.ptr == end;
-  if (!whole || seconds < 0 || seconds > kLargestSeconds) {
-    Refuse(key, "must be a whole number of seconds from 0 (no limit) to 604800 (a week)");
+  if (!whole || limit < 0 || limit > largest) {
+    Refuse(key, std::string("must be a whole number of ") + unit + " from 0 (no limit) to " +
+                    std::to_string(largest));
   }
+}
+
+void ReadSeconds(const SettingLookup& lookup, const std::string& key, int& seconds) {
+  ReadLimit(lookup, key, seconds, kLargestSeconds, "seconds");
+}
+
+std::string Server(const SettingLookup& lookup) {
+  constexpr const char* kKey = "Server";
+  const std::string text = Text(lookup, kKey);
+  if (text.find_first_of("/\\@?# \t") != std::string::npos) {
+    Refuse(kKey, "must be a host's name, such as olap.example or olap.example:8443");
+  }
+  return text;
 }
 
 std::string Authentication(const SettingLookup& lookup) {
@@ -66,12 +82,14 @@ XmlaSettings ReadXmlaSettings(const SettingLookup& lookup) {
   XmlaSettings settings;
   settings.user = Text(lookup, "User");
   settings.password = Text(lookup, "Password");
+  settings.server = Server(lookup);
   settings.authentication = Authentication(lookup);
   settings.ca_file = Text(lookup, "CaFile");
   settings.proxy = Text(lookup, "Proxy");
   ReadSeconds(lookup, "ConnectSeconds", settings.connect_seconds);
   ReadSeconds(lookup, "IdleSeconds", settings.idle_seconds);
   ReadSeconds(lookup, "TotalSeconds", settings.total_seconds);
+  ReadLimit(lookup, "AnswerMegabytes", settings.answer_megabytes, kLargestMegabytes, "megabytes");
   return settings;
 }
 

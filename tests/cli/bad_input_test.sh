@@ -81,6 +81,11 @@ expect 1 "neither as the binary nor as the XML form" language show own.csv
 expect 1 "begins neither" language show ledger.cub
 expect 0 "1205,&OBS member,," language show Lang.rs
 expect 1 "takes no connection" mdx http://127.0.0.1:1/xmla 'select from x'
+open=$(mktemp -d)
+chmod 755 "$open"
+printf '[Xmla]\nPassword=secret\n' > "$open/Qel.ini"
+expect 1 "Keep them out: chmod 600 $open/Qel.ini" cube info http://127.0.0.1:1/ --settings-folder "$open"
+rm -r "$open"
 everything='[Date].Members * [QeL].[QeL].Members * [ActX].[xlFile].Members * [MoneySet].Members
   * [Opening_Balance].Members'
 large="SELECT Filter($everything, [Measures].[Amount] < 1 - 1e15) ON 0 FROM [LedgerQEL]"

@@ -159,11 +159,12 @@ void WinHttpRequest::Prepare() {
 bool WinHttpRequest::Await(BOOL begun) {
   if (begun == 0) return End(::GetLastError());
   std::unique_lock lock(progress_->mutex);
-  while (!progress_->done) {
+  for (;;) {  // limits come first: there may never be anything to wait for
     if (const auto limit = LimitReached()) {
       end_ = {*limit};
       return false;
     }
+    if (progress_->done) break;
     progress_->changed.wait_for(lock, kGlance);
   }
   return progress_->error == 0 || End(progress_->error);

@@ -37,6 +37,19 @@ TEST(ConnectionText, IsReadInAnyOrderAndCase) {
   }
 }
 
+TEST(ConnectionText, IsShownWithoutPasswords) {
+  for (const char* bad : {"Data Source=http://me:secret@h;b;c=d", "Data Source=http://me:se;cret@h",
+                          "Data Source=http:///me:se cret@h/x;Timeout=0"}) {
+    try {
+      ParseConnectionText(bad);
+      ADD_FAILURE() << bad;
+    } catch (const Failure& failure) {
+      EXPECT_EQ(failure.description().find("cret"), std::string::npos) << failure.description();
+      EXPECT_NE(failure.description().find("is not understood"), std::string::npos);
+    }
+  }
+}
+
 TEST(ConnectionText, TellsServersFromFiles) {
   const struct {
     const char* source;

@@ -13,6 +13,7 @@
 #include <string>
 
 #include "platform/failure.h"
+#include "providers/posix/file_readers.h"
 #include "tests/support/failing_files.h"
 #include "tests/support/failures.h"
 #include "tests/support/temporary_folder.h"
@@ -148,6 +149,23 @@ TEST_F(PosixFilesTest, SaysWhatFailedOnWhichFile) {
     EXPECT_FALSE(files_.Exists(path));
   }
   EXPECT_TRUE(files_.Exists(At("file")));
+}
+
+TEST_F(PosixFilesTest, KnowsWhetherOthersCanReadAFile) {
+  files_.CreateDirectory(At("folder"));
+  files_.Append(At("folder\\Qel.ini"), "x");
+  const std::string folder = root_ + "/folder";
+  const std::string file = folder + "/Qel.ini";
+  const struct {
+    mode_t folder, file;
+    bool readable;
+  } rows[] = {{0755, 0644, true}, {0755, 0640, true}, {0755, 0600, false}, {0700, 0644, false}};
+  for (const auto& [folder_mode, file_mode, readable] : rows) {
+    ::chmod(folder.c_str(), folder_mode);
+    ::chmod(file.c_str(), file_mode);
+    EXPECT_EQ(AdviceOnReaders(file), readable ? "chmod 600 " + file : "") << file_mode;
+  }
+  EXPECT_EQ(AdviceOnReaders(folder + "/none"), "");
 }
 
 TEST_F(PosixFilesTest, KnowsWhenAFileChanged) {

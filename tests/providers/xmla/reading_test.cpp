@@ -8,6 +8,7 @@
 
 #include "providers/xmla/answer.h"
 #include "providers/xmla/cellset_reader.h"
+#include "providers/xmla/login.h"
 #include "providers/xmla/requests.h"
 #include "providers/xmla/rowset_reader.h"
 #include "providers/xmla/unique_name.h"
@@ -251,17 +252,61 @@ TEST(Settings, ComeFromTheEnvironmentFirst) {
   const XmlaSettings settings = FromIni({{"CaFile", "/other.pem"},
                                          {"Authentication", "NTLM"},
                                          {"TotalSeconds", "90"},
+                                         {"Server", "olap.example:8443"},
+                                         {"AnswerMegabytes", "0"},
                                          {"Password", "se;cret"}});
   test::RemoveVariable("VOKCUBE_XMLA_CA_FILE");
   EXPECT_EQ(settings.ca_file, "/ca.pem");
   EXPECT_EQ(settings.authentication, "ntlm");
   EXPECT_EQ(settings.password, "se;cret");
   EXPECT_EQ(settings.total_seconds, 90);
+  EXPECT_EQ(settings.server, "olap.example:8443");
+  EXPECT_EQ(settings.answer_megabytes, 0);
   EXPECT_EQ(settings.connect_seconds, 30);
   for (const char* bad : {"-1", "5s", "604801", "99999999999", " 5"}) {
     EXPECT_THROW(FromIni({{"IdleSeconds", bad}}), Failure) << bad;
   }
   EXPECT_THROW(FromIni({{"Authentication", "kerberos"}}), Failure);
+  EXPECT_THROW(FromIni({{"Server", "https://olap.example/xmla"}}), Failure);
+}
+
+TEST(Logins, AreForTheHostThatServerNames) {
+  const struct {
+    const char* server;
+    const char* address;
+    const char* why;  // not; "" for a login that is sent
+    const char* authentication = "";
+  } kCases[] = {
+      {"olap.example", "https://OLAP.example/xmla?x", ""},
+      {"olap.example:443", "https://olap.example/", ""},
+      {"olap.example:8443", "https://olap.example:8443", ""},
+      {"[::1]", "https://[::1]:8443/", ""},
+      {"", "https://olap.example/", "as Server in Qel.ini"},
+      {"", "https://olap.example/", "as Server in Qel.ini", "basic"},
+      {"olap.example", "https://olap.example.evil/", "names another host"},
+      {"olap.example", "https://evil/olap.example", "names another host"},
+      {"olap.example", "https://olap.example\\.evil/", "names another host"},
+      {"olap.example", "https://olap.example%00.evil/", "names another host"},
+      {"olap.example", "https:///evil/", "names another host"},
+      {"olap.example:443", "https://olap.example:8443/", "names another host"},
+      {"olap.example", "HTTP://olap.example/", "over http they can be read"},
+      {"olap.example", "http://olap.example/", "over http they can be read", "digest"},
+      {"olap.example", "http://olap.example/", "", "basic"},
+      {"evil.example", "http://olap.example/", "names another host", "basic"},
+  };
+  XmlaSettings settings;
+  EXPECT_EQ(WhyNoLogin(settings, "http://anywhere/"), "") << "there is none";
+  settings.user = "me";
+  for (const auto& [server, address, why, authentication] : kCases) {
+    settings.server = server;
+    settings.authentication = authentication;
+    const std::string said = WhyNoLogin(settings, address);
+    EXPECT_THAT(said, HasSubstr(why)) << address;
+    EXPECT_EQ(said.empty(), *why == '\0') << address;
+  }
+  XmlaSettings own;  // the system's login
+  own.authentication = "negotiate";
+  EXPECT_THAT(WhyNoLogin(own, "https://olap.example/"), HasSubstr("as Server in Qel.ini"));
 }
 
 }  // namespace

@@ -1,0 +1,23 @@
+// To whom the user's name and password go. Addresses stand in saved settings, which many may write;
+// the login stands in the user's own Qel.ini. So the one does not decide where the other is sent.
+#pragma once
+
+#include <string>
+
+#include "providers/xmla/xmla_settings.h"
+
+namespace vok::xmla {
+
+/// Why the login of the settings is not for that server; "" when it is, and when there is none. It
+/// is for the host that `Server` names alone; over http, where it can be read on the way, only when
+/// `Authentication` is "basic".
+std::string WhyNoLogin(const XmlaSettings& settings, const std::string& address);
+
+/// The settings without user, password and kind of login.
+XmlaSettings WithoutLogin(XmlaSettings settings);
+
+/// Words of a library or the system: without users in addresses, and without the passwords of the
+/// settings.
+std::string WithoutSecrets(std::string words, const XmlaSettings& settings);
+
+}  // namespace vok::xmla
