@@ -1,0 +1,224 @@
+# What the campaigns share: the program, a sample world, the commands that are tried, and the judge.
+#
+# A campaign sources this file and calls `world NAME [GENERATOR OPTION...]`, which makes
+# out/campaigns/NAME anew and enters it:
+#   start/   where every command begins: the old version of each file, and what is needed for the new
+#   trial/   a copy of it, in which one command runs
+#   known/   for each command: what its target holds before it (NAME.old), after it (NAME.new) and
+#            after the command that comes next (NAME.next); what it prints, which files there are
+#   faults   a line for each fault; the first 20 trials are kept in faults.d/
+set -uo pipefail
+renice -n "${NICE:-19}" $$ > /dev/null
+export LC_ALL=C.UTF-8
+unset DISPLAY WAYLAND_DISPLAY QT_QPA_PLATFORM VOKCUBE_REGISTRY
+
+root=$(realpath "$(dirname "${BASH_SOURCE[0]}")/../..")
+build=$root/build/campaigns
+vokcube=${VOKCUBE:-$build/bin/vokcube}  # an installed one, if you like
+window_save=$build/tests/campaigns/window_save
+misbehave=$build/tests/campaigns/misbehave
+generate=$build/examples/vok_examples_generate
+
+# NAME | KIND TARGET | ARGUMENTS. A target is a file, the settings in a folder, or the output alone.
+# The program is vokcube, except for window-save, which presses the button of the settings window.
+commands=(
+  'run-two-passes|file two.xlsX|run --data-source Domestic --periods Demo --output two'
+  'run-one-pass|file one.xlsX|run --data-source Domestic --periods "Months 2024" --output one'
+  'run-first|file first.xlsX|run --data-source Domestic --periods Demo --output first'
+  'cube-build|file built.cub|cube build --schema new/schema.xml --data new --output built.cub'
+  'cube-first|file first.cub|cube build --schema new/schema.xml --data new --output first.cub'
+  'import|settings settings|settings import new.json'
+  'import-first|settings fresh|settings import new.json'
+  'delete|settings settings|settings delete periods "Months 2024"'
+  'fill|settings settings|periods fill Demo --interval month --from 2023-01-31'
+  'window-save|settings settings|'
+  'export|file export.json|settings export export.json'
+  'language|file Lang.rs|language build texts.csv Lang.rs'
+  'texts|file own.csv|language texts own.csv'
+  'sets|output -|sets Periods --json'
+  'info|output -|info --json'
+  'cube-info|output -|cube info ledger.cub --json'
+  'measures|output -|cube measures ledger.cub --all'
+  'members|output -|cube members ledger.cub --kind obs'
+  'mdx|output -|mdx ledger.cub --format csv "SELECT {[Measures].[Amount]} ON COLUMNS, [QeL].[Line].MEMBERS ON ROWS FROM [LedgerQEL]"'
+  'print|output -|settings export'
+  'language-show|output -|language show Lang.rs'
+)
+
+# Takes one row of the table apart.
+choose() {
+  local target
+  IFS='|' read -r name target arguments <<< "$1"
+  read -r kind target <<< "$target"
+  path=$target
+  folder=settings
+  [[ $kind == settings ]] && folder=$path
+  eval "words=($arguments)"
+  program=("$vokcube" --settings-folder "$folder" "${words[@]}")
+  [[ $name == window-save ]] && program=("$window_save" "$folder")
+  next=("${program[@]}")
+  [[ $kind == settings ]] && next=("$vokcube" --settings-folder "$folder" settings import new.json)
+  return 0
+}
+
+# The rows of the named commands; of all of them, but for those of a kind, when none is named.
+rows() {
+  local without=$1 row wanted
+  shift
+  for row in "${commands[@]}"; do
+    if (($# == 0)); then
+      [[ $row == *"|$without "* ]] || echo "$row"
+    else
+      for wanted in "$@"; do [[ $row == "$wanted|"* ]] && echo "$row"; done
+    fi
+  done
+}
+
+# One word for what the target of the chosen command holds.
+content() {
+  case $kind in
+    output) echo none ;;
+    file) if [[ -e $path ]]; then sum < "$path"; else echo absent; fi ;;
+    settings)
+      if [[ ! -e $path/CubToQel.mdb ]]; then
+        echo absent
+      elif "$vokcube" --settings-folder "$path" settings export > ../exported 2> ../export-failed; then
+        sum < ../exported
+      else
+        echo unusable
+      fi
+      ;;
+  esac
+}
+
+sum() {
+  local all
+  all=$(sha1sum)
+  echo "${all%% *}"
+}
+files() { find . -path '*/Log' -prune -o -type f -print | sort; }
+printed() { sed -E 's/[0-9]+ ms/T ms/g' "$1"; }
+begin_trial() {
+  rm -rf trial
+  cp -a start trial
+}
+
+build_programs() {
+  "$root/scripts/install-packages" campaigns || exit
+  [[ -e $build/build.ninja ]] || cmake -S "$root" -B "$build" -G Ninja -DCMAKE_BUILD_TYPE=Release \
+    -DVOKCUBE_TESTS=ON -DCMAKE_CXX_COMPILER_LAUNCHER="$(command -v ccache)" > /dev/null || exit
+  cmake --build "$build" --target vokcube vok_examples_generate window_save misbehave > "$build/log" ||
+    { cat "$build/log"; exit 1; }
+}
+
+# Everything that the commands need, and the old version of everything that they write.
+make_start() {
+  mkdir -p start && cd start || exit
+  "$generate" --output new "$@" > /dev/null
+  "$generate" --output old --seed 71 "$@" > /dev/null
+  cp new/settings.json new.json
+  sed 's/"Jan 2024"/"January"/; s/"2023-01-01"/"2023-02-01"/' new.json > old.json
+  "$vokcube" cube build --schema new/schema.xml --data new --output ledger.cub
+  "$vokcube" cube build --schema old/schema.xml --data old --output built.cub
+  "$vokcube" settings import old.json --settings-folder settings
+  "$vokcube" settings export export.json --settings-folder settings
+  "$vokcube" language texts own.csv
+  "$vokcube" language build own.csv Lang.rs
+  cp "$root/languages/texts.csv" .
+  echo "old" > own.csv
+  echo "{}" > export.json
+  local output
+  for output in one two; do
+    "$vokcube" run --settings-folder settings --data-source Export --periods Demo --output $output
+  done
+  cd ..
+}
+
+# What the chosen command does when nothing disturbs it.
+know() {
+  begin_trial
+  cd trial || exit
+  content > "../known/$name.old"
+  if ! "${program[@]}" > ../out 2> ../err; then
+    echo "$name does not work undisturbed:" >&2
+    cat ../err >&2
+    exit 1
+  fi
+  printed ../out > "../known/$name.out"
+  content > "../known/$name.new"
+  files > "../known/$name.files"
+  "${next[@]}" > /dev/null
+  content > "../known/$name.next"
+  files > "../known/$name.next-files"
+  [[ $kind == output ]] || ! cmp -s "../known/$name.old" "../known/$name.new" ||
+    { echo "$name changes nothing" >&2; exit 1; }
+  cd ..
+}
+
+# One line for each system call that the chosen command makes after it was loaded: the call's name
+# and the how manieth of that name in its thread it is.
+trace() {
+  begin_trial
+  cd trial || exit
+  strace -f -qq -o ../trace "${program[@]}" > /dev/null 2>&1
+  cd ..
+  awk '$2 !~ /^[a-z_0-9]+\(/ { next }
+    { call = substr($2, 1, index($2, "(") - 1); n = ++count[$1, call]; if (loaded) print call, n }
+    call == "munmap" { loaded = 1 }' trace | sort -u > "known/$name.calls"
+}
+
+world() {
+  build_programs
+  work=${OUT:-$root/out/campaigns}/$1
+  shift
+  rm -rf "$work"
+  mkdir -p "$work/known" "$work/faults.d" && cd "$work" || exit
+  export VOKCUBE_REGISTRY=$work/registry.reg
+  : > faults
+  mkfifo pause
+  (make_start "$@") > start.log 2>&1 || { cat start.log; exit 1; }
+  # A whole state between the old and the new one: a database with nothing in it yet; the period set of
+  # the window saved, its data source not yet.
+  echo "{}" > none.json
+  "$vokcube" settings import none.json --settings-folder made > /dev/null
+  "$vokcube" settings export --settings-folder made | sum > known/import-first.between
+  choose "$(rows none window-save)"
+  begin_trial
+  (cd trial && "$window_save" settings periods && content > ../known/window-save.between) || exit
+}
+
+# Waits without a process of its own.
+pause() { read -r -t "$1" <> "$work/pause" || true; }
+
+fault_count=0
+# fault CLASS TEXT: of the trial at hand.
+fault() {
+  echo "$name: $1: $2: $(tr '\n' ' ' < "$work/err" | cut -c 1-300)" >> "$work/faults"
+  fault_count=$((fault_count + 1))
+  tally "fault $name $1"
+  ((fault_count > 20)) || cp -a "$work/trial" "$work/faults.d/$fault_count"
+}
+
+declare -A tallies=()
+tally() { tallies[$1]=$((${tallies[$1]-0} + 1)); }
+
+# Which version the target is in: old, new, between the two where that is a whole state, or lost.
+state() {
+  local is version
+  is=$(content)
+  for version in new old between; do
+    [[ -e ../known/$name.$version && $is == $(< "../known/$name.$version") ]] &&
+      { echo $version; return; }
+  done
+  [[ $is == unusable ]] && { echo unusable; return; }
+  [[ $is == absent ]] && { echo gone; return; }
+  echo half
+}
+
+# The counts, and exit status 1 when there was a fault.
+report() {
+  local key
+  for key in "${!tallies[@]}"; do printf '%-44s %6d\n' "$key" "${tallies[$key]}"; done | sort
+  echo "$1: $fault_count faults; see $work/faults"
+  ((fault_count == 0))
+}
