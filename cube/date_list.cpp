@@ -1,7 +1,9 @@
 #include "cube/date_list.h"
 
+#include <algorithm>
 #include <memory>
 #include <string>
+#include <utility>
 
 #include "cube/date_names.h"
 #include "platform/failure.h"
@@ -33,25 +35,26 @@ std::unique_ptr<CubeLevel> LevelOf(const CubeHierarchy& dates, std::size_t index
   return level;
 }
 
-std::string FirstName(const CubeLevel& level) {
-  const std::string name = level.MemberAt(0)->Name();
-  return name.empty() && level.MemberCount() > 1 ? level.MemberAt(1)->Name() : name;
+std::unique_ptr<CubeMember> FirstMember(const CubeLevel& level) {
+  auto first = level.MemberAt(0);
+  return first->Name().empty() && level.MemberCount() > 1 ? level.MemberAt(1) : std::move(first);
 }
 
-std::string LastName(const CubeLevel& level) {
-  return level.MemberAt(level.MemberCount() - 1)->Name();
+std::unique_ptr<CubeMember> LastMember(const CubeLevel& level) {
+  return level.MemberAt(level.MemberCount() - 1);
 }
 
-using NameOf = std::string (*)(const CubeLevel&);
+using Edge = std::unique_ptr<CubeMember> (*)(const CubeLevel&);
 
-Date EdgeDate(const Locale& locale, const CubeHierarchy& dates, NameOf name_of) {
+Date EdgeDate(const Locale& locale, const CubeHierarchy& dates, Edge edge) {
   const bool by_month = ByMonth(dates);
-  const auto finest = LevelOf(dates, by_month ? kMonthLevel : kDayLevel);
+  const auto level = LevelOf(dates, by_month ? kMonthLevel : kDayLevel);
+  const auto member = edge(*level);
   DateNames names;
-  names.year = name_of(*LevelOf(dates, kYearLevel));
-  names.month = name_of(*LevelOf(dates, kMonthLevel));
-  if (!by_month) names.day = name_of(*finest);
-  return DateFromNames(locale, names, by_month, by_month ? names.month : names.day, finest->Name());
+  names.year = edge(*LevelOf(dates, kYearLevel))->Name();
+  names.month = edge(*LevelOf(dates, kMonthLevel))->Name();
+  if (!by_month) names.day = member->Name();
+  return DateFromNames(locale, names, by_month, member->UniqueName(), level->Name());
 }
 
 std::unique_ptr<CubeMember> ParentOf(const CubeMember& member) {
@@ -78,11 +81,26 @@ DateNames NamesOf(const CubeMember& member, bool by_month) {
   return names;
 }
 
+/// Such as months that are sorted by their names.
+void CheckAscending(const CubeState& cube, const std::string& level) {
+  const auto& dates = cube.CubeDates;
+  const auto earlier = std::is_sorted_until(dates.begin(), dates.end());
+  if (earlier == dates.end()) return;
+  const auto& members = cube.CubeDateMembers;
+  const auto index = static_cast<std::size_t>(earlier - dates.begin());
+  throw Failure(failure_number::kInvalidCall,
+                "The members of the date level \"" + level +
+                    "\" do not follow each other in time: " + members[index] + " stands after " +
+                    members[index - 1] +
+                    ". Order the level by date, for example by an ordinalColumn in the schema of "
+                    "the cube, and build the cube again.");
+}
+
 }  // namespace
 
 void ReadDateRange(const Locale& locale, const CubeHierarchy& dates, CubeState& cube) {
-  cube.LastDate = EdgeDate(locale, dates, LastName);
-  cube.FirstDate = EdgeDate(locale, dates, FirstName);
+  cube.LastDate = EdgeDate(locale, dates, LastMember);
+  cube.FirstDate = EdgeDate(locale, dates, FirstMember);
 }
 
 void ReadDateMembers(const Locale& locale, const CubeHierarchy& dates, CubeState& cube) {
@@ -102,6 +120,7 @@ void ReadDateMembers(const Locale& locale, const CubeHierarchy& dates, CubeState
         DateFromNames(locale, NamesOf(*member, by_month), by_month, unique_name, level_name));
     cube.CubeDateMembers.push_back(std::move(unique_name));
   }
+  CheckAscending(cube, level_name);
 }
 
 }  // namespace vok

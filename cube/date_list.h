@@ -14,8 +14,9 @@ namespace vok {
 void ReadDateRange(const Locale& locale, const CubeHierarchy& dates, CubeState& cube);
 
 /// `CubeDates` and `CubeDateMembers`: the members of level 4, else of level 3, in the cube's order.
-/// The first day is left out when its month has no name. Failures as above, and 91 for a member
-/// whose ancestors are missing.
+/// The first day is left out when its month has no name. Failures as above, 91 for a member whose
+/// ancestors are missing, and 5 for one that is earlier than the member before it: periods are
+/// found by the order of the members.
 void ReadDateMembers(const Locale& locale, const CubeHierarchy& dates, CubeState& cube);
 
 }  // namespace vok

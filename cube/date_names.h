@@ -15,9 +15,9 @@ struct DateNames {
   std::string year;
 };
 
-/// The first day of the month when `by_month`, else the day. Names that are whole numbers of a
-/// calendar date (the year in full) are that date; anything else is what "day/month/year" or
-/// "month/year" means to the user's locale. Failure 13 when it means nothing; `member` and `level`
+/// The first day of the month when `by_month`, else the day. Days and years are numbers, a year of
+/// one or two digits lies from 1930 to 2029; a month is a number or a name, in the user's language
+/// or in English. Failure 13 for other names and for days that no month has; `member` and `level`
 /// name the culprit in its text.
 Date DateFromNames(const Locale& locale, const DateNames& names, bool by_month,
                    const std::string& member, const std::string& level);

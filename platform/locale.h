@@ -19,6 +19,9 @@ class Locale {
   /// The date that the text means to this user; nothing when it means none. Accepts the short,
   /// medium and long forms of the country and ISO 8601.
   virtual std::optional<Date> ParseDate(std::string_view text) const = 0;
+  /// 1 to 12 for a month's name in the user's language or in English: full, short, or cut short to
+  /// three letters or more that no other month begins with; nothing for another text.
+  virtual std::optional<int> MonthNamed(std::string_view text) const = 0;
   /// The named format "Short Date".
   virtual std::string ShortDate(Date date) const = 0;
   /// Default date-to-text form: the short date, the time when there is one, the time alone for the

@@ -13,9 +13,8 @@
 namespace vok {
 namespace {
 
-constexpr std::size_t kMostBytes = 200;     // no country writes a date as long as that
-constexpr int kMostDigits = 8;              // of an ISO 8601 date without separators
-constexpr std::size_t kShortestPrefix = 3;  // letters, of a month's name cut short
+constexpr std::size_t kMostBytes = 200;  // no country writes a date as long as that
+constexpr int kMostDigits = 8;           // of an ISO 8601 date without separators
 
 struct Token {
   enum class Kind { kNumber, kWord, kMark, kBlank };
@@ -218,30 +217,13 @@ class Reader {
   }
 
   int MonthNamed(const std::string& word) const {
-    if (const auto exact = customs_.months.find(word); exact != customs_.months.end()) {
-      return exact->second;
-    }
-    if (const int month = MonthCutShort(word); month != 0) return month;
+    if (const auto month = customs_.months.NamedOrCutShort(word)) return *month;
     for (const std::string& filler :
          customs_.fillers) {  // a preposition may be written as a prefix
       if (!word.starts_with(filler)) continue;
-      const auto rest = customs_.months.find(word.substr(filler.size()));
-      if (rest != customs_.months.end()) return rest->second;
+      if (const auto rest = customs_.months.Named(word.substr(filler.size()))) return *rest;
     }
     return 0;
-  }
-
-  int MonthCutShort(const std::string& word) const {
-    const auto leads = [](unsigned char byte) { return (byte & 0xC0) != 0x80; };
-    const auto letters = std::count_if(word.begin(), word.end(), leads);
-    if (static_cast<std::size_t>(letters) < kShortestPrefix) return 0;
-    int found = 0;
-    for (auto at = customs_.months.lower_bound(word);
-         at != customs_.months.end() && at->first.starts_with(word); ++at) {
-      if (found != 0 && found != at->second) return 0;
-      found = at->second;
-    }
-    return found;
   }
 
   std::optional<Date> Assemble() const {

@@ -1,13 +1,13 @@
 // Reads dates as people type them in their country.
 #pragma once
 
-#include <map>
 #include <optional>
 #include <set>
 #include <string>
 #include <string_view>
 
 #include "platform/date.h"
+#include "platform/month_names.h"
 
 namespace vok {
 
@@ -16,10 +16,10 @@ struct DateCustoms {
   enum class Order { kDayMonthYear, kMonthDayYear, kYearMonthDay };
 
   Order order = Order::kYearMonthDay;  ///< of numbers alone
-  std::map<std::string, int> months;   ///< every known name, long or short, to 1 to 12
-  std::set<std::string> fillers;       ///< weekdays, and words that long dates are written with
-  std::string morning;                 ///< "am"
-  std::string afternoon;               ///< "pm"
+  MonthNames months;
+  std::set<std::string> fillers;  ///< weekdays, and words that long dates are written with
+  std::string morning;            ///< "am"
+  std::string afternoon;          ///< "pm"
 };
 
 /// The date that the case-folded text means; nothing when it means none.

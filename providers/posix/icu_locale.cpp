@@ -123,21 +123,38 @@ void AddPatternWords(const icu::UnicodeString& pattern, std::set<std::string>& w
   AddWords(literal, words);
 }
 
-void AddMonths(const icu::DateFormatSymbols& symbols, DateCustoms& customs) {
-  using Symbols = icu::DateFormatSymbols;
+using Symbols = icu::DateFormatSymbols;
+
+Symbols SymbolsOf(const icu::Locale& locale) {
+  UErrorCode status = U_ZERO_ERROR;
+  Symbols symbols(locale, status);
+  Check(status, "the names of months");
+  return symbols;
+}
+
+template <typename Visit>
+void ForEachForm(Visit visit) {
   for (const auto context : {Symbols::FORMAT, Symbols::STANDALONE}) {
-    for (const auto width : {Symbols::WIDE, Symbols::ABBREVIATED}) {
-      int32_t count = 0;
-      const icu::UnicodeString* names = symbols.getMonths(count, context, width);
-      for (int32_t month = 0; month < count; ++month) {
-        const std::string name = Folded(Utf8(names[month]));
-        if (name.find_first_of("0123456789") != std::string::npos) continue;
-        customs.months.emplace(LettersOf(name), month + 1);
-      }
-      names = symbols.getWeekdays(count, context, width);
-      for (int32_t day = 0; day < count; ++day) AddWords(names[day], customs.fillers);
-    }
+    for (const auto width : {Symbols::WIDE, Symbols::ABBREVIATED}) visit(context, width);
   }
+}
+
+void AddMonths(const Symbols& symbols, MonthNames& months) {
+  ForEachForm([&](auto context, auto width) {
+    int32_t count = 0;
+    const icu::UnicodeString* names = symbols.getMonths(count, context, width);
+    for (int32_t month = 0; month < count; ++month) {
+      months.Add(Folded(Utf8(names[month])), month + 1);
+    }
+  });
+}
+
+void AddWeekdays(const Symbols& symbols, std::set<std::string>& words) {
+  ForEachForm([&](auto context, auto width) {
+    int32_t count = 0;
+    const icu::UnicodeString* names = symbols.getWeekdays(count, context, width);
+    for (int32_t day = 0; day < count; ++day) AddWords(names[day], words);
+  });
 }
 
 DateCustoms CustomsOf(const icu::Locale& locale) {
@@ -150,10 +167,9 @@ DateCustoms CustomsOf(const icu::Locale& locale) {
   }
   AddPatternWords(TimePattern(locale), customs.fillers);
 
-  UErrorCode status = U_ZERO_ERROR;
-  const icu::DateFormatSymbols symbols(locale, status);
-  Check(status, "the names of months");
-  AddMonths(symbols, customs);
+  const Symbols symbols = SymbolsOf(locale);
+  AddMonths(symbols, customs.months);
+  AddWeekdays(symbols, customs.fillers);
   int32_t count = 0;
   const icu::UnicodeString* halves = symbols.getAmPmStrings(count);
   if (count >= 2) {
@@ -161,6 +177,11 @@ DateCustoms CustomsOf(const icu::Locale& locale) {
     customs.afternoon = LettersOf(Folded(Utf8(halves[1])));
   }
   return customs;
+}
+
+MonthNames WithEnglish(MonthNames months) {
+  AddMonths(SymbolsOf(icu::Locale::getEnglish()), months);
+  return months;
 }
 
 std::unique_ptr<icu::SimpleDateFormat> FormatOf(const icu::UnicodeString& pattern,
@@ -188,11 +209,13 @@ std::string Print(const icu::SimpleDateFormat& format, double seconds) {
 struct IcuLocale::Customs {
   explicit Customs(const icu::Locale& locale)
       : reading(CustomsOf(locale)),
+        months(WithEnglish(reading.months)),
         date(FormatOf(ShortPattern(locale), locale)),
         time(FormatOf(TimePattern(locale), locale)),
         number(icu::number::NumberFormatter::withLocale(locale).sign(UNUM_SIGN_NEGATIVE)) {}
 
   DateCustoms reading;
+  MonthNames months;
   std::unique_ptr<icu::SimpleDateFormat> date;
   std::unique_ptr<icu::SimpleDateFormat> time;
   icu::number::LocalizedNumberFormatter number;
@@ -215,6 +238,10 @@ std::string IcuLocale::FoldCase(std::string_view text) const { return Folded(tex
 
 std::optional<Date> IcuLocale::ParseDate(std::string_view text) const {
   return ReadDate(customs_->reading, Folded(text));
+}
+
+std::optional<int> IcuLocale::MonthNamed(std::string_view text) const {
+  return customs_->months.NamedOrCutShort(Folded(text));
 }
 
 std::string IcuLocale::ShortDate(Date date) const {

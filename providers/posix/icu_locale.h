@@ -21,6 +21,7 @@ class IcuLocale : public Locale {
 
   std::string FoldCase(std::string_view text) const override;
   std::optional<Date> ParseDate(std::string_view text) const override;
+  std::optional<int> MonthNamed(std::string_view text) const override;
   /// With a year of four digits.
   std::string ShortDate(Date date) const override;
   std::string DateText(Date date) const override;

@@ -146,6 +146,12 @@ TEST_F(ProbeTest, FailuresAreReportedAndTheirNumberReturned) {
       {"no members", [](FakeCube& c) { c.dimensions[1].levels[3].members.clear(); }, 3265, "Month"},
       {"no parent", [](FakeCube& c) { c.dimensions[1].levels[3].members[1].parent = -1; }, 91,
        "[d].[12]"},
+      {"months sorted by their names",
+       [](FakeCube& c) {
+         c.dimensions[1].levels[3].members[0].name = "12";
+         c.dimensions[1].levels[3].members[1].name = "11";
+       },
+       5, "[d].[12] stands after [d].[11]"},
       {"month 13", [](FakeCube& c) { c.dimensions[1].levels[3].members[1].name = "13"; }, 13,
        "\"13/2009\""},
       {"no measures", [](FakeCube& c) { c.dimensions.erase(c.dimensions.begin()); }, 3265,

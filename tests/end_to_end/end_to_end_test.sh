@@ -14,6 +14,7 @@ if (($# != 4)); then
 fi
 vokcube=$(realpath "$1") recompute=$(realpath "$2") data=$(realpath "$3")
 compare=$(dirname "$recompute")/compare_sheets
+read_sheet=$(dirname "$(realpath "$0")")/read_sheet.py
 rm -rf "$4"
 mkdir -p "$4/settings"
 work=$(realpath "$4")
@@ -24,26 +25,6 @@ failures=0
 fail() {
   echo "FAILED: $*" >&2
   failures=$((failures + 1))
-}
-
-# A sheet as CSV: texts quoted, numbers bare and exact.
-read_with_openpyxl() {
-  /usr/bin/python3 - "$1" <<'PYTHON'
-import sys, openpyxl
-
-def field(value):
-    if value is None:
-        return ""
-    if isinstance(value, str):
-        return '"' + value.replace('"', '""') + '"'
-    return repr(value)
-
-book = openpyxl.load_workbook(sys.argv[1])
-if book.sheetnames[0] != "Data":
-    sys.exit("the first sheet is not Data")
-for row in book["Data"].iter_rows(values_only=True):
-    print(",".join(map(field, row)))
-PYTHON
 }
 
 # All workbooks at once: starting the program is what takes long.
@@ -89,7 +70,7 @@ books=(pair*.xlsX)
 if ((${#books[@]} > 0)); then convert_with_libreoffice "${books[@]}"; fi
 for book in "${books[@]}"; do
   name=${book%.xlsX}
-  read_with_openpyxl "$book" > "$name.openpyxl.csv" || fail "openpyxl cannot read $book"
+  "$read_sheet" "$book" > "$name.openpyxl.csv" || fail "openpyxl cannot read $book"
   "$compare" "$name.csv" "$name.openpyxl.csv" || fail "$book as openpyxl reads it"
   "$compare" "$name.csv" "office-csv/$name.csv" 15 || fail "$book as LibreOffice reads it"
   # A comparison that finds nothing must be able to find something.

@@ -122,7 +122,7 @@ class MemoryRegistry : public Registry {
   int open = 0;             ///< keys that are open now
 };
 
-/// Case of ASCII and Cyrillic letters; no dates, plain numbers.
+/// Case of ASCII and Cyrillic letters; no dates, no months, plain numbers.
 class SimpleLocale : public Locale {
  public:
   std::string FoldCase(std::string_view text) const override {
@@ -135,6 +135,7 @@ class SimpleLocale : public Locale {
     return folded;
   }
   std::optional<Date> ParseDate(std::string_view) const override { return std::nullopt; }
+  std::optional<int> MonthNamed(std::string_view) const override { return std::nullopt; }
   std::string ShortDate(Date) const override { return {}; }
   std::string DateText(Date) const override { return {}; }
   std::string NumberText(double number, int) const override { return std::to_string(number); }

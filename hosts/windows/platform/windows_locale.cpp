@@ -13,6 +13,7 @@ namespace vok::windows {
 namespace {
 
 constexpr std::size_t kLongestCustom = 80;
+constexpr int kMonths = 12;
 
 LCID CountryNamed(std::string name) {
   name = name.substr(0, name.find_first_of(".@"));
@@ -21,6 +22,32 @@ LCID CountryNamed(std::string name) {
   if (country != 0) return country;
   throw Failure(failure_number::kInvalidCall,
                 "Windows knows no customs of \"" + name + "\"; name a language and a country");
+}
+
+std::wstring CustomOf(LCID country, LCTYPE type) {
+  std::array<wchar_t, kLongestCustom> text{};
+  ::GetLocaleInfoW(country, type, text.data(), static_cast<int>(text.size()));
+  return text.data();
+}
+
+/// Full, short, and as a date has them, where the language makes a difference. A form that the
+/// system does not know is empty.
+void AddMonths(LCID country, uint32_t flags, MonthNames& months) {
+  for (int month = 1; month <= kMonths; ++month) {
+    const LCTYPE full = LOCALE_SMONTHNAME1 + static_cast<LCTYPE>(month - 1);
+    const LCTYPE cut = LOCALE_SABBREVMONTHNAME1 + static_cast<LCTYPE>(month - 1);
+    for (const LCTYPE type : {full, cut, full | LOCALE_RETURN_GENITIVE_NAMES}) {
+      const std::string name = FoldedCase(Utf8(CustomOf(country, type | flags)));
+      if (!name.empty()) months.Add(name, month);
+    }
+  }
+}
+
+MonthNames MonthsOf(LCID country, uint32_t flags) {
+  MonthNames months;
+  AddMonths(country, flags, months);
+  AddMonths(LOCALE_INVARIANT, 0, months);  // English
+  return months;
 }
 
 /// As the system takes it: digits and a point, no sign before what rounds to zero.
@@ -44,10 +71,13 @@ UINT GroupSizes(const std::wstring& groups) {
 
 }  // namespace
 
-WindowsLocale::WindowsLocale() : country_(LOCALE_USER_DEFAULT), flags_(0) {}
+WindowsLocale::WindowsLocale()
+    : country_(LOCALE_USER_DEFAULT), flags_(0), months_(MonthsOf(country_, flags_)) {}
 
 WindowsLocale::WindowsLocale(const std::string& name)
-    : country_(CountryNamed(name)), flags_(LOCALE_NOUSEROVERRIDE) {}
+    : country_(CountryNamed(name)),
+      flags_(LOCALE_NOUSEROVERRIDE),
+      months_(MonthsOf(country_, flags_)) {}
 
 std::string WindowsLocale::FoldCase(std::string_view text) const { return FoldedCase(text); }
 
@@ -56,6 +86,10 @@ std::optional<Date> WindowsLocale::ParseDate(std::string_view text) const {
   DATE serial = 0;
   if (FAILED(::VarDateFromStr(wide.data(), country_, flags_, &serial))) return std::nullopt;
   return Date{serial};
+}
+
+std::optional<int> WindowsLocale::MonthNamed(std::string_view text) const {
+  return months_.NamedOrCutShort(FoldedCase(text));
 }
 
 std::string WindowsLocale::Text(Date date, uint32_t flags) const {
@@ -77,9 +111,7 @@ std::string WindowsLocale::ShortDate(Date date) const {
 std::string WindowsLocale::DateText(Date date) const { return Text(date, 0); }
 
 std::wstring WindowsLocale::Custom(uint32_t type) const {
-  std::array<wchar_t, kLongestCustom> text{};
-  ::GetLocaleInfoW(country_, type | flags_, text.data(), static_cast<int>(text.size()));
-  return text.data();
+  return CustomOf(country_, type | flags_);
 }
 
 unsigned WindowsLocale::CustomNumber(uint32_t type) const {

@@ -4,6 +4,7 @@
 #include <string>
 
 #include "platform/locale.h"
+#include "platform/month_names.h"
 
 namespace vok::windows {
 
@@ -16,6 +17,7 @@ class WindowsLocale : public Locale {
 
   std::string FoldCase(std::string_view text) const override;
   std::optional<Date> ParseDate(std::string_view text) const override;
+  std::optional<int> MonthNamed(std::string_view text) const override;
   /// Failures: 6 for a date outside the years 100 to 9999; `DateText` alike.
   std::string ShortDate(Date date) const override;
   std::string DateText(Date date) const override;
@@ -28,6 +30,7 @@ class WindowsLocale : public Locale {
 
   uint32_t country_;
   uint32_t flags_;
+  MonthNames months_;
 };
 
 }  // namespace vok::windows
