@@ -7,7 +7,7 @@ namespace {
 
 /// Index of the first level with members of its own.
 std::size_t TopLevel(const CubeHierarchy& hierarchy) {
-  return hierarchy.LevelCount() > 0 && hierarchy.LevelAt(0)->Name() == "(All)" ? 1 : 0;
+  return hierarchy.LevelCount() > 0 && hierarchy.LevelAt(0)->IsAll() ? 1 : 0;
 }
 
 void AppendNames(const CubeLevel& level, std::vector<std::string>& names) {

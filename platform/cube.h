@@ -35,11 +35,13 @@ class CubeLevel {
   virtual ~CubeLevel() = default;
   virtual std::string Name() const = 0;
   virtual std::string UniqueName() const = 0;
+  /// Whether its one member stands for all of the hierarchy. Its name does not tell.
+  virtual bool IsAll() const = 0;
   virtual std::size_t MemberCount() const = 0;
   virtual std::unique_ptr<CubeMember> MemberAt(std::size_t index) const = 0;
 };
 
-/// Levels are counted from 0, the top; the "(All)" level, where there is one, is level 0.
+/// Levels are counted from 0, the top; the all level, where there is one, is level 0.
 class CubeHierarchy {
  public:
   virtual ~CubeHierarchy() = default;

@@ -74,6 +74,7 @@ class XmlaLevel : public CubeLevel {
       : cube_(std::move(cube)), hierarchy_(hierarchy), level_(level) {}
   std::string Name() const override { return Node().name; }
   std::string UniqueName() const override { return Node().unique_name; }
+  bool IsAll() const override { return Node().is_all; }
   std::size_t MemberCount() const override { return cube_->Members(Node()).size(); }
   std::unique_ptr<CubeMember> MemberAt(std::size_t index) const override;
 

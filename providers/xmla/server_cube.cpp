@@ -10,6 +10,7 @@ namespace vok::xmla {
 namespace {
 
 constexpr const char* kMeasureDimension = "2";  // MD_DIMTYPE_MEASURE
+constexpr const char* kAllLevel = "1";          // MDLEVEL_TYPE_ALL
 
 /// A node and where it stands among its like.
 template <typename Node>
@@ -92,8 +93,9 @@ std::vector<LevelNode>& ServerCube::Levels(HierarchyNode& hierarchy) {
   if (hierarchy.levels) return *hierarchy.levels;
   std::vector<Placed<LevelNode>> placed;
   server_->Discover(Request("MDSCHEMA_LEVELS", "HIERARCHY_UNIQUE_NAME", hierarchy.unique_name),
-                    {"LEVEL_NAME", "LEVEL_UNIQUE_NAME", "LEVEL_NUMBER"}, [&](const Row& row) {
-                      placed.push_back({Place(row[2]), {row[0], row[1], nullptr}});
+                    {"LEVEL_NAME", "LEVEL_UNIQUE_NAME", "LEVEL_NUMBER", "LEVEL_TYPE"},
+                    [&](const Row& row) {
+                      placed.push_back({Place(row[2]), {row[0], row[1], row[3] == kAllLevel}});
                     });
   return hierarchy.levels.emplace(InOrder(std::move(placed)));
 }

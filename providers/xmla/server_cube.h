@@ -42,7 +42,8 @@ class MemberList {
 struct LevelNode {
   std::string name;
   std::string unique_name;
-  std::unique_ptr<const MemberList> members;  ///< nullptr until they are asked for
+  bool is_all = false;
+  std::unique_ptr<const MemberList> members = nullptr;  ///< until they are asked for
 };
 
 struct HierarchyNode {

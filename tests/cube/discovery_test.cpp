@@ -18,10 +18,18 @@ struct DiscoveryTest : ::testing::Test {
     memory.files.files["s.cub"] = "";
     cube.dimensions = {
         {"Measures",
-         {{"MeasuresLevel", {{"Amount"}, {"Quantity"}, {"Sum of Quantity"}, {"quantity"}}}}},
-        {"actx", {{"Ledger", {{"other"}}}}, "xlFile"},
-        {"ActX", {{"(All)", {{"All"}}}, {"Ledger", {{"L1"}, {"L2"}}}, {"File", {{"F"}}}}, "xlFile"},
-        {"MoneySet", {{"(All)", {{"All"}}}, {"Code", {{"NIS"}, {"EUR"}}}}},
+         {{"MeasuresLevel",
+           {{"Amount"}, {"Quantity"}, {"Sum of Quantity"}, {"Quantity sold"}, {"quantity"}}}}},
+        {"actx", {{"Ledger", {{"decoy"}}}}, "xlFile"},
+        {"ActX", {{"Ledger", {{"decoy"}}}}, "Accounts"},
+        {"ActX",
+         {{"Everything", {{"All"}}, true}, {"Ledger", {{"L1"}, {"L2"}}}, {"File", {{"F"}}}},
+         "xlFile"},
+        {"ActX", {{"Ledger", {{"decoy"}}}}, "XLFILE"},
+        {"ACTX", {{"Ledger", {{"decoy"}}}}, "xlFile"},
+        {"MoneySet", {{"(All)", {{"All"}}, true}, {"Code", {{"NIS"}, {"EUR"}}}}},
+        {"moneyset", {{"Code", {{"decoy"}}}}},
+        {"measures", {{"MeasuresLevel", {{"decoy"}}}}},
     };
   }
 
@@ -64,11 +72,14 @@ TEST_F(DiscoveryTest, MeasuresMoneySetsAndMembersAreReadOverOneConnectionEach) {
                           "Cache Size=25;Auto Synch Period=10000' '' '' -1",
                           "close"));
   const MeasureChoices choices = ReadMeasureChoices(host, "s.cub", "QEL");
-  EXPECT_THAT(choices.measures, ElementsAre("Amount", "Quantity", "Sum of Quantity", "quantity"));
+  EXPECT_THAT(choices.measures,
+              ElementsAre("Amount", "Quantity", "Sum of Quantity", "Quantity sold", "quantity"));
   EXPECT_THAT(choices.money_sets, ElementsAre("NIS", "EUR"));
   EXPECT_THAT(ReadObsMembers(host, "s.cub", "QEL"), ElementsAre("L1", "L2"));
-  cube.dimensions[2].hierarchy = "ActX.xlFile";
-  EXPECT_THAT(ReadObsMembers(host, "HTTP://server/xmla", "QEL"), ElementsAre("L1", "L2"));
+  cube.dimensions[3].hierarchy = "ActX.xlFile";
+  cube.dimensions[3].levels[0] = {"(All)", {{"Any"}}};
+  EXPECT_THAT(ReadObsMembers(host, "HTTP://server/xmla", "QEL"), ElementsAre("Any"))
+      << "the level's name does not tell";
 }
 
 TEST_F(DiscoveryTest, NoCubeOffersNothingAndOneThatCannotBeOpenedSaysSo) {

@@ -21,7 +21,7 @@ FakeLevel Numbered(const std::string& name, int count) {
 FakeDimension MonthDates() {
   return {
       "Date",
-      {{"(All)", {{"All"}}},
+      {{"All dates", {{"All"}}, true},
        {"Year", {{"2009", 0}, {"2010", 0}}},
        {"Half", {{"H2", 0}, {"H1", 1}}},
        {"Month",

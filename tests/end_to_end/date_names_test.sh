@@ -1,6 +1,7 @@
 #!/bin/bash
-# Names the dates of a cube in several ways and runs a saved query on it as users of several countries
-# do: each workbook must hold the cells that the plain data give.
+# Names the dates of a cube in several ways, its all levels otherwise than usual, and runs a saved
+# query on it as users of several countries do: each workbook must hold the cells that the plain
+# data give.
 #
 #   date_names_test.sh VOKCUBE RECOMPUTE DATA_DIR WORK_DIR
 #
@@ -9,7 +10,7 @@
 set -euo pipefail
 
 if (($# != 4)); then
-  sed -n '2,8s/^# \{0,1\}//p' "$0" >&2
+  sed -n '2,9s/^# \{0,1\}//p' "$0" >&2
   exit 2
 fi
 vokcube=$(realpath "$1") recompute=$(realpath "$2") data=$(realpath "$3")
@@ -44,10 +45,13 @@ build() {
     NR == 1 { print $0, "month_name"; next }
     { number = $4; $2 = sprintf("%02d", $2 % 100); print $0, month[number] }' \
     "$data/dates.csv" > "$name/dates.csv"
-  sed "s|column=\"month\" type=\"Integer\"|column=\"month_name\" ordinalColumn=\"$order\"|" "$data/schema.xml" > "$name/schema.xml"
+  sed "s|column=\"month\" type=\"Integer\"|column=\"month_name\" ordinalColumn=\"$order\"|
+    s|allMemberName=\"All\"|& allLevelName=\"Everything\"|" "$data/schema.xml" > "$name/schema.xml"
   "$vokcube" cube build --schema "$name/schema.xml" --data "$name" --output "$name.cub" > /dev/null
   sed "s|ledger.cub|$name.cub|" "$data/settings.json" > "$name/settings.json"
   "$vokcube" settings import "$name/settings.json" --settings-folder "$PWD/$name" > /dev/null
+  [[ $("$vokcube" cube members "$name.cub") == $'Domestic\nExport' ]] ||
+    fail "$name: the ledgers are" "$("$vokcube" cube members "$name.cub")"
 }
 
 # run_as COUNTRY NAME: status of the run, its messages in COUNTRY-NAME.log.

@@ -27,7 +27,8 @@ struct ComponentHost {
     }
     cube.dimensions = {
         {"Measures", {{"MeasuresLevel", {{"Amount"}, {"Units"}}}}},
-        {"Date", {{"(All)", {{"All"}}}, {"Year", {{"2010", 0}}}, {"Half", {{"H1", 0}}}, months}}};
+        {"Date",
+         {{"All", {{"All"}}, true}, {"Year", {{"2010", 0}}}, {"Half", {{"H1", 0}}}, months}}};
     cube.answer = [](const std::string&) { return FakeAnswer{{{}, {}}, {}}; };
   }
 
@@ -45,7 +46,7 @@ struct ComponentHost {
 
   void AddOpeningBalance() {
     cube.dimensions.push_back(
-        {"Opening_Balance", {{"(All)", {{"All"}}}, {"Key", {{"0", 0}, {"1", 0}}}}});
+        {"Opening_Balance", {{"All", {{"All"}}, true}, {"Key", {{"0", 0}, {"1", 0}}}}});
   }
 
   MemoryHost memory;

@@ -23,6 +23,7 @@ struct FakeMember {
 struct FakeLevel {
   std::string name;
   std::vector<FakeMember> members;
+  bool is_all = false;
 };
 
 /// A dimension with one hierarchy, of the dimension's name unless it has another.
@@ -82,6 +83,7 @@ class Level : public CubeLevel {
   Level(const FakeDimension& dimension, std::size_t level) : dimension_(dimension), level_(level) {}
   std::string Name() const override { return dimension_.levels[level_].name; }
   std::string UniqueName() const override { return "[" + Name() + "]"; }
+  bool IsAll() const override { return dimension_.levels[level_].is_all; }
   std::size_t MemberCount() const override { return dimension_.levels[level_].members.size(); }
   std::unique_ptr<CubeMember> MemberAt(std::size_t index) const override {
     if (index >= MemberCount()) ThrowNotFound("member " + std::to_string(index));

@@ -29,12 +29,18 @@ struct CubeContext {
   std::string cube;
 };
 
+constexpr const char* kAllMember = "2";  // MDMEMBER_TYPE_ALL
+
 class AdomdLevel : public CubeLevel {
  public:
   AdomdLevel(Object level, std::shared_ptr<const LevelMembers> members, std::size_t index)
       : level_(std::move(level)), members_(std::move(members)), index_(index) {}
   std::string Name() const override { return NameOf(level_); }
   std::string UniqueName() const override { return UniqueNameOf(level_); }
+  bool IsAll() const override {
+    const auto& members = members_->At(index_);
+    return members.size() == 1 && members.front().type == kAllMember;
+  }
   std::size_t MemberCount() const override { return members_->At(index_).size(); }
   std::unique_ptr<CubeMember> MemberAt(std::size_t index) const override {
     return std::make_unique<LevelMember>(members_, index_, members_->At(index_).at(index));

@@ -21,11 +21,12 @@ LevelMembers::Level& LevelMembers::Read(std::size_t index) const {
   // Catalog and schema are the connection's; the dimension and the hierarchy follow from the level.
   const Value::Array restrictions{Value(), Value(), cube_, Value(), Value(), level.unique_name};
   std::vector<MemberRow> members;
-  for (auto& row :
-       SchemaRows(connection_, kMembersSchema, restrictions,
-                  {"MEMBER_NAME", "MEMBER_CAPTION", "MEMBER_UNIQUE_NAME", "PARENT_UNIQUE_NAME"})) {
+  for (auto& row : SchemaRows(connection_, kMembersSchema, restrictions,
+                              {"MEMBER_NAME", "MEMBER_CAPTION", "MEMBER_UNIQUE_NAME",
+                               "PARENT_UNIQUE_NAME", "MEMBER_TYPE"})) {
     level.by_unique_name.emplace(row[2], members.size());
-    members.push_back({std::move(row[0]), std::move(row[1]), std::move(row[2]), std::move(row[3])});
+    members.push_back({std::move(row[0]), std::move(row[1]), std::move(row[2]), std::move(row[3]),
+                       std::move(row[4])});
   }
   level.members = std::move(members);
   return level;

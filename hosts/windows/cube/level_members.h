@@ -17,6 +17,7 @@ struct MemberRow {
   std::string caption;
   std::string unique_name;
   std::string parent;  ///< unique name; "" at the top level
+  std::string type;    ///< a number of MDMEMBER_TYPE
 };
 
 class LevelMembers {

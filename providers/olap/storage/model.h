@@ -38,7 +38,7 @@ enum class LevelKind : uint8_t {
 };
 
 struct Level {
-  std::string name;  ///< "(All)" for the level of the all member
+  std::string name;
   LevelKind kind = LevelKind::kRegular;
   IdRange members;
 };

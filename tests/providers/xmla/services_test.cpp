@@ -71,17 +71,17 @@ class ServicesTest : public testing::Test {
        Rows({"HIERARCHY_NAME", "HIERARCHY_UNIQUE_NAME", "HIERARCHY_ORDINAL"},
             {{"Date.Fiscal", "[Date].[Fiscal]", "2"}, {"", "[Date]", "1"}})},
       {"MDSCHEMA_LEVELS|<HIERARCHY_UNIQUE_NAME>[Date]<",
-       Rows({"LEVEL_NAME", "LEVEL_UNIQUE_NAME", "LEVEL_NUMBER"},
-            {{"Year", "[Date].[Year]", "1"},
-             {"Month", "[Date].[Month]", "2"},
-             {"(All)", "[Date].[(All)]", "0"}})},
+       Rows({"LEVEL_NAME", "LEVEL_UNIQUE_NAME", "LEVEL_NUMBER", "LEVEL_TYPE"},
+            {{"(All)", "[Date].[(All)]", "1", "20"},
+             {"Month", "[Date].[Month]", "2", "132"},
+             {"Ever", "[Date].[Ever]", "0", "1"}})},
       {"MDSCHEMA_MEMBERS|[Date].[Month]",
        Rows(kMember, {{"12", "12.", "[Date].[2010].[12]", "[Date].[2010]"},
                       {"2", "2.", "[Date].[2010].[2]", "[Date].[2010]"},
                       {"None", "None.", "[Date].[None]", "[Date].[All]"}})},
-      {"MDSCHEMA_MEMBERS|[Date].[Year]",
+      {"MDSCHEMA_MEMBERS|[Date].[(All)]",
        Rows(kMember, {{"2010", "", "[Date].[2010]", "[Date].[All]"}})},
-      {"MDSCHEMA_MEMBERS|[Date].[(All)]", Rows(kMember, {{"All", "", "[Date].[All]", ""}})},
+      {"MDSCHEMA_MEMBERS|[Date].[Ever]", Rows(kMember, {{"All", "", "[Date].[All]", ""}})},
       {"<Execute", test::TwoByTwoContent("<Cell CellOrdinal=\"1\"><Value>7</Value></Cell>")},
   };
   std::map<std::string, int> counts_;
@@ -102,7 +102,9 @@ TEST_F(ServicesTest, ShowsTheStructureAskingOnceForWhatIsLookedAt) {
   const auto dates = date->HierarchyAt(0);
   EXPECT_EQ(dates->Name(), "Date");
   ASSERT_EQ(dates->LevelCount(), 3u);
-  EXPECT_EQ(dates->LevelAt(0)->Name(), "(All)");
+  EXPECT_EQ(dates->LevelAt(0)->Name(), "Ever");
+  EXPECT_TRUE(dates->LevelAt(0)->IsAll());
+  EXPECT_FALSE(dates->LevelAt(1)->IsAll()) << "the name does not tell";
   const auto months = dates->LevelAt(2);
   EXPECT_EQ(counts_["MDSCHEMA_MEMBERS|[Date].[Month]"], 0);
   Texts members;
@@ -116,7 +118,7 @@ TEST_F(ServicesTest, ShowsTheStructureAskingOnceForWhatIsLookedAt) {
       << "in the server's order, by its names";
   EXPECT_THROW(months->MemberAt(3), Failure);
   for (const char* asked :
-       {"MEMBERS|[Date].[Month]", "MEMBERS|[Date].[Year]", "DIMENSIONS|<CUBE_NAME>SalesQEL"}) {
+       {"MEMBERS|[Date].[Month]", "MEMBERS|[Date].[(All)]", "DIMENSIONS|<CUBE_NAME>SalesQEL"}) {
     EXPECT_EQ(counts_[std::string("MDSCHEMA_") + asked], 1) << asked;
   }
 }

@@ -41,9 +41,9 @@ CubeTexts SampleTexts(const std::string& name);
 
 /// A small ledger, cube "QEL": Date (All, Year, Quarter, Month; January 2009 to June 2010), QeL
 /// (named QeL, no All, 6 lines with TABs in their captions, the last without facts), ActX with
-/// hierarchy xlFile (All, Ledger, File; 2 ledgers with 3 files), Opening_Balance (All; 0 and 1),
-/// MoneySet (All; EUR, NIS, USD). Measures Amount (default), Units (some NULL) and Facts, a count.
-/// Some of the 60 facts cancel to 0.
+/// hierarchy xlFile (Everything, Ledger, File; 2 ledgers with 3 files), Opening_Balance (All; 0 and
+/// 1), MoneySet (All; EUR, NIS, USD). Measures Amount (default), Units (some NULL) and Facts, a
+/// count. Some of the 60 facts cancel to 0.
 inline CubeTexts SampleLedger() { return SampleTexts("ledger"); }
 
 }  // namespace vok::test

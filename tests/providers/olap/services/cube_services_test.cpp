@@ -57,7 +57,13 @@ TEST_F(CubeServicesTest, ShowsTheStructureWithMeasuresFirst) {
   const auto last = months->MemberAt(months->MemberCount() - 1);
   EXPECT_EQ(last->UniqueName(), "[Date].[2010].[2].[6]");
   EXPECT_EQ(last->Parent()->Parent()->Name(), "2010");
-  EXPECT_EQ(cube->FindDimension("actx")->HierarchyAt(0)->UniqueName(), "[ActX].[xlFile]");
+  const auto accounts = cube->FindDimension("actx")->HierarchyAt(0);
+  EXPECT_EQ(accounts->UniqueName(), "[ActX].[xlFile]");
+  EXPECT_EQ(accounts->LevelAt(0)->Name(), "Everything");
+  EXPECT_TRUE(accounts->LevelAt(0)->IsAll());
+  EXPECT_FALSE(accounts->LevelAt(1)->IsAll());
+  EXPECT_FALSE(cube->FindDimension("QeL")->HierarchyAt(0)->LevelAt(0)->IsAll());
+  EXPECT_FALSE(measure_level->IsAll());
   EXPECT_EQ(cube->FindDimension("Nothing"), nullptr);
   EXPECT_THROW(cube->DimensionAt(6), Failure);
   EXPECT_THROW(months->MemberAt(months->MemberCount()), Failure);
