@@ -50,9 +50,13 @@ constexpr std::string_view kSchemaTail = R"(      </Hierarchy>
     </Dimension>
     <Measure name="Amount" column="amount" aggregator="sum" formatString="#,##0.00"/>
     <Measure name="Units Quantity" column="units" aggregator="sum" formatString="#,##0"/>
-  </Cube>
+)";
+
+constexpr std::string_view kSchemaEnd = R"(  </Cube>
 </Schema>
 )";
+
+constexpr std::string_view kAmount = "Amount", kUnits = "Units Quantity";
 
 constexpr int kMoneySets = 13, kPeriods = 12;
 
@@ -93,17 +97,43 @@ constexpr std::array<Period, kPeriods> kMonths2024 = {{
     {"Dec 2024", "2024-12-01", "2024-12-31"},
 }};
 
-/// Every sixth money set has no quantity: its column is there and stays blank.
+/// A stored measure for the entries in one money alone: "Amount NIS".
+void WriteMeasureOfMoney(OutputFile* file, std::string_view measure, std::string_view format,
+                         const std::string& money) {
+  *file << "    <CalculatedMember name=\"" << measure << " " << money
+        << "\" dimension=\"Measures\" formatString=\"" << format << "\">\n"
+        << "      <Formula>([Measures].[" << measure << "], [MoneySet].[All].[" << money
+        << "])</Formula>\n    </CalculatedMember>\n";
+}
+
+void WriteSchema(const Plan& plan) {
+  OutputFile schema(plan.output / "schema.xml");
+  schema << kSchemaHead << (plan.days ? kDayLevel : "") << kSchemaTail;
+  for (int money = 0; money < plan.money_sets; ++money) {
+    WriteMeasureOfMoney(&schema, kAmount, "#,##0.00", MoneySetName(money));
+    WriteMeasureOfMoney(&schema, kUnits, "#,##0", MoneySetName(money));
+  }
+  schema << kSchemaEnd;
+  schema.Close();
+}
+
+/// The moneys in turn, each by its own measures; the last money set has all of them together. Every
+/// sixth has no quantity: its column is there and stays blank.
+void WriteMoneySet(OutputFile* file, const Plan& plan, int index) {
+  const bool all = index == kMoneySets - 1, counted = index % 6 != 5;
+  const std::string name = all ? "All" : MoneySetName(index % plan.money_sets);
+  const std::string of_money = all ? "" : " " + name;
+  *file << "    {\"MoneySet\": \"" << name << "\", \"Measure\": \"" << kAmount << of_money
+        << "\", \"Qty\": \"" << (counted ? kUnits : "") << (counted ? of_money : "")
+        << "\", \"IsCalculated\": " << (all ? "false}" : "true}") << (all ? "\n" : ",\n");
+}
+
 void WriteDataSource(OutputFile* file, const Plan& plan, int ledger) {
   *file << "  {\"SetName\": \"" << LedgerName(ledger) << "\", \"VarnelMDB\": \"host.mdb\", "
         << "\"CubeFile\": \"ledger.cub\", \"CubeName\": \"LedgerQEL\",\n   \"OBS\": \""
         << LedgerName(ledger) << "\", \"ActFile\": \"\", \"CountMoney\": " << kMoneySets
         << ", \"MoneySets\": [\n";
-  for (int i = 0; i < kMoneySets; ++i) {
-    *file << "    {\"MoneySet\": \"" << MoneySetName(i % plan.money_sets)
-          << "\", \"Measure\": \"Amount\", \"Qty\": \"" << (i % 6 == 5 ? "" : "Units Quantity")
-          << "\", \"IsCalculated\": false}" << (i + 1 < kMoneySets ? ",\n" : "\n");
-  }
+  for (int i = 0; i < kMoneySets; ++i) WriteMoneySet(file, plan, i);
   *file << "   ]}" << (ledger + 1 < plan.ledgers ? ",\n" : "\n");
 }
 
@@ -122,9 +152,7 @@ void WritePeriodSet(OutputFile* file, std::string_view name,
 }  // namespace
 
 void WriteDocuments(const Plan& plan) {
-  OutputFile schema(plan.output / "schema.xml");
-  schema << kSchemaHead << (plan.days ? kDayLevel : "") << kSchemaTail;
-  schema.Close();
+  WriteSchema(plan);
   OutputFile settings(plan.output / "settings.json");
   settings << "{\n \"dataSources\": [\n";
   for (int ledger = 0; ledger < plan.ledgers; ++ledger) WriteDataSource(&settings, plan, ledger);

@@ -44,7 +44,7 @@ for n in {1..60}; do
 done
 sed "s|</Cube>|$endless</Cube>|" "$data/schema.xml" > endless.xml
 expect 0 "stored cells" cube build --schema endless.xml --data "$data" --output endless.cub
-sed "s|ledger.cub|$PWD/endless.cub|; s|\"Amount\"|\"m60\"|g" "$data/settings.json" > endless.json
+sed "s|ledger.cub|$PWD/endless.cub|; s|\"Measure\": \"[^\"]*\"|\"Measure\": \"m60\"|" "$data/settings.json" > endless.json
 expect 0 "Imported 2 data sources" settings import endless.json --settings-folder endless
 expect 0 "no-utf8-�.xlsX" run --settings-folder good --data-source Domestic --periods Demo \
   --output $'no-utf8-\xff' --json

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <charconv>
 #include <pugixml.hpp>
+#include <regex>
 #include <set>
 #include <stdexcept>
 #include <tuple>
@@ -119,12 +120,27 @@ Lines OrderLines(const Dimension& lines) {
   return result;
 }
 
+/// A calculated measure: a stored one for the facts of one money set.
+struct OfMoneySet {
+  explicit OfMoneySet(pugi::xml_node node) {
+    static const std::regex form(
+        R"(\(\[Measures\]\.\[([^\]]+)\], \[MoneySet\]\.\[All\]\.\[([^\]]+)\]\))");
+    const std::string formula = node.child_value("Formula");
+    std::smatch parts;
+    if (!std::regex_match(formula, parts, form)) Refuse("formula not understood: " + formula);
+    measure = parts[1];
+    money_set = parts[2];
+  }
+  std::string measure, money_set;
+};
+
 /// What of a cube is read: its dimensions, found by the names that reports use.
 struct Cube {
   Cube(const std::filesystem::path& folder, pugi::xml_node node)
       : dates(folder, node.find_child_by_attribute("Dimension", "name", "Date")),
         lines(folder, node.find_child_by_attribute("Dimension", "name", "QeL")),
         ledgers(folder, node.find_child_by_attribute("Dimension", "name", "ActX")),
+        money_sets(folder, node.find_child_by_attribute("Dimension", "name", "MoneySet")),
         facts(folder, node.child("Table").attribute("name").value()) {
     if (auto found = node.find_child_by_attribute("Dimension", "name", "Opening_Balance"))
       opening.emplace(folder, found);
@@ -134,13 +150,28 @@ struct Cube {
       measures[measure.attribute("name").value()] =
           facts.Column(measure.attribute("column").value());
     }
+    for (pugi::xml_node member : node.children("CalculatedMember"))
+      of_money_sets.emplace(member.attribute("name").value(), OfMoneySet(member));
   }
 
-  Dimension dates, lines, ledgers;
+  Dimension dates, lines, ledgers, money_sets;
   Table facts;
   std::optional<Dimension> opening;
   std::map<std::string, size_t> measures;
+  std::map<std::string, OfMoneySet> of_money_sets;
 };
+
+void ReadMeasures(const Cube& cube, size_t row, Fact* fact) {
+  for (const auto& [name, column] : cube.measures)
+    fact->measures[name] = ParseExact(cube.facts.At(row, column));
+  size_t key = cube.facts.Column(cube.money_sets.foreign_key);
+  size_t money_row = cube.money_sets.RowOf(cube.facts.At(row, key));
+  const std::string& money_set =
+      cube.money_sets.table.At(money_row, cube.money_sets.Column(0, "column"));
+  for (const auto& [name, part] : cube.of_money_sets)
+    fact->measures[name] =
+        part.money_set == money_set ? fact->measures.at(part.measure) : std::nullopt;
+}
 
 void ReadFacts(const Cube& cube, DataSet* data) {
   std::vector<Date> dates = DatesOfRows(cube.dates);
@@ -161,8 +192,7 @@ void ReadFacts(const Cube& cube, DataSet* data) {
       size_t key_row = cube.opening->RowOf(cube.facts.At(row, key));
       fact.opening_key = cube.opening->table.At(key_row, cube.opening->Column(0, "column"));
     }
-    for (const auto& [name, column] : cube.measures)
-      fact.measures[name] = ParseExact(cube.facts.At(row, column));
+    ReadMeasures(cube, row, &fact);
     data->facts.push_back(std::move(fact));
   }
 }

@@ -10,6 +10,8 @@
 namespace vok::olap {
 namespace {
 
+constexpr int kMostSteps = 100;  // from one calculated member to the next
+
 /// Stored members everywhere but in the hierarchies of the set, and values that can be put
 /// together.
 bool IsPlain(const Evaluator& evaluator, const Context& context, const TupleSet& set,
@@ -34,6 +36,19 @@ std::optional<LeafRanges> LeavesOf(const Hierarchy& hierarchy, const std::vector
   return Merged(std::move(leaves));
 }
 
+/// Goes on from a calculated member whose formula is a cell itself, such as one measure in one
+/// currency, to that cell. False where a formula is anything else, or needs itself.
+bool FollowToStored(Evaluator& evaluator, const Block& block, HierarchyId any, Context& place) {
+  for (int step = 0; step < kMostSteps; ++step) {
+    const HierarchyId deciding = DecidingHierarchy(evaluator.query(), place.members);
+    if (deciding == kNoHierarchy) return true;
+    const auto& formula = *evaluator.query().Member(place.members[deciding]).formula;
+    place.Set(deciding, evaluator.cube().DefaultMember(deciding));
+    if (!formula.MoveTo(evaluator, block, any, place)) return false;
+  }
+  return false;
+}
+
 /// The place of the value, which must be one stored cell whatever members of the set stand there.
 std::optional<Context> PlaceOf(Evaluator& evaluator, const Block& block, const TupleSet& set,
                                const ValueExpression& value, Overlap overlap) {
@@ -42,6 +57,8 @@ std::optional<Context> PlaceOf(Evaluator& evaluator, const Block& block, const T
     if (hierarchy == kMeasures || hierarchy == block.Varying()) return std::nullopt;
     place = block.context;
     if (!value.MoveTo(evaluator, block, hierarchy, *place)) return std::nullopt;
+    for (const HierarchyId h : set.hierarchies) place->Set(h, evaluator.cube().DefaultMember(h));
+    if (!FollowToStored(evaluator, block, hierarchy, *place)) return std::nullopt;
   }
   if (place && !IsPlain(evaluator, *place, set, overlap)) place.reset();
   return place;
