@@ -135,13 +135,20 @@ TEST_F(QueryRunTest, TheOpeningBalancePassAppends) {
   EXPECT_EQ(sheets.record.blocks[0].At(2, 12), Value(6.0));
 }
 
-TEST_F(QueryRunTest, NoPeriodThatAsksForOpeningBalancesMeansOnePass) {
+TEST_F(QueryRunTest, AnyPeriodThatAsksForOpeningBalancesMeansASecondPass) {
   AddOpeningBalance();
   SetPeriod(1, 1, 3, false);
   Answer(OneCell(5), {});
   ASSERT_EQ(Run(), 0);
   EXPECT_THAT(Logs(), ElementsAre("MdxQry1.log"));
   EXPECT_EQ(cube.queries.size(), 2u);
+
+  SetPeriod(12, 4, 4, true);
+  cube.queries.clear();
+  Answer(OneCell(5), OneCell(6));
+  ASSERT_EQ(Run(), 0);
+  EXPECT_THAT(Logs(), ElementsAre("MdxQry0.log", "MdxQry1.log"));
+  EXPECT_EQ(cube.queries.size(), 3u);
 }
 
 TEST_F(QueryRunTest, PassesWithoutPeriodsAreLoggedAsSuch) {
@@ -196,6 +203,12 @@ TEST_F(QueryRunTest, EveryFailureHasItsAnswerAndItsReport) {
        "Function : GetMaxDateAndOpBalance"},
       {"unknown measure of a money set without a period",
        [](auto& t) { t.Money()["Measure12"] = "Amounts"; }, 5555, nullptr},
+      {"unknown measure of money set 0, which no period shows",
+       [](auto& t) {
+         t.Money() = {{"SetName", "Sales"}, {"Measure0", "Amounts"}};
+         for (int n = 1; n <= 12; ++n) t.Money()["Measure" + std::to_string(n)] = "Amount";
+       },
+       5555, nullptr},
       {"only the list's empty element matches", [](auto& t) { t.Money()["Measure0"] = ""; }, 5555,
        nullptr},
       {"query refused",

@@ -70,6 +70,7 @@ TEST(PeriodDates, TypedDatesAreBroughtIntoTheFormOfTheCountryAndChecked) {
       // with both dates there the from date is compared, and stays as typed
       {"en_GB", "txtDate2 10/02/2024;txtDate1 15/02/2024", "|10/02/2024", "", {kNotValid}},
       {"en_GB", "chkFromD;txtDate2 10/02/2024;txtDate1 5/2/2024", "5/2/2024|10/02/2024"},
+      {"en_GB", "txtDate2 10/02/2024;txtDate1 10/02/2024", "10/02/2024|10/02/2024"},
       {"en_GB", "txtDate2 10/02/2024;txtDate1 abc", "00:00:00|10/02/2024", "txtDate1"},
       // the command is there once a from date was left
       {"en_GB", "txtDate2 10/02/2024;chkUntilD;Comupd", "|10/02/2024"},
