@@ -5,6 +5,7 @@
 #include <string_view>
 
 #include "env/directories.h"
+#include "platform/failure.h"
 #include "platform/text.h"
 
 namespace vok {
@@ -64,6 +65,14 @@ std::string LogFolder(const Host& host, Environment& environment) {
   return folder;
 }
 
+void Write(Files& files, const std::string& file, const std::string& entry, bool append) {
+  if (append) {
+    files.Append(file, std::string(kLineEnd) + kLineEnd + entry);
+  } else {
+    WriteWholeFile(files, file, entry);
+  }
+}
+
 }  // namespace
 
 std::string FormatQueryText(std::string text) {
@@ -73,12 +82,16 @@ std::string FormatQueryText(std::string text) {
 
 void WriteQueryLog(const Host& host, Environment& environment, const std::string& Text,
                    const std::string& LogName, bool Append, int16_t LineWidth, bool Format) {
-  const std::string file = LogFolder(host, environment) + "\\" + LogName + ".log";
   const std::string entry = Format ? FormatQueryText(Text) + kLineEnd : Lines(Text, LineWidth);
-  if (Append) {
-    host.files.Append(file, std::string(kLineEnd) + kLineEnd + entry);
-  } else {
-    WriteWholeFile(host.files, file, entry);
+  try {
+    Write(host.files, LogFolder(host, environment) + "\\" + LogName + ".log", entry, Append);
+  } catch (const Failure& failure) {
+    throw Failure(
+        failure.number(),
+        failure.description() +
+            " A query is sent only after it is in the log: whoever runs it must be able to "
+            "write there. Give them the right to, or choose another settings folder.",
+        failure.source(), failure.section());
   }
 }
 

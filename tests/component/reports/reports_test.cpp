@@ -1,8 +1,9 @@
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 
 #include "component/reports/error_report.h"
 #include "component/reports/query_log.h"
 #include "component/reports/timing.h"
+#include "tests/support/failures.h"
 #include "tests/support/memory_host.h"
 
 namespace vok {
@@ -126,13 +127,19 @@ TEST_F(QueryLogTest, GoesToTheLogFolderOrTheComponentsOwn) {
   EXPECT_EQ(memory.files.files["component\\MdxQry0.log"], "q\r\n");
 }
 
-TEST_F(QueryLogTest, FailsWithTheFilesFailure) {
-  memory.files.refused = {"/s\\Log"};
-  EXPECT_THROW(Written("q", true, 80, false), Failure) << "folder";
+TEST_F(QueryLogTest, FailsWithTheFilesFailureAndSaysWhatToDo) {
+  const auto expect_failure = [&](const std::string& refused, bool append) {
+    memory.files.refused = {refused};
+    const Failure failure = test::FailureOf([&] { Written("q", append, 80, false); });
+    EXPECT_EQ(failure.number(), failure_number::kPathAccess);
+    EXPECT_THAT(failure.description(),
+                testing::AllOf(testing::StartsWith("Path/File access error: " + refused),
+                               testing::HasSubstr("settings folder")));
+  };
+  expect_failure("/s\\Log", true);
   memory.files.folders = {"/s\\Log"};
-  memory.files.refused = {kFile};
-  EXPECT_THROW(Written("q", true, 80, false), Failure) << "appending";
-  EXPECT_THROW(Written("q", false, 80, false), Failure) << "replacing";
+  expect_failure(kFile, true);
+  expect_failure(kFile, false);
 }
 
 TEST(Timing, MeasuresSecondsOfTheClock) {
@@ -152,8 +159,12 @@ TEST(Timing, MeasuresSecondsOfTheClock) {
   for (const auto& [start, finish, seconds] : cases) {
     test::FixedClock clock;
     Timing timing(clock);
+    timing.Start();
+    clock.milliseconds = 7000;  // of an earlier run
+    timing.Finish();
     clock.milliseconds = start;
     timing.Start();
+    EXPECT_EQ(timing.ElapsedTime(), Value(0.0)) << start;
     clock.milliseconds = finish;
     if (seconds == kFails) {
       EXPECT_THROW(timing.Finish(), Failure) << start;
