@@ -20,10 +20,12 @@ namespace vok {
 /// What the last run did and how long its steps took, in milliseconds of the clock. A run that
 /// ended early leaves 0 for the steps that it did not reach.
 struct RunReport {
-  std::string workbook;  ///< path of the workbook; "" when none was written
-  std::size_t rows = 0;  ///< rows written to it by all passes, without the labels
-  RunPreview preview;    ///< of what the workbook holds
-  bool stopped = false;  ///< ended because it was asked to
+  std::string workbook;     ///< path of the workbook; "" when none was written
+  bool whole = false;       ///< the workbook holds what all passes gave
+  std::size_t queries = 0;  ///< sent to the cube; 0 when no period met its dates
+  std::size_t rows = 0;     ///< rows written to it by all passes, without the labels
+  RunPreview preview;       ///< of what the workbook holds
+  bool stopped = false;     ///< ended because it was asked to
   uint32_t settings = 0;
   uint32_t cube = 0;  ///< connecting, probing and checking the measures
   uint32_t mdx = 0;   ///< building, logging and executing the queries
@@ -41,6 +43,8 @@ struct Publics {
   std::string help_file;  ///< of the component's windows; "" for none
   RunReport last_run;
   QueryStop* stop = nullptr;  ///< by which the next run can be stopped; its caller's, or none
+  /// Whether an old workbook stays until the next run's is whole. Else it is deleted first.
+  bool keep_old_workbook = false;
 };
 
 }  // namespace vok

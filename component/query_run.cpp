@@ -2,12 +2,12 @@
 
 #include <algorithm>
 #include <memory>
+#include <utility>
 
 #include "component/reports/error_report.h"
 #include "component/reports/query_log.h"
 #include "component/result_grid.h"
 #include "component/step_timer.h"
-#include "component/workbook_writer.h"
 #include "cube/connection.h"
 #include "cube/mdx_builder.h"
 #include "cube/probe.h"
@@ -35,23 +35,25 @@ constexpr Pass kOpenBalancePass{"MdxQry0", 0, true};
 
 class QueryRun {
  public:
-  QueryRun(const Host& host, Publics& publics, const std::string& output_path)
-      : host_(host), publics_(publics), output_path_(output_path) {}
+  QueryRun(const Host& host, Publics& publics) : host_(host), publics_(publics) {}
   ~QueryRun() {
     if (publics_.stop != nullptr) publics_.stop->Detach();
   }
   QueryRun(const QueryRun&) = delete;
   QueryRun& operator=(const QueryRun&) = delete;
 
-  int32_t Run(const std::string& data_source, const std::string& periods) {
+  int32_t Run(const std::string& data_source, const std::string& periods,
+              const std::string& output_path) {
     CheckStop();
     cellset_ = host_.cube.NewCellset();
-    DeleteOldWorkbook(host_.files, WorkbookPath(output_path_));
+    output_ = NewRunOutput(host_, WorkbookPath(output_path), publics_.keep_old_workbook);
     publics_.cube.CubeMeasures.assign(1, Value());
     if (!Load(data_source, periods)) return failure_number::kSettingsUnreadable;
     if (const int32_t code = PrepareCube(); code != kDone) return code;
     cellset_->SetActiveConnection(*connection_);
     RunPasses();
+    if (!publics_.last_run.workbook.empty()) FinishWorkbook();
+    CloseCellset();
     connection_->Close();
     return kDone;
   }
@@ -112,13 +114,24 @@ class QueryRun {
       Log("No valid MDX", pass);
       return;
     }
+    CloseCellset();
     Execute(pass);
     if (cellset_->AxisAt(0).PositionCount() > 0 && cellset_->AxisAt(1).PositionCount() > 0) {
       // Only a workbook of this run is appended to: an earlier pass may have written none.
       const bool append = !publics_.last_run.workbook.empty();
-      DisplayCellsetOmvinExcel(host_, publics_, *cellset_, output_path_, append);
+      DisplayCellsetOmvinExcel(host_, publics_, *cellset_, output_, append);
     }
-    cellset_->Close();
+  }
+
+  void CloseCellset() {
+    if (std::exchange(cellset_is_open_, false)) cellset_->Close();
+  }
+
+  /// From here on nothing that fails takes the workbook away.
+  void FinishWorkbook() {
+    const StepTimer timer(host_.clock, publics_.last_run.writing);
+    CommitWorkbook(host_, output_);
+    publics_.last_run.whole = true;
   }
 
   void Execute(const Pass& pass) {
@@ -128,6 +141,8 @@ class QueryRun {
     Log(mdx, pass);
     cellset_->SetSource(mdx);
     cellset_->Open();
+    cellset_is_open_ = true;
+    ++publics_.last_run.queries;
   }
 
   void Log(const std::string& text, const Pass& pass) {
@@ -136,19 +151,24 @@ class QueryRun {
 
   const Host& host_;
   Publics& publics_;
-  const std::string& output_path_;
+  RunOutput output_;  // takes its workbook back unless that was finished
   std::unique_ptr<CubeConnection> connection_;
   std::unique_ptr<Cellset> cellset_;
+  bool cellset_is_open_ = false;
 };
 
-/// A workbook of the first pass alone would pass for the whole answer.
-void RemoveIncomplete(Files& files, RunReport& report) {
-  if (report.workbook.empty()) return;
+bool IsThere(const Files& files, const std::string& path) {
   try {
-    DeleteOldWorkbook(files, report.workbook);
-  } catch (...) {  // the failure of the run is the one to tell
-    return;
+    return files.Exists(path);
+  } catch (const Failure&) {  // the failure of the run is the one to tell
+    return true;
   }
+}
+
+/// What a failed run has saved is in the report only when it is whole, or could not be removed.
+void ForgetRemoved(const Files& files, const Publics& publics, RunReport& report) {
+  if (report.whole || report.workbook.empty()) return;
+  if (!publics.keep_old_workbook && IsThere(files, report.workbook)) return;
   report.workbook.clear();
   report.rows = 0;
   report.preview = {};
@@ -160,15 +180,13 @@ int32_t CubtoXls(const Host& host, Publics& publics, const std::string& CubeSetN
                  const std::string& PeriodsName, const std::string& OutputPath) {
   publics.last_run = {};
   const StepTimer timer(host.clock, publics.last_run.total);
-  std::unique_ptr<PathClaim> claim;  // of this run, until its workbook is whole or removed
   try {
-    claim = host.files.Claim(WorkbookPath(OutputPath));
-    return QueryRun(host, publics, OutputPath).Run(CubeSetName, PeriodsName);
+    return QueryRun(host, publics).Run(CubeSetName, PeriodsName, OutputPath);
   } catch (...) {
     const Failure failure = CurrentFailure();
     publics.last_run.stopped = failure.number() == kQueryCancelled;
     ShowErrorReport(host, failure, {.FunctionName = "CubtoXls", .ModuleName = "ModCubtoXls"});
-    RemoveIncomplete(host.files, publics.last_run);
+    ForgetRemoved(host.files, publics, publics.last_run);
     ClearError(publics.status);
     return failure.number();
   }

@@ -8,7 +8,6 @@
 
 #include "component/reports/error_report.h"
 #include "component/step_timer.h"
-#include "component/workbook_writer.h"
 #include "platform/failure.h"
 
 namespace vok {
@@ -114,14 +113,14 @@ CellBlock BuildResultGrid(const Cellset& cellset, const std::vector<QueryPeriod>
 }
 
 void DisplayCellsetOmvinExcel(const Host& host, Publics& publics, const Cellset& cellset,
-                              const std::string& output_path, bool append) {
+                              const RunOutput& output, bool append) {
   const CellBlock grid = BuildReported(host, publics, cellset, append);
   if (publics.stop != nullptr) publics.stop->Check();
   const StepTimer timer(host.clock, publics.last_run.writing);
   const PeriodSet& periods = publics.settings.periods;
-  Arrtoxls(host, grid, output_path, append, periods);
+  Arrtoxls(host, grid, output, append, periods);
   RunReport& report = publics.last_run;
-  report.workbook = WorkbookPath(output_path);
+  report.workbook = output.path;
   report.rows += append ? grid.rows : grid.rows - kLabelRows;
   AddToPreview(grid, append, publics.cube.QueryPeriods, periods, report.preview);
 }

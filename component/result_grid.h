@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "component/publics.h"
+#include "component/workbook_writer.h"
 #include "cube/cube_state.h"
 #include "platform/cube.h"
 #include "platform/host.h"
@@ -32,9 +33,9 @@ CellBlock BuildResultGrid(const Cellset& cellset, const std::vector<QueryPeriod>
 /// A cell's value for the sheet: a double when it is a number other than zero, else "".
 Value SheetValue(const Value& cell);
 
-/// Builds the grid of the run's query and writes it to the workbook `output_path` & ".xlsX", as
-/// `Arrtoxls` does, unless the run is to stop by then. A failure is reported and thrown on.
+/// Builds the grid of the run's query and writes it to the run's workbook, as `Arrtoxls` does,
+/// unless the run is to stop by then. A failure is reported and thrown on.
 void DisplayCellsetOmvinExcel(const Host& host, Publics& publics, const Cellset& cellset,
-                              const std::string& output_path, bool append);
+                              const RunOutput& output, bool append);
 
 }  // namespace vok

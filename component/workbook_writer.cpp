@@ -41,37 +41,54 @@ void Save(SpreadsheetApplication& application, const std::string& path, int16_t 
   application.SaveAs(path, version > kLastBinaryVersion ? kOpenXmlWorkbook : kDefaultFormat);
 }
 
-void Write(const Host& host, const CellBlock& grid, const std::string& path, bool append,
+void DeleteOld(Files& files, const RunOutput& output) {
+  if (!output.keep_old && files.Exists(output.path)) files.Delete(output.path);
+}
+
+void Write(const Host& host, const CellBlock& grid, const RunOutput& output, bool append,
            const PeriodSet& periods) {
-  const auto application = host.spreadsheet.NewApplication();
-  if (!append) DeleteOldWorkbook(host.files, path);
+  const auto application = output.workbook->NewApplication();
+  if (!append) DeleteOld(host.files, output);
   application->SetDisplayAlerts(false);
   const int16_t version = Value(application->Version()).ToInt16();
   if (append) {
-    OpenForAppending(host, *application, path);
+    OpenForAppending(host, *application, output.path);
   } else {
     AddNewWorkbook(*application);
   }
   const std::size_t rows_above = append ? application->CurrentRegionRows("A1") : 0;
   application->SetFormula(rows_above + 1, 1, grid);
   WriteLabels(*application, periods);
-  Save(*application, path, version);
+  Save(*application, output.path, version);
   application->SetScreenUpdating(true);
   application->SetDisplayAlerts(true);
   application->Quit();
+}
+
+/// Does the work; a failure of it is shown.
+template <typename Work>
+void Reported(const Host& host, const Work& work) {
+  try {
+    work();
+  } catch (...) {
+    ShowErrorReport(host, CurrentFailure(), {.FunctionName = "Arrtoxls", .ModuleName = "ModXls"});
+    throw;
+  }
 }
 
 }  // namespace
 
 std::string WorkbookPath(const std::string& output_path) { return output_path + ".xlsX"; }
 
-void DeleteOldWorkbook(Files& files, const std::string& workbook_path) {
-  if (files.IsDirectory(workbook_path)) {
+RunOutput NewRunOutput(const Host& host, const std::string& path, bool keep_old) {
+  if (host.files.IsDirectory(path)) {
     throw Failure(failure_number::kPathAccess,
-                  "Path/file access error: a directory named \"" + workbook_path +
+                  "Path/file access error: a directory named \"" + path +
                       "\" stands where the workbook is to be written; choose another output path");
   }
-  if (files.Exists(workbook_path)) files.Delete(workbook_path);
+  RunOutput output{path, keep_old, host.spreadsheet.NewOutput(path, keep_old)};
+  DeleteOld(host.files, output);
+  return output;
 }
 
 std::array<std::string, 2 * kPeriodCount> PeriodLabels(const PeriodSet& periods) {
@@ -85,14 +102,15 @@ std::array<std::string, 2 * kPeriodCount> PeriodLabels(const PeriodSet& periods)
   return labels;
 }
 
-void Arrtoxls(const Host& host, const CellBlock& grid, const std::string& output_path, bool append,
+void Arrtoxls(const Host& host, const CellBlock& grid, const RunOutput& output, bool append,
               const PeriodSet& periods) {
+  Reported(host, [&] { Write(host, grid, output, append, periods); });
+}
+
+void CommitWorkbook(const Host& host, const RunOutput& output) {
   try {
-    Write(host, grid, WorkbookPath(output_path), append, periods);
-  } catch (...) {
-    const Failure failure = CurrentFailure();
-    ShowErrorReport(host, failure, {.FunctionName = "Arrtoxls", .ModuleName = "ModXls"});
-    throw failure;
+    Reported(host, [&] { output.workbook->Commit(); });
+  } catch (const FileMayNotLast&) {  // the workbook is there
   }
 }
 

@@ -5,6 +5,7 @@
 #pragma once
 
 #include <array>
+#include <memory>
 #include <string>
 
 #include "platform/host.h"
@@ -19,18 +20,29 @@ inline constexpr std::size_t kFirstLabelColumn = 12;
 /// Path of the workbook for a run's output path.
 std::string WorkbookPath(const std::string& output_path);
 
-/// Removes a workbook that stands in the way; there need not be one. Failures: those of
-/// `Files::Delete`, and 75 for a directory of that name.
-void DeleteOldWorkbook(Files& files, const std::string& workbook_path);
+/// The workbook that a run is to leave.
+struct RunOutput {
+  std::string path;
+  bool keep_old = false;  ///< an old one stays until the new one is whole; else it is deleted first
+  std::unique_ptr<OutputWorkbook> workbook;
+};
+
+/// Looks whether a workbook can be written to the path, and deletes the old one unless it is kept
+/// until then. Failures: those of deleting or replacing it, and 75 for a directory of that name.
+RunOutput NewRunOutput(const Host& host, const std::string& path, bool keep_old);
 
 /// The labels of row 1 from column L on: "Qk>" and "Mk>" with the name of period k, for all twelve
 /// periods.
 std::array<std::string, 2 * kPeriodCount> PeriodLabels(const PeriodSet& periods);
 
 /// Writes the grid as a new workbook in place of an old one, or, when appending, below the rows of
-/// the one that is there; then the labels. A failure is reported and thrown on; an old workbook
-/// that cannot be deleted is noticed before anything is written.
-void Arrtoxls(const Host& host, const CellBlock& grid, const std::string& output_path, bool append,
+/// the one that the run has saved before; then the labels. A failure is reported and thrown on; an
+/// old workbook that cannot be deleted is noticed before anything is written.
+void Arrtoxls(const Host& host, const CellBlock& grid, const RunOutput& output, bool append,
               const PeriodSet& periods);
+
+/// Puts the workbook of all passes in its place. A failure is reported and thrown on; that the
+/// workbook is there but may not last is reported alone.
+void CommitWorkbook(const Host& host, const RunOutput& output);
 
 }  // namespace vok

@@ -13,6 +13,7 @@
 #include <string_view>
 
 #include "platform/date.h"
+#include "platform/failure.h"
 
 namespace vok {
 
@@ -31,34 +32,34 @@ class FileReplacement {
  public:
   virtual ~FileReplacement() = default;
   virtual void Write(std::span<const std::byte> bytes) = 0;
+  /// `FileMayNotLast` when the new file is there all the same.
   virtual void Commit() = 0;
 };
 
-/// A path held against other runs of the system, until the object or the process is gone.
-class PathClaim {
- public:
-  virtual ~PathClaim() = default;
+/// The new file is in its place, whole, but the system could not make sure that it is there after a
+/// power cut too.
+class FileMayNotLast : public Failure {
+  using Failure::Failure;
 };
 
 class Files {
  public:
   virtual ~Files() = default;
 
-  /// True for an existing file that is no directory. Never fails.
+  /// True for an existing file that is not a directory. Failure 70 when a folder above may not be
+  /// looked into.
   virtual bool Exists(const std::string& path) const = 0;
-  /// True for an existing directory. Never fails.
+  /// True for an existing directory. Failures are those of `Exists`.
   virtual bool IsDirectory(const std::string& path) const = 0;
+  /// Failure 75 for what is neither a file nor a link to one.
   virtual void Delete(const std::string& path) = 0;
   /// One level; an existing directory is no failure.
   virtual void CreateDirectory(const std::string& path) = 0;
   /// Adds to the end of the file, creating it if needed; the file is closed again on return.
   virtual void Append(const std::string& path, std::string_view bytes) = 0;
   virtual std::unique_ptr<MappedFile> Map(const std::string& path) const = 0;
+  /// Removes the temporaries in the folder that processes which were killed have left.
   virtual std::unique_ptr<FileReplacement> Replace(const std::string& path) = 0;
-  /// Holds the path, whether or not a file is there. Failure 70 while another claim, of this
-  /// process or of any other on the machine, holds it. Keeps no one from the file who does not
-  /// claim it.
-  virtual std::unique_ptr<PathClaim> Claim(const std::string& path) = 0;
   /// Local time of the last modification.
   virtual Date LastModified(const std::string& path) const = 0;
   virtual void ChangeDirectory(const std::string& path) = 0;

@@ -45,6 +45,7 @@ class SpreadsheetApplication {
   virtual void SetScreenUpdating(bool on) = 0;
   virtual std::string Version() const = 0;  ///< such as "16.0"
 
+  /// One that an earlier application of the same `OutputWorkbook` saved.
   virtual void OpenWorkbook(const std::string& path) = 0;
   virtual void AddWorkbook() = 0;
   virtual std::size_t WorksheetCount() const = 0;
@@ -64,10 +65,23 @@ class SpreadsheetApplication {
   virtual void Quit() = 0;
 };
 
+/// The workbook that one run leaves at its path. Each pass of the run saves it there by an
+/// application of its own; what one has saved the next can open. Others may see it before `Commit`
+/// only where the program itself writes it; without `Commit` the destructor removes it.
+class OutputWorkbook {
+ public:
+  virtual ~OutputWorkbook() = default;
+  virtual std::unique_ptr<SpreadsheetApplication> NewApplication() = 0;
+  /// Puts what was saved in its place. Failures are those of the files port.
+  virtual void Commit() = 0;
+};
+
 class Spreadsheet {
  public:
   virtual ~Spreadsheet() = default;
-  virtual std::unique_ptr<SpreadsheetApplication> NewApplication() = 0;
+  /// With `keep_old` a workbook that is there stays until `Commit`, and one that could not be
+  /// replaced then is a failure now. Without it the caller has removed it when `SaveAs` comes.
+  virtual std::unique_ptr<OutputWorkbook> NewOutput(const std::string& path, bool keep_old) = 0;
 };
 
 }  // namespace vok

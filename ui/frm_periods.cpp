@@ -246,7 +246,7 @@ void FrmPeriods::RunQuery() {
 void FrmPeriods::ShowRunResult(const Value::Array& parts) {
   const std::string& title = services_.host.component.product_name;
   const bool failed = parts.size() == 2;
-  result_.Show(!failed);
+  result_.Show();
   if (failed) {
     const std::string message = parts[1].ToText();
     if (!message.empty()) ShowMessage(services_, message, title, MessageIcon::kExclamation);

@@ -113,14 +113,14 @@ void RunResult::AddTo(Panel window, GridCell cell) {
   money.Grows = true;
 }
 
-void RunResult::Show(bool whole) {
+void RunResult::Show() {
   const RunReport& report = services_.publics.last_run;
   const bool written = !report.workbook.empty();
   workbook_ = written ? WholePath(services_.host.files.NativePath(report.workbook)) : "";
   form_.At(kFrame).Visible = true;
   form_.At(kPath).Text =
       written ? workbook_ : UserText(services_.publics.language, text_number::kResultNone);
-  form_.At("lblResultRows").Caption = RowsText(report, whole);
+  form_.At("lblResultRows").Caption = RowsText(report);
   for (const char* button : {"cmdOpenWorkbook", "cmdOpenFolder"})
     form_.At(button).Enabled = written;
   ShowRows(report.preview);
@@ -128,14 +128,14 @@ void RunResult::Show(bool whole) {
   form_.Focus = ControlId(written ? "cmdOpenWorkbook" : "cmdQuery");
 }
 
-std::string RunResult::RowsText(const RunReport& report, bool whole) const {
+std::string RunResult::RowsText(const RunReport& report) const {
   constexpr double kMillisecondsPerSecond = 1000;
   const Locale& locale = services_.host.locale;
   Language& language = services_.publics.language;
   if (report.workbook.empty()) {
     return report.stopped ? UserText(language, text_number::kResultStopped) : std::string();
   }
-  if (!whole) return UserText(language, text_number::kResultIncomplete);
+  if (!report.whole) return UserText(language, text_number::kResultIncomplete);
   return WithValues(UserText(language, text_number::kResultRows),
                     locale.NumberText(static_cast<double>(report.rows), 0),
                     locale.NumberText(report.total / kMillisecondsPerSecond, 1));

@@ -22,11 +22,11 @@ class RunResult {
 
   void AddTo(Panel window, GridCell cell);
 
-  /// Shows what `Publics::last_run` says. A workbook that is not `whole` could not be removed.
-  void Show(bool whole);
+  /// Shows what `Publics::last_run` says. A workbook that is not whole could not be removed.
+  void Show();
 
  private:
-  std::string RowsText(const RunReport& report, bool whole) const;
+  std::string RowsText(const RunReport& report) const;
   void ShowRows(const RunPreview& preview);
   void ShowMoney(const std::vector<MoneyTotal>& money);
   void OpenWorkbook();

@@ -20,7 +20,9 @@ bool FolderExists(const std::string& path) {
   return folder.empty() || std::filesystem::is_directory(folder, ignored);
 }
 
-int32_t NumberOf(int error, const std::string& path) {
+}  // namespace
+
+int32_t FailureNumber(int error, const std::string& path) {
   namespace number = failure_number;
   switch (error) {
     case ENOENT:
@@ -53,10 +55,8 @@ int32_t NumberOf(int error, const std::string& path) {
   }
 }
 
-}  // namespace
-
 void ThrowSystemFailure(int error, const std::string& what, const std::string& path) {
-  ThrowFileFailure(NumberOf(error, path), what, path, std::generic_category().message(error));
+  ThrowFileFailure(FailureNumber(error, path), what, path, std::generic_category().message(error));
 }
 
 FileHandle::FileHandle(FileHandle&& other) noexcept

@@ -2,10 +2,14 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <span>
 #include <string>
 
 namespace vok {
+
+/// The run-time library's number for an `errno` value about the path.
+int32_t FailureNumber(int error, const std::string& path);
 
 /// Throws the failure for an `errno` value: the run-time library's number, "Cannot <what>
 /// "<path>"", the system's own words and, where there is something to do about it, what.

@@ -10,7 +10,6 @@
 
 #include "providers/file_failures/file_failures.h"
 #include "providers/posix/file_handle.h"
-#include "providers/posix/path_claim.h"
 #include "providers/posix/posix_replacement.h"
 #include "providers/posix/system_clock.h"
 
@@ -30,8 +29,11 @@ std::string Checked(const std::string& path) {
 
 bool HasKind(const std::string& path, bool directory) {
   if (path.empty() || path.find('\0') != std::string::npos) return false;
+  const std::string native = Native(path);
   struct stat status;
-  return ::stat(Native(path).c_str(), &status) == 0 && S_ISDIR(status.st_mode) == directory;
+  if (::stat(native.c_str(), &status) == 0) return S_ISDIR(status.st_mode) == directory;
+  if (errno == EACCES) ThrowSystemFailure(errno, "look for", native);
+  return false;
 }
 
 struct stat StatusOf(const FileHandle& file, const std::string& path) {
@@ -70,6 +72,11 @@ std::string PosixFiles::NativePath(const std::string& path) const { return Nativ
 
 void PosixFiles::Delete(const std::string& path) {
   const std::string native = Checked(path);
+  struct stat status;
+  if (::stat(native.c_str(), &status) == 0 && !S_ISREG(status.st_mode) &&
+      !S_ISDIR(status.st_mode)) {
+    ThrowNoOrdinaryFile("delete", native);
+  }
   if (::unlink(native.c_str()) != 0) ThrowSystemFailure(errno, "delete", native);
 }
 
@@ -99,10 +106,6 @@ std::unique_ptr<MappedFile> PosixFiles::Map(const std::string& path) const {
 
 std::unique_ptr<FileReplacement> PosixFiles::Replace(const std::string& path) {
   return std::make_unique<PosixReplacement>(Checked(path));
-}
-
-std::unique_ptr<PathClaim> PosixFiles::Claim(const std::string& path) {
-  return ClaimPath(NativePath(path));
 }
 
 Date PosixFiles::LastModified(const std::string& path) const {

@@ -4,10 +4,9 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <atomic>
 #include <cerrno>
-#include <cstdio>
 #include <filesystem>
+#include <optional>
 #include <system_error>
 
 #include "providers/file_failures/file_failures.h"
@@ -15,12 +14,34 @@
 namespace vok {
 namespace {
 
-constexpr int kMostLinks = 40;       // as many as the kernel follows
-constexpr int kMostAttempts = 1000;  // at a temporary name that is free
+constexpr int kMostLinks = 40;  // as many as the kernel follows
 
 std::string FolderOf(const std::string& path) {
   const auto slash = path.rfind('/');
   return slash == std::string::npos ? "./" : path.substr(0, slash + 1);
+}
+
+std::optional<struct stat> StatusOf(const std::string& path, bool of_link = false) {
+  struct stat status;
+  const int result = (of_link ? ::lstat : ::stat)(path.c_str(), &status);
+  return result == 0 ? std::optional(status) : std::nullopt;
+}
+
+/// Whether everyone may make files in the folder, and only their owners remove them.
+bool IsSticky(const struct stat& folder) {
+  return (folder.st_mode & S_ISVTX) != 0 && (folder.st_mode & (S_IWGRP | S_IWOTH)) != 0;
+}
+
+/// In a folder where anyone can put a link, only those of the user or of the folder's owner are
+/// followed: the kernel's own rule, which it does not keep for who reads links.
+void RefuseForeignLink(const std::string& path) {
+  const auto link = StatusOf(path, true);
+  const auto folder = StatusOf(FolderOf(path));
+  if (!link || !folder || !IsSticky(*folder)) return;
+  if (link->st_uid == ::geteuid() || link->st_uid == folder->st_uid) return;
+  ThrowFileFailure(failure_number::kPermissionDenied, "write", path,
+                   "it is another user's link, in a folder where anyone can make one",
+                   "Remove the link, or give another name.");
 }
 
 std::string FollowLinks(std::string path) {
@@ -28,94 +49,90 @@ std::string FollowLinks(std::string path) {
     std::error_code none;
     const auto target = std::filesystem::read_symlink(path, none);
     if (none) return path;
+    RefuseForeignLink(path);
     path = target.is_absolute() ? target.string() : FolderOf(path) + target.string();
   }
   ThrowSystemFailure(ELOOP, "write", path);
 }
 
-void RefuseUnwritable(const std::string& target) {
-  struct stat status;
-  if (::stat(target.c_str(), &status) != 0) return;  // making the temporary will tell
+void RefuseSpecial(const std::string& target, const struct stat& status) {
   if (S_ISDIR(status.st_mode)) ThrowSystemFailure(EISDIR, "write", target);
   if (!S_ISREG(status.st_mode)) ThrowNoOrdinaryFile("write", target);
-  if (::access(target.c_str(), W_OK) != 0) ThrowSystemFailure(errno, "write", target);
 }
 
-// The name survives a crash only when the folder's own entry is on the disk. Some file systems know
-// no such operation; there the rename is as safe as it can be.
-void SyncFolderOf(const std::string& path) {
-  const FileHandle folder = OpenFile(FolderOf(path), O_RDONLY | O_DIRECTORY, "open the folder of");
-  if (::fsync(folder.get()) != 0 && errno != EINVAL && errno != ENOTSUP) {
-    ThrowSystemFailure(errno, "make sure on the disk of", path);
+/// What is known without trying; making the temporary will tell the rest.
+void RefuseUnwritable(const std::string& target, const struct stat& status) {
+  RefuseSpecial(target, status);
+  if (::access(target.c_str(), W_OK) != 0) ThrowSystemFailure(errno, "write", target);
+  const auto folder = StatusOf(FolderOf(target));
+  const uid_t user = ::geteuid();
+  if (folder && (folder->st_mode & S_ISVTX) != 0 && user != 0 && user != status.st_uid &&
+      user != folder->st_uid) {
+    ThrowSystemFailure(EPERM, "write", target);  // the rename would fail
   }
+}
+
+/// The system's error when the folder's own entries cannot be brought to the disk, else 0: where
+/// the folder may not be read, or the file system knows no such operation, it is as safe as it can
+/// be.
+int SyncFolder(const std::string& folder) {
+  const FileHandle file(::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+  const int error = file.IsOpen() && ::fsync(file.get()) == 0 ? 0 : errno;
+  return error == EACCES || error == EINVAL || error == ENOTSUP ? 0 : error;
 }
 
 }  // namespace
 
 PosixReplacement::PosixReplacement(const std::string& path) : target_(FollowLinks(path)) {
-  RefuseUnwritable(target_);
-  CreateTemporary();
-  try {
-    KeepPermissions();
-  } catch (...) {
-    Discard();
-    throw;
-  }
+  const auto old = StatusOf(target_);
+  if (old) RefuseUnwritable(target_, *old);
+  // Nobody else looks into what will take the place of a file that is closed to them.
+  file_.emplace(FolderOf(target_), old ? S_IRUSR | S_IWUSR : 0666, target_);
+  if (old) KeepPermissions(*old);
 }
 
-void PosixReplacement::CreateTemporary() {
-  static std::atomic<unsigned> serial{0};
-  const std::string stem = FolderOf(target_) + ".vokcube-" + std::to_string(::getpid()) + "-";
-  for (int attempt = 0; attempt < kMostAttempts; ++attempt) {
-    const std::string name = stem + std::to_string(serial++) + ".tmp";
-    file_ = FileHandle(::open(name.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666));
-    if (file_.IsOpen()) {
-      temporary_ = name;
-      return;
-    }
-    if (errno != EEXIST && errno != EINTR) break;
-  }
-  ThrowSystemFailure(errno, "write", target_);
-}
-
-void PosixReplacement::KeepPermissions() {
-  struct stat status;
-  if (::stat(target_.c_str(), &status) != 0) return;
+void PosixReplacement::KeepPermissions(const struct stat& old) {
+  const int file = file_->handle().get();
   // Only the superuser may give a file away: whose the new file is then stays as it came.
-  if (::fchown(file_.get(), status.st_uid, status.st_gid) != 0 && errno != EPERM) {
+  if (::fchown(file, old.st_uid, old.st_gid) != 0 && errno != EPERM) {
     ThrowSystemFailure(errno, "keep the owner of", target_);
   }
-  if (::fchmod(file_.get(), status.st_mode & 07777) != 0) {
+  if (::fchmod(file, old.st_mode & 07777) != 0) {
     ThrowSystemFailure(errno, "keep the permissions of", target_);
   }
 }
 
 void PosixReplacement::Write(std::span<const std::byte> bytes) {
   try {
-    WriteAll(file_, bytes, target_);
+    WriteAll(file_->handle(), bytes, target_);
   } catch (...) {
-    Discard();
+    file_->Remove();
     throw;
   }
 }
 
 void PosixReplacement::Commit() {
-  if (temporary_.empty()) ThrowNothingToCommit(target_);
-  int error = ::fsync(file_.get()) == 0 ? 0 : errno;
-  if (const int closing = file_.Reset(); error == 0) error = closing;
-  if (error == 0 && ::rename(temporary_.c_str(), target_.c_str()) != 0) error = errno;
+  if (!file_->IsThere()) ThrowNothingToCommit(target_);
+  int error = ::fsync(file_->handle().get()) == 0 ? 0 : errno;
+  if (error == 0) {
+    if (const auto taken = StatusOf(target_)) RefuseSpecial(target_, *taken);
+    error = file_->RenameTo(target_);
+  }
   if (error != 0) {
-    Discard();
+    file_->Remove();
     ThrowSystemFailure(error, "write", target_);
   }
-  temporary_.clear();
-  SyncFolderOf(target_);
+  TellUnlessSafe();
 }
 
-void PosixReplacement::Discard() noexcept {
-  file_.Reset();
-  if (!temporary_.empty()) ::unlink(temporary_.c_str());
-  temporary_.clear();
+void PosixReplacement::TellUnlessSafe() const {
+  const int error = SyncFolder(FolderOf(target_));
+  if (error == 0) return;
+  throw FileMayNotLast(FailureNumber(error, target_),
+                       "The file \"" + target_ +
+                           "\" is in its place, whole, but may be gone after a power cut: its "
+                           "folder could not be brought to the disk: " +
+                           std::generic_category().message(error) + ". Check the disk.");
 }
 
 }  // namespace vok

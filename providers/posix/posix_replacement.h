@@ -2,13 +2,16 @@
 //
 // The target may be a symbolic link: the file that it leads to is replaced. Its permissions, and as
 // far as the system allows its owner, pass to the new file. A target that the user may not write is
-// refused although the rename could be done.
+// refused although the rename could be done, and another user's link where anyone can make one.
 #pragma once
 
+#include <sys/stat.h>
+
+#include <optional>
 #include <string>
 
 #include "platform/files.h"
-#include "providers/posix/file_handle.h"
+#include "providers/posix/temporary_file.h"
 
 namespace vok {
 
@@ -17,22 +20,17 @@ class PosixReplacement : public FileReplacement {
   /// `path` is native. Failures: 70 for a folder or file that must not be written, 75 when a folder
   /// or device bears the name, 76 when the folder is missing.
   explicit PosixReplacement(const std::string& path);
-  PosixReplacement(const PosixReplacement&) = delete;
-  PosixReplacement& operator=(const PosixReplacement&) = delete;
-  ~PosixReplacement() override { Discard(); }
 
   /// A failed write gives the whole replacement up: `Commit` then fails too.
   void Write(std::span<const std::byte> bytes) override;
   void Commit() override;
 
  private:
-  void CreateTemporary();
-  void KeepPermissions();
-  void Discard() noexcept;
+  void KeepPermissions(const struct stat& old);
+  void TellUnlessSafe() const;
 
   std::string target_;
-  std::string temporary_;  ///< empty when there is none to remove
-  FileHandle file_;
+  std::optional<TemporaryFile> file_;
 };
 
 }  // namespace vok

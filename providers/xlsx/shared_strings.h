@@ -7,7 +7,6 @@
 #include <vector>
 
 #include "providers/xlsx/byte_buffer.h"
-#include "providers/xlsx/part_context.h"
 #include "providers/xlsx/text_pool.h"
 
 namespace vok::xlsx {
@@ -37,24 +36,6 @@ class TextOrder {
   uint64_t uses_ = 0;
 };
 
-/// The text of a <si> or <is> element while its XML is read.
-class StringItem {
- public:
-  void Begin();
-  void Start(std::string_view name, PartContext& context);
-  void End(std::string_view name);
-  void Characters(std::string_view characters, const PartContext& context);
-  /// The number of the finished text in `pool`. A text beyond `kMaxTextUnits` is a failure.
-  uint32_t Finish(TextPool& pool, const PartContext& context);
-
- private:
-  std::string text_;
-  bool in_text_ = false;
-  bool in_phonetic_ = false;
-};
-
 void AppendSharedStrings(ByteBuffer& xml, const TextPool& pool, const TextOrder& order);
-/// The texts' numbers in `pool`, in the part's order.
-std::vector<uint32_t> ReadSharedStrings(std::string_view xml, TextPool& pool, PartContext& context);
 
 }  // namespace vok::xlsx

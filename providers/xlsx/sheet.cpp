@@ -39,40 +39,14 @@ Cell Cell::Text(uint32_t number) {
   return cell;
 }
 
-Cell Cell::Error(uint32_t number) {
-  Cell cell = Text(number);
-  cell.kind = CellKind::kError;
-  return cell;
-}
-
 uint16_t Sheet::ColumnFormat(uint32_t column) const {
-  return column <= columns_.size() ? columns_[column - 1].format : uint16_t{0};
-}
-
-const Cell* Sheet::Find(CellPlace place) const {
-  const auto row = FindRow(rows_, place.row);
-  if (row == rows_.end() || row->number != place.row) return nullptr;
-  const auto cell = FindCell(row->cells, place.column);
-  return cell != row->cells.end() && cell->column == place.column ? &*cell : nullptr;
-}
-
-bool Sheet::IsBlank(CellPlace place) const {
-  const Cell* cell = Find(place);
-  return cell == nullptr || cell->kind == CellKind::kBlank;
+  return column <= column_formats_.size() ? column_formats_[column - 1] : uint16_t{0};
 }
 
 Row& Sheet::RowAt(uint32_t number) {
   if (rows_.empty() || rows_.back().number < number) return rows_.emplace_back(Row{number, {}});
   const auto row = FindRow(rows_, number);
   return row->number == number ? *row : *rows_.insert(row, Row{number, {}});
-}
-
-void Sheet::AppendCell(uint32_t row, const Cell& cell) {
-  if (rows_.empty() || rows_.back().number != row) {
-    const std::size_t likely = rows_.empty() ? 0 : rows_.back().cells.size();
-    rows_.emplace_back(Row{row, {}}).cells.reserve(likely);
-  }
-  rows_.back().cells.push_back(cell);
 }
 
 void Sheet::Assign(CellPlace place, std::span<const Cell> contents) {
@@ -97,24 +71,14 @@ void Sheet::Assign(CellPlace place, std::span<const Cell> contents) {
   }
 }
 
-void Sheet::GrowColumns(uint32_t count) {
-  if (columns_.size() < count) columns_.resize(count);
-}
-
 void Sheet::SetColumnsFormat(ColumnRange range, uint16_t format) {
-  GrowColumns(range.last);
-  for (uint32_t column = range.first; column <= range.last; ++column) {
-    columns_[column - 1].format = format;
-  }
+  if (column_formats_.size() < range.last) column_formats_.resize(range.last);
+  std::fill(column_formats_.begin() + range.first - 1, column_formats_.begin() + range.last,
+            format);
   for (Row& row : rows_) {
     auto cell = FindCell(row.cells, range.first);
     for (; cell != row.cells.end() && cell->column <= range.last; ++cell) cell->format = format;
   }
-}
-
-void Sheet::SetColumns(ColumnRange range, const Column& column) {
-  GrowColumns(range.last);
-  std::fill(columns_.begin() + range.first - 1, columns_.begin() + range.last, column);
 }
 
 }  // namespace vok::xlsx

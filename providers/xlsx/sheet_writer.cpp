@@ -9,7 +9,7 @@
 namespace vok::xlsx {
 namespace {
 
-/// Most bytes of a row's or a cell's XML, an error's text not counted.
+/// Most bytes of a row's or a cell's XML.
 constexpr std::size_t kMaxRowXml = 64;
 constexpr std::size_t kMaxCellXml = 112;
 
@@ -32,10 +32,16 @@ char* PutNumber(char* at, Number value) {
   return std::to_chars(at, at + kLongest, value).ptr;
 }
 
+struct Column {
+  uint16_t format = 0;
+  uint32_t width = 0;  ///< in characters; 0: the program's own
+  friend bool operator==(const Column&, const Column&) = default;
+};
+
 class SheetWriter {
  public:
   SheetWriter(ByteBuffer& xml, const Workbook& workbook, const Sheet& sheet, TextOrder& order)
-      : xml_(xml), workbook_(workbook), sheet_(sheet), order_(order), columns_(sheet.columns()) {
+      : xml_(xml), workbook_(workbook), sheet_(sheet), order_(order) {
     FitColumns();
     for (uint32_t column = 1; column <= last_column_; ++column) {
       names_.push_back(ColumnName(column));
@@ -62,14 +68,13 @@ class SheetWriter {
       case CellKind::kBlank:
         return 0;
       case CellKind::kText:
-      case CellKind::kError:
         return workbook_.texts.Width(cell.text);
       default:
         return kNumberWidth;
     }
   }
 
-  /// Gives a width to the columns that have contents and no width of their own.
+  /// Gives a width to the columns that have contents or a format.
   void FitColumns() {
     std::vector<uint32_t> widest(kMaxColumns);
     for (const Row& row : sheet_.rows()) {
@@ -81,11 +86,11 @@ class SheetWriter {
         last_column_ = std::max<uint32_t>(last_column_, row.cells.back().column);
       }
     }
-    fitted_.resize(std::max<std::size_t>(columns_.size(), last_column_));
-    columns_.resize(fitted_.size());
+    const std::vector<uint16_t>& formats = sheet_.column_formats();
+    columns_.resize(std::max<std::size_t>(formats.size(), last_column_));
     for (std::size_t i = 0; i < columns_.size(); ++i) {
-      fitted_[i] = columns_[i].width == 0;
-      if (fitted_[i] && (widest[i] > 0 || columns_[i].format != 0)) {
+      if (i < formats.size()) columns_[i].format = formats[i];
+      if (widest[i] > 0 || columns_[i].format != 0) {
         columns_[i].width = std::clamp(widest[i] + kMargin, kNarrowest, kWidest);
       }
     }
@@ -102,10 +107,7 @@ class SheetWriter {
     xml_ << "<cols>";
     for (std::size_t first = 0; first < columns_.size();) {
       std::size_t end = first + 1;
-      while (end < columns_.size() && columns_[end] == columns_[first] &&
-             fitted_[end] == fitted_[first]) {
-        ++end;
-      }
+      while (end < columns_.size() && columns_[end] == columns_[first]) ++end;
       if (is_known(columns_[first])) WriteColumn(first, end);
       first = end;
     }
@@ -114,11 +116,10 @@ class SheetWriter {
 
   void WriteColumn(std::size_t first, std::size_t end) {
     const Column& column = columns_[first];
-    char width[kLongest];
     xml_ << "<col min=\"" << std::to_string(first + 1) << "\" max=\"" << std::to_string(end)
-         << "\" width=\"" << std::string_view(width, PutNumber(width, column.width));
+         << "\" width=\"" << std::to_string(column.width);
     if (column.format != 0) xml_ << "\" style=\"" << std::to_string(column.format);
-    xml_ << (fitted_[first] ? "\" bestFit=\"1\" customWidth=\"1\"/>" : "\" customWidth=\"1\"/>");
+    xml_ << "\" bestFit=\"1\" customWidth=\"1\"/>";
   }
 
   void WriteRow(const Row& row) {
@@ -153,18 +154,8 @@ class SheetWriter {
       case CellKind::kText:
         at = PutNumber(Put(at, "\" t=\"s\"><v>"), order_.Use(cell.text));
         break;
-      case CellKind::kError:
-        at = PutError(Put(at, "\" t=\"e\"><v>"), cell);
-        break;
     }
     return Put(at, "</v></c>");
-  }
-
-  /// Like the others, but of any length: takes the row's reserve anew behind it.
-  char* PutError(char* at, const Cell& cell) {
-    xml_.AdvanceTo(at);
-    AppendXmlText(xml_, workbook_.texts.At(cell.text));
-    return xml_.Reserve(kMaxRowXml + last_column_ * kMaxCellXml);
   }
 
   ByteBuffer& xml_;
@@ -172,7 +163,6 @@ class SheetWriter {
   const Sheet& sheet_;
   TextOrder& order_;
   std::vector<Column> columns_;
-  std::vector<bool> fitted_;
   std::vector<std::string> names_;
   uint32_t last_column_ = 0;
 };

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <iterator>
-#include <map>
 
 #include "providers/xlsx/text_rules.h"
 
@@ -10,9 +9,6 @@ namespace vok::xlsx {
 namespace {
 
 constexpr uint32_t kFirstOwnId = 164;
-constexpr uint32_t kMaxId = 0xFFFFFF;
-constexpr uint32_t kMaxStyles = 64'000;
-constexpr std::size_t kMaxFormats = 1024;
 
 struct BuiltIn {
   uint32_t id;
@@ -57,56 +53,6 @@ uint32_t IdOf(std::string_view code, std::size_t index) {
   return found != std::end(kBuiltIns) ? found->id : kFirstOwnId + static_cast<uint32_t>(index);
 }
 
-class StylesReader : public xml::Handler {
- public:
-  StylesReader(Workbook& workbook, PartContext& context) : workbook_(workbook), context_(context) {
-    for (const BuiltIn& known : kBuiltIns) codes_.emplace(known.id, known.code);
-  }
-
-  void Start(std::string_view name, const xml::Attributes& attributes) override {
-    if (name == "numFmt") {
-      codes_[Count(attributes, "numFmtId", kMaxId)] =
-          ResolveEscapes(std::string(attributes.Get("formatCode")));
-    } else if (name == "cellXfs") {
-      in_cells_ = true;
-    } else if (name == "xf" && in_cells_) {
-      AddStyle(attributes);
-    } else if (name == "dxf") {
-      context_.LoseElement(name);
-    }
-  }
-  void End(std::string_view name) override {
-    if (name == "cellXfs") in_cells_ = false;
-  }
-
-  std::vector<uint16_t> styles;
-
- private:
-  uint32_t Count(const xml::Attributes& attributes, std::string_view name, uint32_t most) const {
-    return context_.Count(name, attributes.Get(name), 0, most);
-  }
-
-  void AddStyle(const xml::Attributes& attributes) {
-    if (styles.size() >= kMaxStyles) context_.Fail("there are more than 64000 styles");
-    for (const char* look : {"fontId", "fillId", "borderId"}) {
-      if (Count(attributes, look, kMaxStyles) != 0) context_.Lose("fonts, fills or borders");
-    }
-    for (const char* look : {"applyAlignment", "applyProtection"}) {
-      if (attributes.IsTrue(look)) context_.Lose("alignment or protection of cells");
-    }
-    const auto code = codes_.find(Count(attributes, "numFmtId", kMaxId));
-    if (code == codes_.end())
-      context_.Lose("number format " + std::string(attributes.Get("numFmtId")));
-    styles.push_back(workbook_.Format(code == codes_.end() ? "General" : code->second));
-    if (workbook_.formats.size() > kMaxFormats) context_.Fail("there are too many number formats");
-  }
-
-  Workbook& workbook_;
-  PartContext& context_;
-  std::map<uint32_t, std::string> codes_;
-  bool in_cells_ = false;
-};
-
 void AppendOwnFormats(ByteBuffer& xml, const Workbook& workbook) {
   ByteBuffer own;
   std::size_t count = 0;
@@ -143,12 +89,6 @@ void AppendStyles(ByteBuffer& xml, const Workbook& workbook) {
   }
   xml << "</cellXfs><cellStyles count=\"1\"><cellStyle name=\"Normal\" xfId=\"0\" builtinId=\"0\"/>"
          "</cellStyles></styleSheet>";
-}
-
-std::vector<uint16_t> ReadStyles(std::string_view xml, Workbook& workbook, PartContext& context) {
-  StylesReader reader(workbook, context);
-  context.Parse(xml, reader);
-  return std::move(reader.styles);
 }
 
 }  // namespace vok::xlsx

@@ -121,35 +121,6 @@ std::optional<Substitute> SubstituteFor(std::string_view text) {
   }
 }
 
-void AppendUtf8(std::string& text, uint32_t code) {
-  if (code < 0x80) {
-    text += static_cast<char>(code);
-    return;
-  }
-  const int tail = code < 0x800 ? 1 : code < 0x10000 ? 2 : 3;
-  constexpr uint8_t kLeads[] = {0, 0xC0, 0xE0, 0xF0};
-  text += static_cast<char>(kLeads[tail] | code >> (6 * tail));
-  for (int i = tail - 1; i >= 0; --i) text += static_cast<char>(0x80 | (code >> (6 * i) & 0x3F));
-}
-
-std::optional<uint16_t> WholeEscape(std::string_view text) {
-  if (text.size() < kEscapeSize || text[kEscapeSize - 1] != '_') return std::nullopt;
-  return EscapeValue(text);
-}
-
-/// Takes the escape of `unit` from the front of the text, and with a high surrogate its low one.
-void ResolveOne(std::string& out, uint16_t unit, std::string_view& text) {
-  text.remove_prefix(kEscapeSize);
-  if ((unit & 0xF800) != 0xD800) return AppendUtf8(out, unit);
-  const auto low = WholeEscape(text);
-  if (unit >= 0xDC00 || !low || (*low & 0xFC00) != 0xDC00) {
-    out += kReplacement;
-    return;
-  }
-  text.remove_prefix(kEscapeSize);
-  AppendUtf8(out, 0x10000 + ((unit & 0x3FFu) << 10) + (*low & 0x3FFu));
-}
-
 }  // namespace
 
 bool IsUtf8(std::string_view text) {
@@ -202,20 +173,6 @@ bool NeedsPreserve(std::string_view text) {
   const auto is_blank = [](char c) { return c == ' ' || c == '\t' || c == '\n'; };
   return !text.empty() && (is_blank(text.front()) || is_blank(text.back()) ||
                            text.find_first_of("\t\n") != std::string_view::npos);
-}
-
-std::string ResolveEscapes(std::string text) {
-  if (text.find("_x") == std::string::npos) return text;
-  std::string out;
-  for (std::string_view rest = text; !rest.empty();) {
-    if (const auto unit = WholeEscape(rest)) {
-      ResolveOne(out, *unit, rest);
-    } else {
-      out += rest[0];
-      rest.remove_prefix(1);
-    }
-  }
-  return out;
 }
 
 }  // namespace vok::xlsx

@@ -26,7 +26,5 @@ std::string ToUtf8(std::string_view bytes);
 void AppendXmlText(ByteBuffer& xml, std::string_view text);
 /// True when XML readers would drop or fold blanks of the text unless told to preserve them.
 bool NeedsPreserve(std::string_view text);
-/// The text that a file's `_xHHHH_` escapes stand for.
-std::string ResolveEscapes(std::string text);
 
 }  // namespace vok::xlsx

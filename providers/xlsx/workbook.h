@@ -1,8 +1,7 @@
-// A workbook in memory: what the format's files hold of what this system keeps.
+// A workbook in memory.
 #pragma once
 
 #include <cstdint>
-#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -17,8 +16,7 @@ struct Workbook {
   TextPool texts;
   std::vector<std::string> formats{"General"};  ///< number formats, "@" is text
   std::vector<Sheet> sheets;
-  std::size_t active = 0;           ///< index into `sheets`
-  std::vector<std::string> unkept;  ///< what the file had and a save of this would lose
+  std::size_t active = 0;  ///< index into `sheets`
 
   /// The index of the number format, added when it is new.
   uint16_t Format(std::string_view code);
@@ -27,9 +25,5 @@ struct Workbook {
 /// The whole file. The same workbook gives the same bytes. Failure 1004 when a part grows beyond
 /// what the format holds; `path` is for its text.
 ByteBuffer WriteWorkbook(const Workbook& workbook, const std::string& path);
-
-/// Failure 1004 for a file that is no workbook, damaged, encrypted or beyond the limits; its text
-/// names `path` and the part.
-Workbook ReadWorkbook(std::span<const std::byte> file, const std::string& path);
 
 }  // namespace vok::xlsx

@@ -1,6 +1,6 @@
 #include <algorithm>
 #include <cmath>
-#include <optional>
+#include <span>
 #include <utility>
 
 #include "platform/calendar.h"
@@ -96,9 +96,15 @@ class CellMaker {
   std::size_t column_ = 0;
 };
 
+/// What the applications of a run hand on.
+struct SavedWorkbook {
+  std::string path;
+  std::shared_ptr<Workbook> workbook;  ///< as it was saved last; null: not saved, or open again
+};
+
 class XlsxApplication : public SpreadsheetApplication {
  public:
-  explicit XlsxApplication(Files& files) : files_(files) {}
+  explicit XlsxApplication(SavedWorkbook& saved) : saved_(saved) {}
 
   void SetDisplayAlerts(bool) override {}   // there is nobody to alert
   void SetScreenUpdating(bool) override {}  // and no screen
@@ -106,13 +112,18 @@ class XlsxApplication : public SpreadsheetApplication {
 
   void OpenWorkbook(const std::string& path) override {
     CheckNoneOpen();
-    const auto file = files_.Map(path);
-    workbook_ = ReadWorkbook(file->Bytes(), path);
+    if (path != saved_.path || !saved_.workbook) {
+      Refuse("The workbook \"" + path +
+             "\" cannot be opened: rows are added only to what the same run has saved. Run the "
+             "query into a new workbook.");
+    }
+    workbook_ = std::move(saved_.workbook);
   }
 
   void AddWorkbook() override {
     CheckNoneOpen();
-    workbook_.emplace().sheets.emplace_back("Sheet1");
+    workbook_ = std::make_shared<Workbook>();
+    workbook_->sheets.emplace_back("Sheet1");
   }
 
   std::size_t WorksheetCount() const override { return Open().sheets.size(); }
@@ -169,19 +180,30 @@ class XlsxApplication : public SpreadsheetApplication {
       Refuse("The workbook \"" + path + "\" cannot be saved: file format " +
              std::to_string(format) + " is not supported, only 51 (.xlsx) is.");
     }
-    CheckNothingLost(path);
-    const ByteBuffer file = WriteWorkbook(Open(), path);
-    WriteWholeFile(files_, path, file.View());
+    if (path != saved_.path) {
+      Refuse("The workbook cannot be saved as \"" + path + "\": this run writes \"" + saved_.path +
+             "\".");
+    }
+    CheckOpen();
+    saved_.workbook = workbook_;
   }
 
   void Quit() override { workbook_.reset(); }
 
  private:
-  const Workbook& Open() const {
+  void CheckOpen() const {
     if (!workbook_) throw Failure(failure_number::kObjectNotSet, "No workbook is open.");
+  }
+  const Workbook& Open() const {
+    CheckOpen();
     return *workbook_;
   }
-  Workbook& Open() { return const_cast<Workbook&>(std::as_const(*this).Open()); }
+  /// To be changed: what was saved stays as it is.
+  Workbook& Open() {
+    CheckOpen();
+    if (workbook_ == saved_.workbook) workbook_ = std::make_shared<Workbook>(*workbook_);
+    return *workbook_;
+  }
   const Sheet& Active() const { return Open().sheets[Open().active]; }
   Sheet& Active() { return Open().sheets[Open().active]; }
 
@@ -207,23 +229,39 @@ class XlsxApplication : public SpreadsheetApplication {
            "\": it has 1048576 rows and 16384 columns. Split the query into several workbooks.");
   }
 
-  void CheckNothingLost(const std::string& path) const {
-    const std::vector<std::string>& unkept = Open().unkept;
-    if (unkept.empty()) return;
-    std::string list;
-    for (const std::string& note : unkept) list += (list.empty() ? "" : "; ") + note;
-    Refuse("The workbook \"" + path + "\" is not saved, since this would lose: " + list +
-           ". Use a workbook without these.");
+  SavedWorkbook& saved_;
+  std::shared_ptr<Workbook> workbook_;
+};
+
+class XlsxOutput : public OutputWorkbook {
+ public:
+  XlsxOutput(Files& files, const std::string& path, bool keep_old)
+      : files_(files), saved_{path, {}} {
+    if (keep_old) file_ = files.Replace(path);
   }
 
+  std::unique_ptr<SpreadsheetApplication> NewApplication() override {
+    return std::make_unique<XlsxApplication>(saved_);
+  }
+
+  void Commit() override {
+    if (!saved_.workbook) throw Failure(failure_number::kObjectNotSet, "No workbook was saved.");
+    const ByteBuffer bytes = WriteWorkbook(*saved_.workbook, saved_.path);
+    const auto file = file_ ? std::move(file_) : files_.Replace(saved_.path);
+    file->Write(std::as_bytes(std::span(bytes.data(), bytes.size())));
+    file->Commit();
+  }
+
+ private:
   Files& files_;
-  std::optional<Workbook> workbook_;
+  SavedWorkbook saved_;
+  std::unique_ptr<FileReplacement> file_;  ///< made early to see that it can be
 };
 
 }  // namespace
 
-std::unique_ptr<SpreadsheetApplication> XlsxSpreadsheet::NewApplication() {
-  return std::make_unique<XlsxApplication>(files_);
+std::unique_ptr<OutputWorkbook> XlsxSpreadsheet::NewOutput(const std::string& path, bool keep_old) {
+  return std::make_unique<XlsxOutput>(files_, path, keep_old);
 }
 
 }  // namespace vok::xlsx

@@ -2,6 +2,7 @@
 
 #include <gmock/gmock.h>
 
+#include <algorithm>
 #include <map>
 
 #include "component/cl_me.h"
@@ -11,12 +12,20 @@ namespace vok::test {
 namespace {
 
 using ::testing::AllOf;
+using ::testing::Contains;
 using ::testing::ElementsAre;
 using ::testing::EndsWith;
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
 using ::testing::Not;
 using ::testing::StartsWith;
+
+/// An entry of the log: 80 characters a line.
+std::string AsLogged(const std::string& mdx) {
+  std::string entry = "\r\n\r\n";
+  for (std::size_t at = 0; at < mdx.size(); at += 80) entry += mdx.substr(at, 80) + "\r\n";
+  return entry;
+}
 
 /// One row, one column: Q0.
 FakeAnswer OneCell(double value) {
@@ -46,6 +55,14 @@ struct QueryRunTest : ::testing::Test, ComponentHost {
     };
   }
 
+  /// The workbook appears at its path with the first pass, as from a program that writes it itself.
+  void WriteItself() {
+    cube.answer = [this, before = cube.answer](const std::string& mdx) {
+      if (cube.queries.size() == 3) memory.files.files["out.xlsX"] = "of the first query";
+      return before(mdx);
+    };
+  }
+
   /// Asks for a stop while the cube is opened (0), probed (1) or queried (2, 3); it goes on at
   /// that.
   void StopDuring(std::size_t moment) {
@@ -55,7 +72,6 @@ struct QueryRunTest : ::testing::Test, ComponentHost {
     cube.answer = [this, moment](const std::string&) -> FakeAnswer {
       EXPECT_LE(cube.queries.size(), moment);
       if (cube.queries.size() == moment) stop.Ask();
-      if (cube.queries.size() == 3) memory.files.files["out.xlsX"] = "of the first query";
       return cube.queries.size() == 1 ? FakeAnswer{{{}, {}}, {}} : OneCell(1);
     };
   }
@@ -92,9 +108,15 @@ TEST_F(QueryRunTest, WithoutOpeningBalancesOneQueryIsLoggedRunAndWritten) {
     cube.queries.clear();
     cube.connection_calls.clear();
     sheets.record = {};
-    Answer(OneCell(5), {});
+    std::string log_when_asked;
+    cube.answer = [&](const std::string&) -> FakeAnswer {
+      log_when_asked = LogOf("MdxQry");
+      return cube.queries.size() == 1 ? FakeAnswer{{{}, {}}, {}} : OneCell(5);
+    };
     ASSERT_EQ(Run(), 0);
     ASSERT_EQ(cube.queries.size(), 2u);
+    EXPECT_THAT(log_when_asked, EndsWith(AsLogged(cube.queries[1])));
+    EXPECT_EQ(sheets.record.lines.back(), "commit");
     EXPECT_THAT(cube.queries[1], EndsWith("[All].[Ledger1])"));
     EXPECT_THAT(Logs(), ElementsAre("MdxQry.log"));
     EXPECT_THAT(LogOf("MdxQry"), StartsWith("\r\n\r\nWITH MEMBER [DATE].[Q0] AS \r\n'("));
@@ -121,6 +143,7 @@ TEST_F(QueryRunTest, TheOpeningBalancePassAppends) {
   EXPECT_THAT(cube.queries[2],
               AllOf(EndsWith("[Opening_Balance].[All].[0])"), Not(HasSubstr("[DATE].[m1]"))));
   EXPECT_THAT(Opened(), ElementsAre("add", "open out.xlsX"));
+  EXPECT_EQ(std::count(sheets.record.lines.begin(), sheets.record.lines.end(), "commit"), 1);
   EXPECT_EQ(sheets.record.blocks[0].rows, 2u);
   EXPECT_EQ(sheets.record.blocks[25].rows, 1u);
   EXPECT_EQ(sheets.record.blocks[25].At(1, 12), Value(6.0));
@@ -155,6 +178,7 @@ TEST_F(QueryRunTest, PassesWithoutPeriodsAreLoggedAsSuch) {
   database.tables["Periods"][0] = {{"SetName", "2010"}, {"includeOpenBalans3", true}};
   EXPECT_EQ(Run(), 0);
   EXPECT_EQ(LogOf("MdxQry"), "\r\n\r\nNo valid MDX\r\n");
+  EXPECT_EQ(publics.last_run.queries, 0U);
   AddOpeningBalance();
   EXPECT_EQ(Run(), 0);
   EXPECT_EQ(LogOf("MdxQry1"), "\r\n\r\nNo valid MDX\r\n");
@@ -171,6 +195,7 @@ TEST_F(QueryRunTest, AnAxisWithoutPositionsWritesNoWorkbook) {
     EXPECT_EQ(Run(), 0);
     EXPECT_THAT(sheets.record.lines, IsEmpty());
     EXPECT_EQ(publics.last_run.workbook, "");
+    EXPECT_EQ(publics.last_run.queries, 1U);
   }
 }
 
@@ -225,7 +250,6 @@ TEST_F(QueryRunTest, EveryFailureHasItsAnswerAndItsReport) {
          t.cube.answer = [&t](const auto&) -> FakeAnswer {
            if (t.cube.queries.size() == 1) return {{{}, {}}, {}};
            if (t.cube.queries.size() == 2) return OneCell(1);
-           t.memory.files.files["out.xlsX"] = "the first pass alone";
            throw Failure(7, "out of memory");
          };
        },
@@ -253,16 +277,48 @@ TEST_F(QueryRunTest, EveryFailureHasItsAnswerAndItsReport) {
     void TestBody() override {}
   };
   for (const auto& c : cases) {
-    Case run;
-    run.memory.files.files["out.xlsX"] = "old";
-    c.spoil(run);
-    EXPECT_EQ(run.RunComponent(), AnswerOf(c.code)) << c.name;
-    EXPECT_FALSE(run.memory.files.files.contains("out.xlsX")) << c.name;
-    EXPECT_EQ(run.publics.last_run.stopped, c.code == kQueryCancelled) << c.name;
-    EXPECT_EQ(run.publics.last_run.preview.rows.size(), 0U) << c.name;
-    EXPECT_EQ(run.memory.boxes.boxes.empty(), c.report == nullptr) << c.name;
-    if (c.report == nullptr) continue;
-    EXPECT_THAT(run.memory.boxes.boxes.back().text, HasSubstr(c.report)) << c.name;
+    for (const bool keep_old : {false, true}) {
+      SCOPED_TRACE(c.name);
+      Case run;
+      run.memory.files.files["out.xlsX"] = "old";
+      run.publics.keep_old_workbook = keep_old;
+      c.spoil(run);
+      EXPECT_EQ(run.RunComponent(), AnswerOf(c.code));
+      EXPECT_EQ(run.memory.files.files.contains("out.xlsX"), keep_old);
+      EXPECT_THAT(run.sheets.record.lines, Not(Contains("commit")));
+      EXPECT_EQ(run.publics.last_run.stopped, c.code == kQueryCancelled);
+      EXPECT_EQ(run.publics.last_run.workbook, "");
+      EXPECT_EQ(run.publics.last_run.preview.rows.size(), 0U);
+      EXPECT_EQ(run.memory.boxes.boxes.empty(), c.report == nullptr);
+      if (c.report == nullptr) continue;
+      EXPECT_THAT(run.memory.boxes.boxes.back().text, HasSubstr(c.report));
+    }
+  }
+}
+
+TEST_F(QueryRunTest, WhatAFailedRunCouldNotTakeBackIsInItsReport) {
+  StopDuring(3);
+  WriteItself();
+  EXPECT_EQ(Run(), kQueryCancelled);
+  EXPECT_EQ(publics.last_run.workbook, "out.xlsX");
+  EXPECT_FALSE(publics.last_run.whole);
+}
+
+TEST_F(QueryRunTest, AWholeWorkbookStaysWhenTheCubeCannotBeClosed) {
+  AddOpeningBalance();
+  for (const std::size_t closed : {3U, 4U}) {  // the last cellset, the connection
+    std::size_t closes = 0;
+    cube.queries.clear();
+    sheets.record = {};
+    Answer(OneCell(5), OneCell(6));
+    cube.on_close = [&] {
+      if (++closes == closed) throw Failure(-2147467259, "the line is dead");
+    };
+    EXPECT_EQ(Run(), -2147467259);
+    EXPECT_EQ(publics.last_run.workbook, "out.xlsX");
+    EXPECT_TRUE(publics.last_run.whole);
+    EXPECT_EQ(publics.last_run.rows, 2U);
+    EXPECT_THAT(memory.boxes.boxes.back().text, HasSubstr("the line is dead"));
   }
 }
 
@@ -272,9 +328,6 @@ TEST_F(QueryRunTest, AWorkbookInTheWayIsToldBeforeAnythingElse) {
   publics.status.LastError = "of a run before";
   EXPECT_EQ(Run(), 75);
   EXPECT_EQ(publics.status.LastError, "");
-  memory.files.refused.clear();
-  memory.files.claimed.insert("out.xlsX");
-  EXPECT_EQ(Run(), 70) << "another run writes it";
   EXPECT_THAT(cube.connection_calls, IsEmpty());
   EXPECT_EQ(memory.files.files["out.xlsX"], "old");
 }
@@ -292,10 +345,10 @@ TEST_F(QueryRunTest, StepsAreTimedAlsoWhenTheClockWraps) {
   Answer(OneCell(5), {});
   ASSERT_EQ(CubtoXls(timed, publics, "Sales", "2010", "out"), 0);
   const RunReport& report = publics.last_run;
-  for (const uint32_t step :
-       {report.settings, report.cube, report.mdx, report.grid, report.writing}) {
+  for (const uint32_t step : {report.settings, report.cube, report.mdx, report.grid}) {
     EXPECT_EQ(step, 1u);
   }
+  EXPECT_EQ(report.writing, 2u) << "to the sheet, and to the disk";
 }
 
 }  // namespace

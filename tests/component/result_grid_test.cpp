@@ -100,7 +100,8 @@ TEST(DisplayCellset, RefusesAThirdAxisWithAReport) {
   ComponentHost machine;
   Publics publics;
   const fake_cube::AnswerCellset cellset(machine.cube, {{{}, {}, {}}, {}});
-  EXPECT_THROW(DisplayCellsetOmvinExcel(machine.host, publics, cellset, "out", false), Failure);
+  EXPECT_THROW(DisplayCellsetOmvinExcel(machine.host, publics, cellset, RunOutput(), false),
+               Failure);
   ASSERT_EQ(machine.memory.boxes.boxes.size(), 1u);
   EXPECT_THAT(machine.memory.boxes.boxes[0].text,
               AllOf(HasSubstr("Cellsets with more than two axes are not supported by the Pleipi."),

@@ -20,7 +20,7 @@ struct WorkbookWriterTest : ::testing::Test, ComponentHost {
     grid.At(1, 1) = "0";
   }
 
-  void Write(bool append) { Arrtoxls(host, grid, "out", append, periods); }
+  void Write(bool append) { Arrtoxls(host, grid, output, append, periods); }
 
   /// The lines of the opening steps, those of the 24 labels, and those of the saving.
   static Lines WithLabels(Lines opening, const Lines& saving) {
@@ -34,6 +34,7 @@ struct WorkbookWriterTest : ::testing::Test, ComponentHost {
   const Lines saving{"save out.xlsX 51", "updating on", "alerts on", "quit", "release"};
   PeriodSet periods;
   CellBlock grid{2, 13};
+  RunOutput output = NewRunOutput(host, "out.xlsX", false);
 };
 
 TEST_F(WorkbookWriterTest, WritesANewWorkbookInOrder) {
@@ -90,7 +91,7 @@ TEST_F(WorkbookWriterTest, FailuresLetTheProgramGoAreReportedAndThrownOn) {
   }
 }
 
-TEST_F(WorkbookWriterTest, AnOldWorkbookGoesBeforeAnythingIsWritten) {
+TEST_F(WorkbookWriterTest, AnOldWorkbookGoesBeforeAnythingIsWrittenUnlessItIsKept) {
   memory.files.files["out.xlsX"] = "old";
   Write(false);
   EXPECT_FALSE(memory.files.files.contains("out.xlsX"));
@@ -102,8 +103,25 @@ TEST_F(WorkbookWriterTest, AnOldWorkbookGoesBeforeAnythingIsWritten) {
   EXPECT_EQ(sheets.record.lines, (Lines{"create", "release"}));
   EXPECT_EQ(memory.files.files["out.xlsX"], "old");
 
+  output.keep_old = true;
+  Write(false);
+  EXPECT_EQ(memory.files.files["out.xlsX"], "old");
+
   memory.files.folders.insert("folder.xlsX");
-  EXPECT_THROW(DeleteOldWorkbook(memory.files, "folder.xlsX"), Failure);
+  for (const bool keep_old : {false, true}) {
+    EXPECT_EQ(NumberOf([&] { NewRunOutput(host, "folder.xlsX", keep_old); }),
+              failure_number::kPathAccess);
+  }
+}
+
+TEST_F(WorkbookWriterTest, AWorkbookThatIsThereButMayNotLastIsTold) {
+  sheets.record.on_commit = [] { throw FileMayNotLast(57, "is in its place"); };
+  CommitWorkbook(host, output);
+  ASSERT_EQ(memory.boxes.boxes.size(), 1u);
+  EXPECT_THAT(memory.boxes.boxes[0].text, HasSubstr("is in its place"));
+  sheets.record.on_commit = [] { throw Failure(57, "not written"); };
+  EXPECT_EQ(NumberOf([&] { CommitWorkbook(host, output); }), 57);
+  EXPECT_THAT(memory.boxes.boxes.at(1).text, HasSubstr("Function : Arrtoxls"));
 }
 
 }  // namespace

@@ -40,10 +40,6 @@ class FailingFiles : public Files {
     Count();
     return std::make_unique<Replacement>(*this, below_.Replace(path));
   }
-  std::unique_ptr<PathClaim> Claim(const std::string& path) override {
-    Count();
-    return below_.Claim(path);
-  }
   Date LastModified(const std::string& path) const override {
     Count();
     return below_.LastModified(path);

@@ -44,7 +44,8 @@ struct FakeCube {
   std::vector<FakeDimension> dimensions;
   std::function<FakeAnswer(const std::string& mdx)> answer;
   std::function<void()> on_open = [] {};
-  std::vector<std::string> catalogs;  ///< as the schema rowset lists them
+  std::function<void()> on_close = [] {};  ///< of a cellset or the connection
+  std::vector<std::string> catalogs;       ///< as the schema rowset lists them
   std::string default_catalog;
 
   std::vector<std::string> connection_calls;
@@ -163,7 +164,10 @@ class Connection : public CubeConnection {
                                      std::to_string(options));
     cube_.on_open();
   }
-  void Close() override { cube_.connection_calls.push_back("close"); }
+  void Close() override {
+    cube_.connection_calls.push_back("close");
+    cube_.on_close();
+  }
   void Cancel() override { cube_.connection_calls.push_back("cancel"); }
   std::string DefaultDatabase() const override { return cube_.default_catalog; }
   std::vector<std::string> CatalogNames() const override { return cube_.catalogs; }
@@ -220,6 +224,7 @@ class AnswerCellset : public Cellset {
     if (!open_) throw Failure(failure_number::kObjectClosed, "Not open");
     open_ = false;
     --cube_.open_cellsets;
+    cube_.on_close();
   }
   std::size_t AxisCount() const override { return axes_.size(); }
   const CellsetAxis& AxisAt(std::size_t index) const override { return axes_.at(index); }

@@ -39,11 +39,7 @@ class MemoryFiles : public Files {
   }
   std::unique_ptr<FileReplacement> Replace(const std::string& path) override {
     Check(path);
-    return std::make_unique<Replacement>(files[path]);
-  }
-  std::unique_ptr<PathClaim> Claim(const std::string& path) override {
-    if (claimed.contains(path)) throw Failure(70, "claimed: " + path);
-    return std::make_unique<PathClaim>();
+    return std::make_unique<Replacement>(*this, path);
   }
   Date LastModified(const std::string& path) const override { return modified.at(path); }
   void ChangeDirectory(const std::string& path) override {
@@ -56,7 +52,6 @@ class MemoryFiles : public Files {
   std::set<std::string> folders;
   std::map<std::string, Date> modified;
   std::set<std::string> refused;
-  std::set<std::string> claimed;  ///< by another run
   std::vector<std::string> made;  ///< folders, in the order of their making
   std::string current_directory = "start";
 
@@ -67,12 +62,13 @@ class MemoryFiles : public Files {
     std::string text;
   };
   struct Replacement : FileReplacement {
-    explicit Replacement(std::string& file) : target(file) {}
+    Replacement(MemoryFiles& all, std::string path) : files(all), target(std::move(path)) {}
     void Write(std::span<const std::byte> bytes) override {
       text.append(reinterpret_cast<const char*>(bytes.data()), bytes.size());
     }
-    void Commit() override { target = text; }
-    std::string& target;
+    void Commit() override { files.files[target] = text; }
+    MemoryFiles& files;
+    std::string target;
     std::string text;
   };
   void Check(const std::string& path) const {
@@ -169,7 +165,7 @@ class NoCube : public CubeServices {
 
 class NoSpreadsheet : public Spreadsheet {
  public:
-  std::unique_ptr<SpreadsheetApplication> NewApplication() override {
+  std::unique_ptr<OutputWorkbook> NewOutput(const std::string&, bool) override {
     throw std::logic_error("no spreadsheet");
   }
 };

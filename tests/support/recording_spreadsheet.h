@@ -1,6 +1,7 @@
 // A spreadsheet program that writes down what was asked of it, and fails where it is told to.
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -17,6 +18,8 @@ struct SpreadsheetRecord {
   std::string version = "16.0";
   std::vector<std::string> sheets{"Data"};
   std::size_t region_rows = 1;
+  std::vector<std::string> outputs;  ///< where runs were to write
+  std::function<void()> on_commit = [] {};
 
   void Add(const std::string& line) {
     lines.push_back(line);
@@ -66,10 +69,26 @@ class RecordingApplication : public SpreadsheetApplication {
   SpreadsheetRecord& record_;
 };
 
+class RecordingWorkbook : public OutputWorkbook {
+ public:
+  explicit RecordingWorkbook(SpreadsheetRecord& record) : record_(record) {}
+  std::unique_ptr<SpreadsheetApplication> NewApplication() override {
+    return std::make_unique<RecordingApplication>(record_);
+  }
+  void Commit() override {
+    record_.Add("commit");
+    record_.on_commit();
+  }
+
+ private:
+  SpreadsheetRecord& record_;
+};
+
 class RecordingSpreadsheet : public Spreadsheet {
  public:
-  std::unique_ptr<SpreadsheetApplication> NewApplication() override {
-    return std::make_unique<RecordingApplication>(record);
+  std::unique_ptr<OutputWorkbook> NewOutput(const std::string& path, bool keep_old) override {
+    record.outputs.push_back(path + (keep_old ? ", old kept" : ""));
+    return std::make_unique<RecordingWorkbook>(record);
   }
   SpreadsheetRecord record;
 };

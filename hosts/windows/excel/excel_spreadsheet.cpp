@@ -4,6 +4,7 @@
 
 #include "hosts/windows/automation/object.h"
 #include "hosts/windows/excel/cell_array.h"
+#include "hosts/windows/platform/path_claim.h"
 #include "hosts/windows/platform/utf16.h"
 #include "platform/failure.h"
 
@@ -21,8 +22,9 @@ int32_t Number(std::size_t position) { return static_cast<int32_t>(position); }
 
 class ExcelApplication : public SpreadsheetApplication {
  public:
-  explicit ExcelApplication(const Files& files)
-      : files_(files), application_(Object::Create(kExcel)) {}
+  /// `saved` becomes true when there may be something at the path of the run's workbook.
+  ExcelApplication(const Files& files, bool& saved)
+      : files_(files), saved_(saved), application_(Object::Create(kExcel)) {}
 
   /// A program that nobody told to quit stays invisible for ever: it is told here, without its
   /// questions, whatever it answers.
@@ -76,6 +78,7 @@ class ExcelApplication : public SpreadsheetApplication {
   void SaveAs(const std::string& path, int32_t format) override {
     const Object workbook = application_.Child(L"ActiveWorkbook");
     const std::string file = FullPath(path);
+    saved_ = true;
     if (format == kDefaultFormat) {
       workbook.Call(L"SaveAs", file);
     } else {
@@ -115,17 +118,48 @@ class ExcelApplication : public SpreadsheetApplication {
   }
 
   const Files& files_;
+  bool& saved_;
   Object application_;
   const wchar_t* sheets_ =
       L"Sheets";  ///< what a sheet is selected in: an old workbook may have charts
   bool quit_ = false;
 };
 
+class ExcelOutput : public OutputWorkbook {
+ public:
+  ExcelOutput(Files& files, const std::string& path)
+      : files_(files), path_(path), claim_(ClaimPath(files.NativePath(path))) {}
+  ExcelOutput(const ExcelOutput&) = delete;
+  ExcelOutput& operator=(const ExcelOutput&) = delete;
+  ~ExcelOutput() override {
+    if (saved_) Remove();
+  }
+
+  std::unique_ptr<SpreadsheetApplication> NewApplication() override {
+    return std::make_unique<ExcelApplication>(files_, saved_);
+  }
+  void Commit() override { saved_ = false; }
+
+ private:
+  void Remove() noexcept {
+    try {
+      if (files_.Exists(path_)) files_.Delete(path_);
+    } catch (...) {  // the run looks whether it is still there
+    }
+  }
+
+  Files& files_;
+  std::string path_;
+  std::unique_ptr<PathClaim> claim_;
+  bool saved_ = false;  ///< and not committed
+};
+
 }  // namespace
 
-std::unique_ptr<SpreadsheetApplication> ExcelSpreadsheet::NewApplication() {
-  if (!IsRegistered(kExcel)) return without_excel_.NewApplication();
-  return std::make_unique<ExcelApplication>(files_);
+std::unique_ptr<OutputWorkbook> ExcelSpreadsheet::NewOutput(const std::string& path,
+                                                            bool keep_old) {
+  if (keep_old || !IsRegistered(kExcel)) return without_excel_.NewOutput(path, keep_old);
+  return std::make_unique<ExcelOutput>(files_, path);
 }
 
 }  // namespace vok::windows

@@ -1,12 +1,16 @@
-// Paths held against other runs.
+// Paths held against other runs, for programs that write a run's file in several steps.
 #pragma once
 
 #include <memory>
 #include <string>
 
-#include "platform/files.h"
-
 namespace vok::windows {
+
+/// A path held against other runs of the system, until the object or the process is gone.
+class PathClaim {
+ public:
+  virtual ~PathClaim() = default;
+};
 
 /// Claims a native path on this machine, by whichever spelling it is named. Held by a name of the
 /// kernel's, not by a file: nothing is left behind, however the process ends. Failure 70 when

@@ -2,7 +2,6 @@
 
 #include <limits>
 
-#include "hosts/windows/platform/path_claim.h"
 #include "hosts/windows/platform/system_error.h"
 #include "hosts/windows/platform/windows_clock.h"
 #include "hosts/windows/platform/windows_replacement.h"
@@ -22,9 +21,14 @@ std::string Checked(const std::string& path) {
 
 bool HasKind(const std::string& path, bool directory) {
   if (path.empty() || path.find('\0') != std::string::npos) return false;
-  const DWORD attributes = ::GetFileAttributesW(WidePath(NativePath(path)).c_str());
-  return attributes != INVALID_FILE_ATTRIBUTES &&
-         ((attributes & FILE_ATTRIBUTE_DIRECTORY) != 0) == directory;
+  const std::string native = NativePath(path);
+  const DWORD attributes = ::GetFileAttributesW(WidePath(native).c_str());
+  if (attributes != INVALID_FILE_ATTRIBUTES) {
+    return ((attributes & FILE_ATTRIBUTE_DIRECTORY) != 0) == directory;
+  }
+  const DWORD error = ::GetLastError();
+  if (error == ERROR_ACCESS_DENIED) ThrowSystemFailure(error, "look for", native);
+  return false;
 }
 
 Handle OpenFile(const std::string& native, DWORD access, DWORD disposition,
@@ -106,10 +110,6 @@ std::unique_ptr<MappedFile> WindowsFiles::Map(const std::string& path) const {
 
 std::unique_ptr<FileReplacement> WindowsFiles::Replace(const std::string& path) {
   return std::make_unique<WindowsReplacement>(Checked(path));
-}
-
-std::unique_ptr<PathClaim> WindowsFiles::Claim(const std::string& path) {
-  return ClaimPath(NativePath(path));
 }
 
 Date WindowsFiles::LastModified(const std::string& path) const {

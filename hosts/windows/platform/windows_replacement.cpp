@@ -44,6 +44,26 @@ std::wstring WritableTarget(const std::string& path) {
   return (attributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0 ? FinalPath(file) : wide;
 }
 
+bool IsTemporaryName(const std::wstring& name) {
+  constexpr std::size_t kStart = 9, kEnd = 4;  // ".vokcube-", ".tmp"
+  return name.find_first_not_of(L"0123456789-", kStart) == name.size() - kEnd;
+}
+
+/// Removes the temporaries that nobody has open: processes that were killed have left them.
+void Sweep(const std::wstring& folder) {
+  WIN32_FIND_DATAW found{};
+  const HANDLE search = ::FindFirstFileW((folder + L".vokcube-*.tmp").c_str(), &found);
+  if (search == INVALID_HANDLE_VALUE) return;
+  do {
+    if (!IsTemporaryName(found.cFileName)) continue;
+    const std::wstring path = folder + found.cFileName;
+    const Handle alone(::CreateFileW(path.c_str(), DELETE, 0, nullptr, OPEN_EXISTING,
+                                     FILE_FLAG_DELETE_ON_CLOSE | FILE_FLAG_OPEN_REPARSE_POINT,
+                                     nullptr));
+  } while (::FindNextFileW(search, &found) != 0);
+  ::FindClose(search);
+}
+
 /// Renames an open file over another one that may be open or mapped elsewhere: whoever has it keeps
 /// the old contents. Only newer systems and their own file systems can do this.
 bool RenameOverOpenFile(const Handle& file, const std::wstring& target) {
@@ -79,6 +99,7 @@ WindowsReplacement::WindowsReplacement(const std::string& path)
 
 void WindowsReplacement::CreateTemporary() {
   static std::atomic<unsigned> serial{0};
+  Sweep(FolderOf(target_));
   const std::wstring stem =
       FolderOf(target_) + L".vokcube-" + std::to_wstring(::GetCurrentProcessId()) + L"-";
   for (int attempt = 0; attempt < kMostAttempts; ++attempt) {

@@ -4,9 +4,11 @@
 #include <gtest/gtest.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
+#include <sys/syscall.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <csignal>
 #include <filesystem>
 #include <functional>
@@ -14,9 +16,38 @@
 
 #include "platform/failure.h"
 #include "providers/posix/file_readers.h"
+#include "providers/posix/temporary_file.h"
 #include "tests/support/failing_files.h"
 #include "tests/support/failures.h"
 #include "tests/support/temporary_folder.h"
+
+namespace {
+
+int folder_sync_error = 0;
+mode_t mode_seen_by_chown = 0;
+
+mode_t ModeOf(int file) {
+  struct stat status {};
+  ::fstat(file, &status);
+  return status.st_mode;
+}
+
+}  // namespace
+
+// In place of the C library's: the one fails for folders with the error that is set, the other
+// notes what a file's permissions are before they are made those of the file that it replaces.
+extern "C" int fsync(int file) {
+  if (folder_sync_error != 0 && S_ISDIR(ModeOf(file))) {
+    errno = folder_sync_error;
+    return -1;
+  }
+  return static_cast<int>(::syscall(SYS_fsync, file));
+}
+
+extern "C" int fchown(int file, uid_t owner, gid_t group) noexcept {
+  mode_seen_by_chown = ModeOf(file);
+  return static_cast<int>(::syscall(SYS_fchown, file, owner, group));
+}
 
 namespace vok {
 namespace {
@@ -36,6 +67,15 @@ class PosixFilesTest : public testing::Test {
   }
   std::ptrdiff_t EntryCount() const {
     return std::distance(fs::directory_iterator(root_), fs::directory_iterator());
+  }
+
+  /// What the act fails with for that user; in a process that ends, for there is no way back.
+  static int NumberAs(uid_t user, const std::function<void()>& act) {
+    const pid_t child = ::fork();
+    if (child == 0) ::_exit(::setuid(user) != 0 ? 200 : NumberOf(act));
+    int status = 0;
+    ::waitpid(child, &status, 0);
+    return WEXITSTATUS(status);
   }
 
   PosixFiles files_;
@@ -87,29 +127,107 @@ TEST_F(PosixFilesTest, ReplacesWhatASymbolicLinkLeadsTo) {
   EXPECT_EQ(NumberOf([&] { files_.Replace(At("loop")); }), number::kBadFileName);
 }
 
-TEST_F(PosixFilesTest, HoldsAClaimedPathByAnySpellingUntilTheHolderIsGone) {
-  fs::create_directory_symlink(root_, root_ + "/link");
-  const auto claim_number = [&](const std::string& path) {
-    return NumberOf([&] { files_.Claim(path); });
-  };
-  auto claim = files_.Claim(At("out.xlsX"));
-  EXPECT_EQ(claim_number(At("out.xlsX")), number::kPermissionDenied);
-  EXPECT_EQ(claim_number(root_ + "/link\\out.xlsX"), number::kPermissionDenied);
-  EXPECT_EQ(claim_number(At("other.xlsX")), 0);
-  claim.reset();
-  const pid_t other = ::fork();
-  if (other == 0) {
-    const auto held = files_.Claim(At("out.xlsX"));
+TEST_F(PosixFilesTest, SweepsWhatKilledProcessesLeftAndNothingElse) {
+  for (const char* name : {".vokcube-1-2.tmp.txt", ".vokcube-mine.tmp", "vokcube-1-2.tmp"}) {
+    files_.Append(At(name), "a person's");
+  }
+  fs::create_directory(root_ + "/.vokcube-3-0.tmp");
+  const auto before = EntryCount();
+  files_.Append(At(".vokcube-1-2.tmp"), "left by a process of another machine");
+  const pid_t writer = ::fork();
+  if (writer == 0) {
+    const auto file = files_.Replace(At("out.xlsX"));
     ::raise(SIGSTOP);
     ::_exit(0);
   }
   int status = 0;
-  ::waitpid(other, &status, WUNTRACED);
-  EXPECT_EQ(claim_number(At("out.xlsX")), number::kPermissionDenied);
-  ::kill(other, SIGKILL);
-  ::waitpid(other, &status, 0);
-  EXPECT_EQ(claim_number(At("out.xlsX")), 0);
-  EXPECT_EQ(EntryCount(), 1);  // the link
+  ::waitpid(writer, &status, WUNTRACED);
+  EXPECT_EQ(EntryCount(), before + 1) << "the writer swept and has one of its own";
+  files_.Replace(At("other"));
+  EXPECT_EQ(EntryCount(), before + 1) << "it lives";
+  ::kill(writer, SIGKILL);
+  ::waitpid(writer, &status, 0);
+  EXPECT_EQ(EntryCount(), before + 1) << "it is dead";
+  files_.Replace(At("other"));
+  EXPECT_EQ(EntryCount(), before);
+}
+
+TEST_F(PosixFilesTest, RemovesItsOwnTemporariesWhenTheProcessIsToEnd) {
+  files_.Append(At("kept"), "old");
+  const auto open = files_.Replace(At("kept"));
+  WriteWholeFile(files_, At("done"), "new");
+  EXPECT_EQ(EntryCount(), 3);
+  RemoveTemporaries();
+  EXPECT_EQ(EntryCount(), 2);
+  EXPECT_NE(NumberOf([&] { open->Commit(); }), 0);
+  EXPECT_EQ(Text("kept"), "old");
+}
+
+TEST_F(PosixFilesTest, AFileIsThereThoughItsFolderCannotBeBroughtToTheDisk) {
+  const struct {
+    int error;
+    int32_t wanted;
+  } rows[] = {{0, 0}, {EACCES, 0}, {EINVAL, 0}, {EIO, number::kDeviceError}, {ENOSPC, 61}};
+  for (const auto& [error, wanted] : rows) {
+    WriteWholeFile(files_, At("out"), "old");
+    folder_sync_error = error;
+    const Failure failure = FailureOf([&] { WriteWholeFile(files_, At("out"), "new"); });
+    folder_sync_error = 0;
+    EXPECT_EQ(failure.number(), wanted);
+    EXPECT_EQ(failure.description().find("is in its place, whole") != std::string::npos,
+              wanted != 0);
+    EXPECT_EQ(Text("out"), "new");
+    EXPECT_EQ(EntryCount(), 1);
+  }
+}
+
+TEST_F(PosixFilesTest, ANewFileIsClosedToOthersFromTheStartWhereTheOldOneWas) {
+  WriteWholeFile(files_, At("secret"), "old");
+  ::chmod((root_ + "/secret").c_str(), 0600);
+  mode_seen_by_chown = 0;
+  WriteWholeFile(files_, At("secret"), "new");
+  EXPECT_EQ(mode_seen_by_chown & 0777, 0600U);
+  EXPECT_EQ(fs::status(root_ + "/secret").permissions(), fs::perms{0600});
+}
+
+TEST_F(PosixFilesTest, NeitherDeletesNorReplacesPipesAndDevices) {
+  const auto file = files_.Replace(At("out"));
+  ::mkfifo((root_ + "/out").c_str(), 0600);
+  fs::create_symlink("out", root_ + "/link");
+  for (const std::string name : {"out", "link"}) {
+    EXPECT_EQ(NumberOf([&] { files_.Delete(At(name)); }), number::kPathAccess);
+    EXPECT_EQ(NumberOf([&] { files_.Replace(At(name)); }), number::kPathAccess);
+  }
+  EXPECT_EQ(NumberOf([&] { file->Commit(); }), number::kPathAccess) << "made meanwhile";
+  EXPECT_TRUE(fs::is_fifo(root_ + "/out"));
+}
+
+TEST_F(PosixFilesTest, WhereAnyoneCanMakeFilesThoseOfOthersAreNeitherFollowedNorReplaced) {
+  if (::geteuid() != 0) GTEST_SKIP() << "needs files of several users";
+  constexpr uid_t kOther = 12345, kUser = 65534;
+  ::chmod(root_.c_str(), 01777);
+  fs::create_directory(root_ + "/own");
+  EXPECT_EQ(::chown((root_ + "/own").c_str(), kUser, kUser), 0);
+  const auto make_link = [&](const std::string& name, uid_t owner) {
+    fs::create_symlink("own/target", root_ + "/" + name);
+    EXPECT_EQ(::lchown((root_ + "/" + name).c_str(), owner, owner), 0);
+  };
+  make_link("foreign", kOther);
+  make_link("mine", kUser);
+  make_link("owners", 0);
+  files_.Append(At("shared"), "old");
+  EXPECT_EQ(::chown((root_ + "/shared").c_str(), kOther, kOther), 0);
+  ::chmod((root_ + "/shared").c_str(), 0666);
+  const struct {
+    const char* name;
+    int32_t wanted;
+  } rows[] = {{"foreign", number::kPermissionDenied},
+              {"mine", 0},
+              {"owners", 0},
+              {"shared", number::kPermissionDenied}};
+  for (const auto& [name, wanted] : rows) {
+    EXPECT_EQ(NumberAs(kUser, [&] { files_.Replace(At(name)); }), wanted) << name;
+  }
 }
 
 TEST_F(PosixFilesTest, SaysWhatFailedOnWhichFile) {
@@ -188,6 +306,7 @@ TEST_F(PosixFilesTest, AFullDiskOrMissingRightsLeaveTheOldFile) {
   const auto replace = [&] { WriteWholeFile(files_, At("kept"), std::string(5000, 'x')); };
   const auto append = [&] { files_.Append(At("more"), "x"); };
   const auto add = [&] { WriteWholeFile(files_, At("more"), "x"); };
+  const auto look = [&] { files_.Exists(At("kept")); };
   const struct {
     mode_t folder;
     mode_t file;
@@ -199,6 +318,7 @@ TEST_F(PosixFilesTest, AFullDiskOrMissingRightsLeaveTheOldFile) {
       {0777, 0444, drop_rights, replace, number::kPermissionDenied},
       {0555, 0444, drop_rights, append, number::kPermissionDenied},
       {0555, 0444, drop_rights, add, number::kPermissionDenied},
+      {0644, 0644, drop_rights, look, number::kPermissionDenied},
   };
   WriteWholeFile(files_, At("kept"), "old");
   for (const auto& row : rows) {

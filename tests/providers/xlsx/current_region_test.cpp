@@ -12,9 +12,8 @@ Sheet Draw(const std::vector<std::string>& picture, uint32_t top = 1) {
     for (uint32_t column = 0; column < picture[row].size(); ++column) {
       if (picture[row][column] == '.') continue;
       Cell cell = picture[row][column] == 'x' ? Cell::Number(1) : Cell();
-      cell.column = static_cast<uint16_t>(column + 1);
       cell.format = 1;
-      sheet.AppendCell(top + row, cell);
+      sheet.Assign({top + row, column + 1}, {&cell, 1});
     }
   }
   return sheet;

@@ -49,7 +49,9 @@ std::string Shown(const Value& value) {
 
 int main(int, char** arguments) {
   test::MemoryFiles files;
-  const auto application = xlsx::XlsxSpreadsheet(files).NewApplication();
+  xlsx::XlsxSpreadsheet spreadsheet(files);
+  const auto book = spreadsheet.NewOutput("book", false);
+  const auto application = book->NewApplication();
   std::ofstream expected(arguments[2], std::ios::binary);
   application->AddWorkbook();
   application->SetActiveSheetName("Data");
@@ -62,5 +64,6 @@ int main(int, char** arguments) {
     application->Quit();
     for (const Value& value : block.values) expected << Shown(value) << '\0';
   }
+  book->Commit();
   std::ofstream(arguments[1], std::ios::binary) << files.files.at("book");
 }

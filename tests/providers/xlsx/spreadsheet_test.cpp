@@ -2,8 +2,10 @@
 
 #include "platform/failure.h"
 #include "platform/text.h"
+#include "providers/xlsx/cell_reference.h"
 #include "providers/xlsx/text_rules.h"
 #include "providers/xlsx/xlsx_spreadsheet.h"
+#include "providers/xlsx/zip_writer.h"
 #include "tests/support/memory_host.h"
 #include "workbook_tools.h"
 
@@ -12,9 +14,7 @@ namespace {
 
 class SpreadsheetTest : public testing::Test {
  protected:
-  std::unique_ptr<SpreadsheetApplication> Start() {
-    return XlsxSpreadsheet(files_).NewApplication();
-  }
+  std::unique_ptr<SpreadsheetApplication> Start() { return output_->NewApplication(); }
 
   std::unique_ptr<SpreadsheetApplication> StartNew() {
     auto application = Start();
@@ -31,10 +31,13 @@ class SpreadsheetTest : public testing::Test {
 
   std::map<std::string, std::string> Saved(SpreadsheetApplication& application) {
     application.SaveAs("book.xlsX", kOpenXmlWorkbook);
-    return CellsOf(ReadBytes(files_.files.at("book.xlsX")));
+    output_->Commit();
+    return CellsOf(files_.files.at("book.xlsX"));
   }
 
   test::MemoryFiles files_;
+  XlsxSpreadsheet spreadsheet_{files_};
+  std::unique_ptr<OutputWorkbook> output_ = spreadsheet_.NewOutput("book.xlsX", false);
 };
 
 TEST_F(SpreadsheetTest, EveryKindOfValueComesBack) {
@@ -52,12 +55,12 @@ TEST_F(SpreadsheetTest, EveryKindOfValueComesBack) {
       {int16_t{-5}, "number:-5"},
       {int32_t{2147483647}, "number:2147483647"},
       {true, "boolean:1"},
-      {Date::FromCivil(1900, 3, 1), "number:61|mm-dd-yy"},
+      {Date::FromCivil(1900, 3, 1), "number:61|14"},
       {"0", "text:0"},
       {"=1+1", "text:=1+1"},
       {"\t outer blanks \n", "text:\t outer blanks \n"},
-      {std::string("nul \0 and \x1F\r", 11), std::string("text:nul \0 and \x1F\r", 16)},
-      {"_x0041_", "text:_x0041_"},
+      {std::string("nul \0 and \x1F\r", 12), "text:nul _x0000_ and _x001F__x000D_"},
+      {"_x0041_", "text:_x005F_x0041_"},
       {"lone \xED\xA0\x80", "text:lone \xEF\xBF\xBD"},
       {longest.substr(1), "text:" + longest.substr(1)},
       {longest, "text:" + longest},
@@ -132,12 +135,12 @@ TEST_F(SpreadsheetTest, BlankValuesClearAndFormatsStay) {
   block.At(2, 3) = Null{};
   block.At(2, 4) = Value();
   application->SetFormula(1, 1, block);
-  const std::map<std::string, std::string> expected = {{"Sheet1!A1", "number:1|@"},
-                                                       {"Sheet1!B1", "number:1|@"},
-                                                       {"Sheet1!C1", "number:1|@"},
+  const std::map<std::string, std::string> expected = {{"Sheet1!A1", "number:1|49"},
+                                                       {"Sheet1!B1", "number:1|49"},
+                                                       {"Sheet1!C1", "number:1|49"},
                                                        {"Sheet1!D1", "number:1"},
                                                        {"Sheet1!E1", "number:1|0.0 \"<pcs>\""},
-                                                       {"Sheet1!A2", "number:1|@"},
+                                                       {"Sheet1!A2", "number:1|49"},
                                                        {"Sheet1!E2", "number:1|0.0 \"<pcs>\""}};
   EXPECT_EQ(Saved(*application), expected);
 }
@@ -152,9 +155,9 @@ TEST_F(SpreadsheetTest, AppendsBelowTheCurrentRegionAsTheWriterDoes) {
   block.At(2, 13) = 0.2;
   application->SetFormula(2, 1, block);
   SetCell(*application, 1, 12, "Q1>Jan");
-  auto expected = Saved(*application);
-  EXPECT_EQ(expected.at("Data!L1"), "text:Q1>Jan");
+  application->SaveAs("book.xlsX", kOpenXmlWorkbook);
   application->Quit();
+  EXPECT_TRUE(files_.files.empty()) << "the run is not over";
   application->OpenWorkbook("book.xlsX");
   ASSERT_EQ(application->WorksheetCount(), 1u);
   EXPECT_EQ(application->WorksheetName(1), "Data");
@@ -162,8 +165,9 @@ TEST_F(SpreadsheetTest, AppendsBelowTheCurrentRegionAsTheWriterDoes) {
   ASSERT_EQ(application->CurrentRegionRows("A1"), 4u);
   application->SetFormula(5, 1, block);
   SetCell(*application, 1, 12, "Q1>Jan");
-  for (const char* cell : {"A5", "A6", "A7"}) expected["Data!" + std::string(cell)] = "text:0|@";
-  expected["Data!M6"] = "number:0.2";
+  std::map<std::string, std::string> expected = {
+      {"Data!L1", "text:Q1>Jan"}, {"Data!M3", "number:0.2"}, {"Data!M6", "number:0.2"}};
+  for (int row = 2; row <= 7; ++row) expected["Data!A" + std::to_string(row)] = "text:0|49";
   EXPECT_EQ(Saved(*application), expected);
 }
 
@@ -173,13 +177,41 @@ TEST_F(SpreadsheetTest, TheSameWorkbookGivesTheSameBytesAlsoAfterReopening) {
   SetCell(*application, 1, 1, "stays");
   SetCell(*application, 2, 2, 1.5);
   application->SetColumnsNumberFormat("B:B", "@");
-  application->SaveAs("a.xlsX", kOpenXmlWorkbook);
-  application->SaveAs("b.xlsX", kDefaultFormat);
+  Saved(*application);
+  const std::string first = files_.files["book.xlsX"];
   application->Quit();
-  application->OpenWorkbook("a.xlsX");
-  application->SaveAs("c.xlsX", kOpenXmlWorkbook);
-  EXPECT_EQ(files_.files["a.xlsX"], files_.files["b.xlsX"]);
-  EXPECT_EQ(files_.files["a.xlsX"], files_.files["c.xlsX"]);
+  application->OpenWorkbook("book.xlsX");
+  application->SaveAs("book.xlsX", kDefaultFormat);
+  output_->Commit();
+  EXPECT_EQ(files_.files["book.xlsX"], first);
+}
+
+TEST_F(SpreadsheetTest, AnOldWorkbookStaysUntilTheSavedOneIsCommitted) {
+  files_.files["book.xlsX"] = "old";
+  output_ = spreadsheet_.NewOutput("book.xlsX", true);
+  const auto application = StartNew();
+  SetCell(*application, 1, 1, "saved");
+  application->SaveAs("book.xlsX", kOpenXmlWorkbook);
+  SetCell(*application, 1, 1, "not saved");
+  EXPECT_EQ(files_.files["book.xlsX"], "old");
+  output_->Commit();
+  const std::map<std::string, std::string> expected = {{"Sheet1!A1", "text:saved"}};
+  EXPECT_EQ(CellsOf(files_.files["book.xlsX"]), expected);
+
+  files_.refused.insert("locked.xlsX");
+  ExpectFailure(75, "locked.xlsX", [&] { spreadsheet_.NewOutput("locked.xlsX", true); });
+  output_ = spreadsheet_.NewOutput("locked.xlsX", false);
+  StartNew()->SaveAs("locked.xlsX", kOpenXmlWorkbook);
+  ExpectFailure(75, "locked.xlsX", [&] { output_->Commit(); });
+}
+
+TEST_F(SpreadsheetTest, APartThatPacksTooWellToBeBelievedComesBack) {
+  const std::string even((std::size_t{64} << 20) + 1, ' ');
+  ZipWriter writer("even");
+  writer.Add("part", even);
+  const ByteBuffer file = writer.Finish();
+  EXPECT_GT(file.size(), even.size());
+  EXPECT_EQ(Unpacked(file.View()).at("part"), even);
 }
 
 TEST_F(SpreadsheetTest, MisuseIsAFailureThatSaysWhat) {
@@ -199,11 +231,14 @@ TEST_F(SpreadsheetTest, MisuseIsAFailureThatSaysWhat) {
     ExpectFailure(1004, "cannot be named", [&] { application->SetActiveSheetName(name); });
   }
   application->SetActiveSheetName(thirty_two.substr(1));
+  ExpectFailure(1004, "cannot be saved as", [&] { application->SaveAs("other.xlsX", 51); });
   application->Quit();
-  ExpectFailure(91, "No workbook is open", [&] { application->SaveAs("a.xlsX", 51); });
-  files_.refused.insert("locked.xlsX");
-  application->AddWorkbook();
-  ExpectFailure(75, "locked.xlsX", [&] { application->SaveAs("locked.xlsX", 51); });
+  ExpectFailure(91, "No workbook is open", [&] { application->SaveAs("book.xlsX", 51); });
+  ExpectFailure(91, "No workbook was saved", [&] { output_->Commit(); });
+  for (const char* path : {"book.xlsX", "other.xlsX"}) {
+    files_.files[path] = "of another run";
+    ExpectFailure(1004, path, [&, path] { application->OpenWorkbook(path); });
+  }
 }
 
 }  // namespace

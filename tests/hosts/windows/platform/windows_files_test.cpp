@@ -5,6 +5,7 @@
 #include <functional>
 #include <iterator>
 
+#include "hosts/windows/platform/path_claim.h"
 #include "hosts/windows/platform/system_error.h"
 #include "hosts/windows/platform/utf16.h"
 #include "hosts/windows/platform/windows_clock.h"
@@ -141,15 +142,15 @@ TEST_F(WindowsFilesTest, SaysWhatFailedOnWhichFile) {
 }
 
 TEST_F(WindowsFilesTest, HoldsAClaimedPathByAnySpellingUntilTheHolderIsGone) {
-  auto claim = files_.Claim(Path("Book.xlsX"));
+  auto claim = ClaimPath(Path("Book.xlsX"));
   for (const std::string& spelling :
        {Path("Book.xlsX"), Path("BOOK.XLSX"), folder_.path() + "/.\\book.xlsx"}) {
-    EXPECT_THROW(files_.Claim(spelling), Failure) << spelling;
+    EXPECT_THROW(ClaimPath(spelling), Failure) << spelling;
   }
-  EXPECT_NO_THROW(files_.Claim(Path("Book2.xlsX")));
+  EXPECT_NO_THROW(ClaimPath(Path("Book2.xlsX")));
   claim.reset();
-  EXPECT_NO_THROW(files_.Claim(Path("Book.xlsX")));
-  EXPECT_NO_THROW(files_.Claim(Path("no folder\\x")));
+  EXPECT_NO_THROW(ClaimPath(Path("Book.xlsX")));
+  EXPECT_NO_THROW(ClaimPath(Path("no folder\\x")));
 }
 
 TEST_F(WindowsFilesTest, KnowsWhenAFileChanged) {
