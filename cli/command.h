@@ -4,6 +4,7 @@
 
 #include <CLI/CLI.hpp>
 #include <memory>
+#include <stdexcept>
 #include <string>
 
 #include "component/cl_me.h"
@@ -33,6 +34,11 @@ struct CommonOptions {
   std::string settings_folder;  ///< absolute; empty: the registry decides
 
   std::unique_ptr<Session> NewSession() const { return std::make_unique<Session>(settings_folder); }
+};
+
+/// The work went well but there was nothing to write; says why.
+class NothingWritten : public std::runtime_error {
+  using std::runtime_error::runtime_error;
 };
 
 /// Finds the settings folder. Failure 1111 when there is no settings database in it.

@@ -5,6 +5,7 @@
 
 #include "cli/command.h"
 #include "cli/json_text.h"
+#include "cli/old_cube.h"
 #include "cli/terminal.h"
 #include "providers/common/connection_text.h"
 #include "providers/olap/build/build_cube.h"
@@ -29,9 +30,19 @@ class ProgressLine {
   bool terminal_ = ErrorsAreShown();
 };
 
-void Build(const CommonOptions& common, const olap::BuildRequest& request) {
+struct BuildOptions {
+  olap::BuildRequest request;
+  bool allow_empty = false;
+};
+
+void Build(const CommonOptions& common, const BuildOptions& options) {
   const auto session = common.NewSession();
   const auto start = std::chrono::steady_clock::now();
+  olap::BuildRequest request = options.request;
+  const OldCube old(session->host().files, request.output_path);
+  if (!options.allow_empty) {
+    request.check = [&old](const olap::BuildReport& made) { old.RefuseEmptied(made); };
+  }
   olap::BuildReport report;
   {
     const ProgressLine line;
@@ -198,13 +209,16 @@ void AddCubeCommand(CLI::App& app, const CommonOptions& common) {
   command->require_subcommand(1);
   command->fallthrough();
 
-  const auto request = std::make_shared<olap::BuildRequest>();
+  const auto build_options = std::make_shared<BuildOptions>();
+  olap::BuildRequest& request = build_options->request;
   auto* build = command->add_subcommand("build", "Build a cube file from tables");
-  build->add_option("--schema", request->schema_path, "The schema, XML")->required();
-  build->add_option("--data", request->data_path, "Folder of CSV files, or SQLite database")
+  build->add_option("--schema", request.schema_path, "The schema, XML")->required();
+  build->add_option("--data", request.data_path, "Folder of CSV files, or SQLite database")
       ->required();
-  build->add_option("--output", request->output_path, "The cube file to write")->required();
-  build->callback([&common, request] { Build(common, *request); });
+  build->add_option("--output", request.output_path, "The cube file to write")->required();
+  build->add_flag("--allow-empty", build_options->allow_empty,
+                  "Let a cube without facts take the place of one that has some");
+  build->callback([&common, build_options] { Build(common, *build_options); });
 
   const auto options = std::make_shared<InfoOptions>();
   auto* info = command->add_subcommand("info", "Print what a cube file or a cube server holds");

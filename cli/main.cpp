@@ -4,6 +4,7 @@
 #include <iostream>
 
 #include "cli/command.h"
+#include "cli/stop_on_interrupt.h"
 #include "cli/terminal.h"
 #include "platform/cube.h"
 #include "platform/failure.h"
@@ -13,6 +14,7 @@ namespace {
 
 constexpr int kFailed = 1;
 constexpr int kWrongArguments = 2;
+constexpr int kNothingWritten = 3;
 constexpr int kInterrupted = 130;
 
 /// A relative folder means one below the current directory, whatever is entered later.
@@ -82,6 +84,11 @@ int ParseAndRun(CLI::App& app, std::vector<std::string> arguments) {
     app.parse(std::move(arguments));
   } catch (const CLI::ParseError& error) {
     status = Explain(app, error);
+  } catch (const NothingWritten& reason) {
+    std::cerr << reason.what() << '\n';
+    status = kNothingWritten;
+  } catch (const FileMayNotLast& told) {  // the work is done
+    Report(told);
   }
   Flush();
   return status;
@@ -115,4 +122,7 @@ int Main(std::vector<std::string> arguments) {
 }  // namespace
 }  // namespace vok::cli
 
-int main(int argc, char** argv) { return vok::cli::Main(vok::cli::Arguments(argc, argv)); }
+int main(int argc, char** argv) {
+  vok::cli::CatchInterrupts(vok::cli::AskToStop);
+  return vok::cli::Main(vok::cli::Arguments(argc, argv));
+}

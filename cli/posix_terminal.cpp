@@ -1,10 +1,37 @@
 #include <unistd.h>
 
+#include <cerrno>
+#include <csignal>
+
 #include "cli/terminal.h"
+#include "providers/posix/temporary_file.h"
 
 namespace vok::cli {
+namespace {
+
+bool (*ask_to_stop)() = nullptr;
+
+void Interrupt(int signal) {
+  const int error = errno;
+  if (!ask_to_stop()) {
+    RemoveTemporaries();
+    std::signal(signal, SIG_DFL);
+    std::raise(signal);  // ends the program once this returns
+  }
+  errno = error;
+}
+
+}  // namespace
 
 std::vector<std::string> Arguments(int argc, char** argv) { return {argv + 1, argv + argc}; }
+
+void CatchInterrupts(bool (*ask)()) {
+  ask_to_stop = ask;
+  for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
+    if (std::signal(signal, Interrupt) == SIG_IGN) std::signal(signal, SIG_IGN);
+  }
+  std::signal(SIGXFSZ, SIG_IGN);  // a file that grows beyond its limit is a failure to write
+}
 
 bool ErrorsAreShown() { return isatty(STDERR_FILENO) != 0; }
 

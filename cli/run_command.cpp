@@ -7,6 +7,7 @@
 #include "cli/json_text.h"
 #include "cli/print.h"
 #include "cli/stop_on_interrupt.h"
+#include "component/workbook_writer.h"
 #include "env/environment.h"
 #include "platform/failure.h"
 
@@ -54,20 +55,40 @@ std::string Advice(Session& session, int32_t code) {
   }
 }
 
-/// A stopped run, and whether it left anything.
-std::string StoppedText(const RunReport& report) {
-  if (report.workbook.empty()) return "The query was stopped before its end; nothing was written";
-  return "The query was stopped before its end, but what it had written could not be removed: " +
-         report.workbook + " is not the whole answer; delete it";
+/// What stands at the output path though this run put nothing there.
+std::string OldWorkbookText(const Files& files, const std::string& path) {
+  try {
+    return files.Exists(path) ? "; " + path + " is that of an earlier run" : "";
+  } catch (const Failure&) {  // what failed before is the thing to tell
+    return {};
+  }
 }
 
-Failure ResultFailure(Session& session, const Value::Array& result) {
+std::string FailureText(const RunReport& report, const std::string& known) {
+  if (report.stopped) return "The query was stopped before its end; nothing was written";
+  if (report.whole)
+    return "The run failed as reported above, after " + report.workbook + " was whole";
+  return known.empty() ? "The query failed as reported above; no workbook was completed" : known;
+}
+
+Failure ResultFailure(Session& session, const Value::Array& result, const RunOptions& options) {
   const int32_t code = result.at(0).ToInt32();
-  std::string message = result.at(1).ToText();
   const RunReport& report = session.publics().last_run;
-  if (report.stopped) message = StoppedText(report);
-  if (message.empty()) message = "The query failed as reported above; no workbook was completed";
-  return Failure(code, message + Advice(session, code));
+  std::string text = FailureText(report, result.at(1).ToText()) + Advice(session, code);
+  if (!report.whole) text += OldWorkbookText(session.host().files, WorkbookPath(options.output));
+  return Failure(code, text);
+}
+
+/// Why a run that went well left no workbook.
+NothingWritten NoWorkbook(Session& session, const RunOptions& options) {
+  const Publics& publics = session.publics();
+  const CubeState& cube = publics.cube;
+  return NothingWritten("No workbook: " +
+                        (publics.last_run.queries > 0
+                             ? std::string("the cube has no facts for what was asked")
+                             : "no period meets the cube's dates " + IsoDate(cube.FirstDate) +
+                                   " to " + IsoDate(cube.LastDate)) +
+                        OldWorkbookText(session.host().files, WorkbookPath(options.output)));
 }
 
 Json Document(const RunReport& report) {
@@ -82,11 +103,8 @@ Json Document(const RunReport& report) {
             {"total", report.total}}}};
 }
 
-void Print(const RunReport& report, const CubeState& cube) {
-  if (report.workbook.empty()) {
-    std::cout << "No workbook: none of the periods meets facts of the cube, whose dates run from "
-              << IsoDate(cube.FirstDate) << " to " << IsoDate(cube.LastDate) << ".\n";
-  } else {
+void Print(const RunReport& report) {
+  if (!report.workbook.empty()) {
     std::cout << "Workbook  " << report.workbook << '\n' << "Rows      " << report.rows << '\n';
   }
   std::cout << "Time      settings " << report.settings << " ms, cube " << report.cube
@@ -98,6 +116,7 @@ Value RunStoppable(Session& session, RunOptions& options) {
   QueryStop stop;
   const StopOnInterrupt interrupt(stop);
   session.publics().stop = &stop;
+  session.publics().keep_old_workbook = true;
   Value result = session.me().RunQuery(options.data_source, options.periods, options.output);
   session.publics().stop = nullptr;
   return result;
@@ -107,14 +126,15 @@ void Run(const CommonOptions& common, RunOptions& options) {
   const auto session = common.NewSession();
   const Value result = RunStoppable(*session, options);
   const auto& parts = *result.As<Value::Array>();
-  if (parts.size() == 2) throw ResultFailure(*session, parts);
+  if (parts.size() == 2) throw ResultFailure(*session, parts, options);
 
   const Publics& publics = session->publics();
   if (options.json) {
     std::cout << JsonText(Document(publics.last_run));
   } else {
-    Print(publics.last_run, publics.cube);
+    Print(publics.last_run);
   }
+  if (publics.last_run.workbook.empty()) throw NoWorkbook(*session, options);
 }
 
 /// What is wrong with an output path; "" for nothing.

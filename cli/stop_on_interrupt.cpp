@@ -1,28 +1,29 @@
 #include "cli/stop_on_interrupt.h"
 
-#include <csignal>
+#include <atomic>
 
 namespace vok::cli {
 namespace {
 
-Published<QueryStop> interrupted;
-
-void Ask(int) {
-  std::signal(SIGINT, SIG_DFL);
-  interrupted.Use([](QueryStop& stop) { stop.Ask(); });
-}
+Published<QueryStop> running;
+std::atomic<bool> asked = false;
 
 }  // namespace
 
 StopOnInterrupt::StopOnInterrupt(QueryStop& stop) {
-  interrupted.Publish(stop);
-  before_ = std::signal(SIGINT, Ask);
-  if (before_ == SIG_IGN) std::signal(SIGINT, SIG_IGN);
+  asked = false;
+  running.Publish(stop);
 }
 
-StopOnInterrupt::~StopOnInterrupt() {
-  std::signal(SIGINT, before_);
-  interrupted.Withdraw();
+StopOnInterrupt::~StopOnInterrupt() { running.Withdraw(); }
+
+bool AskToStop() {
+  bool is_first = false;
+  running.Use([&is_first](QueryStop& stop) {
+    is_first = !asked.exchange(true);
+    if (is_first) stop.Ask();
+  });
+  return is_first;
 }
 
 }  // namespace vok::cli

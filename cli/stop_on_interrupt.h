@@ -1,21 +1,21 @@
-// Ctrl-C while a query runs.
+// Ctrl-C, and what else asks the program to end, while a query runs.
 #pragma once
 
 #include "cube/query_stop.h"
 
 namespace vok::cli {
 
-/// While it lives, Ctrl-C asks the query to stop, and a second one ends the program. Where
-/// interrupts are ignored they stay so. One at a time.
+/// While it lives, the first interrupt asks the query to stop; a second one ends the program, as
+/// any does without it. One at a time.
 class StopOnInterrupt {
  public:
   explicit StopOnInterrupt(QueryStop& stop);
   ~StopOnInterrupt();
   StopOnInterrupt(const StopOnInterrupt&) = delete;
   StopOnInterrupt& operator=(const StopOnInterrupt&) = delete;
-
- private:
-  void (*before_)(int);
 };
+
+/// Asks the query that runs to stop; false when there is none, or it was asked before.
+bool AskToStop();
 
 }  // namespace vok::cli

@@ -8,6 +8,15 @@
 #include "hosts/windows/platform/utf16.h"
 
 namespace vok::cli {
+namespace {
+
+bool (*ask_to_stop)() = nullptr;
+
+BOOL WINAPI Interrupt(DWORD type) {
+  return (type == CTRL_C_EVENT || type == CTRL_BREAK_EVENT) && ask_to_stop() ? TRUE : FALSE;
+}
+
+}  // namespace
 
 std::vector<std::string> Arguments(int, char**) {
   ::SetConsoleOutputCP(CP_UTF8);
@@ -19,6 +28,11 @@ std::vector<std::string> Arguments(int, char**) {
   for (int word = 1; word < count; ++word) arguments.push_back(windows::Utf8(words[word]));
   ::LocalFree(words);
   return arguments;
+}
+
+void CatchInterrupts(bool (*ask)()) {
+  ask_to_stop = ask;
+  ::SetConsoleCtrlHandler(Interrupt, TRUE);
 }
 
 bool ErrorsAreShown() {

@@ -140,13 +140,12 @@ interrupt() {
   shift
   env --default-signal=INT "$vokcube" "$@" > said 2>&1 < /dev/null &
   local running=$!
-  # Ctrl-C counts once the program catches it: bit 2 of the caught signals.
+  # The query runs once the program has worked for a second of its own time.
   for _ in {1..600}; do
-    caught=$(sed -n 's/^SigCgt:[[:space:]]*//p' "/proc/$running/status")
-    (((16#${caught:-0} & 2) != 0)) && break
+    read -ra times < "/proc/$running/stat"
+    ((times[13] + times[14] < $(getconf CLK_TCK))) || break
     sleep 0.1
   done
-  sleep 0.3
   kill -INT "$running"
   wait "$running" || status=$?
   if ((status != 130)) || [[ $(grep -cF -- "$words" said) != 1 ]]; then

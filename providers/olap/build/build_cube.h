@@ -11,12 +11,6 @@
 
 namespace vok::olap {
 
-struct BuildRequest {
-  std::string schema_path;  ///< XML
-  std::string data_path;    ///< a folder of CSV files, one per table, or a SQLite database
-  std::string output_path;
-};
-
 struct BuildReport {
   struct Cube {
     std::string name;
@@ -25,6 +19,14 @@ struct BuildReport {
   };
   std::vector<Cube> cubes;
   uint64_t file_bytes = 0;
+};
+
+struct BuildRequest {
+  std::string schema_path;  ///< XML
+  std::string data_path;    ///< a folder of CSV files, one per table, or a SQLite database
+  std::string output_path;
+  /// Sees what was built before it takes its place; what it throws leaves all as it was.
+  std::function<void(const BuildReport&)> check = {};
 };
 
 /// Writes all cubes of the schema into one file, whole or not at all. `progress` (may be empty) is

@@ -1,0 +1,135 @@
+#!/bin/bash
+# What stands at an output path stays there until the new file is whole, whatever ends the program;
+# and no temporary file stays for long.
+#
+#   kept_files_test.sh VOKCUBE DATA_DIR WORK_DIR
+#
+# DATA_DIR holds schema.xml, settings.json and the tables as CSV. WORK_DIR is made anew.
+set -euo pipefail
+
+vokcube=$(realpath "$1") data=$(realpath "$2")
+rm -rf "$3"
+mkdir -p "$3"
+cd "$3"
+export VOKCUBE_REGISTRY=$PWD/registry.reg
+failures=0
+
+fail() {
+  echo "FAILED: $*" >&2
+  sed 's/^/  | /' said >&2
+  failures=$((failures + 1))
+}
+
+# expect STATUS WORDS COMMAND...: the command ends so and says so.
+expect() {
+  local status=0 wanted=$1 words=$2
+  shift 2
+  "$@" > said 2>&1 < /dev/null || status=$?
+  if ((status != wanted)) || [[ $(< said) != *"$words"* ]]; then
+    fail "$* ended with $status, wanted $wanted and: $words"
+  fi
+}
+
+# kept FILE: it is as it was, and has no temporary beside it.
+kept() {
+  cmp -s "$1" "$1.before" || fail "$1 has changed"
+  if compgen -G '.vokcube-*' > /dev/null; then fail "left behind: $(echo .vokcube-*)"; fi
+}
+
+# interrupt SIGNAL STATUS WORDS COMMAND...: sent once the command has its temporary file.
+interrupt() {
+  local status=0 signal=$1 wanted=$2 words=$3 caught=()
+  shift 3
+  [[ $signal == KILL ]] || caught=("--default-signal=$signal")
+  env "${caught[@]}" "$@" > said 2>&1 < /dev/null &
+  local running=$!
+  until compgen -G ".vokcube-$running-*" > /dev/null || ! kill -0 "$running" 2> /dev/null; do
+    sleep 0.01
+  done
+  kill "-$signal" "$running" || true
+  wait "$running" 2> /dev/null || status=$?
+  if ((status != wanted)) || [[ $(< said) != *"$words"* ]]; then
+    fail "SIG$signal in $*: status $status, wanted $wanted and: $words"
+  fi
+}
+
+mkdir data
+cp "$data"/schema.xml "$data"/*.csv data
+build=("$vokcube" cube build --schema data/schema.xml --data)
+run=("$vokcube" run --settings-folder settings --data-source Domestic --output report --periods)
+expect 0 "stored cells" "${build[@]}" data --output ledger.cub
+expect 0 "Imported" "$vokcube" settings import "$data/settings.json" --settings-folder settings
+cat > periods.json << 'JSON'
+{"dataSources": [], "periods": [{"SetName": "Never", "Periods": [{"PeriodName": "1950",
+  "FromDate": "1950-01-01", "UntillDate": "1950-12-31", "includeOpenBalans": false}]}]}
+JSON
+expect 0 "Imported" "$vokcube" settings import periods.json --settings-folder settings
+mkdir many none
+cp "$data"/*.csv many
+cp "$data"/*.csv none
+for _ in {1..30}; do tail -n +2 "$data/entries.csv"; done >> many/entries.csv
+head -n 1 "$data/entries.csv" > none/entries.csv
+
+expect 3 "No workbook: no period meets the cube's dates 20" "${run[@]}" Never
+[[ ! -e report.xlsX ]] || fail "a run without facts left a workbook"
+expect 0 "Rows" "${run[@]}" Demo
+cp report.xlsX report.xlsX.before
+cp ledger.cub ledger.cub.before
+
+old="report.xlsX is that of an earlier run"
+expect 3 "$old" "${run[@]}" Never
+kept report.xlsX
+expect 1 "$old" "${run[@]}" Nothing
+kept report.xlsX
+expect 1 "$old" env VOKCUBE_REGISTRY=none.reg "$vokcube" run --settings-folder missing \
+  --data-source Domestic --output report --periods Demo
+kept report.xlsX
+chmod 0444 settings/Log/*
+chmod 0555 settings settings/Log
+as_nobody=()
+((EUID != 0)) || as_nobody=(setpriv --reuid=65534 --regid=65534 --clear-groups)
+chmod 0777 . report.xlsX
+expect 1 "choose another settings folder" "${as_nobody[@]}" "${run[@]}" Demo
+chmod 0755 settings settings/Log
+chmod 0644 settings/Log/*
+kept report.xlsX
+expect 1 "File too large" bash -c 'ulimit -f 16 && exec "$@"' bash "${run[@]}" Demo
+kept report.xlsX
+expect 1 "File too large" bash -c 'ulimit -f 16 && exec "$@"' bash \
+  "${build[@]}" data --output ledger.cub
+kept ledger.cub
+
+for signal in INT TERM HUP; do
+  interrupt "$signal" 130 "nothing was written; $old" "${run[@]}" Demo
+  kept report.xlsX
+  interrupt "$signal" $((128 + $(kill -l "$signal"))) "" "${build[@]}" many --output ledger.cub
+  kept ledger.cub
+done
+interrupt KILL 137 "" "${build[@]}" many --output ledger.cub
+cmp -s ledger.cub ledger.cub.before || fail "ledger.cub has changed"
+interrupt KILL 137 "" "${run[@]}" Demo
+expect 0 "Rows" "${run[@]}" Demo
+kept report.xlsX
+expect 0 "Rows" bash -c 'trap "" HUP; "$@" & sleep 0.1; kill -HUP $!; wait $!' bash "${run[@]}" Demo
+
+cp settings/CubToQel.mdb settings.before
+for file in settings/CubToQel.mdb data/schema.xml data/entries.csv; do
+  expect 1 "the file there is not a cube" "${build[@]}" data --output "$file"
+done
+cmp -s settings/CubToQel.mdb settings.before && cmp -s data/schema.xml "$data/schema.xml" ||
+  fail "a file that is not a cube was replaced"
+expect 1 "facts there and would have none" "${build[@]}" none --output ledger.cub
+kept ledger.cub
+head -c 5000 ledger.cub > damaged.cub
+: > empty.cub
+for file in damaged.cub empty.cub new.cub; do
+  expect 0 "0 facts" "${build[@]}" none --output "$file"
+done
+expect 0 "0 facts" "${build[@]}" none --output ledger.cub --allow-empty
+mkfifo pipe.xlsX
+run[7]=pipe
+expect 1 "it is a device or a pipe" "${run[@]}" Demo
+[[ -p pipe.xlsX ]] || fail "the pipe is gone"
+
+echo "$failures failures"
+((failures == 0))
