@@ -1,5 +1,7 @@
 #include "env/environment.h"
 
+#include <utility>
+
 #include "platform/failure.h"
 
 namespace vok {
@@ -7,6 +9,20 @@ namespace {
 
 constexpr char kSettingsKey[] = "Software\\Vok\\Varnel 17";
 constexpr uint32_t kIniBufferSize = 255;
+
+/// People should not wonder whose settings they see.
+void TellProblem(const Host& host, Environment& environment) {
+  std::string problem = host.registry.Problem();
+  const bool is_new = problem != environment.RegistryProblem;
+  environment.RegistryProblem = std::move(problem);
+  if (!is_new || environment.RegistryProblem.empty()) return;
+  MessageBox box;
+  box.text = environment.RegistryProblem + " Without it the settings folder is \"" +
+             host.component.folder + "\".";
+  box.title = host.component.product_name;
+  box.icon = MessageIcon::kExclamation;
+  host.message_boxes.Show(box);
+}
 
 }  // namespace
 
@@ -20,6 +36,7 @@ std::string GetSettingValue(const Host& host, Environment& environment, const st
 
 bool FindSettingsFolder(const Host& host, Environment& environment) {
   environment.SettingsFolder = GetSettingValue(host, environment, "MDBPath");
+  TellProblem(host, environment);
   if (!environment.SettingsFolder.empty()) return true;
   environment.SettingsFolder = host.component.folder;
   return false;

@@ -13,7 +13,8 @@ namespace vok {
 
 /// Process-wide, one per process, handed around by reference.
 struct Environment {
-  std::string SettingsFolder;  ///< as the last `FindSettingsFolder` left it; no closing "\"
+  std::string SettingsFolder;   ///< as the last `FindSettingsFolder` left it; no closing "\"
+  std::string RegistryProblem;  ///< why it could not ask the registry; "" when it could
   OpenKeyTable open_keys;
 };
 
@@ -21,10 +22,12 @@ struct Environment {
 std::string GetSettingValue(const Host& host, Environment& environment, const std::string& name);
 
 /// Sets `SettingsFolder` to the registry's "MDBPath", else to the component's own folder. True when
-/// the registry names it.
+/// the registry names it. A registry that cannot be read names none: a message box says so, once
+/// for each reason.
 bool FindSettingsFolder(const Host& host, Environment& environment);
 
-/// A value of "Qel.ini" in the settings folder, at most 254 bytes. Finds the settings folder first.
+/// A value of "Qel.ini" in the settings folder, at most 254 characters. Finds the settings folder
+/// first.
 std::string ReadIniValue(const Host& host, Environment& environment, const std::string& section,
                          const std::string& key);
 

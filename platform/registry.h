@@ -30,12 +30,15 @@ class Registry {
                              std::string* buffer, uint32_t& size) = 0;
   /// `RegCloseKey`.
   virtual int32_t CloseKey(RegistryKey key) = 0;
-  /// `GetPrivateProfileStringA` with an empty default: at most `size` - 1 bytes of the value and a
-  /// closing NUL are copied into `buffer` (never part of a character); returns the bytes copied
-  /// without the NUL.
+  /// `GetPrivateProfileStringA` with an empty default: at most `size` - 1 characters of the value
+  /// (UTF-16 units, never part of a character) and a closing NUL are copied into `buffer`, which
+  /// grows where their bytes are more; returns the bytes copied without the NUL.
   virtual uint32_t PrivateProfileString(const std::string& section, const std::string& key,
                                         std::string& buffer, uint32_t size,
                                         const std::string& file) = 0;
+  /// What kept the last `OpenKey` from reading the registry at all, for a person to read; "" when
+  /// it could be read.
+  virtual std::string Problem() const { return {}; }
 };
 
 }  // namespace vok

@@ -65,7 +65,6 @@ struct SystemHost::Providers {
 
   /// Those of Qel.ini in the settings folder of the moment, and of the environment.
   xmla::XmlaSettings ServerSettings() {
-    Environment environment;
     const auto ini_value = [&](const std::string& key) {
       return ReadIniValue(host, environment, "Xmla", key);
     };
@@ -105,6 +104,7 @@ struct SystemHost::Providers {
   RoutedCubeServices cube{
       [this](const std::string& text) -> CubeServices& { return CubeServicesFor(text); }};
   xlsx::XlsxSpreadsheet spreadsheet;
+  Environment environment;  ///< of the servers' settings
   Host host;
 };
 

@@ -22,6 +22,8 @@ class OverridingRegistry : public Registry {
   uint32_t PrivateProfileString(const std::string& section, const std::string& key,
                                 std::string& buffer, uint32_t size,
                                 const std::string& file) override;
+  /// None: what is decided here needs no registry.
+  std::string Problem() const override { return {}; }
 
  private:
   Registry& below_;

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "platform/failure.h"
+#include "platform/text.h"
 #include "providers/posix/ini_text.h"
 
 namespace vok {
@@ -57,8 +58,8 @@ std::string FileRegistry::NameOf(RegistryKey key) const {
 
 int32_t FileRegistry::OpenKey(RegistryKey parent, const std::string& path, RegistryKey& opened) {
   const std::string root = NameOf(parent);
+  problem_.clear();
   if (root.empty()) return kInvalidHandle;
-  if (!files_.Exists(file_)) return kNotFound;
   try {
     const std::string name = root + "\\" + locale_.FoldCase(path);
     RegistryKeys keys = ReadRegistryText(locale_, TextOf(*files_.Map(file_)), file_);
@@ -70,7 +71,12 @@ int32_t FileRegistry::OpenKey(RegistryKey parent, const std::string& path, Regis
     opened = next_++;
     open_[opened] = {name, itself ? std::move(first->second) : RegistryValues{}};
     return kSuccess;
-  } catch (const Failure&) {
+  } catch (const Failure& failure) {
+    const int32_t number = failure.number();
+    if (number == failure_number::kFileNotFound || number == failure_number::kPathNotFound) {
+      return kNotFound;
+    }
+    problem_ = failure.description();
     return kUnreadable;
   }
 }
@@ -105,7 +111,7 @@ uint32_t FileRegistry::PrivateProfileString(const std::string& section, const st
     if (files_.Exists(file)) value = IniValue(locale_, TextOf(*files_.Map(file)), section, key);
   } catch (const Failure&) {  // as the platform does: what cannot be read has no values
   }
-  const std::string_view copied = BytePrefix(value, size - 1);
+  const std::string_view copied = Utf16Prefix(value, size - 1);
   buffer.replace(0, copied.size() + 1, std::string(copied) + '\0');
   return static_cast<uint32_t>(copied.size());
 }

@@ -12,7 +12,7 @@
 namespace vok {
 
 /// Reads the file anew whenever a key is opened under a root; nothing is ever written. A missing
-/// file is an empty registry, and an unreadable one as good as missing: its statuses say so and no
+/// file is an empty registry; of one that cannot be read the statuses and `Problem` say so, and no
 /// failure leaves here. `files` and `locale` outlive it.
 class FileRegistry : public Registry {
  public:
@@ -30,6 +30,7 @@ class FileRegistry : public Registry {
   uint32_t PrivateProfileString(const std::string& section, const std::string& key,
                                 std::string& buffer, uint32_t size,
                                 const std::string& file) override;
+  std::string Problem() const override { return problem_; }
 
  private:
   struct OpenedKey {
@@ -44,6 +45,7 @@ class FileRegistry : public Registry {
   std::string file_;
   std::map<RegistryKey, OpenedKey> open_;
   RegistryKey next_ = 1;
+  std::string problem_;
 };
 
 }  // namespace vok

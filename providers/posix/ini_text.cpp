@@ -11,8 +11,6 @@ std::string_view Unquoted(std::string_view value) {
   return quoted ? value.substr(1, value.size() - 2) : value;
 }
 
-bool IsContinuation(char byte) { return (static_cast<unsigned char>(byte) & 0xC0) == 0x80; }
-
 }  // namespace
 
 std::string IniValue(const Locale& locale, std::string_view bytes, const std::string& section,
@@ -35,12 +33,6 @@ std::string IniValue(const Locale& locale, std::string_view bytes, const std::st
     }
   }
   return {};
-}
-
-std::string_view BytePrefix(std::string_view text, std::size_t size) {
-  if (text.size() <= size) return text;
-  while (size > 0 && IsContinuation(text[size])) --size;
-  return text.substr(0, size);
 }
 
 }  // namespace vok

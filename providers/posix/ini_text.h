@@ -17,7 +17,4 @@ inline constexpr std::size_t kLargestIniText = std::size_t{1} << 20;  // bytes; 
 std::string IniValue(const Locale& locale, std::string_view bytes, const std::string& section,
                      const std::string& key);
 
-/// The longest prefix of at most `size` bytes that cuts no character in two.
-std::string_view BytePrefix(std::string_view text, std::size_t size);
-
 }  // namespace vok

@@ -63,7 +63,8 @@ std::optional<RegistryValue> ReadDword(std::string_view digits) {
   return value;
 }
 
-std::optional<RegistryValue> ReadValue(std::string_view text) {
+/// A value behind the "=". `wide`: the bytes of a string are UTF-16.
+std::optional<RegistryValue> ReadValue(std::string_view text, bool wide) {
   if (text.starts_with('"')) {
     text.remove_prefix(1);
     auto content = TakeQuoted(text);
@@ -76,7 +77,23 @@ std::optional<RegistryValue> ReadValue(std::string_view text) {
   text.remove_prefix(4);
   const auto type = TakeHex(text);
   if (!type || !text.starts_with("):")) return std::nullopt;
-  return ReadBytes(*type, text.substr(2));
+  auto value = ReadBytes(*type, text.substr(2));
+  if (value && wide && *type == kRegistryString) value->bytes = TextOfUtf16(value->bytes);
+  return value;
+}
+
+/// Whether the line assigns a list of bytes: no other line goes on after a "\" at its end.
+bool IsByteList(std::string_view line) {
+  if (line.starts_with('"')) {
+    line.remove_prefix(1);
+    if (!TakeQuoted(line)) return false;
+  } else if (line.starts_with('@')) {
+    line.remove_prefix(1);
+  } else {
+    return false;
+  }
+  line = TrimSpace(line);
+  return line.starts_with('=') && TrimSpace(line.substr(1)).starts_with("hex");
 }
 
 class RegistryReader {
@@ -85,7 +102,8 @@ class RegistryReader {
 
   RegistryKeys Read(std::string_view text) {
     const auto header = TrimSpace(TakeLine(text));
-    if (header != "Windows Registry Editor Version 5.00" && header != "REGEDIT4") {
+    wide_ = header == "Windows Registry Editor Version 5.00";
+    if (!wide_ && header != "REGEDIT4") {
       ThrowUnreadable(name_, "it does not begin with \"Windows Registry Editor Version 5.00\".");
     }
     while (!text.empty()) ReadLine(TakeWholeLine(text));
@@ -93,10 +111,9 @@ class RegistryReader {
   }
 
  private:
-  // A list of bytes goes on behind a backslash at a line's end.
   static std::string TakeWholeLine(std::string_view& text) {
     std::string line(TrimSpace(TakeLine(text)));
-    while (line.ends_with('\\') && !text.empty()) {
+    while (IsByteList(line) && line.ends_with('\\') && !text.empty()) {
       line.pop_back();
       line += TrimSpace(TakeLine(text));
     }
@@ -139,7 +156,7 @@ class RegistryReader {
       ThrowUnreadable(name_,
                       "it holds more than " + std::to_string(kMostRegistryValues) + " values.");
     }
-    if (auto value = ReadValue(rest)) (*values_)[name] = *std::move(value);
+    if (auto value = ReadValue(rest, wide_)) (*values_)[name] = *std::move(value);
   }
 
   const Locale& locale_;
@@ -147,6 +164,7 @@ class RegistryReader {
   RegistryKeys keys_;
   RegistryValues* values_ = nullptr;
   std::size_t count_ = 0;
+  bool wide_ = false;  ///< bytes of strings are UTF-16
 };
 
 }  // namespace

@@ -28,8 +28,8 @@ class Locale;
 /// Reads a text that begins with "Windows Registry Editor Version 5.00" or "REGEDIT4", in UTF-8 or,
 /// with its byte order mark, UTF-16LE. Strings, "dword:", "hex:" and "hex(n):" values, continued
 /// lines, comments and deletions ("[-key]", "name"=-) are understood; a line that is none of these
-/// is passed over. Fails with 57 for a text without that beginning or beyond the limits; `name` is
-/// for the failure's text.
+/// is passed over. Version 5 has the bytes of a string in UTF-16LE. Fails with 57 for a text
+/// without that beginning or beyond the limits; `name` is for the failure's text.
 RegistryKeys ReadRegistryText(const Locale& locale, std::string_view bytes,
                               const std::string& name);
 

@@ -8,9 +8,13 @@ namespace vok {
 
 std::string TextOfBytes(std::string_view bytes) {
   if (bytes.starts_with("\xEF\xBB\xBF")) return std::string(bytes.substr(3));
-  if (!bytes.starts_with("\xFF\xFE")) return std::string(bytes);
+  if (bytes.starts_with("\xFF\xFE")) return TextOfUtf16(bytes.substr(2));
+  return std::string(bytes);
+}
+
+std::string TextOfUtf16(std::string_view bytes) {
   icu::UnicodeString units;
-  for (std::size_t at = 2; at + 1 < bytes.size(); at += 2) {
+  for (std::size_t at = 0; at + 1 < bytes.size(); at += 2) {
     const auto low = static_cast<unsigned char>(bytes[at]);
     const auto high = static_cast<unsigned char>(bytes[at + 1]);
     units.append(static_cast<char16_t>(high << 8 | low));

@@ -10,6 +10,9 @@ namespace vok {
 /// is taken for UTF-8.
 std::string TextOfBytes(std::string_view bytes);
 
+/// UTF-16LE as UTF-8; an odd last byte does not count.
+std::string TextOfUtf16(std::string_view bytes);
+
 /// Cuts the next line off, without its CR LF, LF or CR.
 std::string_view TakeLine(std::string_view& rest);
 

@@ -47,6 +47,18 @@ TEST_F(EnvironmentTest, AValueThatIsAbsentOrCannotBeReadIsEmpty) {
   EXPECT_EQ(memory.registry.open, 0);
 }
 
+TEST_F(EnvironmentTest, ARegistryThatCannotBeReadIsToldOnceForEachReason) {
+  memory.registry.SetFolder("C:\\Data");
+  for (const char* problem : {"torn", "torn", "locked", "", "locked"}) {
+    memory.registry.problem = problem;
+    EXPECT_EQ(FindSettingsFolder(memory.host, environment), std::string(problem).empty());
+    EXPECT_EQ(environment.RegistryProblem, problem);
+  }
+  ASSERT_EQ(memory.boxes.boxes.size(), 3U);
+  EXPECT_EQ(memory.boxes.boxes[0].text, "torn Without it the settings folder is \"component\".");
+  EXPECT_EQ(memory.boxes.boxes[1].text.substr(0, 6), "locked");
+}
+
 TEST_F(EnvironmentTest, OpenKeysKeepTheirNames) {
   memory.registry.SetFolder("x");
   OpenKeyTable& table = environment.open_keys;

@@ -82,6 +82,7 @@ class MemoryFiles : public Files {
 class MemoryRegistry : public Registry {
  public:
   int32_t OpenKey(RegistryKey parent, const std::string& path, RegistryKey& opened) override {
+    if (!problem.empty()) return 1015;
     if (parent != kCurrentUser || path != "Software\\Vok\\Varnel 17" || values.empty()) return 2;
     opened = next_handle;
     ++open;
@@ -106,6 +107,8 @@ class MemoryRegistry : public Registry {
     return static_cast<uint32_t>(text.size());
   }
 
+  std::string Problem() const override { return problem; }
+
   /// Sets "MDBPath" as a string.
   void SetFolder(const std::string& folder) {
     values["MDBPath"] = {kRegistryString, folder + std::string(1, '\0')};
@@ -115,6 +118,7 @@ class MemoryRegistry : public Registry {
   std::map<std::string, std::string> ini;
   RegistryKey next_handle = 100;
   int32_t read_status = 0;  ///< of the query with a buffer
+  std::string problem;      ///< why nothing can be read
   int open = 0;             ///< keys that are open now
 };
 

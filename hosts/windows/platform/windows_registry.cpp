@@ -2,6 +2,7 @@
 
 #include "hosts/windows/platform/system_error.h"
 #include "hosts/windows/platform/utf16.h"
+#include "platform/text.h"
 
 namespace vok::windows {
 namespace {
@@ -31,12 +32,6 @@ LSTATUS ReadValue(HKEY key, const std::string& name, DWORD& type, std::string& b
     }
   }
   return status;
-}
-
-std::string_view WholeCharacters(std::string_view text, std::size_t most) {
-  if (text.size() <= most) return text;
-  while (most > 0 && (static_cast<unsigned char>(text[most]) & 0xC0) == 0x80) --most;
-  return text.substr(0, most);
 }
 
 }  // namespace
@@ -74,7 +69,7 @@ uint32_t WindowsRegistry::PrivateProfileString(const std::string& section, const
   ansi.resize(::GetPrivateProfileStringA(AnsiText(section).c_str(), AnsiText(key).c_str(), "",
                                          ansi.data(), size, AnsiText(NativePath(file)).c_str()));
   const std::string value = Utf8OfAnsi(ansi);
-  const std::string_view copied = WholeCharacters(value, size - 1);
+  const std::string_view copied = Utf16Prefix(value, size - 1);
   buffer.replace(0, copied.size() + 1, std::string(copied) + '\0');
   return static_cast<uint32_t>(copied.size());
 }

@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <string>
 #include <vector>
 
@@ -58,6 +59,7 @@ TEST_F(RegistryTest, ReadsWhatTheStandardTextHolds) {
       {kHeader + "[HKEY_LOCAL_MACHINE\\Software\\Vok\\Varnel 17]\n\"MDBPath\"=\"a\"", "-key 2"},
       {kHeader + "[HKEY_CURRENT_USER\\Software\\Vok\\Varnel 17\\Below]", "-value 2"},
       {kHeader + "[HKEY_CURRENT_USER\\Software\\Vok\\Varnel 171]", "-key 2"},
+      {"REGEDIT4\n" + kKey + "\"MDBPath\"=hex(1):2f,41,00", "/A"},
       {"", "-key 1015"},
       {"something else", "-key 1015"},
   };
@@ -68,7 +70,10 @@ TEST_F(RegistryTest, ReadsWhatTheStandardTextHolds) {
       {"\"MDBPath\"=hex(2):43,00,\\\r\n  3a,00,00,00", "-type 2"},
       {"\"MDBPath\"=dword:0000000a", "-type 4"},
       {"\"MDBPath\"=hex:01,02", "-type 3"},
-      {"\"MDBPath\"=hex(1):41,00", "A"},
+      {"\"MDBPath\"=hex(1):2f,00,d0,05,00,00", "/א"},
+      {"\"MDBPath\"=hex(1):2f,00,\\\r\n  41,00,00,00,42", "/A"},
+      {"; C:\\\r\n\"MDBPath\"=\"a\"", "a"},
+      {"\"Other\"=\"C:\\\r\n\"MDBPath\"=\"a\"", "a"},
       {"\"MDBPath\"=\"a\"\n\"MDBPath\"=-", "-value 2"},
       {"@=\"a\"", "-value 2"},
       {"\"MDBPath\"=\"not closed", "-value 2"},
@@ -82,6 +87,7 @@ TEST_F(RegistryTest, ReadsWhatTheStandardTextHolds) {
   for (const auto& [bytes, value] : rows) {
     SetFile("r.reg", bytes);
     EXPECT_EQ(Read(registry, path, "MDBPath"), value) << bytes;
+    EXPECT_EQ(registry.Problem().find("r.reg") != std::string::npos, value == "-key 1015") << bytes;
   }
 }
 
@@ -142,22 +148,31 @@ TEST(IniText, IsReadAsThePrivateProfileCallReads) {
 }
 
 TEST_F(RegistryTest, ProfileTextsAreCutAtWholeCharacters) {
+  std::string hebrew;  // 300 characters of two bytes each
+  for (int i = 0; i < 300; ++i) hebrew += "א";
   FileRegistry registry(files_, locale_, root_ + "/none.reg");
   const struct {
     std::string value;
     uint32_t size;
     std::string copied;
-  } rows[] = {
-      {"abc", 5, "abc"}, {"abc", 4, "abc"}, {"abc", 3, "ab"},
-      {"abc", 1, ""},    {"אב", 5, "אב"},   {"אב", 4, "א"},
-      {"😀", 4, ""},      {"", 255, ""},     {std::string(300, 'x'), 255, std::string(254, 'x')}};
+  } rows[] = {{"abc", 5, "abc"},
+              {"abc", 4, "abc"},
+              {"abc", 3, "ab"},
+              {"abc", 1, ""},
+              {"אב", 3, "אב"},
+              {"אב", 2, "א"},
+              {"a😀", 3, "a"},
+              {"", 255, ""},
+              {std::string(300, 'x'), 255, std::string(254, 'x')},
+              {hebrew.substr(0, 508), 255, hebrew.substr(0, 508)},
+              {hebrew, 255, hebrew.substr(0, 508)}};
   for (const auto& row : rows) {
     SetFile("Qel.ini", "[Qel]\nk=" + row.value);
     std::string buffer(row.size, ' ');
     const std::string file = root_ + "\\Qel.ini";
     EXPECT_EQ(registry.PrivateProfileString("Qel", "k", buffer, row.size, file), row.copied.size());
     EXPECT_EQ(buffer.substr(0, buffer.find('\0')), row.copied);
-    EXPECT_EQ(buffer.size(), row.size);
+    EXPECT_EQ(buffer.size(), std::max<std::size_t>(row.size, row.copied.size() + 1));
   }
   std::string buffer(10, ' ');
   EXPECT_EQ(registry.PrivateProfileString("Qel", "k", buffer, 10, root_ + "\\none.ini"), 0U);

@@ -71,7 +71,7 @@ TEST_F(WindowsRegistryTest, ReadsIniValuesCutToTheBuffer) {
   } rows[] = {
       {"qel", "QELUILANGUAGE", 255, "2"}, {"Qel", "None", 255, ""},
       {"None", "Long", 255, ""},          {"Qel", "Long", 255, std::string(254, 'x')},
-      {"Qel", "Umlaut", 255, "ü"},        {"Qel", "Umlaut", 2, ""},
+      {"Qel", "Umlaut", 255, "ü"},        {"Qel", "Umlaut", 2, "ü"},
   };
   for (const auto& row : rows) {
     std::string buffer(255, ' ');
