@@ -36,6 +36,9 @@ class Connection {
   /// Groups the statements up to `CommitSave` so that all or none of them hold. The platform's own
   /// database keeps its order of plain statements: there the three do nothing.
   virtual void BeginSave() = 0;
+  /// As `BeginSave`, for a change that is none of the platform's own order of statements: its
+  /// database takes this one for a transaction too.
+  virtual void BeginChange() { BeginSave(); }
   virtual void CommitSave() = 0;
   virtual void RollbackSave() noexcept = 0;
 };
@@ -115,8 +118,12 @@ struct IndexDefinition {
 class DatabaseCatalog {
  public:
   virtual ~DatabaseCatalog() = default;
-  /// Makes a new database file and leaves it as the active one. Fails when the file exists.
+  /// Makes a new database file and leaves it as the active one. Fails when the file exists. Where
+  /// the provider can, nothing stands on the disk before `Keep`.
   virtual void Create(const std::string& connection_string) = 0;
+  /// What was made since `Create` is complete: the catalog writes it, whole or not at all, and is
+  /// not connected any more. A provider that wrote each step as it came has nothing left to do.
+  virtual void Keep() {}
   virtual void SetActiveConnection(Connection& connection) = 0;
   virtual std::vector<std::string> TableNames() const = 0;
   virtual int32_t ColumnCount(const std::string& table) const = 0;

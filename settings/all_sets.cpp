@@ -36,7 +36,9 @@ std::vector<DataSourceSetting> ReadAllDataSources(const Host& host,
   });
   ForEachRow(store, "MoneySetsMeasures", [&](const SetRow& row) {
     const auto owner = by_name.find(host.locale.FoldCase(row.Text("SetName")));
-    if (owner != by_name.end()) ReadMoneyRow(row, settings[owner->second]);
+    if (owner != by_name.end()) {
+      ReadMoneyRow(row, settings[owner->second], NullRule::kIsEmpty);
+    }
   });
   return settings;
 }

@@ -33,7 +33,7 @@ std::optional<DataSourceSetting> ReadEditedDataSource(const Host& host,
   });
   if (!found) return std::nullopt;
   ReadSet(host, environment, "MoneySetsMeasures", name,
-          [&](const SetRow& row) { ReadMoneyRow(row, setting); });
+          [&](const SetRow& row) { ReadMoneyRow(row, setting, NullRule::kIsEmpty); });
   return setting;
 }
 

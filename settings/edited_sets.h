@@ -1,5 +1,6 @@
 // One stored setting as a window edits it. Names match as everywhere: without regard to case and to
-// blanks around them. Failures pass to the caller, a NULL that is read as a text or date included.
+// blanks around them. Failures pass to the caller, a NULL that is read as a text or date included;
+// a quantity that is NULL is empty, since rows from before the quantity columns have none.
 #pragma once
 
 #include <optional>

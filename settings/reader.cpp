@@ -82,7 +82,7 @@ int32_t ReadDataSourceSetting(const Host& host, const Environment& environment,
 
     const auto money = SelectSet(host, environment, "MoneySetsMeasures", name);
     if (money->RecordCount() == 0) return kNotFound;
-    ReadMoneyRow(SetRow(*money, "MoneySetsMeasures", NullRule::kFails), setting);
+    ReadMoneyRow(SetRow(*money, "MoneySetsMeasures", NullRule::kFails), setting, NullRule::kFails);
     money->Close();
     FillEmptyMeasures(setting, cube_measures);
     return kFound;

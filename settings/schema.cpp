@@ -1,6 +1,7 @@
 #include "settings/schema.h"
 
 #include <array>
+#include <memory>
 #include <optional>
 #include <vector>
 
@@ -77,17 +78,19 @@ IndexDefinition Lookup(const char* name, const char* column) {
   return {name, column, false, false, false, true};
 }
 
-/// Runs one step; a failure in it is shown under the title and goes no further.
+/// Runs one step; a failure in it is shown under the title, goes no further and gives false.
 template <typename Step>
-void Shown(const Host& host, const char* title, Step step) {
+bool Shown(const Host& host, const char* title, Step step) {
   try {
     step();
+    return true;
   } catch (...) {
     const Failure failure = CurrentFailure();
     MessageBox box;
     box.text = std::to_string(failure.number()) + " / " + failure.description();
     box.title = title;
     host.message_boxes.Show(box);
+    return false;
   }
 }
 
@@ -106,19 +109,23 @@ void AppendColumns(DatabaseCatalog& catalog, const std::string& table, const Col
   for (const ColumnDefinition& column : columns) catalog.AppendColumn(table, column);
 }
 
-void BringUpToDate(const Host& host, const std::string& database) {
+std::unique_ptr<DatabaseCatalog> CatalogOn(const Host& host, Connection& connection) {
+  auto catalog = host.database.NewCatalog();
+  catalog->SetActiveConnection(connection);
+  return catalog;
+}
+
+void UpgradeFile(const Host& host, const std::string& database) {
   const auto connection = host.database.NewConnection();
   connection->Open(std::string(kJet) + ";Data Source=" + database, "", "", kUnspecifiedOptions);
-  const auto catalog = host.database.NewCatalog();
-  catalog->SetActiveConnection(*connection);
-  UpgradeMoneySetsMeasures(host, *catalog);
+  UpgradeMoneySetsMeasures(host, *CatalogOn(host, *connection));
 }
 
 /// Whether there is a file that can be used after all: another process was faster.
 bool IsMadeByAnother(const Host& host, const std::string& database) {
   if (!host.files.Exists(database)) return false;
   try {
-    BringUpToDate(host, database);
+    UpgradeFile(host, database);
     return true;
   } catch (const Failure&) {
     return false;
@@ -136,31 +143,35 @@ void CreateFile(const Host& host, std::string folder) {
     if (IsMadeByAnother(host, database)) return;
     throw;
   }
-  CreateTables(host, *catalog);
-  CreateIndexes(host, *catalog);
+  const bool has_tables = CreateTables(host, *catalog);
+  const bool has_indexes = CreateIndexes(host, *catalog);
+  if (has_tables && has_indexes) catalog->Keep();
 }
 
 }  // namespace
 
 void CreateDB(const Host& host, const Environment& environment, const std::string& folder) {
   Shown(host, "", [&] {
-    const std::string database = SettingsDatabase(environment.SettingsFolder);
-    if (host.files.Exists(database)) {
-      BringUpToDate(host, database);
+    if (host.files.Exists(SettingsDatabase(environment.SettingsFolder))) {
+      BringUpToDate(host, environment);
     } else {
       CreateFile(host, folder);
     }
   });
 }
 
-void CreateTables(const Host& host, DatabaseCatalog& catalog) {
-  Shown(host, "Error In CreateTables", [&] {
+void BringUpToDate(const Host& host, const Environment& environment) {
+  UpgradeFile(host, SettingsDatabase(environment.SettingsFolder));
+}
+
+bool CreateTables(const Host& host, DatabaseCatalog& catalog) {
+  return Shown(host, "Error In CreateTables", [&] {
     for (const TableDefinition& table : Tables()) catalog.AppendTable(table);
   });
 }
 
-void CreateIndexes(const Host& host, DatabaseCatalog& catalog) {
-  Shown(host, "Error In CreateIndexes", [&] {
+bool CreateIndexes(const Host& host, DatabaseCatalog& catalog) {
+  return Shown(host, "Error In CreateIndexes", [&] {
     catalog.AppendIndex("DataSourceInfo", PrimaryKey());
     catalog.AppendIndex("Main", PrimaryKey());
     catalog.AppendIndex("Main", Lookup("MoneySetsMeasuresMain", "MoneySetMeasures"));
@@ -179,16 +190,18 @@ void UpgradeMoneySetsMeasures(const Host& host, DatabaseCatalog& catalog) {
 void UpgradeQty(const Host& host, const Environment& environment) {
   const objRs store = OpenSettings(host, environment);
   Connection& connection = store.OpenedConnection();
-  const auto catalog = host.database.NewCatalog();
-  catalog->SetActiveConnection(connection);
-  if (!MoneyTableBelow(host, *catalog, kColumnsWithQty)) return;
-
+  if (!MoneyTableBelow(host, *CatalogOn(host, connection), kColumnsWithQty)) return;
   SaveGroup group(connection);
+  AddQtyColumns(host, connection);
+  group.Commit();
+}
+
+void AddQtyColumns(const Host& host, Connection& connection) {
+  const auto catalog = CatalogOn(host, connection);
   UpgradeMoneySetsMeasures(host, *catalog);  // with the columns below it would seem up to date
   const auto table = MoneyTableBelow(host, *catalog, kColumnsWithQty);
-  if (!table) return;  // another process was first
+  if (!table) return;  // they are there, or another process was first
   AppendColumns(*catalog, *table, MoneyColumns("Qty", ColumnType::kText, 0, false));
-  group.Commit();
 }
 
 }  // namespace vok

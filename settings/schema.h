@@ -10,12 +10,17 @@ namespace vok {
 
 /// Makes sure that the settings database exists and is current: creates it in `folder` (one closing
 /// "\" is dropped) when the settings folder has none, else adds missing `IsCalculated` columns.
-/// Never fails: a failure is shown, and a file that is made in part stays.
+/// Never fails: a failure is shown. A file that could be made in part alone is not kept, where the
+/// provider has the choice.
 void CreateDB(const Host& host, const Environment& environment, const std::string& folder);
 
-/// The steps of making a new file. A failure ends its step and is shown under the step's title.
-void CreateTables(const Host& host, DatabaseCatalog& catalog);
-void CreateIndexes(const Host& host, DatabaseCatalog& catalog);
+/// The steps of making a new file. A failure ends its step, is shown under the step's title and
+/// makes the result false.
+bool CreateTables(const Host& host, DatabaseCatalog& catalog);
+bool CreateIndexes(const Host& host, DatabaseCatalog& catalog);
+
+/// What `CreateDB` does to a file that is there; a failure passes to the caller.
+void BringUpToDate(const Host& host, const Environment& environment);
 
 /// Adds `IsCalculated0` to `IsCalculated12` to a `MoneySetsMeasures` of fewer than 30 columns.
 void UpgradeMoneySetsMeasures(const Host& host, DatabaseCatalog& catalog);
@@ -23,5 +28,7 @@ void UpgradeMoneySetsMeasures(const Host& host, DatabaseCatalog& catalog);
 /// Adds `Qty0` to `Qty12` to a `MoneySetsMeasures` of fewer than 43 columns. Of several processes
 /// that come at once, one adds them. Failures pass to the caller.
 void UpgradeQty(const Host& host, const Environment& environment);
+/// The same inside a save or change of the caller's.
+void AddQtyColumns(const Host& host, Connection& connection);
 
 }  // namespace vok

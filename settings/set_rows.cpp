@@ -21,10 +21,10 @@ std::string SetNameOf(const Recordset& records) {
 }  // namespace
 
 template <typename Reading>
-auto SetRow::Read(const std::string& field, Reading reading) const {
+auto SetRow::Read(const std::string& field, NullRule null_rule, Reading reading) const {
   try {
     const Value value = records_.Field(field);
-    return reading(value.IsNull() && null_rule_ == NullRule::kIsEmpty ? Value() : value);
+    return reading(value.IsNull() && null_rule == NullRule::kIsEmpty ? Value() : value);
   } catch (const Failure& failure) {
     throw Located(failure, field, table_, SetNameOf(records_));
   }
@@ -32,20 +32,20 @@ auto SetRow::Read(const std::string& field, Reading reading) const {
 
 Value SetRow::Any(const std::string& field) const { return records_.Field(field); }
 
-std::string SetRow::Text(const std::string& field) const {
-  return Read(field, [](const Value& value) { return value.ToText(); });
+std::string SetRow::Text(const std::string& field, NullRule null_rule) const {
+  return Read(field, null_rule, [](const Value& value) { return value.ToText(); });
 }
 
 int16_t SetRow::Int16(const std::string& field) const {
-  return Read(field, [](const Value& value) { return value.ToInt16(); });
+  return Read(field, null_rule_, [](const Value& value) { return value.ToInt16(); });
 }
 
 bool SetRow::Flag(const std::string& field) const {
-  return Read(field, [](const Value& value) { return value.ToBoolean(); });
+  return Read(field, null_rule_, [](const Value& value) { return value.ToBoolean(); });
 }
 
 Date SetRow::Day(const std::string& field) const {
-  return Read(field, [](const Value& value) { return value.ToDate(); });
+  return Read(field, null_rule_, [](const Value& value) { return value.ToDate(); });
 }
 
 void ReadInfoRow(const SetRow& row, DataSourceSetting& setting) {
@@ -57,14 +57,14 @@ void ReadInfoRow(const SetRow& row, DataSourceSetting& setting) {
   setting.SetName = row.Text("SetName");
 }
 
-void ReadMoneyRow(const SetRow& row, DataSourceSetting& setting) {
+void ReadMoneyRow(const SetRow& row, DataSourceSetting& setting, NullRule null_quantity) {
   setting.CountMoney = row.Int16("CountMoney");
   for (int i = 0; i < kMoneySetCount; ++i) {
     MoneySetEntry& entry = setting.MoneySets[static_cast<std::size_t>(i)];
     const std::string number = std::to_string(i);
     entry.MoneySet = row.Any("MoneySets" + number);
     entry.Measure = row.Text("Measure" + number);
-    entry.Qty = row.Text("Qty" + number);
+    entry.Qty = row.Text("Qty" + number, null_quantity);
     entry.IsCalculated = row.Flag("IsCalculated" + number);
   }
 }

@@ -20,14 +20,15 @@ class SetRow {
       : records_(records), table_(std::move(table)), null_rule_(null_rule) {}
 
   Value Any(const std::string& field) const;  ///< NULL stays NULL
-  std::string Text(const std::string& field) const;
+  std::string Text(const std::string& field) const { return Text(field, null_rule_); }
+  std::string Text(const std::string& field, NullRule null_rule) const;
   int16_t Int16(const std::string& field) const;
   bool Flag(const std::string& field) const;
   Date Day(const std::string& field) const;
 
  private:
   template <typename Reading>
-  auto Read(const std::string& field, Reading reading) const;
+  auto Read(const std::string& field, NullRule null_rule, Reading reading) const;
 
   const Recordset& records_;
   std::string table_;
@@ -37,7 +38,8 @@ class SetRow {
 /// Each reads its fields in the order of the stored columns and leaves what it has read when a
 /// later field fails.
 void ReadInfoRow(const SetRow& row, DataSourceSetting& setting);
-void ReadMoneyRow(const SetRow& row, DataSourceSetting& setting);
+/// `null_quantity`: for the quantities alone, which rows from before their columns may not have.
+void ReadMoneyRow(const SetRow& row, DataSourceSetting& setting, NullRule null_quantity);
 /// All dates are cleared first; a NULL name leaves the name of its period.
 void ReadPeriodsRow(const SetRow& row, PeriodSet& set);
 

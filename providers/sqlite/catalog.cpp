@@ -6,6 +6,7 @@
 #include "providers/sqlite/connection.h"
 #include "providers/sqlite/connection_text.h"
 #include "providers/sqlite/schema.h"
+#include "providers/sqlite/store_failure.h"
 
 namespace vok {
 namespace {
@@ -15,10 +16,29 @@ constexpr int32_t kCreateTimeout = 30;  // seconds, the platform's default
 }  // namespace
 
 void SqliteCatalog::Create(const std::string& connection_string) {
-  const auto text = ParseConnectionText(connection_string);
-  FolderLock making(files_.NativePath(text.data_source), FolderLock::Kind::kAlone, kCreateTimeout);
-  store_ = SqliteStore::Create(files_, locale_, text.data_source, kCreateTimeout);
+  path_ = ParseConnectionText(connection_string).data_source;
+  const std::string native = files_.NativePath(path_);
+  FolderLock making(native, FolderLock::Kind::kAlone, kCreateTimeout);
+  RefuseExisting();
+  store_ = SqliteStore::InMemory(locale_, patience_, native);
   making_ = std::move(making);
+}
+
+void SqliteCatalog::Keep() {
+  const std::string bytes = Store().Bytes();
+  RefuseExisting();
+  try {
+    WriteWholeFile(files_, path_, bytes);
+  } catch (const Failure& failure) {
+    ThrowUnusable(files_.NativePath(path_), "it cannot be made. " + failure.description());
+  }
+  store_.reset();
+  making_ = FolderLock();
+}
+
+void SqliteCatalog::RefuseExisting() const {
+  if (!files_.Exists(path_) && !files_.IsDirectory(path_)) return;
+  ThrowUnusable(files_.NativePath(path_), "it exists already and was left as it is.");
 }
 
 void SqliteCatalog::SetActiveConnection(Connection& connection) { store_ = StoreOf(connection); }

@@ -25,7 +25,7 @@ void SqliteConnection::Open(const std::string& connection_string, const std::str
                   "The connection to \"" + store_->file() + "\" is open already. Close it first.");
   }
   const auto text = ParseConnectionText(connection_string.empty() ? text_ : connection_string);
-  store_ = SqliteStore::Open(files_, locale_, text.data_source, timeout_);
+  store_ = SqliteStore::Open(files_, locale_, patience_, text.data_source, timeout_);
   text_ = text.ToText();
 }
 
@@ -39,7 +39,7 @@ void SqliteConnection::BeginSave() {
   if (store->InTransaction()) {
     throw Failure(failure_number::kInvalidCall, "A save has begun already; end that one first");
   }
-  store->Execute("BEGIN IMMEDIATE");
+  store->BeginWriting();
 }
 
 void SqliteConnection::CommitSave() {

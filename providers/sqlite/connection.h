@@ -9,10 +9,11 @@
 
 namespace vok {
 
-/// `files` and `locale` outlive it.
+/// What it is made with outlives it.
 class SqliteConnection : public Connection {
  public:
-  SqliteConnection(Files& files, const Locale& locale) : files_(files), locale_(locale) {}
+  SqliteConnection(Files& files, const Locale& locale, LockPatience& patience)
+      : files_(files), locale_(locale), patience_(patience) {}
   ~SqliteConnection() override;
 
   std::string ConnectionString() const override { return text_; }
@@ -35,6 +36,7 @@ class SqliteConnection : public Connection {
  private:
   Files& files_;
   const Locale& locale_;
+  LockPatience& patience_;
   std::string text_;
   int32_t timeout_ = 30;  // seconds, the platform's default
   std::shared_ptr<SqliteStore> store_;

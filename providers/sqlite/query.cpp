@@ -3,6 +3,7 @@
 #include <sqlite3.h>
 
 #include <limits>
+#include <utility>
 
 #include "providers/sqlite/store.h"
 #include "providers/sqlite/store_failure.h"
@@ -14,6 +15,9 @@ Query::Query(SqliteStore& store, const std::string& sql) : store_(store) {
                                       &statement_, nullptr);
   if (code != SQLITE_OK) store_.Throw(code);
 }
+
+Query::Query(Query&& other) noexcept
+    : store_(other.store_), statement_(std::exchange(other.statement_, nullptr)) {}
 
 Query::~Query() { sqlite3_finalize(statement_); }
 

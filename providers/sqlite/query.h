@@ -19,6 +19,7 @@ class Query {
   /// `sql` is the provider's own, never a user's.
   Query(SqliteStore& store, const std::string& sql);
   Query(const Query&) = delete;
+  Query(Query&& other) noexcept;
   Query& operator=(const Query&) = delete;
   ~Query();
 

@@ -25,34 +25,47 @@ std::string ListOf(const std::vector<ColumnDefinition>& columns) {
   return list;
 }
 
-/// A statement's filter; none lets every row through.
+/// A statement's filter; none lets every row through. The store itself looks for an equal text, by
+/// the index of the key; for a pattern every row is looked at.
 class RowFilter {
  public:
   RowFilter(const SqliteStore& store, const TableDefinition& table,
-            const std::optional<LikeFilter>& filter) {
+            const std::optional<TextFilter>& filter) {
     if (!filter) return;
-    column_ = ColumnNamed(store, table, filter->column);
-    if (column_->type != ColumnType::kText) {
+    const ColumnDefinition column = ColumnNamed(store, table, filter->column);
+    if (column.type != ColumnType::kText) {
       throw Failure(
           failure_number::kWrongColumnType,
-          "Data type mismatch in criteria expression: column " + column_->name + " is no text");
+          "Data type mismatch in criteria expression: column " + column.name + " is no text");
     }
-    pattern_.emplace(store.locale(), filter->pattern);
+    column_ = Quoted(column.name);
+    if (filter->is_pattern) {
+      pattern_.emplace(store.locale(), filter->text);
+    } else {
+      equal_ = filter->text;
+    }
   }
 
-  /// The column to select for the filter to look at.
-  std::string Column() const { return column_ ? Quoted(column_->name) : "NULL"; }
+  /// The rows of `table` to look at: the column that the filter wants to see, then `columns`.
+  Query Rows(SqliteStore& store, const std::string& columns, const TableDefinition& table) const {
+    Query query(store, "SELECT " + column_ + columns + " FROM " + Quoted(table.name) +
+                           (equal_ ? " WHERE " + column_ + " = ? COLLATE vok_nocase" : "") +
+                           " ORDER BY rowid");
+    if (equal_) query.Bind(1, *equal_);
+    return query;
+  }
 
-  bool Passes(const Query& query, int column) const {
+  bool Passes(const Query& query) const {
     if (!pattern_) return true;
-    const Value value = query.Read(column, ColumnType::kText);
+    const Value value = query.Read(0, ColumnType::kText);
     const auto* text = value.As<std::string>();
     return text != nullptr && pattern_->Matches(*text);
   }
 
  private:
-  std::optional<ColumnDefinition> column_;
+  std::string column_ = "NULL";
   std::optional<LikePattern> pattern_;
+  std::optional<std::string> equal_;
 };
 
 Selection SelectRows(SqliteStore& store, const Statement& statement) {
@@ -66,10 +79,9 @@ Selection SelectRows(SqliteStore& store, const Statement& statement) {
     selection.table.columns = std::move(columns);
   }
   const auto& columns = selection.table.columns;
-  Query query(store, "SELECT " + filter.Column() + ListOf(columns) + " FROM " +
-                         Quoted(selection.table.name) + " ORDER BY rowid");
+  Query query = filter.Rows(store, ListOf(columns), selection.table);
   while (query.Step()) {
-    if (!filter.Passes(query, 0)) continue;
+    if (!filter.Passes(query)) continue;
     auto& row = selection.rows.emplace_back();
     for (std::size_t index = 0; index < columns.size(); ++index) {
       row.push_back(query.Read(static_cast<int>(index) + 1, columns[index].type));
@@ -81,9 +93,9 @@ Selection SelectRows(SqliteStore& store, const Statement& statement) {
 std::vector<int64_t> RowsToDelete(SqliteStore& store, const TableDefinition& table,
                                   const RowFilter& filter) {
   std::vector<int64_t> rows;
-  Query query(store, "SELECT rowid, " + filter.Column() + " FROM " + Quoted(table.name));
+  Query query = filter.Rows(store, ", rowid", table);
   while (query.Step()) {
-    if (filter.Passes(query, 1)) rows.push_back(query.Integer(0));
+    if (filter.Passes(query)) rows.push_back(query.Integer(1));
   }
   return rows;
 }

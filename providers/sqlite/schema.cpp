@@ -167,6 +167,9 @@ void AddColumn(SqliteStore& store, const std::string& table, const ColumnDefinit
   const auto existing = TableNamed(store, table, failure_number::kItemNotFound);
   if (FindColumn(store.locale(), existing, column.name)) ThrowExists("Column", column.name);
   store.Execute("ALTER TABLE " + Quoted(existing.name) + " ADD COLUMN " + ColumnSql(column));
+  if (column.type == ColumnType::kText && !column.nullable) {
+    store.Execute("UPDATE " + Quoted(existing.name) + " SET " + Quoted(column.name) + " = ''");
+  }
   RecordColumn(store, existing.name, column);
   scope.Commit();
 }

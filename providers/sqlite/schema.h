@@ -30,7 +30,8 @@ const ColumnDefinition* FindColumn(const Locale& locale, const TableDefinition& 
 
 /// Fail with -2147217857 when there is one of that name already.
 void AddTable(SqliteStore& store, const TableDefinition& table);
-/// Rows that are there get false in a yes/no column, NULL in any other.
+/// Rows that are there get false in a yes/no column, the empty text in one of texts that is not
+/// nullable, NULL in any other.
 void AddColumn(SqliteStore& store, const std::string& table, const ColumnDefinition& column);
 void AddIndex(SqliteStore& store, const std::string& table, const IndexDefinition& index);
 

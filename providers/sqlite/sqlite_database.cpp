@@ -28,7 +28,7 @@ class SqliteCommand : public Command {
 }  // namespace
 
 std::unique_ptr<Connection> SqliteDatabase::NewConnection() {
-  return std::make_unique<SqliteConnection>(files_, locale_);
+  return std::make_unique<SqliteConnection>(files_, locale_, patience_);
 }
 
 std::unique_ptr<Recordset> SqliteDatabase::NewRecordset() {
@@ -38,7 +38,7 @@ std::unique_ptr<Recordset> SqliteDatabase::NewRecordset() {
 std::unique_ptr<Command> SqliteDatabase::NewCommand() { return std::make_unique<SqliteCommand>(); }
 
 std::unique_ptr<DatabaseCatalog> SqliteDatabase::NewCatalog() {
-  return std::make_unique<SqliteCatalog>(files_, locale_);
+  return std::make_unique<SqliteCatalog>(files_, locale_, patience_);
 }
 
 }  // namespace vok

@@ -11,6 +11,7 @@
 #include "platform/database.h"
 #include "platform/files.h"
 #include "platform/locale.h"
+#include "providers/sqlite/lock_patience.h"
 
 namespace vok {
 
@@ -27,6 +28,7 @@ class SqliteDatabase : public Database {
  private:
   Files& files_;
   const Locale& locale_;
+  LockPatience patience_;
 };
 
 }  // namespace vok

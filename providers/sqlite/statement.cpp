@@ -52,16 +52,26 @@ class Parser {
     return columns;
   }
 
-  LikeFilter ParseFilter() {
-    LikeFilter filter;
+  TextFilter ParseFilter() {
+    TextFilter filter;
     filter.column = ParseName("a column's name");
-    Expect("like");
+    filter.is_pattern = TakeWord("like");
+    if (!filter.is_pattern && !TakeMark('=')) Fail("\"like\" or \"=\" was expected");
     if (!TakeMark('\'')) Fail("a text in single quotes was expected");
+    filter.text = TakeUpToQuote();
+    while (!filter.is_pattern && at_ < text_.size() && text_[at_] == '\'') {
+      ++at_;
+      filter.text += '\'' + TakeUpToQuote();
+    }
+    return filter;
+  }
+
+  std::string TakeUpToQuote() {
     const std::size_t end = text_.find('\'', at_);
     if (end == std::string_view::npos) Fail("the closing single quote is missing");
-    filter.pattern = text_.substr(at_, end - at_);
+    std::string taken(text_.substr(at_, end - at_));
     at_ = end + 1;
-    return filter;
+    return taken;
   }
 
   std::string ParseName(const std::string& expected) {

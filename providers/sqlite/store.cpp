@@ -3,8 +3,8 @@
 #include <sqlite3.h>
 
 #include <algorithm>
-#include <climits>
 #include <filesystem>
+#include <memory>
 #include <utility>
 
 #include "platform/failure.h"
@@ -50,66 +50,53 @@ void CheckExists(const Files& files, const std::string& path) {
   }
 }
 
-// The store's own words for what keeps it from making a file are of another attempt that it makes.
-void CheckCanBeMade(Files& files, const std::string& path) {
-  try {
-    files.Append(path, {});
-  } catch (const Failure& failure) {
-    ThrowUnusable(files.NativePath(path), "it cannot be made. " + failure.description());
-  }
-}
-
 // The store's own words for what it cannot read are poor, and it would look for a journal first.
 void CheckIsNoJetFile(const Files& files, const std::string& path) {
   if (!IsJetFile(*files.Map(path))) return;
-  ThrowUnusable(
-      files.NativePath(path),
-      "it is a Jet database, as the Windows version keeps its settings in. It was left "
-      "as it is, for there is no engine here that can read it safely. Export its settings "
-      "on Windows and import them into another settings folder.");
+  ThrowUnusable(files.NativePath(path),
+                "it is a Jet database, which the Windows version keeps its settings in. It cannot "
+                "be read here "
+                "and was left as it is. On Windows, run \"vokcube settings export sets.json\" on "
+                "it; then name "
+                "another folder here and run \"vokcube settings import sets.json\".");
 }
 
 }  // namespace
 
-SqliteStore::SqliteStore(const Locale& locale, std::string file)
-    : locale_(locale), file_(std::move(file)) {}
+SqliteStore::SqliteStore(const Locale& locale, LockPatience& patience, std::string file)
+    : locale_(locale), patience_(patience), file_(std::move(file)) {}
 
 std::shared_ptr<SqliteStore> SqliteStore::Open(Files& files, const Locale& locale,
-                                               const std::string& path, int32_t timeout) {
+                                               LockPatience& patience, const std::string& path,
+                                               int32_t timeout) {
   CheckExists(files, path);
   { const FolderLock wait(files.NativePath(path), FolderLock::Kind::kShared, timeout); }
   CheckIsNoJetFile(files, path);
-  std::shared_ptr<SqliteStore> store(new SqliteStore(locale, PlainPath(files.NativePath(path))));
-  store->OpenHandle(SQLITE_OPEN_READWRITE, timeout);
+  const std::string native = PlainPath(files.NativePath(path));
+  std::shared_ptr<SqliteStore> store(new SqliteStore(locale, patience, native));
+  store->timeout_ = timeout;
+  store->OpenHandle(native.c_str(), SQLITE_OPEN_READWRITE);
   store->CheckIsOurs();
   store->CheckIsWhole(files, path);
   return store;
 }
 
-std::shared_ptr<SqliteStore> SqliteStore::Create(Files& files, const Locale& locale,
-                                                 const std::string& path, int32_t timeout) {
-  const std::string native = files.NativePath(path);
-  const auto refuse = [&] { ThrowUnusable(native, "it exists already and was left as it is."); };
-  if (files.Exists(path) || files.IsDirectory(path)) refuse();
-  CheckCanBeMade(files, path);
-  std::shared_ptr<SqliteStore> store(new SqliteStore(locale, PlainPath(native)));
-  store->OpenHandle(SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE, timeout);
-  WriteScope scope(*store);
-  if (!store->IsBlank()) refuse();  // another process was faster
+std::shared_ptr<SqliteStore> SqliteStore::InMemory(const Locale& locale, LockPatience& patience,
+                                                   const std::string& file) {
+  std::shared_ptr<SqliteStore> store(new SqliteStore(locale, patience, file));
+  store->OpenHandle(":memory:", SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE);
   store->Execute("PRAGMA application_id = " + std::to_string(kApplicationId));
   store->Execute("PRAGMA user_version = " + std::to_string(kVersion));
   store->Execute(
       "CREATE TABLE vok_columns (table_name TEXT NOT NULL COLLATE vok_nocase, column_name TEXT NOT "
       "NULL COLLATE vok_nocase, type INT NOT NULL, size INT NOT NULL, nullable INT NOT NULL, "
       "UNIQUE (table_name, column_name)) STRICT");
-  scope.Commit();
   return store;
 }
 
-void SqliteStore::OpenHandle(int flags, int32_t timeout) {
-  const int code =
-      sqlite3_open_v2(file_.c_str(), &database_, flags | SQLITE_OPEN_EXRESCODE, nullptr);
-  SetTimeout(timeout);
+void SqliteStore::OpenHandle(const char* path, int flags) {
+  const int code = sqlite3_open_v2(path, &database_, flags | SQLITE_OPEN_EXRESCODE, nullptr);
+  SetTimeout(timeout_);
   if (code != SQLITE_OK) Throw(code);
   sqlite3_limit(database_, SQLITE_LIMIT_LENGTH, kLongestValue);
   sqlite3_limit(database_, SQLITE_LIMIT_SQL_LENGTH, kLongestValue);
@@ -169,14 +156,27 @@ sqlite3* SqliteStore::Handle() const {
 
 void SqliteStore::SetTimeout(int32_t seconds) {
   timeout_ = std::max<int32_t>(seconds, 0);
-  const int64_t milliseconds = timeout_ == 0 ? INT_MAX : int64_t{timeout_} * 1000;
-  sqlite3_busy_timeout(database_, static_cast<int>(std::min<int64_t>(milliseconds, INT_MAX)));
+  sqlite3_busy_timeout(database_, static_cast<int>(patience_.For(file_, timeout_).count()));
+}
+
+std::string SqliteStore::Bytes() const {
+  sqlite3_int64 size = 0;
+  const std::unique_ptr<unsigned char, decltype(&sqlite3_free)> bytes(
+      sqlite3_serialize(Handle(), "main", &size, 0), &sqlite3_free);
+  if (!bytes) Throw(SQLITE_NOMEM);
+  return std::string(reinterpret_cast<const char*>(bytes.get()), static_cast<std::size_t>(size));
 }
 
 void SqliteStore::Execute(const std::string& sql) {
   Query query(*this, sql);
   while (query.Step()) {
   }
+}
+
+void SqliteStore::BeginWriting() {
+  Execute("BEGIN IMMEDIATE");
+  patience_.Forget();
+  SetTimeout(timeout_);
 }
 
 int64_t SqliteStore::Number(const std::string& sql) {
@@ -192,10 +192,16 @@ void SqliteStore::RollBack() noexcept {
   }
 }
 
-void SqliteStore::Throw(int code) const { ThrowStoreFailure(database_, code, file_, timeout_); }
+void SqliteStore::Throw(int code) const {
+  if ((code & 0xFF) == SQLITE_BUSY) {
+    patience_.WaitedInVain(file_);
+    sqlite3_busy_timeout(database_, static_cast<int>(patience_.For(file_, timeout_).count()));
+  }
+  ThrowStoreFailure(database_, code, file_, timeout_);
+}
 
 WriteScope::WriteScope(SqliteStore& store) : store_(store), owns_(!store.InTransaction()) {
-  if (owns_) store_.Execute("BEGIN IMMEDIATE");
+  if (owns_) store_.BeginWriting();
 }
 
 WriteScope::~WriteScope() {

@@ -11,6 +11,7 @@
 
 #include "platform/files.h"
 #include "platform/locale.h"
+#include "providers/sqlite/lock_patience.h"
 
 struct sqlite3;
 struct sqlite3_stmt;
@@ -22,12 +23,13 @@ class SqliteStore {
  public:
   /// Opens an existing file of ours. Fails with -2147467259 for a missing file (none is made), one
   /// that is empty, damaged, of another program, of a newer version, or a genuine Jet database; no
-  /// such file is touched. `path` is the system's, `files` and `locale` outlive the store.
+  /// such file is touched. `path` is the system's; all but it outlive the store.
   static std::shared_ptr<SqliteStore> Open(Files& files, const Locale& locale,
-                                           const std::string& path, int32_t timeout);
-  /// Makes a new file without tables; fails with -2147467259 when there is one already.
-  static std::shared_ptr<SqliteStore> Create(Files& files, const Locale& locale,
-                                             const std::string& path, int32_t timeout);
+                                           LockPatience& patience, const std::string& path,
+                                           int32_t timeout);
+  /// A new store of ours without tables, in memory. `file` is what it will be, a native path.
+  static std::shared_ptr<SqliteStore> InMemory(const Locale& locale, LockPatience& patience,
+                                               const std::string& file);
 
   SqliteStore(const SqliteStore&) = delete;
   SqliteStore& operator=(const SqliteStore&) = delete;
@@ -43,7 +45,12 @@ class SqliteStore {
   /// Seconds that locks of others are waited for; 0 waits without end.
   void SetTimeout(int32_t seconds);
 
+  /// The file that the store is, or would be.
+  std::string Bytes() const;
+
   void Execute(const std::string& sql);
+  /// Begins a transaction that keeps every other writer out.
+  void BeginWriting();
   /// The first column of the first row.
   int64_t Number(const std::string& sql);
   bool InTransaction() const;
@@ -51,13 +58,14 @@ class SqliteStore {
   [[noreturn]] void Throw(int code) const;
 
  private:
-  SqliteStore(const Locale& locale, std::string file);
-  void OpenHandle(int flags, int32_t timeout);
+  SqliteStore(const Locale& locale, LockPatience& patience, std::string file);
+  void OpenHandle(const char* path, int flags);
   bool IsBlank();
   void CheckIsOurs();
   void CheckIsWhole(const Files& files, const std::string& path);
 
   const Locale& locale_;
+  LockPatience& patience_;
   std::string file_;  ///< native
   int32_t timeout_ = 0;
   sqlite3* database_ = nullptr;

@@ -8,7 +8,7 @@ void FuzzOne(std::string_view text) {
   static const vok::IcuLocale locale("en_GB");
   Refuses([&] {
     const auto statement = vok::ParseStatement(text);
-    if (statement.filter) vok::LikePattern(locale, statement.filter->pattern).Matches(text);
+    if (statement.filter) vok::LikePattern(locale, statement.filter->text).Matches(text);
   });
   Refuses([&] { vok::ParseConnectionText(std::string(text)); });
 }

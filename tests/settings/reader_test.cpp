@@ -4,6 +4,8 @@
 #include <gtest/gtest.h>
 
 #include "settings/all_sets.h"
+#include "settings/edited_sets.h"
+#include "tests/support/failures.h"
 #include "tests/support/memory_host.h"
 #include "tests/support/table_database.h"
 
@@ -78,21 +80,31 @@ TEST_F(ReaderTest, AFieldThatCannotBeReadEndsTheReadAndIsReported) {
     const char* field;
     Value value;
     int32_t number;
+    int32_t in_window;
   } const cases[] = {
-      {"DataSourceInfo", "OBs", Null{}, 94},
-      {"MoneySetsMeasures", "CountMoney", Null{}, 94},
-      {"MoneySetsMeasures", "CountMoney", 40000, 6},
-      {"MoneySetsMeasures", "Measure3", Null{}, 94},
-      {"MoneySetsMeasures", "Qty12", Null{}, 94},
-      {"Periods", "FromDate1", Null{}, 94},
-      {"Periods", "UntillDate12", Null{}, 94},
+      {"DataSourceInfo", "OBs", Null{}, 94, 94},
+      {"MoneySetsMeasures", "CountMoney", Null{}, 94, 94},
+      {"MoneySetsMeasures", "CountMoney", 40000, 6, 6},
+      {"MoneySetsMeasures", "Measure3", Null{}, 94, 94},
+      {"MoneySetsMeasures", "Qty12", Null{}, 94, 0},
+      {"Periods", "FromDate1", Null{}, 94, 94},
+      {"Periods", "UntillDate12", Null{}, 94, 94},
   };
-  for (const auto& [table, field, value, number] : cases) {
+  for (const auto& [table, field, value, number, in_window] : cases) {
     const auto kept = tables;
     tables[table][0][field] = value;
     memory.boxes.boxes.clear();
     const bool periods = std::string(table) == "Periods";
     EXPECT_EQ(periods ? ReadPeriods() : ReadSales(), number) << field;
+    EXPECT_EQ(test::NumberOf([&] {
+                if (periods) {
+                  ReadEditedPeriods(host, environment, "2024");
+                } else {
+                  ReadEditedDataSource(host, environment, "Sales");
+                }
+              }),
+              in_window)
+        << field;
     ASSERT_EQ(memory.boxes.boxes.size(), 1U) << field;
     const std::string& text = memory.boxes.boxes[0].text;
     EXPECT_THAT(text, HasSubstr(std::string("field ") + field + " of the table " + table));

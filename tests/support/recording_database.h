@@ -50,6 +50,7 @@ class RecordingConnection : public Connection {
   }
   void Close() override { record_.Add("disconnect"); }
   void BeginSave() override { record_.Add("begin"); }
+  void BeginChange() override { record_.Add("begin change"); }
   void CommitSave() override { record_.Add("commit"); }
   void RollbackSave() noexcept override { record_.lines.emplace_back("rollback"); }
 
@@ -106,6 +107,7 @@ class RecordingCatalog : public DatabaseCatalog {
  public:
   explicit RecordingCatalog(DatabaseRecord& record) : record_(record) {}
   void Create(const std::string& text) override { record_.Add("create " + text); }
+  void Keep() override { record_.Add("keep"); }
   void SetActiveConnection(Connection&) override { record_.Add("catalog on connection"); }
   std::vector<std::string> TableNames() const override {
     std::vector<std::string> names;

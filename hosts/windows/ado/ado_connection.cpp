@@ -27,6 +27,27 @@ void AdoConnection::Open(const std::string& connection_string, const std::string
 
 void AdoConnection::Close() { connection_.Call(L"Close"); }
 
+void AdoConnection::BeginChange() {
+  connection_.Call(L"BeginTrans");
+  in_transaction_ = true;
+}
+
+void AdoConnection::CommitSave() {
+  if (!in_transaction_) return;
+  connection_.Call(L"CommitTrans");
+  in_transaction_ = false;
+}
+
+void AdoConnection::RollbackSave() noexcept {
+  if (!in_transaction_) return;
+  in_transaction_ = false;
+  try {
+    connection_.Call(L"RollbackTrans");
+  } catch (const Failure&) {
+    // The failure that ended the change is the one to tell; the provider takes the rest back.
+  }
+}
+
 const Object& AdoConnection::ObjectOf(const Connection& connection) {
   const auto* own = dynamic_cast<const AdoConnection*>(&connection);
   if (own == nullptr) {

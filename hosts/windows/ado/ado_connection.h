@@ -17,8 +17,9 @@ class AdoConnection : public Connection {
             const std::string& password, int32_t options) override;
   void Close() override;
   void BeginSave() override {}
-  void CommitSave() override {}
-  void RollbackSave() noexcept override {}
+  void BeginChange() override;
+  void CommitSave() override;
+  void RollbackSave() noexcept override;
 
   const Object& object() const { return connection_; }
   /// The connection behind the port's; failure 3704 for one that is none of these.
@@ -26,6 +27,7 @@ class AdoConnection : public Connection {
 
  private:
   Object connection_;
+  bool in_transaction_ = false;
 };
 
 }  // namespace vok::windows

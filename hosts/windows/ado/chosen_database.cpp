@@ -35,6 +35,7 @@ class ChosenConnection : public Connection {
 
   void Close() override { Inner().Close(); }
   void BeginSave() override { Inner().BeginSave(); }
+  void BeginChange() override { Inner().BeginChange(); }
   void CommitSave() override { Inner().CommitSave(); }
   void RollbackSave() noexcept override {
     if (inner_) inner_->RollbackSave();
@@ -131,6 +132,7 @@ class ChosenCatalog : public DatabaseCatalog {
     inner_ = store.database.NewCatalog();
     inner_->Create(store.connection_text);
   }
+  void Keep() override { Made(inner_).Keep(); }
   void SetActiveConnection(Connection& connection) override {
     const auto& chosen = ChosenConnection::Of(connection);
     inner_ = chosen.database().NewCatalog();

@@ -111,6 +111,21 @@ TEST_F(DamagedFileTest, FullDiskKeepsTheOldRows) {
   EXPECT_THAT(Names(*Connect(), "Sets"), ElementsAre("old"));
 }
 
+TEST_F(DamagedFileTest, AFileThatCannotBeMadeIsNotThereAndCanBeMadeLater) {
+  for (const rlim_t most : {0, 1, 4096, 20000}) {
+    const auto limit = [most] {
+      ::signal(SIGXFSZ, SIG_IGN);
+      const rlimit size{most, most};
+      ::setrlimit(RLIMIT_FSIZE, &size);
+    };
+    const auto create = [&] { CreateFile(); };
+    EXPECT_EQ(InChild(limit, create, failure_number::kUnspecified, "cannot be made"), 0) << most;
+    EXPECT_TRUE(std::filesystem::is_empty(root_)) << most;
+  }
+  CreateFile();
+  EXPECT_THAT(Names(*Connect(), "Sets"), IsEmpty());
+}
+
 TEST_F(DamagedFileTest, ReadOnlyFileOrFolderCanBeReadAndRefusesToBeWritten) {
   CreateFile();
   Add(*Connect(), "old");

@@ -114,6 +114,13 @@ TEST_F(DatabaseTest, SelectsAndDeletesByName) {
   EXPECT_EQ(names("select Caption from Sets where SetName like 'a'"), (Names{"cap"}));
   EXPECT_EQ(names("select * from Sets where SetName like 'ПРОДАЖИ'"), (Names{"продажи"}));
   EXPECT_EQ(names("select * from Sets where Short like '*'"), Names{});
+  Add(*connection, "it's *");
+  EXPECT_EQ(names("select * from Sets where SetName = 'IT''S *'"), (Names{"it's *"}));
+  EXPECT_EQ(names("select * from Sets where SetName = 'ПРОДАЖИ'"), (Names{"продажи"}));
+  EXPECT_EQ(names("select * from Sets where SetName = 'x*'"), Names{});
+  EXPECT_EQ(names("select SetName from Sets where Caption = 'cap'").size(), 5U);
+  Run(*connection, "delete * from Sets where SetName = '*'");
+  Run(*connection, "delete * from Sets where SetName = 'it''s *'");
   Run(*connection, "delete * from Sets where setname like 'none'");
   Run(*connection, "DELETE * FROM Sets WHERE setname LIKE 'B2023'");
   Run(*connection, "delete from Sets where setname like 'x[[]1]'");
@@ -134,6 +141,7 @@ TEST_F(DatabaseTest, FailuresCarryTheProvidersNumbers) {
       {"select None from Sets", number::kNoColumn},
       {"select * from Sets where None like 'a'", number::kNoColumn},
       {"select * from Sets where Count like '1'", number::kWrongColumnType},
+      {"select * from Sets where Count = '1'", number::kWrongColumnType},
       {"select * from Sets where SetName like '[a'", number::kSyntax},
       {"select * from Sets where SetName like 'O'Neil'", number::kSyntax},
   };
@@ -215,10 +223,12 @@ TEST_F(DatabaseTest, StructureGrowsUnderItsRows) {
   EXPECT_EQ(catalog->ColumnCount("SETS"), 6);
   catalog->AppendColumn("sets", {"IsNew", ColumnType::kBoolean, 0, false});
   catalog->AppendColumn("sets", {"Qty", ColumnType::kText, 0, false});
-  EXPECT_EQ(catalog->ColumnCount("Sets"), 8);
+  catalog->AppendColumn("sets", {"Note", ColumnType::kText, 0, true});
+  EXPECT_EQ(catalog->ColumnCount("Sets"), 9);
   const auto records = Open(*connection, "Sets");
   EXPECT_EQ(records->Field("IsNew"), Value(false));
-  EXPECT_EQ(records->Field("Qty"), Value(Null{}));
+  EXPECT_EQ(records->Field("Qty"), Value(""));
+  EXPECT_EQ(records->Field("Note"), Value(Null{}));
 
   namespace number = failure_number;
   EXPECT_EQ(NumberOf([&] { catalog->ColumnCount("None"); }), number::kItemNotFound);

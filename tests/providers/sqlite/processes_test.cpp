@@ -1,4 +1,5 @@
 #include <chrono>
+#include <cmath>
 #include <csignal>
 #include <string>
 #include <thread>
@@ -48,6 +49,9 @@ TEST_F(ProcessesTest, ALockOfAnotherIsWaitedForAndThenNamed) {
   EXPECT_THAT(DescriptionOf(add), AllOf(HasSubstr(path_), HasSubstr("1 seconds")));
   EXPECT_THAT(std::chrono::steady_clock::now() - start, AllOf(Ge(900ms), Le(5s)));
   EXPECT_THAT(Names(*connection, "Sets"), IsEmpty());
+  const auto again = std::chrono::steady_clock::now();
+  EXPECT_EQ(NumberOf([&] { Add(*Connect(20), "mine"); }), failure_number::kUnspecified);
+  EXPECT_LT(std::chrono::steady_clock::now() - again, 800ms) << "it was waited for just before";
   ::kill(holder, SIGKILL);
   StatusOf(holder);
   EXPECT_EQ(NumberOf(add), 0);
@@ -71,6 +75,22 @@ TEST_F(ProcessesTest, ManyCreateTheFileAndOneDoes) {
   }
   EXPECT_EQ(made, 1);
   EXPECT_THAT(Names(*Connect(), "Sets"), IsEmpty());
+}
+
+TEST_F(ProcessesTest, KilledWhileItIsMadeTheFileIsWholeOrNotThere) {
+  int made = 0;
+  for (int round = 0; round < 40; ++round) {
+    const pid_t maker = Start([&] { CreateFile(); });
+    std::this_thread::sleep_for(200us * std::pow(1.21, round));
+    ::kill(maker, SIGKILL);
+    StatusOf(maker);
+    if (!std::filesystem::exists(path_)) continue;
+    EXPECT_EQ(NumberOf([&] { Names(*Connect(), "Sets"); }), 0) << round;
+    std::filesystem::remove(path_);
+    ++made;
+  }
+  EXPECT_THAT(made, AllOf(Gt(0), Lt(40)))
+      << "the kills came too early or too late to show anything";
 }
 
 TEST_F(ProcessesTest, KilledInTheMiddleOfSavesTheFileIsWhole) {

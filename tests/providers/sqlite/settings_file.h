@@ -37,6 +37,7 @@ class SettingsFileTest : public testing::Test {
                            {"From", ColumnType::kDate, 0, true},
                            {"Flag", ColumnType::kBoolean, 0, false}}});
     catalog->AppendIndex("Sets", {"PrimaryKey", "SetName", true, true, false, false});
+    catalog->Keep();
   }
 
   std::unique_ptr<Connection> Connect(int32_t timeout = 20) {

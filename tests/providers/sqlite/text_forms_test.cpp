@@ -46,8 +46,8 @@ std::string Shown(const Statement& statement) {
   for (const std::string& column : statement.columns) text += " [" + column + "]";
   text += " from [" + statement.table + "]";
   if (!statement.filter) return text;
-  return text + " where [" + statement.filter->column + "] like [" + statement.filter->pattern +
-         "]";
+  const auto& [column, sought, is_pattern] = *statement.filter;
+  return text + " where [" + column + (is_pattern ? "] like [" : "] = [") + sought + "]";
 }
 
 TEST(Statement, ReadsTheFormsThatSettingsUse) {
@@ -60,6 +60,8 @@ TEST(Statement, ReadsTheFormsThatSettingsUse) {
        "select from [t] where [n] like [דוח \"1\"; --]"},
       {"delete * from t WHERE setname like 'a*'", "delete from [t] where [setname] like [a*]"},
       {"DELETE FROM Periods", "delete from [Periods]"},
+      {"delete * from t where n='it''s''x'", "delete from [t] where [n] = [it's'x]"},
+      {"select * from t where n = '' ;", "select from [t] where [n] = []"},
   };
   for (const auto& [text, shown] : rows) EXPECT_EQ(Shown(ParseStatement(text)), shown);
 }
@@ -73,7 +75,8 @@ TEST(Statement, SaysWhereItStopsUnderstanding) {
       {"select from t", "character 13: \"from\""},
       {"select * from", "character 14: a table's name"},
       {"select * from t where", "character 22: a column's name"},
-      {"select * from t where n = 'a'", "character 25: \"like\""},
+      {"select * from t where n > 'a'", "character 25: \"like\" or \"=\""},
+      {"select * from t where n = 'a''", "character 31: the closing single quote"},
       {"select * from t where n like a", "character 30: a text in single quotes"},
       {"select * from t where n like 'a", "character 31: the closing single quote"},
       {"select * from t where n like 'a''b'", "character 33: the end"},

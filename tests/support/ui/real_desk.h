@@ -26,7 +26,7 @@ class ImpatientDatabase : public SqliteDatabase {
   ImpatientDatabase(Files& files, const Locale& locale)
       : SqliteDatabase(files, locale), files_(files), locale_(locale) {}
   std::unique_ptr<Connection> NewConnection() override {
-    return std::make_unique<Impatient>(files_, locale_);
+    return std::make_unique<Impatient>(files_, locale_, patience_);
   }
 
  private:
@@ -36,6 +36,7 @@ class ImpatientDatabase : public SqliteDatabase {
   };
   Files& files_;
   const Locale& locale_;
+  LockPatience patience_;
 };
 
 struct RealDesk {
