@@ -6,13 +6,21 @@
 #include "env/environment.h"
 #include "platform/failure.h"
 #include "settings/schema.h"
-#include "settings/store.h"
 
 namespace vok::cli {
 
+void FindFolder(Session& session) {
+  Environment& environment = session.publics().environment;
+  FindSettingsFolder(session.host(), environment);
+  if (environment.RegistryProblem.empty()) return;
+  throw Failure(failure_number::kDeviceError,
+                "The settings folder is not known, as reported above; mend or remove the registry "
+                "file, or name the folder with --settings-folder");
+}
+
 void FindDatabase(Session& session) {
   const Host& host = session.host();
-  FindSettingsFolder(host, session.publics().environment);
+  FindFolder(session);
   const std::string database = SettingsDatabase(session.publics().environment.SettingsFolder);
   if (host.files.Exists(database)) return;
   throw Failure(failure_number::kDatabaseNotFound,
@@ -23,15 +31,21 @@ void FindDatabase(Session& session) {
 
 void PrepareDatabase(Session& session) {
   const Host& host = session.host();
-  Environment& environment = session.publics().environment;
-  FindSettingsFolder(host, environment);
+  const Environment& environment = session.publics().environment;
+  FindFolder(session);
   if (!host.files.IsDirectory(environment.SettingsFolder)) {
     MakeDirectories(host, environment.SettingsFolder);
   }
-  if (host.files.Exists(SettingsDatabase(environment.SettingsFolder))) {
-    OpenSettings(host, environment);  // one that cannot be used ends here, told once
+  const std::string database = SettingsDatabase(environment.SettingsFolder);
+  if (host.files.Exists(database)) {
+    BringUpToDate(host, environment);
+    return;
   }
   CreateDB(host, environment, environment.SettingsFolder);
+  if (host.files.Exists(database)) return;
+  throw Failure(failure_number::kDatabaseNotFound, "The settings database " +
+                                                       host.files.NativePath(database) +
+                                                       " was not made, as reported above");
 }
 
 std::string ReadWholeFile(const Files& files, const std::string& path) {

@@ -41,10 +41,15 @@ class NothingWritten : public std::runtime_error {
   using std::runtime_error::runtime_error;
 };
 
-/// Finds the settings folder. Failure 1111 when there is no settings database in it.
+/// Finds the settings folder. Failure 57 when the registry, which should name it, cannot be read:
+/// settings of another folder would be the wrong ones.
+void FindFolder(Session& session);
+
+/// As above, and failure 1111 when there is no settings database in the folder.
 void FindDatabase(Session& session);
 
-/// Finds the settings folder; makes it and its database where they are missing.
+/// As `FindFolder`; makes the folder and its database where they are missing, else brings the
+/// database up to date.
 void PrepareDatabase(Session& session);
 
 /// Failures are those of `Files::Map`.

@@ -53,6 +53,7 @@ void PrintInfo(const Json& document) {
 
 void Info(const CommonOptions& common, bool as_json) {
   const auto session = common.NewSession();
+  FindFolder(*session);
   const Value info = session->me().Qinfo();
   if (info.IsEmpty()) ThrowReason(*session);
   const auto document = InfoDocument(*info.As<Value::Array>());

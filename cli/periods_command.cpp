@@ -6,9 +6,9 @@
 
 #include "cli/command.h"
 #include "cli/print.h"
-#include "cli/settings_document.h"
 #include "platform/failure.h"
 #include "settings/all_sets.h"
+#include "settings/set_names.h"
 #include "settings/writer.h"
 #include "ui/linear_dates.h"
 
@@ -98,9 +98,7 @@ void Print(const PeriodSet& set) {
 }
 
 void Fill(const CommonOptions& common, const FillOptions& options) {
-  if (const std::string problem = SetNameProblem(options.name); !problem.empty()) {
-    throw Failure(failure_number::kInvalidCall, "The period set " + problem);
-  }
+  CheckSetName("period set", options.name);
   const auto session = common.NewSession();
   const Host& host = session->host();
   PrepareDatabase(*session);

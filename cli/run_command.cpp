@@ -124,6 +124,7 @@ Value RunStoppable(Session& session, RunOptions& options) {
 
 void Run(const CommonOptions& common, RunOptions& options) {
   const auto session = common.NewSession();
+  FindFolder(*session);
   const Value result = RunStoppable(*session, options);
   const auto& parts = *result.As<Value::Array>();
   if (parts.size() == 2) throw ResultFailure(*session, parts, options);

@@ -4,7 +4,6 @@
 
 #include "cli/command.h"
 #include "cli/json_text.h"
-#include "env/environment.h"
 
 namespace vok::cli {
 namespace {
@@ -16,7 +15,7 @@ struct SetsOptions {
 
 void Sets(const CommonOptions& common, SetsOptions& options) {
   const auto session = common.NewSession();
-  FindSettingsFolder(session->host(), session->publics().environment);
+  FindFolder(*session);
   Value names;
   session->me().GetSetNames(names, options.table);
   Json json = Json::array();

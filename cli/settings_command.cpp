@@ -1,5 +1,7 @@
-// vokcube settings import | export | delete: saved settings from and to a JSON document.
+// vokcube settings import | export | rename | delete: saved settings from and to a JSON document,
+// and by their names.
 #include <iostream>
+#include <map>
 #include <memory>
 #include <string>
 
@@ -8,7 +10,9 @@
 #include "env/environment.h"
 #include "platform/failure.h"
 #include "settings/all_sets.h"
-#include "settings/writer.h"
+#include "settings/exact_sets.h"
+#include "settings/set_names.h"
+#include "settings/store.h"
 
 namespace vok::cli {
 namespace {
@@ -16,13 +20,24 @@ namespace {
 /// Two names that differ in case alone are one saved set: importing both would lose the first.
 template <typename Sets>
 void RefuseDoubleNames(const Locale& locale, const Sets& sets, const std::string& origin) {
-  for (std::size_t i = 0; i < sets.size(); ++i) {
-    for (std::size_t j = 0; j < i; ++j) {
-      if (EqualNoCase(locale, sets[i].SetName, sets[j].SetName)) {
-        throw Failure(failure_number::kTypeMismatch,
-                      origin + ": \"" + sets[j].SetName + "\" and \"" + sets[i].SetName +
-                          "\" are one name to the settings database; rename one of them");
-      }
+  std::map<std::string, std::string> names;
+  for (const auto& set : sets) {
+    const auto [other, is_new] = names.emplace(locale.FoldCase(set.SetName), set.SetName);
+    if (is_new) continue;
+    throw Failure(failure_number::kTypeMismatch,
+                  origin + ": \"" + other->second + "\" and \"" + set.SetName +
+                      "\" are one name to the settings database; rename one of them");
+  }
+}
+
+/// Tells which sets can be listed, renamed and deleted, but not be saved again under their names.
+template <typename Sets>
+void NoteNames(const Sets& sets, const char* words) {
+  for (const auto& set : sets) {
+    const std::string problem = SetNameProblem(set.SetName);
+    if (!problem.empty()) {
+      std::cerr << "Note: one " << words << ' ' << problem
+                << " (vokcube settings rename gives it one)\n";
     }
   }
 }
@@ -36,8 +51,9 @@ void Import(const CommonOptions& common, const std::string& path) {
 
   PrepareDatabase(*session);
   const Environment& environment = session->publics().environment;
-  for (const auto& setting : document.data_sources) SaveDataSource(host, environment, setting);
-  for (const auto& set : document.periods) SavePeriods(host, environment, set);
+  ImportSets(host, environment, document.data_sources, document.periods);
+  NoteNames(document.data_sources, kDataSourceWords);
+  NoteNames(document.periods, kPeriodSetWords);
   std::cout << "Imported " << document.data_sources.size() << " data sources and "
             << document.periods.size() << " period sets into "
             << host.files.NativePath(SettingsDatabase(environment.SettingsFolder)) << '\n';
@@ -53,39 +69,52 @@ void Export(const CommonOptions& common, const std::string& path) {
                   {ReadAllDataSources(host, environment), ReadAllPeriodSets(host, environment)}));
 }
 
-struct DeleteOptions {
+struct SetOptions {
   std::string kind;
   std::string name;
+  std::string new_name;
 };
 
-/// A name that is not there is a failure: somebody who mistypes it should know.
-void Delete(const CommonOptions& common, const DeleteOptions& options) {
+/// Runs `change` on the database; it is false when there is no such set, which is a failure:
+/// somebody who mistypes a name should know.
+template <typename Change>
+void ChangeSet(const CommonOptions& common, const SetOptions& options, Change change) {
   const auto session = common.NewSession();
   const Host& host = session->host();
   FindDatabase(*session);
-  const Environment& environment = session->publics().environment;
-  const bool periods = EqualNoCase(host.locale, options.kind, "Periods");
-  bool found = false;
-  const auto look = [&](const auto& sets) {
-    for (const auto& set : sets) found |= EqualNoCase(host.locale, set.SetName, options.name);
-  };
-  if (periods) {
-    look(ReadAllPeriodSets(host, environment));
-  } else {
-    look(ReadAllDataSources(host, environment));
-  }
-  if (!found) {
-    throw Failure(failure_number::kNotFound,
-                  "There is no " + std::string(periods ? "period set" : "data source") +
-                      " named \"" + options.name + "\"");
-  }
-  DeleteSet(host, environment, options.name, options.kind);
+  if (change(host, session->publics().environment)) return;
+  throw Failure(failure_number::kNotFound,
+                "There is no " + std::string(WordsForKind(host.locale, options.kind)) +
+                    " named \"" + options.name + "\"");
+}
+
+void Delete(const CommonOptions& common, const SetOptions& options) {
+  ChangeSet(common, options, [&](const Host& host, const Environment& environment) {
+    return DeleteExactSet(host, environment, options.name, options.kind);
+  });
+}
+
+void Rename(const CommonOptions& common, const SetOptions& options) {
+  ChangeSet(common, options, [&](const Host& host, const Environment& environment) {
+    return RenameSet(host, environment, options.name, options.new_name, options.kind);
+  });
+}
+
+CLI::App* AddSetCommand(CLI::App& command, const char* name, const char* description,
+                        SetOptions& options) {
+  auto* added = command.add_subcommand(name, description);
+  added->add_option("KIND", options.kind, "periods or data-source")
+      ->required()
+      ->check(CLI::IsMember({"periods", "data-source"}, CLI::ignore_case));
+  added->add_option("NAME", options.name, "Its exact name; only the case of letters does not count")
+      ->required();
+  return added;
 }
 
 }  // namespace
 
 void AddSettingsCommand(CLI::App& app, const CommonOptions& common) {
-  auto* command = app.add_subcommand("settings", "Import, export or delete saved settings");
+  auto* command = app.add_subcommand("settings", "Import, export, rename or delete saved settings");
   command->require_subcommand(1);
   command->fallthrough();
 
@@ -98,13 +127,13 @@ void AddSettingsCommand(CLI::App& app, const CommonOptions& common) {
   export_command->add_option("FILE", *path, "Where to; - or nothing: standard output");
   export_command->callback([&common, path] { Export(common, *path); });
 
-  const auto options = std::make_shared<DeleteOptions>();
-  auto* remove = command->add_subcommand("delete", "Delete one saved set");
-  remove->add_option("KIND", options->kind, "periods or data-source")
-      ->required()
-      ->check(CLI::IsMember({"periods", "data-source"}, CLI::ignore_case));
-  remove->add_option("NAME", options->name, "Its name")->required();
-  remove->callback([&common, options] { Delete(common, *options); });
+  const auto options = std::make_shared<SetOptions>();
+  AddSetCommand(*command, "delete", "Delete one saved set", *options)->callback([&common, options] {
+    Delete(common, *options);
+  });
+  auto* rename = AddSetCommand(*command, "rename", "Give one saved set another name", *options);
+  rename->add_option("NEW-NAME", options->new_name, "The other name")->required();
+  rename->callback([&common, options] { Rename(common, *options); });
 }
 
 }  // namespace vok::cli

@@ -69,12 +69,11 @@ std::string TextEntry(const Node& node, std::string_view name) {
   return entry ? Text(*entry) : std::string();
 }
 
+/// Any name that a set can be stored under, so that what was exported can be imported.
 std::string NameEntry(const Node& node) {
-  const std::string name = TextEntry(node, "SetName");
-  if (const std::string problem = SetNameProblem(name); !problem.empty()) {
-    node.Fail(failure_number::kTypeMismatch, problem);
-  }
-  return name;
+  const auto entry = Entry(node, "SetName");
+  if (!entry) node.Fail(failure_number::kTypeMismatch, "needs a SetName");
+  return Text(*entry);
 }
 
 bool FlagEntry(const Node& node, std::string_view name) {
@@ -89,9 +88,9 @@ bool FlagEntry(const Node& node, std::string_view name) {
 int16_t CountEntry(const Node& node, std::string_view name) {
   const auto entry = Entry(node, name);
   if (!entry) return 0;
-  if (!entry->json.is_number_integer() || entry->json.get<int64_t>() < 0 ||
-      entry->json.get<int64_t>() > INT16_MAX) {
-    entry->Fail(failure_number::kTypeMismatch, "must be a whole number from 0 to 32767");
+  if (!entry->json.is_number_integer() || entry->json.get<double>() < INT16_MIN ||
+      entry->json.get<double>() > INT16_MAX) {
+    entry->Fail(failure_number::kTypeMismatch, "must be a whole number from -32768 to 32767");
   }
   return entry->json.get<int16_t>();
 }
@@ -192,9 +191,9 @@ Json ParseJson(std::string_view text, const std::string& origin) {
   };
   try {
     return Json::parse(text, watch);
-  } catch (const Json::parse_error& error) {
+  } catch (const Json::exception& error) {
     throw Failure(failure_number::kInvalidCall,
-                  origin + " is no settings document: " + std::string(error.what()));
+                  origin + " is not a settings document: " + std::string(error.what()));
   }
 }
 
@@ -229,19 +228,6 @@ Json PrintPeriodSet(const PeriodSet& set) {
 }
 
 }  // namespace
-
-std::string SetNameProblem(const std::string& name) {
-  if (TrimBlanks(name).empty()) return "needs a SetName that is not empty";
-  if (TrimBlanks(name) != name) {
-    return "is named " + Quoted(name) + "; remove the blanks around the name";
-  }
-  // A saved name is matched as a pattern: such a save would replace every set that it matches.
-  if (const auto at = name.find_first_of("*?#['"); at != std::string::npos) {
-    return "is named " + Quoted(name) + "; a name may not contain " + name[at] +
-           " because saved names are found by pattern; choose another name";
-  }
-  return {};
-}
 
 SettingsDocument ParseSettingsDocument(std::string_view json, const std::string& origin) {
   const Json parsed = ParseJson(json, origin);

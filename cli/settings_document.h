@@ -17,13 +17,10 @@ struct SettingsDocument {
 /// Reads and checks the whole document, so that a bad one changes nothing. Failure 13 (wrong shape
 /// or type), 9 (too many entries), 5 (not JSON) names `origin`, the place in the document such as
 /// "dataSources[0].MoneySets[3].Measure", and what is expected there. Unknown and double names are
-/// failures too: they are typing mistakes that would lose something.
+/// failures too: they are typing mistakes that would lose something. Names of sets may be any text.
 SettingsDocument ParseSettingsDocument(std::string_view json, const std::string& origin);
 
 /// The document with every field written, indented by two blanks. A zero date is "".
 std::string PrintSettingsDocument(const SettingsDocument& document);
-
-/// What is wrong with a name to save a set under, as the end of a sentence; "" for nothing.
-std::string SetNameProblem(const std::string& name);
 
 }  // namespace vok::cli

@@ -2,8 +2,10 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 #include "env/environment.h"
+#include "platform/failure.h"
 #include "platform/host.h"
 #include "settings/obj_rs.h"
 
@@ -19,10 +21,29 @@ objRs OpenSettings(const Host& host, const Environment& environment);
 /// wildcards for such, and a quote in it spoils the statement, which then fails.
 std::string NamedSetStatement(const std::string& statement, const std::string& name);
 
-/// The statements of one save, all or none of them: what was not committed when it goes is undone.
+/// `statement` and the name in quotes, for an `=`. The name may be any text.
+std::string ExactSetStatement(const std::string& statement, const std::string& name);
+
+/// What the two kinds of sets are called in failures.
+inline constexpr char kPeriodSetWords[] = "period set";
+inline constexpr char kDataSourceWords[] = "data source";
+
+/// Of the kind "Periods" (without regard to case); any other word means data sources.
+const char* WordsForKind(const Locale& locale, const std::string& kind);
+/// The tables that hold sets of that kind, in the order in which they are deleted from.
+std::vector<const char*> TablesOfKind(const Locale& locale, const std::string& kind);
+
+/// The failure, with the set that was being saved.
+Failure WhileSaving(const Failure& failure, const std::string& words, const std::string& name);
+
+/// The statements of one save or change, all or none of them: what was not committed when it goes
+/// is undone.
 class SaveGroup {
  public:
-  explicit SaveGroup(Connection& connection) : connection_(connection) { connection_.BeginSave(); }
+  explicit SaveGroup(Connection& connection, void (Connection::*begin)() = &Connection::BeginSave)
+      : connection_(connection) {
+    (connection_.*begin)();
+  }
   ~SaveGroup() {
     if (!committed_) connection_.RollbackSave();
   }

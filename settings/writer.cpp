@@ -1,147 +1,64 @@
 #include "settings/writer.h"
 
-#include <utility>
-#include <vector>
-
 #include "platform/failure.h"
 #include "settings/schema.h"
+#include "settings/set_fields.h"
+#include "settings/set_names.h"
 #include "settings/store.h"
 
 namespace vok {
 namespace {
-
-using Fields = std::vector<std::pair<std::string, Value>>;
 
 void Run(objRs& store, const std::string& statement, const std::string& name) {
   store.SQL = NamedSetStatement(statement, name);
   store.RunCommand();
 }
 
-void InsertRow(objRs& store, const std::string& table, const Fields& fields) {
-  store.SQL = table;
-  const auto rows = store.GetRs();
-  rows->AddNew();
-  for (const auto& [field, value] : fields) rows->SetField(field, value);
-  rows->Update();
-  rows->Close();
-}
-
-void ReplaceRow(objRs& store, const std::string& table, const std::string& name,
-                const Fields& fields) {
-  Run(store, "delete * from " + table + " WHERE setname like ", name);
-  InsertRow(store, table, fields);
-}
-
-Fields PeriodFields(const std::string& name, const PeriodSet& set) {
-  Fields fields = {{"SetName", name}};
-  const auto add = [&](const char* prefix, auto member) {
-    for (int i = 1; i <= kPeriodCount; ++i) {
-      fields.emplace_back(prefix + std::to_string(i), set.Period(i).*member);
-    }
-  };
-  add("PeriodName", &PeriodEntry::PeriodName);
-  add("FromDate", &PeriodEntry::FromDate);
-  add("UntillDate", &PeriodEntry::UntilDate);
-  add("includeOpenBalans", &PeriodEntry::IncludeOpenBalance);
-  return fields;
-}
-
-Fields InfoFields(const DataSourceSetting& setting) {
-  return {{"SetName", setting.SetName},
-          {"VarnelMDB", setting.VarnelMDB},
-          {"CubeFile", setting.CubeFile},
-          {"CubeName", setting.CubeName},
-          {"OBs", setting.OBS},
-          {"ActFile", setting.ActFile},
-          {"AccFile", ""}};
-}
-
-Fields MoneyFields(const DataSourceSetting& setting) {
-  Fields fields = {{"SetName", setting.SetName}, {"CountMoney", setting.CountMoney}};
-  const auto add = [&](const char* prefix, std::size_t i, Value value) {
-    fields.emplace_back(prefix + std::to_string(i), std::move(value));
-  };
-  const auto& sets = setting.MoneySets;
-  for (std::size_t i = 0; i < sets.size(); ++i) {
-    add("Measure", i, sets[i].Measure.empty() ? sets[0].Measure : sets[i].Measure);
-    add("IsCalculated", i, sets[i].IsCalculated);
-  }
-  for (std::size_t i = 0; i < sets.size(); ++i) {
-    add("MoneySets", i, sets[i].MoneySet.IsEmpty() ? Value(Null{}) : sets[i].MoneySet);
-  }
-  for (std::size_t i = 0; i < sets.size(); ++i) add("Qty", i, sets[i].Qty);
-  return fields;
-}
-
-void ReplaceInfo(objRs& store, const DataSourceSetting& setting) {
-  ReplaceRow(store, "DataSourceInfo", setting.SetName, InfoFields(setting));
-}
-
-void ReplaceMoney(objRs& store, const DataSourceSetting& setting) {
-  ReplaceRow(store, "MoneySetsMeasures", setting.SetName, MoneyFields(setting));
-}
-
-/// Runs `statements` on the opened database as one save; a failure names the set.
-template <typename Statements>
-void Save(const Host& host, const Environment& environment, const std::string& set,
-          Statements statements) {
+/// Replaces one row on the opened database as one save; a failure names the set.
+void Save(const Host& host, const Environment& environment, const std::string& kind,
+          const std::string& table, const Fields& fields) {
+  const std::string name = fields.front().second.ToText();
   try {
     objRs store = OpenSettings(host, environment);
     SaveGroup group(store.OpenedConnection());
-    statements(store);
+    Run(store, "delete * from " + table + " WHERE setname like ", name);
+    store.SQL = table;
+    const auto rows = store.GetRs();
+    AddRow(*rows, fields);
+    rows->Close();
     group.Commit();
   } catch (const Failure& failure) {
-    throw Failure(failure.number(), failure.description() + " (while saving " + set + ")",
-                  failure.source(), failure.section());
+    throw WhileSaving(failure, kind, name);
   }
-}
-
-std::string DataSourceText(const DataSourceSetting& setting) {
-  return "the data source \"" + setting.SetName + "\"";
 }
 
 }  // namespace
 
 void SavePeriods(const Host& host, const Environment& environment, const PeriodSet& set) {
-  const std::string name = set.SetName.empty() ? "Periods" : set.SetName;
-  Save(host, environment, "the period set \"" + name + "\"",
-       [&](objRs& store) { ReplaceRow(store, "Periods", name, PeriodFields(name, set)); });
+  PeriodSet named = set;
+  if (named.SetName.empty()) named.SetName = "Periods";
+  CheckSetName(kPeriodSetWords, named.SetName);
+  Save(host, environment, kPeriodSetWords, "Periods", PeriodFields(named));
 }
 
 void SaveMoneyMeasures(const Host& host, const Environment& environment,
                        const DataSourceSetting& setting) {
+  CheckSetName(kDataSourceWords, setting.SetName);
   UpgradeQty(host, environment);
-  Save(host, environment, DataSourceText(setting),
-       [&](objRs& store) { ReplaceMoney(store, setting); });
+  Save(host, environment, kDataSourceWords, "MoneySetsMeasures", MoneyFields(setting));
 }
 
 void SaveDataSourceInfo(const Host& host, const Environment& environment,
                         const DataSourceSetting& setting) {
-  Save(host, environment, DataSourceText(setting),
-       [&](objRs& store) { ReplaceInfo(store, setting); });
-}
-
-void SaveDataSource(const Host& host, const Environment& environment,
-                    const DataSourceSetting& setting) {
-  if (setting.SetName.empty()) {
-    throw Failure(failure_number::kInvalidCall,
-                  "A data source without a name cannot be saved; give it a SetName");
-  }
-  UpgradeQty(host, environment);
-  Save(host, environment, DataSourceText(setting), [&](objRs& store) {
-    ReplaceInfo(store, setting);
-    ReplaceMoney(store, setting);
-  });
+  CheckSetName(kDataSourceWords, setting.SetName);
+  Save(host, environment, kDataSourceWords, "DataSourceInfo", InfoFields(setting));
 }
 
 void DeleteSet(const Host& host, const Environment& environment, const std::string& name,
                const std::string& kind) {
+  CheckSetName(WordsForKind(host.locale, kind), name);
   objRs store = OpenSettings(host, environment);
-  if (EqualNoCase(host.locale, kind, "Periods")) {
-    Run(store, "DELETE * FROM Periods WHERE setname LIKE ", name);
-    return;
-  }
-  for (const char* table : {"Main", "MoneySetsMeasures", "DataSourceInfo"}) {
+  for (const char* table : TablesOfKind(host.locale, kind)) {
     Run(store, std::string("DELETE * FROM ") + table + " WHERE setname LIKE ", name);
   }
 }

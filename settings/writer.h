@@ -1,8 +1,9 @@
 // Saves and deletes named settings.
 //
-// A save replaces the whole stored row: the rows that the name matches are deleted, then one is
-// inserted. Where the database can group statements, a save that fails leaves what was stored.
-// Failures pass to the caller; their text names the set.
+// A save replaces the whole stored row: the row of the name is deleted, then one is inserted. Where
+// the database can group statements, a save that fails leaves what was stored. A name that would
+// touch another set, or none, is refused before anything is sent (`SetNameProblem`). Failures pass
+// to the caller; their text names the set.
 #pragma once
 
 #include <string>
@@ -25,11 +26,6 @@ void SaveMoneyMeasures(const Host& host, const Environment& environment,
 /// A data source without its money sets; `AccFile` is always stored empty.
 void SaveDataSourceInfo(const Host& host, const Environment& environment,
                         const DataSourceSetting& setting);
-
-/// A data source with its money sets, all or nothing. A name that is empty fails with 5: nothing
-/// could load such a set.
-void SaveDataSource(const Host& host, const Environment& environment,
-                    const DataSourceSetting& setting);
 
 /// Deletes the period set of this name when `kind` is "Periods" (without regard to case), else the
 /// data source from all of its tables, one after the other: what was deleted before a failure stays

@@ -4,6 +4,7 @@
 
 #include "env/string_table.h"
 #include "env/text_numbers.h"
+#include "platform/text.h"
 #include "ui/messages.h"
 
 namespace vok {
@@ -44,8 +45,12 @@ void NamedSet::Chosen() {
 }
 
 void NamedSet::NameLeft() {
-  const std::string& typed = form_.Text(combo_);
   const auto& names = form_.At(combo_).List;
+  // A stored name is left as it is: without its blanks it would mean another set.
+  if (std::find(names.begin(), names.end(), form_.Text(combo_)) == names.end()) {
+    form_.SetText(combo_, std::string(TrimBlanks(form_.Text(combo_))));
+  }
+  const std::string& typed = form_.Text(combo_);
   const bool known = std::any_of(names.begin(), names.end(), [&](const std::string& name) {
     return EqualNoCase(services_.host.locale, name, typed);
   });

@@ -48,11 +48,51 @@ sed "s|ledger.cub|$PWD/endless.cub|; s|\"Measure\": \"[^\"]*\"|\"Measure\": \"m6
 expect 0 "Imported 2 data sources" settings import endless.json --settings-folder endless
 expect 0 "no-utf8-�.xlsX" run --settings-folder good --data-source Domestic --periods Demo \
   --output $'no-utf8-\xff' --json
+printf '{"dataSources": [{"SetName": "S", "CountMoney": 1e400}]}' > huge.json
+
+# Sets of every name are exported, imported, renamed and deleted one by one.
+printf '{"periods": [{"SetName": "%s"}' Q21 > odd.json
+for name in A1 A2 pad 'A?' 'Q#1' ' pad ' "it's" '[x' '*' ''; do
+  printf ', {"SetName": "%s"}' "$name" >> odd.json
+done
+printf ']}' >> odd.json
+expect 0 'Note: one period set is named "Q#1"' settings import odd.json --settings-folder odd
+"$vokcube" settings export odd-again.json --settings-folder odd
+expect 0 "and 11 period sets" settings import odd-again.json --settings-folder again
+for name in 'A?' 'Q#1' ' pad ' '[x' '*' ''; do
+  "$vokcube" settings delete periods "$name" --settings-folder again
+done
+"$vokcube" settings rename periods "it's" Q20 --settings-folder again
+left=$("$vokcube" sets Periods --settings-folder again | LC_ALL=C sort | tr '\n' ' ')
+if [[ $left != "A1 A2 Q20 Q21 pad " ]]; then
+  echo "FAILED: other sets than the named ones were changed; left are $left" >&2
+  failures=$((failures + 1))
+fi
+
+# A database that cannot be made is not there, and can be made later.
+mkdir -p small
+for kilobytes in 0 1 20; do
+  (trap '' XFSZ && ulimit -f "$kilobytes" &&
+    ! "$vokcube" settings import "$data/settings.json" --settings-folder small) 2>&1 | cat > said
+  if [[ $(grep -c "was not made, as reported above" said) != 1 || $(ls -A small) ]]; then
+    echo "FAILED: a full disk left $(ls -A small) and: $(cat said)" >&2
+    failures=$((failures + 1))
+  fi
+done
+expect 0 "Imported 2 data sources" settings import "$data/settings.json" --settings-folder small
 before=$(find . | sort)
 
 unset QT_QPA_PLATFORM WAYLAND_DISPLAY DISPLAY
 run=(run --data-source Domestic --periods Demo --output out)
 expect 1 "make it with vokcube settings import" "${run[@]}" --settings-folder missing
+echo "not a registry" > registry.reg
+for command in info "sets Periods" "settings export" "settings import $data/settings.json" "${run[*]}"; do
+  # shellcheck disable=SC2086
+  expect 1 "The settings folder is not known, as reported above" $command
+done
+expect 1 "registry.reg" info
+expect 0 "Demo" info --settings-folder good
+rm registry.reg
 PATH=$(dirname "$vokcube"):$PATH vokcube=$(basename "$vokcube") \
   expect 1 "$(dirname "$vokcube")/CubToQel.mdb; make it" info
 expect 1 "is a Jet database" info --settings-folder jet
@@ -63,6 +103,12 @@ expect 1 "$PWD/folder/CubToQel.mdb; make it" info --settings-folder folder
 expect 1 "A file stands in the way" settings import "$data/settings.json" --settings-folder file
 expect 1 "It has: DataSourceInfo, Main" sets Nothing --settings-folder good
 expect 1 'no period set named "Nothing"' settings delete periods Nothing --settings-folder good
+expect 1 "1e400" settings import huge.json --settings-folder good
+expect 1 "It cannot be read here and was left as it is. On Windows, run" sets Periods --settings-folder jet
+expect 1 'no data source named "Nothing"' settings rename data-source Nothing New --settings-folder good
+expect 1 'is named "Q#1"; a name may not contain #' settings rename periods Demo 'Q#1' --settings-folder good
+expect 1 'a saved set named "export" already' settings rename data-source Domestic export \
+  --settings-folder good
 expect 1 "Datasource Definition: Nothing  Not Found!!" run --settings-folder good \
   --data-source Nothing --periods Demo --output out
 expect 1 "damaged or was cut short" cube info short.cub

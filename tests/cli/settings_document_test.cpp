@@ -14,9 +14,9 @@ using testing::AllOf;
 using testing::HasSubstr;
 
 TEST(SettingsDocument, KeepsEverySettingThroughExportAndImport) {
-  const std::string text = R"({"dataSources": [{"SetName": "מכירות", "VarnelMDB": "host.mdb",
+  const std::string text = R"({"dataSources": [{"SetName": " מכירות?", "VarnelMDB": "host.mdb",
       "CubeFile": "C:\\a b\\x.cub", "CubeName": "QEL", "OBS": "Ledger \"1\"", "ActFile": "a",
-      "CountMoney": 2, "MoneySets": [{"MoneySet": "NIS", "Measure": "Amount", "Qty": "Units"},
+      "CountMoney": -2, "MoneySets": [{"MoneySet": "NIS", "Measure": "Amount", "Qty": "Units"},
       {"MoneySet": null, "Measure": "Сумма", "IsCalculated": true}]}],
     "periods": [{"SetName": "2024", "Periods": [{"PeriodName": "Feb", "FromDate": "2024-02-01",
       "UntillDate": "2024-02-29", "includeOpenBalans": true}, {"FromDate": ""}]}]})";
@@ -25,10 +25,10 @@ TEST(SettingsDocument, KeepsEverySettingThroughExportAndImport) {
 
   ASSERT_EQ(document.data_sources.size(), 1u);
   const DataSourceSetting& source = document.data_sources[0];
-  EXPECT_EQ(source.SetName, "מכירות");
+  EXPECT_EQ(source.SetName, " מכירות?") << "as it may be stored";
   EXPECT_EQ(source.CubeFile, "C:\\a b\\x.cub");
   EXPECT_EQ(source.OBS, "Ledger \"1\"");
-  EXPECT_EQ(source.CountMoney, 2);
+  EXPECT_EQ(source.CountMoney, -2);
   EXPECT_EQ(source.MoneySets[0].MoneySet, Value("NIS"));
   EXPECT_EQ(source.MoneySets[0].Qty, "Units");
   EXPECT_TRUE(source.MoneySets[1].MoneySet.IsNull());
@@ -62,19 +62,19 @@ TEST(SettingsDocument, SaysWhereAndWhyADocumentIsRefused) {
     const char* place;
     const char* reason;
   } cases[] = {
-      {"", "doc", "no settings document"},
+      {"", "doc", "not a settings document"},
+      {Source(R"("CountMoney": 1e400)"), "doc", "1e400"},
       {"[]", "the document", "must be an object"},
       {R"({"datasources": []})", "the document", "unknown entry \"datasources\""},
       {R"({"periods": {}})", "periods", "must be an array"},
       {R"({"periods": [{}]})", "periods[0]", "SetName"},
-      {R"({"periods": [{"SetName": "  "}]})", "periods[0]", "SetName"},
-      {R"({"periods": [{"SetName": "2024 "}]})", "periods[0]", "blanks around"},
-      {R"({"periods": [{"SetName": "20*"}]})", "periods[0]", "may not contain *"},
-      {R"({"periods": [{"SetName": "it's"}]})", "periods[0]", "may not contain '"},
+      {R"({"periods": [{"SetName": null}]})", "periods[0]", "SetName"},
       {R"({"periods": [{"SetName": "A", "SetName": "B"}]})", "SetName", "stands twice"},
       {Source(R"("OBS": 5)"), "dataSources[0].OBS", "must be a text"},
       {Source(R"("CountMoney": 2.5)"), "dataSources[0].CountMoney", "whole number"},
       {Source(R"("CountMoney": 40000)"), "dataSources[0].CountMoney", "whole number"},
+      {Source(R"("CountMoney": 18446744073709551615)"), "dataSources[0].CountMoney",
+       "whole number"},
       {Source(R"("MoneySets": [{"IsCalculated": 1}])"), "dataSources[0].MoneySets[0].IsCalculated",
        "true or false"},
       {Source(R"("MoneySets": )" + Repeated("{}", 14)), "dataSources[0].MoneySets", "at most 13"},

@@ -4,6 +4,7 @@
 
 #include <functional>
 
+#include "settings/exact_sets.h"
 #include "settings/schema.h"
 #include "settings/store.h"
 #include "settings/writer.h"
@@ -194,13 +195,13 @@ TEST_F(DatabaseCallsTest, AnOlderFileGetsTheColumnsThatItLacks) {
 
 TEST_F(DatabaseCallsTest, SavingPeriodsReplacesTheRowWithAllItsFields) {
   PeriodSet set;
-  set.SetName = " Год ";
+  set.SetName = "Год";
   set.Period(1) = {"Jan", Date{45292}, Date{45322}, false};
   set.Period(12).IncludeOpenBalance = true;
   EXPECT_EQ(Statements([&] { SavePeriods(host, environment, set); }),
             Join({{"begin"},
                   Execution("delete * from Periods WHERE setname like 'Год'"),
-                  Insertion("Periods", {{"SetName= Год ", "PeriodName1=Jan"},
+                  Insertion("Periods", {{"SetName=Год", "PeriodName1=Jan"},
                                         Each("PeriodName", 2, 12, "="),
                                         {"FromDate1=#45292#"},
                                         Each("FromDate", 2, 12, "=#0#"),
@@ -224,40 +225,90 @@ TEST_F(DatabaseCallsTest, SavingADataSourceReplacesItsTwoRowsTogether) {
     measures.push_back("Measure" + n + (i == 5 ? "=Other" : "=Amount"));
     measures.push_back("IsCalculated" + n + "=False");
   }
-  const Lines info = Join(
-      {Execution("delete * from DataSourceInfo WHERE setname like 'S'"),
-       Insertion("DataSourceInfo", {{"SetName=S", "VarnelMDB=host.mdb", "CubeFile=c.cub",
-                                     "CubeName=QEL", "OBs=Ledger1", "ActFile=act", "AccFile="}})});
-  const Lines money = Join({Execution("delete * from MoneySetsMeasures WHERE setname like 'S'"),
-                            Insertion("MoneySetsMeasures", {{"SetName=S", "CountMoney=2"},
-                                                            measures,
-                                                            {"MoneySets0=NIS"},
-                                                            Each("MoneySets", 1, 4, "=NULL"),
-                                                            {"MoneySets5="},
-                                                            Each("MoneySets", 6, 12, "=NULL"),
-                                                            {"Qty0=Units"},
-                                                            Each("Qty", 1, 12, "=")})});
-  const Lines upgrade = {"catalog on connection"};
+  const Lines info_row = {"SetName=S",   "VarnelMDB=host.mdb", "CubeFile=c.cub", "CubeName=QEL",
+                          "OBs=Ledger1", "ActFile=act",        "AccFile="};
+  const Lines money_row = Join({{"SetName=S", "CountMoney=2"},
+                                measures,
+                                {"MoneySets0=NIS"},
+                                Each("MoneySets", 1, 4, "=NULL"),
+                                {"MoneySets5="},
+                                Each("MoneySets", 6, 12, "=NULL"),
+                                {"Qty0=Units"},
+                                Each("Qty", 1, 12, "=")});
   EXPECT_EQ(Statements([&] { SaveDataSourceInfo(host, environment, setting); }),
-            Join({{"begin"}, info, {"commit"}}));
+            Join({{"begin"},
+                  Execution("delete * from DataSourceInfo WHERE setname like 'S'"),
+                  Insertion("DataSourceInfo", {info_row}),
+                  {"commit"}}));
   EXPECT_EQ(Statements([&] { SaveMoneyMeasures(host, environment, setting); }),
-            Join({upgrade, {"begin"}, money, {"commit"}}));
-  EXPECT_EQ(Statements([&] { SaveDataSource(host, environment, setting); }),
-            Join({upgrade, {"begin"}, info, money, {"commit"}}));
+            Join({{"catalog on connection", "begin"},
+                  Execution("delete * from MoneySetsMeasures WHERE setname like 'S'"),
+                  Insertion("MoneySetsMeasures", {money_row}),
+                  {"commit"}}));
+  EXPECT_EQ(Statements([&] {
+              ImportSets(host, environment, {setting, setting}, {});
+            }),
+            Join({{"begin change", "catalog on connection"},
+                  Opening("DataSourceInfo"),
+                  Opening("MoneySetsMeasures"),
+                  Opening("Periods"),
+                  {"add"},
+                  info_row,
+                  {"update", "add"},
+                  money_row,
+                  {"update"},
+                  {"add"},
+                  info_row,
+                  {"update", "add"},
+                  money_row,
+                  {"update", "commit"}}))
+      << "all sets on one connection, each table opened once";
 }
 
 TEST_F(DatabaseCallsTest, ASaveThatFailsIsUndoneAndNamesItsSet) {
   DataSourceSetting setting;
-  EXPECT_THROW(SaveDataSource(host, environment, setting), Failure) << "no name";
   setting.SetName = "S";
-  for (const char* failing :
-       {"execute -1", "add", "Qty12=", "update", "open 'MoneySetsMeasures' -1 -1 -1", "commit"}) {
+  const std::function<void()> save = [&] { SaveMoneyMeasures(host, environment, setting); };
+  const std::function<void()> import = [&] { ImportSets(host, environment, {setting}, {}); };
+  const std::string named = " (while saving the data source \"S\")";
+  const struct {
+    const char* failing;
+    const std::function<void()>& call;
+    std::string told;
+  } cases[] = {
+      {"execute -1", save, named}, {"open 'MoneySetsMeasures' -1 -1 -1", save, named},
+      {"add", save, named},        {"Qty12=", save, named},
+      {"update", save, named},     {"commit", save, named},
+      {"Qty12=", import, named},   {"update", import, named},
+      {"commit", import, ""},      {"open 'Periods' -1 -1 -1", import, ""},
+  };
+  for (const auto& [failing, call, told] : cases) {
     MoneyColumns(54, failing);
-    const Failure failure = FailureOf([&] { SaveDataSource(host, environment, setting); });
+    const Failure failure = FailureOf(call);
     EXPECT_EQ(failure.number(), failure_number::kUnspecified) << failing;
-    EXPECT_EQ(failure.source() + ": " + failure.description(),
-              "provider: refused (while saving the data source \"S\")");
+    EXPECT_EQ(failure.source() + ": " + failure.description(), "provider: refused" + told);
     EXPECT_EQ(lines.back(), "rollback") << failing;
+  }
+}
+
+TEST_F(DatabaseCallsTest, ANameThatMeansAnotherSetIsRefusedBeforeAnythingIsSent) {
+  for (const char* name : {"Q#1", "A?", "*", "[a]", "it's", " pad", "pad ", "  "}) {
+    PeriodSet set;
+    DataSourceSetting setting;
+    set.SetName = setting.SetName = name;
+    const std::function<void()> calls[] = {
+        [&] { SavePeriods(host, environment, set); },
+        [&] { SaveDataSourceInfo(host, environment, setting); },
+        [&] { SaveMoneyMeasures(host, environment, setting); },
+        [&] { DeleteSet(host, environment, name, "Periods"); },
+        [&] { DeleteSet(host, environment, name, "DataSource"); },
+        [&] { RenameSet(host, environment, "old", name, "Periods"); }};
+    for (const auto& call : calls) {
+      const Failure failure = FailureOf(call);
+      EXPECT_EQ(failure.number(), failure_number::kInvalidCall) << name;
+      EXPECT_THAT(failure.description(), testing::HasSubstr("vokcube settings rename")) << name;
+      EXPECT_THAT(lines, testing::IsEmpty()) << name;
+    }
   }
 }
 
@@ -269,7 +320,7 @@ TEST_F(DatabaseCallsTest, DeletingTakesTheTablesOfTheKind) {
   for (const auto& [kind, statements] :
        {std::pair("Periods", periods), std::pair("PERIODS", periods),
         std::pair("DataSource", source), std::pair("Period", source), std::pair("", source)}) {
-    EXPECT_EQ(Statements([&] { DeleteSet(host, environment, " a b ", kind); }), statements) << kind;
+    EXPECT_EQ(Statements([&] { DeleteSet(host, environment, "a b", kind); }), statements) << kind;
   }
 }
 

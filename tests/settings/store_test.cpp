@@ -8,6 +8,8 @@
 #include "providers/posix/posix_files.h"
 #include "providers/sqlite/sqlite_database.h"
 #include "settings/all_sets.h"
+#include "settings/edited_sets.h"
+#include "settings/exact_sets.h"
 #include "settings/reader.h"
 #include "settings/schema.h"
 #include "settings/writer.h"
@@ -43,6 +45,10 @@ class StoreTest : public testing::Test {
   void Create() {
     CreateDB(host, environment, folder);
     if (!memory.boxes.boxes.empty()) throw Failure(1, memory.boxes.boxes[0].text);
+  }
+  void SaveDataSource(const DataSourceSetting& setting) {
+    SaveDataSourceInfo(host, environment, setting);
+    SaveMoneyMeasures(host, environment, setting);
   }
   int32_t Count(const std::string& table) {
     objRs store = OpenSettings(host, environment);
@@ -83,9 +89,9 @@ TEST_F(StoreTest, WhatWasSavedIsLoadedByAnySpellingOfItsName) {
       {"50% _x_ \\ \" -- ;", "50% _X_ \\ \" -- ;", "50% _x_ \\ \" -- ;"},
   };
   for (const auto& [saved, saved_again, loaded] : cases) {
-    SaveDataSource(host, environment, Source(saved, "Old"));
+    SaveDataSource(Source(saved, "Old"));
     SavePeriods(host, environment, Year(saved, "Old"));
-    SaveDataSource(host, environment, Source(saved_again));
+    SaveDataSource(Source(saved_again));
     SavePeriods(host, environment, Year(saved_again));
     ASSERT_EQ(Load(loaded, loaded), 0) << saved;
     const DataSourceSetting& source = current.data_source;
@@ -120,42 +126,115 @@ TEST_F(StoreTest, WildcardsInANameMatchByPattern) {
   }
   EXPECT_EQ(PeriodSettings(host, environment, current.periods, "Year ??"), 9999);
 
-  SavePeriods(host, environment, Year("No #", "first"));
-  EXPECT_EQ(NumberOf([&] { SavePeriods(host, environment, Year("No #", "second")); }),
-            failure_number::kIntegrity)
-      << "\"#\" is a digit: the old row is not found";
+  ImportSets(host, environment, {}, {Year("No #", "first")});
   EXPECT_EQ(PeriodSettings(host, environment, current.periods, "No [#]"), 0);
   EXPECT_EQ(current.periods.Period(1).PeriodName, "first");
 }
 
+TEST_F(StoreTest, EverySetIsReachedByItsExactNameAlone) {
+  Create();
+  const std::vector<std::string> names = {"A?", "Q#1", " pad ", "*",  "[A-Z]1", "it's",
+                                          "''", "",    "A1",    "A2", "Q21",    "pad"};
+  std::vector<DataSourceSetting> sources;
+  std::vector<PeriodSet> sets;
+  std::vector<std::string> left;  // "name/text" of what is stored of each kind
+  for (const std::string& name : names) {
+    sources.push_back(Source(name, "Old"));
+    sets.push_back(Year(name, "Old"));
+    left.push_back(name + "/Old");
+  }
+  const auto expect_stored = [&](const std::string& what) {
+    std::vector<std::string> of_sets, of_sources;
+    for (const auto& set : ReadAllPeriodSets(host, environment)) {
+      of_sets.push_back(set.SetName + "/" + set.Period(1).PeriodName);
+    }
+    for (const auto& set : ReadAllDataSources(host, environment)) {
+      of_sources.push_back(set.SetName + "/" + set.MoneySets[0].Measure);
+    }
+    EXPECT_EQ(of_sets, left) << what;
+    EXPECT_EQ(of_sources, left) << what;
+  };
+  ImportSets(host, environment, sources, sets);
+  for (const std::string& name : names) {
+    ImportSets(host, environment, {Source(name, "New")}, {Year(name, "New")});
+    for (const char* kind : {"periods", "data-source"}) {
+      EXPECT_FALSE(RenameSet(host, environment, "none", "other", kind)) << name;
+      EXPECT_TRUE(RenameSet(host, environment, name, "other", kind)) << name;
+    }
+    left.erase(left.begin());
+    left.push_back("other/New");
+    expect_stored(name);
+    for (const char* kind : {"periods", "data-source"}) {
+      EXPECT_TRUE(DeleteExactSet(host, environment, "OTHER", kind)) << name;
+      EXPECT_FALSE(DeleteExactSet(host, environment, "OTHER", kind)) << name;
+    }
+    left.pop_back();
+  }
+  expect_stored("all are deleted");
+  ImportSets(host, environment, {}, sets);
+  const auto rename = [&](const char* to) { RenameSet(host, environment, "pad", to, "periods"); };
+  EXPECT_EQ(NumberOf([&] { rename("a1"); }), failure_number::kIntegrity);
+  EXPECT_EQ(NumberOf([&] { rename("PAD"); }), 0) << "the case of its own name";
+  EXPECT_EQ(ReadAllPeriodSets(host, environment).size(), names.size());
+}
+
+TEST_F(StoreTest, AnImportThatFailsChangesNothing) {
+  Create();
+  ImportSets(host, environment, {Source("Sales", "Old")}, {Year("Y", "Old")});
+  const auto import = [&] {
+    ImportSets(host, environment, {Source("Sales"), Source("New")},
+               {Year("Y"), Year("Last", std::string(300, 'x'))});
+  };
+  EXPECT_EQ(NumberOf(import), failure_number::kColumnOverflow);
+  ASSERT_EQ(Load("Sales", "Y"), 0);
+  EXPECT_EQ(current.data_source.MoneySets[0].Measure, "Old");
+  EXPECT_EQ(current.periods.Period(1).PeriodName, "Old");
+  EXPECT_EQ(Count("DataSourceInfo") + Count("Periods"), 2);
+}
+
 TEST_F(StoreTest, AQuoteInANameFailsTheStatementAndNothingIsLost) {
   Create();
-  SaveDataSource(host, environment, Source("Sales"));
+  SaveDataSource(Source("Sales"));
   for (const char* name : {"it's", "'", "x' or setname like '*", "Sales'; delete * from Main"}) {
     EXPECT_EQ(Load(name, name), 9999);
     EXPECT_EQ(memory.boxes.boxes.size(), 3U) << "two reports and the message";
     EXPECT_THAT(memory.boxes.boxes[0].text, HasSubstr("Function : DataSourceSetting"));
-    EXPECT_NE(NumberOf([&] { SaveDataSource(host, environment, Source(name)); }), 0) << name;
+    EXPECT_NE(NumberOf([&] { SaveDataSource(Source(name)); }), 0) << name;
     EXPECT_NE(NumberOf([&] { DeleteSet(host, environment, name, "x"); }), 0) << name;
   }
   EXPECT_EQ(Load("Sales", ""), 0);
   EXPECT_EQ(ReadAllDataSources(host, environment).size(), 1U);
 }
 
-TEST_F(StoreTest, AFileWithoutQuantityColumnsFailsUntilASetIsSaved) {
+TEST_F(StoreTest, ARowFromBeforeTheQuantityColumnsLoadsAndSavesInTheWindow) {
   Create();
   SaveDataSourceInfo(host, environment, Source("Sales"));
-  objRs store = OpenSettings(host, environment);
-  store.SQL = "MoneySetsMeasures";
-  const auto rows = store.GetRs();
-  rows->AddNew();
-  rows->SetField("SetName", "Sales");
-  rows->SetField("CountMoney", 1);
-  rows->SetField("Measure0", "A");
-  rows->Update();
+  const auto add_money = [&] {
+    objRs store = OpenSettings(host, environment);
+    store.SQL = "MoneySetsMeasures";
+    const auto rows = store.GetRs();
+    rows->AddNew();
+    rows->SetField("SetName", "Sales");
+    rows->SetField("CountMoney", 1);
+    for (int i = 0; i < kMoneySetCount; ++i) rows->SetField("Measure" + std::to_string(i), "A");
+    rows->Update();
+  };
+  add_money();
   EXPECT_EQ(ReadDataSourceSetting(host, environment, current.data_source, {}, "Sales"),
             failure_number::kItemNotFound);
-  SaveMoneyMeasures(host, environment, Source("Sales"));
+  const auto edited = ReadEditedDataSource(host, environment, "Sales");
+  ASSERT_TRUE(edited);
+  EXPECT_EQ(edited->MoneySets[12].Measure + edited->MoneySets[12].Qty, "A");
+  EXPECT_EQ(Load("Sales", ""), 0) << "a run reads what the window has loaded";
+
+  DeleteExactSet(host, environment, "Sales", "data-source");
+  SaveDataSourceInfo(host, environment, Source("Sales"));
+  add_money();  // without quantities, as other programs add a row
+  EXPECT_EQ(ReadDataSourceSetting(host, environment, current.data_source, {}, "Sales"),
+            failure_number::kInvalidNull);
+  const auto again = ReadEditedDataSource(host, environment, "Sales");
+  ASSERT_TRUE(again);
+  SaveMoneyMeasures(host, environment, *again);
   EXPECT_EQ(Load("Sales", ""), 0);
 }
 
@@ -166,8 +245,8 @@ TEST_F(StoreTest, ProcessesThatMakeTheFileSaveAndLoadAtOnceLoseNothing) {
     children.push_back(test::Start([&, own = "own " + std::to_string(i)] {
       Create();
       for (int round = 0; round < 4; ++round) {
-        SaveDataSource(host, environment, Source(own));
-        SaveDataSource(host, environment, Source("shared"));
+        SaveDataSource(Source(own));
+        SaveDataSource(Source("shared"));
         SavePeriods(host, environment, Year("shared"));
         if (Load(own, "shared") != 0) throw Failure(1, "lost");
       }

@@ -39,7 +39,8 @@ struct Desk {
     source.CountMoney = 2;
     source.MoneySets.fill({"NIS", "Amount", "Units", false});
     source.MoneySets[2].Measure = "Amuont";  // which the cube lacks
-    SaveDataSource(host, publics.environment, source);
+    SaveDataSourceInfo(host, publics.environment, source);
+    SaveMoneyMeasures(host, publics.environment, source);
     PeriodSet periods;
     periods.SetName = "Half years";
     periods.Period(1) = {"First half", Date::FromCivil(2009, 1, 1), Date::FromCivil(2009, 6, 30),
