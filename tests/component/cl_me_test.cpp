@@ -9,7 +9,9 @@ namespace {
 
 using ::testing::AllOf;
 using ::testing::Contains;
+using ::testing::Each;
 using ::testing::IsEmpty;
+using ::testing::Not;
 using ::testing::StartsWith;
 
 /// Writes dates as year-month.
@@ -51,12 +53,17 @@ TEST_F(ClMeTest, ASuccessfulRunGivesThePeriodsAndTheNames) {
 
 TEST_F(ClMeTest, GetSetNamesListsATableInItsOrderAndMakesAMissingDatabase) {
   publics.environment.SettingsFolder = "component";
+  memory.registry.SetFolder("elsewhere");
   database.tables["Periods"] = {{{"SetName", "b"}}, {{"SetName", "a"}}, {{"SetName", "c"}}};
   database.tables["DataSourceInfo"].clear();
   Value names = "before";
   std::string table = "Periods";
   EXPECT_EQ(component.GetSetNames(names, table), 0);
   EXPECT_EQ(names, Value(Value::Array{"b", "a", "c"}));
+  EXPECT_EQ(publics.environment.SettingsFolder, "component") << "it is not found afresh";
+  EXPECT_THAT(database.record.lines,
+              AllOf(Each(Not(StartsWith("create "))), Contains(StartsWith("connect '")).Times(1)))
+      << "a file that is there is opened to be read alone";
   table = "DataSourceInfo";
   memory.files.files.clear();
   EXPECT_EQ(component.GetSetNames(names, table), 0);

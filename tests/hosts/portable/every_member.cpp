@@ -1,0 +1,85 @@
+// A host program: the installed header and the shared library, nothing else of the system. Calls
+// every member of the class once and more, and ends with the number of surprises.
+#include <vokcubeq17.h>
+
+#include <cstdio>
+#include <iostream>
+
+namespace {
+
+int surprises = 0;
+
+void Expect(bool as_expected, const std::string& what) {
+  if (as_expected) return;
+  std::cerr << "FAILED: " << what << '\n';
+  ++surprises;
+}
+
+const vok::Value::Array& Parts(const vok::Value& value) {
+  static const vok::Value::Array none;
+  const auto* parts = value.As<vok::Value::Array>();
+  return parts == nullptr ? none : *parts;
+}
+
+vok::Value Run(vokcubeq17::clMe& me, std::string source, std::string periods, std::string output) {
+  return me.RunQuery(source, periods, output);
+}
+
+void TryRunQuery(vokcubeq17::clMe& me, const std::string& output, int& messages) {
+  const vok::Value missing = Run(me, "Nothing", "Demo", output);
+  Expect(missing == vok::Value(vok::Value::Array{int16_t{2222}, "Cann't read Settings"}),
+         "RunQuery of a set that is not there");
+  Expect(messages > 0, "ShowMessagesWith: no message came");
+  const vok::Value whole = Run(me, "Domestic", "Demo", output);
+  const auto& parts = Parts(whole);
+  Expect(parts.size() == 5, "RunQuery: not five parts");
+  if (parts.size() != 5) return;
+  const auto* names = parts[0].As<vok::Value::TextArray>();
+  const auto* flags = parts[1].As<vok::Value::Int16Array>();
+  const auto* ranges = parts[2].As<vok::Value::TextArray>();
+  Expect(names != nullptr && names->size() == 13 && names->at(1) == "Jan 2024", "RunQuery: names");
+  Expect(flags != nullptr && flags->size() == 13 && flags->at(1) == -1, "RunQuery: flags");
+  Expect(ranges != nullptr && ranges->at(1).find("2024") != std::string::npos, "RunQuery: ranges");
+  Expect(parts[3] == vok::Value("Domestic") && parts[4] == vok::Value("Demo"), "RunQuery: sets");
+}
+
+void TryLists(vokcubeq17::clMe& me) {
+  const vok::Value info = me.Qinfo();
+  Expect(Parts(info).size() == 4, "Qinfo: not four lists");
+  if (Parts(info).size() != 4) return;
+  Expect(Parts(info)[0] == vok::Value(vok::Value::Array{"Demo"}), "Qinfo: period sets");
+  Expect(Parts(info)[1] == vok::Value(vok::Value::Array{"Domestic", "Export"}), "Qinfo: sources");
+  const auto& dates = Parts(Parts(info)[3]);
+  Expect(dates.size() == 2 && dates[0].ToDate().Year() >= 2024, "Qinfo: the cube files' dates");
+  vok::Value names;
+  std::string table = "DataSourceInfo";
+  Expect(me.GetSetNames(names, table) == 0 && names == Parts(info)[1], "GetSetNames");
+  table = "Nothing";
+  try {
+    me.GetSetNames(names, table);
+    Expect(false, "GetSetNames of a table that is not there threw nothing");
+  } catch (const vok::Failure& failure) {
+    Expect(failure.number() == vok::failure_number::kNoTable, failure.what());
+  }
+}
+
+/// There is no screen here.
+void TryWindow(vokcubeq17::clMe& me) {
+  int32_t error = 0;
+  std::string database = "host.mdb";
+  const vok::Value shown = me.ShowQCform(error, database);
+  Expect(error == vok::failure_number::kNotSupported && Parts(shown).size() == 1, "ShowQCform");
+}
+
+}  // namespace
+
+int main(int, char** arguments) {
+  int messages = 0;
+  vokcubeq17::ShowMessagesWith([&](const std::string&, const std::string&) { ++messages; });
+  vokcubeq17::clMe me;
+  Expect(me.Version() == arguments[1], "Version " + me.Version());
+  TryRunQuery(me, arguments[2], messages);
+  TryLists(me);
+  TryWindow(me);
+  return surprises;
+}
