@@ -1,6 +1,7 @@
 #include "platform/failure.h"
 
 #include <new>
+#include <system_error>
 #include <utility>
 
 namespace vok {
@@ -18,6 +19,10 @@ Failure CurrentFailure() {
     return failure;
   } catch (const std::bad_alloc&) {
     return Failure(failure_number::kOutOfMemory, "Out of memory");
+  } catch (const std::system_error& refused) {  // such as a thread, or where the program stands
+    const bool scarce = refused.code() == std::errc::resource_unavailable_try_again;
+    return Failure(scarce ? failure_number::kOutOfMemory : failure_number::kDeviceError,
+                   std::string("The system refuses what the program needs: ") + refused.what());
   } catch (const std::exception& other) {
     return Failure(failure_number::kInternal, std::string("Internal error: ") + other.what());
   } catch (...) {

@@ -177,14 +177,17 @@ world() {
   : > faults
   mkfifo pause
   (make_start "$@") > start.log 2>&1 || { cat start.log; exit 1; }
-  # A whole state between the old and the new one: a database with nothing in it yet; the period set of
-  # the window saved, its data source not yet.
+  # Whole states between the old and the new one: a database with nothing in it yet; one of the two
+  # settings of the window.
   echo "{}" > none.json
   "$vokcube" settings import none.json --settings-folder made > /dev/null
   "$vokcube" settings export --settings-folder made | sum > known/import-first.between
   choose "$(rows none window-save)"
-  begin_trial
-  (cd trial && "$window_save" settings periods && content > ../known/window-save.between) || exit
+  local part
+  for part in periods source; do
+    begin_trial
+    (cd trial && "$window_save" settings $part && content > ../known/window-save.between-$part) || exit
+  done
 }
 
 # Waits without a process of its own.
@@ -206,9 +209,11 @@ tally() { tallies[$1]=$((${tallies[$1]-0} + 1)); }
 state() {
   local is version
   is=$(content)
-  for version in new old between; do
-    [[ -e ../known/$name.$version && $is == $(< "../known/$name.$version") ]] &&
-      { echo $version; return; }
+  for version in "../known/$name."{old,new,between*}; do
+    [[ -e $version && $is == $(< "$version") ]] || continue
+    version=${version##*.}
+    echo "${version%-*}"
+    return
   done
   [[ $is == unusable ]] && { echo unusable; return; }
   [[ $is == absent ]] && { echo gone; return; }

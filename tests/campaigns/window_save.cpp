@@ -1,7 +1,11 @@
-// Saves what it changed in the main window, as a person would: window_save FOLDER, or only
-// the period set: window_save FOLDER periods. The screen is left out; settings, files and messages
-// are those of this system.
+// Changes something in the main window and saves it, as a person would:
+//   window_save FOLDER [periods|source]
+//
+// both the period set and the data source, or the one alone. The screen is left out; settings, files
+// and messages are those of this system. A message ends it, with status 1.
 #include <iostream>
+#include <stdexcept>
+#include <string>
 
 #include "hosts/system/system_host.h"
 #include "platform/failure.h"
@@ -10,13 +14,22 @@
 
 namespace {
 
+/// Who is told that something went wrong does not press the next button.
+class Told : public vok::MessageBoxes {
+ public:
+  vok::MessageAnswer Show(const vok::MessageBox& box) override {
+    throw std::runtime_error(box.text);
+  }
+};
+
 void ChangeText(vok::Form& form, const vok::ControlId& field, const std::string& text) {
   form.SetText(field, text);
   form.Leave(field);
 }
 
-bool ChangeAndSave(const std::string& folder, bool periods_alone) {
-  const vok::SystemHost system(folder);
+bool ChangeAndSave(const std::string& folder, const std::string& what) {
+  Told told;
+  const vok::SystemHost system(folder, &told);
   vok::Publics publics;
   vok::test::ScriptedToolkit toolkit;
   vok::FrmPeriods window(system.host(), publics, toolkit);
@@ -24,18 +37,20 @@ bool ChangeAndSave(const std::string& folder, bool periods_alone) {
   window.Initialize(host_database);
   window.form().Choose("comboDataSource", 0);
   window.form().Choose("ComboPeriods", 0);
-  ChangeText(window.form(), "txtVarnelMDB", "changed.mdb");
-  ChangeText(window.form(), {"TextPeriod", 0}, "Changed");
-  return periods_alone ? window.SavePeriods() : window.SaveSettings();
+  if (what != "periods") ChangeText(window.form(), "txtVarnelMDB", "changed.mdb");
+  if (what != "source") ChangeText(window.form(), {"TextPeriod", 0}, "Changed");
+  return window.SaveSettings();
 }
 
 }  // namespace
 
 int main(int count, char** arguments) {
   try {
-    return count > 1 && ChangeAndSave(arguments[1], count > 2) ? 0 : 1;
+    return count > 1 && ChangeAndSave(arguments[1], count > 2 ? arguments[2] : "") ? 0 : 1;
+  } catch (const std::runtime_error& message) {
+    std::cerr << message.what() << '\n';
   } catch (...) {
     std::cerr << vok::CurrentFailure().description() << '\n';
-    return 1;
   }
+  return 1;
 }

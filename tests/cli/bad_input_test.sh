@@ -175,6 +175,12 @@ for command in --version --help "cube info ledger.cub" "sets Periods --settings-
   fi
 done
 
+mkdir gone
+if [[ $(cd gone && rmdir ../gone && "$vokcube" info --settings-folder x 2>&1) != "57: "* ]]; then
+  echo "FAILED: in a folder that is gone" >&2
+  failures=$((failures + 1))
+fi
+
 if ! cmp -s Lang.rs old.rs; then
   echo "FAILED: the language table changed" >&2
   failures=$((failures + 1))
