@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "platform/failure.h"
-#include "providers/xmla/unique_name.h"
+#include "providers/common/unique_name.h"
 
 namespace vok::xmla {
 namespace {
@@ -98,7 +98,7 @@ AxisMember CellsetData::Member(std::size_t axis, std::size_t position, std::size
   AxisMember shown;
   shown.unique_name = member.unique_name;
   shown.caption = member.caption;
-  shown.name = LastPart(member.unique_name, member.caption);
+  shown.name = cube_text::LastPart(member.unique_name, member.caption);
   shown.level_name = levels_[member.level];
   return shown;
 }

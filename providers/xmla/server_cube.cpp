@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <cmath>
 
+#include "providers/common/unique_name.h"
 #include "providers/xmla/cell_value.h"
-#include "providers/xmla/unique_name.h"
 
 namespace vok::xmla {
 namespace {
@@ -84,7 +84,8 @@ std::vector<HierarchyNode>& ServerCube::Hierarchies(DimensionNode& dimension) {
       Request("MDSCHEMA_HIERARCHIES", "DIMENSION_UNIQUE_NAME", dimension.unique_name),
       {"HIERARCHY_NAME", "HIERARCHY_UNIQUE_NAME", "HIERARCHY_ORDINAL"}, [&](const Row& row) {
         // Some servers put the dimension before the name, some give none.
-        placed.push_back({Place(row[2]), {LastPart(row[1], row[0]), row[1], std::nullopt}});
+        placed.push_back(
+            {Place(row[2]), {cube_text::LastPart(row[1], row[0]), row[1], std::nullopt}});
       });
   return dimension.hierarchies.emplace(InOrder(std::move(placed)));
 }

@@ -2,6 +2,7 @@
 
 #include "hosts/windows/cube/adomd_connection.h"
 #include "platform/failure.h"
+#include "providers/common/unique_name.h"
 
 namespace vok::windows {
 namespace {
@@ -70,8 +71,14 @@ AxisMember AdomdCellset::Axis::MemberAt(std::size_t position, std::size_t index)
   const Object members =
       positions_.Child(position_, static_cast<int32_t>(position)).Child(members_);
   const Object member = members.Child(member_, static_cast<int32_t>(index));
-  return {member.Read(name_).ToText(), member.Read(caption_).ToText(),
-          member.Read(unique_name_).ToText(), member.Read(level_name_).ToText()};
+  AxisMember shown;
+  shown.name = member.Read(name_).ToText();
+  shown.caption = member.Read(caption_).ToText();
+  shown.unique_name = member.Read(unique_name_).ToText();
+  shown.level_name = member.Read(level_name_).ToText();
+  // Some providers answer with the unique name when they are asked for the name.
+  shown.name = cube_text::LastPart(shown.unique_name, shown.name);
+  return shown;
 }
 
 }  // namespace vok::windows

@@ -11,7 +11,6 @@
 #include "providers/xmla/login.h"
 #include "providers/xmla/requests.h"
 #include "providers/xmla/rowset_reader.h"
-#include "providers/xmla/unique_name.h"
 #include "providers/xmla/xmla_settings.h"
 #include "test_system.h"
 #include "tests/providers/xmla/answers.h"
@@ -221,16 +220,6 @@ TEST(Answers, WithoutEndAreRefusedSoon) {
     for (std::size_t i = 0; i <= kMaxTuples; ++i) data.EndTuple();
   };
   EXPECT_THAT(vok::test::DescriptionOf(add_tuples), HasSubstr("more than 5000000 tuples"));
-}
-
-TEST(UniqueNames, EndWithTheName) {
-  const std::pair<const char*, const char*> kCases[] = {
-      {"[Date].[2010].[3]", "3"}, {"[QeL].[a]]b.[c]", "a]b.[c"},
-      {"[Measures]", "Measures"}, {"[Date].&[17]", "else"},
-      {"Plain", "else"},          {"", "else"},
-      {"[Open", "else"},          {"[A].[]", ""},
-      {"[A].[b] x", "else"}};
-  for (const auto& [unique_name, name] : kCases) EXPECT_EQ(LastPart(unique_name, "else"), name);
 }
 
 TEST(Requests, CarryEveryLetter) {

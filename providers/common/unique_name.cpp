@@ -1,6 +1,6 @@
-#include "providers/xmla/unique_name.h"
+#include "providers/common/unique_name.h"
 
-namespace vok::xmla {
+namespace vok::cube_text {
 namespace {
 
 /// Where the bracketed part that begins at `open` ends: behind its "]". npos without one.
@@ -39,4 +39,4 @@ std::string LastPart(std::string_view unique_name, std::string_view otherwise) {
   return std::string(otherwise);
 }
 
-}  // namespace vok::xmla
+}  // namespace vok::cube_text
