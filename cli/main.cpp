@@ -124,5 +124,5 @@ int Main(std::vector<std::string> arguments) {
 
 int main(int argc, char** argv) {
   vok::cli::CatchInterrupts(vok::cli::AskToStop);
-  return vok::cli::Main(vok::cli::Arguments(argc, argv));
+  return vok::cli::RunProgram(argc, argv, vok::cli::Main);
 }

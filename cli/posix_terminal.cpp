@@ -23,7 +23,9 @@ void Interrupt(int signal) {
 
 }  // namespace
 
-std::vector<std::string> Arguments(int argc, char** argv) { return {argv + 1, argv + argc}; }
+int RunProgram(int argc, char** argv, int (*program)(std::vector<std::string> arguments)) {
+  return program({argv + 1, argv + argc});
+}
 
 void CatchInterrupts(bool (*ask)()) {
   ask_to_stop = ask;

@@ -7,9 +7,9 @@
 
 namespace vok::cli {
 
-/// The program's arguments in UTF-8, without its name. Also sees to it that what is printed arrives
-/// byte by byte, as UTF-8.
-std::vector<std::string> Arguments(int argc, char** argv);
+/// Returns what `program` returns for the arguments, in UTF-8 and without the program's name. What
+/// it prints arrives byte by byte, and it may use objects of the system's other programs.
+int RunProgram(int argc, char** argv, int (*program)(std::vector<std::string> arguments));
 
 /// From now on Ctrl-C, and where the system has them a request to end (SIGTERM) and a lost terminal
 /// (SIGHUP), call `ask`, from a signal handler or another thread. When it answers false the program

@@ -4,6 +4,7 @@
 #include <cstdio>
 
 #include "cli/terminal.h"
+#include "hosts/windows/automation/apartment.h"
 #include "hosts/windows/platform/system_header.h"
 #include "hosts/windows/platform/utf16.h"
 
@@ -16,18 +17,23 @@ BOOL WINAPI Interrupt(DWORD type) {
   return (type == CTRL_C_EVENT || type == CTRL_BREAK_EVENT) && ask_to_stop() ? TRUE : FALSE;
 }
 
-}  // namespace
-
-std::vector<std::string> Arguments(int, char**) {
-  ::SetConsoleOutputCP(CP_UTF8);
-  _setmode(_fileno(stdout), _O_BINARY);
-  _setmode(_fileno(stderr), _O_BINARY);
+std::vector<std::string> Arguments() {
   int count = 0;
   wchar_t** const words = ::CommandLineToArgvW(::GetCommandLineW(), &count);
   std::vector<std::string> arguments;
   for (int word = 1; word < count; ++word) arguments.push_back(windows::Utf8(words[word]));
   ::LocalFree(words);
   return arguments;
+}
+
+}  // namespace
+
+int RunProgram(int, char**, int (*program)(std::vector<std::string> arguments)) {
+  ::SetConsoleOutputCP(CP_UTF8);
+  _setmode(_fileno(stdout), _O_BINARY);
+  _setmode(_fileno(stderr), _O_BINARY);
+  const windows::Apartment apartment;
+  return program(Arguments());
 }
 
 void CatchInterrupts(bool (*ask)()) {

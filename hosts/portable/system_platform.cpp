@@ -46,4 +46,8 @@ SystemPlatform NewSystemPlatform() {
   return platform;
 }
 
+std::unique_ptr<Database> SystemDatabase(const Files&, std::unique_ptr<Database> portable) {
+  return portable;
+}
+
 }  // namespace vok

@@ -48,7 +48,8 @@ ComponentInfo Component(const std::string& folder) {
 struct SystemHost::Providers {
   Providers(const std::string& settings_folder, MessageBoxes* message_boxes)
       : overriding(*platform.registry, *platform.locale, settings_folder),
-        database(*platform.files, *platform.locale),
+        database(SystemDatabase(*platform.files,
+                                std::make_unique<FileDatabase>(*platform.files, *platform.locale))),
         cube_files(*platform.files, *platform.locale),
         cube_servers(*platform.locale, {[this] { return ServerSettings(); }, platform.transport}),
         told_of_readers(message_boxes != nullptr),
@@ -59,7 +60,7 @@ struct SystemHost::Providers {
              *platform.locale,
              *platform.clock,
              message_boxes != nullptr ? *message_boxes : console,
-             database,
+             *database,
              cube,
              spreadsheet} {}
 
@@ -97,7 +98,7 @@ struct SystemHost::Providers {
   SystemPlatform platform = NewSystemPlatform();
   OverridingRegistry overriding;
   ConsoleMessageBoxes console{stderr};
-  FileDatabase database;
+  std::unique_ptr<Database> database;
   olap::OlapCubeServices cube_files;
   xmla::XmlaCubeServices cube_servers;
   bool told_of_readers;

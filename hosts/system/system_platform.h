@@ -6,6 +6,7 @@
 #include <string>
 
 #include "platform/clock.h"
+#include "platform/database.h"
 #include "platform/files.h"
 #include "platform/locale.h"
 #include "platform/registry.h"
@@ -25,5 +26,9 @@ struct SystemPlatform {
 };
 
 SystemPlatform NewSystemPlatform();
+
+/// The settings database as every program of this system opens it: with the system's own data
+/// objects where it has them, else the portable way. `files` outlives the result.
+std::unique_ptr<Database> SystemDatabase(const Files& files, std::unique_ptr<Database> portable);
 
 }  // namespace vok

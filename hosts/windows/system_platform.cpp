@@ -1,7 +1,9 @@
 #include "hosts/system/system_platform.h"
 
 #include <filesystem>
+#include <utility>
 
+#include "hosts/windows/ado/chosen_database.h"
 #include "hosts/windows/http/winhttp_transport.h"
 #include "hosts/windows/platform/file_readers.h"
 #include "hosts/windows/platform/system_header.h"
@@ -43,6 +45,10 @@ SystemPlatform NewSystemPlatform() {
   platform.advice_on_readers = windows::AdviceOnReaders;
   platform.component_folder = ComponentFolder();
   return platform;
+}
+
+std::unique_ptr<Database> SystemDatabase(const Files& files, std::unique_ptr<Database> portable) {
+  return std::make_unique<windows::ChosenDatabase>(files, std::move(portable));
 }
 
 }  // namespace vok

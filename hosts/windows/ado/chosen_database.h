@@ -7,6 +7,7 @@
 
 #include <memory>
 #include <string>
+#include <utility>
 
 #include "hosts/windows/ado/ado_database.h"
 #include "hosts/windows/ado/store_choice.h"
@@ -16,9 +17,9 @@ namespace vok::windows {
 
 class ChosenDatabase : public Database {
  public:
-  /// Both outlive this and all that it makes.
-  ChosenDatabase(const Files& files, Database& portable)
-      : portable_(portable), choice_(files, portable, platform_) {}
+  /// `files` outlives this, and this all that it makes.
+  ChosenDatabase(const Files& files, std::unique_ptr<Database> portable)
+      : portable_(std::move(portable)), choice_(files, *portable_, platform_) {}
 
   std::unique_ptr<Connection> NewConnection() override;
   std::unique_ptr<Recordset> NewRecordset() override;
@@ -27,11 +28,11 @@ class ChosenDatabase : public Database {
   /// Record sets that stand in files of their own are the portable reader's.
   std::unique_ptr<Recordset> OpenRecordset(const std::string& source,
                                            const std::string& connection_text) override {
-    return portable_.OpenRecordset(source, connection_text);
+    return portable_->OpenRecordset(source, connection_text);
   }
 
  private:
-  Database& portable_;
+  std::unique_ptr<Database> portable_;
   AdoDatabase platform_;
   StoreChoice choice_;
 };

@@ -5,7 +5,7 @@
 #include <thread>
 #include <utility>
 
-#include "hosts/windows/automation/ole.h"
+#include "hosts/windows/automation/apartment.h"
 #include "hosts/windows/platform/owner_window.h"
 #include "hosts/windows/platform/utf16.h"
 #include "hosts/windows/view/surroundings.h"
@@ -61,20 +61,6 @@ class Open {
  private:
   std::vector<FormWindow*>& open_;
   FrontWindow front_;
-};
-
-/// A thread of its own for automation objects.
-class Apartment {
- public:
-  Apartment() : entered_(SUCCEEDED(::CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED))) {}
-  Apartment(const Apartment&) = delete;
-  Apartment& operator=(const Apartment&) = delete;
-  ~Apartment() {
-    if (entered_) ::CoUninitialize();
-  }
-
- private:
-  bool entered_;
 };
 
 }  // namespace

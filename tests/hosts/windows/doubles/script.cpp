@@ -1,5 +1,6 @@
 #include "tests/hosts/windows/doubles/script.h"
 
+#include <cctype>
 #include <cstdlib>
 #include <deque>
 #include <fstream>
@@ -22,7 +23,10 @@ struct Script {
   std::ofstream log;
 
   Script() {
-    if (const char* file = std::getenv("VOK_DOUBLES_LOG")) log.open(file, std::ios::app);
+    if (const char* file = std::getenv("VOK_DOUBLES_LOG")) {
+      Remember(file);
+      log.open(file, std::ios::app);
+    }
     const char* file = std::getenv("VOK_DOUBLES_ANSWERS");
     std::ifstream lines(file == nullptr ? "" : file);
     for (std::string line; std::getline(lines, line);) {
@@ -30,6 +34,8 @@ struct Script {
       if (arrow != std::string::npos) Add(line.substr(0, arrow), line.substr(arrow + 4));
     }
   }
+
+  void Remember(const char* file);
 
   void Add(const std::string& call, std::string list) {
     for (std::size_t bar = 0; bar != std::string::npos;) {
@@ -79,7 +85,7 @@ Variant RowsArray(const std::string& text) {
 
 Variant Made(const std::string& answer) {
   if (answer == "true" || answer == "false") return Variant(Value(answer == "true"));
-  if (answer == "null") return Variant(Value(Null{}));
+  if (answer == "null" || answer == "(null)") return Variant(Value(Null{}));
   if (answer == "empty") return Variant();
   if (answer[0] == '\'') return Variant(Value(answer.substr(1, answer.size() - 2)));
   if (answer.starts_with("rows ")) return RowsArray(answer.substr(5));
@@ -89,6 +95,19 @@ Variant Made(const std::string& answer) {
   }
   if (answer.find('.') != std::string::npos) return Variant(Value(std::stod(answer)));
   return Variant(Value(static_cast<int32_t>(std::stol(answer))));
+}
+
+void Script::Remember(const char* file) {
+  std::ifstream lines(file);
+  for (std::string line; std::getline(lines, line);) {
+    const std::size_t equals = line.find(" = ");
+    if (equals == std::string::npos) continue;
+    const std::string value = line.substr(equals + 3);
+    const bool is_text = value[0] == '\'' && value.size() > 1 && value.back() == '\'';
+    if (is_text || std::isalnum(static_cast<unsigned char>(value[0])) != 0 || value == "(null)") {
+      assigned[line.substr(0, equals)] = Made(value);
+    }
+  }
 }
 
 std::string TypeName(VARTYPE type) {

@@ -4,7 +4,9 @@
 //   VOK_DOUBLES_ANSWERS   what calls give back, a line for each: the call as it is written down,
 //                         " -> " and the answer; answers with " | " between are given in turn, the
 //                         last one again and again
-//   VOK_DOUBLES_LOG       every call, a line for each
+//   VOK_DOUBLES_LOG       every call, a line for each; what an earlier process was assigned there
+//   is
+//                         still assigned
 //
 // An answer is a number, `true`, `false`, `null`, `empty`, a 'text', `error N text`, or
 // `rows a,b;c,d`, the rows of a record set as one array. A call without an answer gives what was
