@@ -17,6 +17,7 @@ struct MdxOptions {
   std::string format = "table";
   std::string query;
   std::string max_cells;
+  std::string memory;
   std::string timeout;
 };
 
@@ -28,6 +29,7 @@ std::string ConnectionText(const MdxOptions& options) {
   std::string text = "Provider=MSOLAP;Data Source=" + options.source;
   if (!options.catalog.empty()) text += ";Initial Catalog=[" + options.catalog + "]";
   if (!options.max_cells.empty()) text += ";Max Cells=" + options.max_cells;
+  if (!options.memory.empty()) text += ";Max Memory=" + options.memory;
   if (!options.timeout.empty()) text += ";Timeout=" + options.timeout;
   return text;
 }
@@ -93,6 +95,7 @@ void AddMdxCommand(CLI::App& app, const CommonOptions& common) {
       ->check(CLI::IsMember({"table", "csv", "json"}));
   command->add_option("--max-cells", options->max_cells,
                       "Most cells of the answer before NON EMPTY, and most tuples of a set");
+  command->add_option("--memory", options->memory, "Most megabytes that the query may take");
   command->add_option("--timeout", options->timeout, "Most seconds that the query may take");
   command->callback([&common, options] { Mdx(common, *options); });
 }

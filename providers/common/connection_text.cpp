@@ -41,6 +41,8 @@ ConnectionText ParseConnectionText(std::string_view text) {
       parts.initial_catalog = WithoutBrackets(value);
     } else if (keyword == "max cells") {
       parts.max_cells = Limit<std::size_t>(text, keyword, value);
+    } else if (keyword == "max memory") {
+      parts.max_memory = Limit<std::size_t>(text, keyword, value);
     } else if (keyword == "timeout") {
       parts.timeout_seconds = Limit<double>(text, keyword, value);
     }

@@ -12,6 +12,7 @@ struct ConnectionText {
   std::string data_source;
   std::string initial_catalog;  ///< without the brackets around it
   std::size_t max_cells = 0;    ///< "Max Cells"; 0: not given
+  std::size_t max_memory = 0;   ///< "Max Memory", in MB; 0: not given
   double timeout_seconds = 0;   ///< "Timeout"; 0: not given
 };
 

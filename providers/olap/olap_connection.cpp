@@ -1,5 +1,8 @@
 #include "providers/olap/olap_connection.h"
 
+#include <algorithm>
+#include <limits>
+
 #include "platform/failure.h"
 #include "providers/common/connection_text.h"
 
@@ -21,6 +24,11 @@ void CheckParts(const Locale& locale, const cube_text::ConnectionText& parts,
   }
 }
 
+std::size_t Bytes(std::size_t megabytes) {
+  constexpr int kShift = 20;
+  return std::min(megabytes, std::numeric_limits<std::size_t>::max() >> kShift) << kShift;
+}
+
 }  // namespace
 
 void OlapConnection::Open(const std::string& connection_string, const std::string&,
@@ -35,6 +43,7 @@ void OlapConnection::Open(const std::string& connection_string, const std::strin
   if (!parts.initial_catalog.empty()) catalog_ = opened->Find(parts.initial_catalog);
   limits_ = QueryLimits();
   if (parts.max_cells > 0) limits_.max_cells = parts.max_cells;
+  if (parts.max_memory > 0) limits_.max_memory = Bytes(parts.max_memory);
   limits_.timeout_seconds = parts.timeout_seconds;
   opened_ = opened;
 }

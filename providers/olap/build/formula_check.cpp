@@ -1,10 +1,12 @@
 #include "providers/olap/build/formula_check.h"
 
 #include <memory>
+#include <optional>
 #include <vector>
 
 #include "platform/failure.h"
 #include "providers/olap/mdx/declared_members.h"
+#include "providers/olap/mdx/evaluator.h"
 #include "providers/olap/storage/cube_file.h"
 
 namespace vok::olap {
@@ -39,6 +41,27 @@ std::vector<std::byte> EmptyCube(const NewCube& cube) {
   return bytes;
 }
 
+/// How far members are computed to see whether they can be: what takes longer is not too deep.
+constexpr QueryLimits kTrial{.max_cells = 100'000, .timeout_seconds = 1};
+
+/// Computes each member once, without facts. Only what no query could change is a failure here.
+void CheckDepth(const CubeView& view, const Query& query) {
+  const QueryGuard guard(kTrial);
+  std::optional<Evaluator> evaluator;
+  for (std::size_t i = 0; i < query.members.size(); ++i) {
+    if (!evaluator) evaluator.emplace(view, query, guard);
+    Block cell{evaluator->base(), nullptr};
+    cell.context.Set(query.members[i].hierarchy, static_cast<MemberId>(i) | kCalculatedBit);
+    try {
+      evaluator->Cells(cell);
+    } catch (const TooDeep&) {
+      throw;
+    } catch (const Failure&) {
+      evaluator.reset();  // what it was at work on is half done
+    }
+  }
+}
+
 }  // namespace
 
 void CheckFormulas(const Locale& locale, const CubeSchema& schema, const NewCube& cube) {
@@ -49,7 +72,8 @@ void CheckFormulas(const Locale& locale, const CubeSchema& schema, const NewCube
   for (const CalculatedMemberSchema& member : schema.calculated) places.push_back(member.place);
   try {
     Query query;
-    AddDeclaredMembers(view, query, places);
+    AddDeclaredMembers(view, query, QueryGuard(QueryLimits()), places);
+    CheckDepth(view, query);
   } catch (const Failure& failure) {
     throw Failure(failure_number::kUnspecified, failure.description());
   }

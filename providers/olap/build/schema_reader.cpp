@@ -12,6 +12,7 @@
 #include "providers/olap/build/schema.h"
 #include "providers/olap/mdx/resolver.h"
 #include "providers/olap/storage/bytes.h"
+#include "providers/olap/storage/format.h"
 
 namespace vok::olap {
 namespace {
@@ -83,6 +84,11 @@ class SchemaReader {
     }
     if (cube.dimensions.empty()) throw Bad(node, "has no <Dimension>");
     if (cube.measures.empty()) throw Bad(node, "has no <Measure>");
+    std::size_t hierarchies = 0;
+    for (const DimensionSchema& dimension : cube.dimensions) {
+      hierarchies += dimension.hierarchies.size();
+    }
+    CheckCount(node, "hierarchies", hierarchies, kMostHierarchies);
     CheckNames(node, "Dimension", cube.dimensions);
     CheckNames(node, "Measure", cube.measures);
     cube.default_measure = DefaultMeasure(node, cube.measures);
@@ -150,6 +156,7 @@ class SchemaReader {
       hierarchy.levels.push_back(ReadLevel(child, hierarchy.table));
     }
     if (hierarchy.levels.empty()) throw Bad(node, "has no <Level>");
+    CheckCount(node, "levels", hierarchy.levels.size() + (hierarchy.has_all ? 1 : 0), kMostLevels);
     CheckNames(node, "Level", hierarchy.levels);
     return hierarchy;
   }
@@ -346,6 +353,12 @@ class SchemaReader {
     const auto end = text_.begin() + std::clamp<std::ptrdiff_t>(
                                          offset, 0, static_cast<std::ptrdiff_t>(text_.size()));
     return path_ + ", line " + std::to_string(1 + std::count(text_.begin(), end, '\n'));
+  }
+
+  void CheckCount(Node node, const std::string& what, std::size_t count, std::size_t most) const {
+    if (count <= most) return;
+    throw Bad(node, "has " + std::to_string(count) + " " + what + "; the limit is " +
+                        std::to_string(most));
   }
 
   Failure Bad(Node node, const std::string& what) const {

@@ -4,18 +4,14 @@
 #include <map>
 #include <numeric>
 
+#include "providers/olap/mdx/distinct_tuples.h"
+
 namespace vok::olap {
 namespace {
 
-using Key = std::vector<MemberId>;
-
-std::size_t CountMembers(const TupleSet& axis, std::size_t column) {
-  std::vector<MemberId> ids;
-  const std::size_t count = axis.size();
-  for (std::size_t i = 0; i < count; ++i) ids.push_back(axis.tuple(i)[column]);
-  std::sort(ids.begin(), ids.end());
-  return static_cast<std::size_t>(std::unique(ids.begin(), ids.end()) - ids.begin());
-}
+using Key = MemberIds;
+using BlockOfKey =
+    std::map<Key, std::size_t, std::less<>, ColumnAllocator<std::pair<const Key, std::size_t>>>;
 
 /// The members of the tuple without the varying one.
 Key OtherMembers(const TupleSet& axis, std::size_t tuple, std::size_t varying_column) {
@@ -34,7 +30,7 @@ bool SameOthers(const MemberId* a, const MemberId* b, std::size_t arity, std::si
 /// Finds the block of a tuple: mostly that of the tuple before.
 class BlockFinder {
  public:
-  BlockFinder(const TupleSet& axis, std::size_t column, std::vector<AxisBlock>& blocks)
+  BlockFinder(const TupleSet& axis, std::size_t column, LongList<AxisBlock>& blocks)
       : axis_(axis), column_(column), blocks_(blocks) {}
 
   AxisBlock& Of(std::size_t tuple) {
@@ -53,8 +49,8 @@ class BlockFinder {
  private:
   const TupleSet& axis_;
   std::size_t column_;
-  std::vector<AxisBlock>& blocks_;
-  std::map<Key, std::size_t> block_of_;
+  LongList<AxisBlock>& blocks_;
+  BlockOfKey block_of_;
   std::size_t last_ = SIZE_MAX;
 };
 
@@ -65,7 +61,7 @@ bool IsOneBlock(const TupleSet& axis, HierarchyId varying) {
 }
 
 AxisBlock WholeAxis(const CubeView& cube, const TupleSet& axis) {
-  AxisBlock block{0, std::vector<uint32_t>(axis.size()), nullptr};
+  AxisBlock block{0, Rows(axis.size()), nullptr};
   std::iota(block.rows.begin(), block.rows.end(), 0U);
   block.varying = std::make_unique<Positions>(cube, axis.hierarchies[0], axis.ids);
   return block;
@@ -77,14 +73,14 @@ AxisBlock OnePosition(std::size_t tuple) {
 
 }  // namespace
 
-HierarchyId VaryingHierarchy(const TupleSet& axis) {
+HierarchyId VaryingHierarchy(const QueryGuard& guard, const TupleSet& axis) {
   if (axis.arity() == 1)
     return axis.hierarchies[0] == kMeasures ? kNoHierarchy : axis.hierarchies[0];
   HierarchyId varying = kNoHierarchy;
   std::size_t most = 0;
   for (std::size_t i = 0; i < axis.arity(); ++i) {
     if (axis.hierarchies[i] == kMeasures) continue;
-    const std::size_t count = CountMembers(axis, i);
+    const std::size_t count = MembersAt(guard, axis, i).size();
     if (varying != kNoHierarchy && count <= most) continue;
     varying = axis.hierarchies[i];
     most = count;
@@ -92,14 +88,14 @@ HierarchyId VaryingHierarchy(const TupleSet& axis) {
   return varying;
 }
 
-std::vector<AxisBlock> CutIntoBlocks(const CubeView& cube, const QueryGuard& guard,
-                                     const TupleSet& axis) {
+LongList<AxisBlock> CutIntoBlocks(const CubeView& cube, const QueryGuard& guard,
+                                  const TupleSet& axis) {
   guard.Check();
-  const HierarchyId varying = VaryingHierarchy(axis);
+  const HierarchyId varying = VaryingHierarchy(guard, axis);
   const auto column = static_cast<std::size_t>(
       std::find(axis.hierarchies.begin(), axis.hierarchies.end(), varying) -
       axis.hierarchies.begin());
-  std::vector<AxisBlock> blocks;
+  LongList<AxisBlock> blocks;
   if (IsOneBlock(axis, varying)) {
     blocks.push_back(WholeAxis(cube, axis));
     return blocks;
@@ -116,7 +112,7 @@ std::vector<AxisBlock> CutIntoBlocks(const CubeView& cube, const QueryGuard& gua
   }
   for (AxisBlock& block : blocks) {
     if (block.rows.size() < 2) continue;
-    std::vector<MemberId> ids;
+    MemberIds ids;
     ids.reserve(block.rows.size());
     for (const uint32_t row : block.rows) ids.push_back(axis.tuple(row)[column]);
     block.varying = std::make_unique<Positions>(cube, varying, std::move(ids));

@@ -12,13 +12,13 @@ namespace vok::olap {
 
 struct AxisBlock {
   std::size_t tuple = 0;  ///< index of a position whose members stand for all, but the varying one
-  std::vector<uint32_t> rows;          ///< positions of the axis
+  Rows rows;              ///< positions of the axis
   std::unique_ptr<Positions> varying;  ///< nullptr: one position, all members as its tuple says
 };
 
 /// The hierarchy with the most members on the axis; `kNoHierarchy` when only measures are there.
-HierarchyId VaryingHierarchy(const TupleSet& axis);
-std::vector<AxisBlock> CutIntoBlocks(const CubeView& cube, const QueryGuard& guard,
-                                     const TupleSet& axis);
+HierarchyId VaryingHierarchy(const QueryGuard& guard, const TupleSet& axis);
+LongList<AxisBlock> CutIntoBlocks(const CubeView& cube, const QueryGuard& guard,
+                                  const TupleSet& axis);
 
 }  // namespace vok::olap

@@ -26,7 +26,7 @@ class ConstantMember : public MemberExpression {
   ConstantMember(HierarchyId hierarchy, MemberId member)
       : MemberExpression(hierarchy), member_(member) {}
   bool DependsOn(HierarchyId) const override { return false; }
-  MemberId Evaluate(Evaluator&, const Context&) const override { return member_; }
+  MemberId Compute(Evaluator&, const Context&) const override { return member_; }
   MemberId member() const { return member_; }
 
  private:
@@ -37,7 +37,7 @@ class CurrentMember : public MemberExpression {
  public:
   using MemberExpression::MemberExpression;
   bool DependsOn(HierarchyId other) const override { return other == hierarchy(); }
-  MemberId Evaluate(Evaluator&, const Context& context) const override {
+  MemberId Compute(Evaluator&, const Context& context) const override {
     return context.members[hierarchy()];
   }
 };
@@ -47,7 +47,7 @@ class TupleAsSet : public SetExpression {
   explicit TupleAsSet(std::vector<MemberPtr> members)
       : SetExpression(HierarchiesOf(members)), members_(std::move(members)) {}
   bool DependsOn(HierarchyId hierarchy) const override { return AnyDependsOn(members_, hierarchy); }
-  TupleSet Evaluate(Evaluator& evaluator, const Context& context) const override {
+  TupleSet Compute(Evaluator& evaluator, const Context& context) const override {
     TupleSet set{hierarchies(), {}};
     for (const MemberPtr& member : members_) {
       set.ids.push_back(member->Evaluate(evaluator, context));
@@ -65,7 +65,7 @@ class JoinedSets : public SetExpression {
   JoinedSets(std::vector<HierarchyId> hierarchies, std::vector<SetPtr> sets, Place place)
       : SetExpression(std::move(hierarchies)), sets_(std::move(sets)), place_(place) {}
   bool DependsOn(HierarchyId hierarchy) const override { return AnyDependsOn(sets_, hierarchy); }
-  TupleSet Evaluate(Evaluator& evaluator, const Context& context) const override {
+  TupleSet Compute(Evaluator& evaluator, const Context& context) const override {
     TupleSet all{hierarchies(), {}};
     for (const SetPtr& set : sets_) {
       const TupleSet next = set->Evaluate(evaluator, context);
@@ -84,7 +84,7 @@ class EmptySet : public SetExpression {
  public:
   EmptySet() : SetExpression({}) {}
   bool DependsOn(HierarchyId) const override { return false; }
-  TupleSet Evaluate(Evaluator&, const Context&) const override { return {}; }
+  TupleSet Compute(Evaluator&, const Context&) const override { return {}; }
 };
 
 class NamedSetReference : public SetExpression {
@@ -92,7 +92,7 @@ class NamedSetReference : public SetExpression {
   NamedSetReference(std::size_t index, const SetExpression& set)
       : SetExpression(set.hierarchies()), index_(index) {}
   bool DependsOn(HierarchyId) const override { return false; }
-  TupleSet Evaluate(Evaluator& evaluator, const Context&) const override {
+  TupleSet Compute(Evaluator& evaluator, const Context&) const override {
     return evaluator.Named(index_);
   }
 
@@ -110,7 +110,7 @@ class Range : public SetExpression {
   bool DependsOn(HierarchyId hierarchy) const override {
     return first_->DependsOn(hierarchy) || last_->DependsOn(hierarchy);
   }
-  TupleSet Evaluate(Evaluator& evaluator, const Context& context) const override {
+  TupleSet Compute(Evaluator& evaluator, const Context& context) const override {
     TupleSet set{hierarchies(), {}};
     MemberId from = first_->Evaluate(evaluator, context);
     MemberId to = last_->Evaluate(evaluator, context);
@@ -136,7 +136,7 @@ class Number : public ValueExpression {
  public:
   explicit Number(double number) : number_(number) {}
   bool DependsOn(HierarchyId) const override { return false; }
-  Column Evaluate(Evaluator& evaluator, const Block& block) const override {
+  Column Compute(Evaluator& evaluator, const Block& block) const override {
     Column column = evaluator.NewColumn(block);
     for (std::size_t row = 0; row < column.size(); ++row) column.SetNumber(row, number_);
     return column;
@@ -150,9 +150,12 @@ class Text : public ValueExpression {
  public:
   explicit Text(std::string text) : ValueExpression(ValueKind::kText), text_(std::move(text)) {}
   bool DependsOn(HierarchyId) const override { return false; }
-  Column Evaluate(Evaluator& evaluator, const Block& block) const override {
+  Column Compute(Evaluator& evaluator, const Block& block) const override {
     Column column = evaluator.NewColumn(block);
-    for (std::size_t row = 0; row < column.size(); ++row) column.SetText(row, text_);
+    for (std::size_t row = 0; row < column.size(); ++row) {
+      evaluator.guard().CheckAt(row);
+      column.SetText(row, text_);
+    }
     return column;
   }
 
@@ -174,7 +177,7 @@ class CellValue : public ValueExpression {
     return !named;
   }
 
-  Column Evaluate(Evaluator& evaluator, const Block& block) const override {
+  Column Compute(Evaluator& evaluator, const Block& block) const override {
     Block inner = block;
     if (MoveTo(evaluator, block, kNoHierarchy, inner.context))
       return CellsUnlessMissing(evaluator, inner);
@@ -209,7 +212,7 @@ class CellValue : public ValueExpression {
   Column Moved(Evaluator& evaluator, const Block& block) const {
     const HierarchyId varying = block.Varying();
     Block inner = block;
-    std::vector<MemberId> ids;
+    MemberIds ids;
     for (const MemberPtr& member : members_) {
       if (member->hierarchy() != varying) {
         inner.context.Set(member->hierarchy(), member->Evaluate(evaluator, block.context));
@@ -241,11 +244,12 @@ class CellValue : public ValueExpression {
     return all;
   }
 
-  static std::vector<MemberId> MovedMembers(Evaluator& evaluator, const Block& block,
-                                            const MemberExpression& member) {
-    std::vector<MemberId> ids;
+  static MemberIds MovedMembers(Evaluator& evaluator, const Block& block,
+                                const MemberExpression& member) {
+    MemberIds ids;
     Context context = block.context;
     for (const MemberId id : block.positions->ids) {
+      evaluator.guard().CheckAt(ids.size());
       context.Set(block.Varying(), id);
       ids.push_back(id == kNoMember ? kNoMember : member.Evaluate(evaluator, context));
     }

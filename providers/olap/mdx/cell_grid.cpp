@@ -21,7 +21,7 @@ void CellGrid::DropEmpty(const std::vector<bool>& axes) {
   }
   for (std::size_t axis = 0; axis < axes_.size(); ++axis) {
     if (!axes[axis]) continue;
-    std::vector<uint32_t>& kept = axes_[axis].kept;
+    Rows& kept = axes_[axis].kept;
     for (uint32_t position = 0; position < used[axis].size(); ++position) {
       if (used[axis][position] != 0) kept.push_back(position);
     }

@@ -27,7 +27,7 @@ class CellGrid {
   void DropEmpty(const std::vector<bool>& axes);
   /// Whether every position of the axis is kept.
   bool KeepsAll(std::size_t axis) const { return axes_[axis].keeps_all; }
-  const std::vector<uint32_t>& Kept(std::size_t axis) const { return axes_[axis].kept; }
+  const Rows& Kept(std::size_t axis) const { return axes_[axis].kept; }
 
   /// Number of cells that are kept; they are counted from 0.
   std::size_t size() const;
@@ -38,7 +38,7 @@ class CellGrid {
  private:
   struct Axis {
     bool keeps_all = true;
-    std::vector<uint32_t> kept;
+    Rows kept;
   };
   struct Place {
     std::size_t column = 0;

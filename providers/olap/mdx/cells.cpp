@@ -17,17 +17,19 @@ constexpr std::size_t kBatch = 256;
 class QueryRun {
  public:
   QueryRun(const CubeView& cube, const Query& query, const SourceText& source,
-           const QueryLimits& limits)
+           const QueryGuard& guard)
       : cube_(cube),
         query_(query),
         source_(source),
-        guard_(limits),
+        guard_(guard),
         evaluator_(cube, query, guard_) {}
 
   void Run(MdxResult& result) {
     evaluator_.SetBase(SlicerContext(evaluator_, source_));
-    for (const QueryAxis& axis : query_.axes) {
-      axes_.push_back({axis.set->Evaluate(evaluator_, evaluator_.base())});
+    for (std::size_t i = 0; i < query_.axes.size(); ++i) {
+      const QueryAxis& axis = query_.axes[i];
+      axes_.push_back(
+          {evaluator_.SetOf(*axis.set, "axis " + std::to_string(i), Place{&source_, axis.offset})});
     }
     const std::vector<std::size_t> lengths = CheckedLengths();
     block_axis_ = ChooseBlockAxis();
@@ -59,7 +61,7 @@ class QueryRun {
   std::size_t ChooseBlockAxis() const {
     std::size_t chosen = axes_.size();
     for (std::size_t i = 0; i < axes_.size(); ++i) {
-      if (VaryingHierarchy(axes_[i].tuples) == kNoHierarchy) continue;
+      if (VaryingHierarchy(guard_, axes_[i].tuples) == kNoHierarchy) continue;
       if (chosen == axes_.size() || axes_[i].PositionCount() > axes_[chosen].PositionCount()) {
         chosen = i;
       }
@@ -131,19 +133,19 @@ class QueryRun {
   const CubeView& cube_;
   const Query& query_;
   const SourceText& source_;
-  QueryGuard guard_;
+  const QueryGuard& guard_;
   Evaluator evaluator_;
   std::vector<MdxResult::Axis> axes_;
-  std::vector<AxisBlock> blocks_;
+  LongList<AxisBlock> blocks_;
   std::size_t block_axis_ = 0;
 };
 
 }  // namespace
 
 std::unique_ptr<MdxResult> Evaluate(std::shared_ptr<const CubeView> cube, Query query,
-                                    const SourceText& source, const QueryLimits& limits) {
+                                    const SourceText& source, const QueryGuard& guard) {
   auto result = std::make_unique<MdxResult>(cube, std::move(query));
-  QueryRun(*cube, result->query(), source, limits).Run(*result);
+  QueryRun(*cube, result->query(), source, guard).Run(*result);
   return result;
 }
 

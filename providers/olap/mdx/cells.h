@@ -12,6 +12,6 @@ namespace vok::olap {
 /// Failures: those of `QueryGuard`; -2147217900: more cells than the limit, a slicer that is no
 /// cross join of stored members, a formula that cannot be computed; -2147467259: damaged facts.
 std::unique_ptr<MdxResult> Evaluate(std::shared_ptr<const CubeView> cube, Query query,
-                                    const SourceText& source, const QueryLimits& limits);
+                                    const SourceText& source, const QueryGuard& guard);
 
 }  // namespace vok::olap

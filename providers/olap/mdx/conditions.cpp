@@ -21,10 +21,10 @@ class Choice : public ValueExpression {
            no_->DependsOn(hierarchy);
   }
 
-  Column Evaluate(Evaluator& evaluator, const Block& block) const override {
+  Column Compute(Evaluator& evaluator, const Block& block) const override {
     const Column condition = condition_->Evaluate(evaluator, block);
     if (evaluator.announcing()) return Column();
-    std::vector<uint32_t> taken[2];
+    Rows taken[2];
     for (uint32_t row = 0; row < condition.size(); ++row) {
       taken[condition.numbers[row] != 0 ? 1 : 0].push_back(row);
     }
@@ -38,8 +38,8 @@ class Choice : public ValueExpression {
 
  private:
   static void Fill(Evaluator& evaluator, const Block& block, const ValueExpression& branch,
-                   const std::vector<uint32_t>& rows, Column& result) {
-    std::vector<MemberId> ids;
+                   const Rows& rows, Column& result) {
+    MemberIds ids;
     for (const uint32_t row : rows) ids.push_back(block.positions->ids[row]);
     const Positions positions(evaluator.cube(), block.Varying(), std::move(ids));
     const Column values = branch.Evaluate(evaluator, Block{block.context, &positions});
@@ -58,10 +58,11 @@ class SameMember : public ValueExpression {
   bool DependsOn(HierarchyId hierarchy) const override {
     return member_->DependsOn(hierarchy) || (with_ != nullptr && with_->DependsOn(hierarchy));
   }
-  Column Evaluate(Evaluator& evaluator, const Block& block) const override {
+  Column Compute(Evaluator& evaluator, const Block& block) const override {
     Column result = evaluator.NewColumn(block);
     Context context = block.context;
     for (std::size_t row = 0; row < result.size(); ++row) {
+      evaluator.guard().CheckAt(row);
       if (block.positions != nullptr) context.Set(block.Varying(), block.positions->ids[row]);
       const MemberId member = member_->Evaluate(evaluator, context);
       const MemberId with = with_ == nullptr ? kNoMember : with_->Evaluate(evaluator, context);
@@ -80,7 +81,7 @@ class Logical : public ValueExpression {
  public:
   explicit Logical(bool value) : ValueExpression(ValueKind::kLogical), value_(value) {}
   bool DependsOn(HierarchyId) const override { return false; }
-  Column Evaluate(Evaluator& evaluator, const Block& block) const override {
+  Column Compute(Evaluator& evaluator, const Block& block) const override {
     Column column = evaluator.NewColumn(block);
     for (std::size_t row = 0; row < column.size(); ++row) column.SetLogical(row, value_);
     return column;
@@ -93,7 +94,7 @@ class Logical : public ValueExpression {
 class Nothing : public ValueExpression {
  public:
   bool DependsOn(HierarchyId) const override { return false; }
-  Column Evaluate(Evaluator& evaluator, const Block& block) const override {
+  Column Compute(Evaluator& evaluator, const Block& block) const override {
     return evaluator.NewColumn(block);
   }
 };

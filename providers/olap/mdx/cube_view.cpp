@@ -118,7 +118,7 @@ std::vector<MemberId> CubeView::FindInLevel(HierarchyId hierarchy, uint32_t leve
 }
 
 uint64_t CubeView::NameHash(std::string_view name) const {
-  return std::hash<std::string>()(locale_.FoldCase(name));
+  return std::hash<std::string>()(Folded(name));
 }
 
 const CubeView::NameIndex& CubeView::Index(HierarchyId hierarchy, uint32_t level) const {

@@ -30,6 +30,8 @@ class CubeView {
   const CubeModel& model() const { return cube_->model; }
   const FactStore& facts() const { return *cube_->facts; }
   bool SameName(std::string_view a, std::string_view b) const;
+  /// The same text for names that are the same.
+  std::string Folded(std::string_view name) const { return locale_.FoldCase(name); }
 
   HierarchyId HierarchyCount() const;
   /// Hierarchies of one dimension follow each other.

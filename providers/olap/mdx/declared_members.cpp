@@ -31,19 +31,21 @@ CalculatedMember Declare(const CubeView& cube, Query& query, const CalculatedDef
   return std::move(*member);
 }
 
-ValuePtr ResolveFormula(const CubeView& cube, Query& query, const CalculatedDefinition& definition,
-                        const std::string& title, MemberId& first_measure) {
+ValuePtr ResolveFormula(const CubeView& cube, Query& query, const QueryGuard& guard,
+                        const CalculatedDefinition& definition, const std::string& title,
+                        MemberId& first_measure) {
   const SourceText& source = Keep(query, definition.formula, title);
   TokenReader tokens(source, 0, source.text().size(), false);
   const Syntax formula = ParseFormula(tokens);
   if (tokens.current().kind != TokenKind::kEnd) tokens.Expected("the end of the formula");
   const NameResolver names(cube, source, query);
-  return ExpressionResolver(cube, source, names).ResolveFormula(formula, first_measure);
+  return ExpressionResolver(cube, source, names, guard).ResolveFormula(formula, first_measure);
 }
 
 }  // namespace
 
-void AddDeclaredMembers(const CubeView& cube, Query& query, std::span<const std::string> places) {
+void AddDeclaredMembers(const CubeView& cube, Query& query, const QueryGuard& guard,
+                        std::span<const std::string> places) {
   const auto& definitions = cube.model().calculated;
   const auto title = [&](std::size_t i) {
     const std::string place = i < places.size() ? places[i] + ": " : "";
@@ -51,11 +53,11 @@ void AddDeclaredMembers(const CubeView& cube, Query& query, std::span<const std:
   };
   for (std::size_t i = 0; i < definitions.size(); ++i) {
     CalculatedMember member = Declare(cube, query, definitions[i], title(i));
-    query.members.push_back(std::move(member));
+    query.Add(cube, std::move(member));
   }
   for (std::size_t i = 0; i < definitions.size(); ++i) {
     MemberId measure = kNoMember;
-    ValuePtr formula = ResolveFormula(cube, query, definitions[i], title(i), measure);
+    ValuePtr formula = ResolveFormula(cube, query, guard, definitions[i], title(i), measure);
     query.members[i].formula = std::move(formula);
     query.members[i].format = definitions[i].format_string.empty()
                                   ? FormatOf(cube, query, measure)

@@ -27,17 +27,26 @@ TupleSet Distinct(const QueryGuard& guard, const TupleSet& set) {
   return distinct;
 }
 
-std::optional<std::vector<std::vector<MemberId>>> FactorsOf(const QueryGuard& guard,
-                                                            const TupleSet& set) {
-  std::vector<std::vector<MemberId>> factors(set.arity());
+MemberIds MembersAt(const QueryGuard& guard, const TupleSet& set, std::size_t place) {
+  guard.Check();
+  MemberIds members;
+  const std::size_t count = set.size();
+  for (std::size_t row = 0; row < count; ++row) members.push_back(set.tuple(row)[place]);
+  std::size_t comparisons = 0;
+  std::sort(members.begin(), members.end(), [&](MemberId a, MemberId b) {
+    guard.CheckAt(++comparisons);
+    return a < b;
+  });
+  members.erase(std::unique(members.begin(), members.end()), members.end());
+  return members;
+}
+
+std::optional<std::vector<MemberIds>> FactorsOf(const QueryGuard& guard, const TupleSet& set) {
+  std::vector<MemberIds> factors(set.arity());
   uint64_t combinations = 1;
   for (std::size_t i = 0; i < factors.size(); ++i) {
-    guard.Check();
-    std::vector<MemberId>& members = factors[i];
-    for (std::size_t row = 0; row < set.size(); ++row) members.push_back(set.tuple(row)[i]);
-    std::sort(members.begin(), members.end());
-    members.erase(std::unique(members.begin(), members.end()), members.end());
-    combinations *= members.size();
+    factors[i] = MembersAt(guard, set, i);
+    combinations *= factors[i].size();
     if (combinations > set.size()) return std::nullopt;
   }
   if (factors.size() > 1 && Distinct(guard, set).size() != combinations) return std::nullopt;

@@ -30,15 +30,17 @@ class TupleIndex {
     bool operator()(const MemberId* a, const MemberId* b) const;
   };
 
-  std::unordered_set<const MemberId*, Hash, Equal> tuples_;
+  std::unordered_set<const MemberId*, Hash, Equal, ColumnAllocator<const MemberId*>> tuples_;
 };
 
 /// Every tuple once, where it occurs first.
 TupleSet Distinct(const QueryGuard& guard, const TupleSet& set);
 
+/// The members of one place of the tuples, ascending, each once.
+MemberIds MembersAt(const QueryGuard& guard, const TupleSet& set, std::size_t place);
+
 /// The members of each hierarchy, ascending, when the set holds every combination of them; nothing
 /// when it is another one.
-std::optional<std::vector<std::vector<MemberId>>> FactorsOf(const QueryGuard& guard,
-                                                            const TupleSet& set);
+std::optional<std::vector<MemberIds>> FactorsOf(const QueryGuard& guard, const TupleSet& set);
 
 }  // namespace vok::olap

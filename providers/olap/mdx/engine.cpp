@@ -10,12 +10,14 @@ namespace vok::olap {
 
 std::unique_ptr<MdxResult> RunMdx(const std::vector<std::shared_ptr<const CubeView>>& cubes,
                                   const std::string& mdx, const QueryLimits& limits) {
+  const QueryGuard guard(limits);
+  const MemoryLimit memory(limits.max_memory);
   const SourceText source(mdx);
   const Statement statement = Parse(source);
   std::string names;
   for (const auto& cube : cubes) {
     if (cube->SameName(cube->model().name, statement.cube.text)) {
-      return Evaluate(cube, Resolve(*cube, source, statement), source, limits);
+      return Evaluate(cube, Resolve(*cube, source, statement, guard), source, guard);
     }
     names += (names.empty() ? "" : ", ") + Bracketed(cube->model().name);
   }

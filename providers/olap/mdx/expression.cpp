@@ -2,12 +2,13 @@
 
 #include <numeric>
 
+#include "providers/olap/mdx/evaluator.h"
 #include "providers/olap/mdx/leaf_ranges.h"
 
 namespace vok::olap {
 namespace {
 
-bool AreAllOf(IdRange members, const std::vector<MemberId>& ids) {
+bool AreAllOf(IdRange members, const MemberIds& ids) {
   if (ids.size() != members.size()) return false;
   for (uint32_t i = 0; i < ids.size(); ++i) {
     if (ids[i] != members.begin + i) return false;
@@ -17,7 +18,7 @@ bool AreAllOf(IdRange members, const std::vector<MemberId>& ids) {
 
 }  // namespace
 
-Positions::Positions(const CubeView& cube, HierarchyId hierarchy_id, std::vector<MemberId> members)
+Positions::Positions(const CubeView& cube, HierarchyId hierarchy_id, MemberIds members)
     : hierarchy(hierarchy_id), ids(std::move(members)) {
   const bool begins = !ids.empty() && ids[0] != kNoMember;
   const uint32_t level = begins ? cube.LevelOf(hierarchy, ids[0]) : 0;
@@ -74,6 +75,7 @@ void Column::SetLogical(std::size_t row, bool value) {
 
 void Column::SetText(std::size_t row, std::string text) {
   if (texts.empty()) texts.resize(size());
+  MemoryLimit::Count(text.size());
   texts[row] = std::move(text);
   numbers[row] = 0;
   states[row] = CellState::kText;
@@ -86,6 +88,22 @@ void Column::Copy(std::size_t row, const Column& from, std::size_t from_row) {
     numbers[row] = from.numbers[from_row];
     states[row] = from.states[from_row];
   }
+}
+
+MemberId MemberExpression::Evaluate(Evaluator& evaluator, const Context& context) const {
+  const Deeper deeper(evaluator);
+  return Compute(evaluator, context);
+}
+
+TupleSet SetExpression::Evaluate(Evaluator& evaluator, const Context& context) const {
+  const Deeper deeper(evaluator);
+  return Compute(evaluator, context);
+}
+
+Column ValueExpression::Evaluate(Evaluator& evaluator, const Block& block) const {
+  const Deeper deeper(evaluator);
+  evaluator.guard().Check();
+  return Compute(evaluator, block);
 }
 
 }  // namespace vok::olap

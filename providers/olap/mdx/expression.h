@@ -21,6 +21,9 @@ inline bool IsCalculated(MemberId id) { return id != kNoMember && (id & kCalcula
 inline bool IsStored(MemberId id) { return (id & kCalculatedBit) == 0; }
 
 using LeafRanges = std::vector<IdRange>;
+/// Lists that grow with the answer; they count against the query's memory.
+using MemberIds = LongList<MemberId>;
+using Rows = LongList<uint32_t>;
 
 /// One member of every hierarchy. A hierarchy may stand on several leaves at once instead (a slicer
 /// of several members, a sum put together).
@@ -40,15 +43,15 @@ struct Positions {
   /// Those of one level: what is read from the facts together.
   struct Part {
     uint32_t level = 0;
-    std::vector<uint32_t> rows;  ///< indexes into `ids`
-    LeafRanges leaves;           ///< their leaves; empty: all of the hierarchy's
-    bool is_level = false;       ///< `ids` are the members of the level, all and in its order
+    Rows rows;              ///< indexes into `ids`
+    LeafRanges leaves;      ///< their leaves; empty: all of the hierarchy's
+    bool is_level = false;  ///< `ids` are the members of the level, all and in its order
   };
 
-  Positions(const CubeView& cube, HierarchyId hierarchy_id, std::vector<MemberId> members);
+  Positions(const CubeView& cube, HierarchyId hierarchy_id, MemberIds members);
 
   HierarchyId hierarchy;
-  std::vector<MemberId> ids;
+  MemberIds ids;
   std::vector<Part> parts;
 
  private:
@@ -79,13 +82,13 @@ struct Column : FactColumn {
   /// Takes over one cell of another column.
   void Copy(std::size_t row, const Column& from, std::size_t from_row);
 
-  std::vector<std::string> texts;  ///< empty when no cell is a text
+  LongList<std::string> texts;  ///< empty when no cell is a text
 };
 
 /// Tuples over `hierarchies`, one after another. The empty set {} has no hierarchies.
 struct TupleSet {
   std::vector<HierarchyId> hierarchies;
-  std::vector<MemberId> ids;
+  MemberIds ids;
 
   std::size_t arity() const { return hierarchies.size(); }
   std::size_t size() const { return ids.empty() ? 0 : ids.size() / hierarchies.size(); }
@@ -98,6 +101,8 @@ struct TupleSet {
 
 class Evaluator;
 
+/// Evaluating an expression counts as one step of depth, whichever formula it stands in: failure
+/// -2147217900 where the steps within one another become more than a stack can bear.
 class Expression {
  public:
   virtual ~Expression() = default;
@@ -110,9 +115,11 @@ class MemberExpression : public Expression {
   explicit MemberExpression(HierarchyId hierarchy) : hierarchy_(hierarchy) {}
   HierarchyId hierarchy() const { return hierarchy_; }
   /// `kNoMember` where there is none, such as above the top.
-  virtual MemberId Evaluate(Evaluator& evaluator, const Context& context) const = 0;
+  MemberId Evaluate(Evaluator& evaluator, const Context& context) const;
 
  private:
+  virtual MemberId Compute(Evaluator& evaluator, const Context& context) const = 0;
+
   HierarchyId hierarchy_;
 };
 
@@ -121,9 +128,11 @@ class SetExpression : public Expression {
   explicit SetExpression(std::vector<HierarchyId> hierarchies)
       : hierarchies_(std::move(hierarchies)) {}
   const std::vector<HierarchyId>& hierarchies() const { return hierarchies_; }
-  virtual TupleSet Evaluate(Evaluator& evaluator, const Context& context) const = 0;
+  TupleSet Evaluate(Evaluator& evaluator, const Context& context) const;
 
  private:
+  virtual TupleSet Compute(Evaluator& evaluator, const Context& context) const = 0;
+
   std::vector<HierarchyId> hierarchies_;
 };
 
@@ -133,7 +142,7 @@ class ValueExpression : public Expression {
  public:
   explicit ValueExpression(ValueKind kind = ValueKind::kNumber) : kind_(kind) {}
   ValueKind kind() const { return kind_; }
-  virtual Column Evaluate(Evaluator& evaluator, const Block& block) const = 0;
+  Column Evaluate(Evaluator& evaluator, const Block& block) const;
   /// Moves `context` to the cell whose value this is. False when there is no such cell, or when it
   /// is not the same for all positions of the block and all members of `any`.
   virtual bool MoveTo(Evaluator& /*evaluator*/, const Block& /*block*/, HierarchyId /*any*/,
@@ -142,6 +151,8 @@ class ValueExpression : public Expression {
   }
 
  private:
+  virtual Column Compute(Evaluator& evaluator, const Block& block) const = 0;
+
   ValueKind kind_;
 };
 

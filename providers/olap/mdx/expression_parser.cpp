@@ -96,6 +96,7 @@ class ExpressionParser {
         base = Make(SyntaxKind::kProperty, part.offset, part.text, std::move(arguments));
       } else if (base.kind == SyntaxKind::kName) {
         base.name.push_back(std::move(part));
+        Grow(base, base.name.size());
       } else if (!part.bracketed) {
         base = Make(SyntaxKind::kProperty, part.offset, part.text, Of(std::move(base)));
       } else {
@@ -202,15 +203,22 @@ class ExpressionParser {
     syntax.kind = kind;
     syntax.offset = offset;
     syntax.text = std::move(text);
-    for (const Syntax& argument : arguments) {
-      syntax.depth = std::max(syntax.depth, argument.depth + 1);
-    }
+    std::size_t depth = 0;
+    for (const Syntax& argument : arguments) depth = std::max<std::size_t>(depth, argument.depth);
+    // Each WHEN stands in what the one before it leaves.
+    depth += kind == SyntaxKind::kCase ? arguments.size() / 2 + 1 : 1;
     syntax.arguments = std::move(arguments);
-    if (syntax.depth > kMaxTreeDepth) {
-      tokens_.source().Fail(offset, "the expression has more than " +
-                                        std::to_string(kMaxTreeDepth) + " operations in a row");
-    }
+    Grow(syntax, depth);
     return syntax;
+  }
+
+  void Grow(Syntax& syntax, std::size_t depth) const {
+    if (depth > kMaxTreeDepth) {
+      tokens_.source().Fail(
+          syntax.offset,
+          "the expression has more than " + std::to_string(kMaxTreeDepth) + " operations in a row");
+    }
+    syntax.depth = static_cast<uint32_t>(depth);
   }
 
   TokenReader& tokens_;

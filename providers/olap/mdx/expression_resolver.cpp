@@ -61,6 +61,7 @@ Operand ExpressionResolver::Checked(Operand operand, Wanted wanted, std::size_t 
 }
 
 Operand ExpressionResolver::Resolve(const Syntax& syntax) const {
+  guard_.Check();
   switch (syntax.kind) {
     case SyntaxKind::kName:
       return ResolveName(syntax);

@@ -5,6 +5,7 @@
 
 #include "providers/olap/mdx/name_resolver.h"
 #include "providers/olap/mdx/operand.h"
+#include "providers/olap/mdx/query_limits.h"
 #include "providers/olap/mdx/source_text.h"
 #include "providers/olap/mdx/syntax.h"
 
@@ -12,8 +13,9 @@ namespace vok::olap {
 
 class ExpressionResolver {
  public:
-  ExpressionResolver(const CubeView& cube, const SourceText& source, const NameResolver& names)
-      : cube_(cube), source_(source), names_(names) {}
+  ExpressionResolver(const CubeView& cube, const SourceText& source, const NameResolver& names,
+                     const QueryGuard& guard)
+      : cube_(cube), source_(source), names_(names), guard_(guard) {}
 
   SetPtr ResolveSet(const Syntax& syntax) const;
   ValuePtr ResolveValue(const Syntax& syntax) const;
@@ -44,6 +46,7 @@ class ExpressionResolver {
   const CubeView& cube_;
   const SourceText& source_;
   const NameResolver& names_;
+  const QueryGuard& guard_;
   mutable MemberId first_measure_ = kNoMember;
 };
 

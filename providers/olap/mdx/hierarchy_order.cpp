@@ -2,8 +2,8 @@
 
 namespace vok::olap {
 
-std::vector<MemberId> InHierarchyOrder(const CubeView& cube, HierarchyId hierarchy) {
-  std::vector<MemberId> order;
+MemberIds InHierarchyOrder(const CubeView& cube, HierarchyId hierarchy) {
+  MemberIds order;
   std::vector<IdRange> open = {cube.LevelMembers(hierarchy, 0)};  // one per level on the way down
   while (!open.empty()) {
     IdRange& rest = open.back();

@@ -1,12 +1,10 @@
 // All members of a hierarchy, each directly before its children.
 #pragma once
 
-#include <vector>
-
-#include "providers/olap/mdx/cube_view.h"
+#include "providers/olap/mdx/expression.h"
 
 namespace vok::olap {
 
-std::vector<MemberId> InHierarchyOrder(const CubeView& cube, HierarchyId hierarchy);
+MemberIds InHierarchyOrder(const CubeView& cube, HierarchyId hierarchy);
 
 }  // namespace vok::olap

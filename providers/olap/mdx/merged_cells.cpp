@@ -25,7 +25,7 @@ bool IsPlain(const Evaluator& evaluator, const Context& context, const TupleSet&
   return overlap == Overlap::kOnce || AddsUp(evaluator.cube().model().measures[measure].aggregator);
 }
 
-std::optional<LeafRanges> LeavesOf(const Hierarchy& hierarchy, const std::vector<MemberId>& members,
+std::optional<LeafRanges> LeavesOf(const Hierarchy& hierarchy, const MemberIds& members,
                                    Overlap overlap) {
   LeafRanges leaves;
   for (const MemberId id : members) {
@@ -64,7 +64,7 @@ std::optional<Context> PlaceOf(Evaluator& evaluator, const Block& block, const T
   return place;
 }
 
-bool HasTwice(const TupleSet& set, const std::vector<std::vector<MemberId>>& factors) {
+bool HasTwice(const TupleSet& set, const std::vector<MemberIds>& factors) {
   std::size_t combinations = 1;
   for (const auto& members : factors) combinations *= members.size();
   return combinations != set.size();

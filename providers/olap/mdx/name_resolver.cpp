@@ -30,11 +30,9 @@ Operand NameResolver::Resolve(Path path) const {
 
 std::optional<Operand> NameResolver::FindSet(Path path) const {
   if (path.size() != 1) return std::nullopt;
-  for (std::size_t i = 0; i < query_.sets.size(); ++i) {
-    const NamedSet& set = query_.sets[i];
-    if (set.set != nullptr && cube_.SameName(set.name, path[0].text)) {
-      return NewNamedSet(i, *set.set);
-    }
+  for (const std::size_t index : query_.SetsNamed(cube_, path[0].text)) {
+    const NamedSet& set = query_.sets[index];
+    if (set.set != nullptr) return NewNamedSet(index, *set.set);
   }
   return std::nullopt;
 }
@@ -124,13 +122,10 @@ MemberId NameResolver::FindCalculated(HierarchyId hierarchy, MemberId parent,
     parent = kNoMember;
   }
   MemberId declared = kNoMember;
-  for (std::size_t i = 0; i < query_.members.size(); ++i) {
-    const CalculatedMember& member = query_.members[i];
-    if (member.hierarchy != hierarchy || member.parent != parent ||
-        !cube_.SameName(member.name, name)) {
-      continue;
-    }
-    const MemberId found = static_cast<MemberId>(i) | kCalculatedBit;
+  for (const std::size_t index : query_.MembersNamed(cube_, name)) {
+    const CalculatedMember& member = query_.members[index];
+    if (member.hierarchy != hierarchy || member.parent != parent) continue;
+    const MemberId found = static_cast<MemberId>(index) | kCalculatedBit;
     if (!member.is_declared) return found;
     declared = found;
   }

@@ -1,5 +1,6 @@
 #include "providers/olap/mdx/operators.h"
 
+#include <cmath>
 #include <limits>
 #include <utility>
 
@@ -24,14 +25,18 @@ struct Operator {
   Empties empties;
   double (*compute)(double left, double right);
   bool compares = false;
+  bool is_bounded = false;  ///< numbers never give an infinity
 };
 
 double Flag(bool value) { return value ? 1 : 0; }
 
 constexpr Operator kOperators[] = {
-    {"+", ValueKind::kNumber, Empties::kBoth, [](double a, double b) { return a + b; }},
-    {"-", ValueKind::kNumber, Empties::kBoth, [](double a, double b) { return a - b; }},
-    {"*", ValueKind::kNumber, Empties::kEither, [](double a, double b) { return a * b; }},
+    {"+", ValueKind::kNumber, Empties::kBoth, [](double a, double b) { return a + b; }, false,
+     true},
+    {"-", ValueKind::kNumber, Empties::kBoth, [](double a, double b) { return a - b; }, false,
+     true},
+    {"*", ValueKind::kNumber, Empties::kEither, [](double a, double b) { return a * b; }, false,
+     true},
     {"/", ValueKind::kNumber, Empties::kLeft, [](double a, double b) { return a / b; }},
     {"=", ValueKind::kLogical, Empties::kEither, [](double a, double b) { return Flag(a == b); },
      true},
@@ -79,13 +84,20 @@ class BinaryValue : public ValueExpression {
     return left_->DependsOn(hierarchy) || right_->DependsOn(hierarchy);
   }
 
-  Column Evaluate(Evaluator& evaluator, const Block& block) const override {
+  Column Compute(Evaluator& evaluator, const Block& block) const override {
     Column left = left_->Evaluate(evaluator, block);
     Column right = right_->Evaluate(evaluator, block);
     if (by_.compares) CompareTexts(left, right);
     RequireNumbers(left, place_);
     RequireNumbers(right, place_);
-    for (std::size_t row = 0; row < left.size(); ++row) Combine(left, right, row);
+    for (std::size_t row = 0; row < left.size(); ++row) {
+      const double operand = left.numbers[row];
+      Combine(left, right, row);
+      if (std::isinf(left.numbers[row]) && by_.is_bounded && std::isfinite(operand) &&
+          std::isfinite(right.numbers[row])) {
+        evaluator.FailTooLarge("the result", place_, block, row);
+      }
+    }
     return left;
   }
 
@@ -163,11 +175,12 @@ class JoinedTexts : public ValueExpression {
   bool DependsOn(HierarchyId hierarchy) const override {
     return left_->DependsOn(hierarchy) || right_->DependsOn(hierarchy);
   }
-  Column Evaluate(Evaluator& evaluator, const Block& block) const override {
+  Column Compute(Evaluator& evaluator, const Block& block) const override {
     const Column left = left_->Evaluate(evaluator, block);
     const Column right = right_->Evaluate(evaluator, block);
     Column joined = evaluator.NewColumn(block);
     for (std::size_t row = 0; row < joined.size(); ++row) {
+      evaluator.guard().CheckAt(row);
       std::string text = TextOf(left, row) + TextOf(right, row);
       if (text.size() > kMaxTextLength) {
         place_.Fail("the text has " + std::to_string(text.size()) + " bytes; the limit is " +
@@ -194,7 +207,7 @@ class UnaryValue : public ValueExpression {
 
   bool DependsOn(HierarchyId hierarchy) const override { return operand_->DependsOn(hierarchy); }
 
-  Column Evaluate(Evaluator& evaluator, const Block& block) const override {
+  Column Compute(Evaluator& evaluator, const Block& block) const override {
     Column column = operand_->Evaluate(evaluator, block);
     RequireNumbers(column, place_);
     for (std::size_t row = 0; row < column.size(); ++row) {

@@ -30,7 +30,7 @@ class StatementParser {
     }
     statement_.cube = tokens_.ReadNamePart();
     if (tokens_.SkipKeyword("WHERE")) statement_.slicer = ParseExpression(tokens_);
-    if (tokens_.SkipKeyword("CELL")) SkipProperties();
+    if (tokens_.SkipKeyword("CELL")) statement_.cell_properties = Properties();
     if (tokens_.current().kind != TokenKind::kEnd) tokens_.Expected("the end of the query");
     return std::move(statement_);
   }
@@ -96,7 +96,7 @@ class StatementParser {
     axis.set = ParseExpression(tokens_);
     if (tokens_.AtKeyword("DIMENSION") || tokens_.AtKeyword("PROPERTIES")) {
       tokens_.SkipKeyword("DIMENSION");
-      SkipProperties();
+      axis.properties = Properties();
     }
     tokens_.ExpectKeyword("ON");
     const std::size_t offset = tokens_.current().begin;
@@ -135,12 +135,13 @@ class StatementParser {
     return ordinal;
   }
 
-  /// Properties are accepted: an answer always has the same ones.
-  void SkipProperties() {
+  std::vector<Name> Properties() {
+    std::vector<Name> names;
     tokens_.ExpectKeyword("PROPERTIES");
     do {
-      tokens_.ReadName();
+      names.push_back(tokens_.ReadName());
     } while (tokens_.SkipSymbol(","));
+    return names;
   }
 
   const SourceText& source_;

@@ -6,9 +6,10 @@
 
 namespace vok::olap {
 
-/// How deep parentheses, braces and calls may nest, and how deep a tree may grow.
+/// How deep parentheses, braces and calls may nest, and how deep a tree may grow: it is walked by
+/// recursion.
 inline constexpr uint32_t kMaxNesting = 100;
-inline constexpr uint32_t kMaxTreeDepth = 1000;
+inline constexpr uint32_t kMaxTreeDepth = 500;
 
 /// Failure -2147217900 with line and column: what was expected and what stood there.
 Statement Parse(const SourceText& source);

@@ -4,6 +4,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <unordered_map>
 #include <vector>
 
 #include "providers/olap/mdx/expression.h"
@@ -38,6 +39,15 @@ struct QueryAxis {
 
 /// Calculated member n has the id n with `kCalculatedBit` set.
 struct Query {
+  using Indexes = std::vector<std::size_t>;
+
+  /// Adds to the list and under the name. The member's, or set's, index.
+  std::size_t Add(const CubeView& cube, CalculatedMember member);
+  std::size_t Add(const CubeView& cube, NamedSet set);
+  /// Indexes of those with the name, in their order.
+  const Indexes& MembersNamed(const CubeView& cube, std::string_view name) const;
+  const Indexes& SetsNamed(const CubeView& cube, std::string_view name) const;
+
   std::vector<std::unique_ptr<const SourceText>> formulas;  ///< of the cube's calculated members
   std::vector<CalculatedMember> members;
   std::vector<NamedSet> sets;
@@ -45,6 +55,12 @@ struct Query {
   std::optional<QueryAxis> slicer;
 
   const CalculatedMember& Member(MemberId id) const { return members[id & ~kCalculatedBit]; }
+
+ private:
+  using NameIndex = std::unordered_map<std::string, Indexes>;
+
+  NameIndex member_index_;
+  NameIndex set_index_;
 };
 
 /// That of a stored or calculated measure; nothing for `kNoMember` and where there is none.

@@ -12,12 +12,15 @@ namespace vok::olap {
 
 /// No answer has more cells, before NON EMPTY.
 inline constexpr std::size_t kMaxCells = 50'000'000;
+/// No query takes more memory, in bytes, for its sets, its cells and what it keeps of them.
+inline constexpr std::size_t kMaxMemory = std::size_t{1} << 30;
 /// No set grows beyond this many tuples.
 inline constexpr std::size_t kMaxTuples = 20'000'000;
 
 struct QueryLimits {
   std::size_t max_cells = kMaxCells;  ///< of the answer, before NON EMPTY, and tuples of any set
-  double timeout_seconds = 0;         ///< 0: none
+  std::size_t max_memory = kMaxMemory;
+  double timeout_seconds = 0;                    ///< 0: none
   const std::atomic<bool>* cancelled = nullptr;  ///< set from outside to end the query
 };
 

@@ -121,6 +121,7 @@ Column Reads::Read(const Block& block) {
     if (part.is_level && grouped) return Whole(*slice, measure);
     const FactColumn& column = Get(*slice, measure);
     if (result.size() == 0) result = Column(block.size());
+    result.overflows = result.overflows || column.overflows;
     const uint32_t first = cube_.LevelMembers(block.Varying(), part.level).begin;
     for (const uint32_t row : part.rows) {
       const std::size_t from = grouped ? block.positions->ids[row] - first : 0;

@@ -9,6 +9,7 @@
 #include "providers/olap/mdx/declared_members.h"
 #include "providers/olap/mdx/expression_resolver.h"
 #include "providers/olap/mdx/name_resolver.h"
+#include "providers/olap/mdx/property_names.h"
 #include "providers/olap/mdx/token_reader.h"
 
 namespace vok::olap {
@@ -20,15 +21,17 @@ constexpr std::array<std::string_view, 8> kIgnoredProperties = {
 
 class StatementResolver {
  public:
-  StatementResolver(const CubeView& cube, const SourceText& source, const Statement& statement)
+  StatementResolver(const CubeView& cube, const SourceText& source, const Statement& statement,
+                    const QueryGuard& guard)
       : cube_(cube),
         source_(source),
         statement_(statement),
+        guard_(guard),
         names_(cube, source, query_),
-        expressions_(cube, source, names_) {}
+        expressions_(cube, source, names_, guard) {}
 
   Query Run() {
-    AddDeclaredMembers(cube_, query_);
+    AddDeclaredMembers(cube_, query_, guard_);
     DeclareMembers();
     ResolveSets();
     for (const auto& [index, definition] : declared_) ResolveMember(index, *definition);
@@ -42,8 +45,7 @@ class StatementResolver {
     for (const MemberDefinition& definition : statement_.members) {
       std::optional<CalculatedMember> member = names_.Declare(definition.name, false);
       if (!member) continue;
-      declared_.emplace_back(query_.members.size(), &definition);
-      query_.members.push_back(std::move(*member));
+      declared_.emplace_back(query_.Add(cube_, std::move(*member)), &definition);
     }
   }
 
@@ -86,10 +88,9 @@ class StatementResolver {
 
   void ResolveSets() {
     for (const SetDefinition& definition : statement_.sets) {
-      query_.sets.push_back(
-          {definition.name.text, nullptr, Place{&source_, definition.name.offset}});
-      SetPtr set = expressions_.ResolveSet(definition.formula);
-      query_.sets.back().set = std::move(set);
+      const std::size_t index = query_.Add(
+          cube_, NamedSet{definition.name.text, nullptr, Place{&source_, definition.name.offset}});
+      query_.sets[index].set = expressions_.ResolveSet(definition.formula);
     }
   }
 
@@ -98,7 +99,9 @@ class StatementResolver {
     for (const AxisSyntax& axis : statement_.axes) {
       query_.axes.push_back({expressions_.ResolveSet(axis.set), axis.non_empty, BeginOf(axis.set)});
       Use(query_.axes.back(), used);
+      for (const Name& property : axis.properties) CheckMemberProperty(names_, source_, property);
     }
+    for (const Name& property : statement_.cell_properties) CheckCellProperty(source_, property);
     if (!statement_.slicer) return;
     query_.slicer =
         QueryAxis{expressions_.ResolveSet(*statement_.slicer), false, BeginOf(*statement_.slicer)};
@@ -118,6 +121,7 @@ class StatementResolver {
   const CubeView& cube_;
   const SourceText& source_;
   const Statement& statement_;
+  const QueryGuard& guard_;
   Query query_;
   NameResolver names_;
   ExpressionResolver expressions_;
@@ -131,8 +135,9 @@ bool IsIgnoredProperty(std::string_view name) {
                      [name](std::string_view known) { return IsKeyword(name, known); });
 }
 
-Query Resolve(const CubeView& cube, const SourceText& source, const Statement& statement) {
-  return StatementResolver(cube, source, statement).Run();
+Query Resolve(const CubeView& cube, const SourceText& source, const Statement& statement,
+              const QueryGuard& guard) {
+  return StatementResolver(cube, source, statement, guard).Run();
 }
 
 }  // namespace vok::olap

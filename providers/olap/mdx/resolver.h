@@ -4,6 +4,7 @@
 #include <string_view>
 
 #include "providers/olap/mdx/query.h"
+#include "providers/olap/mdx/query_limits.h"
 #include "providers/olap/mdx/source_text.h"
 #include "providers/olap/mdx/syntax.h"
 
@@ -14,7 +15,8 @@ namespace vok::olap {
 bool IsIgnoredProperty(std::string_view name);
 
 /// Failure -2147217900 with line and column: a name the cube does not have, a type that does not
-/// fit, something that is not supported, a hierarchy on several axes.
-Query Resolve(const CubeView& cube, const SourceText& source, const Statement& statement);
+/// fit, something that is not supported, a hierarchy on several axes; and those of `QueryGuard`.
+Query Resolve(const CubeView& cube, const SourceText& source, const Statement& statement,
+              const QueryGuard& guard);
 
 }  // namespace vok::olap

@@ -9,7 +9,7 @@
 namespace vok::olap {
 namespace {
 
-LeafRanges LeavesOf(const Hierarchy& hierarchy, const std::vector<MemberId>& members) {
+LeafRanges LeavesOf(const Hierarchy& hierarchy, const MemberIds& members) {
   LeafRanges leaves;
   for (const MemberId member : members) leaves.push_back(hierarchy.Leaves(member));
   return Merged(std::move(leaves));
@@ -21,7 +21,8 @@ Context SlicerContext(Evaluator& evaluator, const SourceText& source) {
   Context context = evaluator.base();
   const auto& slicer = evaluator.query().slicer;
   if (!slicer) return context;
-  const TupleSet tuples = slicer->set->Evaluate(evaluator, context);
+  const TupleSet tuples =
+      evaluator.SetOf(*slicer->set, "the slicer", Place{&source, slicer->offset});
   evaluator.guard().Check();
   if (tuples.arity() == 0) source.Fail(slicer->offset, "the slicer has no members");
   const auto factors = FactorsOf(evaluator.guard(), tuples);
@@ -31,7 +32,7 @@ Context SlicerContext(Evaluator& evaluator, const SourceText& source) {
   }
   for (std::size_t i = 0; i < tuples.arity(); ++i) {
     const HierarchyId hierarchy = tuples.hierarchies[i];
-    const std::vector<MemberId>& members = (*factors)[i];
+    const MemberIds& members = (*factors)[i];
     if (members.size() < 2) {
       context.Set(hierarchy, members.empty() ? kNoMember : members[0]);
     } else if (hierarchy == kMeasures || !std::all_of(members.begin(), members.end(), IsStored)) {

@@ -6,8 +6,8 @@
 namespace vok::olap {
 namespace {
 
-std::vector<MemberId> PathOf(const Evaluator& evaluator, HierarchyId hierarchy, MemberId member) {
-  std::vector<MemberId> path;
+MemberIds PathOf(const Evaluator& evaluator, HierarchyId hierarchy, MemberId member) {
+  MemberIds path;
   for (; member != kNoMember; member = evaluator.Parent(hierarchy, member)) path.push_back(member);
   std::reverse(path.begin(), path.end());
   return path;
@@ -33,8 +33,7 @@ int CompareCells(const Column& column, std::size_t a, std::size_t b) {
   return Compare(x, y);
 }
 
-void SortByValue(const QueryGuard& guard, const Column& values, bool descending,
-                 std::vector<uint32_t>& rows) {
+void SortByValue(const QueryGuard& guard, const Column& values, bool descending, Rows& rows) {
   SortRows(guard, rows, [&](uint32_t a, uint32_t b) {
     const int order = CompareCells(values, a, b);
     return descending ? order > 0 : order < 0;
@@ -71,10 +70,11 @@ void SiblingKeys::AddColumn(Evaluator& evaluator, const TupleSet& set, std::size
   TupleSet places{
       {set.hierarchies.begin(), set.hierarchies.begin() + static_cast<std::ptrdiff_t>(column) + 1},
       {}};
-  std::map<std::vector<MemberId>, uint32_t> row_of;
+  std::map<MemberIds, uint32_t, std::less<>, ColumnAllocator<std::pair<const MemberIds, uint32_t>>>
+      row_of;
   for (std::size_t i = 0; i < set.size(); ++i) {
     evaluator.guard().CheckAt(i);
-    std::vector<MemberId> place(set.tuple(i), set.tuple(i) + column + 1);
+    MemberIds place(set.tuple(i), set.tuple(i) + column + 1);
     for (const MemberId member : PathOf(evaluator, set.hierarchies[column], place.back())) {
       place.back() = member;
       const auto [found, is_new] = row_of.try_emplace(place, static_cast<uint32_t>(places.size()));

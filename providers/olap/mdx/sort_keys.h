@@ -13,7 +13,7 @@ namespace vok::olap {
 int CompareCells(const Column& column, std::size_t a, std::size_t b);
 /// Orders `rows`, equal ones as they are, unless the query ends before.
 template <typename Before>
-void SortRows(const QueryGuard& guard, std::vector<uint32_t>& rows, Before before) {
+void SortRows(const QueryGuard& guard, Rows& rows, Before before) {
   std::size_t comparisons = 0;
   std::stable_sort(rows.begin(), rows.end(), [&](uint32_t a, uint32_t b) {
     guard.CheckAt(++comparisons);
@@ -21,8 +21,7 @@ void SortRows(const QueryGuard& guard, std::vector<uint32_t>& rows, Before befor
   });
 }
 /// Orders `rows` by their values; equal ones stay as they are.
-void SortByValue(const QueryGuard& guard, const Column& values, bool descending,
-                 std::vector<uint32_t>& rows);
+void SortByValue(const QueryGuard& guard, const Column& values, bool descending, Rows& rows);
 
 /// Each tuple's members with all members above them, from the top.
 class PathKeys {
@@ -32,9 +31,9 @@ class PathKeys {
   bool IsBefore(uint32_t a, uint32_t b, bool children_first) const;
 
  private:
-  using Path = std::vector<MemberId>;
+  using Path = MemberIds;
   std::size_t arity_;
-  std::vector<Path> paths_;  ///< of the members of all tuples, one after another
+  LongList<Path> paths_;  ///< of the members of all tuples, one after another
 };
 
 /// Siblings by their values, each with the members below it; equal ones in the cube's order. A
@@ -50,13 +49,13 @@ class SiblingKeys {
     MemberId member;
     uint32_t row;  ///< of its value in the column of its place
   };
-  using Path = std::vector<Step>;
+  using Path = LongList<Step>;
 
   void AddColumn(Evaluator& evaluator, const TupleSet& set, std::size_t column,
                  const ValueExpression& value, const Context& context);
 
   std::size_t arity_;
-  std::vector<Path> paths_;
+  LongList<Path> paths_;
   std::vector<Column> values_;  ///< one per member of a tuple
 };
 

@@ -3,8 +3,6 @@
 #include <algorithm>
 #include <utility>
 
-#include "platform/failure.h"
-
 namespace vok::olap {
 namespace {
 
@@ -21,7 +19,7 @@ SourceText::SourceText(std::string text, std::string title)
   }
 }
 
-void SourceText::Fail(std::size_t offset, const std::string& what) const {
+Failure SourceText::FailureOf(std::size_t offset, const std::string& what) const {
   const std::size_t end = std::min(offset, text_.size());
   std::size_t line = 1;
   std::size_t column = 1;
@@ -35,8 +33,8 @@ void SourceText::Fail(std::size_t offset, const std::string& what) const {
       ++column;
     }
   }
-  throw Failure(failure_number::kSyntax, title_ + ", line " + std::to_string(line) + ", column " +
-                                             std::to_string(column) + ": " + what);
+  return Failure(failure_number::kSyntax, title_ + ", line " + std::to_string(line) + ", column " +
+                                              std::to_string(column) + ": " + what);
 }
 
 }  // namespace vok::olap

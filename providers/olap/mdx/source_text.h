@@ -4,6 +4,8 @@
 #include <cstddef>
 #include <string>
 
+#include "platform/failure.h"
+
 namespace vok::olap {
 
 /// No text longer than this is read.
@@ -16,7 +18,10 @@ class SourceText {
 
   const std::string& text() const { return text_; }
   /// Failure -2147217900: "MDX, line 1, column 20: " and what is wrong. Columns count characters.
-  [[noreturn]] void Fail(std::size_t offset, const std::string& what) const;
+  Failure FailureOf(std::size_t offset, const std::string& what) const;
+  [[noreturn]] void Fail(std::size_t offset, const std::string& what) const {
+    throw FailureOf(offset, what);
+  }
 
  private:
   std::string text_;
@@ -28,7 +33,8 @@ struct Place {
   const SourceText* source = nullptr;
   std::size_t offset = 0;
 
-  [[noreturn]] void Fail(const std::string& what) const { source->Fail(offset, what); }
+  Failure FailureOf(const std::string& what) const { return source->FailureOf(offset, what); }
+  [[noreturn]] void Fail(const std::string& what) const { throw FailureOf(what); }
 };
 
 }  // namespace vok::olap

@@ -57,6 +57,7 @@ struct AxisSyntax {
   Syntax set;
   bool non_empty = false;
   uint32_t ordinal = 0;
+  std::vector<Name> properties;  ///< of the members, as DIMENSION PROPERTIES asks
 };
 
 struct Statement {
@@ -65,6 +66,7 @@ struct Statement {
   std::vector<AxisSyntax> axes;  ///< by ordinal, 0 first
   NamePart cube;
   std::optional<Syntax> slicer;
+  std::vector<Name> cell_properties;
 };
 
 /// Where the expression begins in the text; an operation's own offset is that of its operator.

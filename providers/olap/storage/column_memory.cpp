@@ -4,6 +4,9 @@
 #include <bit>
 #include <mutex>
 #include <new>
+#include <string>
+
+#include "platform/failure.h"
 
 namespace vok::olap {
 namespace {
@@ -64,7 +67,25 @@ KeptPieces& Kept() {
 
 }  // namespace
 
+thread_local MemoryLimit* MemoryLimit::current_ = nullptr;
+
+MemoryLimit::MemoryLimit(std::size_t bytes) : before_(current_), limit_(bytes) { current_ = this; }
+
+MemoryLimit::~MemoryLimit() { current_ = before_; }
+
+void MemoryLimit::Count(std::size_t bytes) {
+  if (current_ == nullptr) return;
+  if (bytes > current_->limit_ - current_->taken_) {
+    throw Failure(failure_number::kOutOfMemory,
+                  "The query needs more than its limit of " +
+                      std::to_string(current_->limit_ >> 20) +
+                      " MB of memory. Ask for fewer members or allow more memory.");
+  }
+  current_->taken_ += bytes;
+}
+
 void* TakeColumnMemory(std::size_t bytes) {
+  MemoryLimit::Count(bytes);
   if (bytes < kLeastKept) return ::operator new(bytes);
   const SizeClass size = ClassOf(bytes);
   void* memory = Kept().Take(size);
@@ -72,6 +93,7 @@ void* TakeColumnMemory(std::size_t bytes) {
 }
 
 void ReturnColumnMemory(void* memory, std::size_t bytes) noexcept {
+  if (MemoryLimit::current_ != nullptr) MemoryLimit::current_->Give(bytes);
   if (bytes >= kLeastKept && Kept().Keep(memory, ClassOf(bytes))) return;
   ::operator delete(memory);
 }

@@ -3,8 +3,31 @@
 #pragma once
 
 #include <cstddef>
+#include <vector>
 
 namespace vok::olap {
+
+/// While it lives, what the calling thread takes and has not given back is at most `bytes`: the
+/// memory of one query. Failure 7 for more.
+class MemoryLimit {
+ public:
+  explicit MemoryLimit(std::size_t bytes);
+  ~MemoryLimit();
+  MemoryLimit(const MemoryLimit&) = delete;
+  MemoryLimit& operator=(const MemoryLimit&) = delete;
+
+  /// Counts what is taken elsewhere and never given back, under the thread's limit if it has one.
+  static void Count(std::size_t bytes);
+
+ private:
+  MemoryLimit* before_;
+  std::size_t limit_;
+  std::size_t taken_ = 0;
+
+  friend void ReturnColumnMemory(void* memory, std::size_t bytes) noexcept;
+  void Give(std::size_t bytes) { taken_ -= bytes < taken_ ? bytes : taken_; }
+  static thread_local MemoryLimit* current_;
+};
 
 /// At least `bytes`, for `ReturnColumnMemory` with the same number.
 void* TakeColumnMemory(std::size_t bytes);
@@ -25,5 +48,8 @@ struct ColumnAllocator {
   }
   bool operator==(const ColumnAllocator& /*other*/) const { return true; }
 };
+
+template <typename T>
+using LongList = std::vector<T, ColumnAllocator<T>>;
 
 }  // namespace vok::olap

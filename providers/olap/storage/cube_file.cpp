@@ -29,7 +29,9 @@ class StructureReader {
     model.measures.resize(in_.GetCount(3 * kLeastText));
     for (Measure& measure : model.measures) measure = ReadMeasure();
     Require(model.default_measure < model.measures.size());
-    for (auto count = in_.GetCount(2 * kLeastText); count > 0; --count) {
+    auto count = in_.GetCount(2 * kLeastText);
+    Require(count <= kMostHierarchies);
+    for (; count > 0; --count) {
       model.hierarchies.push_back(ReadHierarchy());
     }
     model.dimensions.resize(in_.GetCount(2 * kLeastText));
@@ -61,7 +63,7 @@ class StructureReader {
       level = ReadLevel(next);
       next = level.members.end;
     }
-    Require(!levels.empty());
+    Require(!levels.empty() && levels.size() <= kMostLevels);
     Require(!has_all || (levels.size() > 1 && levels[0].members.size() == 1));
     const auto block = in_.Get<uint32_t>();
     Require(block < blocks_.count());

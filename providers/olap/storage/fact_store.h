@@ -37,6 +37,7 @@ struct FactColumn {
 
   std::vector<double, ColumnAllocator<double>> numbers;       ///< 0 where empty
   std::vector<CellState, ColumnAllocator<CellState>> states;  ///< same length
+  bool overflows = false;  ///< a number is infinite: what it stands for is too large for any
 };
 
 /// Reads are safe from several threads. Sums of decimal values are exact: they are added as scaled

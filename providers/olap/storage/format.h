@@ -20,6 +20,10 @@ inline constexpr uint32_t kNoBlock = 0xFFFFFFFF;
 /// Blocks begin and end at multiples of this; what lies between their content and their end is 0.
 inline constexpr std::size_t kBlockAlignment = 8;
 inline constexpr uint32_t kChunkRows = 16384;
+/// Levels of a hierarchy, and hierarchies of a cube: readers step from one to the next by
+/// recursion.
+inline constexpr std::size_t kMostLevels = 128;
+inline constexpr std::size_t kMostHierarchies = 256;
 
 struct FileHeader {
   std::array<char, 8> magic;

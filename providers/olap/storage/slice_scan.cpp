@@ -55,7 +55,7 @@ SliceScan::SliceScan(std::span<const PackedColumn> columns,
   }
 }
 
-std::vector<RowRange> SliceScan::Find(uint64_t rows) {
+LongList<RowRange> SliceScan::Find(uint64_t rows) {
   found_.clear();
   Descend(0, {0, rows});
   return std::move(found_);
@@ -74,6 +74,7 @@ void SliceScan::Descend(std::size_t column, RowRange rows) {
 void SliceScan::FollowFilter(std::size_t column, RowRange rows) {
   const PackedColumn& keys = columns_[column];
   for (const IdRange& leaves : filters_[column]->ranges()) {
+    watch_.Count(kFewPerRange);
     rows.begin = FirstNotBelow(keys, rows, leaves.begin);
     const uint64_t end = FirstNotBelow(keys, rows, leaves.end);
     if (column + 1 < filtered_columns_) {

@@ -6,6 +6,7 @@
 #include <span>
 #include <vector>
 
+#include "providers/olap/storage/column_memory.h"
 #include "providers/olap/storage/model.h"
 #include "providers/olap/storage/packed_column.h"
 #include "providers/olap/storage/watch.h"
@@ -39,7 +40,7 @@ class SliceScan {
             std::span<const std::optional<LeafFilter>> filters, Watch& watch);
 
   /// Ascending ranges that do not touch.
-  std::vector<RowRange> Find(uint64_t rows);
+  LongList<RowRange> Find(uint64_t rows);
 
  private:
   void Descend(std::size_t column, RowRange rows);
@@ -53,7 +54,7 @@ class SliceScan {
   std::span<const std::optional<LeafFilter>> filters_;
   Watch& watch_;
   std::size_t filtered_columns_ = 0;  ///< up to and including the last filter
-  std::vector<RowRange> found_;
+  LongList<RowRange> found_;
 };
 
 }  // namespace vok::olap

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <bit>
+#include <cmath>
 #include <utility>
 #include <vector>
 
@@ -102,6 +103,7 @@ class TallyOf : public Tally {
       if (states_[group] == CellState::kEmpty) continue;
       column.numbers[group] = Number::ToDouble(cells_[group], scale_);
       column.states[group] = CellState::kNumber;
+      column.overflows = column.overflows || !std::isfinite(column.numbers[group]);
     }
     return column;
   }
@@ -178,7 +180,7 @@ class DistinctCount : public Tally {
   }
 
   FactColumn counts_;
-  std::vector<std::pair<uint32_t, int64_t>> seen_;
+  LongList<std::pair<uint32_t, int64_t>> seen_;
   std::size_t distinct_ = 0;
 };
 

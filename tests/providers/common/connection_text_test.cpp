@@ -27,9 +27,10 @@ TEST(ConnectionText, IsReadInAnyOrderAndCase) {
     EXPECT_EQ(parts.initial_catalog, test.catalog);
     EXPECT_EQ(parts.provider.size(), 6u);
   }
-  const ConnectionText limits = ParseConnectionText("Timeout=2.5;MAX CELLS=1000");
+  const ConnectionText limits = ParseConnectionText("Timeout=2.5;MAX CELLS=1000;Max memory=64");
   EXPECT_EQ(limits.timeout_seconds, 2.5);
   EXPECT_EQ(limits.max_cells, 1000u);
+  EXPECT_EQ(limits.max_memory, 64u);
   for (const char* bad : {"Data Source=a;b.cub;Provider=MSOLAP", "Data Source='x.cub",
                           "Timeout=", "Data Source='x'y.cub", "Timeout=0", "Timeout=nan",
                           "Timeout=1s", "Max Cells=-1", "Max Cells=1.5", "Max Cells=1e99"}) {

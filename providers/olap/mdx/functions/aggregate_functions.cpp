@@ -1,6 +1,7 @@
 // One value out of the values at many tuples.
 #include <algorithm>
 #include <array>
+#include <cmath>
 #include <optional>
 #include <utility>
 
@@ -23,8 +24,9 @@ class Folded {
  public:
   Folded(Fold fold, std::size_t rows) : fold_(fold), result_(rows), counts_(rows) {}
 
-  void Add(std::size_t row, const Column& values, std::size_t from) {
-    if (values.states[from] == CellState::kEmpty) return;
+  /// False where numbers add up to more than the largest one.
+  bool Add(std::size_t row, const Column& values, std::size_t from) {
+    if (values.states[from] == CellState::kEmpty) return true;
     const double value = values.numbers[from];
     double& total = result_.numbers[row];
     const bool first = counts_[row]++ == 0;
@@ -32,8 +34,7 @@ class Folded {
     switch (fold_) {
       case Fold::kSum:
       case Fold::kAverage:
-        total += value;
-        break;
+        return AddTo(total, value);
       case Fold::kLeast:
         total = first ? value : std::min(total, value);
         break;
@@ -41,6 +42,7 @@ class Folded {
         total = first ? value : std::max(total, value);
         break;
     }
+    return true;
   }
 
   Column Result() {
@@ -51,12 +53,18 @@ class Folded {
   }
 
  private:
+  static bool AddTo(double& total, double value) {
+    const double before = total;
+    total += value;
+    return !std::isinf(total) || std::isinf(before) || std::isinf(value);
+  }
+
   Fold fold_;
   Column result_;
-  std::vector<uint32_t> counts_;
+  Rows counts_;
 };
 
-/// A value of a set. `Compute` sees a set that is the same for all positions of the block.
+/// A value of a set. `OverSet` sees a set that is the same for all positions of the block.
 class ValueOfSet : public ValueExpression {
  public:
   ValueOfSet(SetPtr set, ValuePtr value, Place place)
@@ -67,9 +75,9 @@ class ValueOfSet : public ValueExpression {
     return !Covers(hierarchy) && value_->DependsOn(hierarchy);
   }
 
-  Column Evaluate(Evaluator& evaluator, const Block& block) const override {
+  Column Compute(Evaluator& evaluator, const Block& block) const override {
     if (block.positions == nullptr) {
-      return Compute(evaluator, block, set_->Evaluate(evaluator, block.context));
+      return OverSet(evaluator, block, set_->Evaluate(evaluator, block.context));
     }
     if (set_->DependsOn(block.Varying())) return evaluator.ByPosition(*this, block);
     if (!DependsOn(block.Varying())) return evaluator.OnceForAll(*this, block);
@@ -77,11 +85,11 @@ class ValueOfSet : public ValueExpression {
     if (set.size() > kManyTuples && set.size() > block.size() && !Merges(evaluator, block, set)) {
       return evaluator.ByPosition(*this, block);
     }
-    return Compute(evaluator, block, set);
+    return OverSet(evaluator, block, set);
   }
 
  protected:
-  virtual Column Compute(Evaluator& evaluator, const Block& block, const TupleSet& set) const = 0;
+  virtual Column OverSet(Evaluator& evaluator, const Block& block, const TupleSet& set) const = 0;
   virtual bool Merges(Evaluator&, const Block&, const TupleSet&) const { return false; }
 
   Column FoldAll(Evaluator& evaluator, const Block& block, const TupleSet& set, Fold fold) const {
@@ -90,7 +98,9 @@ class ValueOfSet : public ValueExpression {
     for (std::size_t i = 0; i < set.size(); ++i) {
       const Column values = evaluator.ValuesAt(*value_, block, set.hierarchies, set.tuple(i));
       RequireNumbers(values, place_);
-      for (std::size_t row = 0; row < values.size(); ++row) folded.Add(row, values, row);
+      for (std::size_t row = 0; row < values.size(); ++row) {
+        if (!folded.Add(row, values, row)) FailTooLarge(evaluator, block, row);
+      }
     }
     return folded.Result();
   }
@@ -100,7 +110,9 @@ class ValueOfSet : public ValueExpression {
     if (evaluator.announcing()) return Column();
     const Column values = evaluator.ValuesOver(*value_, set, block.context);
     RequireNumbers(values, place_);
-    for (std::size_t row = 0; row < values.size(); ++row) folded.Add(0, values, row);
+    for (std::size_t row = 0; row < values.size(); ++row) {
+      if (!folded.Add(0, values, row)) FailTooLarge(evaluator, block, 0);
+    }
     return folded.Result();
   }
 
@@ -108,6 +120,9 @@ class ValueOfSet : public ValueExpression {
   Place place() const { return place_; }
 
  private:
+  [[noreturn]] void FailTooLarge(Evaluator& evaluator, const Block& block, std::size_t row) const {
+    evaluator.FailTooLarge("the sum", place_, block, row);
+  }
   bool Covers(HierarchyId hierarchy) const {
     const auto& own = set_->hierarchies();
     return std::find(own.begin(), own.end(), hierarchy) != own.end();
@@ -124,7 +139,7 @@ class FoldedValue : public ValueOfSet {
       : ValueOfSet(std::move(set), std::move(value), place), fold_(fold) {}
 
  private:
-  Column Compute(Evaluator& evaluator, const Block& block, const TupleSet& set) const override {
+  Column OverSet(Evaluator& evaluator, const Block& block, const TupleSet& set) const override {
     return FoldAll(evaluator, block, set, fold_);
   }
 
@@ -139,7 +154,7 @@ class Sum : public ValueOfSet {
   bool Merges(Evaluator& evaluator, const Block& block, const TupleSet& set) const override {
     return MergedCell(evaluator, block, set, value(), Overlap::kRefused).has_value();
   }
-  Column Compute(Evaluator& evaluator, const Block& block, const TupleSet& set) const override {
+  Column OverSet(Evaluator& evaluator, const Block& block, const TupleSet& set) const override {
     if (auto merged = MergedCell(evaluator, block, set, value(), Overlap::kRefused)) {
       return evaluator.Cells(Block{std::move(*merged), block.positions});
     }
@@ -156,7 +171,7 @@ class AggregateValue : public ValueOfSet {
   bool Merges(Evaluator& evaluator, const Block& block, const TupleSet& set) const override {
     return MergedCell(evaluator, block, set, value(), OverlapFor(evaluator, block)).has_value();
   }
-  Column Compute(Evaluator& evaluator, const Block& block, const TupleSet& set) const override {
+  Column OverSet(Evaluator& evaluator, const Block& block, const TupleSet& set) const override {
     if (auto merged = MergedCell(evaluator, block, set, value(), OverlapFor(evaluator, block))) {
       return evaluator.Cells(Block{std::move(*merged), block.positions});
     }
@@ -191,7 +206,7 @@ class CountOfSet : public ValueOfSet {
         with_empty_(with_empty) {}
 
  private:
-  Column Compute(Evaluator& evaluator, const Block& block, const TupleSet& set) const override {
+  Column OverSet(Evaluator& evaluator, const Block& block, const TupleSet& set) const override {
     Column counts = evaluator.NewColumn(block);
     const auto size = static_cast<double>(set.size());
     for (std::size_t row = 0; row < counts.size(); ++row) {

@@ -16,28 +16,29 @@ namespace {
 
 class MembersSet : public SetExpression {
  public:
-  MembersSet(HierarchyId hierarchy, std::vector<MemberId> ids)
+  MembersSet(HierarchyId hierarchy, MemberIds ids)
       : SetExpression({hierarchy}), ids_(std::move(ids)) {}
   bool DependsOn(HierarchyId) const override { return false; }
-  TupleSet Evaluate(Evaluator&, const Context&) const override { return {hierarchies(), ids_}; }
+  TupleSet Compute(Evaluator&, const Context&) const override { return {hierarchies(), ids_}; }
 
  private:
-  std::vector<MemberId> ids_;
+  MemberIds ids_;
 };
 
 /// Stored members with the calculated ones, each behind the stored children of its parent.
 class AllMembersSet : public SetExpression {
  public:
-  AllMembersSet(HierarchyId hierarchy, std::optional<uint32_t> level, std::vector<MemberId> ids)
+  AllMembersSet(HierarchyId hierarchy, std::optional<uint32_t> level, MemberIds ids)
       : SetExpression({hierarchy}), level_(level), ids_(std::move(ids)) {}
   bool DependsOn(HierarchyId) const override { return false; }
-  TupleSet Evaluate(Evaluator& evaluator, const Context&) const override {
+  TupleSet Compute(Evaluator& evaluator, const Context&) const override {
     TupleSet set{hierarchies(), ids_};
     for (const bool declared : {true, false}) {
       const auto& members = evaluator.query().members;
       for (std::size_t i = 0; i < members.size(); ++i) {
         if (members[i].is_declared != declared || members[i].hierarchy != hierarchies()[0])
           continue;
+        evaluator.guard().Check();
         Insert(evaluator, static_cast<MemberId>(i) | kCalculatedBit, set.ids);
       }
     }
@@ -45,7 +46,7 @@ class AllMembersSet : public SetExpression {
   }
 
  private:
-  void Insert(const Evaluator& evaluator, MemberId calculated, std::vector<MemberId>& ids) const {
+  void Insert(const Evaluator& evaluator, MemberId calculated, MemberIds& ids) const {
     const CubeView& cube = evaluator.cube();
     const HierarchyId hierarchy = hierarchies()[0];
     const MemberId parent = evaluator.query().Member(calculated).parent;
@@ -68,14 +69,14 @@ class AllMembersSet : public SetExpression {
   }
 
   std::optional<uint32_t> level_;
-  std::vector<MemberId> ids_;
+  MemberIds ids_;
 };
 
 class ChildrenSet : public SetExpression {
  public:
   explicit ChildrenSet(MemberPtr of) : SetExpression({of->hierarchy()}), of_(std::move(of)) {}
   bool DependsOn(HierarchyId hierarchy) const override { return of_->DependsOn(hierarchy); }
-  TupleSet Evaluate(Evaluator& evaluator, const Context& context) const override {
+  TupleSet Compute(Evaluator& evaluator, const Context& context) const override {
     TupleSet set{hierarchies(), {}};
     const MemberId of = of_->Evaluate(evaluator, context);
     if (!IsStored(of)) return set;
@@ -120,7 +121,7 @@ class DescendantsSet : public SetExpression {
            (depth_.distance != nullptr && depth_.distance->DependsOn(hierarchy));
   }
 
-  TupleSet Evaluate(Evaluator& evaluator, const Context& context) const override {
+  TupleSet Compute(Evaluator& evaluator, const Context& context) const override {
     const TupleSet of = of_->Evaluate(evaluator, context);
     const int64_t distance =
         depth_.distance == nullptr ? 0 : WholeNumber(evaluator, *depth_.distance, context, place_);
@@ -171,9 +172,9 @@ class DescendantsSet : public SetExpression {
   Place place_;
 };
 
-std::vector<MemberId> IdsOf(const CubeView& cube, LevelOperand level) {
+MemberIds IdsOf(const CubeView& cube, LevelOperand level) {
   const IdRange members = cube.LevelMembers(level.hierarchy, level.level);
-  std::vector<MemberId> ids;
+  MemberIds ids;
   ids.reserve(members.size());
   for (MemberId id = members.begin; id < members.end; ++id) ids.push_back(id);
   return ids;

@@ -19,7 +19,7 @@ class SteppedMember : public MemberExpression {
   SteppedMember(MemberPtr from, Step step)
       : MemberExpression(from->hierarchy()), from_(std::move(from)), step_(step) {}
   bool DependsOn(HierarchyId hierarchy) const override { return from_->DependsOn(hierarchy); }
-  MemberId Evaluate(Evaluator& evaluator, const Context& context) const override {
+  MemberId Compute(Evaluator& evaluator, const Context& context) const override {
     const MemberId from = from_->Evaluate(evaluator, context);
     return from == kNoMember ? kNoMember : step_(evaluator, hierarchy(), from);
   }
@@ -42,7 +42,7 @@ class CountedMember : public MemberExpression {
   bool DependsOn(HierarchyId hierarchy) const override {
     return from_->DependsOn(hierarchy) || count_->DependsOn(hierarchy);
   }
-  MemberId Evaluate(Evaluator& evaluator, const Context& context) const override {
+  MemberId Compute(Evaluator& evaluator, const Context& context) const override {
     const MemberId from = from_->Evaluate(evaluator, context);
     if (from == kNoMember) return kNoMember;
     return move_(evaluator, hierarchy(), from, WholeNumber(evaluator, *count_, context, place_));
@@ -60,7 +60,7 @@ class AncestorAtLevel : public MemberExpression {
   AncestorAtLevel(MemberPtr from, uint32_t level)
       : MemberExpression(from->hierarchy()), from_(std::move(from)), level_(level) {}
   bool DependsOn(HierarchyId hierarchy) const override { return from_->DependsOn(hierarchy); }
-  MemberId Evaluate(Evaluator& evaluator, const Context& context) const override {
+  MemberId Compute(Evaluator& evaluator, const Context& context) const override {
     return AncestorAt(evaluator, hierarchy(), from_->Evaluate(evaluator, context), level_);
   }
 

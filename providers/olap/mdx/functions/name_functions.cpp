@@ -34,10 +34,11 @@ class MemberText : public ValueExpression {
   MemberText(MemberPtr member, Form form)
       : ValueExpression(ValueKind::kText), member_(std::move(member)), form_(form) {}
   bool DependsOn(HierarchyId hierarchy) const override { return member_->DependsOn(hierarchy); }
-  Column Evaluate(Evaluator& evaluator, const Block& block) const override {
+  Column Compute(Evaluator& evaluator, const Block& block) const override {
     Column texts = evaluator.NewColumn(block);
     Context context = block.context;
     for (std::size_t row = 0; row < texts.size(); ++row) {
+      evaluator.guard().CheckAt(row);
       if (block.positions != nullptr) context.Set(block.Varying(), block.positions->ids[row]);
       const MemberId member = member_->Evaluate(evaluator, context);
       texts.SetText(row, TextOf(evaluator, member_->hierarchy(), member, form_));

@@ -27,15 +27,15 @@ double Absolute(double number, double) { return std::abs(number); }
 /// A number computed from one or two others; empty where the first one is.
 class ComputedNumber : public ValueExpression {
  public:
-  using Compute = double (*)(double first, double second);
+  using Formula = double (*)(double first, double second);
 
-  ComputedNumber(Compute compute, ValuePtr first, ValuePtr second, Place place)
+  ComputedNumber(Formula compute, ValuePtr first, ValuePtr second, Place place)
       : compute_(compute), first_(std::move(first)), second_(std::move(second)), place_(place) {}
 
   bool DependsOn(HierarchyId hierarchy) const override {
     return first_->DependsOn(hierarchy) || second_->DependsOn(hierarchy);
   }
-  Column Evaluate(Evaluator& evaluator, const Block& block) const override {
+  Column Compute(Evaluator& evaluator, const Block& block) const override {
     Column result = first_->Evaluate(evaluator, block);
     const Column second = second_->Evaluate(evaluator, block);
     RequireNumbers(result, place_);
@@ -48,13 +48,13 @@ class ComputedNumber : public ValueExpression {
   }
 
  private:
-  Compute compute_;
+  Formula compute_;
   ValuePtr first_;
   ValuePtr second_;
   Place place_;
 };
 
-template <ComputedNumber::Compute kCompute>
+template <ComputedNumber::Formula kCompute>
 Operand Computed(Call& call) {
   ValuePtr second = call.Has(1) ? call.Value(1) : NewNumber(0);
   return std::make_unique<ComputedNumber>(kCompute, call.Value(0), std::move(second), call.place());

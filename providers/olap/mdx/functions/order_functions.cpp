@@ -12,8 +12,6 @@
 namespace vok::olap {
 namespace {
 
-using Rows = std::vector<uint32_t>;
-
 Rows AllRows(const TupleSet& set) {
   Rows rows(set.size());
   std::iota(rows.begin(), rows.end(), 0);
@@ -58,7 +56,7 @@ class ValuedSet : public SetExpression {
 class FilteredSet : public ValuedSet {
  public:
   using ValuedSet::ValuedSet;
-  TupleSet Evaluate(Evaluator& evaluator, const Context& context) const override {
+  TupleSet Compute(Evaluator& evaluator, const Context& context) const override {
     const TupleSet set = Set(evaluator, context);
     const Column taken = Values(evaluator, set, context);
     TupleSet kept{hierarchies(), {}};
@@ -76,7 +74,7 @@ class OrderedSet : public ValuedSet {
         descending_(descending),
         keeps_hierarchy_(keeps_hierarchy) {}
 
-  TupleSet Evaluate(Evaluator& evaluator, const Context& context) const override {
+  TupleSet Compute(Evaluator& evaluator, const Context& context) const override {
     const TupleSet set = Set(evaluator, context);
     Rows rows = AllRows(set);
     if (keeps_hierarchy_) {
@@ -107,7 +105,7 @@ class ExtremeSet : public ValuedSet {
     return ValuedSet::DependsOn(hierarchy) || count_->DependsOn(hierarchy);
   }
 
-  TupleSet Evaluate(Evaluator& evaluator, const Context& context) const override {
+  TupleSet Compute(Evaluator& evaluator, const Context& context) const override {
     const TupleSet set = Set(evaluator, context);
     const int64_t count = WholeNumber(evaluator, *count_, context, place_);
     if (count < 0) place_.Fail("the number of tuples is below 0");
@@ -127,7 +125,7 @@ class HierarchizedSet : public ValuedSet {
  public:
   HierarchizedSet(SetPtr set, bool children_first)
       : ValuedSet(std::move(set), nullptr), children_first_(children_first) {}
-  TupleSet Evaluate(Evaluator& evaluator, const Context& context) const override {
+  TupleSet Compute(Evaluator& evaluator, const Context& context) const override {
     const TupleSet set = Set(evaluator, context);
     const PathKeys keys(evaluator, set);
     Rows rows = AllRows(set);

@@ -39,7 +39,7 @@ class PartOfSet : public SetExpression {
            (start_ != nullptr && start_->DependsOn(hierarchy));
   }
 
-  TupleSet Evaluate(Evaluator& evaluator, const Context& context) const override {
+  TupleSet Compute(Evaluator& evaluator, const Context& context) const override {
     TupleSet set = set_->Evaluate(evaluator, context);
     const auto number = [&](const ValuePtr& value, int64_t otherwise) {
       return value == nullptr ? otherwise : WholeNumber(evaluator, *value, context, place_);

@@ -48,9 +48,22 @@ void ExpectRefusals(const std::vector<Change>& changes) {
     const std::string refusal = RefusalOf(change);
     for (const char* word : change.words) {
       EXPECT_NE(refusal.find(word), std::string::npos)
-          << change.to << " gives: " << refusal << "\nwithout: " << word;
+          << std::string(change.to).substr(0, 500) << " gives: " << refusal
+          << "\nwithout: " << word;
     }
   }
+}
+
+/// Each needs the one before it, in sums within sums.
+std::string ChainedMembers(int count) {
+  std::string members = "<CalculatedMember name='X0' dimension='Measures' formula='1'/>";
+  for (int i = 1; i < count; ++i) {
+    members += "<CalculatedMember name='X" + std::to_string(i) +
+               "' dimension='Measures' formula='Sum({[Date].[2009]}, Sum({[Date].[2010]}, "
+               "[Measures].[X" +
+               std::to_string(i - 1) + "]))'/>";
+  }
+  return members;
 }
 
 TEST(BadFormula, IsRefusedByMemberLineAndColumn) {
@@ -69,6 +82,9 @@ TEST(BadFormula, IsRefusedByMemberLineAndColumn) {
       {begin + " formula='{[Date].[2009]}'/>", {"column 1: expected a value but found a set"}},
       {begin + " formula='[Measures].[Amount'/>", {"line 1, column 12"}},
       {begin + " formula='1'/>" + begin + " formula='2'/>", {"[Measures].[X] is declared twice"}},
+      {begin + " formula='[Measures].[X] + 1'/>",
+       {"schema.xml, line 41: calculated member [Measures].[X]", "its formula needs itself"}},
+      {ChainedMembers(180), {"[Measures].[X", "more than 1000 steps deep"}},
       {begin + " hierarchy='[Date]' formula='1'/>",
        {"one of the attributes dimension and hierarchy"}},
       {"<CalculatedMember name='X' hierarchy='[Nope]' formula='1'/>",
@@ -90,7 +106,16 @@ TEST(BadFormula, IsRefusedByMemberLineAndColumn) {
 }
 
 TEST(BadSchema, IsRefusedByName) {
+  std::string levels;
+  for (int i = 0; i < 130; ++i) {
+    levels += "<Level name='L" + std::to_string(i) + "' column='file'/>";
+  }
+  levels += "<Level name=\"File\"";
   ExpectRefusals({
+      {nullptr,
+       "<Level name=\"File\"",
+       levels.c_str(),
+       {"line 20", "\"xlFile\" has 133 levels; the limit is 128"}},
       {nullptr, "</Schema>", "", {"schema.xml, line", "no well-formed XML"}},
       {nullptr, "<Schema name=\"Ledger\">", "<Schema name=\"\xff\">", {"UTF-8"}},
       {nullptr, "<Table name=\"fact\"/>", "", {"line 3", "<Cube> \"QEL\"", "no <Table>"}},
