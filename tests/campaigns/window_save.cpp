@@ -1,8 +1,8 @@
 // Changes something in the main window and saves it, as a person would:
 //   window_save FOLDER [periods|source]
 //
-// both the period set and the data source, or the one alone. The screen is left out; settings, files
-// and messages are those of this system. A message ends it, with status 1.
+// both the period set and the data source, or the one alone. The screen is left out; settings,
+// files and messages are those of this system. A message ends it, with status 1.
 #include <iostream>
 #include <stdexcept>
 #include <string>

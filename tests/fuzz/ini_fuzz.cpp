@@ -1,3 +1,4 @@
+#include "platform/text.h"
 #include "providers/posix/icu_locale.h"
 #include "providers/posix/ini_text.h"
 #include "tests/fuzz/fuzz.h"
@@ -5,5 +6,5 @@
 void FuzzOne(std::string_view bytes) {
   static const vok::IcuLocale locale("en_GB");
   const auto value = vok::IniValue(locale, bytes, "Qel", "QelUILanguage");
-  if (vok::BytePrefix(value, 254).size() > 254) std::abort();
+  if (vok::Utf16Prefix(value, 254).size() > 3 * 254) std::abort();
 }
