@@ -87,8 +87,6 @@ int ParseAndRun(CLI::App& app, std::vector<std::string> arguments) {
   } catch (const NothingWritten& reason) {
     std::cerr << reason.what() << '\n';
     status = kNothingWritten;
-  } catch (const FileMayNotLast& told) {  // the work is done
-    Report(told);
   }
   Flush();
   return status;
