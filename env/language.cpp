@@ -10,12 +10,15 @@ namespace {
 
 constexpr int32_t kTextField = 2;
 
-std::optional<std::string> FindText(Recordset& table, int number) {
+/// Nothing where the row, its text or a field of the table is missing.
+std::optional<std::string> FindText(Recordset& table, int number) try {
   if (table.RecordCount() == 0) return std::nullopt;
   table.MoveFirst();
   table.Find("sId=" + std::to_string(number));
   if (table.EndOfFile()) return std::nullopt;
   return table.Field(kTextField).ToText();
+} catch (const Failure&) {
+  return std::nullopt;
 }
 
 }  // namespace

@@ -1,7 +1,7 @@
 // The language of the windows: which one, and its texts.
 //
 // A text is looked up by its number in the table of the file "Lang.rs" beside the component; where
-// there is no such file, or no such row, the component's own English text serves. The table is a
+// there is no such file, row or text, the component's own English text serves. The table is a
 // record set of rows (sId: number of the text, lId: number of the language, third field: the text).
 #pragma once
 
@@ -40,9 +40,9 @@ void InitLanguage(const Host& host, Environment& environment, Language& language
 /// the component's own texts.
 bool OpenLanguageTable(const Host& host, Language& language);
 
-/// The text of that number in the table; without such a row the component's own; without one of
-/// these the number itself. Without a table the component's own, "" where it has none. Failures: 94
-/// for a row without a text, 3265 for a table without the field sId or a third one.
+/// The text of that number in the table; without such a row, or where its text is NULL or cannot be
+/// read, the component's own; without one of these the number itself. Without a table the
+/// component's own, "" where it has none. Never fails.
 std::string GetLangString(Language& language, int number);
 
 }  // namespace vok

@@ -108,12 +108,6 @@ class Translator {
 
 }  // namespace
 
-std::string UserText(Language& language, int number) {
-  std::string text = StringTableText(number);
-  Try([&] { text = GetLangString(language, number); });
-  return text;
-}
-
 void LoadTexts(const Host& host, Publics& publics, Form& form) {
   Language& language = publics.language;
   if (!host.files.Exists(LanguageTableFile(host.component))) {

@@ -13,9 +13,6 @@ namespace vok {
 /// one, sets the side that the window begins from, and puts the texts in place.
 void LoadTexts(const Host& host, Publics& publics, Form& form);
 
-/// The text of that number in the user's language, in English where the table has none.
-std::string UserText(Language& language, int number);
-
 enum class Alignment { kKeep, kByLanguage };
 
 /// Puts the texts into the window and its controls, by the numbers that they carry. Whatever fails

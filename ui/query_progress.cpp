@@ -4,8 +4,8 @@
 #include <vector>
 
 #include "component/cl_me.h"
+#include "env/language.h"
 #include "env/text_numbers.h"
-#include "ui/apply_language.h"
 
 namespace vok {
 namespace {
@@ -79,7 +79,7 @@ void QueryProgress::AddTo(Panel window, GridCell cell) {
 
 Value QueryProgress::Run(std::string source, std::string periods, std::string output) {
   Value result;
-  form_.At(kLabel).Caption = UserText(services_.publics.language, text_number::kRunning);
+  form_.At(kLabel).Caption = GetLangString(services_.publics.language, text_number::kRunning);
   const Running running(*this);
   services_.toolkit.RunBeside(
       [&] { result = clMe(services_.host, services_.publics).RunQuery(source, periods, output); });
@@ -90,7 +90,7 @@ void QueryProgress::Stop() {
   if (!stop_) return;
   stop_->Ask();
   form_.At(kStop).Enabled = false;
-  form_.At(kLabel).Caption = UserText(services_.publics.language, text_number::kStopping);
+  form_.At(kLabel).Caption = GetLangString(services_.publics.language, text_number::kStopping);
 }
 
 }  // namespace vok

@@ -6,8 +6,8 @@
 
 #include "component/result_grid.h"
 #include "component/workbook_writer.h"
+#include "env/language.h"
 #include "env/text_numbers.h"
-#include "ui/apply_language.h"
 #include "ui/messages.h"
 
 namespace vok {
@@ -119,7 +119,7 @@ void RunResult::Show() {
   workbook_ = written ? WholePath(services_.host.files.NativePath(report.workbook)) : "";
   form_.At(kFrame).Visible = true;
   form_.At(kPath).Text =
-      written ? workbook_ : UserText(services_.publics.language, text_number::kResultNone);
+      written ? workbook_ : GetLangString(services_.publics.language, text_number::kResultNone);
   form_.At("lblResultRows").Caption = RowsText(report);
   for (const char* button : {"cmdOpenWorkbook", "cmdOpenFolder"})
     form_.At(button).Enabled = written;
@@ -133,10 +133,10 @@ std::string RunResult::RowsText(const RunReport& report) const {
   const Locale& locale = services_.host.locale;
   Language& language = services_.publics.language;
   if (report.workbook.empty()) {
-    return report.stopped ? UserText(language, text_number::kResultStopped) : std::string();
+    return report.stopped ? GetLangString(language, text_number::kResultStopped) : std::string();
   }
-  if (!report.whole) return UserText(language, text_number::kResultIncomplete);
-  return WithValues(UserText(language, text_number::kResultRows),
+  if (!report.whole) return GetLangString(language, text_number::kResultIncomplete);
+  return WithValues(GetLangString(language, text_number::kResultRows),
                     locale.NumberText(static_cast<double>(report.rows), 0),
                     locale.NumberText(report.total / kMillisecondsPerSecond, 1));
 }
@@ -172,7 +172,7 @@ void RunResult::ShowMoney(const std::vector<MoneyTotal>& money) {
 void RunResult::OpenWorkbook() {
   if (services_.host.files.Exists(workbook_)) return Open(workbook_);
   ShowMessage(services_,
-              UserText(services_.publics.language, text_number::kWorkbookGone) + workbook_,
+              GetLangString(services_.publics.language, text_number::kWorkbookGone) + workbook_,
               services_.host.component.product_name, MessageIcon::kExclamation);
 }
 
