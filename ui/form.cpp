@@ -4,6 +4,7 @@
 #include <array>
 #include <cctype>
 #include <initializer_list>
+#include <utility>
 #include <variant>
 
 #include "platform/failure.h"
@@ -176,7 +177,29 @@ void Form::SetList(const ControlId& id, std::vector<std::string> entries) {
   control.ListIndex = -1;
 }
 
+/// Text by text, so that no rule sees or rewrites what is half typed.
+void Form::Type(const ControlId& id, const std::string& text) {
+  if (typed_ && !(typed_->id == id)) TellTyped();
+  Control& control = At(id);
+  if (!typed_) typed_ = {id, control.Text};
+  control.Text = text;
+  control.Dimmed = false;
+  TellActed();
+}
+
+void Form::TellTyped() {
+  const auto typed = std::exchange(typed_, std::nullopt);
+  if (typed && Text(typed->id) != typed->before) Raise(FormEvent::kChanged, typed->id);
+}
+
+void Form::Leave(const ControlId& id) {
+  TellTyped();
+  Raise(FormEvent::kLeft, id);
+  TellActed();
+}
+
 void Form::Choose(const ControlId& id, int position) {
+  TellTyped();
   Control& control = At(id);
   if (position < 0 || position >= static_cast<int>(control.List.size())) {
     throw Failure(failure_number::kInvalidCall,
@@ -185,16 +208,19 @@ void Form::Choose(const ControlId& id, int position) {
   control.ListIndex = position;
   SetText(id, control.List[static_cast<std::size_t>(position)]);
   Raise(FormEvent::kClicked, id);
+  TellActed();
 }
 
 void Form::Click(const ControlId& id) {
   const Control& control = At(id);
   if (!control.Enabled || !control.Visible) return;
+  TellTyped();
   if (control.Type == kCheckBox) {
     SetValue(id, control.Value == kUnchecked ? kChecked : kUnchecked);
   } else {
     Raise(FormEvent::kClicked, id);
   }
+  TellActed();
 }
 
 void Form::On(FormEvent event, const std::string& name, Handler handler) {

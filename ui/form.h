@@ -1,10 +1,11 @@
 // A window as data: its controls by name, and the rules that three events set off.
 //
 // A view (whatever the toolkit) draws a `Form` and holds no rule: it reports what the user did
-// through `SetText`, `Choose`, `Leave` and `Click`, and draws again what the form then says. Rules
+// through `Type`, `Choose`, `Leave` and `Click`, and draws again what the form then says. Rules
 // are handlers in the model that owns the form; `On` registers them. A rule that assigns a text or
 // a box's value through `SetText` or `SetValue` raises the same event as the user does, when the
-// value really changes; assigning to a control's field raises nothing.
+// value really changes; assigning to a control's field raises nothing. What is typed is told to the
+// rules as a whole: when its field is left, or before the next thing that the user does.
 //
 // Texts: a control carries the number of its text in its `Tag` (a menu in its `Caption`, a tool tip
 // in its `ToolTipText`), the form the number of its caption in its own `Tag`. They stay numbers
@@ -121,6 +122,7 @@ struct Control {
   bool Cancel = false;         ///< the button that Escape clicks
   bool Locked = false;         ///< a text that can be chosen or read, not typed
   bool Error = false;          ///< drawn as wrong, in the error back colour
+  bool Dimmed = false;         ///< a text that stands for nothing, drawn pale
   std::string Container = {};  ///< name of the frame or menu that it stands in; "": the form
   vok::Font Font = {};
   std::vector<ControlItem> Items = {};
@@ -200,11 +202,15 @@ class Form {
   /// Chooses entry `position`: its text, then `kClicked`. Failure 5 for one that is not there.
   void Choose(const ControlId& id, int position);
 
+  /// The user typed: the field has this text now. `kChanged` is raised later, see above.
+  void Type(const ControlId& id, const std::string& text);
   /// The user clicks: a box changes between checked and not, then `kClicked`. Nothing happens to a
   /// control that is disabled or not to be seen.
   void Click(const ControlId& id);
   /// The control lost the focus to another one.
-  void Leave(const ControlId& id) { Raise(FormEvent::kLeft, id); }
+  void Leave(const ControlId& id);
+  /// Called when all that the user did, a key typed included, has had its effect.
+  std::function<void()> Acted;
 
   /// One handler per event and control name; a second one replaces the first.
   void On(FormEvent event, const std::string& name, Handler handler);
@@ -212,8 +218,17 @@ class Form {
   void Raise(FormEvent event, const ControlId& id) const;
 
  private:
+  struct Typed {
+    ControlId id;
+    std::string before;
+  };
   const Control* Find(const ControlId& id) const;
+  void TellTyped();
+  void TellActed() const {
+    if (Acted) Acted();
+  }
 
+  std::optional<Typed> typed_;  ///< what the rules have not been told yet
   std::deque<Control> controls_;
   std::map<std::pair<FormEvent, std::string>, Handler> handlers_;
 };

@@ -49,22 +49,30 @@ TEST(Form, AControlHasThePropertiesOfItsTypeAndNoOthers) {
   EXPECT_EQ(NumberOf([&] { tabs.Collection("Buttons"); }), kNoSuchProperty);
 }
 
-TEST(Form, EventsReachTheRulesOfAControlWithItsIndex) {
-  Form form("frm", "1000");
-  form.Add({"txt", kTextBox, 0});
-  form.Add({"txt", kTextBox, 1});
-  form.Add({"chk", kCheckBox});
-  form.Add({"cmd", kCommandButton});
-  form.Add({"Combo", kComboBox});
-  std::string events;
-  for (const char* name : {"txt", "chk", "cmd", "Combo"}) {
-    for (const FormEvent event : {FormEvent::kChanged, FormEvent::kLeft, FormEvent::kClicked}) {
-      form.On(event, name, [&events, name, event](int index) {
-        const char* const what[] = {" changed", " left", " clicked"};
-        events += name + std::to_string(index) + what[static_cast<int>(event)] + "\n";
-      });
+/// Writes down what its rules hear, such as "txt0 changed".
+struct Heard {
+  Heard() {
+    form.Add({"txt", kTextBox, 0});
+    form.Add({"txt", kTextBox, 1});
+    form.Add({"chk", kCheckBox});
+    form.Add({"cmd", kCommandButton});
+    form.Add({"Combo", kComboBox});
+    for (const char* name : {"txt", "chk", "cmd", "Combo"}) {
+      for (const FormEvent event : {FormEvent::kChanged, FormEvent::kLeft, FormEvent::kClicked}) {
+        form.On(event, name, [this, name, event](int index) {
+          const char* const what[] = {" changed", " left", " clicked"};
+          events += name + std::to_string(index) + what[static_cast<int>(event)] + "\n";
+        });
+      }
     }
   }
+  Form form{"frm", "1000"};
+  std::string events;
+};
+
+TEST(Form, EventsReachTheRulesOfAControlWithItsIndex) {
+  Heard heard;
+  Form& form = heard.form;
   form.SetText({"txt", 1}, "a");
   form.SetText({"txt", 1}, "a");
   form.Leave({"txt", 0});
@@ -78,13 +86,59 @@ TEST(Form, EventsReachTheRulesOfAControlWithItsIndex) {
   form.SetList("Combo", {"x", "y"});
   form.Choose("Combo", 1);
   form.Choose("Combo", 1);
-  EXPECT_EQ(events,
+  EXPECT_EQ(heard.events,
             "txt1 changed\ntxt0 left\nchk-1 clicked\nchk-1 clicked\nchk-1 clicked\n"
             "cmd-1 clicked\nCombo-1 changed\nCombo-1 clicked\nCombo-1 clicked\n");
   EXPECT_EQ(form.Text("Combo"), "y");
   EXPECT_EQ(NumberOf([&] { form.Choose("Combo", 2); }), failure_number::kInvalidCall);
   EXPECT_EQ(NumberOf([&] { form.SetText({"txt", 2}, ""); }), kNoSuchControl);
   EXPECT_EQ(NumberOf([&] { form.Click("txt"); }), kNoSuchControl);
+}
+
+TEST(Form, WhatIsTypedIsToldAsAWholeBeforeTheNextThingThatIsDone) {
+  struct {
+    const char* before;
+    std::function<void(Form&)> next;
+    const char* events;
+    int acts;  ///< that `Acted` hears of, besides the two keys
+  } const cases[] = {
+      {"",
+       [](Form& form) {
+         form.Leave({"txt", 0});
+       },
+       "txt0 changed\ntxt0 left\n", 1},
+      {"", [](Form& form) { form.Click("cmd"); }, "txt0 changed\ncmd-1 clicked\n", 1},
+      {"", [](Form& form) { form.Click("chk"); }, "txt0 changed\nchk-1 clicked\n", 1},
+      {"", [](Form& form) { form.Choose("Combo", 0); },
+       "txt0 changed\nCombo-1 changed\nCombo-1 clicked\n", 1},
+      {"",
+       [](Form& form) {
+         form.Type({"txt", 1}, "x");
+       },
+       "txt0 changed\n", 1},
+      {"ab",
+       [](Form& form) {
+         form.Leave({"txt", 0});
+       },
+       "txt0 left\n", 1},
+  };
+  for (const auto& [before, next, events, acts] : cases) {
+    Heard heard;
+    heard.form.At({"txt", 0}).Text = before;
+    heard.form.At({"txt", 0}).Dimmed = true;
+    heard.form.SetList("Combo", {"x"});
+    int acted = 0;
+    heard.form.Acted = [&] { ++acted; };
+    for (const char* text : {"a", "ab"}) {
+      heard.form.Type({"txt", 0}, text);
+      EXPECT_EQ(heard.form.Text({"txt", 0}), text);
+      EXPECT_FALSE(heard.form.At({"txt", 0}).Dimmed);
+    }
+    EXPECT_EQ(heard.events, "") << "key by key";
+    next(heard.form);
+    EXPECT_EQ(heard.events, events);
+    EXPECT_EQ(acted, 2 + acts);
+  }
 }
 
 }  // namespace

@@ -36,9 +36,15 @@ void MarkState(QWidget& widget, const Control& control) {
   const bool locked = control.Locked && control.Type == ControlType::kTextBox;
   const QColor back =
       control.Error ? ErrorBack(usual) : usual.color(locked ? QPalette::Window : QPalette::Base);
-  if (widget.palette().color(QPalette::Active, QPalette::Base) != back) {
+  const bool dimmed = control.Dimmed && !control.Error;
+  const QColor text = usual.color(dimmed ? QPalette::PlaceholderText : QPalette::Text);
+  const auto now = [&](QPalette::ColorRole role) {
+    return widget.palette().color(QPalette::Active, role);
+  };
+  if (now(QPalette::Base) != back || now(QPalette::Text) != text) {
     QPalette marked;
     if (control.Error || locked) marked.setColor(QPalette::Base, back);
+    if (dimmed) marked.setColor(QPalette::Text, text);
     widget.setPalette(marked);
   }
   QStringList spoken;

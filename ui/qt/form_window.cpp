@@ -173,7 +173,7 @@ bool FormWindow::ReportLeft() {
 void FormWindow::Typed(const ControlId& id, const QString& text) {
   if (drawing_) return;
   ReportLeft();
-  Report([&] { form_.SetText(id, text.toStdString()); });
+  Report([&] { form_.Type(id, text.toStdString()); });
 }
 
 void FormWindow::Chose(const ControlId& id, int position) {

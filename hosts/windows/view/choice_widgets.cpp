@@ -47,7 +47,7 @@ class ComboBoxWidget : public Widget {
   bool OnCommand(Form& form, int code) override {
     switch (code) {
       case CBN_EDITCHANGE:
-        form.SetText(control_.Id(), Utf8(TextOf(window())));
+        form.Type(control_.Id(), Utf8(TextOf(window())));
         return true;
       case CBN_KILLFOCUS:  // no mark on a text that does not have the focus
         Send(CB_SETEDITSEL, 0, MAKELPARAM(0, 0));

@@ -161,7 +161,10 @@ void FormWindow::OnCommand(int id, int code) {
   // where that is refused nothing is clicked.
   if (clicked && control->Default) ::SetFocus(widget->window());
   if (clicked && !SettleFocus()) return;
-  if (widget == nullptr) return Click(*control);
+  if (widget == nullptr) {
+    if (LeaveField()) Click(*control);
+    return;
+  }
   Tell([&] { return widget->OnCommand(form_, code); });
 }
 
@@ -204,6 +207,19 @@ bool FormWindow::SettleFocus() {
   return focused_ == taken && IsOpen();
 }
 
+/// The key of a menu is pressed in a field: that is left first. False when a rule sends the user
+/// back to one.
+bool FormWindow::LeaveField() {
+  if (focused_ == nullptr) return true;
+  bool sent_back = false;
+  Tell([&] {
+    form_.Leave(focused_->control().Id());
+    sent_back = form_.Focus.has_value();
+    return true;
+  });
+  return !sent_back && IsOpen();
+}
+
 /// Where the rules want it. The control that it goes away from was not left by the user.
 void FormWindow::MoveFocus() {
   if (!form_.Focus) return;
@@ -235,9 +251,15 @@ void FormWindow::WriteControls() {
 
 INT_PTR FormWindow::Colour(UINT message, WPARAM wparam, LPARAM lparam) {
   const Widget* const widget = WidgetOf(reinterpret_cast<HWND>(lparam));
-  if (widget == nullptr || !widget->control().Error) return FALSE;
-  if (message == WM_CTLCOLORSTATIC && widget->control().Type == kLabel) return FALSE;
+  if (widget == nullptr) return FALSE;
+  const Control& control = widget->control();
   const auto canvas = reinterpret_cast<HDC>(wparam);
+  if (control.Dimmed && !control.Error) {
+    ::SetBkColor(canvas, ::GetSysColor(COLOR_WINDOW));
+    ::SetTextColor(canvas, ::GetSysColor(COLOR_GRAYTEXT));
+    return reinterpret_cast<INT_PTR>(::GetSysColorBrush(COLOR_WINDOW));
+  }
+  if (!control.Error || (message == WM_CTLCOLORSTATIC && control.Type == kLabel)) return FALSE;
   ::SetBkColor(canvas, kErrorBack);
   ::SetTextColor(canvas, kErrorText);
   return reinterpret_cast<INT_PTR>(error_brush_);

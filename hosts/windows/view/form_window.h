@@ -53,6 +53,7 @@ class FormWindow {
   template <typename Event>
   void Tell(Event event);
   bool SettleFocus();
+  bool LeaveField();
   void MoveFocus();
 
   Widget* WidgetOf(HWND part) const;

@@ -15,7 +15,7 @@ class TextBoxWidget : public Widget {
   }
   bool OnCommand(Form& form, int code) override {
     if (code != EN_CHANGE) return false;
-    form.SetText(control_.Id(), Utf8(TextOf(window())));
+    form.Type(control_.Id(), Utf8(TextOf(window())));
     return true;
   }
 

@@ -46,8 +46,9 @@ void Widget::SetState(bool shown, bool enabled) {
 
 bool Widget::Refresh() {
   Write();
-  if (error_ != control_.Error) {
+  if (error_ != control_.Error || dimmed_ != control_.Dimmed) {
     error_ = control_.Error;
+    dimmed_ = control_.Dimmed;
     ::InvalidateRect(window_, nullptr, TRUE);
   }
   if (caption_ == control_.Caption) return false;

@@ -74,6 +74,7 @@ class Widget {
   HWND window_ = nullptr;
   std::string caption_;  ///< as shown
   bool error_ = false;   ///< as shown
+  bool dimmed_ = false;  ///< as shown
   bool shown_ = false;
   bool begins_from_right_ = false;
 };

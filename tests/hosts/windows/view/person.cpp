@@ -13,11 +13,12 @@ namespace {
 constexpr int kMostLooks = 1000;
 constexpr DWORD kDrawn = 800;  // milliseconds
 
-/// The window of that title when it is in front; nullptr when it does not come.
+/// The window whose title begins so when it is in front; nullptr when it does not come.
 HWND WaitFor(const std::wstring& title) {
   for (int look = 0; look < kMostLooks; ++look, ::Sleep(20)) {
     const HWND front = ::GetForegroundWindow();
-    if (front != nullptr && TextOf(front) == title && ::IsWindowEnabled(front)) return front;
+    if (front != nullptr && TextOf(front).starts_with(title) && ::IsWindowEnabled(front))
+      return front;
   }
   return nullptr;
 }
@@ -60,10 +61,12 @@ void Press(std::string key) {
 }  // namespace
 
 Person::Person(const Form& form, std::string acts)
-    : form_(form), thread_([this, acts = std::move(acts)] { Act(acts); }) {}
+    : form_(form),
+      title_(Utf16(form.Caption)),
+      thread_([this, acts = std::move(acts)] { Act(acts); }) {}
 
 void Person::Act(const std::string& acts) {
-  WaitFor(Utf16(form_.Caption));
+  WaitFor(title_);
   for (std::size_t at = 0; at < acts.size(); ++at) {
     if (acts[at] != '{') {
       Type(static_cast<wchar_t>(acts[at]));
@@ -76,11 +79,10 @@ void Person::Act(const std::string& acts) {
 }
 
 void Person::Do(const std::string& act) {
-  const HWND window = ::FindWindowW(nullptr, Utf16(form_.Caption).c_str());
   if (act == "close") {
     Press("Alt+F4");
   } else if (act == "end") {
-    ::PostThreadMessageW(::GetWindowThreadProcessId(window, nullptr), WM_QUIT, 7, 0);
+    ::PostThreadMessageW(::GetWindowThreadProcessId(WaitFor(title_), nullptr), WM_QUIT, 7, 0);
   } else if (act.starts_with("wait ")) {
     WaitFor(Utf16(act.substr(5)));
   } else if (act.starts_with("click ")) {
@@ -97,7 +99,7 @@ void Person::Do(const std::string& act) {
 
 /// Its window, once the form's window is in front; "NAME" or "NAME(INDEX)".
 HWND Person::ControlCalled(const std::string& name) const {
-  const HWND window = WaitFor(Utf16(form_.Caption));
+  const HWND window = WaitFor(title_);
   int id = kFirstControlId;
   for (const Control& control : form_.Controls()) {
     const std::string index = control.Index == kNoIndex ? "" : std::to_string(control.Index);

@@ -9,7 +9,8 @@
 
 namespace vok::windows {
 
-/// Waits for the window of the form to come to the front, then does what `acts` says. Letters are
+/// Waits for the window of the form to come to the front, then does what `acts` says. Titles are
+/// those that the windows' own begin with. Letters are
 /// typed; in braces stand keys ("{Tab}", "{Ctrl+S}"), "{click NAME}" on a control of the form,
 /// "{wait TITLE}" for another window to come to the front, "{await NAME}" for a control of the form
 /// to be seen, "{picture NAME}" of the window in front, "{close}" by the window's own X, "{end}"
@@ -27,6 +28,7 @@ class Person {
   void Click(const std::string& name);
 
   const Form& form_;
+  const std::wstring title_;  ///< as it was at first; a form may add to it
   std::thread thread_;
 };
 

@@ -53,20 +53,24 @@ TEST(WindowsDesktopTest, TellsTheFormWhatAPersonDoes) {
     const char* acts;
     const char* told;
   } rows[] = {
-      {"ab{Tab}{Esc}", "name=a; name=ab; left name; clicked cancel"},
-      {"{Alt+D}1/{Enter}", "left name; date=1; date=1/; left date; clicked ok"},
+      {"ab{Tab}{Esc}", "name=ab; left name; clicked cancel"},
+      {"{Alt+D}1/{Enter}", "left name; date=1/; left date; clicked ok"},
       {"{Alt+D}bad{Tab}x{close}",
-       "left name; date=b; date=ba; date=bad; left date; date=30/12/1899; date=x; clicked cancel"},
-      {"{Alt+D}bad{Enter}{Esc}",
-       "left name; date=b; date=ba; date=bad; left date; date=30/12/1899; clicked cancel"},
+       "left name; date=bad; left date; date=30/12/1899; date=x; clicked cancel"},
+      {"{Alt+D}bad{Enter}{Esc}", "left name; date=bad; left date; date=30/12/1899; clicked cancel"},
       {"{Alt+D}box{Tab}{wait Box}{Enter}{wait Sample דוגמה}{Esc}",
-       "left name; date=b; date=bo; date=box; left date; clicked cancel"},
+       "left name; date=box; left date; clicked cancel"},
+      {"{Alt+D}bad{F5}{Esc}", "left name; date=bad; left date; date=30/12/1899; clicked cancel"},
+      {"{Alt+D}1{Ctrl+S}{Esc}", "left name; date=1; left date; clicked save; clicked cancel"},
+      {"{Alt+D}1{Alt+B}{Esc}", "left name; date=1; left date; clicked box; clicked cancel"},
+      {"{Alt+D}1{Esc}", "left name; date=1; clicked cancel"},
       {"{Alt+B}{click box}{Esc}", "left name; clicked box; clicked box; clicked cancel"},
       {"{Alt+T}{Down}{Down}{Esc}",
        "left name; set=A; clicked set; set=B; clicked set; clicked cancel"},
       {"{Alt+T}{F4}{Down}{Down}{Enter}{Esc}", "left name; set=B; clicked set; clicked cancel"},
       {"{Alt+T}{F4}{Down}{Esc}q{Esc}", "left name; set=q; clicked cancel"},
-      {"{F5}{Ctrl+S}{click cancel}", "clicked run; clicked save; left name; clicked cancel"},
+      {"{F5}{Ctrl+S}{click cancel}",
+       "left name; clicked run; left name; clicked save; left name; clicked cancel"},
       {"{click list}{close}", "left name; list=second; clicked list; clicked cancel"},
       {"{click child}{wait Child}z{Enter}{wait Sample דוגמה}{Esc}",
        "left name; clicked child; clicked cancel"},
@@ -126,7 +130,7 @@ TEST(WindowsDesktopTest, StaysAliveWhileWorkGoesOnBesideIt) {
   });
   desk.form.Rule(FormEvent::kClicked, "box", [&] { stop = true; });
   EXPECT_EQ(desk.Told("{F5}{wait Ask}{Alt+N}{wait Sample דוגמה}{Alt+B}{Esc}"),
-            "clicked run; left name; clicked box; clicked cancel");
+            "left name; clicked run; left name; clicked box; clicked cancel");
   EXPECT_EQ(answer, MessageAnswer::kNo);
   EXPECT_EQ(failure, "stopped");
 }
@@ -168,6 +172,31 @@ TEST(WindowsDesktopTest, PlacesControlsByTheReadingDirectionAndGrowsWithTheWindo
     EXPECT_EQ(after.at("rows").bottom - after.at("rows").top,
               before.at("rows").bottom - before.at("rows").top + 50);
   }
+}
+
+TEST(WindowsDesktopTest, DrawsWhatIsWrongOnItsOwnColourAndWhatStandsForNothingPale) {
+  SampleForm form;
+  form.Visible = true;
+  FormWindow window(form, nullptr);
+  const HDC canvas = ::GetDC(window.window());
+  const struct {
+    bool error, dimmed;
+    COLORREF text, back;
+  } rows[] = {{true, false, RGB(0, 0, 0), RGB(0xFF, 0xC8, 0xC8)},
+              {true, true, RGB(0, 0, 0), RGB(0xFF, 0xC8, 0xC8)},
+              {false, true, ::GetSysColor(COLOR_GRAYTEXT), ::GetSysColor(COLOR_WINDOW)}};
+  for (const auto& row : rows) {
+    form.At("date").Error = row.error;
+    form.At("date").Dimmed = row.dimmed;
+    const int id = kFirstControlId + 7;  // of "date"
+    const HWND date = ::GetDlgItem(window.window(), id);
+    ASSERT_NE(::SendMessageW(window.window(), WM_CTLCOLOREDIT, reinterpret_cast<WPARAM>(canvas),
+                             reinterpret_cast<LPARAM>(date)),
+              0);
+    EXPECT_EQ(::GetTextColor(canvas), row.text);
+    EXPECT_EQ(::GetBkColor(canvas), row.back);
+  }
+  ::ReleaseDC(window.window(), canvas);
 }
 
 TEST(WindowsDesktopTest, LeavesNothingBehind) {
