@@ -11,6 +11,7 @@
 #include "settings/set_names.h"
 #include "settings/writer.h"
 #include "ui/linear_dates.h"
+#include "ui/period_names.h"
 
 namespace vok::cli {
 namespace {
@@ -48,28 +49,9 @@ LinearDates RunOf(const FillOptions& options, Date today) {
   return run;
 }
 
-/// What an interval of whole months is called: "2024", "2024 H1", "2024 Q1", "2024-01"; by its
-/// first and last month where it is none of the calendar's.
-std::string IntervalName(Date from, Date until) {
-  const std::string first = IsoDate(from).substr(0, 7);
-  const std::string last = IsoDate(until).substr(0, 7);
-  const std::string year = first.substr(0, 4);
-  const int months = (until.Year() - from.Year()) * 12 + until.Month() - from.Month() + 1;
-  const auto place_among = [&](int length) {
-    const bool is_one = months == length && (from.Month() - 1) % length == 0;
-    return is_one ? (from.Month() - 1) / length + 1 : 0;
-  };
-  if (first == last) return first;
-  if (const int quarter = place_among(3)) return year + " Q" + std::to_string(quarter);
-  if (const int half = place_among(6)) return year + " H" + std::to_string(half);
-  return place_among(12) != 0 ? year : first + " - " + last;
-}
-
-/// Gives a period its dates. A name that a person gave stays; that of the interval before does not.
+/// Gives a period its dates. A name that a person gave stays; that of another interval does not.
 void Assign(PeriodEntry& period, Date from, Date until) {
-  const bool named = !period.PeriodName.empty() &&
-                     period.PeriodName != IntervalName(period.FromDate, period.UntilDate);
-  if (!named) period.PeriodName = IntervalName(from, until);
+  if (!IsGivenName(period.PeriodName)) period.PeriodName = IntervalName(from, until);
   period.FromDate = from;
   period.UntilDate = until;
 }

@@ -19,6 +19,13 @@ inline constexpr int kBrowse = 1012;
 inline constexpr int kHelp = 1013;
 inline constexpr int kClose = 1014;
 
+// Answers to questions.
+inline constexpr int kSaveAndRun = 1020;
+inline constexpr int kRunAsSaved = 1021;
+inline constexpr int kDiscard = 1022;
+inline constexpr int kRename = 1023;
+inline constexpr int kKeepNames = 1024;
+
 // Messages.
 inline constexpr int kAskDelete = 1100;
 inline constexpr int kNotValidDate = 1101;
@@ -34,6 +41,9 @@ inline constexpr int kNoWorkbook = 1110;
 inline constexpr int kNothingToRun = 1111;
 inline constexpr int kSaveAFile = 1112;
 inline constexpr int kWorkbookGone = 1113;
+inline constexpr int kUnsaved = 1114;
+inline constexpr int kAskRename = 1115;
+inline constexpr int kGivenNames = 1116;
 
 // The main query window.
 inline constexpr int kDataSource = 1200;
@@ -62,6 +72,7 @@ inline constexpr int kMeasureOfMoneySet = 1222;
 inline constexpr int kChooseCube = 1223;
 inline constexpr int kSourceFrame = 1224;
 inline constexpr int kPeriodsFrame = 1225;
+inline constexpr int kNamePeriods = 1226;
 
 // The run of the main query window and what it left.
 inline constexpr int kRunning = 1230;
@@ -87,6 +98,7 @@ inline constexpr int kMenuAutoFill = 1265;
 inline constexpr int kMenuClean = 1266;
 inline constexpr int kMenuHelp = 1267;
 inline constexpr int kMenuContents = 1268;
+inline constexpr int kMenuNamePeriods = 1269;
 
 // Tool tips of the main query window.
 inline constexpr int kTipDataSource = 1280;
@@ -98,6 +110,8 @@ inline constexpr int kTipAutoFill = 1285;
 inline constexpr int kTipObs = 1286;
 inline constexpr int kTipWorkbook = 1287;
 inline constexpr int kTipMeasure = 1288;
+inline constexpr int kTipNamePeriods = 1289;
+inline constexpr int kTipOtherDates = 1290;
 
 // The money-set options window.
 inline constexpr int kMoneySet = 1300;

@@ -1,6 +1,9 @@
 #include "ui/frm_periods.h"
 
+#include <utility>
+
 #include "env/environment.h"
+#include "env/language.h"
 #include "env/string_table.h"
 #include "env/text_numbers.h"
 #include "settings/edited_sets.h"
@@ -43,11 +46,17 @@ FrmPeriods::FrmPeriods(const Host& host, Publics& publics, Toolkit& toolkit)
       source_set_(services_, form_, kDataSource,
                   {.entered = [this] { return source_.Entered(); },
                    .load = [this] { return source_.INIDataSource(""); },
-                   .save = [this] { return SaveSource(); }}),
+                   .save = [this] { return SaveSource(); },
+                   .unnamed =
+                       [this] {
+                         return GetLangString(services_.publics.language,
+                                              text_number::kSourceFrame);
+                       }}),
       period_set_(services_, form_, kPeriods,
                   {.entered = [this] { return dates_.Entered(); },
                    .load = [this] { return LoadPeriodSet(""); },
-                   .save = [this] { return SavePeriods(); }}) {
+                   .save = [this] { return SavePeriods(); },
+                   .unnamed = [] { return std::string(kUnnamedPeriods); }}) {
   AddControls();
   AddMenus();
   AddRules();
@@ -98,7 +107,7 @@ void FrmPeriods::AddPeriods(Panel panel) {
   }
   Panel commands = panel.Frame({kHeadings + 1 + kMoneySetCount, 0, kColumns}, "fraCommands");
   dates_.AddCommandsTo(commands);
-  commands.Button({0, 4}, "cmdOptions", text_number::kOptions);
+  commands.Button({0, 5}, "cmdOptions", text_number::kOptions);
 }
 
 void FrmPeriods::AddMenus() {
@@ -108,6 +117,7 @@ void FrmPeriods::AddMenus() {
   AddMenu(form_, "mnuClose", text_number::kMenuClose, "mnuFile");
   AddMenu(form_, "mnuPeriods", text_number::kMenuPeriods);
   AddMenu(form_, "mnuAutoFill", text_number::kMenuAutoFill, "mnuPeriods");
+  AddMenu(form_, "mnuNamePeriods", text_number::kMenuNamePeriods, "mnuPeriods");
   AddMenu(form_, "mnuClean", text_number::kMenuClean, "mnuPeriods");
   AddMenu(form_, "mnuHelp", text_number::kMenuHelp);
   AddMenu(form_, "mnuContents", text_number::kMenuContents, "mnuHelp").Shortcut = "F1";
@@ -126,9 +136,13 @@ void FrmPeriods::AddRules() {
   on_click("cmdHelp", [this] {
     services_.toolkit.ShowHelp(services_.host.files.NativePath(services_.publics.help_file));
   });
-  constexpr std::pair<const char*, const char*> kSameAs[] = {
-      {"mnuSave", "ComSaveSet"},      {"mnuRun", "cmdQuery"},        {"mnuClose", "cmdClose"},
-      {"mnuAutoFill", "cmdAutoFill"}, {"mnuClean", "cmdCleanDates"}, {"mnuContents", "cmdHelp"}};
+  constexpr std::pair<const char*, const char*> kSameAs[] = {{"mnuSave", "ComSaveSet"},
+                                                             {"mnuRun", "cmdQuery"},
+                                                             {"mnuClose", "cmdClose"},
+                                                             {"mnuAutoFill", "cmdAutoFill"},
+                                                             {"mnuNamePeriods", "cmdNamePeriods"},
+                                                             {"mnuClean", "cmdCleanDates"},
+                                                             {"mnuContents", "cmdHelp"}};
   for (const auto& [menu, button] : kSameAs) {
     on_click(menu, [this, button = button] { form_.Click(button); });
   }
@@ -140,7 +154,7 @@ Value FrmPeriods::Initialize(std::string& DataBaseFileName) {
   FindSettingsFolder(host, environment);
   CreateDB(host, environment, environment.SettingsFolder);
   LoadTexts(host, services_.publics, form_);
-  form_.Caption += " [v" + clMe(host, services_.publics).Version() + "]";
+  title_ = form_.Caption + " [v" + clMe(host, services_.publics).Version() + "]";
   for (const char* help : {"cmdHelp", "mnuContents"}) {
     form_.At(help).Enabled = !services_.publics.help_file.empty();
   }
@@ -149,6 +163,8 @@ Value FrmPeriods::Initialize(std::string& DataBaseFileName) {
   form_.SetText("txtVarnelMDB", DataBaseFileName);
   source_set_.MarkSaved();
   period_set_.MarkSaved();
+  ShowTitle();
+  form_.Acted = [this] { ShowTitle(); };
   return host.files.Exists(SettingsDatabase(environment.SettingsFolder));
 }
 
@@ -219,10 +235,27 @@ void FrmPeriods::Delete(const char* combo, const char* kind) {
   ListSets();
 }
 
-bool FrmPeriods::SaveIfWanted() {
-  if (!source_set_.IsChanged() && !period_set_.IsChanged()) return true;
-  const auto answer = AskWhetherToSave(services_);
-  return answer == MessageAnswer::kYes ? SaveSettings() : answer == MessageAnswer::kNo;
+std::vector<std::string> FrmPeriods::ChangedSets() const {
+  std::vector<std::string> names;
+  for (const NamedSet* set : {&source_set_, &period_set_}) {
+    if (set->IsChanged()) names.push_back(set->Name());
+  }
+  return names;
+}
+
+void FrmPeriods::ShowTitle() {
+  form_.Caption = title_;
+  const char* before = " - *";
+  for (const std::string& name : ChangedSets()) {
+    form_.Caption += std::exchange(before, ", *") + name;
+  }
+}
+
+bool FrmPeriods::SaveIfWanted(int save, int leave) {
+  const auto changed = ChangedSets();
+  if (changed.empty()) return true;
+  const auto answer = AskWhetherToSave(services_, changed, save, leave);
+  return answer && (!*answer || SaveSettings());
 }
 
 void FrmPeriods::RunQuery() {
@@ -232,7 +265,8 @@ void FrmPeriods::RunQuery() {
                 services_.host.component.product_name, MessageIcon::kExclamation);
     return;
   }
-  if (!SaveIfWanted()) return;
+  if (!SaveIfWanted(text_number::kSaveAndRun, text_number::kRunAsSaved)) return;
+  ShowTitle();
   std::string periods = form_.Text(kPeriods);
   if (periods.empty()) periods = kUnnamedPeriods;
   Value result;
@@ -257,7 +291,7 @@ void FrmPeriods::ShowRunResult(const Value::Array& parts) {
 }
 
 void FrmPeriods::Close() {
-  if (SaveIfWanted()) form_.Visible = false;
+  if (SaveIfWanted(text_number::kSave, text_number::kDiscard)) form_.Visible = false;
 }
 
 void FrmPeriods::PickOutput() {

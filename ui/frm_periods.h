@@ -3,11 +3,12 @@
 // Its controls are those of `DataSourceFields`, `PeriodDates`, `QueryProgress` and `RunResult`, and
 // `ComboPeriods` (the set's name), `ComSaveSet`, `cmdDeleteSource`, `cmdDeletePeriods`, `txtOutput`
 // (the workbook's path without its ending) with `cmdOutput`, `cmdQuery`, `cmdHelp`, `cmdClose`, and
-// menus for the same commands. What goes wrong is shown in message boxes; only making the window
-// can fail.
+// menus for the same commands. The title names the sets that are not saved. What goes wrong is
+// shown in message boxes; only making the window can fail.
 #pragma once
 
 #include <string>
+#include <vector>
 
 #include "component/cl_me.h"
 #include "ui/data_source_fields.h"
@@ -49,13 +50,17 @@ class FrmPeriods : public QueryWindow {
   void RunQuery();
   void ShowRunResult(const Value::Array& parts);
   bool SaveSource();
-  /// Asks whether to save what would be lost: true when it was saved or is not wanted.
-  bool SaveIfWanted();
+  /// Asks whether to save what has changed, see `AskWhetherToSave`: false when it was cancelled or
+  /// could not be saved.
+  bool SaveIfWanted(int save, int leave);
+  std::vector<std::string> ChangedSets() const;
+  void ShowTitle();
   void Close();
   void PickOutput();
 
   WindowServices services_;
   Form form_;
+  std::string title_;  ///< without the changed sets
   DataSourceFields source_;
   PeriodDates dates_;
   QueryProgress progress_;

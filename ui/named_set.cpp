@@ -2,17 +2,18 @@
 
 #include <algorithm>
 
-#include "env/string_table.h"
 #include "env/text_numbers.h"
 #include "platform/text.h"
-#include "ui/messages.h"
+#include "ui/question.h"
 
 namespace vok {
 
-MessageAnswer AskWhetherToSave(const WindowServices& services) {
-  return ShowMessage(services, StringTableText(text_number::kAskSave),
-                     services.host.component.product_name, MessageIcon::kQuestion,
-                     MessageButtons::kYesNoCancel);
+std::optional<bool> AskWhetherToSave(const WindowServices& services,
+                                     const std::vector<std::string>& names, int save, int leave) {
+  Question question{text_number::kAskSave, text_number::kUnsaved, {}, {save, leave}};
+  for (const std::string& name : names) question.rows.push_back({name});
+  const auto answer = Ask(services, question);
+  return answer ? std::optional(*answer == 0) : std::nullopt;
 }
 
 NamedSet::NamedSet(const WindowServices& services, Form& form, std::string combo, Actions actions)
@@ -36,10 +37,10 @@ void NamedSet::Chosen() {
     return;
   }
   const std::string chosen = form_.Text(combo_);
-  const MessageAnswer answer = AskWhetherToSave(services_);
-  if (answer != MessageAnswer::kNo) form_.SetText(combo_, name_);
-  const bool saved = answer == MessageAnswer::kYes && actions_.save();
-  if (!saved && answer != MessageAnswer::kNo) return;
+  form_.SetText(combo_, name_);
+  const auto save =
+      AskWhetherToSave(services_, {Name()}, text_number::kSave, text_number::kDiscard);
+  if (!save || (*save && !actions_.save())) return;
   form_.SetText(combo_, chosen);
   Load();
 }

@@ -6,13 +6,18 @@
 #pragma once
 
 #include <functional>
+#include <optional>
 #include <string>
+#include <vector>
 
 #include "ui/toolkit.h"
 
 namespace vok {
 
-MessageAnswer AskWhetherToSave(const WindowServices& services);
+/// Asks about the changed sets of these names, with buttons of the texts `save` and `leave`. True:
+/// they are to be saved; false: left as they are stored; nothing: the question was cancelled.
+std::optional<bool> AskWhetherToSave(const WindowServices& services,
+                                     const std::vector<std::string>& names, int save, int leave);
 
 class NamedSet {
  public:
@@ -20,6 +25,7 @@ class NamedSet {
     std::function<std::string()> entered;  ///< what the fields hold, without the name
     std::function<bool()> load;            ///< of the name in the combo box; false: nothing was
     std::function<bool()> save;            ///< under that name
+    std::function<std::string()> unnamed;  ///< what to call a set without a name
   };
 
   /// Adds the rules of the combo box `combo`, which the form has by the time of its events.
@@ -28,6 +34,11 @@ class NamedSet {
   /// What is entered counts as saved under the name in the combo box.
   void MarkSaved();
   bool IsChanged() const { return AreFieldsChanged() || form_.Text(combo_) != name_; }
+  /// As the person knows it.
+  std::string Name() const {
+    const std::string& name = form_.Text(combo_);
+    return name.empty() ? actions_.unnamed() : name;
+  }
 
  private:
   bool AreFieldsChanged() const { return actions_.entered() != saved_; }

@@ -3,14 +3,18 @@
 #include <array>
 #include <cstdio>
 
+#include "env/language.h"
 #include "env/string_table.h"
 #include "env/text_numbers.h"
 #include "ui/frm_liniar_dates.h"
 #include "ui/messages.h"
+#include "ui/period_names.h"
+#include "ui/question.h"
 
 namespace vok {
 namespace {
 
+constexpr char kName[] = "TextPeriod";
 constexpr char kFrom[] = "txtDate1";
 constexpr char kUntil[] = "txtDate2";
 constexpr char kOpening[] = "CheckItraPticha";
@@ -40,7 +44,7 @@ void PeriodDates::AddHeadingsTo(Panel panel, int row) {
 void PeriodDates::AddPeriodTo(Panel panel, int grid_row, int row) {
   using enum ControlType;
   Control* const controls[] = {
-      &panel.Field({grid_row, 1}, kTextBox, {"TextPeriod", row}, "lblPeriodName", kNameWidth),
+      &panel.Field({grid_row, 1}, kTextBox, {kName, row}, "lblPeriodName", kNameWidth),
       &panel.Field({grid_row, 2}, kTextBox, {kFrom, row}, "lblFromDate", kDateWidth),
       &panel.Field({grid_row, 3}, kTextBox, {kUntil, row}, "lblUntilDate", kDateWidth),
       &panel.CheckBox({grid_row, 4}, {kOpening, row}, 0, text_number::kTipOpeningBalance),
@@ -58,10 +62,12 @@ void PeriodDates::AddCommandsTo(Panel panel) {
       panel.Button({0, 2}, "cmdCleanDates", text_number::kCleanDates, text_number::kTipCleanDates);
   clean.Grows = clean.AtEnd = true;
   panel.Button({0, 3}, "cmdAutoFill", text_number::kAutoFill, text_number::kTipAutoFill);
+  panel.Button({0, 4}, "cmdNamePeriods", text_number::kNamePeriods, text_number::kTipNamePeriods);
 }
 
 void PeriodDates::AddRules() {
   using enum FormEvent;
+  form_.On(kChanged, kName, [this](int row) { MarkName(row); });
   form_.On(kChanged, kFrom, [this](int row) { FromChanged(row); });
   form_.On(kChanged, kUntil, [this](int row) { UntilChanged(row); });
   form_.On(kLeft, kFrom, [this](int row) { FromLeft(row); });
@@ -74,6 +80,7 @@ void PeriodDates::AddRules() {
            [this](int) { UntilMonthEnd = form_.At("chkUntilD").Value >= kChecked; });
   form_.On(kClicked, "cmdCleanDates", [this](int) { CleanDates(); });
   form_.On(kClicked, "cmdAutoFill", [this](int) { AutoFill(); });
+  form_.On(kClicked, "cmdNamePeriods", [this](int) { NamePeriods(); });
 }
 
 void PeriodDates::Load() {
@@ -93,25 +100,37 @@ Date PeriodDates::SnappedUntil(Date date) const {
   return UntilMonthEnd ? Date::FromCivil(date.Year(), date.Month() + 1, 0) : date;
 }
 
-void PeriodDates::Unmark(const char* field, int row) {
-  if (form_.Text({field, row}).empty() || DateIn(field, row)) form_.At({field, row}).Error = false;
+void PeriodDates::ShowState(const char* field, int row) {
+  Control& control = form_.At({field, row});
+  const auto date = DateIn(field, row);
+  control.Dimmed = date && date->IsZero();
+  if (control.Text.empty() || date) control.Error = false;
 }
 
-void PeriodDates::UnmarkAll() {
+void PeriodDates::ShowStates() {
   for (int row = 0; row < kPeriodCount; ++row) {
-    for (const char* field : {kFrom, kUntil}) Unmark(field, row);
+    for (const char* field : {kFrom, kUntil}) ShowState(field, row);
   }
 }
 
+void PeriodDates::MarkName(int row) {
+  Control& name = form_.At({kName, row});
+  name.Error = Contradicts(locale_, name.Text, FromDates(row + 1), UntilDates(row + 1));
+  name.ToolTipText =
+      name.Error ? GetLangString(services_.publics.language, text_number::kTipOtherDates) : "";
+}
+
 void PeriodDates::FromChanged(int row) {
-  Unmark(kFrom, row);
+  ShowState(kFrom, row);
   FromDates(row + 1) = DateIn(kFrom, row).value_or(Date{});
+  MarkName(row);
   ApplyOpeningBalance(row);
 }
 
 void PeriodDates::UntilChanged(int row) {
-  Unmark(kUntil, row);
+  ShowState(kUntil, row);
   UntilDates(row + 1) = DateIn(kUntil, row).value_or(Date{});
+  MarkName(row);
 }
 
 void PeriodDates::FromLeft(int row) {
@@ -175,7 +194,7 @@ void PeriodDates::CleanDates() {
     form_.SetText({kUntil, row}, "");
     form_.SetValue({kOpening, row}, kUnchecked);
   }
-  UnmarkAll();
+  ShowStates();
 }
 
 void PeriodDates::AutoFill() {
@@ -195,6 +214,30 @@ void PeriodDates::AutoFill() {
   }
 }
 
+/// Names that a person gave are replaced only when the person says so.
+void PeriodDates::NamePeriods() {
+  Question question{text_number::kAskRename,
+                    text_number::kGivenNames,
+                    {},
+                    {text_number::kRename, text_number::kKeepNames}};
+  std::vector<std::pair<int, std::string>> free, given;
+  for (int row = 0; row < kPeriodCount; ++row) {
+    const Date from = FromDates(row + 1), until = UntilDates(row + 1);
+    if (from.IsZero() || until.IsZero() || until < from) continue;
+    const std::string& now = form_.Text({kName, row});
+    const std::string wanted = IntervalName(from, until);
+    if (now == wanted) continue;
+    (IsGivenName(now) ? given : free).emplace_back(row, wanted);
+    if (IsGivenName(now)) question.rows.push_back({now, wanted});
+  }
+  constexpr std::size_t kRenameAll = 0;
+  const auto answer = given.empty() ? kRenameAll : Ask(services_, question);
+  if (!answer) return;
+  for (const auto& [row, name] : free) form_.SetText({kName, row}, name);
+  if (*answer != kRenameAll) return;
+  for (const auto& [row, name] : given) form_.SetText({kName, row}, name);
+}
+
 PeriodSet PeriodDates::Read() const {
   const auto date_in = [this](const char* field, int row) {
     const std::string& text = form_.Text({field, row});
@@ -207,8 +250,8 @@ PeriodSet PeriodDates::Read() const {
   };
   PeriodSet set;
   for (int row = 0; row < kPeriodCount; ++row) {
-    set.Period(row + 1) = {form_.Text({"TextPeriod", row}), date_in(kFrom, row),
-                           date_in(kUntil, row), form_.IsChecked({kOpening, row})};
+    set.Period(row + 1) = {form_.Text({kName, row}), date_in(kFrom, row), date_in(kUntil, row),
+                           form_.IsChecked({kOpening, row})};
   }
   return set;
 }
@@ -216,8 +259,10 @@ PeriodSet PeriodDates::Read() const {
 std::string PeriodDates::Entered() const {
   std::string entered;
   for (int row = 0; row < kPeriodCount; ++row) {
-    for (const char* field : {"TextPeriod", kFrom, kUntil})
-      entered += form_.Text({field, row}) + '\n';
+    for (const char* field : {kName, kFrom, kUntil}) {
+      const Control& control = form_.At({field, row});
+      entered += (control.Dimmed ? "" : control.Text) + '\n';
+    }
     entered += std::to_string(form_.At({kOpening, row}).Value);
   }
   return entered;
@@ -231,12 +276,12 @@ void PeriodDates::Show(const PeriodSet& set) {
     const PeriodEntry& period = set.Period(row + 1);
     // A box of the set shown before must not move this one's from date.
     form_.SetValue({kOpening, row}, kUnchecked);
-    form_.SetText({"TextPeriod", row}, period.PeriodName);
+    form_.SetText({kName, row}, period.PeriodName);
     form_.SetText({kFrom, row}, text_of(period.FromDate));
     form_.SetText({kUntil, row}, text_of(period.UntilDate));
     form_.SetValue({kOpening, row}, period.IncludeOpenBalance ? kChecked : kUnchecked);
   }
-  UnmarkAll();
+  ShowStates();
 }
 
 }  // namespace vok

@@ -4,10 +4,11 @@
 // Controls, each an array of twelve: `TextPeriod` (name), `txtDate1` (from), `txtDate2` (until),
 // `CheckItraPticha` (includes the opening balance), `Comupd` (brings the row's dates to the start
 // and end of their months, as far as the boxes below ask for it). One for all: the boxes `chkFromD`
-// and `chkUntilD`, the commands `cmdCleanDates` and `cmdAutoFill`.
+// and `chkUntilD`, the commands `cmdCleanDates`, `cmdAutoFill` and `cmdNamePeriods`.
 //
 // What is refused is refused in its field, which is marked, with a message or with the focus;
-// nothing fails.
+// nothing fails. The zero date is shown dimmed: it is no date. A name that says another time than
+// its row's dates is marked.
 #pragma once
 
 #include "settings/records.h"
@@ -56,12 +57,14 @@ class PeriodDates {
   void Normalize(int row);
   void CleanDates();
   void AutoFill();
+  void NamePeriods();
 
   std::optional<Date> DateIn(const char* field, int row) const;
   /// Marks a field whose date is refused; its next date, or none, takes the mark away.
   void Mark(const char* field, int row) const { form_.At({field, row}).Error = true; }
-  void Unmark(const char* field, int row);
-  void UnmarkAll();
+  void ShowState(const char* field, int row);
+  void MarkName(int row);
+  void ShowStates();
   Date SnappedFrom(Date date) const;
   Date SnappedUntil(Date date) const;
 

@@ -111,8 +111,17 @@ TEST_F(ReaderTest, AFieldThatCannotBeReadEndsTheReadAndIsReported) {
     EXPECT_THAT(text, HasSubstr(std::string("\r\nFunction : ") +
                                 (periods ? "PeriodSettings" : "DataSourceSetting") +
                                 "\r\nModule : ModSettings\r\n"));
+    if (std::string(field) != "Qty12") {
+      const Failure failure = test::FailureOf([&] {
+        if (periods) ReadEditedPeriods(host, environment, "2024");
+        if (!periods) ReadEditedDataSource(host, environment, "Sales");
+      });
+      EXPECT_EQ(failure.number(), number) << field << " of a window";
+    }
     tables = kept;
   }
+  tables["Periods"][0]["PeriodName5"] = Null{};
+  EXPECT_EQ(ReadEditedPeriods(host, environment, "2024")->Period(5).PeriodName, "");
 }
 
 TEST_F(ReaderTest, PeriodsReplaceAllDatesButKeepANameWhereNoneIsStored) {
@@ -154,7 +163,8 @@ TEST_F(ReaderTest, LoadingTellsInOneMessageWhatWasNotFound) {
     EXPECT_EQ(result, text.empty() ? 0 : 9999) << data_source << periods;
     ASSERT_EQ(memory.boxes.boxes.size(), text.empty() ? 0U : 1U) << data_source << periods;
     if (text.empty()) continue;
-    const MessageBox box{text, "VokCubeQ17", MessageIcon::kInformation, MessageButtons::kOk, "", 0};
+    const MessageBox box{
+        text, test::kExecutable, MessageIcon::kInformation, MessageButtons::kOk, "", 0};
     EXPECT_EQ(memory.boxes.boxes[0], box);
     const bool has_periods = text.find(set) == std::string::npos;
     EXPECT_EQ(current.periods.SetName, has_periods ? "2024" : "") << "periods are always tried";

@@ -174,6 +174,9 @@ class NoSpreadsheet : public Spreadsheet {
   }
 };
 
+/// A title that comes from the executable must not come from the product.
+inline constexpr char kExecutable[] = "VokExecutable";
+
 /// All of it. The component's folder is "component".
 struct MemoryHost {
   MemoryFiles files;
@@ -186,7 +189,14 @@ struct MemoryHost {
   NoSpreadsheet no_spreadsheet;
 
   Host On(Database& database) {
-    return {{.folder = "component"}, files, registry, locale, clock, boxes, database, no_cube,
+    return {{.folder = "component", .executable_name = kExecutable},
+            files,
+            registry,
+            locale,
+            clock,
+            boxes,
+            database,
+            no_cube,
             no_spreadsheet};
   }
   Host host = On(no_database);

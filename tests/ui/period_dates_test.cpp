@@ -7,6 +7,7 @@
 
 #include "platform/failure.h"
 #include "tests/support/ui/window_host.h"
+#include "ui/period_names.h"
 
 namespace vok {
 namespace {
@@ -15,7 +16,8 @@ constexpr int kRow = 4;
 
 using enum MessageIcon;
 const MessageBox kNotValid{" Not Valid date ", "", kNone, {}, "", 0};
-const MessageBox kInvalid{"Invalid date entered at period", "VokCubeQ17", kCritical, {}, "", 0};
+const MessageBox kInvalid{
+    "Invalid date entered at period", test::kExecutable, kCritical, {}, "", 0};
 
 struct Window {
   explicit Window(const std::string& locale) : desk(locale), dates(desk.services, form) {
@@ -158,8 +160,14 @@ TEST(PeriodDates, AutoFillShowsWhatTheWizardFilledAndTheRest) {
       wizard.SetText("txtP2", "3");
       wizard.Click(filled ? "cmdOk" : "cmdCancel");
     }};
+    const std::string before = window.dates.Entered();
     window.form.Click("cmdAutoFill");
     const std::string none = "30/12/1899|30/12/1899";
+    EXPECT_EQ(window.dates.Entered() == before, !filled) << "looking at the wizard changes nothing";
+    for (const auto& [field, row] : {std::pair("txtDate1", 1), {"txtDate2", kRow}}) {
+      const bool is_zero = window.form.Text({field, row}) == "30/12/1899";
+      EXPECT_EQ(window.form.At({field, row}).Dimmed, is_zero) << field << filled;
+    }
     EXPECT_EQ(window.Dates(kRow), "05/05/2023|30/12/1899");
     EXPECT_EQ(window.Dates(1), filled ? "01/01/2024|31/01/2024" : none);
     EXPECT_EQ(window.Dates(2), filled ? "01/02/2024|29/02/2024" : none);
@@ -167,6 +175,103 @@ TEST(PeriodDates, AutoFillShowsWhatTheWizardFilledAndTheRest) {
     EXPECT_EQ(window.Dates(11), none);
     EXPECT_TRUE(window.form.At({"Comupd", 11}).Enabled);
     EXPECT_THAT(window.boxes(), testing::IsEmpty());
+  }
+}
+
+TEST(PeriodDates, ANameIsMarkedWhileItSaysAnotherTimeThanItsRow) {
+  struct {
+    const char *locale, *name, *from, *until;
+    bool contradicts;
+    bool given = true;
+  } const cases[] = {
+      {"en_GB", "Jan 2024", "2013-01-01", "2013-01-31", true},
+      {"en_GB", "Jan 2013", "2013-01-01", "2013-01-31", false},
+      {"en_US", "January 2013", "2013-02-01", "2013-02-28", true},
+      {"ru_RU", "январь 2013", "2013-02-01", "2013-02-28", true},
+      {"he_IL", "ינואר 2013", "2013-01-01", "2013-01-31", false},
+      {"en_GB", "Jan 2013", "2013-01-01", "2013-03-31", true},
+      {"en_GB", "January", "2013-02-01", "2013-02-28", false},  // of which year is not said
+      {"en_GB", "2013-01", "2013-02-01", "2013-02-28", true, false},
+      {"en_GB", "2013 Q1", "2013-04-01", "2013-06-30", true, false},
+      {"en_GB", "2013 Q1", "2013-01-01", "2013-06-30", true, false},
+      {"en_GB", "2013 Q1", "2013-02-01", "2013-02-28", false, false},
+      {"en_GB", "2013 H2", "2013-07-01", "2013-12-31", false, false},
+      {"en_GB", "2013-07 - 2014-06", "2013-07-01", "2014-06-30", false, false},
+      {"en_GB", "2013", "2013-07-01", "2014-06-30", false, false},  // a business year
+      {"en_GB", "2013", "2014-07-01", "2015-06-30", true, false},
+      {"en_GB", "2013-13", "2013-12-01", "2013-12-31", false},
+      {"en_GB", "Budget of 2012 for 2013", "2013-01-01", "2013-12-31", false},
+      {"en_GB", "Budget 2012", "2013-01-01", "2013-12-31", true},
+      {"en_GB", "Plan 20125", "2013-01-01", "2013-12-31", false},
+      {"en_GB", "Spring", "2013-01-01", "2013-12-31", false},
+      {"en_GB", "2012", "", "2013-12-31", true, false},
+      {"en_GB", "2012", "", "", false, false},
+      {"en_GB", "", "2013-01-01", "2013-12-31", false, false},
+  };
+  for (const auto& [locale, name, from, until, contradicts, given] : cases) {
+    SCOPED_TRACE(std::string(name) + " " + from);
+    for (const bool name_first : {true, false}) {
+      Window window(locale);
+      if (name_first) window.form.SetText({"TextPeriod", kRow}, name);
+      window.form.SetText({"txtDate1", kRow}, from);
+      window.form.SetText({"txtDate2", kRow}, until);
+      window.form.SetText({"TextPeriod", kRow}, name);
+      const Control& field = window.form.At({"TextPeriod", kRow});
+      EXPECT_EQ(field.Error, contradicts);
+      EXPECT_EQ(field.ToolTipText.empty(), !contradicts);
+      EXPECT_EQ(IsGivenName(name), given);
+      window.form.SetText({"txtDate1", kRow}, "");
+      window.form.SetText({"txtDate2", kRow}, "");
+      EXPECT_FALSE(field.Error);
+    }
+  }
+}
+
+TEST(PeriodDates, PeriodsAreNamedByTheirDatesAndGivenNamesOnlyWhenThePersonSaysSo) {
+  const char* const rows[][3] = {{"2024-01", "2013-01-01", "2013-03-31"},
+                                 {"", "2013-04-01", "2013-09-30"},
+                                 {"Jan & Feb 2024", "2013-02-01", "2013-03-31"},
+                                 {"2013", "2013-01-01", "2013-12-31"},
+                                 {"Spring", "", "2013-03-31"},
+                                 {"Wrong", "2013-03-31", "2013-01-01"},
+                                 {"", "2013-01-01", "2013-12-31"}};
+  struct {
+    const char* click;
+    int index;
+    std::vector<const char*> names;
+  } const cases[] = {
+      {"cmdCancel", kNoIndex, {"2024-01", "", "Jan & Feb 2024", "2013", "Spring", "Wrong", ""}},
+      {"cmdAnswer",
+       1,
+       {"2013 Q1", "2013-04 - 2013-09", "Jan & Feb 2024", "2013", "Spring", "Wrong", "2013"}},
+      {"cmdAnswer",
+       0,
+       {"2013 Q1", "2013-04 - 2013-09", "2013-02 - 2013-03", "2013", "Spring", "Wrong", "2013"}}};
+  for (const auto& [click, index, names] : cases) {
+    Window window("en_GB");
+    int number = 0;
+    for (const auto& [name, from, until] : rows) {
+      window.form.SetText({"TextPeriod", number}, name);
+      window.form.SetText({"txtDate1", number}, from);
+      window.form.SetText({"txtDate2", number++}, until);
+    }
+    int asked = 0;
+    window.desk.toolkit.in_window = {[&, id = ControlId(click, index)](Form& question) {
+      EXPECT_EQ(question.Caption, "Rename these periods, too?");
+      EXPECT_EQ(question.At({"lblRow", 0}).Caption, "Jan && Feb 2024");
+      EXPECT_EQ(question.At({"lblRow", 1}).Caption, "2013-02 - 2013-03");
+      EXPECT_FALSE(question.Has({"lblRow", 2}));
+      ++asked;
+      question.Click(id);
+    }};
+    window.form.Click("cmdNamePeriods");
+    EXPECT_EQ(asked, 1);
+    for (int row = 0; row < number; ++row) {
+      EXPECT_EQ(window.form.Text({"TextPeriod", row}), names[static_cast<std::size_t>(row)]);
+    }
+    if (index != 0) continue;
+    window.form.Click("cmdNamePeriods");
+    EXPECT_EQ(window.desk.toolkit.shown.size(), 1U) << "there is nothing more to ask";
   }
 }
 

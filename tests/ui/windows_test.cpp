@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <charconv>
+#include <filesystem>
 #include <fstream>
 
 #include "env/string_table.h"
@@ -29,7 +30,31 @@ MessageBox Box(const std::string& text, MessageIcon icon = MessageIcon::kExclama
   return {text, kProduct, icon, buttons, "", 0};
 }
 
+/// All that a question says, part by part.
+std::string SaidBy(const Form& question) {
+  std::string said = question.Caption;
+  for (const Control& control : question.Controls()) {
+    if (control.Type != ControlType::kFrame) said += "|" + WithoutAccessMark(control.Caption);
+  }
+  return said;
+}
+
+MessageBox Critical(const std::string& text) {
+  return {text, test::kExecutable, MessageIcon::kCritical, MessageButtons::kOk, "", 0};
+}
+
 struct WindowsTest : testing::Test {
+  /// The next question is answered with its button `answer`; with "Cancel" for `kCancelled`.
+  static constexpr int kCancelled = -1;
+  void Answer(int answer) {
+    desk.toolkit.in_window = {[this, answer](Form& question) {
+      asked.push_back(SaidBy(question));
+      question.Click(answer == kCancelled ? ControlId("cmdCancel")
+                                          : ControlId("cmdAnswer", answer));
+    }};
+  }
+  std::vector<std::string> asked;
+
   /// What the window shows of the run of the sample, whose clock stands still.
   void ExpectResult(Form& form, const std::string& workbook, std::size_t rows) {
     EXPECT_TRUE(form.At("fraResult").Visible);
@@ -132,8 +157,6 @@ TEST_F(WindowsTest, WhatCannotBeDoneIsToldAndChangesNothing) {
   Form& form = window->form();
   const MessageBox nothing = Box("Choose a data source and name the workbook.");
   const MessageBox no_source = Box("No Data Source selected!\r\n Save of datasource Canceled!");
-  const MessageBox ask =
-      Box("Save the changes?", MessageIcon::kQuestion, MessageButtons::kYesNoCancel);
   struct {
     const char* what;
     std::function<void()> act;
@@ -162,18 +185,18 @@ TEST_F(WindowsTest, WhatCannotBeDoneIsToldAndChangesNothing) {
       {"close with changes, the question left",
        [&] {
          form.Visible = true;
-         desk.memory.boxes.answer = MessageAnswer::kCancel;
+         Answer(kCancelled);
          form.Click("mnuClose");
          EXPECT_TRUE(form.Visible);
        },
-       {ask}},
+       {}},
       {"close without saving",
        [&] {
-         desk.memory.boxes.answer = MessageAnswer::kNo;
+         Answer(1);
          form.Click("cmdClose");
          EXPECT_FALSE(form.Visible);
        },
-       {ask}},
+       {}},
   };
   for (const auto& [what, act, boxes] : cases) {
     act();
@@ -181,6 +204,9 @@ TEST_F(WindowsTest, WhatCannotBeDoneIsToldAndChangesNothing) {
   }
   EXPECT_TRUE(ReadEditedPeriods(desk.host, desk.publics.environment, "periods"))
       << "the period set is saved before the data source is refused";
+  EXPECT_THAT(asked, testing::Each("Save the changes?|Changes that are not saved:|unknown|Save|"
+                                   "Discard|Cancel"));
+  EXPECT_EQ(asked.size(), 2U);
 }
 
 TEST_F(WindowsTest, AQueryThatRunsCanBeStoppedAndNothingElseBeDone) {
@@ -274,8 +300,7 @@ TEST_F(WindowsTest, MeasuresThatTheCubeLacksAreMarkedAndTold) {
   setting.MoneySets[6].Measure = "Loss";
   SaveMoneyMeasures(desk.host, desk.publics.environment, setting);
   window->form().Raise(FormEvent::kClicked, "comboDataSource");
-  EXPECT_THAT(desk.TakeBoxes(),
-              ElementsAre(Box("MEASURES \r\n\r\nProfit\r\nLoss", MessageIcon::kCritical)));
+  EXPECT_THAT(desk.TakeBoxes(), ElementsAre(Critical("MEASURES \r\n\r\nProfit\r\nLoss")));
   std::string marked;
   for (int row = 0; row < kMoneySetCount; ++row) {
     const bool error = window->form().At({"TextMeasure", row}).Error;
@@ -298,8 +323,7 @@ TEST_F(WindowsTest, ASettingWhoseCubeFileIsGoneIsShownAndSaysSo) {
   };
   form.Raise(FormEvent::kClicked, "comboDataSource");
   EXPECT_THAT(desk.TakeBoxes(),
-              ElementsAre(gone("UpdObsList", "FrmPeriosd"),
-                          Box("MEASURES \r\n\r\nAmount", MessageIcon::kCritical)));
+              ElementsAre(gone("UpdObsList", "FrmPeriosd"), Critical("MEASURES \r\n\r\nAmount")));
   EXPECT_EQ(form.Text("CmbObs"), "Ledger1");
   desk.toolkit.in_window = {[](Form& option) { option.Click("cmdOk"); }};
   form.Click("cmdOptions");
@@ -369,33 +393,90 @@ TEST_F(WindowsTest, UnsavedEntriesAreAskedAboutBeforeAnotherSetReplacesThem) {
       << "a typed name loads while nothing is unsaved";
   desk.TakeBoxes();
   struct {
-    MessageAnswer answer;
+    int answer;
     const char* name;
     const char* period;
     const char* stored;
-  } const cases[] = {{MessageAnswer::kCancel, "half 1", "Edited", "Spring"},
-                     {MessageAnswer::kNo, "Other", "Autumn", "Spring"},
-                     {MessageAnswer::kYes, "Other", "Autumn", "Edited"}};
+  } const cases[] = {{kCancelled, "half 1", "Edited", "Spring"},
+                     {1, "Other", "Autumn", "Spring"},
+                     {0, "Other", "Autumn", "Edited"}};
   for (const auto& [answer, name, period, stored] : cases) {
     form.SetText({"TextPeriod", 0}, "Edited");
     form.SetText("ComboPeriods", "Other");
     form.Leave("ComboPeriods");
     EXPECT_EQ(form.Text({"TextPeriod", 0}), "Edited") << "a typed name never replaces entries";
     form.SetText("ComboPeriods", "half 1");
-    desk.memory.boxes.answer = answer;
+    Answer(answer);
     form.Choose("ComboPeriods", form.At("ComboPeriods").List[0] == "Other" ? 0 : 1);
-    EXPECT_THAT(desk.TakeBoxes(), ElementsAre(Box("Save the changes?", MessageIcon::kQuestion,
-                                                  MessageButtons::kYesNoCancel)));
+    EXPECT_EQ(asked.back(),
+              "Save the changes?|Changes that are not saved:|half 1|Save|Discard|Cancel");
     EXPECT_EQ(form.Text("ComboPeriods"), name);
     EXPECT_EQ(form.Text({"TextPeriod", 0}), period);
     EXPECT_EQ(
         ReadEditedPeriods(desk.host, desk.publics.environment, "Half 1")->Period(1).PeriodName,
         stored);
-    desk.memory.boxes.answer = MessageAnswer::kNo;
+    Answer(1);
     form.SetText("ComboPeriods", "half 1");
     form.Raise(FormEvent::kClicked, "ComboPeriods");
-    desk.TakeBoxes();
+    EXPECT_THAT(desk.TakeBoxes(), IsEmpty());
   }
+}
+
+TEST_F(WindowsTest, ChangedSetsShowInTheTitleAndARunSaysWhichOfThemItReads) {
+  const auto window = desk.Open();
+  Form& form = window->form();
+  const std::string title = form.Caption;
+  const auto changed = [&] { return form.Caption.substr(title.size()); };
+  EXPECT_EQ(title, "Query Cube to QEL [v16.8.28]");
+  form.Type({"TextPeriod", 0}, "S");
+  EXPECT_EQ(changed(), " - *Periods") << "while it is typed";
+  form.Type({"TextPeriod", 0}, "");
+  EXPECT_EQ(changed(), "") << "and taken back";
+  form.Type("txtActFile", "acts");
+  EXPECT_EQ(changed(), " - *Data source");
+  desk.FillIn(form);
+  EXPECT_EQ(changed(), " - *Sales, *Half 1");
+  form.Click("ComSaveSet");
+  EXPECT_EQ(changed(), "");
+  form.Type({"TextPeriod", 0}, "R&D");
+  form.SetText("txtOutput", desk.folder.File("out"));
+  struct {
+    int answer;
+    const char* ran;     ///< name of period 1 in the run; "": there was none
+    const char* stored;  ///< and in the database
+    const char* changed;
+  } const cases[] = {{kCancelled, "", "Spring", " - *Half 1"},
+                     {1, "Spring", "Spring", " - *Half 1"},
+                     {0, "R&D", "R&D", ""}};
+  for (const auto& c : cases) {
+    desk.publics.settings = {};
+    desk.publics.last_run = {};
+    Answer(c.answer);
+    desk.toolkit.in_run = [&] { EXPECT_EQ(changed(), c.changed) << "as the run is shown"; };
+    form.Click("mnuRun");
+    EXPECT_EQ(asked.back(),
+              "Save the changes?|Changes that are not saved:|Half 1|Save and run|"
+              "Run as saved|Cancel");
+    EXPECT_EQ(desk.publics.settings.periods.Period(1).PeriodName, c.ran);
+    EXPECT_EQ(desk.publics.last_run.workbook.empty(), std::string(c.ran).empty());
+    EXPECT_EQ(form.Text({"TextPeriod", 0}), "R&D");
+    EXPECT_EQ(changed(), c.changed);
+    EXPECT_EQ(
+        ReadEditedPeriods(desk.host, desk.publics.environment, "Half 1")->Period(1).PeriodName,
+        c.stored);
+  }
+  EXPECT_EQ(asked.size(), 3U);
+  form.SetText("ComboPeriods", "");
+  form.Click("ComSaveSet");
+  desk.TakeBoxes();
+  EXPECT_EQ(changed(), "");
+  // Looking at the wizard changes nothing, though the rows then show their zero dates.
+  desk.toolkit.in_window = {[](Form& wizard) { wizard.Click("cmdCancel"); }};
+  form.Click("cmdAutoFill");
+  EXPECT_EQ(form.Text({"txtDate1", 11}), "30/12/1899");
+  EXPECT_EQ(changed(), "");
+  form.Click("cmdClose");
+  EXPECT_EQ(asked.size(), 3U);
 }
 
 TEST_F(WindowsTest, TheHostProgramOpensTheWindowOnItsDatabase) {
@@ -416,6 +497,45 @@ TEST_F(WindowsTest, TheHostProgramOpensTheWindowOnItsDatabase) {
   EXPECT_THAT(desk.toolkit.shown, ElementsAre("FrmPeriods"));
   EXPECT_THAT(desk.toolkit.help, ElementsAre(HasSubstr("VarnelHeb.Chm")));
   EXPECT_THAT(desk.TakeBoxes(), IsEmpty());
+}
+
+TEST_F(WindowsTest, FilesArePickedFromTheSettingsFolder) {
+  const auto window = desk.Open();
+  Form& form = window->form();
+  desk.toolkit.picked = "picked";
+  const auto open_cube = [&] {
+    desk.toolkit.in_window = {[&](Form& selection) {
+      std::filesystem::current_path("/");
+      selection.Click("ComCubeFile");
+    }};
+    form.Click("cmdCube");
+    desk.TakeBoxes();
+  };
+  struct {
+    const char* title;
+    const char* filter;
+    int32_t flags;
+    std::function<void()> act;
+  } const cases[] = {
+      {" - Open a file", "*.*|*.*", 4100, [&] { form.Click("cmdVarnelMDB"); }},
+      {" - Open a file", "*.*|*.*", 4100, [&] { form.Click("cmdActFile"); }},
+      {" - Open a file", "Cub files(*.cub)|*.cub", 4100, open_cube},
+      {" - Save a file", "Excel files(*.xlsX)|*.xlsX", 2052, [&] { form.Click("cmdOutput"); }},
+  };
+  for (const auto& c : cases) {
+    std::filesystem::current_path("/");
+    c.act();
+    const FileDialog& dialog = desk.toolkit.dialogs.back();
+    EXPECT_EQ(dialog.title, test::kExecutable + std::string(c.title));
+    EXPECT_EQ(dialog.filter, c.filter);
+    EXPECT_EQ(dialog.flags, c.flags);
+    EXPECT_EQ(desk.toolkit.folders.back(), desk.settings) << c.filter;
+  }
+  EXPECT_EQ(desk.toolkit.dialogs.size(), std::size(cases));
+  for (const char* field : {"txtVarnelMDB", "txtActFile", "txtOutput"}) {
+    EXPECT_EQ(form.Text(field), "picked");
+  }
+  std::filesystem::current_path("/");
 }
 
 TEST_F(WindowsTest, ACubeIsChosenFromAFileThatHasOne) {
@@ -443,9 +563,6 @@ TEST_F(WindowsTest, ACubeIsChosenFromAFileThatHasOne) {
   ASSERT_EQ(boxes.size(), 1U);
   EXPECT_THAT(boxes[0].text, HasSubstr("Function : ComCubeFile_Click\r\nModule : frmCube"));
   ASSERT_EQ(desk.toolkit.dialogs.size(), 4U);
-  EXPECT_EQ(desk.toolkit.dialogs[0].title, "VokCubeQ17 - Open a file");
-  EXPECT_EQ(desk.toolkit.dialogs[0].filter, "Cub files(*.cub)|*.cub");
-  EXPECT_EQ(desk.toolkit.dialogs[0].flags, 4100);
   window.UpdListCube(nullptr);
   EXPECT_THAT(desk.TakeBoxes(), ElementsAre(Box("QeL cube not found...")));
 }

@@ -24,6 +24,10 @@ class Label : public ControlView {
     label.setTextFormat(Qt::PlainText);
     label.setWordWrap(control.Grows);
     label.setMinimumWidth(TextWidth(control, label));
+    // whatever letters its text has
+    if (label.isRightToLeft()) {
+      label.setAlignment(Qt::AlignRight | Qt::AlignAbsolute | Qt::AlignVCenter);
+    }
   }
   /// A label that leads to no control shows no access key; its text can be copied.
   void Draw(const Control& control) override {

@@ -99,7 +99,7 @@ struct RealDesk {
   ImpatientDatabase database{files, locale};
   olap::OlapCubeServices cube{files, locale};
   xlsx::XlsxSpreadsheet spreadsheet{files};
-  Host host{{.folder = folder.path()},
+  Host host{{.folder = folder.path(), .executable_name = kExecutable},
             files,
             memory.registry,
             locale,

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <deque>
+#include <filesystem>
 #include <functional>
 #include <string>
 #include <vector>
@@ -25,6 +26,7 @@ class ScriptedToolkit : public Toolkit {
   }
   std::string PickFile(const FileDialog& dialog) override {
     dialogs.push_back(dialog);
+    folders.push_back(std::filesystem::current_path());
     return picked;
   }
   void OpenOnDesktop(const std::string& path) override { opened.push_back(path); }
@@ -39,6 +41,7 @@ class ScriptedToolkit : public Toolkit {
   std::string picked;
   std::vector<std::string> shown;
   std::vector<FileDialog> dialogs;
+  std::vector<std::string> folders;  ///< the current one as each dialog was shown
   std::vector<std::string> help;
   std::vector<std::string> opened;
 };

@@ -56,11 +56,11 @@ struct QtDesk : test::RealDesk {
              tables,         cube,  spreadsheet};
 };
 
-constexpr char kNoBox[] = "Query Cube to QEL [v16.8.28]";
+constexpr char kNoBox[] = "Query Cube to QEL [v16.8.28] - *Periods";
 constexpr char kDiscard[] = R"(
     close
     front Save the changes?
-    press Alt+N)";
+    press Alt+D)";
 
 std::string Replaced(std::string script, const std::string& what, const std::string& by) {
   for (auto at = script.find(what); at != script.npos; at = script.find(what, at + by.size())) {
@@ -99,7 +99,9 @@ TEST(QtWindows, ASettingIsMadeSavedLoadedAndRun) {
         click txtCountMoney
         press Ctrl+A
         type x
+        press Shift+Tab
         see txtCountMoney
+        press Tab
         type 2
         shot options-LANGUAGE
         press Return
@@ -131,12 +133,38 @@ TEST(QtWindows, ASettingIsMadeSavedLoadedAndRun) {
         type OUT
         press Ctrl+S
         shot main-LANGUAGE
+        click TextPeriod(0)
+        press Ctrl+A
+        type Jan 2024
+        press Tab
+        shot marked-LANGUAGE
+        click cmdNamePeriods
+        front Rename these periods, too?
+        shot rename-LANGUAGE
+        press Return
+        see TextPeriod(0) 2009-01
+        see TextPeriod(11) 2009-12
+        shot named-LANGUAGE
         press F5
+        front Save the changes?
+        focus cmdAnswer(0)
+        shot run-LANGUAGE
+        click cmdAnswer(1)
         await fraResult
         see txtResult OUT.xlsX
         focus cmdOpenWorkbook
         shot result-LANGUAGE
-        close)",
+        click cmdCleanDates
+        click TextPeriod(0)
+        press Ctrl+A
+        type Jan 2024
+        click cmdAutoFill
+        press Esc
+        shot zero-LANGUAGE
+        close
+        front Save the changes?
+        shot close-LANGUAGE
+        click cmdAnswer(1))",
                                   "OUT", desk.folder.File("out"));
     script = Replaced(script, "LANGUAGE", std::to_string(language));
     const test::Person person(script);
@@ -182,6 +210,41 @@ TEST(QtWindows, DatesAreTakenAsTypedAndRefusedInTheirField) {
   }
 }
 
+TEST(QtWindows, ARowWithItsOpeningBalanceTakesADateKeyByKey) {
+  constexpr char kBox[] = "press Return\nfront Query Cube to QEL [v16.8.28]\nclose";
+  struct {
+    const char* country;
+    const char* typed;
+    const char* leave;
+    const char* end = kDiscard;
+  } const cases[] = {{"en_GB", "15/03/2024", "press Tab"},
+                     {"en_US", "3/15/2024", "press Tab"},
+                     {"sv_SE", "2024-03-15", "press Shift+Tab"},
+                     {"en_GB", "15/03/2024", "press Alt+M"},
+                     {"en_GB", "15/03/2024", "click chkFromD"},
+                     {"en_GB", "15/03/2024", "click Comupd(0)"},
+                     {"en_GB", "15/03/2024", "click cmdNamePeriods"},
+                     {"en_GB", "15/03/2024", "close", "front Save the changes?\npress Alt+D"},
+                     {"en_GB", "15/03/2024", "press F5", "press Return\nclose\npress Alt+D"},
+                     {"en_GB", "15/03/2024", "press Ctrl+S", kBox},
+                     {"en_GB", "15/03/2024", "click ComSaveSet", kBox}};
+  for (const auto& [country, typed, leave, end] : cases) {
+    SCOPED_TRACE(std::string(country) + " " + leave);
+    QtDesk desk(country);
+    const auto window = desk.OpenDrawn();
+    window->form().At({"Comupd", 0}).Enabled = true;
+    std::string script = "click CheckItraPticha(0)\nclick txtDate1(0)\n";
+    for (const char* key = typed; *key != 0; ++key) {
+      script +=
+          std::string("type ") + *key + "\nsee txtDate1(0) " + std::string(typed, key + 1) + "\n";
+    }
+    const test::Person person(script + leave + "\n" + end);
+    window->Show();
+    EXPECT_EQ(window->form().Text({"txtDate1", 0}),
+              desk.customs.ShortDate(Date::FromCivil(2024, 1, 1)));
+  }
+}
+
 TEST(QtWindows, WhateverClosesAWindowAsksFirstForWhatWouldBeLost) {
   // who gives up is not held by a wrong date
   constexpr std::pair<const char*, const char*> kCases[] = {{"abc", "close"},
@@ -195,7 +258,7 @@ TEST(QtWindows, WhateverClosesAWindowAsksFirstForWhatWouldBeLost) {
     const test::Person person(
         "click TextPeriod(0)\ntype x\nclick txtDate1(0)\ntype " + std::string(date) + "\n" +
         Replaced("HOW\nfront Save the changes?\npress Esc\n"
-                 "see TextPeriod(0) x\nHOW\nfront Save the changes?\npress Alt+N",
+                 "see TextPeriod(0) x\nHOW\nfront Save the changes?\npress Alt+D",
                  "HOW", how));
     window->Show();
     EXPECT_FALSE(window->form().Visible);

@@ -8,6 +8,7 @@
 #include "env/text_numbers.h"
 #include "hosts/system/system_host.h"
 #include "hosts/windows/view/windows_desktop.h"
+#include "settings/edited_sets.h"
 #include "settings/schema.h"
 #include "settings/writer.h"
 #include "tests/hosts/windows/view/person.h"
@@ -45,7 +46,7 @@ struct Desk {
     periods.SetName = "Half years";
     periods.Period(1) = {"First half", Date::FromCivil(2009, 1, 1), Date::FromCivil(2009, 6, 30),
                          false};
-    periods.Period(3) = {"שנה", Date::FromCivil(2009, 1, 1), Date::FromCivil(2009, 12, 31), true};
+    periods.Period(3) = {"שנה", Date::FromCivil(2009, 1, 1), Date::FromCivil(2010, 12, 31), true};
     SavePeriods(host, publics.environment, periods);
   }
 
@@ -86,11 +87,17 @@ TEST(QueryWindow, IsFilledInRunAndClosedByAPerson) {
         "{click ComMeasure(2)}{wait OPTIONS}{picture options-LANG}Amount{Enter}{wait MAIN}"
         "{click cmdCube}{wait CUBE}{picture cube-LANG}{Esc}{wait MAIN}"
         "{click cmdAutoFill}{wait WIZARD}{Down}{Tab}1/1/2009{picture wizard-LANG}{Esc}{wait MAIN}"
-        "{Ctrl+S}{F5}{await fraResult}{picture result-LANG}{Alt+F4}";
+        "{click TextPeriod(0)}{Ctrl+A}Jan 2024{Tab}{picture zero-LANG}"
+        "{click cmdNamePeriods}{wait RENAME}{picture rename-LANG}{Enter}{wait MAIN}"
+        "{Ctrl+S}{click TextPeriod(2)}{Tab}2010-03-15{F5}{wait SAVE}{picture run-LANG}{Enter}"
+        "{wait MAIN}{await fraResult}{picture result-LANG}"
+        "{click TextPeriod(5)}x{Alt+F4}{wait SAVE}{Tab}{Enter}";
     acts = Named(acts, "MAIN", window.form().Caption);
     acts = Named(acts, "EXE", desk.host.component.executable_name);
     acts = Named(acts, "OPTIONS", StringTableText(text_number::kOptionWindow));
     acts = Named(acts, "CUBE", StringTableText(text_number::kCubeWindow));
+    acts = Named(acts, "RENAME", StringTableText(text_number::kAskRename));
+    acts = Named(acts, "SAVE", StringTableText(text_number::kAskSave));
     acts = Named(acts, "WIZARD", StringTableText(text_number::kLinearDatesWindow));
     acts = Named(acts, "OUT", desk.folder.File("out"));
     acts = Named(acts, "LANG", std::to_string(language));
@@ -98,6 +105,11 @@ TEST(QueryWindow, IsFilledInRunAndClosedByAPerson) {
     window.Show();
     EXPECT_TRUE(std::filesystem::exists(desk.folder.File("out.xlsX")));
     EXPECT_EQ(window.form().Text({"TextMeasure", 2}), "Amount");
+    EXPECT_EQ(window.form().Text({"TextPeriod", 0}), "2009 H1");
+    const auto stored = ReadEditedPeriods(desk.host, desk.publics.environment, "Half years");
+    EXPECT_EQ(stored->Period(3).FromDate, Date::FromCivil(2010, 1, 1))
+        << "with its opening balance, typed key by key";
+    EXPECT_EQ(stored->Period(6).PeriodName, "") << "what was discarded";
   }
 }
 
