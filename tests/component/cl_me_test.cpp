@@ -98,43 +98,51 @@ TEST_F(ClMeTest, QinfoIsEmptyAfterAFailure) {
   EXPECT_THAT(memory.boxes.boxes, IsEmpty());
 }
 
-/// Fails with a number, 0 for none.
+/// Fails where it is told to; says what it was called with and which help file it found.
 struct FakeWindow : QueryWindow {
-  FakeWindow(int32_t number, std::string& calls) : number_(number), calls_(calls) {}
-  ~FakeWindow() override { calls_ += "unload"; }
+  FakeWindow(const std::function<void(const std::string&)>& called, const Publics& all)
+      : call(called), publics(all) {}
+  ~FakeWindow() override { call("unload"); }
   Value Initialize(std::string& name) override {
-    calls_ += "initialize " + name + ",";
-    if (number_ != 0) throw Failure(number_, "refused");
+    call("initialize " + name + " help=" + publics.help_file);
     return "result";
   }
-  void Show() override { calls_ += "show,"; }
-  int32_t number_;
-  std::string& calls_;
+  void Show() override { call("show"); }
+  const std::function<void(const std::string&)>& call;
+  const Publics& publics;
 };
 
 TEST_F(ClMeTest, ShowQCformReportsThroughErrorAlone) {
-  memory.files.files["component\\VarnelHeb.Chm"] = "";
+  const std::string init = "initialize db help=", help = "component\\VarnelHeb.Chm";
   const struct {
-    int32_t failing;
+    const char* failing;  ///< the beginning of the call that fails
+    int32_t number;
+    bool has_help;
     Value result;
     int32_t error;
-    const char* calls;
+    std::string calls;
   } cases[] = {
-      {0, "result", -7, "initialize db,show,unload"},
-      {13, Value::Array(1), 13, "initialize db,unload"},
-      {-2147467259, Value(), -7, "initialize db,unload"},
+      {"", 0, false, "result", -7, init + ";show;unload;"},
+      {"show", 13, false, Value::Array(1), 13, init + ";show;unload;"},
+      {"initialize", 13, true, Value::Array(1), 13, init + help + ";unload;"},
+      {"show", -2147467259, true, Value(), -7, init + help + ";show;unload;"},
+      {"", 0, true, "result", -7, init + help + ";show;unload;"},
   };
-  for (const auto& [failing, result, error, expected] : cases) {
+  for (const auto& c : cases) {
+    if (c.has_help) memory.files.files[help] = "";
     std::string calls, name = "db";
     int32_t number = -7;
-    clMe windowed(dated, publics, [&, fails = failing](const Host&, Publics&) {
-      return std::make_unique<FakeWindow>(fails, calls);
+    const std::function<void(const std::string&)> called = [&](const std::string& call) {
+      calls += call + ";";
+      if (c.number != 0 && call.starts_with(c.failing)) throw Failure(c.number, "refused");
+    };
+    clMe windowed(dated, publics, [&](const Host&, Publics& all) {
+      return std::make_unique<FakeWindow>(called, all);
     });
-    EXPECT_EQ(windowed.ShowQCform(number, name), result) << failing;
-    EXPECT_EQ(number, error) << failing;
-    EXPECT_EQ(calls, expected) << failing;
+    EXPECT_EQ(windowed.ShowQCform(number, name), c.result) << c.calls;
+    EXPECT_EQ(number, c.error) << c.calls;
+    EXPECT_EQ(calls, c.calls);
   }
-  EXPECT_EQ(publics.help_file, "component\\VarnelHeb.Chm");
   EXPECT_THAT(memory.boxes.boxes, IsEmpty());
 }
 

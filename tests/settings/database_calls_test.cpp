@@ -4,7 +4,9 @@
 
 #include <functional>
 
+#include "settings/edited_sets.h"
 #include "settings/exact_sets.h"
+#include "settings/reader.h"
 #include "settings/schema.h"
 #include "settings/store.h"
 #include "settings/writer.h"
@@ -108,6 +110,31 @@ TEST_F(DatabaseCallsTest, NothingIsOpenedWithoutAConnection) {
     const Failure failure = FailureOf(call);
     EXPECT_EQ(failure.number(), -2147221406);
     EXPECT_EQ(failure.source() + ": " + failure.description(), "GetRs: No valid Connection");
+  }
+}
+
+TEST_F(DatabaseCallsTest, SetsAreReadByTheseTextsAndAWindowsDataSourceAfterTheUpgrade) {
+  const auto open = [](const std::string& text) { return "open '" + text + "' -1 -1 -1"; };
+  const Lines qty = Each("column MoneySetsMeasures Qty", 0, 12, "/202/0");
+  const struct {
+    std::function<void()> read;
+    Lines lines;
+  } cases[] = {
+      {[&] { ListPeriodSets(host, environment); }, {open("SELECT * FROM Periods ")}},
+      {[&] { ListDataSources(host, environment); },
+       {open("SELECT SetName,CubeFile FROM DataSourceInfo ")}},
+      {[&] { ReadEditedPeriods(host, environment, " Год "); },
+       {open("SELECT * FROM Periods WHERE setname like 'Год'")}},
+      {[&] { ReadEditedDataSource(host, environment, "S"); },
+       Join({qty, {open("SELECT * FROM DataSourceInfo WHERE setname like 'S'")}})},
+  };
+  for (const auto& [read, expected] : cases) {
+    MoneyColumns(41);
+    Lines asked = Statements(read);
+    std::erase_if(asked, [](const std::string& line) {
+      return !line.starts_with("open ") && !line.starts_with("column ");
+    });
+    EXPECT_EQ(asked, expected);
   }
 }
 

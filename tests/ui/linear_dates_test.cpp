@@ -96,6 +96,28 @@ TEST(LinearDatesWizard, PeriodNumbersAreTakenOrErased) {
   }
 }
 
+TEST(LinearDatesWizard, TheChosenIntervalRunsUpToToday) {
+  struct {
+    int position;
+    const char* ends;
+  } const cases[] = {{0, "1: 2023-05-01 2023-05-31, 12: 2024-04-01 2024-04-30"},
+                     {1, "1: 2021-04-01 2021-06-30, 12: 2024-01-01 2024-03-31"},
+                     {2, "1: 2018-01-01 2018-06-30, 12: 2023-07-01 2023-12-31"},
+                     {3, "1: 2012-01-01 2012-12-31, 12: 2023-01-01 2023-12-31"}};
+  for (const auto& [position, ends] : cases) {
+    test::WindowHost desk("en_GB");
+    desk.memory.clock.now = Day("2024-05-15");
+    frmLiniarDates wizard(desk.services);
+    desk.toolkit.in_window = {[at = position](Form& form) {
+      EXPECT_EQ(form.At("lstInterval").ListIndex, 0);
+      form.Choose("lstInterval", at);
+      form.Click("cmdOk");
+    }};
+    EXPECT_TRUE(wizard.ShowForm());
+    EXPECT_EQ(Ends(wizard.FromDateArr, wizard.UntilDateArr), ends);
+  }
+}
+
 TEST(LinearDatesWizard, CancelFillsNothingAndANumberBeyondTheRowsIsReported) {
   test::WindowHost desk("en_GB");
   frmLiniarDates wizard(desk.services);
