@@ -7,6 +7,7 @@
 #include "cli/json_text.h"
 #include "cli/old_cube.h"
 #include "cli/terminal.h"
+#include "platform/shown_text.h"
 #include "providers/common/connection_text.h"
 #include "providers/olap/build/build_cube.h"
 #include "providers/olap/storage/cube_file.h"
@@ -19,7 +20,8 @@ class ProgressLine {
  public:
   void Show(const std::string& what, double done) const {
     if (terminal_) {
-      std::cerr << "\r\033[K" << what << ' ' << static_cast<int>(done * 100) << " %" << std::flush;
+      std::cerr << "\r\033[K" << OneLine(what) << ' ' << static_cast<int>(done * 100) << " %"
+                << std::flush;
     }
   }
   ~ProgressLine() {
@@ -52,10 +54,10 @@ void Build(const CommonOptions& common, const BuildOptions& options) {
   }
   const std::chrono::duration<double> taken = std::chrono::steady_clock::now() - start;
   for (const auto& cube : report.cubes) {
-    std::cout << cube.name << ": " << cube.facts << " facts, " << cube.stored_cells
+    std::cout << OneLine(cube.name) << ": " << cube.facts << " facts, " << cube.stored_cells
               << " stored cells\n";
   }
-  std::cout << request.output_path << ": " << report.file_bytes << " bytes, "
+  std::cout << OneLine(request.output_path) << ": " << report.file_bytes << " bytes, "
             << static_cast<int>(taken.count() * 1000) << " ms\n";
 }
 
@@ -161,22 +163,21 @@ Json CubesOfFile(const Host& host, const std::string& source) {
 }
 
 void PrintCube(const Json& cube) {
-  std::cout << "Cube " << cube["name"].get<std::string>();
-  if (cube.contains("catalog")) std::cout << " in " << cube["catalog"].get<std::string>();
+  std::cout << "Cube " << ShownText(cube["name"]);
+  if (cube.contains("catalog")) std::cout << " in " << ShownText(cube["catalog"]);
   if (cube.contains("facts")) std::cout << ", " << cube["facts"] << " facts";
   std::cout << "\n  Measures:";
-  for (const auto& measure : cube["measures"])
-    std::cout << ' ' << measure.get<std::string>() << ';';
+  for (const auto& measure : cube["measures"]) std::cout << ' ' << ShownText(measure) << ';';
   std::cout << '\n';
   const Json calculated = cube.value("calculatedMembers", Json::array());
   if (!calculated.empty()) std::cout << "  Calculated:";
-  for (const auto& member : calculated) std::cout << ' ' << member.get<std::string>() << ';';
+  for (const auto& member : calculated) std::cout << ' ' << ShownText(member) << ';';
   if (!calculated.empty()) std::cout << '\n';
   for (const auto& dimension : cube["dimensions"]) {
     for (const auto& hierarchy : dimension["hierarchies"]) {
-      std::cout << "  " << hierarchy["uniqueName"].get<std::string>() << ':';
+      std::cout << "  " << ShownText(hierarchy["uniqueName"]) << ':';
       for (const auto& level : hierarchy["levels"]) {
-        std::cout << ' ' << level["name"].get<std::string>() << " (" << level["members"] << ')';
+        std::cout << ' ' << ShownText(level["name"]) << " (" << level["members"] << ')';
       }
       std::cout << '\n';
     }

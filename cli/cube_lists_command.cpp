@@ -6,6 +6,7 @@
 #include "cli/json_text.h"
 #include "cube/discovery.h"
 #include "platform/failure.h"
+#include "platform/shown_text.h"
 
 namespace vok::cli {
 namespace {
@@ -44,7 +45,7 @@ void Print(const ListOptions& options, const char* what, const Names& names,
     document[what] = names;
     std::cout << JsonText(document);
   } else {
-    for (const std::string& name : names) std::cout << name << '\n';
+    for (const std::string& name : names) std::cout << OneLine(name) << '\n';
   }
 }
 

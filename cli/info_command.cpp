@@ -32,13 +32,13 @@ Json InfoDocument(const Value::Array& lists) {
 
 void PrintInfo(const Json& document) {
   std::cout << "Period sets\n";
-  for (const auto& name : document["periods"]) std::cout << "  " << name.get<std::string>() << '\n';
+  for (const auto& name : document["periods"]) std::cout << "  " << ShownText(name) << '\n';
   std::cout << "Data sources\n";
   for (const auto& source : document["dataSources"]) {
-    const auto file = source["CubeFile"].get<std::string>();
-    std::cout << "  " << source["SetName"].get<std::string>() << ": "
+    const std::string file = ShownText(source["CubeFile"]);
+    std::cout << "  " << ShownText(source["SetName"]) << ": "
               << (file.empty() ? "its cube file is not there"
-                               : file + "  " + source["CubeFileDate"].get<std::string>())
+                               : file + "  " + ShownText(source["CubeFileDate"]))
               << '\n';
   }
 }

@@ -10,7 +10,11 @@ namespace vok::cli {
 using Json = nlohmann::ordered_json;
 
 /// Indented by two blanks, with a line end. Bytes that are no UTF-8, as names of files may have
-/// them, become U+FFFD: JSON has no other way to write them.
+/// them, become U+FFFD: JSON has no other way to write them. All that a terminal might obey is
+/// escaped.
 std::string JsonText(const Json& document);
+
+/// A text of a document as a terminal shows it, on one line.
+std::string ShownText(const Json& text);
 
 }  // namespace vok::cli

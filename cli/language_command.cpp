@@ -6,6 +6,7 @@
 #include "cli/command.h"
 #include "cli/language_texts.h"
 #include "platform/files.h"
+#include "platform/shown_text.h"
 
 namespace vok::cli {
 namespace {
@@ -25,12 +26,12 @@ void Build(const CommonOptions& common, const BuildOptions& options) {
   const LanguageTexts texts =
       ParseLanguageTexts(ReadWholeFile(host.files, options.texts), options.texts);
   for (const std::string& note : LanguageNotes(texts)) {
-    std::cerr << options.texts << ": " << note << '\n';
+    std::cerr << OneLine(options.texts + ": " + note) << '\n';
   }
   const recordset::Rowset table = ToLanguageTable(texts);
   WriteWholeFile(host.files, options.table, recordset::WriteXmlRowset(table));
   std::cout << "Wrote " << table.rows.size() << " texts of " << texts.size() << " numbers to "
-            << host.files.NativePath(options.table) << '\n';
+            << OneLine(host.files.NativePath(options.table)) << '\n';
 }
 
 void Show(const CommonOptions& common, const std::string& path) {

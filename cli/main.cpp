@@ -8,6 +8,7 @@
 #include "cli/terminal.h"
 #include "platform/cube.h"
 #include "platform/failure.h"
+#include "platform/shown_text.h"
 
 namespace vok::cli {
 namespace {
@@ -30,8 +31,11 @@ void AddCommonOptions(CLI::App& app, CommonOptions& common) {
       ->type_name("DIR");
 }
 
+/// On one line: a name or a server's words cannot look like a failure of their own.
 int Report(const Failure& failure) {
-  std::cerr << failure.number() << ": " << failure.description() << '\n';
+  std::string text = failure.description();
+  text.resize(text.find_last_not_of(" \r\n") + 1);
+  std::cerr << failure.number() << ": " << OneLine(WithoutUsers(text)) << '\n';
   return failure.number() == kQueryCancelled ? kInterrupted : kFailed;
 }
 
@@ -59,7 +63,7 @@ std::string UnknownSubcommand(CLI::App& app) {
 }
 
 void PrintUnknown(const CLI::App& command, const std::string& word) {
-  std::cerr << "There is no subcommand \"" << word << "\"; there are:";
+  std::cerr << "There is no subcommand \"" << OneLine(word) << "\"; there are:";
   for (const auto* known : command.get_subcommands([](const auto*) { return true; })) {
     std::cerr << ' ' << known->get_name();
   }
@@ -85,7 +89,7 @@ int ParseAndRun(CLI::App& app, std::vector<std::string> arguments) {
   } catch (const CLI::ParseError& error) {
     status = Explain(app, error);
   } catch (const NothingWritten& reason) {
-    std::cerr << reason.what() << '\n';
+    std::cerr << OneLine(reason.what()) << '\n';
     status = kNothingWritten;
   }
   Flush();

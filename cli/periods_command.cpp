@@ -7,6 +7,7 @@
 #include "cli/command.h"
 #include "cli/print.h"
 #include "platform/failure.h"
+#include "platform/shown_text.h"
 #include "settings/all_sets.h"
 #include "settings/set_names.h"
 #include "settings/writer.h"
@@ -75,7 +76,8 @@ void Print(const PeriodSet& set) {
   for (int number = 1; number <= kPeriodCount; ++number) {
     const PeriodEntry& period = set.Period(number);
     std::cout << std::setw(2) << number << "  " << std::setw(10) << IsoDate(period.FromDate) << "  "
-              << std::setw(10) << IsoDate(period.UntilDate) << "  " << period.PeriodName << '\n';
+              << std::setw(10) << IsoDate(period.UntilDate) << "  " << OneLine(period.PeriodName)
+              << '\n';
   }
 }
 

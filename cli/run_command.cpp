@@ -10,6 +10,7 @@
 #include "component/workbook_writer.h"
 #include "env/environment.h"
 #include "platform/failure.h"
+#include "platform/shown_text.h"
 
 namespace vok::cli {
 namespace {
@@ -105,7 +106,8 @@ Json Document(const RunReport& report) {
 
 void Print(const RunReport& report) {
   if (!report.workbook.empty()) {
-    std::cout << "Workbook  " << report.workbook << '\n' << "Rows      " << report.rows << '\n';
+    std::cout << "Workbook  " << OneLine(report.workbook) << '\n'
+              << "Rows      " << report.rows << '\n';
   }
   std::cout << "Time      settings " << report.settings << " ms, cube " << report.cube
             << " ms, MDX " << report.mdx << " ms, grid " << report.grid << " ms, workbook "

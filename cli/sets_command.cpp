@@ -25,7 +25,7 @@ void Sets(const CommonOptions& common, SetsOptions& options) {
   if (options.json) {
     std::cout << JsonText(json);
   } else {
-    for (const auto& name : json) std::cout << name.get<std::string>() << '\n';
+    for (const auto& name : json) std::cout << ShownText(name) << '\n';
   }
 }
 

@@ -9,6 +9,7 @@
 #include "cli/settings_document.h"
 #include "env/environment.h"
 #include "platform/failure.h"
+#include "platform/shown_text.h"
 #include "settings/all_sets.h"
 #include "settings/exact_sets.h"
 #include "settings/set_names.h"
@@ -36,7 +37,7 @@ void NoteNames(const Sets& sets, const char* words) {
   for (const auto& set : sets) {
     const std::string problem = SetNameProblem(set.SetName);
     if (!problem.empty()) {
-      std::cerr << "Note: one " << words << ' ' << problem
+      std::cerr << "Note: one " << words << ' ' << OneLine(problem)
                 << " (vokcube settings rename gives it one)\n";
     }
   }
@@ -56,7 +57,7 @@ void Import(const CommonOptions& common, const std::string& path) {
   NoteNames(document.periods, kPeriodSetWords);
   std::cout << "Imported " << document.data_sources.size() << " data sources and "
             << document.periods.size() << " period sets into "
-            << host.files.NativePath(SettingsDatabase(environment.SettingsFolder)) << '\n';
+            << OneLine(host.files.NativePath(SettingsDatabase(environment.SettingsFolder))) << '\n';
 }
 
 void Export(const CommonOptions& common, const std::string& path) {

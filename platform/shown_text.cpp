@@ -62,6 +62,12 @@ bool IsHostAndPort(std::string_view authority) {
          authority.find('@') == authority.npos;
 }
 
+/// Of the path of a drive, such as "C:/x".
+bool EndsDrive(std::string_view start) {
+  const char before = start.size() < 2 ? ' ' : LowerAscii(start[start.size() - 2]);
+  return before < 'a' || before > 'z';
+}
+
 }  // namespace
 
 Letter TakeLetter(std::string_view& text) {
@@ -90,13 +96,14 @@ std::string OneLine(std::string_view text) {
 std::string Excerpt(std::string_view text) { return OneLine(Utf16Prefix(text, kExcerptUnits)); }
 
 std::string WithoutUsers(std::string_view text) {
-  constexpr std::string_view kMark = "://";
+  constexpr std::string_view kMark = ":/";  // mistyped addresses have one slash, or three
   std::string shown;
   for (std::size_t mark = text.find(kMark); mark != text.npos; mark = text.find(kMark)) {
     const std::size_t start = std::min(text.find_first_not_of('/', mark + 1), text.size());
+    const bool drive = EndsDrive(text.substr(0, mark));
     shown += text.substr(0, start);
     text.remove_prefix(start);
-    if (IsHostAndPort(text.substr(0, text.find_first_of("/?#;\"' \t\r\n")))) continue;
+    if (drive || IsHostAndPort(text.substr(0, text.find_first_of("/?#;\"' \t\r\n")))) continue;
     const std::size_t user = text.substr(0, text.find(kMark)).rfind('@');
     text.remove_prefix(user == text.npos ? 0 : user + 1);
   }

@@ -7,7 +7,8 @@
 
 namespace vok {
 
-/// Prints "title: text" and answers OK, or No to a question. The stream stays the caller's.
+/// Prints "title: text", further lines indented, and answers OK, or No to a question. The stream
+/// stays the caller's.
 class ConsoleMessageBoxes : public MessageBoxes {
  public:
   explicit ConsoleMessageBoxes(std::FILE* stream) : stream_(stream) {}

@@ -9,6 +9,8 @@
 namespace vok::xmla {
 namespace {
 
+constexpr std::string_view kLeftOut = "…";
+
 struct HostAndPort {
   std::string_view host;
   std::string_view port;  ///< "" when it is not given
@@ -37,11 +39,10 @@ bool IsFor(const std::string& server, const std::string& address) {
          (wanted.port.empty() || wanted.port == (target.port.empty() ? standard : target.port));
 }
 
-void Remove(std::string& words, std::string_view secret) {
-  if (secret.empty()) return;
-  for (std::size_t at = words.find(secret); at != words.npos; at = words.find(secret, at)) {
-    words.replace(at, secret.size(), "…");
-    at += std::string_view("…").size();
+void Replace(std::string& words, std::string_view secret) {
+  for (std::size_t at = words.find(secret); !secret.empty() && at != words.npos;
+       at = words.find(secret, at + kLeftOut.size())) {
+    words.replace(at, secret.size(), kLeftOut);
   }
 }
 
@@ -72,13 +73,12 @@ XmlaSettings WithoutLogin(XmlaSettings settings) {
 }
 
 std::string WithoutSecrets(std::string words, const XmlaSettings& settings) {
-  const std::string_view proxy = settings.proxy;
-  const std::size_t host = proxy.rfind('@');
-  const std::size_t scheme = proxy.find("://");
-  const std::size_t user = scheme == proxy.npos ? 0 : scheme + 3;
-  if (host != proxy.npos && host > user) Remove(words, proxy.substr(user, host + 1 - user));
-  Remove(words, settings.password);
-  return WithoutUsers(words);
+  Replace(words, settings.password);
+  const std::size_t end = words.rfind('@');
+  if (end == words.npos) return words;
+  const std::size_t quote = words.find('\'') + 1;  // 0: there is none
+  const std::size_t start = quote > 0 && quote < end ? quote : words.rfind(' ', end) + 1;
+  return words.replace(start, end - start, kLeftOut);
 }
 
 }  // namespace vok::xmla

@@ -16,8 +16,8 @@ std::string WhyNoLogin(const XmlaSettings& settings, const std::string& address)
 /// The settings without user, password and kind of login.
 XmlaSettings WithoutLogin(XmlaSettings settings);
 
-/// Words of a library or the system: without users in addresses, and without the passwords of the
-/// settings.
+/// Words of a library or the system without the password of the settings, and without users of
+/// proxies, which may be the system's own: from the quote, or else the blank, to the last "@".
 std::string WithoutSecrets(std::string words, const XmlaSettings& settings);
 
 }  // namespace vok::xmla

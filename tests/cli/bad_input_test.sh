@@ -14,7 +14,12 @@ cd "$3"
 export VOKCUBE_REGISTRY=$PWD/registry.reg
 failures=0
 
-# expect STATUS WORDS ARGUMENT...: what the program says holds the words, and once.
+# What a terminal would obey, in UTF-8: controls and marks that turn the direction. A line of CSV ends
+# with a return.
+obeyed='[\x01-\x08\x0b\x0c\x0e-\x1f\x7f]|\r.|\xc2[\x80-\x9f]|\xe2\x80[\xa8-\xae]|\xe2\x81[\xa6-\xa9]'
+
+# expect STATUS WORDS ARGUMENT...: what the program says holds the words, and once, and nothing that a
+# terminal obeys or that passes for a failure of its own.
 expect() {
   local status=0 wanted=$1 words=$2
   shift 2
@@ -22,6 +27,11 @@ expect() {
   if ((status != wanted)) || [[ $(grep -cF -- "$words" said) != 1 ]]; then
     printf 'FAILED: %s\n  status %s, expected %s and once: %s\n' "$*" "$status" "$wanted" "$words" >&2
     sed 's/^/  | /' said >&2
+    failures=$((failures + 1))
+  fi
+  if LC_ALL=C grep -qaP "$obeyed|^1111: forged" said; then
+    printf 'FAILED: %s\n  its names reach the terminal as they are:\n' "$*" >&2
+    cat -v said >&2
     failures=$((failures + 1))
   fi
 }
@@ -134,6 +144,35 @@ chmod 755 "$open"
 printf '[Xmla]\nPassword=secret\n' > "$open/Qel.ini"
 expect 1 "Keep them out: chmod 600 $open/Qel.ini" cube info http://127.0.0.1:1/ --settings-folder "$open"
 rm -r "$open"
+evil=$'\ec\n1111: forged' shown='\u001bc\n1111: forged'
+mkdir hostile
+cp "$data"/*.csv hostile
+sed -i "s/Domestic/\"Domestic\x1bc\n1111: forged\"/" hostile/files.csv
+sed "s/LedgerQEL/Ledger\&#x9b;2J\&#10;1111: forgedQEL/; s/\"Amount NIS\"/\"Amount\&#x9b;2J\&#10;1111: forged\"/" \
+  "$data/schema.xml" > hostile/schema.xml
+sed 's/"Domestic", "Var/"Set\\u001bc\\n1111: forged", "Var/; s/"Demo"/"Set\\u001bc\\n1111: forged"/
+  s/Jan 2024/Jan\\u001bc/' \
+  "$data/settings.json" > hostile/settings.json
+hostile=(--settings-folder hostile)
+expect 0 'Ledger\u009b2J\n1111: forgedQEL: ' cube build --schema hostile/schema.xml --data hostile \
+  --output hostile/ledger.cub
+expect 0 'Ledger\u009b2J\n1111: forgedQEL, ' cube info hostile/ledger.cub
+expect 0 'Amount\u009b2J\n1111: forged]"' cube info hostile/ledger.cub --json
+expect 0 'Ledger\u009b2J\n1111: forgedQEL' cube catalogs hostile/ledger.cub
+expect 0 'Amount\u009b2J\n1111: forged' cube measures hostile/ledger.cub
+expect 0 "Domestic$shown" cube members hostile/ledger.cub
+expect 1 "It has: \"Ledger\u009b2J" mdx hostile/ledger.cub --catalog x 'select from x'
+expect 1 "[x$shown]\" is not in cube" mdx ledger.cub "select [x$evil] on 0 from LedgerQEL"
+expect 0 "Imported" settings import hostile/settings.json "${hostile[@]}"
+expect 0 "Set$shown" sets Periods "${hostile[@]}"
+expect 0 "  Set$shown: ledger.cub" info "${hostile[@]}"
+expect 0 "\"Set$shown\"" sets DataSourceInfo --json "${hostile[@]}"
+expect 0 '2024-01-31  Jan\u001bc' periods fill "Set$evil" --first 2 --interval month --from 2024-01-01 \
+  "${hostile[@]}"
+expect 1 "named \"No$shown\"" settings delete periods "No$evil" "${hostile[@]}"
+expect 1 "Datasource Definition: No" run --data-source "No$evil" --periods "No$evil" --output out \
+  "${hostile[@]}"
+rm -r hostile
 everything='[Date].Members * [QeL].[QeL].Members * [ActX].[xlFile].Members * [MoneySet].Members
   * [Opening_Balance].Members'
 large="SELECT Filter($everything, [Measures].[Amount] < 1 - 1e15) ON 0 FROM [LedgerQEL]"
@@ -212,7 +251,7 @@ interrupt "stopped before its end" mdx endless.cub --timeout 60 \
   'SELECT [Measures].[m60] ON 0 FROM [LedgerQEL]'
 interrupt "stopped before its end; nothing was written" run --data-source Domestic --periods Demo \
   --output out --settings-folder endless
-rm -r endless/Log
+rm -rf endless/Log
 
 if [[ $(find . | sort) != "$before" ]]; then
   echo "FAILED: files were left behind" >&2

@@ -293,6 +293,12 @@ TEST(Logins, AreForTheHostThatServerNames) {
     EXPECT_THAT(said, HasSubstr(why)) << address;
     EXPECT_EQ(said.empty(), *why == '\0') << address;
   }
+  const std::pair<const char*, const char*> words[] = {
+      {"Unsupported proxy syntax in 'me:a b@c@h:x'", "Unsupported proxy syntax in '…@h:x'"},
+      {"no host http://me:a@h here", "no host …@h here"},
+      {"it's secret or so", "it's … or so"}};
+  settings.password = "secret";
+  for (const auto& [said, shown] : words) EXPECT_EQ(WithoutSecrets(said, settings), shown);
   XmlaSettings own;  // the system's login
   own.authentication = "negotiate";
   EXPECT_THAT(WhyNoLogin(own, "https://olap.example/"), HasSubstr("as Server in Qel.ini"));
