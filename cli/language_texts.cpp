@@ -8,6 +8,7 @@
 
 #include "cli/print.h"
 #include "env/string_table.h"
+#include "platform/failure.h"
 #include "platform/text.h"
 #include "providers/olap/build/csv_scanner.h"
 
@@ -127,7 +128,43 @@ std::size_t PlaceOf(const recordset::Rowset& table, const std::string& name,
   for (std::size_t place = 0; place < table.columns.size(); ++place) {
     if (EqualNoCaseAscii(table.columns[place].name, name)) return place;
   }
-  recordset::ThrowUnreadable(origin, "it is no language table, it has no field " + name);
+  recordset::ThrowUnreadable(origin, "it is not a language table, it has no field " + name);
+}
+
+constexpr std::size_t kTextPlace = 2;
+
+void CheckIsText(const recordset::Rowset& table, const std::string& origin) {
+  if (table.columns.size() <= kTextPlace) {
+    recordset::ThrowUnreadable(origin, "it is not a language table, it has no third field");
+  }
+  if (table.columns[kTextPlace].type == recordset::FieldType::kText) return;
+  recordset::ThrowUnreadable(origin, "it is not a language table: its third field \"" +
+                                         table.columns[kTextPlace].name +
+                                         "\" is not a text, as the text of a number has to be");
+}
+
+/// Nothing for NULL: a row that no look-up finds.
+std::optional<int> NumberAt(const recordset::Rowset& table, std::size_t row, std::size_t place,
+                            const std::string& origin) {
+  const Value& value = table.rows[row][place];
+  if (value.IsNull()) return std::nullopt;
+  try {
+    return value.ToInt32();
+  } catch (const Failure&) {
+    recordset::ThrowUnreadable(origin, "it is not a language table: the field " +
+                                           table.columns[place].name + " of its row " +
+                                           std::to_string(row + 1) + " is not a whole number");
+  }
+}
+
+std::string TextAt(const recordset::Rowset& table, std::size_t row, const std::string& origin) {
+  const Value& value = table.rows[row][kTextPlace];
+  if (const auto* unshown = value.As<CellError>()) {
+    recordset::ThrowUnreadable(origin, "the text of its row " + std::to_string(row + 1) +
+                                           " cannot be shown, " + unshown->description +
+                                           ". Name it with --code-page");
+  }
+  return value.IsNull() ? std::string() : value.ToText();
 }
 
 }  // namespace
@@ -184,28 +221,22 @@ recordset::Rowset ToLanguageTable(const LanguageTexts& texts) {
 LanguageTexts FromLanguageTable(const recordset::Rowset& table, const std::string& origin) {
   const std::size_t number_place = PlaceOf(table, "sId", origin);
   const std::size_t language_place = PlaceOf(table, "lId", origin);
-  constexpr std::size_t kTextPlace = 2;
-  if (table.columns.size() <= kTextPlace) {
-    recordset::ThrowUnreadable(origin, "it is no language table, it has no third field");
-  }
+  CheckIsText(table, origin);
   std::map<int, LanguageText> lines;
   std::set<std::pair<int, int>> seen;
   for (std::size_t row = 0; row < table.rows.size(); ++row) {
-    const auto& values = table.rows[row];
-    if (values[number_place].IsNull() || values[language_place].IsNull())
-      continue;  // found by none
-    const int number = values[number_place].ToInt32();
-    const int language = values[language_place].ToInt32();
-    if (language < 1 || language > static_cast<int>(kLanguageCount)) {
+    const auto number = NumberAt(table, row, number_place, origin);
+    const auto language = NumberAt(table, row, language_place, origin);
+    if (!number || !language) continue;
+    if (*language < 1 || *language > static_cast<int>(kLanguageCount)) {
       recordset::ThrowUnreadable(origin, "its row " + std::to_string(row + 1) + " is of language " +
-                                             std::to_string(language) +
-                                             ", which is none of 1 to 3");
+                                             std::to_string(*language) +
+                                             ", which is not 1, 2 or 3");
     }
-    if (!seen.emplace(number, language).second) continue;
-    LanguageText& line = lines[number];
-    line.number = number;
-    const Value& text = values[kTextPlace];
-    if (!text.IsNull()) line.texts[static_cast<std::size_t>(language - 1)] = text.ToText();
+    if (!seen.emplace(*number, *language).second) continue;
+    LanguageText& line = lines[*number];
+    line.number = *number;
+    line.texts[static_cast<std::size_t>(*language - 1)] = TextAt(table, row, origin);
   }
   LanguageTexts texts;
   for (auto& [number, line] : lines) texts.push_back(std::move(line));

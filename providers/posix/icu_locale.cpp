@@ -12,6 +12,7 @@
 #include <cstdlib>
 
 #include "platform/failure.h"
+#include "providers/posix/code_page.h"
 #include "providers/posix/date_reader.h"
 
 namespace vok {
@@ -208,12 +209,14 @@ std::string Print(const icu::SimpleDateFormat& format, double seconds) {
 
 struct IcuLocale::Customs {
   explicit Customs(const icu::Locale& locale)
-      : reading(CustomsOf(locale)),
+      : language(locale.getLanguage()),
+        reading(CustomsOf(locale)),
         months(WithEnglish(reading.months)),
         date(FormatOf(ShortPattern(locale), locale)),
         time(FormatOf(TimePattern(locale), locale)),
         number(icu::number::NumberFormatter::withLocale(locale).sign(UNUM_SIGN_NEGATIVE)) {}
 
+  std::string language;
   DateCustoms reading;
   MonthNames months;
   std::unique_ptr<icu::SimpleDateFormat> date;
@@ -235,6 +238,10 @@ std::string IcuLocale::NameFromEnvironment() {
 }
 
 std::string IcuLocale::FoldCase(std::string_view text) const { return Folded(text); }
+
+std::optional<std::string> IcuLocale::FromCodePage(std::string_view bytes, int code_page) const {
+  return TextOfCodePage(bytes, code_page != 0 ? code_page : CodePageOf(customs_->language));
+}
 
 std::optional<Date> IcuLocale::ParseDate(std::string_view text) const {
   return ReadDate(customs_->reading, Folded(text));

@@ -20,6 +20,7 @@ class IcuLocale : public Locale {
   static std::string NameFromEnvironment();
 
   std::string FoldCase(std::string_view text) const override;
+  std::optional<std::string> FromCodePage(std::string_view bytes, int code_page) const override;
   std::optional<Date> ParseDate(std::string_view text) const override;
   std::optional<int> MonthNamed(std::string_view text) const override;
   /// With a year of four digits.

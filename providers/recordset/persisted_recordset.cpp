@@ -109,15 +109,9 @@ std::string PersistedRecordset::FieldName(int32_t index) const {
   return Opened().columns[Checked(index)].name;
 }
 
-Value PersistedRecordset::Field(int32_t index) const {
-  const std::size_t place = Checked(index);
-  return CurrentRow()[place];
-}
+Value PersistedRecordset::Field(int32_t index) const { return Shown(Checked(index)); }
 
-Value PersistedRecordset::Field(const std::string& name) const {
-  const std::size_t place = PlaceOf(name);
-  return CurrentRow()[place];
-}
+Value PersistedRecordset::Field(const std::string& name) const { return Shown(PlaceOf(name)); }
 
 void PersistedRecordset::AddNew() { ThrowReadOnly(); }
 void PersistedRecordset::SetField(const std::string&, const Value&) { ThrowReadOnly(); }
@@ -149,6 +143,14 @@ const Row& PersistedRecordset::CurrentRow() const {
   return Opened().rows[shown_[position_]];
 }
 
+Value PersistedRecordset::Shown(std::size_t place) const {
+  const Value& value = CurrentRow()[place];
+  const auto* unshown = value.As<CellError>();
+  if (unshown == nullptr) return value;
+  throw Failure(failure_number::kTypeMismatch, "The field \"" + Opened().columns[place].name +
+                                                   "\" cannot be shown: " + unshown->description);
+}
+
 std::unique_ptr<Recordset> OpenPersisted(const Files& files, const Locale& locale,
                                          const std::string& source,
                                          const std::string& connection_text) {
@@ -158,8 +160,8 @@ std::unique_ptr<Recordset> OpenPersisted(const Files& files, const Locale& local
                       "\" names none that opens a record set from a file. Use Provider=MSPersist.");
   }
   const auto file = files.Map(source);
-  return std::make_unique<PersistedRecordset>(ReadRowset(file->Bytes(), files.NativePath(source)),
-                                              locale);
+  return std::make_unique<PersistedRecordset>(
+      ReadRowset(file->Bytes(), files.NativePath(source), {&locale}), locale);
 }
 
 }  // namespace vok::recordset

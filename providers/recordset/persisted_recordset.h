@@ -16,7 +16,7 @@ namespace vok::recordset {
 
 /// Open from the beginning, on its first row. Changes fail with 3251, as does a connection to send
 /// them to; cursor and lock settings have no effect. Failures else: 3704 after `Close`, 3021
-/// without a current row, 3265 for a field that is not there.
+/// without a current row, 3265 for a field that is not there, 13 for a value that cannot be shown.
 class PersistedRecordset : public Recordset {
  public:
   /// `locale` outlives it.
@@ -51,6 +51,7 @@ class PersistedRecordset : public Recordset {
   std::size_t PlaceOf(const std::string& name) const;
   std::size_t Checked(int32_t index) const;
   const Row& CurrentRow() const;
+  Value Shown(std::size_t place) const;
 
   const Locale& locale_;
   std::optional<Rowset> rowset_;

@@ -21,10 +21,11 @@ bool LooksLikeXml(std::string_view text) {
 
 }  // namespace
 
-Rowset ReadRowset(std::span<const std::byte> bytes, const std::string& name) {
+Rowset ReadRowset(std::span<const std::byte> bytes, const std::string& name,
+                  const CodePage& code_page) {
   if (bytes.size() > kLargestFile) ThrowUnreadable(name, "it is larger than 64 MB");
   const std::string_view text(reinterpret_cast<const char*>(bytes.data()), bytes.size());
-  if (text.starts_with(kTableGramStart)) return ReadTableGram(bytes, name);
+  if (text.starts_with(kTableGramStart)) return ReadTableGram(bytes, name, code_page);
   if (LooksLikeXml(text)) return ReadXmlRowset(bytes, name);
   ThrowUnreadable(name, "it begins neither as the binary nor as the XML form of a record set");
 }

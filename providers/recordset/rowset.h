@@ -9,17 +9,20 @@
 #include <string>
 #include <vector>
 
+#include "platform/locale.h"
 #include "platform/value.h"
 
 namespace vok::recordset {
 
-/// What the values of a column are; each may be NULL as well.
+/// What the values of a column are; each may be NULL as well, or a `CellError` that says why it
+/// cannot be shown. The values of `kUnshown` are all that: bytes, record sets within the row.
 enum class FieldType {
   kInteger,  ///< int32_t
-  kNumber,   ///< double: fractions, currency, integers beyond 32 bits
+  kNumber,   ///< double: fractions, currency, decimals, integers beyond 32 bits
   kBoolean,  ///< bool
   kDate,     ///< Date
-  kText      ///< std::string
+  kText,     ///< std::string
+  kUnshown
 };
 
 struct Column {
@@ -41,18 +44,27 @@ inline constexpr std::size_t kMostColumns = 1000;
 inline constexpr std::size_t kMostValues = 4'000'000;  // rows times columns
 inline constexpr std::size_t kDeepestElement = 16;     // of the XML form
 
+/// How texts of one byte a letter are read that a file holds beside Unicode ones. Without a locale
+/// they are ASCII.
+struct CodePage {
+  const Locale* locale = nullptr;
+  int number = 0;  ///< such as 1255; 0: what the file names, else that of the user's language
+};
+
 /// Reads either form, told apart by the first bytes. `name` is the file's, for failures:
 /// -2147467259 for bytes that are neither, are damaged, go beyond a limit or hold what is not
 /// understood; never a part of the rows.
-Rowset ReadRowset(std::span<const std::byte> bytes, const std::string& name);
+Rowset ReadRowset(std::span<const std::byte> bytes, const std::string& name,
+                  const CodePage& code_page = {});
 
-/// The XML form, as data programs read it. Failure 5 for a text that XML cannot hold: control
-/// characters, bytes that are no UTF-8.
+/// The XML form, as data programs read it; a value that cannot be shown is written as NULL. Failure
+/// 5 for a text that XML cannot hold: control characters, bytes that are no UTF-8.
 std::string WriteXmlRowset(const Rowset& rowset);
 
-/// The two readers behind `ReadRowset`.
+/// The two readers that `ReadRowset` chooses from.
 Rowset ReadXmlRowset(std::span<const std::byte> bytes, const std::string& name);
-Rowset ReadTableGram(std::span<const std::byte> bytes, const std::string& name);
+Rowset ReadTableGram(std::span<const std::byte> bytes, const std::string& name,
+                     const CodePage& code_page);
 
 [[noreturn]] void ThrowUnreadable(const std::string& name, const std::string& why);
 /// Fails when so many values are too many.

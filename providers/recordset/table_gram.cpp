@@ -2,9 +2,9 @@
 //
 // Header, options, one result descriptor, its context, table descriptors, column descriptors, rows,
 // an end mark; each but the rows and the end has its size in front. What the public description
-// gives without an example is read strictly as it stands there: the changes, insertions and
-// deletions that wait to be sent (two maps of one bit per column). Child record sets, big-endian
-// files, texts in a code page and binary columns are refused.
+// gives without an example is read as it stands there: the changes, insertions and deletions that
+// wait to be sent. Their two maps have one bit per column: a value follows, the field became NULL.
+// Child record sets and big-endian files are refused.
 #include "platform/failure.h"
 #include "providers/recordset/byte_reader.h"
 #include "providers/recordset/table_gram_column.h"
@@ -26,6 +26,8 @@ enum Token : uint8_t {
   kContext = 0x10
 };
 
+constexpr int kUnicode = 1200;  // where a code page is named
+
 /// One bit per column, the first one uppermost in the first byte.
 class BitMap {
  public:
@@ -40,15 +42,16 @@ class BitMap {
 
 class TableGramReader {
  public:
-  TableGramReader(std::span<const std::byte> bytes, const std::string& name)
-      : reader_(bytes, name), name_(name) {}
+  TableGramReader(std::span<const std::byte> bytes, const std::string& name,
+                  const CodePage& code_page)
+      : reader_(bytes, name), name_(name), code_page_(code_page) {}
 
   Rowset Read() {
     ReadHeader();
     Part(kHandlerOptions);
     ReadResultDescriptor();
     Part(kContext);
-    for (std::size_t table = 0; table < table_count_; ++table) Part(kTableDescriptor);
+    for (std::size_t table = 0; table < table_count_; ++table) ReadTable();
     ReadColumns();
     return ReadRows();
   }
@@ -89,6 +92,21 @@ class TableGramReader {
       part.Throw("it counts no columns, or more to be seen than there are");
     }
     CheckSize(0, column_count_, name_);
+  }
+
+  /// Of use is only the code page of its texts, where nobody asked for another.
+  void ReadTable() {
+    ByteReader part = Part(kTableDescriptor);
+    if (code_page_.number != 0) return;
+    try {
+      part.Take(2);                                      // ordinal
+      part.Take(std::size_t{2} * part.Get<uint16_t>());  // its name
+      part.Take(std::size_t{2} * part.Get<uint16_t>());  // its name in changes
+      const int number = part.Get<uint16_t>();
+      if (number != kUnicode) code_page_.number = number;
+    } catch (const Failure&) {
+      // A description that ends before it names one.
+    }
   }
 
   void ReadColumns() {
@@ -156,7 +174,7 @@ class TableGramReader {
     for (std::size_t index = 0; index < column_count_; ++index) {
       const TableGramColumn& column = columns_[index];
       if (column.IsNullable() && !present[nullable++]) continue;
-      row[index] = column.Read(reader_, rule);
+      row[index] = column.Read(reader_, rule, code_page_);
     }
   }
 
@@ -164,13 +182,17 @@ class TableGramReader {
     const BitMap changed(reader_, column_count_);
     const BitMap made_null(reader_, column_count_);
     for (std::size_t index = 0; index < column_count_; ++index) {
-      if (!changed[index]) continue;
-      row[index] = made_null[index] ? Value(Null{}) : columns_[index].Read(reader_, rule);
+      if (made_null[index]) {
+        row[index] = Null{};
+      } else if (changed[index]) {
+        row[index] = columns_[index].Read(reader_, rule, code_page_);
+      }
     }
   }
 
   ByteReader reader_;
   const std::string& name_;
+  CodePage code_page_;
   std::size_t visible_count_ = 0;
   std::size_t column_count_ = 0;  ///< with the hidden ones, which follow those that are seen
   std::size_t table_count_ = 0;
@@ -180,8 +202,9 @@ class TableGramReader {
 
 }  // namespace
 
-Rowset ReadTableGram(std::span<const std::byte> bytes, const std::string& name) {
-  return TableGramReader(bytes, name).Read();
+Rowset ReadTableGram(std::span<const std::byte> bytes, const std::string& name,
+                     const CodePage& code_page) {
+  return TableGramReader(bytes, name, code_page).Read();
 }
 
 }  // namespace vok::recordset

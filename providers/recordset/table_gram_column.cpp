@@ -1,11 +1,8 @@
 #include "providers/recordset/table_gram_column.h"
 
 #include <algorithm>
-#include <cmath>
-#include <iterator>
 
-#include "platform/calendar.h"
-#include "providers/recordset/dates.h"
+#include "providers/recordset/table_gram_values.h"
 #include "providers/recordset/utf16.h"
 
 namespace vok::recordset {
@@ -14,92 +11,53 @@ namespace {
 constexpr uint32_t kIsFixedLength = 0x10;
 constexpr uint32_t kIsLong = 0x80;
 constexpr uint32_t kLongestShortText = 255;
-constexpr uint16_t kBinaryText = 8, kByteText = 129, kWideText = 130;
 
-template <typename Number, typename Stored>
-Value Plain(ByteReader& reader) {
-  return static_cast<Stored>(reader.Get<Number>());
+/// How the values of a type of varying length are stored.
+enum class Storage { kFixed, kBytes, kByteText, kWideText, kUnknown };
+
+Storage StorageOf(uint16_t type) {
+  if (FindFixedType(type) != nullptr) return Storage::kFixed;
+  switch (type) {
+    case 8:
+    case 130:
+    case 202:
+    case 203:
+      return Storage::kWideText;
+    case 129:
+    case 200:
+    case 201:
+      return Storage::kByteText;
+    case 12:  // a value of any type
+    case 128:
+    case 204:
+    case 205:
+      return Storage::kBytes;
+    default:
+      return Storage::kUnknown;
+  }
 }
 
-template <typename Number>
-Value Floating(ByteReader& reader) {
-  const auto number = static_cast<double>(reader.Get<Number>());
-  if (!std::isfinite(number)) reader.Throw("it has a number that is none");
-  return number;
+std::size_t BytesPerCharacter(uint16_t type) {
+  return StorageOf(type) == Storage::kWideText ? 2 : 1;
 }
 
-Value Currency(ByteReader& reader) { return static_cast<double>(reader.Get<int64_t>()) / 10000; }
-
-[[noreturn]] void ThrowNoDate(const ByteReader& reader) {
-  reader.Throw("it has a date that no calendar has");
+bool IsAscii(std::string_view text) {
+  return std::all_of(text.begin(), text.end(),
+                     [](char c) { return static_cast<unsigned char>(c) < 0x80; });
 }
 
-Value SerialDate(ByteReader& reader) {
-  const Date date{reader.Get<double>()};
-  if (!IsInCalendar(date)) ThrowNoDate(reader);
-  return date;
+Value TextOfCodePage(std::string_view bytes, const CodePage& code_page) {
+  if (IsAscii(bytes)) return std::string(bytes);
+  if (code_page.locale != nullptr) {
+    if (auto text = code_page.locale->FromCodePage(bytes, code_page.number))
+      return *std::move(text);
+  }
+  return CellError{code_page.number == 0
+                       ? "it has letters of a code page that neither the file nor the user's "
+                         "language tells"
+                       : "it has letters that the code page " + std::to_string(code_page.number) +
+                             " does not have"};
 }
-
-Date TakeDay(ByteReader& reader) {
-  const int year = reader.Get<int16_t>();
-  const int month = reader.Get<uint16_t>();
-  const auto date = CalendarDay(year, month, reader.Get<uint16_t>());
-  if (!date) ThrowNoDate(reader);
-  return *date;
-}
-
-Date TakeTime(ByteReader& reader) {
-  const int hour = reader.Get<uint16_t>();
-  const int minute = reader.Get<uint16_t>();
-  const auto time = TimeOf(hour, minute, reader.Get<uint16_t>());
-  if (!time) ThrowNoDate(reader);
-  return *time;
-}
-
-Value DayDate(ByteReader& reader) { return TakeDay(reader); }
-Value TimeDate(ByteReader& reader) { return TakeTime(reader); }
-Value Timestamp(ByteReader& reader) {
-  const Date day = TakeDay(reader);
-  const Date time = TakeTime(reader);
-  reader.Take(4);  // billionths of a second
-  return Date{day.serial + time.serial};
-}
-
-Value Boolean(ByteReader& reader) { return reader.Get<uint16_t>() != 0; }
-
-/// The types of fixed length whose values are understood, by their number in the form.
-struct FixedType {
-  uint16_t type;
-  FieldType field;
-  Value (*read)(ByteReader&);
-};
-
-constexpr FixedType kFixedTypes[] = {
-    {2, FieldType::kInteger, Plain<int16_t, int32_t>},
-    {3, FieldType::kInteger, Plain<int32_t, int32_t>},
-    {4, FieldType::kNumber, Floating<float>},
-    {5, FieldType::kNumber, Floating<double>},
-    {6, FieldType::kNumber, Currency},
-    {7, FieldType::kDate, SerialDate},
-    {11, FieldType::kBoolean, Boolean},
-    {16, FieldType::kInteger, Plain<int8_t, int32_t>},
-    {17, FieldType::kInteger, Plain<uint8_t, int32_t>},
-    {18, FieldType::kInteger, Plain<uint16_t, int32_t>},
-    {19, FieldType::kNumber, Plain<uint32_t, double>},
-    {20, FieldType::kNumber, Plain<int64_t, double>},
-    {21, FieldType::kNumber, Plain<uint64_t, double>},
-    {133, FieldType::kDate, DayDate},
-    {134, FieldType::kDate, TimeDate},
-    {135, FieldType::kDate, Timestamp},
-};
-
-const FixedType* FindFixed(uint16_t type) {
-  const auto* found = std::find_if(std::begin(kFixedTypes), std::end(kFixedTypes),
-                                   [type](const FixedType& row) { return row.type == type; });
-  return found == std::end(kFixedTypes) ? nullptr : found;
-}
-
-std::size_t BytesPerCharacter(uint16_t type) { return type == kByteText ? 1 : 2; }
 
 std::string CountedText(ByteReader& part) {
   const std::size_t units = part.Get<uint16_t>();
@@ -140,21 +98,27 @@ TableGramColumn::TableGramColumn(ByteReader part) {
   flags_ = part.Get<uint32_t>();
   // The rest of the description is of use to whoever sends changes back.
 
-  const FixedType* fixed = FindFixed(type_);
-  if (fixed == nullptr && type_ != kBinaryText && type_ != kByteText && type_ != kWideText) {
+  column_.type = TypeOf(part);
+}
+
+FieldType TableGramColumn::TypeOf(const ByteReader& part) const {
+  const FixedType* fixed = FindFixedType(type_);
+  if (fixed != nullptr) return fixed->field;
+  const Storage storage = StorageOf(type_);
+  const bool is_fixed_variant = type_ == 12 && (flags_ & kIsFixedLength) != 0;
+  if (storage == Storage::kUnknown || is_fixed_variant) {
     part.Throw("its column \"" + column_.name + "\" is of the type " + std::to_string(type_) +
                ", which is not read");
   }
-  column_.type = fixed != nullptr ? fixed->field : FieldType::kText;
+  return storage == Storage::kBytes ? FieldType::kUnshown : FieldType::kText;
 }
 
 bool TableGramColumn::DependsOnRule() const {
-  return column_.type == FieldType::kText && BytesPerCharacter(type_) == 2 &&
-         (flags_ & (kIsFixedLength | kIsLong)) == 0 && max_length_ <= kLongestShortText &&
-         max_length_ * 2 > kLongestShortText;
+  return StorageOf(type_) == Storage::kWideText && (flags_ & (kIsFixedLength | kIsLong)) == 0 &&
+         max_length_ <= kLongestShortText && max_length_ * 2 > kLongestShortText;
 }
 
-std::size_t TableGramColumn::TextLength(ByteReader& reader, LengthRule rule) const {
+std::size_t TableGramColumn::Length(ByteReader& reader, LengthRule rule) const {
   const std::size_t unit = BytesPerCharacter(type_);
   if ((flags_ & kIsLong) != 0) return reader.Get<uint32_t>();
   if ((flags_ & kIsFixedLength) != 0) return max_length_ * unit;
@@ -162,22 +126,20 @@ std::size_t TableGramColumn::TextLength(ByteReader& reader, LengthRule rule) con
   return counted <= kLongestShortText ? reader.Get<uint8_t>() : reader.Get<uint32_t>();
 }
 
-Value TableGramColumn::Read(ByteReader& reader, LengthRule rule) const {
-  if (const FixedType* fixed = FindFixed(type_)) return fixed->read(reader);
-  const auto bytes = reader.TakeText(TextLength(reader, rule));
-  if (type_ != kByteText) {
-    const auto text = Utf8OfUtf16(bytes);
-    if (!text) reader.Throw("a text of column \"" + column_.name + "\" is no UTF-16");
-    return *text;
+Value TableGramColumn::Read(ByteReader& reader, LengthRule rule, const CodePage& code_page) const {
+  if (const FixedType* fixed = FindFixedType(type_)) return fixed->read(reader);
+  const auto bytes = reader.TakeText(Length(reader, rule));
+  switch (StorageOf(type_)) {
+    case Storage::kBytes:
+      return CellError{"its values are bytes, not texts"};
+    case Storage::kByteText:
+      return TextOfCodePage(bytes, code_page);
+    default:
+      break;
   }
-  const bool is_ascii = std::all_of(bytes.begin(), bytes.end(),
-                                    [](char c) { return static_cast<unsigned char>(c) < 0x80; });
-  if (!is_ascii) {
-    reader.Throw("column \"" + column_.name +
-                 "\" has letters of a code page that the file does not name; make it a column of "
-                 "Unicode texts");
-  }
-  return std::string(bytes);
+  const auto text = Utf8OfUtf16(bytes);
+  if (!text) reader.Throw("a text of column \"" + column_.name + "\" is not UTF-16");
+  return *text;
 }
 
 }  // namespace vok::recordset

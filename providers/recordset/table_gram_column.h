@@ -14,7 +14,7 @@ enum class LengthRule { kBytes, kCharacters };
 
 class TableGramColumn {
  public:
-  /// `part` holds one column descriptor, behind its size. Fails for a type that is not understood.
+  /// `part` holds one column descriptor, after its size. Fails for a type that is not understood.
   explicit TableGramColumn(ByteReader part);
 
   const Column& column() const { return column_; }
@@ -23,15 +23,16 @@ class TableGramColumn {
   bool IsNullable() const { return (flags_ & 0x60) != 0; }
   /// True when the two rules read different bytes.
   bool DependsOnRule() const;
-  Value Read(ByteReader& reader, LengthRule rule) const;
+  Value Read(ByteReader& reader, LengthRule rule, const CodePage& code_page) const;
 
  private:
-  std::size_t TextLength(ByteReader& reader, LengthRule rule) const;
+  FieldType TypeOf(const ByteReader& part) const;
+  std::size_t Length(ByteReader& reader, LengthRule rule) const;
 
   Column column_;
   uint16_t ordinal_ = 0;
   uint16_t type_ = 0;
-  uint32_t max_length_ = 0;  ///< characters of a text
+  uint32_t max_length_ = 0;  ///< characters of a text, bytes of another value
   uint32_t flags_ = 0;
 };
 

@@ -6,7 +6,8 @@
 //   update  rows as they were, within "original", and after them what changed in each; "forcenull"
 //           names attributes that became NULL
 //
-// A schema's elements that are not known are passed over; among the rows everything must be known.
+// Record sets within a row are passed over. A schema's elements that are not known are passed over;
+// among the rows everything must be known.
 #include <algorithm>
 #include <utility>
 
@@ -53,7 +54,7 @@ class RowsetHandler : public xml::Handler {
 
  private:
   enum class Section { kNone, kSchema, kRows };
-  enum class Group { kNone, kInsert, kDelete, kUpdate, kOriginal, kRow };
+  enum class Group { kNone, kInsert, kDelete, kUpdate, kOriginal, kRow, kChildSet };
 
   void StartSection(xml::Name name) {
     if (name == xml::Name{kSchemaSpace, "Schema"}) {
@@ -69,7 +70,9 @@ class RowsetHandler : public xml::Handler {
 
   void StartAmongRows(xml::Name name, const xml::Attributes& attributes) {
     const Group group = Inside();
-    if (group != Group::kRow && schema_.IsRow(name)) {
+    if (group == Group::kChildSet || (group == Group::kRow && schema_.IsChildSet(name))) {
+      groups_.push_back(Group::kChildSet);
+    } else if (group != Group::kRow && schema_.IsRow(name)) {
       TakeRow(group, attributes);
       groups_.push_back(Group::kRow);
     } else {

@@ -129,7 +129,8 @@ std::string WriteXmlRowset(const Rowset& rowset) {
   for (const Row& row : rowset.rows) {
     xml += " <z:row";
     for (std::size_t place = 0; place < names.size(); ++place) {
-      if (!row[place].IsNull()) xml += " " + names[place] + "=" + Quoted(TextOf(row[place]));
+      const bool is_left_out = row[place].IsNull() || row[place].Is<CellError>();
+      if (!is_left_out) xml += " " + names[place] + "=" + Quoted(TextOf(row[place]));
     }
     xml += "/>\r\n";
   }

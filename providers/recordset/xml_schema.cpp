@@ -20,8 +20,10 @@ void XmlSchema::Start(std::size_t depth, const xml::Attributes& attributes) {
   const bool in_row = depth == 2 && !row_name_.empty();
   if (depth == 0) {
     Open(attributes);
-  } else if (name.local == "ElementType") {
-    if (depth > 1 || !row_name_.empty()) ThrowUnreadable(file_, "it holds record sets within rows");
+  } else if (name.local == "ElementType" && in_row) {
+    child_sets_.push_back(Text(attributes.Find({{}, "name"})));
+  } else if (name.local == "ElementType" && depth == 1) {
+    if (!row_name_.empty()) ThrowUnreadable(file_, "its schema describes two kinds of rows");
     OpenRow(attributes);
   } else if (name.local == "AttributeType" && depth == 1) {
     Define(attributes, shared_);
@@ -29,7 +31,8 @@ void XmlSchema::Start(std::size_t depth, const xml::Attributes& attributes) {
     Define(attributes, attributes_);
   } else if (name.local == "attribute" && in_row) {
     Refer(attributes);
-  } else if (name.local == "datatype" && open_ != nullptr) {
+  } else if (name.local == "datatype" && open_ != nullptr &&
+             depth == (open_ == &attributes_ ? 3U : 2U)) {
     SetType(attributes);
   }
 }
@@ -89,6 +92,11 @@ void XmlSchema::Finish() {
     }
     columns_.push_back(attribute.column);
   }
+}
+
+bool XmlSchema::IsChildSet(xml::Name name) const {
+  return (name.space.empty() || name.space == row_space_) &&
+         std::find(child_sets_.begin(), child_sets_.end(), name.local) != child_sets_.end();
 }
 
 std::optional<std::size_t> XmlSchema::ColumnOf(std::string_view attribute) const {

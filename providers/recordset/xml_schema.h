@@ -23,6 +23,8 @@ class XmlSchema {
   void Finish();
 
   bool IsRow(xml::Name name) const { return name.local == row_name_ && name.space == row_space_; }
+  /// Whether elements of that name within a row are rows of a record set of its own.
+  bool IsChildSet(xml::Name name) const;
   const std::vector<Column>& columns() const { return columns_; }
   /// Of the attribute of that name; nothing when the rows have none.
   std::optional<std::size_t> ColumnOf(std::string_view attribute) const;
@@ -43,6 +45,7 @@ class XmlSchema {
   const std::string& file_;
   std::string row_name_;
   std::string row_space_;
+  std::vector<std::string> child_sets_;
   std::vector<Attribute> shared_;  ///< defined beside the row, to be referred to
   std::vector<Attribute> attributes_;
   std::vector<Attribute>* open_ = nullptr;  ///< whose last attribute is being described

@@ -19,16 +19,17 @@ struct TypeRow {
 
 // The first of a type is the one that is written.
 constexpr TypeRow kTypes[] = {
-    {"int", FieldType::kInteger},       {"i1", FieldType::kInteger},
-    {"i2", FieldType::kInteger},        {"i4", FieldType::kInteger},
-    {"ui1", FieldType::kInteger},       {"ui2", FieldType::kInteger},
-    {"r8", FieldType::kNumber},         {"r4", FieldType::kNumber},
-    {"float", FieldType::kNumber},      {"number", FieldType::kNumber},
-    {"fixed.14.4", FieldType::kNumber}, {"i8", FieldType::kNumber},
-    {"ui4", FieldType::kNumber},        {"ui8", FieldType::kNumber},
-    {"boolean", FieldType::kBoolean},   {"dateTime", FieldType::kDate},
-    {"date", FieldType::kDate},         {"time", FieldType::kDate},
-    {"string", FieldType::kText},
+    {"int", FieldType::kInteger},        {"i1", FieldType::kInteger},
+    {"i2", FieldType::kInteger},         {"i4", FieldType::kInteger},
+    {"ui1", FieldType::kInteger},        {"ui2", FieldType::kInteger},
+    {"r8", FieldType::kNumber},          {"r4", FieldType::kNumber},
+    {"float", FieldType::kNumber},       {"number", FieldType::kNumber},
+    {"fixed.14.4", FieldType::kNumber},  {"i8", FieldType::kNumber},
+    {"ui4", FieldType::kNumber},         {"ui8", FieldType::kNumber},
+    {"boolean", FieldType::kBoolean},    {"dateTime", FieldType::kDate},
+    {"date", FieldType::kDate},          {"time", FieldType::kDate},
+    {"string", FieldType::kText},        {"bin.hex", FieldType::kUnshown},
+    {"bin.base64", FieldType::kUnshown},
 };
 
 template <typename Number>
@@ -66,6 +67,7 @@ const char* NameOf(FieldType type) {
 
 std::optional<Value> ParseValue(FieldType type, std::string_view text) {
   if (type == FieldType::kText) return Value(std::string(text));
+  if (type == FieldType::kUnshown) return Value(CellError{"its values are bytes, not texts"});
   text = TrimBlanks(text);
   switch (type) {
     case FieldType::kInteger:

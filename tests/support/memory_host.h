@@ -134,6 +134,9 @@ class SimpleLocale : public Locale {
     }
     return folded;
   }
+  std::optional<std::string> FromCodePage(std::string_view, int) const override {
+    return std::nullopt;
+  }
   std::optional<Date> ParseDate(std::string_view) const override { return std::nullopt; }
   std::optional<int> MonthNamed(std::string_view) const override { return std::nullopt; }
   std::string ShortDate(Date) const override { return {}; }

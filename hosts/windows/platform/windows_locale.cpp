@@ -81,6 +81,17 @@ WindowsLocale::WindowsLocale(const std::string& name)
 
 std::string WindowsLocale::FoldCase(std::string_view text) const { return FoldedCase(text); }
 
+std::optional<std::string> WindowsLocale::FromCodePage(std::string_view bytes,
+                                                       int code_page) const {
+  const UINT number = code_page == 0 ? CP_ACP : static_cast<UINT>(code_page);
+  const int size = static_cast<int>(bytes.size());
+  std::wstring text(bytes.size(), L'\0');  // never more letters than bytes
+  const int length =
+      ::MultiByteToWideChar(number, MB_ERR_INVALID_CHARS, bytes.data(), size, text.data(), size);
+  if (length == 0 && size > 0) return std::nullopt;
+  return Utf8(text.substr(0, static_cast<std::size_t>(length)));
+}
+
 std::optional<Date> WindowsLocale::ParseDate(std::string_view text) const {
   std::wstring wide = Utf16(text);
   DATE serial = 0;

@@ -16,6 +16,7 @@ class WindowsLocale : public Locale {
   explicit WindowsLocale(const std::string& name);
 
   std::string FoldCase(std::string_view text) const override;
+  std::optional<std::string> FromCodePage(std::string_view bytes, int code_page) const override;
   std::optional<Date> ParseDate(std::string_view text) const override;
   std::optional<int> MonthNamed(std::string_view text) const override;
   /// Failures: 6 for a date outside the years 100 to 9999; `DateText` alike.

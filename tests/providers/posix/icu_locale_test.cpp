@@ -19,6 +19,29 @@ std::vector<std::string> Split(std::string_view texts) {
   return parts;
 }
 
+TEST(IcuLocale, ReadsTextsOfCodePages) {
+  const struct {
+    const char* locale;
+    int code_page;
+    const char* bytes;
+    const char* text;  ///< nullptr: refused
+  } rows[] = {
+      {"en_US", 1255, "\xF9\xEC\xE5\xED", "שלום"},
+      {"he_IL", 0, "\xF9\xEC\xE5\xED", "שלום"},
+      {"ru_RU", 0, "\xCF\xF0\xE8", "При"},
+      {"de_DE", 0, "\xDF", "ß"},
+      {"C", 0, "\x80", "€"},
+      {"en_US", 932, "\x93\xFA", "日"},
+      {"en_US", 932, "\x93", nullptr},
+      {"en_US", 9, "a", nullptr},
+      {"he_IL", 0, "", ""},
+  };
+  for (const auto& [locale, code_page, bytes, text] : rows) {
+    const auto read = IcuLocale(locale).FromCodePage(bytes, code_page);
+    EXPECT_EQ(read.value_or("nothing"), text == nullptr ? "nothing" : text) << locale << code_page;
+  }
+}
+
 TEST(IcuLocale, ReadsDatesAsPeopleTypeThem) {
   const double date = Day(2024, 2, 5);
   const struct {

@@ -12,12 +12,13 @@ namespace vok::recordset::test {
 
 inline std::string Shown(const Value& value) {
   if (value.IsNull()) return "-";
+  if (value.Is<CellError>()) return "!";
   if (const Date* date = value.As<Date>()) return "#" + Value(date->serial).ToText();
   if (const bool* flag = value.As<bool>()) return *flag ? "yes" : "no";
   return value.ToText();
 }
 
-/// "sId,lId,text;1,2,x;…": the columns, then the rows; "-" is NULL.
+/// "sId,lId,text;1,2,x;…": the columns, then the rows; "-" is NULL, "!" cannot be shown.
 inline std::string Shown(const Rowset& rowset) {
   std::string shown;
   for (const Column& column : rowset.columns) shown += column.name + ",";
@@ -29,14 +30,14 @@ inline std::string Shown(const Rowset& rowset) {
   return shown;
 }
 
-inline Rowset Read(std::string_view bytes) {
-  return ReadRowset(std::as_bytes(std::span(bytes.data(), bytes.size())), "Lang.rs");
+inline Rowset Read(std::string_view bytes, const CodePage& code_page = {}) {
+  return ReadRowset(std::as_bytes(std::span(bytes.data(), bytes.size())), "Lang.rs", code_page);
 }
 
-/// What the bytes hold, or "!" and why they are refused.
-inline std::string Outcome(std::string_view bytes) {
+/// What the bytes hold, or "!" and why they are refused. A value that cannot be shown is "!".
+inline std::string Outcome(std::string_view bytes, const CodePage& code_page = {}) {
   try {
-    return Shown(Read(bytes));
+    return Shown(Read(bytes, code_page));
   } catch (const Failure& failure) {
     return (failure.number() == failure_number::kUnspecified ? "!" : "wrong number ") +
            failure.description();

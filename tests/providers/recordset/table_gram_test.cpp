@@ -4,6 +4,7 @@
 #include <cstring>
 
 #include "tests/providers/recordset/rowset_tools.h"
+#include "tests/support/memory_host.h"
 
 namespace vok::recordset::test {
 namespace {
@@ -77,13 +78,19 @@ TEST(TableGram, ReadsRowsNullsAndChangesThatWait) {
   const std::string rows =
       TextRow(1000, "OK") + "\x07" + Byte(0x40) + Le(1001) + Byte(4) + Wide("כן") + "\x07" +
       Byte(0) + Le(1002) +
-      // The next row changed: its text; the one after it became NULL; the third was deleted.
+      // Changes: of a text; of a text to NULL, with and without a new number; of NULL to a text.
       TextRow(1003, "was") + "\x0A" + Byte(0x20) + Byte(0) + Byte(2) + Wide("i") +
-      TextRow(1004, "a") + "\x0A" + Byte(0xA0) + Byte(0x20) + Le(1005) + TextRow(1006, "gone") +
-      "\x0C" + "\x0D" + Byte(0xA0) + Byte(0) + Le(1007) + Byte(2) + Wide("n");
+      TextRow(1004, "a") + "\x0A" + Byte(0x80) + Byte(0x20) + Le(1005) + TextRow(1006, "b") +
+      "\x0A" + Byte(0) + Byte(0x60) + "\x07" + Byte(0) + Le(1007) + "\x0A" + Byte(0x20) + Byte(0) +
+      Byte(2) + Wide("c") +
+      // A row that was deleted; new ones, with a field that is not named and one that is NULL.
+      TextRow(1008, "gone") + "\x0C" + "\x0D" + Byte(0xA0) + Byte(0) + Le(1009) + Byte(2) +
+      Wide("n") + "\x0D" + Byte(0xC0) + Byte(0x20) + Le(1010) + Short(3);
   EXPECT_EQ(Outcome(Gram(kTexts, rows)),
-            "sId,lId,text;1000,1,OK;1001,-,כן;1002,-,-;1003,1,i;1005,1,-;1007,-,n");
-  EXPECT_EQ(Outcome(Gram(kTexts, rows, 2)), "sId,lId;1000,1;1001,-;1002,-;1003,1;1005,1;1007,-");
+            "sId,lId,text;1000,1,OK;1001,-,כן;1002,-,-;1003,1,i;1005,1,-;1006,-,-;1007,-,c;"
+            "1009,-,n;1010,3,-");
+  EXPECT_EQ(Outcome(Gram(kTexts, rows, 2)),
+            "sId,lId;1000,1;1001,-;1002,-;1003,1;1005,1;1006,-;1007,-;1009,-;1010,3");
   EXPECT_EQ(Outcome(Gram(kTexts, "")), "sId,lId,text");
   EXPECT_GT(RefusedDamage(Gram(kTexts, rows)), 500U);
 }
@@ -113,7 +120,24 @@ TEST(TableGram, ReadsEveryTypeItKnows) {
       {{"v", 135, 16, kFixed},
        Short(2024) + Short(2) + Short(29) + Short(12) + Short(0) + Short(0) + Le(7),
        "#45351.5"},
+      {{"v", 14, 16, kFixed},
+       Short(0) + Byte(2) + Byte(0x80) + Le(1) + Le(0) + Le(0),
+       "-184467440737095520"},
+      {{"v", 131, 19, kFixed},
+       Byte(9) + Byte(3) + Byte(1) + Le(int64_t{12345}) + Le(int64_t{0}),
+       "12.345"},
+      {{"v", 131, 19, kFixed}, Byte(1) + Byte(0) + Byte(0) + Le(int64_t{0}) + Le(int64_t{0}), "0"},
+      {{"v", 64, 8, kFixed}, Le(int64_t{116444736000000000}), "#25569"},
+      {{"v", 72, 16, kFixed},
+       Le(0x01234567) + Short(0x89AB) + Short(0xCDEF) + "\x01\x23\x45\x67\x89\xAB\xCD\xEF",
+       "{01234567-89AB-CDEF-0123-456789ABCDEF}"},
+      // Bytes are passed over.
+      {{"v", 128, 4, kFixed}, "\1\2\3\4", "!"},
+      {{"v", 204, 255, 0}, Byte(2) + "\1\2", "!"},
+      {{"v", 205, 10, kLong}, Le(2) + "\1\2", "!"},
+      {{"v", 12, 16, 0}, Byte(2) + "\1\2", "!"},
       {{"v", 129, 4, kFixed}, "ab  ", "ab  "},
+      {{"v", 200, 9, 0}, Byte(1) + "\xE0", "!"},
       {{"v", 129, 255, 0}, Byte(3) + "abc", "abc"},
       {{"v", 129, 256, 0}, Le(3) + "abc", "abc"},
       {{"v", 130, 2, kFixed}, Wide("ab"), "ab"},
@@ -130,6 +154,38 @@ TEST(TableGram, ReadsEveryTypeItKnows) {
   for (const auto& [col, bytes, expected] : cases) {
     EXPECT_EQ(Outcome(Gram({col}, "\x07" + bytes)), "v;" + expected) << col.type;
   }
+}
+
+/// Knows one code page, of one letter; the user's is another.
+class OneCodePage : public vok::test::SimpleLocale {
+ public:
+  std::optional<std::string> FromCodePage(std::string_view bytes, int code_page) const override {
+    if (bytes != "\xE0") return std::nullopt;
+    return code_page == 1255 ? "\u05D0" : code_page == 0 ? "\u00E0" : std::optional<std::string>();
+  }
+};
+
+TEST(TableGram, ReadsTextsInTheCodePageOfTheCallTheFileOrTheUser) {
+  const OneCodePage locale;
+  const auto gram = [](int code_page) {
+    const std::string table = Short(1) + Short(1) + Wide("t") + Short(0) + Short(code_page);
+    std::string bytes = Gram({{"v", 129, 9, 0}}, "\x07" + Byte(1) + "\xE0");
+    const std::string empty = Part(5, "table");
+    return bytes.replace(bytes.find(empty), empty.size(), Part(5, table));
+  };
+  const struct {
+    int in_file;
+    int asked;
+    const char* expected;
+  } cases[] = {{0, 0, "v;\u00E0"},
+               {1255, 0, "v;\u05D0"},
+               {1200, 0, "v;\u00E0"},
+               {1252, 1255, "v;\u05D0"},
+               {1255, 1252, "v;!"}};
+  for (const auto& [in_file, asked, expected] : cases) {
+    EXPECT_EQ(Outcome(gram(in_file), {&locale, asked}), expected) << in_file << " " << asked;
+  }
+  EXPECT_EQ(Outcome(gram(1255)), "v;!");
 }
 
 TEST(TableGram, RefusesWhatItDoesNotUnderstandAndSaysWhy) {
@@ -151,11 +207,10 @@ TEST(TableGram, RefusesWhatItDoesNotUnderstandAndSaysWhy) {
       {good.substr(0, good.size() - 1), "ends too soon"},
       {Gram(kTexts, "", 4), "more to be seen than there are"},
       {Gram({}, ""), "no columns"},
-      {Gram({{"v", 128, 4, kFixed}}, ""), "column \"v\" is of the type 128"},
+      {Gram({{"v", 12, 16, kFixed}}, ""), "column \"v\" is of the type 12"},
       {Gram({{"v", 136, 4, kFixed}}, ""), "of the type 136"},
-      {Gram({{"v", 129, 9, 0}}, "\x07" + Byte(1) + "\xE0"), "code page"},
-      {Gram({{"v", 130, 9, 0}}, "\x07" + Byte(3) + "abc"), "no UTF-16"},
-      {Gram({{"v", 130, 9, 0}}, "\x07" + Byte(2) + Short(0xDC00)), "no UTF-16"},
+      {Gram({{"v", 130, 9, 0}}, "\x07" + Byte(3) + "abc"), "not UTF-16"},
+      {Gram({{"v", 130, 9, 0}}, "\x07" + Byte(2) + Short(0xDC00)), "not UTF-16"},
       {Gram({{"v", 7, 8, kFixed}}, "\x07" + Le(1e9)), "no calendar has"},
       {Gram({{"v", 133, 6, kFixed}}, "\x07" + Short(2023) + Short(2) + Short(29)), "no calendar"},
       {Gram({{"v", 5, 8, kFixed}}, "\x07" + Le(uint64_t{0x7FF8000000000000})),

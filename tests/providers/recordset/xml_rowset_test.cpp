@@ -94,7 +94,14 @@ TEST(XmlRowset, ReadsWhatWritersLeave) {
       {Typed("dateTime", "2024-02-29T12:00:00.25"), "v;#45351.5"},
       {Typed("date", "1899-12-31"), "v;#1"},
       {Typed("time", "18:00:00"), "v;#0.75"},
-      {Typed("bin.hex", "00ff"), "v;00ff"},
+      {Typed("bin.hex", "00ff"), "v;!"},
+      // Record sets within rows are passed over, to any depth.
+      {Document("<s:AttributeType name='a' dt:type='int'/><s:ElementType name='child'>"
+                "<s:AttributeType name='b'><s:datatype dt:type='boolean'/></s:AttributeType>"
+                "<s:ElementType name='grandchild'/></s:ElementType>",
+                "<rs:data><z:row a='1'><child b='x'><grandchild/></child></z:row><z:row a='2'/>"
+                "</rs:data>"),
+       "a;1;2"},
   };
   for (const auto& [xml, wanted] : cases) {
     EXPECT_EQ(Outcome(xml), wanted) << xml;
@@ -122,7 +129,7 @@ TEST(XmlRowset, RefusesWhatItDoesNotUnderstandAndSaysWhy) {
       {Document("<s:AttributeType name='a' rs:number='x'/>", "<rs:data/>"), "wrong number"},
       {Document("<s:AttributeType name='a'/><s:AttributeType name='a'/>", "<rs:data/>"), "twice"},
       {Document("<s:attribute type='a'/>", "<rs:data/>"), "does not describe the column \"a\""},
-      {Document("<s:ElementType name='child'/>", "<rs:data/>"), "record sets within rows"},
+      {Document("</s:ElementType><s:ElementType name='other'>", "<rs:data/>"), "two kinds of rows"},
       {Replaced(Rows(""), " name='row'", ""), "names no row"},
       {Replaced(Rows("<z:row/>"), "#RowsetSchema", "#Other"), "\"row\" stands among its rows"},
       {"<xml" + std::string(kSpaces) + "><rs:data/></xml>", "before their schema"},
