@@ -26,6 +26,9 @@ class OneFile : public Files {
   std::unique_ptr<MappedFile> Map(const std::string&) const override {
     return std::make_unique<View>(bytes);
   }
+  std::unique_ptr<FileReader> Open(const std::string&) const override {
+    return ReaderOf(std::as_bytes(std::span(bytes)));
+  }
   std::unique_ptr<FileReplacement> Replace(const std::string&) override {
     return std::make_unique<Replacement>(bytes);
   }

@@ -7,6 +7,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <memory>
 #include <span>
 #include <string>
@@ -24,6 +25,26 @@ class MappedFile {
   virtual ~MappedFile() = default;
   virtual std::span<const std::byte> Bytes() const = 0;
 };
+
+/// A file held open and read piece by piece into memory of the caller's, also after its path was
+/// given to another file. What becomes of the file meanwhile is a failure, never the process's end.
+/// Safe to use from several threads.
+class FileReader {
+ public:
+  virtual ~FileReader() = default;
+  /// In bytes, when it was opened.
+  virtual uint64_t Size() const = 0;
+  /// Fills `bytes` from `offset` on. Failure `FileChanged` when the file ends before.
+  virtual void Read(uint64_t offset, std::span<std::byte> bytes) const = 0;
+  /// Whether its size or its time of modification is another one than when it was opened.
+  virtual bool HasChanged() const = 0;
+};
+
+/// 75: the file was changed while it was read.
+Failure FileChanged(const std::string& path);
+
+/// Bytes in memory, which outlive the result, as a file that does not change.
+std::unique_ptr<FileReader> ReaderOf(std::span<const std::byte> bytes);
 
 /// A user's file in the making: a temporary beside the target. `Commit` flushes it to the disk and
 /// renames it over the target; without `Commit` the destructor removes it. Either the old file or
@@ -57,7 +78,10 @@ class Files {
   virtual void CreateDirectory(const std::string& path) = 0;
   /// Adds to the end of the file, creating it if needed; the file is closed again on return.
   virtual void Append(const std::string& path, std::string_view bytes) = 0;
+  /// For small files, and such as nobody writes into: one that becomes shorter while it is mapped
+  /// ends the process.
   virtual std::unique_ptr<MappedFile> Map(const std::string& path) const = 0;
+  virtual std::unique_ptr<FileReader> Open(const std::string& path) const = 0;
   /// Removes the temporaries in the folder that processes which were killed have left.
   virtual std::unique_ptr<FileReplacement> Replace(const std::string& path) = 0;
   /// Local time of the last modification.

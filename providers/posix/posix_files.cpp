@@ -7,7 +7,9 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <utility>
 
+#include "platform/failure.h"
 #include "providers/file_failures/file_failures.h"
 #include "providers/posix/file_handle.h"
 #include "providers/posix/posix_replacement.h"
@@ -41,6 +43,46 @@ struct stat StatusOf(const FileHandle& file, const std::string& path) {
   if (::fstat(file.get(), &status) != 0) ThrowSystemFailure(errno, "read", path);
   return status;
 }
+
+/// An ordinary file.
+FileHandle OpenToRead(const std::string& native) {
+  FileHandle file = OpenFile(native, O_RDONLY, "read");
+  const struct stat status = StatusOf(file, native);
+  if (S_ISDIR(status.st_mode)) ThrowSystemFailure(EISDIR, "read", native);
+  if (!S_ISREG(status.st_mode)) ThrowNoOrdinaryFile("read", native);
+  return file;
+}
+
+class PosixReader : public FileReader {
+ public:
+  explicit PosixReader(std::string path)
+      : path_(std::move(path)), file_(OpenToRead(path_)), opened_(StatusOf(file_, path_)) {}
+
+  uint64_t Size() const override { return static_cast<uint64_t>(opened_.st_size); }
+
+  void Read(uint64_t offset, std::span<std::byte> bytes) const override {
+    while (!bytes.empty()) {
+      const ssize_t count =
+          ::pread(file_.get(), bytes.data(), bytes.size(), static_cast<off_t>(offset));
+      if (count == 0) throw FileChanged(path_);
+      if (count < 0 && errno != EINTR) ThrowSystemFailure(errno, "read", path_);
+      if (count < 0) continue;
+      offset += static_cast<uint64_t>(count);
+      bytes = bytes.subspan(static_cast<std::size_t>(count));
+    }
+  }
+
+  bool HasChanged() const override {
+    const struct stat now = StatusOf(file_, path_);
+    return now.st_size != opened_.st_size || now.st_mtim.tv_sec != opened_.st_mtim.tv_sec ||
+           now.st_mtim.tv_nsec != opened_.st_mtim.tv_nsec;
+  }
+
+ private:
+  std::string path_;
+  FileHandle file_;
+  struct stat opened_;
+};
 
 class PosixMapping : public MappedFile {
  public:
@@ -97,11 +139,13 @@ void PosixFiles::Append(const std::string& path, std::string_view bytes) {
 
 std::unique_ptr<MappedFile> PosixFiles::Map(const std::string& path) const {
   const std::string native = Checked(path);
-  const FileHandle file = OpenFile(native, O_RDONLY, "read");
+  const FileHandle file = OpenToRead(native);
   const struct stat status = StatusOf(file, native);
-  if (S_ISDIR(status.st_mode)) ThrowSystemFailure(EISDIR, "read", native);
-  if (!S_ISREG(status.st_mode)) ThrowNoOrdinaryFile("read", native);
   return std::make_unique<PosixMapping>(file, static_cast<std::size_t>(status.st_size), native);
+}
+
+std::unique_ptr<FileReader> PosixFiles::Open(const std::string& path) const {
+  return std::make_unique<PosixReader>(Checked(path));
 }
 
 std::unique_ptr<FileReplacement> PosixFiles::Replace(const std::string& path) {

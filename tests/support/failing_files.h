@@ -36,6 +36,10 @@ class FailingFiles : public Files {
     Count();
     return below_.Map(path);
   }
+  std::unique_ptr<FileReader> Open(const std::string& path) const override {
+    Count();
+    return below_.Open(path);
+  }
   std::unique_ptr<FileReplacement> Replace(const std::string& path) override {
     Count();
     return std::make_unique<Replacement>(*this, below_.Replace(path));

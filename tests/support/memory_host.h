@@ -37,6 +37,9 @@ class MemoryFiles : public Files {
   std::unique_ptr<MappedFile> Map(const std::string& path) const override {
     return std::make_unique<Mapped>(files.at(path));
   }
+  std::unique_ptr<FileReader> Open(const std::string& path) const override {
+    return ReaderOf(std::as_bytes(std::span(files.at(path))));
+  }
   std::unique_ptr<FileReplacement> Replace(const std::string& path) override {
     Check(path);
     return std::make_unique<Replacement>(*this, path);

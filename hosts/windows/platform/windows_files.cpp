@@ -1,6 +1,8 @@
 #include "hosts/windows/platform/windows_files.h"
 
+#include <algorithm>
 #include <limits>
+#include <utility>
 
 #include "hosts/windows/platform/system_error.h"
 #include "hosts/windows/platform/windows_clock.h"
@@ -50,6 +52,56 @@ std::size_t SizeOf(const Handle& file, const std::string& path) {
   }
   return static_cast<std::size_t>(size.QuadPart);
 }
+
+class WindowsReader : public FileReader {
+ public:
+  explicit WindowsReader(std::string path)
+      : path_(std::move(path)),
+        file_(OpenFile(path_, GENERIC_READ, OPEN_EXISTING, "read")),
+        opened_(Status()) {}
+
+  uint64_t Size() const override { return SizeIn(opened_); }
+
+  void Read(uint64_t offset, std::span<std::byte> bytes) const override {
+    constexpr std::size_t kMostAtOnce = std::size_t{1} << 30;
+    while (!bytes.empty()) {
+      OVERLAPPED place{};
+      place.Offset = static_cast<DWORD>(offset);
+      place.OffsetHigh = static_cast<DWORD>(offset >> 32);
+      DWORD count = 0;
+      const auto wanted = static_cast<DWORD>(std::min(bytes.size(), kMostAtOnce));
+      if (::ReadFile(file_.get(), bytes.data(), wanted, &count, &place) == 0) {
+        const DWORD error = ::GetLastError();
+        if (error != ERROR_HANDLE_EOF) ThrowSystemFailure(error, "read", path_);
+      }
+      if (count == 0) throw FileChanged(path_);
+      offset += count;
+      bytes = bytes.subspan(count);
+    }
+  }
+
+  bool HasChanged() const override {
+    const BY_HANDLE_FILE_INFORMATION now = Status();
+    return SizeIn(now) != SizeIn(opened_) ||
+           ::CompareFileTime(&now.ftLastWriteTime, &opened_.ftLastWriteTime) != 0;
+  }
+
+ private:
+  static uint64_t SizeIn(const BY_HANDLE_FILE_INFORMATION& status) {
+    return uint64_t{status.nFileSizeHigh} << 32 | status.nFileSizeLow;
+  }
+  BY_HANDLE_FILE_INFORMATION Status() const {
+    BY_HANDLE_FILE_INFORMATION status{};
+    if (::GetFileInformationByHandle(file_.get(), &status) == 0) {
+      ThrowSystemFailure(::GetLastError(), "read", path_);
+    }
+    return status;
+  }
+
+  std::string path_;
+  Handle file_;
+  BY_HANDLE_FILE_INFORMATION opened_;
+};
 
 class WindowsMapping : public MappedFile {
  public:
@@ -106,6 +158,10 @@ std::unique_ptr<MappedFile> WindowsFiles::Map(const std::string& path) const {
   const std::string native = Checked(path);
   const Handle file = OpenFile(native, GENERIC_READ, OPEN_EXISTING, "read");
   return std::make_unique<WindowsMapping>(file, SizeOf(file, native), native);
+}
+
+std::unique_ptr<FileReader> WindowsFiles::Open(const std::string& path) const {
+  return std::make_unique<WindowsReader>(Checked(path));
 }
 
 std::unique_ptr<FileReplacement> WindowsFiles::Replace(const std::string& path) {

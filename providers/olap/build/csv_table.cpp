@@ -13,14 +13,14 @@ namespace {
 class CsvReader : public TableReader {
  public:
   CsvReader(const Files& files, std::string path, const std::vector<std::string>& columns)
-      : path_(std::move(path)), mapped_(files.Map(path_)), scanner_(TextOf(*mapped_), path_) {
+      : path_(std::move(path)), file_(files.Open(path_)), scanner_(*file_, path_) {
     if (!scanner_.NextRow(row_)) throw BadInput(path_, "is empty; a header row is expected");
     std::vector<std::string> header;
     for (const Field& field : row_) header.emplace_back(field.text);
     width_ = header.size();
     places_ = PlacesOf(columns, header, path_);
     picked_.resize(columns.size());
-    first_row_ = scanner_.position();
+    row_estimate_ = Estimate();
   }
 
   bool Next() override {
@@ -43,27 +43,25 @@ class CsvReader : public TableReader {
     return static_cast<double>(scanner_.position()) / static_cast<double>(scanner_.size());
   }
 
-  uint64_t RowEstimate() const override {
-    constexpr std::size_t kSample = 65536;
-    const auto sample = TextOf(*mapped_).substr(first_row_, kSample);
-    const auto lines = 1 + std::count(sample.begin(), sample.end(), '\n');
-    return (scanner_.size() - first_row_) * static_cast<uint64_t>(lines) / (sample.size() + 1) + 1;
-  }
+  uint64_t RowEstimate() const override { return row_estimate_; }
 
  private:
-  static std::string_view TextOf(const MappedFile& file) {
-    const auto bytes = file.Bytes();
-    return {reinterpret_cast<const char*>(bytes.data()), bytes.size()};
+  uint64_t Estimate() const {
+    constexpr std::size_t kSample = 65536;
+    const auto sample = scanner_.Ahead().substr(0, kSample);
+    const auto lines = 1 + std::count(sample.begin(), sample.end(), '\n');
+    const uint64_t rest = scanner_.size() - scanner_.position();
+    return rest * static_cast<uint64_t>(lines) / (sample.size() + 1) + 1;
   }
 
   std::string path_;
-  std::unique_ptr<MappedFile> mapped_;
+  std::unique_ptr<FileReader> file_;
   CsvScanner scanner_;
   std::vector<Field> row_;
   std::size_t width_ = 0;
   std::vector<std::size_t> places_;
   std::vector<Field> picked_;
-  std::size_t first_row_ = 0;
+  uint64_t row_estimate_ = 0;
 };
 
 class CsvFolder : public TableSource {

@@ -1,7 +1,6 @@
 #include "providers/olap/build/table_source.h"
 
 #include <algorithm>
-#include <cstring>
 
 #include "providers/olap/build/bad_input.h"
 
@@ -10,10 +9,11 @@ namespace vok::olap {
 std::unique_ptr<TableSource> OpenTableSource(const Files& files, const std::string& path) {
   if (files.IsDirectory(path)) return OpenCsvFolder(files, path);
   constexpr std::string_view kSqliteMagic("SQLite format 3\0", 16);
-  const auto mapped = files.Map(path);
-  const auto bytes = mapped->Bytes();
-  if (bytes.size() < kSqliteMagic.size() ||
-      std::memcmp(bytes.data(), kSqliteMagic.data(), kSqliteMagic.size()) != 0) {
+  const auto file = files.Open(path);
+  std::string begin(static_cast<std::size_t>(std::min<uint64_t>(file->Size(), kSqliteMagic.size())),
+                    ' ');
+  file->Read(0, std::as_writable_bytes(std::span(begin)));
+  if (begin != kSqliteMagic) {
     throw BadInput(path, "is neither a folder of CSV files nor a SQLite database");
   }
   return OpenSqliteDatabase(files, path);

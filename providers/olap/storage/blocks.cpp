@@ -3,10 +3,16 @@
 #define XXH_INLINE_ALL  // the header alone, no library
 #include <xxhash.h>
 
-#include <cstring>
 #include <utility>
 
 namespace vok::olap {
+namespace {
+
+/// The memory that blocks of facts may take which nobody uses at the moment. What a run asks of a
+/// cube of some ten million facts fits.
+constexpr std::size_t kMostCached = std::size_t{128} << 20;
+
+}  // namespace
 
 Failure DamagedCubeFile(const std::string& file_name, const std::string& what) {
   return Failure(failure_number::kUnspecified, "The cube file " + file_name +
@@ -18,24 +24,29 @@ uint64_t Checksum(std::span<const std::byte> bytes) {
   return XXH3_64bits(bytes.data(), bytes.size());
 }
 
-BlockStore::BlockStore(std::span<const std::byte> bytes, std::string file_name)
-    : bytes_(bytes), file_name_(std::move(file_name)) {
+BlockStore::BlockStore(std::shared_ptr<const FileReader> file, std::string file_name)
+    : file_(std::move(file)), file_name_(std::move(file_name)), cache_(kMostCached) {
   CheckHeader();
   const FileFooter footer = CheckedFooter();
-  const auto* entries =
-      reinterpret_cast<const BlockEntry*>(bytes_.data() + footer.directory_offset);
-  directory_ = {entries, static_cast<std::size_t>(footer.block_count)};
-  if (Checksum(std::as_bytes(directory_)) != footer.directory_checksum) {
-    throw DamagedCubeFile(file_name_, "its directory does not match its checksum");
-  }
+  ReadDirectory(footer);
   CheckDirectory(footer.directory_offset);
   catalog_block_ = footer.catalog_block;
-  verified_ = std::make_unique<std::atomic<bool>[]>(directory_.size());
+}
+
+void BlockStore::ReadDirectory(const FileFooter& footer) {
+  directory_.resize(static_cast<std::size_t>(footer.block_count));
+  const auto bytes = std::as_writable_bytes(std::span(directory_));
+  file_->Read(footer.directory_offset, bytes);
+  if (Checksum(bytes) != footer.directory_checksum) {
+    throw DamagedCubeFile(file_name_, "its directory does not match its checksum");
+  }
 }
 
 void BlockStore::CheckHeader() {
   FileHeader header{};
-  if (bytes_.size() >= sizeof(header)) std::memcpy(&header, bytes_.data(), sizeof(header));
+  if (file_->Size() >= sizeof(header)) {
+    file_->Read(0, std::as_writable_bytes(std::span(&header, 1)));
+  }
   if (header.magic != kFileMagic) {
     throw Failure(failure_number::kUnspecified,
                   file_name_ + " is no cube file. Name a file that \"vokcube cube build\" made.");
@@ -55,17 +66,17 @@ void BlockStore::CheckHeader() {
 
 FileFooter BlockStore::CheckedFooter() const {
   FileFooter footer{};
-  if (bytes_.size() < sizeof(FileHeader) + sizeof(footer)) {
+  if (file_->Size() < sizeof(FileHeader) + sizeof(footer)) {
     throw DamagedCubeFile(file_name_, "it is too short");
   }
-  const auto raw = bytes_.last(sizeof(footer));
-  std::memcpy(&footer, raw.data(), sizeof(footer));
+  const auto raw = std::as_writable_bytes(std::span(&footer, 1));
+  file_->Read(file_->Size() - sizeof(footer), raw);
   if (footer.magic != kEndMagic ||
       footer.checksum != Checksum(raw.first(offsetof(FileFooter, checksum))) ||
-      footer.file_length != bytes_.size()) {
+      footer.file_length != file_->Size()) {
     throw DamagedCubeFile(file_name_, "its end is missing");
   }
-  const uint64_t directory_end = bytes_.size() - sizeof(footer);
+  const uint64_t directory_end = file_->Size() - sizeof(footer);
   if (footer.version != version_ || footer.reserved != 0 ||
       footer.block_count > directory_end / sizeof(BlockEntry) || footer.block_count >= kNoBlock ||
       footer.catalog_block >= footer.block_count ||
@@ -90,16 +101,26 @@ void BlockStore::CheckDirectory(uint64_t directory_offset) const {
   }
 }
 
-std::span<const std::byte> BlockStore::Block(uint32_t index) const {
-  const BlockEntry& entry = directory_[index];
-  const auto block = bytes_.subspan(entry.offset, entry.length);
-  if (verified_[index].load(std::memory_order_relaxed)) return block;
-  if (Checksum(block) != entry.checksum) {
-    throw DamagedCubeFile(file_name_, "block " + std::to_string(index) + " of " +
-                                          std::to_string(count()) + " does not match its checksum");
-  }
-  verified_[index].store(true, std::memory_order_relaxed);
+HeldBlock BlockStore::Read(uint32_t index) const {
+  HeldBlock block = cache_.Find(index);
+  if (block) return block;
+  block = Checked(index);
+  cache_.Keep(index, block);
   return block;
+}
+
+std::span<const std::byte> BlockStore::Keep(uint32_t index) {
+  return kept_.emplace_back(Checked(index)).bytes();
+}
+
+HeldBlock BlockStore::Checked(uint32_t index) const {
+  const BlockEntry& entry = directory_[index];
+  auto [block, bytes] = HeldBlock::New(static_cast<std::size_t>(entry.length));
+  file_->Read(entry.offset, bytes);
+  if (Checksum(bytes) == entry.checksum) return std::move(block);
+  if (file_->HasChanged()) throw FileChanged(file_name_);
+  throw DamagedCubeFile(file_name_, "block " + std::to_string(index) + " of " +
+                                        std::to_string(count()) + " does not match its checksum");
 }
 
 }  // namespace vok::olap

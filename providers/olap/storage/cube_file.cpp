@@ -1,7 +1,6 @@
 #include "providers/olap/storage/cube_file.h"
 
 #include <cmath>
-#include <cstring>
 #include <optional>
 #include <utility>
 
@@ -18,7 +17,7 @@ constexpr std::size_t kLeastText = sizeof(uint32_t);
 
 class StructureReader {
  public:
-  StructureReader(const BlockStore& blocks, ByteReader section) : blocks_(blocks), in_(section) {}
+  StructureReader(BlockStore& blocks, ByteReader section) : blocks_(blocks), in_(section) {}
 
   CubeModel Read() {
     CubeModel model;
@@ -108,7 +107,7 @@ class StructureReader {
     if (!condition) throw DamagedCubeFile(blocks_.file_name(), "its structure is not valid");
   }
 
-  const BlockStore& blocks_;
+  BlockStore& blocks_;
   ByteReader in_;
 };
 
@@ -129,7 +128,7 @@ std::vector<CalculatedDefinition> ReadCalculated(ByteReader in) {
   return members;
 }
 
-StoredCube ReadCube(const BlockStore& blocks, ByteReader& catalog) {
+StoredCube ReadCube(BlockStore& blocks, ByteReader& catalog) {
   std::optional<ByteReader> structure;
   std::optional<ByteReader> facts;
   std::optional<ByteReader> aggregates;
@@ -152,10 +151,9 @@ StoredCube ReadCube(const BlockStore& blocks, ByteReader& catalog) {
 
 class OpenedCubeFile : public CubeFile {
  public:
-  OpenedCubeFile(std::unique_ptr<MappedFile> mapped, std::span<const std::byte> bytes,
-                 const std::string& name)
-      : mapped_(std::move(mapped)), blocks_(Aligned(bytes), name) {
-    ByteReader catalog(blocks_.Block(blocks_.catalog_block()), blocks_.file_name());
+  OpenedCubeFile(std::shared_ptr<const FileReader> file, const std::string& name)
+      : blocks_(std::move(file), name) {
+    ByteReader catalog(blocks_.Keep(blocks_.catalog_block()), blocks_.file_name());
     cubes_.resize(catalog.GetCount(2 * sizeof(SectionTag)));
     for (StoredCube& cube : cubes_) cube = ReadCube(blocks_, catalog);
   }
@@ -163,31 +161,29 @@ class OpenedCubeFile : public CubeFile {
   const std::vector<StoredCube>& cubes() const override { return cubes_; }
 
  private:
-  /// Numbers are read in place, so the bytes have to begin where a number may.
-  std::span<const std::byte> Aligned(std::span<const std::byte> bytes) {
-    if (reinterpret_cast<std::uintptr_t>(bytes.data()) % kBlockAlignment == 0) return bytes;
-    aligned_copy_.resize(bytes.size() / sizeof(uint64_t) + 1);
-    std::memcpy(aligned_copy_.data(), bytes.data(), bytes.size());
-    return std::as_bytes(std::span(aligned_copy_)).first(bytes.size());
-  }
-
-  std::unique_ptr<MappedFile> mapped_;
-  std::vector<uint64_t> aligned_copy_;
   BlockStore blocks_;
   std::vector<StoredCube> cubes_;
 };
 
+std::shared_ptr<const CubeFile> OpenFrom(const std::shared_ptr<const FileReader>& file,
+                                         const std::string& name) {
+  try {
+    return std::make_shared<OpenedCubeFile>(file, name);
+  } catch (const Failure&) {
+    if (file->HasChanged()) throw FileChanged(name);
+    throw;
+  }
+}
+
 }  // namespace
 
 std::shared_ptr<const CubeFile> CubeFile::Open(const Files& files, const std::string& path) {
-  auto mapped = files.Map(path);
-  const auto bytes = mapped->Bytes();
-  return std::make_shared<OpenedCubeFile>(std::move(mapped), bytes, path);
+  return OpenFrom(files.Open(path), path);
 }
 
 std::shared_ptr<const CubeFile> CubeFile::Open(std::span<const std::byte> bytes,
                                                const std::string& name) {
-  return std::make_shared<OpenedCubeFile>(nullptr, bytes, name);
+  return OpenFrom(ReaderOf(bytes), name);
 }
 
 }  // namespace vok::olap

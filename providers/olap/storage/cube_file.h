@@ -17,9 +17,11 @@ struct StoredCube {
   std::unique_ptr<FactStore> facts;
 };
 
-/// Keeps the file mapped; a file that is replaced meanwhile does not disturb it. Failures
-/// -2147467259: no cube file, of a newer version, truncated, damaged; each names the file and what
-/// to do. Failure 53: no such file.
+/// Keeps the file open; a file that is replaced meanwhile does not disturb it. Structure is read
+/// when it is opened, facts when they are asked for, each into memory of its own where it is
+/// checked: failure 75 when the file itself was changed since. Failures -2147467259: no cube file,
+/// of a newer version, truncated, damaged; each names the file and what to do. Failure 53: no such
+/// file.
 class CubeFile {
  public:
   virtual ~CubeFile() = default;

@@ -49,8 +49,8 @@ class Scan {
 
   void AddBlock(uint32_t block, uint32_t group) {
     if (block == kNoBlock) return;
-    const CellBlock cells(blocks_.Block(block), inner_count_, cuboids_.formats,
-                          blocks_.file_name());
+    const HeldBlock held = blocks_.Read(block);
+    const CellBlock cells(held.bytes(), inner_count_, cuboids_.formats, blocks_.file_name());
     CellBlock::Cursor cursor;
     for (const IdRange& range : inner_) {
       for (uint32_t begin = range.begin; begin < range.end; begin += kBatch) {

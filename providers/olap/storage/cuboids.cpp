@@ -7,7 +7,7 @@ namespace {
 
 class Reader {
  public:
-  Reader(const BlockStore& blocks, ByteReader section, std::span<const LeafLevels> levels,
+  Reader(BlockStore& blocks, ByteReader section, std::span<const LeafLevels> levels,
          std::span<const ValueFormat> formats)
       : blocks_(blocks), section_(section), levels_(levels), formats_(formats) {}
 
@@ -59,7 +59,7 @@ class Reader {
       combinations *= levels_[outer.hierarchy].MemberCount(outer.level);
       Require(combinations < kNoBlock);
     }
-    ByteReader table(blocks_.Block(block), blocks_.file_name());
+    ByteReader table(blocks_.Keep(block), blocks_.file_name());
     cuboid.blocks = table.GetAll<uint32_t>(combinations);
     Require(std::all_of(cuboid.blocks.begin(), cuboid.blocks.end(), [this](uint32_t each) {
       return each == kNoBlock || each < blocks_.count();
@@ -72,7 +72,7 @@ class Reader {
     }
   }
 
-  const BlockStore& blocks_;
+  BlockStore& blocks_;
   ByteReader section_;
   std::span<const LeafLevels> levels_;
   std::span<const ValueFormat> formats_;
@@ -87,8 +87,8 @@ std::optional<std::size_t> Cuboids::PlaceOf(uint32_t value_column) const {
   return static_cast<std::size_t>(found - columns.begin());
 }
 
-Cuboids ReadCuboids(const BlockStore& blocks, ByteReader section,
-                    std::span<const LeafLevels> levels, std::span<const ValueFormat> formats) {
+Cuboids ReadCuboids(BlockStore& blocks, ByteReader section, std::span<const LeafLevels> levels,
+                    std::span<const ValueFormat> formats) {
   return Reader(blocks, section, levels, formats).Read();
 }
 

@@ -48,7 +48,7 @@ struct Cuboids {
 };
 
 /// `formats` are those of all value columns. Failure "damaged" when the section does not fit.
-Cuboids ReadCuboids(const BlockStore& blocks, ByteReader section,
-                    std::span<const LeafLevels> levels, std::span<const ValueFormat> formats);
+Cuboids ReadCuboids(BlockStore& blocks, ByteReader section, std::span<const LeafLevels> levels,
+                    std::span<const ValueFormat> formats);
 
 }  // namespace vok::olap

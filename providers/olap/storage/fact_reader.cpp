@@ -36,6 +36,67 @@ struct Columns {
   std::optional<Cuboids> cuboids;
 };
 
+/// A measure of a query: the values that it is made of, and where they are added up.
+struct Target {
+  uint32_t value_column;
+  Tally* tally;
+};
+
+/// Adds rows of the facts to the targets.
+class RowAdder {
+ public:
+  RowAdder(const Columns& columns, const Grouping& grouping, std::span<const Target> targets,
+           Watch& watch)
+      : grouping_(grouping), watch_(watch) {
+    if (grouping.hierarchy()) {
+      groups_of_.emplace(columns.keys[columns.key_of_hierarchy[*grouping.hierarchy()]]);
+    }
+    for (const Target& target : targets) {
+      const ValueColumn& column = columns.values[target.value_column];
+      Source& source = sources_.emplace_back(Source{ColumnReader(column.values), {}, target.tally});
+      if (column.format.has_nulls) source.validity.emplace(column.validity);
+    }
+  }
+
+  void Add(RowRange rows) {
+    while (rows.begin < rows.end) {
+      const uint64_t chunk_rest = kChunkRows - rows.begin % kChunkRows;
+      const auto count = std::min({rows.end - rows.begin, chunk_rest, uint64_t{kBatch}});
+      watch_.Count(count);
+      AddBatch(rows.begin, count);
+      rows.begin += count;
+    }
+  }
+
+ private:
+  struct Source {
+    ColumnReader values;
+    std::optional<ColumnReader> validity;
+    Tally* tally;
+  };
+
+  void AddBatch(uint64_t row, std::size_t count) {
+    if (groups_of_) {
+      groups_of_->Unpack(row, count, groups_.data());
+      grouping_.Map(std::span(groups_).first(count));
+    }
+    for (Source& source : sources_) {
+      source.values.Unpack(row, count, values_.data());
+      if (source.validity) source.validity->Unpack(row, count, validity_.data());
+      source.tally->Add(std::span(groups_).first(count), std::span(values_).first(count),
+                        std::span(validity_).first(source.validity ? count : 0));
+    }
+  }
+
+  const Grouping& grouping_;
+  Watch& watch_;
+  std::optional<ColumnReader> groups_of_;
+  std::vector<Source> sources_;
+  std::array<uint32_t, kBatch> groups_{};
+  std::array<int64_t, kBatch> values_;
+  std::array<int64_t, kBatch> validity_;
+};
+
 class StoredFacts : public FactStore {
  public:
   StoredFacts(const BlockStore& blocks, Columns columns)
@@ -44,18 +105,11 @@ class StoredFacts : public FactStore {
   std::vector<FactColumn> Read(const FactQuery& query) const override;
 
  private:
-  struct Target {
-    uint32_t value_column;
-    Tally* tally;
-  };
-
   LeafSlice SliceOf(const FactQuery& query) const;
   void AddByPlan(const LeafSlice& slice, const Grouping& grouping, std::span<const Target> targets,
                  Watch& watch) const;
   void AddFacts(const LeafSlice& slice, const Grouping& grouping, std::span<const Target> targets,
                 Watch& watch) const;
-  void AddRows(const Grouping& grouping, RowRange rows, std::span<const Target> targets,
-               Watch& watch) const;
 
   const BlockStore& blocks_;
   Columns columns_;
@@ -120,40 +174,16 @@ void StoredFacts::AddFacts(const LeafSlice& slice, const Grouping& grouping,
     filters[columns_.key_of_hierarchy[hierarchy]].emplace(slice[hierarchy],
                                                           columns_.levels[hierarchy].LeafCount());
   }
+  RowAdder adder(columns_, grouping, targets, watch);
   for (const RowRange& rows : SliceScan(columns_.keys, filters, watch).Find(columns_.rows)) {
-    AddRows(grouping, rows, targets, watch);
-  }
-}
-
-void StoredFacts::AddRows(const Grouping& grouping, RowRange rows, std::span<const Target> targets,
-                          Watch& watch) const {
-  std::array<uint32_t, kBatch> groups{};
-  std::array<int64_t, kBatch> values;
-  std::array<int64_t, kBatch> validity;
-  while (rows.begin < rows.end) {
-    const uint64_t chunk_rest = kChunkRows - rows.begin % kChunkRows;
-    const auto count = std::min({rows.end - rows.begin, chunk_rest, uint64_t{kBatch}});
-    watch.Count(count);
-    if (grouping.hierarchy()) {
-      const uint32_t key = columns_.key_of_hierarchy[*grouping.hierarchy()];
-      columns_.keys[key].Unpack(rows.begin, count, groups.data());
-      grouping.Map(std::span(groups).first(count));
-    }
-    for (const Target& target : targets) {
-      const ValueColumn& column = columns_.values[target.value_column];
-      column.values.Unpack(rows.begin, count, values.data());
-      if (column.format.has_nulls) column.validity.Unpack(rows.begin, count, validity.data());
-      target.tally->Add(std::span(groups).first(count), std::span(values).first(count),
-                        std::span(validity).first(column.format.has_nulls ? count : 0));
-    }
-    rows.begin += count;
+    adder.Add(rows);
   }
 }
 
 /// Reads the section and checks that it fits the model.
 class SectionReader {
  public:
-  SectionReader(const BlockStore& blocks, ByteReader section, const CubeModel& model)
+  SectionReader(BlockStore& blocks, ByteReader section, const CubeModel& model)
       : blocks_(blocks), section_(section), model_(model) {}
 
   Columns Read(const std::optional<ByteReader>& aggregates) {
@@ -214,7 +244,7 @@ class SectionReader {
   void ReadChunks(const std::vector<uint32_t>& keys) {
     const auto block = section_.Get<uint32_t>();
     Require(block < blocks_.count());
-    ByteReader table(blocks_.Block(block), blocks_.file_name());
+    ByteReader table(blocks_.Keep(block), blocks_.file_name());
     const uint64_t chunk_count = columns_.rows / kChunkRows + (columns_.rows % kChunkRows != 0);
     const auto next = [&] {
       return PackedColumn(blocks_, table.GetAll<ChunkEntry>(chunk_count), columns_.rows);
@@ -243,7 +273,7 @@ class SectionReader {
     }
   }
 
-  const BlockStore& blocks_;
+  BlockStore& blocks_;
   ByteReader section_;
   const CubeModel& model_;
   Columns columns_;
@@ -251,7 +281,7 @@ class SectionReader {
 
 }  // namespace
 
-std::unique_ptr<FactStore> ReadFactsSection(const BlockStore& blocks, ByteReader section,
+std::unique_ptr<FactStore> ReadFactsSection(BlockStore& blocks, ByteReader section,
                                             const std::optional<ByteReader>& aggregates,
                                             const CubeModel& model) {
   return std::make_unique<StoredFacts>(blocks,

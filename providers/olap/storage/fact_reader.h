@@ -13,7 +13,7 @@ namespace vok::olap {
 /// `blocks` outlives the result. `aggregates` is the section of stored aggregates, where there is
 /// one; queries use them by themselves. Failure "damaged" when a section does not fit the
 /// hierarchies and measures of the model.
-std::unique_ptr<FactStore> ReadFactsSection(const BlockStore& blocks, ByteReader section,
+std::unique_ptr<FactStore> ReadFactsSection(BlockStore& blocks, ByteReader section,
                                             const std::optional<ByteReader>& aggregates,
                                             const CubeModel& model);
 

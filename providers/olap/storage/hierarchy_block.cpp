@@ -158,9 +158,9 @@ std::string HierarchyBlock(const NewHierarchy& hierarchy) {
   return std::string(out.bytes());
 }
 
-MemberColumns ReadHierarchyBlock(const BlockStore& blocks, uint32_t block,
+MemberColumns ReadHierarchyBlock(BlockStore& blocks, uint32_t block,
                                  const std::vector<Level>& levels) {
-  ByteReader in(blocks.Block(block), blocks.file_name());
+  ByteReader in(blocks.Keep(block), blocks.file_name());
   const auto count = in.Get<uint64_t>();
   if (count != levels.back().members.end) {
     throw DamagedCubeFile(blocks.file_name(), "members are missing");

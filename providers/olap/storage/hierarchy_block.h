@@ -13,7 +13,7 @@ namespace vok::olap {
 std::string HierarchyBlock(const NewHierarchy& hierarchy);
 
 /// The columns in place, every reference in them checked. Failure "damaged".
-MemberColumns ReadHierarchyBlock(const BlockStore& blocks, uint32_t block,
+MemberColumns ReadHierarchyBlock(BlockStore& blocks, uint32_t block,
                                  const std::vector<Level>& levels);
 
 }  // namespace vok::olap

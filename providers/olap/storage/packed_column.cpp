@@ -9,7 +9,7 @@ namespace {
 /// Any value up to this width lies within the eight bytes that begin where it begins.
 constexpr uint32_t kWidestPacked = 56;
 
-// A block is followed by others or by the footer, so eight bytes can be read from any of its bytes.
+// Eight bytes can be read from any byte of a block.
 uint64_t LoadWord(const std::byte* from) {
   uint64_t word;
   std::memcpy(&word, from, sizeof(word));
@@ -86,25 +86,29 @@ PackedColumn::PackedColumn(const BlockStore& blocks, std::span<const ChunkEntry>
   }
 }
 
-int64_t PackedColumn::At(uint64_t row) const {
+PackedNumbers ColumnReader::NumbersOf(uint64_t row) {
   const ChunkEntry& chunk = ChunkOf(row);
-  if (chunk.width == 0) return chunk.low;
-  const std::byte* block = blocks_->Block(chunk.block).data();
-  return static_cast<int64_t>(static_cast<uint64_t>(chunk.low) +
-                              PackedAt(block, row % kChunkRows, chunk.width, MaskOf(chunk.width)));
+  if (chunk.width == 0) return {nullptr, chunk.low, 0};
+  if (held_ != chunk.block) {
+    block_ = column_->blocks().Read(chunk.block);
+    held_ = chunk.block;
+  }
+  return {block_.bytes().data(), chunk.low, chunk.width};
 }
 
-PackedNumbers PackedColumn::NumbersOf(uint64_t row) const {
-  const ChunkEntry& chunk = ChunkOf(row);
-  const std::byte* bytes = chunk.width == 0 ? nullptr : blocks_->Block(chunk.block).data();
-  return {bytes, chunk.low, chunk.width};
+int64_t ColumnReader::At(uint64_t row) {
+  const PackedNumbers numbers = NumbersOf(row);
+  if (numbers.width == 0) return numbers.low;
+  return static_cast<int64_t>(
+      static_cast<uint64_t>(numbers.low) +
+      PackedAt(numbers.bytes, row % kChunkRows, numbers.width, MaskOf(numbers.width)));
 }
 
-void PackedColumn::Unpack(uint64_t row, std::size_t count, int64_t* values) const {
+void ColumnReader::Unpack(uint64_t row, std::size_t count, int64_t* values) {
   UnpackAs(NumbersOf(row), row % kChunkRows, count, values);
 }
 
-void PackedColumn::Unpack(uint64_t row, std::size_t count, uint32_t* values) const {
+void ColumnReader::Unpack(uint64_t row, std::size_t count, uint32_t* values) {
   UnpackAs(NumbersOf(row), row % kChunkRows, count, values);
 }
 

@@ -27,7 +27,7 @@ struct PackedNumbers {
 void Unpack(const PackedNumbers& numbers, uint64_t first, std::size_t count, int64_t* values);
 void Unpack(const PackedNumbers& numbers, uint64_t first, std::size_t count, uint32_t* values);
 
-/// Reads blocks when they are needed. Safe to use from several threads.
+/// Where the values of a column are.
 class PackedColumn {
  public:
   PackedColumn() = default;
@@ -36,17 +36,32 @@ class PackedColumn {
 
   const ChunkEntry& ChunkOf(uint64_t row) const { return chunks_[row / kChunkRows]; }
   std::span<const ChunkEntry> chunks() const { return chunks_; }
-  int64_t At(uint64_t row) const;
+  const BlockStore& blocks() const { return *blocks_; }
+
+ private:
+  const BlockStore* blocks_ = nullptr;
+  std::span<const ChunkEntry> chunks_;
+};
+
+/// Reads a column, which outlives it, chunk by chunk: holds the block of the chunk that was read
+/// last.
+class ColumnReader {
+ public:
+  explicit ColumnReader(const PackedColumn& column) : column_(&column) {}
+
+  const ChunkEntry& ChunkOf(uint64_t row) const { return column_->ChunkOf(row); }
+  int64_t At(uint64_t row);
   /// Rows from `row` on, all of one chunk.
-  void Unpack(uint64_t row, std::size_t count, int64_t* values) const;
-  void Unpack(uint64_t row, std::size_t count, uint32_t* values) const;
+  void Unpack(uint64_t row, std::size_t count, int64_t* values);
+  void Unpack(uint64_t row, std::size_t count, uint32_t* values);
 
  private:
   /// The chunk that the row is in.
-  PackedNumbers NumbersOf(uint64_t row) const;
+  PackedNumbers NumbersOf(uint64_t row);
 
-  const BlockStore* blocks_ = nullptr;
-  std::span<const ChunkEntry> chunks_;
+  const PackedColumn* column_;
+  uint32_t held_ = kNoBlock;
+  HeldBlock block_;
 };
 
 }  // namespace vok::olap

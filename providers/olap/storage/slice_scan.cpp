@@ -15,7 +15,7 @@ constexpr std::size_t kBatch = 256;
 
 /// The first row of `rows` whose key is not below `key`; the keys ascend within `rows`. Looks at
 /// blocks only where the chunks' limits leave the question open.
-uint64_t FirstNotBelow(const PackedColumn& column, RowRange rows, int64_t key) {
+uint64_t FirstNotBelow(ColumnReader& column, RowRange rows, int64_t key) {
   uint64_t step = 1;
   while (rows.begin < rows.end) {
     // Leaps of doubled length find a near place fast; the search then closes in by halves.
@@ -49,7 +49,7 @@ LeafFilter::LeafFilter(std::vector<IdRange> ranges, uint32_t leaf_count)
 
 SliceScan::SliceScan(std::span<const PackedColumn> columns,
                      std::span<const std::optional<LeafFilter>> filters, Watch& watch)
-    : columns_(columns), filters_(filters), watch_(watch) {
+    : columns_(columns.begin(), columns.end()), filters_(filters), watch_(watch) {
   for (std::size_t column = 0; column < filters.size(); ++column) {
     if (filters[column]) filtered_columns_ = column + 1;
   }
@@ -72,7 +72,7 @@ void SliceScan::Descend(std::size_t column, RowRange rows) {
 }
 
 void SliceScan::FollowFilter(std::size_t column, RowRange rows) {
-  const PackedColumn& keys = columns_[column];
+  ColumnReader& keys = columns_[column];
   for (const IdRange& leaves : filters_[column]->ranges()) {
     watch_.Count(kFewPerRange);
     rows.begin = FirstNotBelow(keys, rows, leaves.begin);

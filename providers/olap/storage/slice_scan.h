@@ -50,7 +50,7 @@ class SliceScan {
   void TestBatch(std::size_t column, uint64_t first, std::size_t count);
   void Take(RowRange rows);
 
-  std::span<const PackedColumn> columns_;
+  std::vector<ColumnReader> columns_;
   std::span<const std::optional<LeafFilter>> filters_;
   Watch& watch_;
   std::size_t filtered_columns_ = 0;  ///< up to and including the last filter

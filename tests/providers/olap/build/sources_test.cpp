@@ -2,12 +2,15 @@
 #include <gtest/gtest.h>
 #include <sqlite3.h>
 
+#include <chrono>
 #include <filesystem>
 #include <fstream>
 #include <string>
+#include <thread>
 
 #include "native.h"
 #include "platform/failure.h"
+#include "providers/olap/build/table_source.h"
 #include "tests/support/cubes/sample_cube.h"
 
 namespace vok::olap {
@@ -40,6 +43,48 @@ TEST(CsvTable, IsReadInEveryForm) {
   for (const auto& each : cases) {
     const test::BuiltCube built({kSchema, {{"d", each.dimension}, {"fact", each.facts}}});
     ExpectNamesAndSum(built.file(), {"a", "b \"x\",\ny"}, 2.25);
+  }
+}
+
+TEST(CsvTable, IsReadInPiecesWhateverTheyCut) {
+  std::string lines;
+  while (lines.size() < (std::size_t{5} << 19)) lines += "a \xC3\xBC,\r\n";
+  std::string facts = "id,v\r\n";
+  constexpr int kFacts = 120'000;
+  for (int i = 0; i < kFacts; ++i) facts += i % 3 == 0 ? "1,\"0.25\"\r\n" : "2,0.25\r\n";
+  const test::BuiltCube built(
+      {kSchema, {{"d", "id,name\n1,a\n2,\"" + lines + "\"\n"}, {"fact", facts}}});
+  ExpectNamesAndSum(built.file(), {"a", lines}, 0.25 * kFacts);
+}
+
+TEST(CsvTable, IsAFailureWhenItIsChangedWhileItIsRead) {
+  const std::string row = "1,0.25\n";
+  std::string rows = "id,v\n";
+  while (rows.size() < (std::size_t{3} << 20)) rows += row;
+  const std::string endless = "id,v\n1,\"" + std::string(std::size_t{20} << 20, 'x');
+  const struct {
+    const std::string& before;
+    std::string after;
+    const char* words;
+  } cases[] = {
+      {rows, rows.substr(0, row.size() * 10), "was changed while it was read; replace it with mv"},
+      {rows, rows + row, "was changed while it was read; replace it with mv"},
+      {endless, endless, "fact.csv, line 2: the row is longer than 16 MB; a quote may be missing"},
+  };
+  test::NativeFiles files;
+  for (const auto& each : cases) {
+    const test::TemporaryFolder folder;
+    std::ofstream(folder.File("fact.csv"), std::ios::binary) << each.before;
+    const auto source = OpenCsvFolder(files, folder.path());
+    const auto table = source->Open("fact", {"id", "v"});
+    std::this_thread::sleep_for(std::chrono::milliseconds(20));  // another time of modification
+    std::ofstream(folder.File("fact.csv"), std::ios::binary) << each.after;
+    try {
+      while (table->Next()) EXPECT_EQ(table->Fields()[1].text, "0.25");
+      ADD_FAILURE() << each.words;
+    } catch (const Failure& failure) {
+      EXPECT_NE(failure.description().find(each.words), std::string::npos) << failure.description();
+    }
   }
 }
 
