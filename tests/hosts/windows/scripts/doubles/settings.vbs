@@ -14,6 +14,7 @@ End Sub
 
 Vokcube "settings-old.answers", "settings import " & WScript.Arguments(1) & "\settings.json"
 Vokcube "settings.answers", "settings export loaded.json"
+Vokcube "settings.answers", "periods fill Foreign --interval year --from 2010-01-01 --last 1"
 Vokcube "settings.answers", "settings delete periods Foreign"
 Vokcube "settings.answers", "settings delete data-source Foreign"
 Finish
