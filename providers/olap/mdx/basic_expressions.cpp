@@ -191,6 +191,7 @@ class CellValue : public ValueExpression {
               Context& context) const override {
     for (const MemberPtr& member : members_) {
       for (const HierarchyId open : {block.Varying(), any}) {
+        if (open == kNoHierarchy) continue;
         if (member->hierarchy() == open || member->DependsOn(open)) return false;
       }
     }
