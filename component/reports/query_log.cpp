@@ -89,8 +89,8 @@ void WriteQueryLog(const Host& host, Environment& environment, const std::string
     throw Failure(
         failure.number(),
         failure.description() +
-            " A query is sent only after it is in the log: whoever runs it must be able to "
-            "write there. Give them the right to, or choose another settings folder.",
+            " A query is sent only after it is in the log. Get the right to write there, or "
+            "choose another settings folder.",
         failure.source(), failure.section());
   }
 }
