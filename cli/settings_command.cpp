@@ -38,7 +38,7 @@ void NoteNames(const Sets& sets, const char* words) {
     const std::string problem = SetNameProblem(set.SetName);
     if (!problem.empty()) {
       std::cerr << "Note: one " << words << ' ' << OneLine(problem)
-                << " (vokcube settings rename gives it one)\n";
+                << " (with vokcube settings rename)\n";
     }
   }
 }
