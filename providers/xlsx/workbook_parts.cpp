@@ -1,5 +1,6 @@
-#include "providers/xlsx/text_rules.h"
 #include "providers/xlsx/workbook_parts.h"
+
+#include "providers/xlsx/text_rules.h"
 
 namespace vok::xlsx {
 namespace {
