@@ -18,8 +18,6 @@ namespace {
 using olap::CsvScanner;
 using olap::Field;
 
-std::string Quoted(std::string_view text) { return "\"" + std::string(text) + "\""; }
-
 std::optional<int> WholeNumber(std::string_view text) {
   text = TrimBlanks(text);
   int number = 0;

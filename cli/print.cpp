@@ -48,4 +48,6 @@ std::string CsvField(const std::string& text) {
   return quoted + '"';
 }
 
+std::string Quoted(std::string_view text) { return "\"" + std::string(text) + "\""; }
+
 }  // namespace vok::cli

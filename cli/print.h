@@ -20,4 +20,7 @@ std::optional<Date> ParseIsoDate(std::string_view text);
 /// The text as a field of RFC 4180 CSV.
 std::string CsvField(const std::string& text);
 
+/// The text in double quotes, for a message.
+std::string Quoted(std::string_view text);
+
 }  // namespace vok::cli

@@ -27,8 +27,6 @@ struct Node {
   }
 };
 
-std::string Quoted(std::string_view text) { return "\"" + std::string(text) + "\""; }
-
 std::string Join(const std::string& path, std::string_view name) {
   return path.empty() ? std::string(name) : path + "." + std::string(name);
 }

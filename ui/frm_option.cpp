@@ -8,7 +8,7 @@
 namespace vok {
 namespace {
 
-constexpr int kNameWidth = 24;
+constexpr int kOptionWidth = 24;
 
 /// The count that the text means: 0 to 13; nothing for any other text.
 std::optional<int16_t> CountIn(const std::string& text) {
@@ -50,7 +50,7 @@ void FrmOption::AddRow(Panel& rows, int row, const MeasureChoices& choices) {
   const auto combo = [&](int column, const char* name, const char* label,
                          const std::vector<std::string>& list) {
     Control& field =
-        rows.Field({grid_row, column}, ControlType::kComboBox, {name, row}, label, kNameWidth);
+        rows.Field({grid_row, column}, ControlType::kComboBox, {name, row}, label, kOptionWidth);
     field.Grows = true;
     field.List = list;
     field.Row = number;

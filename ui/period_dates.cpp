@@ -18,7 +18,7 @@ constexpr char kName[] = "TextPeriod";
 constexpr char kFrom[] = "txtDate1";
 constexpr char kUntil[] = "txtDate2";
 constexpr char kOpening[] = "CheckItraPticha";
-constexpr int kNameWidth = 14;
+constexpr int kPeriodNameWidth = 14;
 constexpr int kDateWidth = 11;
 
 std::string DayMonthYear(Date date) {
@@ -44,7 +44,7 @@ void PeriodDates::AddHeadingsTo(Panel panel, int row) {
 void PeriodDates::AddPeriodTo(Panel panel, int grid_row, int row) {
   using enum ControlType;
   Control* const controls[] = {
-      &panel.Field({grid_row, 1}, kTextBox, {kName, row}, "lblPeriodName", kNameWidth),
+      &panel.Field({grid_row, 1}, kTextBox, {kName, row}, "lblPeriodName", kPeriodNameWidth),
       &panel.Field({grid_row, 2}, kTextBox, {kFrom, row}, "lblFromDate", kDateWidth),
       &panel.Field({grid_row, 3}, kTextBox, {kUntil, row}, "lblUntilDate", kDateWidth),
       &panel.CheckBox({grid_row, 4}, {kOpening, row}, 0, text_number::kTipOpeningBalance),

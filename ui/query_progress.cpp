@@ -10,7 +10,7 @@
 namespace vok {
 namespace {
 
-constexpr char kFrame[] = "fraProgress";
+constexpr char kProgressFrame[] = "fraProgress";
 constexpr char kLabel[] = "lblProgress";
 constexpr char kStop[] = "cmdStop";
 
@@ -26,7 +26,7 @@ class QueryProgress::Running {
   explicit Running(QueryProgress& progress) : progress_(progress), form_(progress.form_) {
     progress_.services_.publics.stop = &progress_.stop_.emplace();
     for (Control& control : form_.Controls()) {
-      if (control.Container == kFrame || !IsUsed(control)) continue;
+      if (control.Container == kProgressFrame || !IsUsed(control)) continue;
       before_.push_back({control, control.Enabled, control.Cancel});
       control.Enabled = control.Cancel = false;
     }
@@ -53,7 +53,7 @@ class QueryProgress::Running {
   };
 
   void ShowFrame(bool visible) {
-    form_.At(kFrame).Visible = visible;
+    form_.At(kProgressFrame).Visible = visible;
     Control& stop = form_.At(kStop);
     stop.Enabled = stop.Cancel = visible;
   }
@@ -70,8 +70,8 @@ QueryProgress::QueryProgress(const WindowServices& services, Form& form)
 
 void QueryProgress::AddTo(Panel window, GridCell cell) {
   constexpr int kBarWidth = 20;
-  Panel frame = window.Frame(cell, kFrame);
-  form_.At(kFrame).Visible = false;
+  Panel frame = window.Frame(cell, kProgressFrame);
+  form_.At(kProgressFrame).Visible = false;
   frame.Label({0, 0}, kLabel, text_number::kRunning);
   frame.Field({0, 1}, ControlType::kProgressBar, "prgQuery", kLabel, kBarWidth).Grows = true;
   frame.Button({0, 2}, kStop, text_number::kStop).Enabled = false;

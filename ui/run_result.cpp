@@ -13,7 +13,7 @@
 namespace vok {
 namespace {
 
-constexpr char kFrame[] = "fraResult";
+constexpr char kResultFrame[] = "fraResult";
 constexpr char kPath[] = "txtResult";
 constexpr char kRows[] = "lvwRows";
 constexpr char kMoney[] = "chtMoney";
@@ -94,8 +94,8 @@ RunResult::RunResult(const WindowServices& services, Form& form)
 void RunResult::AddTo(Panel window, GridCell cell) {
   constexpr int kWidth = 50;
   constexpr int kColumns = 3;
-  Panel frame = window.Frame(cell, kFrame, text_number::kResultFrame);
-  Control& pane = form_.At(kFrame);
+  Panel frame = window.Frame(cell, kResultFrame, text_number::kResultFrame);
+  Control& pane = form_.At(kResultFrame);
   pane.Visible = false;
   pane.Grows = pane.GrowsDown = true;
   frame.Label({0, 0, kColumns}, "lblResult", text_number::kWorkbookAt);
@@ -117,7 +117,7 @@ void RunResult::Show() {
   const RunReport& report = services_.publics.last_run;
   const bool written = !report.workbook.empty();
   workbook_ = written ? WholePath(services_.host.files.NativePath(report.workbook)) : "";
-  form_.At(kFrame).Visible = true;
+  form_.At(kResultFrame).Visible = true;
   form_.At(kPath).Text =
       written ? workbook_ : GetLangString(services_.publics.language, text_number::kResultNone);
   form_.At("lblResultRows").Caption = RowsText(report);

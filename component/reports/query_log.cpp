@@ -11,7 +11,7 @@
 namespace vok {
 namespace {
 
-constexpr char kLineEnd[] = "\r\n";
+constexpr char kLogLineEnd[] = "\r\n";
 
 struct Replacement {
   std::string_view find;
@@ -47,12 +47,12 @@ std::string ReplaceAll(std::string_view text, const Replacement& rule) {
 }
 
 std::string Lines(std::string_view text, int16_t width) {
-  if (width < 1) return std::string(text) + kLineEnd;
+  if (width < 1) return std::string(text) + kLogLineEnd;
   std::string lines;
   do {
     const std::string_view piece = Utf16Prefix(text, static_cast<std::size_t>(width));
     lines += piece;
-    lines += kLineEnd;
+    lines += kLogLineEnd;
     text.remove_prefix(piece.size());
   } while (!text.empty());
   return lines;
@@ -67,7 +67,7 @@ std::string LogFolder(const Host& host, Environment& environment) {
 
 void Write(Files& files, const std::string& file, const std::string& entry, bool append) {
   if (append) {
-    files.Append(file, std::string(kLineEnd) + kLineEnd + entry);
+    files.Append(file, std::string(kLogLineEnd) + kLogLineEnd + entry);
   } else {
     WriteWholeFile(files, file, entry);
   }
@@ -82,7 +82,7 @@ std::string FormatQueryText(std::string text) {
 
 void WriteQueryLog(const Host& host, Environment& environment, const std::string& Text,
                    const std::string& LogName, bool Append, int16_t LineWidth, bool Format) {
-  const std::string entry = Format ? FormatQueryText(Text) + kLineEnd : Lines(Text, LineWidth);
+  const std::string entry = Format ? FormatQueryText(Text) + kLogLineEnd : Lines(Text, LineWidth);
   try {
     Write(host.files, LogFolder(host, environment) + "\\" + LogName + ".log", entry, Append);
   } catch (const Failure& failure) {

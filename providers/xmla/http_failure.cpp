@@ -10,7 +10,7 @@
 namespace vok::xmla {
 namespace {
 
-std::string Server(const std::string& address) { return "The cube server " + address + " "; }
+std::string TheServer(const std::string& address) { return "The cube server " + address + " "; }
 
 /// The first line that is not blank.
 std::string FirstLine(std::string_view beginning) {
@@ -63,7 +63,7 @@ std::string Seconds(int seconds, const char* key) {
 
 Failure TimedOut(const std::string& what, std::string_view beginning, const std::string& address) {
   return {failure_number::kTimeout,
-          Server(address) + what + ". Ask for less, or allow more time." + Quoted(beginning)};
+          TheServer(address) + what + ". Ask for less, or allow more time." + Quoted(beginning)};
 }
 
 /// What happened, with the library's words in place of "%", and what to do.
@@ -125,12 +125,12 @@ Failure TransferFailure(const Transfer& transfer, const XmlaSettings& settings,
     default:
       std::string text = TransferText(transfer.end);
       text.replace(text.find('%'), 1, OneLine(WithoutSecrets(transfer.words, settings)));
-      return Unspecified(Server(address) + text + Quoted(beginning));
+      return Unspecified(TheServer(address) + text + Quoted(beginning));
   }
 }
 
 Failure TooLargeFailure(const XmlaSettings& settings, const std::string& address) {
-  return Unspecified(Server(address) + "sent more than " +
+  return Unspecified(TheServer(address) + "sent more than " +
                      std::to_string(settings.answer_megabytes) +
                      " megabytes (AnswerMegabytes in Qel.ini, section [Xmla]). Ask for less, or "
                      "allow more.");
@@ -141,20 +141,20 @@ Failure AnswerFailure(const HttpHead& head, std::string_view beginning,
   const std::string status = "(HTTP status " + std::to_string(head.status) + ")";
   switch (head.status) {
     case 200:
-      return Unspecified(Server(address) + "answered with " + Kind(head.content_type, beginning) +
-                         "." + Quoted(beginning));
+      return Unspecified(TheServer(address) + "answered with " +
+                         Kind(head.content_type, beginning) + "." + Quoted(beginning));
     case 301:
     case 302:
     case 303:
     case 307:
     case 308:
-      return Unspecified(Server(address) + "redirects to " +
+      return Unspecified(TheServer(address) + "redirects to " +
                          (head.location.empty() ? "another address" : Excerpt(head.location)) +
                          " " + status +
                          ", which is not followed. If you trust that address, name it as "
                          "the cube file.");
     case 401:
-      return {failure_number::kReadOnly, Server(address) + "asks for a user and a password " +
+      return {failure_number::kReadOnly, TheServer(address) + "asks for a user and a password " +
                                              "that it accepts " + status + ". " +
                                              LoginAdvice(head) + Quoted(beginning)};
     case 407:
@@ -166,12 +166,12 @@ Failure AnswerFailure(const HttpHead& head, std::string_view beginning,
                   Quoted(beginning)};
     case 403:
       return {failure_number::kReadOnly,
-              Server(address) + "refuses this user " + status + "." + Quoted(beginning)};
+              TheServer(address) + "refuses this user " + status + "." + Quoted(beginning)};
     case 404:
-      return Unspecified(Server(address) + "has nothing at this address " + status +
+      return Unspecified(TheServer(address) + "has nothing at this address " + status +
                          ". Check the path, often /xmla." + Quoted(beginning));
     default:
-      return Unspecified(Server(address) + "failed " + status + ". See its log." +
+      return Unspecified(TheServer(address) + "failed " + status + ". See its log." +
                          Quoted(beginning));
   }
 }
@@ -180,12 +180,12 @@ Failure ContentFailure(const HttpHead& head, const std::string& why, std::string
                        const std::string& address) {
   const std::string known = KnownKind(head.content_type, beginning);
   if (!known.empty()) return AnswerFailure(head, beginning, address);
-  return Unspecified(Server(address) + "sent an answer that cannot be read: " + why + "." +
+  return Unspecified(TheServer(address) + "sent an answer that cannot be read: " + why + "." +
                      Quoted(beginning));
 }
 
 Failure CutShortFailure(std::string_view beginning, const std::string& address) {
-  return Unspecified(Server(address) +
+  return Unspecified(TheServer(address) +
                      "ended its answer too early, in the middle of the XML. See its log, and try "
                      "again." +
                      Quoted(beginning));

@@ -7,14 +7,14 @@ namespace {
 
 using ::testing::ElementsAre;
 
-Date On(int month, int day) { return Date::FromCivil(2010, month, day); }
+Date DayOf2010(int month, int day) { return Date::FromCivil(2010, month, day); }
 const Date kNoDate{};
 
 /// A cube from 1 February to 31 October 2010 with opening balances; no period is set.
 struct QueryPeriodsTest : ::testing::Test {
   QueryPeriodsTest() {
-    cube.FirstDate = On(2, 1);
-    cube.LastDate = On(10, 31);
+    cube.FirstDate = DayOf2010(2, 1);
+    cube.LastDate = DayOf2010(10, 31);
     cube.HasOpeningBalance = true;
     for (int n = 0; n < kMoneySetCount; ++n) {
       auto& money = settings.data_source.MoneySets.at(static_cast<std::size_t>(n));
@@ -38,18 +38,22 @@ TEST_F(QueryPeriodsTest, TakesWhatOverlapsTheCubeAndInTheOpeningPassWhatBeginsIn
     Date from, until;
     Date plain, opening;  // the until date that it is prepared with; never: it is not taken
   } cases[] = {
-      {"within", On(3, 1), On(3, 31), On(3, 31), On(3, 31)},
-      {"begins before the cube", On(1, 31), On(2, 28), On(2, 28), never},
-      {"until the first date", On(1, 1), On(2, 1), On(2, 1), never},
-      {"ends before the cube", On(1, 1), On(1, 31), never, never},
-      {"begins on the first date", On(2, 1), On(3, 31), On(3, 31), On(3, 31)},
-      {"until the last date", On(10, 1), On(10, 31), On(10, 31), On(10, 31)},
-      {"ends after the cube", On(10, 1), On(12, 31), On(10, 31), On(10, 31)},
-      {"begins on the last date", On(10, 31), On(12, 31), On(10, 31), On(10, 31)},
-      {"begins after the cube", On(11, 1), On(12, 31), never, never},
-      {"no until date: the from date", On(3, 1), kNoDate, never, On(3, 1)},
-      {"no from date", kNoDate, On(3, 31), On(3, 31), never},
-      {"ends before it begins", On(5, 1), On(3, 1), On(3, 1), On(3, 1)},
+      {"within", DayOf2010(3, 1), DayOf2010(3, 31), DayOf2010(3, 31), DayOf2010(3, 31)},
+      {"begins before the cube", DayOf2010(1, 31), DayOf2010(2, 28), DayOf2010(2, 28), never},
+      {"until the first date", DayOf2010(1, 1), DayOf2010(2, 1), DayOf2010(2, 1), never},
+      {"ends before the cube", DayOf2010(1, 1), DayOf2010(1, 31), never, never},
+      {"begins on the first date", DayOf2010(2, 1), DayOf2010(3, 31), DayOf2010(3, 31),
+       DayOf2010(3, 31)},
+      {"until the last date", DayOf2010(10, 1), DayOf2010(10, 31), DayOf2010(10, 31),
+       DayOf2010(10, 31)},
+      {"ends after the cube", DayOf2010(10, 1), DayOf2010(12, 31), DayOf2010(10, 31),
+       DayOf2010(10, 31)},
+      {"begins on the last date", DayOf2010(10, 31), DayOf2010(12, 31), DayOf2010(10, 31),
+       DayOf2010(10, 31)},
+      {"begins after the cube", DayOf2010(11, 1), DayOf2010(12, 31), never, never},
+      {"no until date: the from date", DayOf2010(3, 1), kNoDate, never, DayOf2010(3, 1)},
+      {"no from date", kNoDate, DayOf2010(3, 31), DayOf2010(3, 31), never},
+      {"ends before it begins", DayOf2010(5, 1), DayOf2010(3, 1), DayOf2010(3, 1), DayOf2010(3, 1)},
   };
   for (const auto& c : cases) {
     for (const bool opening : {false, true}) {
@@ -64,13 +68,13 @@ TEST_F(QueryPeriodsTest, TakesWhatOverlapsTheCubeAndInTheOpeningPassWhatBeginsIn
       EXPECT_EQ(cube.QueryPeriods[0].PeriodOpenBalance, opening ? -1 : 0) << c.name;
     }
   }
-  Set(1, On(3, 1), On(3, 31), false);
+  Set(1, DayOf2010(3, 1), DayOf2010(3, 31), false);
   EXPECT_FALSE(PrepareQueryPeriods(settings, cube, true)) << "not asked";
 }
 
 TEST_F(QueryPeriodsTest, PairsPeriodsWithMoneySetsByNumberAndStartsAfresh) {
-  Set(2, On(3, 1), On(3, 31), true);
-  Set(12, On(4, 1), On(4, 30));
+  Set(2, DayOf2010(3, 1), DayOf2010(3, 31), true);
+  Set(12, DayOf2010(4, 1), DayOf2010(4, 30));
   const auto numbers_and_measures = [this] {
     std::vector<std::string> found;
     for (const QueryPeriod& p : cube.QueryPeriods) {

@@ -126,7 +126,7 @@ uint32_t MemberTree::FindOrAdd(std::size_t level, Node node, const TableReader& 
 
 std::vector<uint32_t> MemberTree::Ordered(std::size_t level,
                                           const std::vector<uint32_t>& places) const {
-  struct Place {
+  struct Position {
     uint32_t parent;
     bool no_ordinal;
     double ordinal_number;
@@ -143,7 +143,7 @@ std::vector<uint32_t> MemberTree::Ordered(std::size_t level,
   const bool ordinals_are_numbers = std::all_of(there.begin(), there.end(), [&](uint32_t each) {
     return !nodes_[each].has_ordinal || AsNumber<double>(nodes_[each].ordinal);
   });
-  std::vector<Place> order;
+  std::vector<Position> order;
   for (const uint32_t index : there) {
     const Node& node = nodes_[index];
     const uint32_t parent = node.parent == kNoMember ? 0 : places[node.parent];
@@ -153,9 +153,9 @@ std::vector<uint32_t> MemberTree::Ordered(std::size_t level,
                      node.number, node.key, index});
   }
   std::sort(order.begin(), order.end(),
-            [](const Place& a, const Place& b) { return a.Rank() < b.Rank(); });
+            [](const Position& a, const Position& b) { return a.Rank() < b.Rank(); });
   std::vector<uint32_t> nodes;
-  for (const Place& place : order) nodes.push_back(place.node);
+  for (const Position& position : order) nodes.push_back(position.node);
   return nodes;
 }
 

@@ -15,6 +15,7 @@
 #include <QtWidgets/QLineEdit>
 #include <QtWidgets/QMessageBox>
 #include <QtWidgets/QPushButton>
+#include <cstdlib>
 #include <sstream>
 
 /// What these keep for the life of the process.
@@ -25,6 +26,9 @@ extern "C" const char* __lsan_default_suppressions() {
 
 namespace vok::test {
 namespace {
+
+/// No display is needed, unless the environment asks for a real one.
+[[maybe_unused]] const bool offscreen = setenv("QT_QPA_PLATFORM", "offscreen", 0) == 0;
 
 constexpr int kAfterAllEvents = 1;  // millisecond
 constexpr int kPatience = 2000;

@@ -25,8 +25,6 @@ using testing::ElementsAre;
 using enum ControlType;
 using enum FormEvent;
 
-[[maybe_unused]] const bool unseen = setenv("QT_QPA_PLATFORM", "offscreen", 0) == 0;
-
 /// Writes down what its controls hear.
 struct EveryKind {
   EveryKind() {

@@ -14,8 +14,6 @@
 namespace vok {
 namespace {
 
-[[maybe_unused]] const bool unseen = setenv("QT_QPA_PLATFORM", "offscreen", 0) == 0;
-
 /// A desk whose windows are drawn, with the texts of a language and the dates of a country.
 struct QtDesk : test::RealDesk {
   /// `language` is 0, 1 or 2: English, Hebrew (drawn from right to left), Russian.

@@ -251,7 +251,7 @@ Operand Count(Call& call) {
   return std::make_unique<CountOfSet>(call.Set(0), with_empty, call.place());
 }
 
-constexpr std::array<Function, 7> kFunctions = {{
+constexpr std::array<Function, 7> kAggregateFunctions = {{
     {"Sum", false, "s|n", MakeSum},
     {"Aggregate", false, "s|n", Aggregate},
     {"Avg", false, "s|n", MakeFold<Fold::kAverage>},
@@ -263,6 +263,6 @@ constexpr std::array<Function, 7> kFunctions = {{
 
 }  // namespace
 
-std::span<const Function> AggregateFunctions() { return kFunctions; }
+std::span<const Function> AggregateFunctions() { return kAggregateFunctions; }
 
 }  // namespace vok::olap

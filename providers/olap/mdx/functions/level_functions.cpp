@@ -228,7 +228,7 @@ Operand DescendantsByDistance(Call& call) {
   return MakeDescendants(call, {std::nullopt, call.Value(1)}, Reach::kSelf);
 }
 
-constexpr std::array<Function, 9> kFunctions = {{
+constexpr std::array<Function, 9> kLevelFunctions = {{
     {"Members", true, "h", MembersOfHierarchy},
     {"Members", true, "l", MembersOfLevel},
     {"AllMembers", true, "h", AllMembersOfHierarchy},
@@ -242,6 +242,6 @@ constexpr std::array<Function, 9> kFunctions = {{
 
 }  // namespace
 
-std::span<const Function> LevelFunctions() { return kFunctions; }
+std::span<const Function> LevelFunctions() { return kLevelFunctions; }
 
 }  // namespace vok::olap

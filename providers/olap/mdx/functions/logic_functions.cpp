@@ -62,7 +62,7 @@ Operand CoalesceEmpty(Call& call) {
   return std::make_unique<FirstValue>(std::move(values));
 }
 
-constexpr std::array<Function, 3> kFunctions = {{
+constexpr std::array<Function, 3> kLogicFunctions = {{
     {"IIf", false, "bvv", IIf},
     {"IsEmpty", false, "v", IsEmpty},
     {"CoalesceEmpty", false, "vv*", CoalesceEmpty},
@@ -70,6 +70,6 @@ constexpr std::array<Function, 3> kFunctions = {{
 
 }  // namespace
 
-std::span<const Function> LogicFunctions() { return kFunctions; }
+std::span<const Function> LogicFunctions() { return kLogicFunctions; }
 
 }  // namespace vok::olap

@@ -130,7 +130,7 @@ Operand AncestorByLevel(Call& call) {
   return std::make_unique<AncestorAtLevel>(std::move(from), level.level);
 }
 
-constexpr std::array<Function, 11> kFunctions = {{
+constexpr std::array<Function, 11> kMemberFunctions = {{
     {"CurrentMember", true, "h", CurrentMember},
     {"DefaultMember", true, "h", DefaultMember},
     {"Parent", true, "m", Stepped<ParentOf>},
@@ -146,6 +146,6 @@ constexpr std::array<Function, 11> kFunctions = {{
 
 }  // namespace
 
-std::span<const Function> MemberFunctions() { return kFunctions; }
+std::span<const Function> MemberFunctions() { return kMemberFunctions; }
 
 }  // namespace vok::olap

@@ -71,7 +71,7 @@ Operand OfHierarchy(Call& call) {
                                             : call.cube.HierarchyName(hierarchy));
 }
 
-constexpr std::array<Function, 9> kFunctions = {{
+constexpr std::array<Function, 9> kNameFunctions = {{
     {"Name", true, "h", OfHierarchy<Form::kName>},
     {"Name", true, "l", OfLevel<Form::kName>},
     {"Name", true, "m", OfMember<Form::kName>},
@@ -85,6 +85,6 @@ constexpr std::array<Function, 9> kFunctions = {{
 
 }  // namespace
 
-std::span<const Function> NameFunctions() { return kFunctions; }
+std::span<const Function> NameFunctions() { return kNameFunctions; }
 
 }  // namespace vok::olap

@@ -60,13 +60,13 @@ Operand Computed(Call& call) {
   return std::make_unique<ComputedNumber>(kCompute, call.Value(0), std::move(second), call.place());
 }
 
-constexpr std::array<Function, 2> kFunctions = {{
+constexpr std::array<Function, 2> kNumberFunctions = {{
     {"Abs", false, "n", Computed<Absolute>},
     {"Round", false, "n|n", Computed<Rounded>},
 }};
 
 }  // namespace
 
-std::span<const Function> NumberFunctions() { return kFunctions; }
+std::span<const Function> NumberFunctions() { return kNumberFunctions; }
 
 }  // namespace vok::olap

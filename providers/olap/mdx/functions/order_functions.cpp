@@ -157,7 +157,7 @@ Operand Hierarchize(Call& call) {
   return std::make_unique<HierarchizedSet>(call.Set(0), children_first);
 }
 
-constexpr std::array<Function, 5> kFunctions = {{
+constexpr std::array<Function, 5> kOrderFunctions = {{
     {"Filter", false, "sb", Filter},
     {"Order", false, "sv|f", Order},
     {"TopCount", false, "sn|n", Extreme<true>},
@@ -167,6 +167,6 @@ constexpr std::array<Function, 5> kFunctions = {{
 
 }  // namespace
 
-std::span<const Function> OrderFunctions() { return kFunctions; }
+std::span<const Function> OrderFunctions() { return kOrderFunctions; }
 
 }  // namespace vok::olap

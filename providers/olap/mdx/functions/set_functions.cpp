@@ -93,7 +93,7 @@ Operand Intersect(Call& call) {
 
 Operand DistinctSet(Call& call) { return NewDistinct(call.Set(0)); }
 
-constexpr std::array<Function, 8> kFunctions = {{
+constexpr std::array<Function, 8> kSetFunctions = {{
     {"CrossJoin", false, "ss*", CrossJoin},
     {"Head", false, "s|n", EndOfSet<PartOfSet::From::kBegin>},
     {"Tail", false, "s|n", EndOfSet<PartOfSet::From::kEnd>},
@@ -106,6 +106,6 @@ constexpr std::array<Function, 8> kFunctions = {{
 
 }  // namespace
 
-std::span<const Function> SetFunctions() { return kFunctions; }
+std::span<const Function> SetFunctions() { return kSetFunctions; }
 
 }  // namespace vok::olap

@@ -184,7 +184,7 @@ Operand ParallelPeriod(Call& call) {
                                           std::move(member), call.place());
 }
 
-constexpr std::array<Function, 9> kFunctions = {{
+constexpr std::array<Function, 9> kTimeFunctions = {{
     {"LastPeriods", false, "n|m", LastPeriods},
     {"PeriodsToDate", false, "|", PeriodsToDateAbove},
     {"PeriodsToDate", false, "l|m", PeriodsToDate},
@@ -198,6 +198,6 @@ constexpr std::array<Function, 9> kFunctions = {{
 
 }  // namespace
 
-std::span<const Function> TimeFunctions() { return kFunctions; }
+std::span<const Function> TimeFunctions() { return kTimeFunctions; }
 
 }  // namespace vok::olap
