@@ -18,8 +18,8 @@
 namespace vok::windows {
 namespace {
 
-struct Desk {
-  explicit Desk(int language) {
+struct QueryDesk {
+  explicit QueryDesk(int language) {
     BuildInto(folder, test::SampleLedger());
     std::filesystem::create_directory(settings);
     std::filesystem::copy_file(LANGUAGE_TABLE, folder.File("Lang.rs"));
@@ -77,7 +77,7 @@ std::string Named(std::string acts, const std::string& what, const std::string& 
 TEST(QueryWindow, IsFilledInRunAndClosedByAPerson) {
   for (const int language : {0, 1, 2}) {
     SCOPED_TRACE(language);
-    Desk desk(language);
+    QueryDesk desk(language);
     FrmPeriods window(desk.host, desk.publics, desk.desktop);
     std::string host_database;
     window.Initialize(host_database);
