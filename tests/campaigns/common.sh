@@ -1,6 +1,8 @@
 # What the campaigns share: the program, a sample world, the commands that are tried, and the judge.
 #
-# A campaign sources this file and calls `world NAME [GENERATOR OPTION...]`, which makes
+# A campaign sources this file, counts its trials in `trials`, whose name is `trials_are`, and calls
+# `report` at its end; TERM and INT end it after the trial at hand, with its counts too.
+# It begins with `world NAME [GENERATOR OPTION...]`, which makes
 # out/campaigns/NAME anew and enters it:
 #   start/   where every command begins: the old version of each file, and what is needed for the new
 #   trial/   a copy of it, in which one command runs
@@ -168,9 +170,9 @@ trace() {
 }
 
 world() {
-  build_programs
   work=${OUT:-$root/out/campaigns}/$1
   shift
+  build_programs
   rm -rf "$work"
   mkdir -p "$work/known" "$work/faults.d" && cd "$work" || exit
   export VOKCUBE_REGISTRY=$work/registry.reg
@@ -221,9 +223,19 @@ state() {
 }
 
 # The counts, and exit status 1 when there was a fault.
+trials=0
 report() {
   local key
   for key in "${!tallies[@]}"; do printf '%-44s %6d\n' "$key" "${tallies[$key]}"; done | sort
-  echo "$1: $fault_count faults; see $work/faults"
+  echo "$trials $trials_are${1-}: $fault_count faults; see $work/faults"
   ((fault_count == 0))
 }
+
+# end STATUS: a campaign that is stopped reports what it did until then.
+end() {
+  trap '' TERM INT
+  report " until it was stopped"
+  exit "$1"
+}
+trap 'end 143' TERM
+trap 'end 130' INT
