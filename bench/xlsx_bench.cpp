@@ -23,9 +23,6 @@ class OneFile : public Files {
   void Delete(const std::string&) override {}
   void CreateDirectory(const std::string&) override {}
   void Append(const std::string&, std::string_view) override {}
-  std::unique_ptr<MappedFile> Map(const std::string&) const override {
-    return std::make_unique<View>(bytes);
-  }
   std::unique_ptr<FileReader> Open(const std::string&) const override {
     return ReaderOf(std::as_bytes(std::span(bytes)));
   }
@@ -37,11 +34,6 @@ class OneFile : public Files {
   std::string NativePath(const std::string& path) const override { return path; }
 
  private:
-  struct View : MappedFile {
-    explicit View(const std::string& file) : text(file) {}
-    std::span<const std::byte> Bytes() const override { return std::as_bytes(std::span(text)); }
-    const std::string& text;
-  };
   struct Replacement : FileReplacement {
     explicit Replacement(std::string& file) : target(file) {}
     void Write(std::span<const std::byte> written) override {

@@ -48,12 +48,6 @@ void PrepareDatabase(Session& session) {
                                                        " was not made, as reported above");
 }
 
-std::string ReadWholeFile(const Files& files, const std::string& path) {
-  const auto mapped = files.Map(path);
-  const auto bytes = mapped->Bytes();
-  return std::string(reinterpret_cast<const char*>(bytes.data()), bytes.size());
-}
-
 void WriteOutput(Files& files, const std::string& path, const std::string& text) {
   if (path.empty() || path == "-") {
     std::cout << text;

@@ -52,9 +52,6 @@ void FindDatabase(Session& session);
 /// database up to date.
 void PrepareDatabase(Session& session);
 
-/// Failures are those of `Files::Map`.
-std::string ReadWholeFile(const Files& files, const std::string& path);
-
 /// Writes the text to a file; to standard output for the path "-" and for none.
 void WriteOutput(Files& files, const std::string& path, const std::string& text);
 

@@ -54,8 +54,8 @@ void Build(const CommonOptions& common, const FileOptions& options) {
 
 void Show(const CommonOptions& common, const FileOptions& options) {
   const auto session = common.NewSession();
-  const auto file = session->host().files.Map(options.table);
-  const auto rowset = recordset::ReadRowset(file->Bytes(), options.table,
+  const std::string bytes = ReadWholeFile(session->host().files, options.table);
+  const auto rowset = recordset::ReadRowset(std::as_bytes(std::span(bytes)), options.table,
                                             {&session->host().locale, options.code_page});
   std::cout << PrintLanguageTexts(FromLanguageTable(rowset, options.table));
 }

@@ -1,7 +1,5 @@
 #include "cli/old_cube.h"
 
-#include <cstring>
-
 #include "platform/failure.h"
 #include "providers/olap/storage/cube_file.h"
 #include "providers/olap/storage/format.h"
@@ -13,22 +11,17 @@ namespace {
   throw Failure(failure_number::kFileExists, "Cannot write \"" + path + "\": " + why);
 }
 
-bool BeginsAsCube(std::span<const std::byte> bytes) {
-  return bytes.size() >= olap::kFileMagic.size() &&
-         std::memcmp(bytes.data(), olap::kFileMagic.data(), olap::kFileMagic.size()) == 0;
-}
-
 }  // namespace
 
 OldCube::OldCube(const Files& files, const std::string& path) : path_(path) {
   if (!files.Exists(path)) return;
-  const auto file = files.Map(path);
-  if (file->Bytes().empty()) return;
-  if (!BeginsAsCube(file->Bytes())) {
+  const std::string begin = ReadBeginning(files, path, olap::kFileMagic.size());
+  if (begin.empty()) return;
+  if (begin != std::string(olap::kFileMagic.begin(), olap::kFileMagic.end())) {
     Refuse(path, "the file there is not a cube. Give another name, or delete it first.");
   }
   try {
-    const auto opened = olap::CubeFile::Open(file->Bytes(), path);
+    const auto opened = olap::CubeFile::Open(files, path);
     for (const olap::StoredCube& cube : opened->cubes()) {
       facts_[cube.model.name] = cube.model.fact_count;
     }

@@ -1,6 +1,7 @@
 #include "platform/files.h"
 
 #include <algorithm>
+#include <limits>
 
 #include "platform/failure.h"
 
@@ -32,6 +33,25 @@ Failure FileChanged(const std::string& path) {
 
 std::unique_ptr<FileReader> ReaderOf(std::span<const std::byte> bytes) {
   return std::make_unique<BytesReader>(bytes);
+}
+
+std::string ReadBeginning(const Files& files, const std::string& path, uint64_t most) {
+  const auto file = files.Open(path);
+  const uint64_t size = std::min(most, file->Size());
+  std::string text;
+  if (size > text.max_size()) {
+    throw Failure(failure_number::kOutOfMemory, "Cannot read \"" + path + "\": its " +
+                                                    std::to_string(file->Size()) +
+                                                    " bytes are more than this program can hold.");
+  }
+  text.resize(static_cast<std::size_t>(size));
+  file->Read(0, std::as_writable_bytes(std::span(text)));
+  if (file->HasChanged()) throw FileChanged(path);
+  return text;
+}
+
+std::string ReadWholeFile(const Files& files, const std::string& path) {
+  return ReadBeginning(files, path, std::numeric_limits<uint64_t>::max());
 }
 
 void WriteWholeFile(Files& files, const std::string& path, std::string_view bytes) {

@@ -18,14 +18,6 @@
 
 namespace vok {
 
-/// A whole file, readable as memory while this object lives, also after the file was replaced or
-/// deleted. Empty files have an empty span.
-class MappedFile {
- public:
-  virtual ~MappedFile() = default;
-  virtual std::span<const std::byte> Bytes() const = 0;
-};
-
 /// A file held open and read piece by piece into memory of the caller's, also after its path was
 /// given to another file. What becomes of the file meanwhile is a failure, never the process's end.
 /// Safe to use from several threads.
@@ -78,9 +70,6 @@ class Files {
   virtual void CreateDirectory(const std::string& path) = 0;
   /// Adds to the end of the file, creating it if needed; the file is closed again on return.
   virtual void Append(const std::string& path, std::string_view bytes) = 0;
-  /// For small files, and such as nobody writes into: one that becomes shorter while it is mapped
-  /// ends the process.
-  virtual std::unique_ptr<MappedFile> Map(const std::string& path) const = 0;
   virtual std::unique_ptr<FileReader> Open(const std::string& path) const = 0;
   /// Removes the temporaries in the folder that processes which were killed have left.
   virtual std::unique_ptr<FileReplacement> Replace(const std::string& path) = 0;
@@ -90,6 +79,12 @@ class Files {
   /// The path as the operating system takes it.
   virtual std::string NativePath(const std::string& path) const = 0;
 };
+
+/// The first `most` bytes of a file, fewer where it has fewer. Failures are those of `Files::Open`,
+/// `FileChanged`, and 7 for more than memory can hold.
+std::string ReadBeginning(const Files& files, const std::string& path, uint64_t most);
+/// All of it; failures as above.
+std::string ReadWholeFile(const Files& files, const std::string& path);
 
 /// `Replace`, `Write` and `Commit` in one.
 void WriteWholeFile(Files& files, const std::string& path, std::string_view bytes);

@@ -18,11 +18,6 @@ constexpr int32_t kInvalidHandle = 6;
 constexpr int32_t kMoreData = 234;
 constexpr int32_t kUnreadable = 1015;
 
-std::string_view TextOf(const MappedFile& file) {
-  const auto bytes = file.Bytes();
-  return {reinterpret_cast<const char*>(bytes.data()), bytes.size()};
-}
-
 std::string Variable(const char* name) {
   const char* value = std::getenv(name);
   return value == nullptr ? "" : value;
@@ -62,7 +57,7 @@ int32_t FileRegistry::OpenKey(RegistryKey parent, const std::string& path, Regis
   if (root.empty()) return kInvalidHandle;
   try {
     const std::string name = root + "\\" + locale_.FoldCase(path);
-    RegistryKeys keys = ReadRegistryText(locale_, TextOf(*files_.Map(file_)), file_);
+    RegistryKeys keys = ReadRegistryText(locale_, ReadWholeFile(files_, file_), file_);
     const auto first = keys.lower_bound(name);
     const bool itself = first != keys.end() && first->first == name;
     const auto below = keys.lower_bound(name + "\\");
@@ -108,7 +103,7 @@ uint32_t FileRegistry::PrivateProfileString(const std::string& section, const st
   if (size == 0) return 0;
   std::string value;
   try {
-    if (files_.Exists(file)) value = IniValue(locale_, TextOf(*files_.Map(file)), section, key);
+    if (files_.Exists(file)) value = IniValue(locale_, ReadWholeFile(files_, file), section, key);
   } catch (const Failure&) {  // as the platform does: what cannot be read has no values
   }
   const std::string_view copied = Utf16Prefix(value, size - 1);

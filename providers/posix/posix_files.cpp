@@ -1,7 +1,6 @@
 #include "providers/posix/posix_files.h"
 
 #include <fcntl.h>
-#include <sys/mman.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -84,28 +83,6 @@ class PosixReader : public FileReader {
   struct stat opened_;
 };
 
-class PosixMapping : public MappedFile {
- public:
-  PosixMapping(const FileHandle& file, std::size_t size, const std::string& path) : size_(size) {
-    if (size == 0) return;
-    memory_ = ::mmap(nullptr, size, PROT_READ, MAP_PRIVATE, file.get(), 0);
-    if (memory_ == MAP_FAILED) ThrowSystemFailure(errno, "read", path);
-  }
-  PosixMapping(const PosixMapping&) = delete;
-  PosixMapping& operator=(const PosixMapping&) = delete;
-  ~PosixMapping() override {
-    if (size_ > 0) ::munmap(memory_, size_);
-  }
-
-  std::span<const std::byte> Bytes() const override {
-    return {static_cast<const std::byte*>(memory_), size_};
-  }
-
- private:
-  std::size_t size_;
-  void* memory_ = nullptr;
-};
-
 }  // namespace
 
 bool PosixFiles::Exists(const std::string& path) const { return HasKind(path, false); }
@@ -135,13 +112,6 @@ void PosixFiles::Append(const std::string& path, std::string_view bytes) {
   FileHandle file = OpenFile(native, O_WRONLY | O_APPEND | O_CREAT, "write");
   WriteAll(file, std::as_bytes(std::span(bytes.data(), bytes.size())), native);
   if (const int error = file.Reset(); error != 0) ThrowSystemFailure(error, "write", native);
-}
-
-std::unique_ptr<MappedFile> PosixFiles::Map(const std::string& path) const {
-  const std::string native = Checked(path);
-  const FileHandle file = OpenToRead(native);
-  const struct stat status = StatusOf(file, native);
-  return std::make_unique<PosixMapping>(file, static_cast<std::size_t>(status.st_size), native);
 }
 
 std::unique_ptr<FileReader> PosixFiles::Open(const std::string& path) const {

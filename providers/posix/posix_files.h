@@ -2,8 +2,7 @@
 //
 // Paths arrive with "\" between their parts; here alone they turn into native ones, by turning
 // every
-// "\" into "/". A mapped file must not be cut short in place by another program while it is mapped;
-// replacing or deleting it is harmless.
+// "\" into "/".
 #pragma once
 
 #include <memory>
@@ -21,7 +20,6 @@ class PosixFiles : public Files {
   void Delete(const std::string& path) override;
   void CreateDirectory(const std::string& path) override;
   void Append(const std::string& path, std::string_view bytes) override;
-  std::unique_ptr<MappedFile> Map(const std::string& path) const override;
   std::unique_ptr<FileReader> Open(const std::string& path) const override;
   std::unique_ptr<FileReplacement> Replace(const std::string& path) override;
   Date LastModified(const std::string& path) const override;

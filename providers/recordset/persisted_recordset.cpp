@@ -159,9 +159,9 @@ std::unique_ptr<Recordset> OpenPersisted(const Files& files, const Locale& local
                   "Provider cannot be found: the connection text \"" + connection_text +
                       "\" names none that opens a record set from a file. Use Provider=MSPersist.");
   }
-  const auto file = files.Map(source);
+  const std::string bytes = ReadWholeFile(files, source);
   return std::make_unique<PersistedRecordset>(
-      ReadRowset(file->Bytes(), files.NativePath(source), {&locale}), locale);
+      ReadRowset(std::as_bytes(std::span(bytes)), files.NativePath(source), {&locale}), locale);
 }
 
 }  // namespace vok::recordset

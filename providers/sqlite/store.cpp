@@ -28,13 +28,11 @@ int CompareNoCase(void* locale, int size_a, const void* a, int size_b, const voi
   return fold.FoldCase(text_a).compare(fold.FoldCase(text_b));
 }
 
-bool IsJetFile(const MappedFile& file) {
-  const auto bytes = file.Bytes();
-  const std::string_view text(reinterpret_cast<const char*>(bytes.data()), bytes.size());
-  if (text.size() < kJetMarkAt) return false;
-  return std::any_of(std::begin(kJetMarks), std::end(kJetMarks), [&](std::string_view mark) {
-    return text.substr(kJetMarkAt).starts_with(mark);
-  });
+bool IsJetFile(const Files& files, const std::string& path) {
+  constexpr uint64_t kLongestMark = 32;
+  const std::string text = ReadBeginning(files, path, kLongestMark);
+  return std::any_of(std::begin(kJetMarks), std::end(kJetMarks),
+                     [&](std::string_view mark) { return text.find(mark) == kJetMarkAt; });
 }
 
 // The store takes some names for more than a path: none of them is absolute or begins with "./".
@@ -52,7 +50,7 @@ void CheckExists(const Files& files, const std::string& path) {
 
 // The store's own words for what it cannot read are poor, and it would look for a journal first.
 void CheckIsNoJetFile(const Files& files, const std::string& path) {
-  if (!IsJetFile(*files.Map(path))) return;
+  if (!IsJetFile(files, path)) return;
   ThrowUnusable(files.NativePath(path),
                 "it is a Jet database, which the Windows version keeps its settings in. It cannot "
                 "be read here "
@@ -77,7 +75,7 @@ std::shared_ptr<SqliteStore> SqliteStore::Open(Files& files, const Locale& local
   store->timeout_ = timeout;
   store->OpenHandle(native.c_str(), SQLITE_OPEN_READWRITE);
   store->CheckIsOurs();
-  store->CheckIsWhole(files, path);
+  store->CheckIsWhole();
   return store;
 }
 
@@ -133,11 +131,20 @@ bool SqliteStore::IsBlank() { return Number("SELECT count(*) FROM sqlite_schema"
 
 // A last page that is not all there would read as zeros. Its size is asked for while the check
 // still keeps writers out.
-void SqliteStore::CheckIsWhole(const Files& files, const std::string& path) {
+void SqliteStore::CheckIsWhole() {
   Query check(*this, "PRAGMA quick_check(1)");
   if (!check.Step() || check.Text(0) != "ok") Throw(SQLITE_CORRUPT);
   const int64_t size = Number("PRAGMA page_count") * Number("PRAGMA page_size");
-  if (static_cast<int64_t>(files.Map(path)->Bytes().size()) < size) Throw(SQLITE_CORRUPT);
+  if (FileSize() < size) Throw(SQLITE_CORRUPT);
+}
+
+// By the store's own handle: opening the file beside it and closing it would end the store's locks.
+int64_t SqliteStore::FileSize() const {
+  sqlite3_file* file = nullptr;
+  sqlite3_int64 size = 0;
+  sqlite3_file_control(database_, "main", SQLITE_FCNTL_FILE_POINTER, &file);
+  if (const int code = file->pMethods->xFileSize(file, &size); code != SQLITE_OK) Throw(code);
+  return size;
 }
 
 void SqliteStore::Close() noexcept {

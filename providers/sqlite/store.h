@@ -62,7 +62,8 @@ class SqliteStore {
   void OpenHandle(const char* path, int flags);
   bool IsBlank();
   void CheckIsOurs();
-  void CheckIsWhole(const Files& files, const std::string& path);
+  void CheckIsWhole();
+  int64_t FileSize() const;
 
   const Locale& locale_;
   LockPatience& patience_;

@@ -2,6 +2,7 @@
 
 #include <sqlite3.h>
 
+#include <cerrno>
 #include <system_error>
 
 #include "platform/failure.h"
@@ -19,9 +20,25 @@ std::string SystemWords(sqlite3* database) {
   return error == 0 ? "" : " (" + std::generic_category().message(error) + ")";
 }
 
+/// Whether its device did not give what was to be read. The store takes this for damage of the
+/// file.
+bool IsUnreadable(sqlite3* database, int extended) {
+  if (extended == SQLITE_IOERR_READ || extended == SQLITE_IOERR_CORRUPTFS) return true;
+  if ((extended & 0xFF) != SQLITE_CORRUPT || database == nullptr) return false;
+  int error = 0;
+  sqlite3_file_control(database, "main", SQLITE_FCNTL_LAST_ERRNO, &error);
+  return error == EIO;
+}
+
 Meaning MeaningOf(sqlite3* database, int extended, int32_t waited) {
   namespace number = failure_number;
   const int code = extended & 0xFF;
+  if (IsUnreadable(database, extended)) {
+    return {number::kUnspecified,
+            "the disk, or the network that it is on, cannot read it (" +
+                std::generic_category().message(EIO) +
+                "). The file may be good: leave it as it is, and try again when the disk works."};
+  }
   if (extended == SQLITE_IOERR_WRITE || extended == SQLITE_IOERR_FSYNC) {
     return {
         number::kUnspecified,

@@ -1,18 +1,23 @@
 // Changes something in the main window and saves it, as a person would:
 //   window_save FOLDER [periods|source]
 //
-// both the period set and the data source, or the one alone. The screen is left out; settings,
-// files and messages are those of this system. A message ends it, with status 1.
+// both the period set and the data source, or the one alone, which leaves the other where it stands
+// in the list. The screen is left out; settings, files and messages are those of this system. A
+// message ends it, with status 1.
 #include <iostream>
 #include <stdexcept>
 #include <string>
 
 #include "hosts/system/system_host.h"
 #include "platform/failure.h"
+#include "settings/edited_sets.h"
+#include "settings/writer.h"
 #include "tests/support/ui/scripted_toolkit.h"
 #include "ui/frm_periods.h"
 
 namespace {
+
+constexpr char kChanged[] = "changed.mdb";
 
 /// Who is told that something went wrong does not press the next button.
 class Told : public vok::MessageBoxes {
@@ -27,6 +32,16 @@ void ChangeText(vok::Form& form, const vok::ControlId& field, const std::string&
   form.Leave(field);
 }
 
+/// As the window does where the period set could not be saved.
+bool SaveSourceAlone(const vok::Host& host, const vok::Environment& environment,
+                     const vok::Form& form) {
+  auto source = vok::ReadEditedDataSource(host, environment, form.Text("comboDataSource"));
+  source->VarnelMDB = kChanged;
+  vok::SaveDataSourceInfo(host, environment, *source);
+  vok::SaveMoneyMeasures(host, environment, *source);
+  return true;
+}
+
 bool ChangeAndSave(const std::string& folder, const std::string& what) {
   Told told;
   const vok::SystemHost system(folder, &told);
@@ -37,8 +52,10 @@ bool ChangeAndSave(const std::string& folder, const std::string& what) {
   window.Initialize(host_database);
   window.form().Choose("comboDataSource", 0);
   window.form().Choose("ComboPeriods", 0);
-  if (what != "periods") ChangeText(window.form(), "txtVarnelMDB", "changed.mdb");
-  if (what != "source") ChangeText(window.form(), {"TextPeriod", 0}, "Changed");
+  if (what == "source") return SaveSourceAlone(system.host(), publics.environment, window.form());
+  ChangeText(window.form(), {"TextPeriod", 0}, "Changed");
+  if (what == "periods") return window.SavePeriods();
+  ChangeText(window.form(), "txtVarnelMDB", kChanged);
   return window.SaveSettings();
 }
 

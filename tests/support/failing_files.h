@@ -32,10 +32,6 @@ class FailingFiles : public Files {
     Count();
     below_.Append(path, bytes);
   }
-  std::unique_ptr<MappedFile> Map(const std::string& path) const override {
-    Count();
-    return below_.Map(path);
-  }
   std::unique_ptr<FileReader> Open(const std::string& path) const override {
     Count();
     return below_.Open(path);

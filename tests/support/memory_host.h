@@ -34,9 +34,6 @@ class MemoryFiles : public Files {
     Check(path);
     files[path] += bytes;
   }
-  std::unique_ptr<MappedFile> Map(const std::string& path) const override {
-    return std::make_unique<Mapped>(files.at(path));
-  }
   std::unique_ptr<FileReader> Open(const std::string& path) const override {
     return ReaderOf(std::as_bytes(std::span(files.at(path))));
   }
@@ -59,11 +56,6 @@ class MemoryFiles : public Files {
   std::string current_directory = "start";
 
  private:
-  struct Mapped : MappedFile {
-    explicit Mapped(std::string content) : text(std::move(content)) {}
-    std::span<const std::byte> Bytes() const override { return std::as_bytes(std::span(text)); }
-    std::string text;
-  };
   struct Replacement : FileReplacement {
     Replacement(MemoryFiles& all, std::string path) : files(all), target(std::move(path)) {}
     void Write(std::span<const std::byte> bytes) override {

@@ -19,14 +19,11 @@ enum class FileKind { kNone, kPortable, kJet, kOther };
 
 FileKind KindOf(const Files& files, const std::string& path) {
   if (!files.Exists(path)) return FileKind::kNone;
-  const auto file = files.Map(path);
-  const auto bytes = file->Bytes();
-  const std::string_view text(reinterpret_cast<const char*>(bytes.data()), bytes.size());
+  constexpr uint64_t kLongestMark = 32;
+  const std::string text = ReadBeginning(files, path, kLongestMark);
   if (text.starts_with(kPortableMark)) return FileKind::kPortable;
-  const bool jet = text.size() > kJetMarkAt &&
-                   std::any_of(std::begin(kJetMarks), std::end(kJetMarks), [&](auto mark) {
-                     return text.substr(kJetMarkAt).starts_with(mark);
-                   });
+  const bool jet = std::any_of(std::begin(kJetMarks), std::end(kJetMarks),
+                               [&](auto mark) { return text.find(mark) == kJetMarkAt; });
   return jet ? FileKind::kJet : FileKind::kOther;
 }
 

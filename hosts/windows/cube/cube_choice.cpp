@@ -13,10 +13,7 @@ constexpr char kProvider[] = "MSOLAP";
 constexpr std::string_view kOurMark = "VokCube\x1A";
 
 bool IsOurs(const Files& files, const std::string& path) {
-  const auto file = files.Map(path);
-  const auto bytes = file->Bytes();
-  const std::string_view text(reinterpret_cast<const char*>(bytes.data()), bytes.size());
-  return text.starts_with(kOurMark);
+  return ReadBeginning(files, path, kOurMark.size()) == kOurMark;
 }
 
 [[noreturn]] void ThrowNoProvider(const std::string& file) {

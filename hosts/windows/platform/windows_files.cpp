@@ -1,7 +1,6 @@
 #include "hosts/windows/platform/windows_files.h"
 
 #include <algorithm>
-#include <limits>
 #include <utility>
 
 #include "hosts/windows/platform/system_error.h"
@@ -40,17 +39,6 @@ Handle OpenFile(const std::string& native, DWORD access, DWORD disposition,
   if (!file.IsOpen()) ThrowSystemFailure(::GetLastError(), what, native);
   if (::GetFileType(file.get()) != FILE_TYPE_DISK) ThrowNoOrdinaryFile(what, native);
   return file;
-}
-
-std::size_t SizeOf(const Handle& file, const std::string& path) {
-  LARGE_INTEGER size{};
-  if (::GetFileSizeEx(file.get(), &size) == 0) ThrowSystemFailure(::GetLastError(), "read", path);
-  if (static_cast<uint64_t>(size.QuadPart) > std::numeric_limits<std::size_t>::max() / 2) {
-    throw Failure(failure_number::kOutOfMemory,
-                  "Cannot read \"" + path + "\": with its " + std::to_string(size.QuadPart) +
-                      " bytes it is too large for a 32-bit program. Use the 64-bit one.");
-  }
-  return static_cast<std::size_t>(size.QuadPart);
 }
 
 class WindowsReader : public FileReader {
@@ -103,29 +91,6 @@ class WindowsReader : public FileReader {
   BY_HANDLE_FILE_INFORMATION opened_;
 };
 
-class WindowsMapping : public MappedFile {
- public:
-  WindowsMapping(const Handle& file, std::size_t size, const std::string& path) : size_(size) {
-    if (size == 0) return;
-    const Handle section(::CreateFileMappingW(file.get(), nullptr, PAGE_READONLY, 0, 0, nullptr));
-    if (section.IsOpen()) view_ = ::MapViewOfFile(section.get(), FILE_MAP_READ, 0, 0, size);
-    if (view_ == nullptr) ThrowSystemFailure(::GetLastError(), "read", path);
-  }
-  WindowsMapping(const WindowsMapping&) = delete;
-  WindowsMapping& operator=(const WindowsMapping&) = delete;
-  ~WindowsMapping() override {
-    if (view_ != nullptr) ::UnmapViewOfFile(view_);
-  }
-
-  std::span<const std::byte> Bytes() const override {
-    return {static_cast<const std::byte*>(view_), size_};
-  }
-
- private:
-  std::size_t size_;
-  void* view_ = nullptr;
-};
-
 }  // namespace
 
 bool WindowsFiles::Exists(const std::string& path) const { return HasKind(path, false); }
@@ -152,12 +117,6 @@ void WindowsFiles::Append(const std::string& path, std::string_view bytes) {
   const std::string native = Checked(path);
   const Handle file = OpenFile(native, FILE_APPEND_DATA, OPEN_ALWAYS, "write");
   WriteAll(file, std::as_bytes(std::span(bytes.data(), bytes.size())), native);
-}
-
-std::unique_ptr<MappedFile> WindowsFiles::Map(const std::string& path) const {
-  const std::string native = Checked(path);
-  const Handle file = OpenFile(native, GENERIC_READ, OPEN_EXISTING, "read");
-  return std::make_unique<WindowsMapping>(file, SizeOf(file, native), native);
 }
 
 std::unique_ptr<FileReader> WindowsFiles::Open(const std::string& path) const {

@@ -2,7 +2,7 @@
 //
 // Paths arrive with "\" or "/" between their parts, of any length and in any script. Files are
 // opened so that other programs may read, replace and delete them meanwhile. On a file system that
-// cannot replace a file that is mapped, doing so is failure 70 and leaves the old file.
+// cannot replace a file that is open, doing so is failure 70 and leaves the old file.
 #pragma once
 
 #include <memory>
@@ -20,7 +20,6 @@ class WindowsFiles : public Files {
   void Delete(const std::string& path) override;
   void CreateDirectory(const std::string& path) override;
   void Append(const std::string& path, std::string_view bytes) override;
-  std::unique_ptr<MappedFile> Map(const std::string& path) const override;
   std::unique_ptr<FileReader> Open(const std::string& path) const override;
   std::unique_ptr<FileReplacement> Replace(const std::string& path) override;
   Date LastModified(const std::string& path) const override;

@@ -382,10 +382,7 @@ class SchemaReader {
 
 std::vector<CubeSchema> ReadSchema(const Files& files, const Locale& locale,
                                    const std::string& path) {
-  const auto mapped = files.Map(path);
-  const auto bytes = mapped->Bytes();
-  return SchemaReader(locale, path, {reinterpret_cast<const char*>(bytes.data()), bytes.size()})
-      .Read();
+  return SchemaReader(locale, path, ReadWholeFile(files, path)).Read();
 }
 
 }  // namespace vok::olap

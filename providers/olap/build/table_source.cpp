@@ -9,11 +9,7 @@ namespace vok::olap {
 std::unique_ptr<TableSource> OpenTableSource(const Files& files, const std::string& path) {
   if (files.IsDirectory(path)) return OpenCsvFolder(files, path);
   constexpr std::string_view kSqliteMagic("SQLite format 3\0", 16);
-  const auto file = files.Open(path);
-  std::string begin(static_cast<std::size_t>(std::min<uint64_t>(file->Size(), kSqliteMagic.size())),
-                    ' ');
-  file->Read(0, std::as_writable_bytes(std::span(begin)));
-  if (begin != kSqliteMagic) {
+  if (ReadBeginning(files, path, kSqliteMagic.size()) != kSqliteMagic) {
     throw BadInput(path, "is neither a folder of CSV files nor a SQLite database");
   }
   return OpenSqliteDatabase(files, path);

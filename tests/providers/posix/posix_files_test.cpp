@@ -61,10 +61,7 @@ namespace number = failure_number;
 class PosixFilesTest : public testing::Test {
  protected:
   std::string At(const std::string& name) const { return root_ + "\\" + name; }
-  std::string Text(const std::string& name) const {
-    const auto map = files_.Map(At(name));
-    return std::string(reinterpret_cast<const char*>(map->Bytes().data()), map->Bytes().size());
-  }
+  std::string Text(const std::string& name) const { return ReadWholeFile(files_, At(name)); }
   std::ptrdiff_t EntryCount() const {
     return std::distance(fs::directory_iterator(root_), fs::directory_iterator());
   }
@@ -91,10 +88,12 @@ TEST_F(PosixFilesTest, WritesReadsAndDeletesUnderBackslashedPaths) {
   files_.Append(At("Log\\a.txt"), "one\r\n");
   files_.Append(At("Log\\a.txt"), "two");
   EXPECT_EQ(Text("Log\\a.txt"), "one\r\ntwo");
-  const auto kept = files_.Map(At("Log\\a.txt"));
+  const auto kept = files_.Open(At("Log\\a.txt"));
   files_.Delete(At("Log\\a.txt"));
   EXPECT_FALSE(files_.Exists(At("Log\\a.txt")));
-  EXPECT_EQ(kept->Bytes().size(), 8U);
+  std::string end(3, ' ');
+  kept->Read(5, std::as_writable_bytes(std::span(end)));
+  EXPECT_EQ(end, "two");
   EXPECT_EQ(files_.NativePath("\\a\\b.mdb"), "/a/b.mdb");
 }
 
@@ -235,7 +234,7 @@ TEST_F(PosixFilesTest, SaysWhatFailedOnWhichFile) {
   files_.Append(At("file"), "x");
   ::mkfifo((root_ + "/pipe").c_str(), 0600);
   const std::string long_name(300, 'n');
-  const auto map = [&](const std::string& path) { files_.Map(path); };
+  const auto open = [&](const std::string& path) { files_.Open(path); };
   const auto replace = [&](const std::string& path) { files_.Replace(path); };
   const auto append = [&](const std::string& path) { files_.Append(path, "x"); };
   const auto remove = [&](const std::string& path) { files_.Delete(path); };
@@ -247,9 +246,9 @@ TEST_F(PosixFilesTest, SaysWhatFailedOnWhichFile) {
     std::string name;
     std::function<void(const std::string&)> action;
   } rows[] = {
-      {number::kFileNotFound, "none", map},        {number::kPathNotFound, "no\\none", map},
-      {number::kPathNotFound, "file\\x", map},     {number::kPathAccess, "folder", map},
-      {number::kPathAccess, "pipe", map},          {number::kPathAccess, "folder", replace},
+      {number::kFileNotFound, "none", open},       {number::kPathNotFound, "no\\none", open},
+      {number::kPathNotFound, "file\\x", open},    {number::kPathAccess, "folder", open},
+      {number::kPathAccess, "pipe", open},         {number::kPathAccess, "folder", replace},
       {number::kPathAccess, "pipe", replace},      {number::kPathNotFound, "no\\out", replace},
       {number::kPathAccess, "folder", append},     {number::kPathNotFound, "no\\log", append},
       {number::kBadFileName, long_name, append},   {number::kFileNotFound, "none", remove},

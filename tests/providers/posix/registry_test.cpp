@@ -1,6 +1,8 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <filesystem>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -177,6 +179,26 @@ TEST_F(RegistryTest, ProfileTextsAreCutAtWholeCharacters) {
   std::string buffer(10, ' ');
   EXPECT_EQ(registry.PrivateProfileString("Qel", "k", buffer, 10, root_ + "\\none.ini"), 0U);
   EXPECT_EQ(buffer[0], '\0');
+}
+
+/// Another program cuts the file short while it is read.
+class CutFiles : public PosixFiles {
+ public:
+  std::unique_ptr<FileReader> Open(const std::string& path) const override {
+    auto file = PosixFiles::Open(path);
+    std::filesystem::resize_file(path, 1);
+    return file;
+  }
+};
+
+TEST_F(RegistryTest, AFileThatIsCutShortWhileItIsReadIsAFailure) {
+  const CutFiles files;
+  FileRegistry registry(files, locale_, root_ + "/r.reg");
+  SetFile("r.reg", kHeader + kKey);
+  RegistryKey key = 0;
+  EXPECT_EQ(registry.OpenKey(kCurrentUser, "Software", key), 1015);
+  EXPECT_NE(registry.Problem().find("changed while it was read"), std::string::npos)
+      << registry.Problem();
 }
 
 TEST(FileRegistry, IsFoundByTheEnvironment) {

@@ -1,6 +1,9 @@
+#include <sqlite3.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
+#include <cerrno>
 #include <csignal>
 #include <fstream>
 #include <string>
@@ -39,6 +42,41 @@ class DamagedFileTest : public test::SettingsFileTest {
     }));
   }
 };
+
+int good_reads = 0;  // of the store's, before one that fails
+bool fails_on = false;
+
+ssize_t BrokenRead(int file, void* bytes, std::size_t size, off64_t from) {
+  const bool fails = good_reads == 0 || (fails_on && good_reads < 0);
+  --good_reads;
+  if (!fails) return ::pread64(file, bytes, size, from);
+  errno = EIO;
+  return -1;
+}
+
+TEST_F(DamagedFileTest, AFileThatItsDiskCannotReadIsNotCalledDamaged) {
+  CreateFile();
+  sqlite3_vfs* system = sqlite3_vfs_find(nullptr);
+  const auto broken = reinterpret_cast<sqlite3_syscall_ptr>(BrokenRead);
+  ASSERT_EQ(system->xSetSystemCall(system, "pread64", broken), SQLITE_OK);
+  for (const bool on : {false, true}) {
+    fails_on = on;
+    int refused = 0;
+    for (bool fails = true; fails && refused < 1000; refused += fails ? 1 : 0) {
+      good_reads = refused;
+      try {
+        Connect();
+        fails = false;
+      } catch (const Failure& failure) {
+        EXPECT_THAT(failure.description(), AllOf(HasSubstr("cannot read it (Input/output error)"),
+                                                 HasSubstr("leave it as it is"), HasSubstr(path_)))
+            << refused;
+      }
+    }
+    EXPECT_THAT(refused, AllOf(Gt(2), Lt(1000)));
+  }
+  system->xSetSystemCall(system, "pread64", nullptr);
+}
 
 TEST_F(DamagedFileTest, WhatIsNoSettingsFileIsNamedAndLeftAlone) {
   CreateFile();

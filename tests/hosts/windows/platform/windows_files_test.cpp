@@ -21,11 +21,7 @@ class WindowsFilesTest : public testing::Test {
   void Put(const std::string& name, const std::string& text) {
     WriteWholeFile(files_, Path(name), text);
   }
-  std::string TextOf(const MappedFile& file) const {
-    const auto bytes = file.Bytes();
-    return {reinterpret_cast<const char*>(bytes.data()), bytes.size()};
-  }
-  std::string Text(const std::string& name) const { return TextOf(*files_.Map(Path(name))); }
+  std::string Text(const std::string& name) const { return ReadWholeFile(files_, Path(name)); }
   std::size_t Names() const {
     return static_cast<std::size_t>(std::distance(
         std::filesystem::directory_iterator(std::filesystem::path(folder_.path())), {}));
@@ -71,9 +67,9 @@ TEST_F(WindowsFilesTest, ReplacesTheWholeFileOrNothing) {
   EXPECT_EQ(Names(), 1U);
 }
 
-TEST_F(WindowsFilesTest, AMappedFileKeepsItsContentsWhetherOrNotItCanBeReplaced) {
+TEST_F(WindowsFilesTest, AnOpenFileKeepsItsContentsWhetherOrNotItCanBeReplaced) {
   Put("ledger.cub", "old");
-  const auto mapped = files_.Map(Path("ledger.cub"));
+  const auto open = files_.Open(Path("ledger.cub"));
   std::string stands = "newer";
   try {
     Put("ledger.cub", "newer");
@@ -81,7 +77,9 @@ TEST_F(WindowsFilesTest, AMappedFileKeepsItsContentsWhetherOrNotItCanBeReplaced)
     EXPECT_EQ(failure.number(), failure_number::kPermissionDenied);
     stands = "old";
   }
-  EXPECT_EQ(TextOf(*mapped), "old");
+  std::string held(3, ' ');
+  open->Read(0, std::as_writable_bytes(std::span(held)));
+  EXPECT_EQ(held, "old");
   EXPECT_EQ(Text("ledger.cub"), stands);
   EXPECT_EQ(Names(), 1U);
 }
@@ -114,19 +112,19 @@ TEST_F(WindowsFilesTest, SaysWhatFailedOnWhichFile) {
     std::function<void()> action;
     std::string named;
   } rows[] = {
-      {53, [&] { files_.Map(Path("none")); }, "none"},
-      {76, [&] { files_.Map(Path("no folder\\none")); }, "no folder"},
+      {53, [&] { files_.Open(Path("none")); }, "none"},
+      {76, [&] { files_.Open(Path("no folder\\none")); }, "no folder"},
       {53, [&] { files_.Delete(Path("none")); }, "none"},
-      {75, [&] { files_.Map(folder_.path()); }, "vokcube-"},
+      {75, [&] { files_.Open(folder_.path()); }, "vokcube-"},
       {75, [&] { files_.Replace(folder_.path()); }, "vokcube-"},
       {76, [&] { files_.Replace(Path("no folder/x")); }, "no folder"},
       {70, [&] { Put("read-only", "y"); }, "read-only"},
       {58, [&] { files_.CreateDirectory(Path("file")); }, "file"},
       {53, [&] { files_.LastModified(Path("none")); }, "none"},
-      {52, [&] { files_.Map(Path("a*b?")); }, "a*b?"},
+      {52, [&] { files_.Open(Path("a*b?")); }, "a*b?"},
       {52, [&] { files_.Delete(""); }, "empty"},
       {52, [&] { files_.Delete(std::string("a\0b", 3)); }, "NUL"},
-      {75, [&] { files_.Map("NUL"); }, "device"},
+      {75, [&] { files_.Open("NUL"); }, "device"},
   };
   for (const auto& row : rows) {
     SCOPED_TRACE(row.named);
