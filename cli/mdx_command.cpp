@@ -6,6 +6,7 @@
 
 #include "cli/cellset_print.h"
 #include "cli/command.h"
+#include "cli/limit_options.h"
 #include "cli/stop_on_interrupt.h"
 
 namespace vok::cli {
@@ -16,9 +17,7 @@ struct MdxOptions {
   std::string catalog;
   std::string format = "table";
   std::string query;
-  std::string max_cells;
-  std::string memory;
-  std::string timeout;
+  LimitOptions limits;
 };
 
 std::string ReadStandardInput() {
@@ -28,10 +27,7 @@ std::string ReadStandardInput() {
 std::string ConnectionText(const MdxOptions& options) {
   std::string text = "Provider=MSOLAP;Data Source=" + options.source;
   if (!options.catalog.empty()) text += ";Initial Catalog=[" + options.catalog + "]";
-  if (!options.max_cells.empty()) text += ";Max Cells=" + options.max_cells;
-  if (!options.memory.empty()) text += ";Max Memory=" + options.memory;
-  if (!options.timeout.empty()) text += ";Timeout=" + options.timeout;
-  return text;
+  return text + ";" + options.limits.ConnectionText();
 }
 
 /// A connection that Ctrl-C ends, from its opening on.
@@ -93,10 +89,7 @@ void AddMdxCommand(CLI::App& app, const CommonOptions& common) {
   command->add_option("--catalog", options->catalog, "The catalog, where the source has several");
   command->add_option("--format", options->format, "table, csv or json")
       ->check(CLI::IsMember({"table", "csv", "json"}));
-  command->add_option("--max-cells", options->max_cells,
-                      "Most cells of the answer before NON EMPTY, and most tuples of a set");
-  command->add_option("--memory", options->memory, "Most megabytes that the query may take");
-  command->add_option("--timeout", options->timeout, "Most seconds that the query may take");
+  options->limits.AddTo(*command);
   command->callback([&common, options] { Mdx(common, *options); });
 }
 

@@ -5,6 +5,7 @@
 
 #include "cli/command.h"
 #include "cli/json_text.h"
+#include "cli/limit_options.h"
 #include "cli/print.h"
 #include "cli/stop_on_interrupt.h"
 #include "component/workbook_writer.h"
@@ -19,6 +20,7 @@ struct RunOptions {
   std::string data_source;
   std::string periods;
   std::string output;
+  LimitOptions limits;
   bool json = false;
 };
 
@@ -119,6 +121,7 @@ Value RunStoppable(Session& session, RunOptions& options) {
   const StopOnInterrupt interrupt(stop);
   session.publics().stop = &stop;
   session.publics().keep_old_workbook = true;
+  session.publics().cube_limits = options.limits.ConnectionText();
   Value result = session.me().RunQuery(options.data_source, options.periods, options.output);
   session.publics().stop = nullptr;
   return result;
@@ -158,6 +161,7 @@ void AddRunCommand(CLI::App& app, const CommonOptions& common) {
   command->add_option("--output", options->output, "The workbook's path without extension")
       ->required()
       ->check(NamesFile, "", "");
+  options->limits.AddTo(*command);
   command->add_flag("--json", options->json, "Print one JSON document");
   command->callback([&common, options] { Run(common, *options); });
 }

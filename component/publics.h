@@ -43,6 +43,7 @@ struct Publics {
   std::string help_file;  ///< of the component's windows; "" for none
   RunReport last_run;
   QueryStop* stop = nullptr;  ///< by which the next run can be stopped; its caller's, or none
+  std::string cube_limits;    ///< for the connection of the next run, such as "Max Memory=100;"
   /// Whether an old workbook stays until the next run's is whole. Else it is deleted first.
   bool keep_old_workbook = false;
 };

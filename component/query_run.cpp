@@ -77,7 +77,9 @@ class QueryRun {
     const StepTimer timer(host_.clock, publics_.last_run.cube);
     const DataSourceSetting& setting = publics_.settings.data_source;
     const int32_t opened =
-        OpenConnection(host_, connection_, setting.CubeFile, setting.CubeName, publics_.stop);
+        OpenConnection(host_, connection_,
+                       RunConnectionText(setting.CubeFile, setting.CubeName) + publics_.cube_limits,
+                       publics_.stop);
     CheckStop();
     if (opened != 0) return failure_number::kConnectionError;
     const int32_t probed = GetMaxDateAndOpBalance(host_, *connection_, setting, publics_.cube);

@@ -24,12 +24,11 @@ std::string CatalogConnectionText(const std::string& cube_file, const std::strin
 }
 
 int32_t OpenConnection(const Host& host, std::unique_ptr<CubeConnection>& slot,
-                       const std::string& cube_file, const std::string& cube_name,
-                       QueryStop* stop) {
+                       const std::string& text, QueryStop* stop) {
   try {
     slot = host.cube.NewConnection();
     if (stop != nullptr) stop->Attach(*slot);
-    slot->SetConnectionString(RunConnectionText(cube_file, cube_name));
+    slot->SetConnectionString(text);
     slot->SetCursorLocation(CursorLocation::kClient);
     slot->Open("", "", "", kUnspecifiedOptions);
     return 0;

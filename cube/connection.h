@@ -21,10 +21,9 @@ std::string CatalogsConnectionText(const std::string& cube_file);
 std::string CatalogConnectionText(const std::string& cube_file, const std::string& catalog);
 
 /// Stores a new connection in the caller's `slot`, attaches it to `stop` if there is one, and opens
-/// it. 0, or the number of the failure after it was reported; the slot then holds a connection that
-/// is not open. The caller detaches it.
+/// it with a connection text. 0, or the number of the failure after it was reported; the slot then
+/// holds a connection that is not open. The caller detaches it.
 int32_t OpenConnection(const Host& host, std::unique_ptr<CubeConnection>& slot,
-                       const std::string& cube_file, const std::string& cube_name,
-                       QueryStop* stop = nullptr);
+                       const std::string& text, QueryStop* stop = nullptr);
 
 }  // namespace vok

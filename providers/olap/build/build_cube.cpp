@@ -102,6 +102,7 @@ BuildReport BuildCubeFile(Files& files, const Locale& locale, const BuildRequest
   for (const CubeSchema& cube : cubes) {
     report.cubes.push_back(AddCube(cube, locale, *source, report_progress, writer));
   }
+  source->CheckUnchanged();
   if (request.check) request.check(report);
   report.file_bytes = writer.Finish();
   return report;

@@ -1,6 +1,7 @@
 // Tables as CSV files, a header row first in each.
 #include <algorithm>
 #include <filesystem>
+#include <map>
 #include <utility>
 
 #include "providers/olap/build/bad_input.h"
@@ -12,8 +13,9 @@ namespace {
 
 class CsvReader : public TableReader {
  public:
-  CsvReader(const Files& files, std::string path, const std::vector<std::string>& columns)
-      : path_(std::move(path)), file_(files.Open(path_)), scanner_(*file_, path_) {
+  CsvReader(std::shared_ptr<const FileReader> file, std::string path,
+            const std::vector<std::string>& columns)
+      : path_(std::move(path)), file_(std::move(file)), scanner_(*file_, path_) {
     if (!scanner_.NextRow(row_)) throw BadInput(path_, "is empty; a header row is expected");
     std::vector<std::string> header;
     for (const Field& field : row_) header.emplace_back(field.text);
@@ -55,7 +57,7 @@ class CsvReader : public TableReader {
   }
 
   std::string path_;
-  std::unique_ptr<FileReader> file_;
+  std::shared_ptr<const FileReader> file_;
   CsvScanner scanner_;
   std::vector<Field> row_;
   std::size_t width_ = 0;
@@ -78,7 +80,15 @@ class CsvFolder : public TableSource {
                      "there is no file " + Quoted(table + ".csv") +
                          ", whose table the schema names. Tables there: " + Listed(Tables()));
     }
-    return std::make_unique<CsvReader>(files_, path, columns);
+    auto& file = opened_[path];
+    if (file == nullptr) file = files_.Open(path);
+    return std::make_unique<CsvReader>(file, path, columns);
+  }
+
+  void CheckUnchanged() const override {
+    for (const auto& [path, file] : opened_) {
+      if (file->HasChanged()) throw FileChanged(path);
+    }
   }
 
  private:
@@ -95,6 +105,8 @@ class CsvFolder : public TableSource {
 
   const Files& files_;
   std::string path_;
+  /// Each is opened once, so that all who read it see the same, and kept for the check at the end.
+  mutable std::map<std::string, std::shared_ptr<const FileReader>> opened_;
 };
 
 }  // namespace

@@ -43,6 +43,9 @@ class TableSource {
   /// Failures: no such table, no such column; both list what there is.
   virtual std::unique_ptr<TableReader> Open(const std::string& table,
                                             const std::vector<std::string>& columns) const = 0;
+  /// To be called when all is read. Failure `FileChanged` for a table that is not any more what it
+  /// was when it was first opened.
+  virtual void CheckUnchanged() const = 0;
 };
 
 /// `path` is a folder or a SQLite database. Failure 53 when it is neither there, -2147467259 when

@@ -5,6 +5,7 @@
 #include <chrono>
 #include <filesystem>
 #include <fstream>
+#include <functional>
 #include <string>
 #include <thread>
 
@@ -84,6 +85,42 @@ TEST(CsvTable, IsAFailureWhenItIsChangedWhileItIsRead) {
       ADD_FAILURE() << each.words;
     } catch (const Failure& failure) {
       EXPECT_NE(failure.description().find(each.words), std::string::npos) << failure.description();
+    }
+  }
+}
+
+TEST(CsvTable, IsComparedWithItsBeginningWhenTheCubeIsWhole) {
+  const test::TemporaryFolder folder;
+  const std::string facts = folder.File("fact.csv");
+  const auto append = [&] { std::ofstream(facts, std::ios::app) << "2,7\n"; };
+  const auto replace = [&] {
+    std::ofstream(folder.File("new")) << "id,v\n2,7\n";
+    std::filesystem::rename(folder.File("new"), facts);
+  };
+  const struct {
+    const char* step;  // during which another program writes
+    std::function<void()> act;
+    bool is_refused;
+  } cases[] = {{"writing C", append, true}, {"writing C", replace, false}};
+  test::NativeFiles files;
+  std::ofstream(folder.File("schema.xml")) << kSchema;
+  std::ofstream(folder.File("d.csv")) << "id,name\n1,a\n2,b\n";
+  const BuildRequest request{folder.File("schema.xml"), folder.path(), folder.File("out.cub"), {}};
+  for (const auto& each : cases) {
+    std::ofstream(facts) << "id,v\n1,0.25\n";
+    std::this_thread::sleep_for(std::chrono::milliseconds(20));
+    const auto progress = [&](const std::string& step, double) {
+      if (step == each.step) each.act();
+    };
+    try {
+      BuildCubeFile(files, test::NativeLocale("en_US"), request, progress);
+      EXPECT_FALSE(each.is_refused);
+      ExpectNamesAndSum(*CubeFile::Open(files, request.output_path), {"a", "b"}, 0.25);
+    } catch (const Failure& failure) {
+      EXPECT_TRUE(each.is_refused);
+      EXPECT_NE(failure.description().find("fact.csv\": it was changed while it was read"),
+                std::string::npos);
+      EXPECT_FALSE(files.Exists(request.output_path));
     }
   }
 }
