@@ -49,6 +49,9 @@ constexpr Row kTexts[] = {
     {n::kUnsaved, "Changes that are not saved:"},
     {n::kAskRename, "Rename these periods, too?"},
     {n::kGivenNames, "Names that were typed, and names by the dates:"},
+    {n::kUnseen,
+     "Not saved: the set of this name could not be loaded, and would be lost unseen. Choose it "
+     "again, save under another name, or delete it first: "},
     {n::kDataSource, "&Data source"},
     {n::kPeriodSet, "P&eriod set"},
     {n::kHostDatabase, "Host database"},

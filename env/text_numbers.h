@@ -44,6 +44,7 @@ inline constexpr int kWorkbookGone = 1113;
 inline constexpr int kUnsaved = 1114;
 inline constexpr int kAskRename = 1115;
 inline constexpr int kGivenNames = 1116;
+inline constexpr int kUnseen = 1117;
 
 // The main query window.
 inline constexpr int kDataSource = 1200;

@@ -179,6 +179,7 @@ void FrmPeriods::ListSets() {
 }
 
 bool FrmPeriods::SavePeriods() {
+  if (!period_set_.MayBeSaved()) return false;
   return RunReported(services_,
                      {.Extra = "Error saving settings",
                       .FunctionName = "SavePeriods",
@@ -192,7 +193,7 @@ bool FrmPeriods::SavePeriods() {
 }
 
 bool FrmPeriods::SaveSource() {
-  if (!source_.SaveDataSourceInfo()) return false;
+  if (!source_set_.MayBeSaved() || !source_.SaveDataSourceInfo()) return false;
   return RunReported(services_, ReportOf("SaveSettings"), [this] {
     source_.SaveMoneyMeasures();
     source_set_.MarkSaved();

@@ -2,8 +2,10 @@
 
 #include <algorithm>
 
+#include "env/string_table.h"
 #include "env/text_numbers.h"
 #include "platform/text.h"
+#include "ui/messages.h"
 #include "ui/question.h"
 
 namespace vok {
@@ -25,10 +27,31 @@ NamedSet::NamedSet(const WindowServices& services, Form& form, std::string combo
 void NamedSet::MarkSaved() {
   name_ = form_.Text(combo_);
   saved_ = actions_.entered();
+  unseen_.clear();
+}
+
+bool NamedSet::MayBeSaved() const {
+  if (unseen_.empty() || !EqualNoCase(services_.host.locale, Name(), unseen_) || !IsStored()) {
+    return true;
+  }
+  ShowMessage(services_, StringTableText(text_number::kUnseen) + unseen_,
+              services_.host.component.product_name, MessageIcon::kExclamation);
+  return false;
+}
+
+bool NamedSet::IsStored() const {
+  const auto& names = form_.At(combo_).List;
+  return std::any_of(names.begin(), names.end(), [this](const std::string& name) {
+    return EqualNoCase(services_.host.locale, name, Name());
+  });
 }
 
 void NamedSet::Load() {
-  if (actions_.load()) MarkSaved();
+  if (actions_.load()) {
+    MarkSaved();
+  } else {
+    unseen_ = Name();
+  }
 }
 
 void NamedSet::Chosen() {
@@ -52,10 +75,7 @@ void NamedSet::NameLeft() {
     form_.SetText(combo_, std::string(TrimBlanks(form_.Text(combo_))));
   }
   const std::string& typed = form_.Text(combo_);
-  const bool known = std::any_of(names.begin(), names.end(), [&](const std::string& name) {
-    return EqualNoCase(services_.host.locale, name, typed);
-  });
-  if (known && typed != name_ && !AreFieldsChanged()) Load();
+  if (!typed.empty() && IsStored() && typed != name_ && !AreFieldsChanged()) Load();
 }
 
 }  // namespace vok

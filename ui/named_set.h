@@ -33,6 +33,8 @@ class NamedSet {
 
   /// What is entered counts as saved under the name in the combo box.
   void MarkSaved();
+  /// False, after a message, when saving would replace a stored set that could not be loaded.
+  bool MayBeSaved() const;
   bool IsChanged() const { return AreFieldsChanged() || form_.Text(combo_) != name_; }
   /// As the person knows it.
   std::string Name() const {
@@ -42,6 +44,7 @@ class NamedSet {
 
  private:
   bool AreFieldsChanged() const { return actions_.entered() != saved_; }
+  bool IsStored() const;
   void Load();
   void Chosen();
   void NameLeft();
@@ -50,8 +53,9 @@ class NamedSet {
   Form& form_;
   std::string combo_;
   Actions actions_;
-  std::string name_;   ///< of the set as it was loaded or saved
-  std::string saved_;  ///< what was entered then
+  std::string name_;    ///< of the set as it was loaded or saved
+  std::string saved_;   ///< what was entered then
+  std::string unseen_;  ///< name of the set that could not be loaded since; "" for none
 };
 
 }  // namespace vok

@@ -24,7 +24,9 @@ bool IsUsed(const Control& control) {
 class QueryProgress::Running {
  public:
   explicit Running(QueryProgress& progress) : progress_(progress), form_(progress.form_) {
-    progress_.services_.publics.stop = &progress_.stop_.emplace();
+    Publics& publics = progress_.services_.publics;
+    publics.stop = &progress_.stop_.emplace();
+    publics.keep_old_workbook = true;
     for (Control& control : form_.Controls()) {
       if (control.Container == kProgressFrame || !IsUsed(control)) continue;
       before_.push_back({control, control.Enabled, control.Cancel});
@@ -35,6 +37,7 @@ class QueryProgress::Running {
   }
   ~Running() {
     progress_.services_.publics.stop = nullptr;
+    progress_.services_.publics.keep_old_workbook = before_keep_;
     progress_.stop_.reset();
     ShowFrame(false);
     for (const auto& [control, enabled, cancel] : before_) {
@@ -61,6 +64,7 @@ class QueryProgress::Running {
   QueryProgress& progress_;
   Form& form_;
   std::vector<Before> before_;
+  bool before_keep_ = progress_.services_.publics.keep_old_workbook;
 };
 
 QueryProgress::QueryProgress(const WindowServices& services, Form& form)

@@ -23,7 +23,8 @@ class QueryProgress {
 
   void AddTo(Panel window, GridCell cell);
 
-  /// What `clMe::RunQuery` gives; returns when the query is over. Failures are those of
+  /// What `clMe::RunQuery` gives; returns when the query is over. An old workbook stays unless a
+  /// whole new one takes its place. Failures are those of
   /// `Toolkit::RunBeside`; the window is as it was before, whatever happens.
   Value Run(std::string source, std::string periods, std::string output);
 

@@ -116,6 +116,46 @@ TEST_F(SaveFailuresTest, AFullDisk) {
   ExpectOldSetsAndThenASave();
 }
 
+TEST_F(SaveFailuresTest, ASetThatCouldNotBeLoadedIsNotReplacedUnseen) {
+  Prepare();
+  form().SetText("ComboPeriods", "Other");
+  form().SetText("comboDataSource", "Other");
+  form().Click("ComSaveSet");
+  const auto stored = [this] {
+    std::string all;
+    for (const PeriodSet& set : ReadAllPeriodSets(desk.host, desk.publics.environment)) {
+      all += set.SetName + "=" + set.Period(1).PeriodName + " ";
+    }
+    for (const auto& source : ReadAllDataSources(desk.host, desk.publics.environment)) {
+      all += source.SetName + "=" + source.ActFile + " ";
+    }
+    return all;
+  };
+  const std::string before = "Half 1=Spring Other=Changed Sales= Other=changed ";
+  ASSERT_EQ(stored(), before);
+  for (const char* combo : {"ComboPeriods", "comboDataSource"}) {
+    SCOPED_TRACE(combo);
+    desk.files.calls = 0;
+    desk.files.fail_at = 1;
+    form().Choose(combo, 0);
+    desk.files.fail_at = 0;
+    EXPECT_THAT(desk.TakeBoxes(), SizeIs(1)) << "not loaded";
+    form().Click("ComSaveSet");
+    const auto boxes = desk.TakeBoxes();
+    ASSERT_THAT(boxes, SizeIs(1));
+    EXPECT_THAT(boxes[0].text, AllOf(HasSubstr("could not be loaded"), HasSubstr("delete it first"),
+                                     HasSubstr(form().Text(combo))));
+    EXPECT_EQ(stored(), before);
+    form().SetText(combo, "Other");
+  }
+  form().Click("ComSaveSet");
+  EXPECT_THAT(desk.TakeBoxes(), SizeIs(0)) << "under another name";
+  form().Choose("ComboPeriods", 0);
+  EXPECT_EQ(form().Text({"TextPeriod", 0}), "Spring") << "read at last";
+  form().Click("ComSaveSet");
+  EXPECT_THAT(desk.TakeBoxes(), SizeIs(0));
+}
+
 TEST_F(SaveFailuresTest, ARunThatTheDiskEndsAtAnyPointIsToldAndLeavesTheSettings) {
   Prepare();
   form().Click("ComSaveSet");
@@ -123,7 +163,7 @@ TEST_F(SaveFailuresTest, ARunThatTheDiskEndsAtAnyPointIsToldAndLeavesTheSettings
   form().SetText("txtOutput", desk.folder.File("out"));
   int refused = 0;
   for (int fail_at = 1;; ++fail_at) {
-    ::unlink(workbook.c_str());
+    WriteWholeFile(desk.disk, workbook, "yesterday's");
     desk.files.calls = 0;
     desk.files.fail_at = fail_at;
     form().Click("cmdQuery");
@@ -131,13 +171,13 @@ TEST_F(SaveFailuresTest, ARunThatTheDiskEndsAtAnyPointIsToldAndLeavesTheSettings
     const auto boxes = desk.TakeBoxes();
     if (desk.files.calls < fail_at) {
       EXPECT_THAT(boxes, SizeIs(0));
-      EXPECT_TRUE(desk.files.Exists(workbook));
+      EXPECT_NE(ReadWholeFile(desk.disk, workbook), "yesterday's");
       break;
     }
     ++refused;
     ASSERT_GE(boxes.size(), 1U) << fail_at;
     EXPECT_THAT(boxes[0].text, HasSubstr("the disk is full")) << fail_at;
-    EXPECT_FALSE(desk.files.Exists(workbook)) << fail_at;
+    EXPECT_EQ(ReadWholeFile(desk.disk, workbook), "yesterday's") << fail_at;
     EXPECT_EQ(Stored("Changed", "changed"), 1) << fail_at;
   }
   EXPECT_GT(refused, 5);

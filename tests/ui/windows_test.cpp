@@ -225,6 +225,7 @@ TEST_F(WindowsTest, AQueryThatRunsCanBeStoppedAndNothingElseBeDone) {
     return states;
   };
   const std::string before = state();
+  WriteWholeFile(desk.disk, desk.folder.File("out.xlsX"), "old");
   const auto close = [&form] {  // as a view does at Escape, and when its window is closed
     for (const Control& control : form.Controls()) {
       if (control.Cancel) return form.Click(control.Id());
@@ -253,7 +254,7 @@ TEST_F(WindowsTest, AQueryThatRunsCanBeStoppedAndNothingElseBeDone) {
     EXPECT_EQ(desk.TakeBoxes().size(), c.boxes);
     EXPECT_THAT(form.At("lblResultRows").Caption, HasSubstr(c.said));
     const bool whole = std::string(c.said) == "0.0 s";
-    EXPECT_EQ(desk.files.Exists(desk.folder.File("out.xlsX")), whole);
+    EXPECT_EQ(ReadWholeFile(desk.disk, desk.folder.File("out.xlsX")) != "old", whole);
     EXPECT_EQ(form.At("cmdOpenFolder").Enabled, whole);
     EXPECT_FALSE(form.At("fraProgress").Visible);
   }
