@@ -12,10 +12,10 @@
 #include <string>
 #include <vector>
 
-#include "providers/olap/build/build_cube.h"
-#include "providers/olap/storage/cube_file.h"
-#include "providers/posix/icu_locale.h"
-#include "providers/posix/posix_files.h"
+#include "providers/cube/olap/build/build_cube.h"
+#include "providers/cube/olap/storage/cube_file.h"
+#include "system/posix/icu_locale.h"
+#include "system/posix/posix_files.h"
 
 namespace {
 

@@ -28,10 +28,10 @@
 
 #include "bench/query_peer.h"
 #include "bench/query_scan.h"
-#include "providers/olap/build/build_cube.h"
-#include "providers/olap/mdx/engine.h"
-#include "providers/posix/icu_locale.h"
-#include "providers/posix/posix_files.h"
+#include "providers/cube/olap/build/build_cube.h"
+#include "providers/cube/olap/mdx/engine.h"
+#include "system/posix/icu_locale.h"
+#include "system/posix/posix_files.h"
 
 extern char** environ;
 

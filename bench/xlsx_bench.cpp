@@ -4,7 +4,7 @@
 #include <string>
 
 #include "platform/files.h"
-#include "providers/xlsx/xlsx_spreadsheet.h"
+#include "providers/workbook/xlsx/xlsx_spreadsheet.h"
 
 namespace {
 

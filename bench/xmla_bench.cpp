@@ -12,8 +12,8 @@
 #include <string>
 #include <string_view>
 
-#include "providers/xmla/answer.h"
-#include "providers/xmla/cellset_reader.h"
+#include "providers/cube/xmla/answer.h"
+#include "providers/cube/xmla/cellset_reader.h"
 
 namespace {
 

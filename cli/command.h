@@ -9,8 +9,8 @@
 
 #include "component/cl_me.h"
 #include "component/publics.h"
-#include "hosts/system/query_window.h"
-#include "hosts/system/system_host.h"
+#include "hosts/composition/query_window.h"
+#include "hosts/composition/system_host.h"
 
 namespace vok::cli {
 

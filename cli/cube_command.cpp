@@ -7,10 +7,10 @@
 #include "cli/json_text.h"
 #include "cli/old_cube.h"
 #include "cli/terminal.h"
+#include "platform/connection_text.h"
 #include "platform/shown_text.h"
-#include "providers/common/connection_text.h"
-#include "providers/olap/build/build_cube.h"
-#include "providers/olap/storage/cube_file.h"
+#include "providers/cube/olap/build/build_cube.h"
+#include "providers/cube/olap/storage/cube_file.h"
 
 namespace vok::cli {
 namespace {

@@ -7,10 +7,10 @@
 #include <set>
 
 #include "cli/print.h"
-#include "env/string_table.h"
 #include "platform/failure.h"
 #include "platform/text.h"
-#include "providers/olap/build/csv_scanner.h"
+#include "providers/cube/olap/build/csv_scanner.h"
+#include "texts/string_table.h"
 
 namespace vok::cli {
 namespace {

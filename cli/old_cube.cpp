@@ -1,8 +1,8 @@
 #include "cli/old_cube.h"
 
 #include "platform/failure.h"
-#include "providers/olap/storage/cube_file.h"
-#include "providers/olap/storage/format.h"
+#include "providers/cube/olap/storage/cube_file.h"
+#include "providers/cube/olap/storage/format.h"
 
 namespace vok::cli {
 namespace {

@@ -6,7 +6,7 @@
 #include <string>
 
 #include "platform/files.h"
-#include "providers/olap/build/build_cube.h"
+#include "providers/cube/olap/build/build_cube.h"
 
 namespace vok::cli {
 

@@ -9,10 +9,10 @@
 #include "platform/failure.h"
 #include "platform/shown_text.h"
 #include "settings/all_sets.h"
+#include "settings/linear_dates.h"
+#include "settings/period_names.h"
 #include "settings/set_names.h"
 #include "settings/writer.h"
-#include "ui/linear_dates.h"
-#include "ui/period_names.h"
 
 namespace vok::cli {
 namespace {

@@ -4,7 +4,7 @@
 #include <csignal>
 
 #include "cli/terminal.h"
-#include "providers/posix/temporary_file.h"
+#include "system/posix/temporary_file.h"
 
 namespace vok::cli {
 namespace {

@@ -4,9 +4,9 @@
 #include <cstdio>
 
 #include "cli/terminal.h"
-#include "hosts/windows/automation/apartment.h"
-#include "hosts/windows/platform/system_header.h"
-#include "hosts/windows/platform/utf16.h"
+#include "system/automation/apartment.h"
+#include "system/windows/system_header.h"
+#include "system/windows/utf16.h"
 
 namespace vok::cli {
 namespace {

@@ -1,18 +1,27 @@
 # One folder, one static library. A room sees its own headers and those of the rooms it links, nothing
-# else: each room's include path holds a link to its folder alone, so a wrong arrow does not compile.
+# else: each room's include path holds links to its own headers alone, not to those of rooms in folders
+# below it, so a wrong arrow does not compile (tests/rooms tries).
 #
 #   vok_room(cube SOURCES a.cpp b.cpp ROOMS settings LIBRARIES ICU::uc)
 #
-# Target: vok_<name>. Headers are included by their path from the root: "cube/probe.h".
+# Target: vok_<name>. Headers are included by their path from the root: "cube/probe.h". FOLDERS names
+# folders below that belong to the room.
 function(vok_room name)
-  cmake_parse_arguments(ROOM "" "" "SOURCES;ROOMS;LIBRARIES" ${ARGN})
-  file(RELATIVE_PATH folder ${PROJECT_SOURCE_DIR} ${CMAKE_CURRENT_SOURCE_DIR})
+  cmake_parse_arguments(ROOM "" "" "SOURCES;ROOMS;LIBRARIES;FOLDERS" ${ARGN})
   set(window ${PROJECT_BINARY_DIR}/rooms/${name})
-  get_filename_component(parent ${window}/${folder} DIRECTORY)
-  file(MAKE_DIRECTORY ${parent})
-  if(NOT EXISTS ${window}/${folder})
-    file(CREATE_LINK ${CMAKE_CURRENT_SOURCE_DIR} ${window}/${folder} SYMBOLIC)
-  endif()
+  file(REMOVE_RECURSE ${window})
+  set(headers *.h)
+  foreach(folder IN LISTS ROOM_FOLDERS)
+    list(APPEND headers ${folder}/*.h)
+  endforeach()
+  list(TRANSFORM headers PREPEND ${CMAKE_CURRENT_SOURCE_DIR}/)
+  file(GLOB headers CONFIGURE_DEPENDS ${headers})
+  foreach(header IN LISTS headers)
+    file(RELATIVE_PATH path ${PROJECT_SOURCE_DIR} ${header})
+    get_filename_component(folder ${window}/${path} DIRECTORY)
+    file(MAKE_DIRECTORY ${folder})
+    file(CREATE_LINK ${header} ${window}/${path} SYMBOLIC)
+  endforeach()
 
   set(target vok_${name})
   if(ROOM_SOURCES)

@@ -7,13 +7,13 @@
 #include <cstdint>
 #include <string>
 
-#include "component/reports/error_report.h"
 #include "component/run_preview.h"
 #include "cube/cube_state.h"
 #include "cube/query_stop.h"
 #include "env/environment.h"
-#include "env/language.h"
+#include "reports/error_report.h"
 #include "settings/records.h"
+#include "texts/language.h"
 
 namespace vok {
 

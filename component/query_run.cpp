@@ -4,8 +4,6 @@
 #include <memory>
 #include <utility>
 
-#include "component/reports/error_report.h"
-#include "component/reports/query_log.h"
 #include "component/result_grid.h"
 #include "component/step_timer.h"
 #include "cube/connection.h"
@@ -14,6 +12,8 @@
 #include "cube/query_periods.h"
 #include "platform/failure.h"
 #include "platform/locale.h"
+#include "reports/error_report.h"
+#include "reports/query_log.h"
 #include "settings/reader.h"
 
 namespace vok {

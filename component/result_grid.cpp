@@ -6,9 +6,9 @@
 #include <cmath>
 #include <string_view>
 
-#include "component/reports/error_report.h"
 #include "component/step_timer.h"
 #include "platform/failure.h"
+#include "reports/error_report.h"
 
 namespace vok {
 namespace {

@@ -1,8 +1,8 @@
 #include "component/workbook_writer.h"
 
-#include "component/reports/error_report.h"
 #include "platform/failure.h"
 #include "platform/locale.h"
+#include "reports/error_report.h"
 
 namespace vok {
 namespace {

@@ -1,7 +1,7 @@
 #include "cube/connection.h"
 
-#include "component/reports/error_report.h"
 #include "platform/failure.h"
+#include "reports/error_report.h"
 
 namespace vok {
 namespace {

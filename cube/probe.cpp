@@ -2,10 +2,10 @@
 
 #include <string>
 
-#include "component/reports/error_report.h"
 #include "cube/date_list.h"
 #include "cube/structure.h"
 #include "platform/failure.h"
+#include "reports/error_report.h"
 
 namespace vok {
 namespace {

@@ -2,9 +2,9 @@
 
 #include <memory>
 
-#include "component/reports/error_report.h"
 #include "platform/failure.h"
 #include "platform/text.h"
+#include "reports/error_report.h"
 #include "settings/set_rows.h"
 #include "settings/store.h"
 

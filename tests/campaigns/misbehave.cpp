@@ -20,7 +20,7 @@
 #include <thread>
 #include <vector>
 
-#include "tests/providers/xmla/answers.h"
+#include "tests/providers/cube/xmla/answers.h"
 
 namespace {
 

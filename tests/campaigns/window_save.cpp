@@ -8,12 +8,12 @@
 #include <stdexcept>
 #include <string>
 
-#include "hosts/system/system_host.h"
+#include "hosts/composition/system_host.h"
 #include "platform/failure.h"
 #include "settings/edited_sets.h"
 #include "settings/writer.h"
 #include "tests/support/ui/scripted_toolkit.h"
-#include "ui/frm_periods.h"
+#include "ui/model/frm_periods.h"
 
 namespace {
 

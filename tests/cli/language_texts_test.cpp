@@ -8,10 +8,10 @@
 #include <set>
 #include <string_view>
 
-#include "env/string_table.h"
 #include "platform/text.h"
 #include "tests/support/failures.h"
 #include "tests/support/memory_host.h"
+#include "texts/string_table.h"
 
 namespace vok::cli {
 namespace {

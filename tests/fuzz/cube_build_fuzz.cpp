@@ -3,9 +3,9 @@
 // The input is the schema; then for each table a line "@name" and the lines of its CSV file.
 #include <algorithm>
 
-#include "providers/olap/build/build_cube.h"
-#include "providers/olap/storage/cube_file.h"
-#include "providers/posix/icu_locale.h"
+#include "providers/cube/olap/build/build_cube.h"
+#include "providers/cube/olap/storage/cube_file.h"
+#include "system/posix/icu_locale.h"
 #include "tests/fuzz/fuzz.h"
 #include "tests/support/memory_host.h"
 

@@ -6,9 +6,9 @@
 #include <span>
 #include <vector>
 
-#include "providers/olap/storage/blocks.h"
-#include "providers/olap/storage/cube_file.h"
-#include "providers/olap/storage/format.h"
+#include "providers/cube/olap/storage/blocks.h"
+#include "providers/cube/olap/storage/cube_file.h"
+#include "providers/cube/olap/storage/format.h"
 #include "tests/fuzz/fuzz.h"
 
 namespace {

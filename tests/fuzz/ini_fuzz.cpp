@@ -1,6 +1,6 @@
 #include "platform/text.h"
-#include "providers/posix/icu_locale.h"
-#include "providers/posix/ini_text.h"
+#include "system/posix/icu_locale.h"
+#include "system/posix/ini_text.h"
 #include "tests/fuzz/fuzz.h"
 
 void FuzzOne(std::string_view bytes) {

@@ -2,9 +2,9 @@
 // What the sample ledger then answers, within a second, is a result or a failure.
 #include <memory>
 
-#include "providers/olap/mdx/engine.h"
-#include "providers/olap/mdx/parser.h"
-#include "providers/posix/icu_locale.h"
+#include "providers/cube/olap/mdx/engine.h"
+#include "providers/cube/olap/mdx/parser.h"
+#include "system/posix/icu_locale.h"
 #include "tests/fuzz/fuzz.h"
 #include "tests/support/cubes/sample_cube.h"
 

@@ -1,5 +1,5 @@
-#include "providers/posix/icu_locale.h"
-#include "providers/posix/registry_text.h"
+#include "system/posix/icu_locale.h"
+#include "system/posix/registry_text.h"
 #include "tests/fuzz/fuzz.h"
 
 void FuzzOne(std::string_view bytes) {

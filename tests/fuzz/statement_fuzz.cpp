@@ -1,7 +1,7 @@
-#include "providers/posix/icu_locale.h"
-#include "providers/sqlite/connection_text.h"
-#include "providers/sqlite/like_pattern.h"
-#include "providers/sqlite/statement.h"
+#include "providers/database/sqlite/connection_text.h"
+#include "providers/database/sqlite/like_pattern.h"
+#include "providers/database/sqlite/statement.h"
+#include "system/posix/icu_locale.h"
 #include "tests/fuzz/fuzz.h"
 
 void FuzzOne(std::string_view text) {

@@ -1,9 +1,9 @@
 // Answers of any bytes, in pieces of any size: read or refused, and the same in one piece as in
 // many. The first byte chooses the pieces and whether rows or a cellset is expected.
-#include "providers/xmla/answer.h"
-#include "providers/xmla/cellset_reader.h"
-#include "providers/xmla/requests.h"
-#include "providers/xmla/rowset_reader.h"
+#include "providers/cube/xmla/answer.h"
+#include "providers/cube/xmla/cellset_reader.h"
+#include "providers/cube/xmla/requests.h"
+#include "providers/cube/xmla/rowset_reader.h"
 #include "tests/fuzz/fuzz.h"
 
 namespace {
@@ -14,7 +14,7 @@ constexpr std::size_t kShown = 100;
 
 /// Feeds the answer; `random` chooses the pieces, 0: one.
 void Read(const std::string& xml, ResultReader& reader, uint32_t random) {
-  const HttpHead head{200, "text/xml", ""};
+  const vok::HttpHead head{200, "text/xml", ""};
   Answer answer("http://h", vok::failure_number::kSyntax, reader);
   for (std::size_t i = 0; i < xml.size();) {
     const std::size_t size = random == 0 ? xml.size() : 1 + (random >> 16) % 97;

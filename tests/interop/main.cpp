@@ -12,12 +12,12 @@
 #include <iostream>
 #include <string>
 
-#include "providers/curl/curl_transport.h"
-#include "providers/olap/build/build_cube.h"
-#include "providers/olap/cube_services.h"
-#include "providers/posix/icu_locale.h"
-#include "providers/posix/posix_files.h"
-#include "providers/xmla/cube_services.h"
+#include "providers/cube/olap/build/build_cube.h"
+#include "providers/cube/olap/cube_services.h"
+#include "providers/cube/xmla/cube_services.h"
+#include "providers/http/curl/curl_transport.h"
+#include "system/posix/icu_locale.h"
+#include "system/posix/posix_files.h"
 #include "tests/interop/answer.h"
 #include "tests/interop/case_file.h"
 #include "tests/interop/random_queries.h"
@@ -106,11 +106,11 @@ int Run(int argc, char** argv) {
   const IcuLocale locale("en_US");
   olap::OlapCubeServices our_services(files, locale);
   const auto patient = [] {
-    xmla::XmlaSettings settings;
+    HttpSettings settings;
     settings.total_seconds = kPatienceSeconds;
     return settings;
   };
-  xmla::XmlaCubeServices server_services(locale, {patient, xmla::New<xmla::CurlTransport>()});
+  xmla::XmlaCubeServices server_services(locale, {patient, NewTransport<CurlTransport>()});
   Side ours(our_services);
   Side server(server_services);
   for (const auto& schema : std::filesystem::directory_iterator(argv[3])) {

@@ -4,15 +4,15 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "providers/posix/icu_locale.h"
-#include "providers/posix/posix_files.h"
-#include "providers/sqlite/sqlite_database.h"
+#include "providers/database/sqlite/sqlite_database.h"
 #include "settings/all_sets.h"
 #include "settings/edited_sets.h"
 #include "settings/exact_sets.h"
 #include "settings/reader.h"
 #include "settings/schema.h"
 #include "settings/writer.h"
+#include "system/posix/icu_locale.h"
+#include "system/posix/posix_files.h"
 #include "tests/support/child_process.h"
 #include "tests/support/failures.h"
 #include "tests/support/memory_host.h"

@@ -4,8 +4,8 @@
 #include <QtGui/QTextDocument>
 #include <QtWidgets/QApplication>
 
-#include "env/string_table.h"
-#include "env/text_numbers.h"
+#include "texts/string_table.h"
+#include "texts/text_numbers.h"
 #include "ui/qt/control_view.h"
 
 namespace vok::qt {

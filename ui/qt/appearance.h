@@ -4,7 +4,7 @@
 #include <QtGui/QFont>
 #include <QtWidgets/QWidget>
 
-#include "ui/form.h"
+#include "ui/model/form.h"
 
 namespace vok::qt {
 

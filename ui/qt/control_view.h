@@ -5,7 +5,7 @@
 #include <QtWidgets/QWidget>
 #include <memory>
 
-#include "ui/form.h"
+#include "ui/model/form.h"
 
 namespace vok::qt {
 

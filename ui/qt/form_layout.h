@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "ui/form.h"
+#include "ui/model/form.h"
 
 namespace vok::qt {
 

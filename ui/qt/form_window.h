@@ -14,7 +14,7 @@
 #include <memory>
 #include <vector>
 
-#include "ui/form.h"
+#include "ui/model/form.h"
 #include "ui/qt/control_view.h"
 #include "ui/qt/form_menu.h"
 

@@ -3,7 +3,7 @@
 
 #include <QtGui/QFontMetrics>
 
-#include "ui/form.h"
+#include "ui/model/form.h"
 
 namespace vok::qt {
 

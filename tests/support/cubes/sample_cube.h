@@ -5,8 +5,8 @@
 #include <memory>
 #include <string>
 
-#include "providers/olap/build/build_cube.h"
-#include "providers/olap/storage/cube_file.h"
+#include "providers/cube/olap/build/build_cube.h"
+#include "providers/cube/olap/storage/cube_file.h"
 #include "tests/support/temporary_folder.h"
 
 namespace vok::test {

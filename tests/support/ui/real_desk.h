@@ -6,17 +6,17 @@
 #include <string>
 #include <vector>
 
-#include "providers/olap/cube_services.h"
-#include "providers/posix/icu_locale.h"
-#include "providers/posix/posix_files.h"
-#include "providers/sqlite/connection.h"
-#include "providers/sqlite/sqlite_database.h"
-#include "providers/xlsx/xlsx_spreadsheet.h"
+#include "providers/cube/olap/cube_services.h"
+#include "providers/database/sqlite/connection.h"
+#include "providers/database/sqlite/sqlite_database.h"
+#include "providers/workbook/xlsx/xlsx_spreadsheet.h"
+#include "system/posix/icu_locale.h"
+#include "system/posix/posix_files.h"
 #include "tests/support/cubes/sample_cube.h"
 #include "tests/support/failing_files.h"
 #include "tests/support/memory_host.h"
 #include "tests/support/ui/scripted_toolkit.h"
-#include "ui/frm_periods.h"
+#include "ui/model/frm_periods.h"
 
 namespace vok::test {
 

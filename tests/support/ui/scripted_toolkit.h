@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "ui/toolkit.h"
+#include "ui/model/toolkit.h"
 
 namespace vok::test {
 

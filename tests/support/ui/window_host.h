@@ -3,10 +3,10 @@
 
 #include <string>
 
-#include "providers/posix/icu_locale.h"
+#include "system/posix/icu_locale.h"
 #include "tests/support/memory_host.h"
 #include "tests/support/ui/scripted_toolkit.h"
-#include "ui/toolkit.h"
+#include "ui/model/toolkit.h"
 
 namespace vok::test {
 

@@ -1,8 +1,8 @@
 // The files and the locale that tests of any operating system use, by POSIX and ICU.
 #pragma once
 
-#include "providers/posix/icu_locale.h"
-#include "providers/posix/posix_files.h"
+#include "system/posix/icu_locale.h"
+#include "system/posix/posix_files.h"
 
 namespace vok::test {
 using NativeFiles = PosixFiles;

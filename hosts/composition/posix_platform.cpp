@@ -1,0 +1,52 @@
+#include <dlfcn.h>
+#include <link.h>
+
+#include <filesystem>
+
+#include "hosts/composition/system_platform.h"
+#include "providers/http/curl/curl_transport.h"
+#include "system/posix/file_readers.h"
+#include "system/posix/file_registry.h"
+#include "system/posix/icu_locale.h"
+#include "system/posix/posix_files.h"
+#include "system/posix/system_clock.h"
+
+namespace vok {
+namespace {
+
+/// The shared library's, or the program's.
+std::string ComponentFolder() {
+  Dl_info info{};
+  link_map* loaded = nullptr;
+  if (dladdr1(reinterpret_cast<const void*>(&ComponentFolder), &info,
+              reinterpret_cast<void**>(&loaded), RTLD_DL_LINKMAP) == 0) {
+    return ".";
+  }
+  // The program has no name here, and the word that it was called by need not lead to it.
+  const bool is_program = *loaded->l_name == '\0';
+  std::error_code ignored;
+  const auto file =
+      std::filesystem::canonical(is_program ? "/proc/self/exe" : loaded->l_name, ignored);
+  return ignored ? "." : file.parent_path().string();
+}
+
+}  // namespace
+
+SystemPlatform NewSystemPlatform() {
+  SystemPlatform platform;
+  platform.files = std::make_unique<PosixFiles>();
+  platform.locale = std::make_unique<IcuLocale>(IcuLocale::NameFromEnvironment());
+  platform.registry = std::make_unique<FileRegistry>(*platform.files, *platform.locale,
+                                                     FileRegistry::FileFromEnvironment());
+  platform.clock = std::make_unique<SystemClock>();
+  platform.transport = NewTransport<CurlTransport>();
+  platform.advice_on_readers = AdviceOnReaders;
+  platform.component_folder = ComponentFolder();
+  return platform;
+}
+
+std::unique_ptr<Database> SystemDatabase(const Files&, std::unique_ptr<Database> portable) {
+  return portable;
+}
+
+}  // namespace vok

@@ -1,0 +1,120 @@
+#include "hosts/composition/system_host.h"
+
+#include <cstdio>
+#include <utility>
+
+#include "env/environment.h"
+#include "hosts/composition/console_message_boxes.h"
+#include "hosts/composition/overriding_registry.h"
+#include "hosts/composition/routed_cube.h"
+#include "hosts/composition/system_platform.h"
+#include "platform/connection_text.h"
+#include "providers/cube/olap/cube_services.h"
+#include "providers/cube/xmla/cube_services.h"
+#include "providers/cube/xmla/xmla_settings.h"
+#include "providers/database/sqlite/sqlite_database.h"
+#include "providers/recordset/persisted_recordset.h"
+#include "providers/workbook/xlsx/xlsx_spreadsheet.h"
+#include "version.h"
+
+namespace vok {
+namespace {
+
+/// The settings database, and record sets that stand in files of their own.
+class FileDatabase : public SqliteDatabase {
+ public:
+  FileDatabase(Files& files, const Locale& locale)
+      : SqliteDatabase(files, locale), files_(files), locale_(locale) {}
+  std::unique_ptr<Recordset> OpenRecordset(const std::string& source,
+                                           const std::string& connection_text) override {
+    return recordset::OpenPersisted(files_, locale_, source, connection_text);
+  }
+
+ private:
+  const Files& files_;
+  const Locale& locale_;
+};
+
+ComponentInfo Component(const std::string& folder) {
+  ComponentInfo info;
+  info.folder = folder;
+  info.major = kVersionMajor;
+  info.minor = kVersionMinor;
+  info.revision = kVersionRevision;
+  return info;
+}
+
+}  // namespace
+
+struct SystemHost::Providers {
+  Providers(const std::string& settings_folder, MessageBoxes* message_boxes)
+      : overriding(*platform.registry, *platform.locale, settings_folder),
+        database(SystemDatabase(*platform.files,
+                                std::make_unique<FileDatabase>(*platform.files, *platform.locale))),
+        cube_files(*platform.files, *platform.locale),
+        cube_servers(*platform.locale, {[this] { return ServerSettings(); }, platform.transport}),
+        told_of_readers(message_boxes != nullptr),
+        spreadsheet(*platform.files),
+        host{Component(platform.component_folder),
+             *platform.files,
+             settings_folder.empty() ? *platform.registry : overriding,
+             *platform.locale,
+             *platform.clock,
+             message_boxes != nullptr ? *message_boxes : console,
+             *database,
+             cube,
+             spreadsheet} {}
+
+  /// Those of Qel.ini in the settings folder of the moment, and of the environment.
+  HttpSettings ServerSettings() {
+    const auto ini_value = [&](const std::string& key) {
+      return ReadIniValue(host, environment, "Xmla", key);
+    };
+    const bool secret =
+        !ini_value("Password").empty() || ini_value("Proxy").find('@') != std::string::npos;
+    if (secret) TellOfReaders(environment.SettingsFolder + "\\Qel.ini");
+    return xmla::ReadXmlaSettings(ini_value);
+  }
+
+  /// Once, and only where messages are printed: elsewhere a window would wait for somebody.
+  void TellOfReaders(const std::string& file) {
+    if (std::exchange(told_of_readers, true)) return;
+    const std::string native = host.files.NativePath(file);
+    const std::string advice = platform.advice_on_readers(native);
+    if (advice.empty()) return;
+    MessageBox box;
+    box.text =
+        "Others on this computer can read the password in " + native + ". Keep them out: " + advice;
+    box.title = host.component.product_name;
+    console.Show(box);
+  }
+
+  CubeServices& CubeServicesFor(const std::string& connection_text) {
+    if (cube_text::NamesServer(cube_text::ParseConnectionText(connection_text))) {
+      return cube_servers;
+    }
+    return cube_files;
+  }
+
+  SystemPlatform platform = NewSystemPlatform();
+  OverridingRegistry overriding;
+  ConsoleMessageBoxes console{stderr};
+  std::unique_ptr<Database> database;
+  olap::OlapCubeServices cube_files;
+  xmla::XmlaCubeServices cube_servers;
+  bool told_of_readers;
+  RoutedCubeServices cube{
+      [this](const std::string& text) -> CubeServices& { return CubeServicesFor(text); }};
+  xlsx::XlsxSpreadsheet spreadsheet;
+  Environment environment;  ///< of the servers' settings
+  Host host;
+};
+
+SystemHost::SystemHost(const std::string& settings_folder, MessageBoxes* message_boxes)
+    : providers_(std::make_unique<Providers>(settings_folder, message_boxes)) {}
+
+SystemHost::~SystemHost() = default;
+
+const Host& SystemHost::host() const { return providers_->host; }
+
+}  // namespace vok

@@ -1,0 +1,35 @@
+// What an operating system itself offers: the build takes posix_platform.cpp or
+// windows_platform.cpp.
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <string>
+
+#include "platform/clock.h"
+#include "platform/database.h"
+#include "platform/files.h"
+#include "platform/http.h"
+#include "platform/locale.h"
+#include "platform/registry.h"
+
+namespace vok {
+
+struct SystemPlatform {
+  std::unique_ptr<Files> files;
+  std::unique_ptr<Locale> locale;
+  std::unique_ptr<Registry> registry;
+  std::unique_ptr<Clock> clock;
+  NewHttpTransport transport;
+  /// What keeps others from reading a file; "" when they cannot. Takes a native path.
+  std::function<std::string(const std::string& path)> advice_on_readers;
+  std::string component_folder;  ///< of the file that this code was loaded from
+};
+
+SystemPlatform NewSystemPlatform();
+
+/// The settings database as every program of this system opens it: with the system's own data
+/// objects where it has them, else the portable way. `files` outlives the result.
+std::unique_ptr<Database> SystemDatabase(const Files& files, std::unique_ptr<Database> portable);
+
+}  // namespace vok

@@ -1,0 +1,141 @@
+#include "providers/cube/adomd/adomd_structure.h"
+
+#include <utility>
+
+#include "providers/cube/adomd/adomd_connection.h"
+#include "providers/cube/adomd/level_members.h"
+
+namespace vok::windows {
+namespace {
+
+/// A collection of the data objects, counted from 0.
+class Collection {
+ public:
+  explicit Collection(Object items) : items_(std::move(items)) {}
+  std::size_t Count() const { return static_cast<std::size_t>(items_.Read(L"Count").ToInt32()); }
+  Object At(std::size_t index) const { return items_.Child(L"Item", static_cast<int32_t>(index)); }
+
+ private:
+  Object items_;
+};
+
+std::string NameOf(const Object& object) { return object.Read(L"Name").ToText(); }
+std::string UniqueNameOf(const Object& object) { return object.Read(L"UniqueName").ToText(); }
+
+/// What all parts of one cube share.
+struct CubeContext {
+  const Locale& locale;
+  Object connection;
+  std::string cube;
+};
+
+constexpr const char* kAllMember = "2";  // MDMEMBER_TYPE_ALL
+
+class AdomdLevel : public CubeLevel {
+ public:
+  AdomdLevel(Object level, std::shared_ptr<const LevelMembers> members, std::size_t index)
+      : level_(std::move(level)), members_(std::move(members)), index_(index) {}
+  std::string Name() const override { return NameOf(level_); }
+  std::string UniqueName() const override { return UniqueNameOf(level_); }
+  bool IsAll() const override {
+    const auto& members = members_->At(index_);
+    return members.size() == 1 && members.front().type == kAllMember;
+  }
+  std::size_t MemberCount() const override { return members_->At(index_).size(); }
+  std::unique_ptr<CubeMember> MemberAt(std::size_t index) const override {
+    return std::make_unique<LevelMember>(members_, index_, members_->At(index_).at(index));
+  }
+
+ private:
+  Object level_;
+  std::shared_ptr<const LevelMembers> members_;
+  std::size_t index_;
+};
+
+class AdomdHierarchy : public CubeHierarchy {
+ public:
+  AdomdHierarchy(Object hierarchy, const CubeContext& context)
+      : hierarchy_(std::move(hierarchy)), levels_(hierarchy_.Child(L"Levels")) {
+    std::vector<std::string> names(levels_.Count());
+    for (std::size_t index = 0; index < names.size(); ++index) {
+      names[index] = UniqueNameOf(levels_.At(index));
+    }
+    members_ = std::make_shared<LevelMembers>(context.connection, context.cube, std::move(names));
+  }
+  std::string Name() const override { return NameOf(hierarchy_); }
+  std::string UniqueName() const override { return UniqueNameOf(hierarchy_); }
+  std::size_t LevelCount() const override { return levels_.Count(); }
+  std::unique_ptr<CubeLevel> LevelAt(std::size_t index) const override {
+    return std::make_unique<AdomdLevel>(levels_.At(index), members_, index);
+  }
+
+ private:
+  Object hierarchy_;
+  Collection levels_;
+  std::shared_ptr<const LevelMembers> members_;
+};
+
+class AdomdDimension : public CubeDimension {
+ public:
+  AdomdDimension(Object dimension, const CubeContext& context)
+      : dimension_(std::move(dimension)),
+        context_(context),
+        hierarchies_(dimension_.Child(L"Hierarchies")) {}
+  std::string Name() const override { return NameOf(dimension_); }
+  std::string UniqueName() const override { return UniqueNameOf(dimension_); }
+  std::size_t HierarchyCount() const override { return hierarchies_.Count(); }
+  std::unique_ptr<CubeHierarchy> HierarchyAt(std::size_t index) const override {
+    return std::make_unique<AdomdHierarchy>(hierarchies_.At(index), context_);
+  }
+
+ private:
+  Object dimension_;
+  CubeContext context_;
+  Collection hierarchies_;
+};
+
+class AdomdCube : public CubeDef {
+ public:
+  AdomdCube(Object cube, const Locale& locale, Object connection)
+      : cube_(std::move(cube)),
+        context_{locale, std::move(connection), NameOf(cube_)},
+        dimensions_(cube_.Child(L"Dimensions")) {}
+  std::string Name() const override { return context_.cube; }
+  std::size_t DimensionCount() const override { return dimensions_.Count(); }
+  std::unique_ptr<CubeDimension> DimensionAt(std::size_t index) const override {
+    return std::make_unique<AdomdDimension>(dimensions_.At(index), context_);
+  }
+  std::unique_ptr<CubeDimension> FindDimension(const std::string& name) const override {
+    const std::size_t count = dimensions_.Count();
+    for (std::size_t index = 0; index < count; ++index) {
+      Object dimension = dimensions_.At(index);
+      if (EqualNoCase(context_.locale, NameOf(dimension), name)) {
+        return std::make_unique<AdomdDimension>(std::move(dimension), context_);
+      }
+    }
+    return nullptr;
+  }
+
+ private:
+  Object cube_;
+  CubeContext context_;
+  Collection dimensions_;
+};
+
+}  // namespace
+
+void AdomdCatalog::SetActiveConnection(CubeConnection& connection) {
+  connection_ = AdomdConnection::From(connection).object();
+  catalog_.Put(L"ActiveConnection", connection.ConnectionString());
+}
+
+std::size_t AdomdCatalog::CubeCount() const {
+  return Collection(catalog_.Child(L"CubeDefs")).Count();
+}
+
+std::unique_ptr<CubeDef> AdomdCatalog::CubeAt(std::size_t index) const {
+  return std::make_unique<AdomdCube>(Collection(catalog_.Child(L"CubeDefs")).At(index), locale_,
+                                     connection_);
+}
+
+}  // namespace vok::windows

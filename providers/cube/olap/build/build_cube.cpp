@@ -1,0 +1,111 @@
+#include "providers/cube/olap/build/build_cube.h"
+
+#include <optional>
+#include <utility>
+
+#include "providers/cube/olap/build/aggregate_builder.h"
+#include "providers/cube/olap/build/aggregate_choice.h"
+#include "providers/cube/olap/build/fact_loader.h"
+#include "providers/cube/olap/build/formula_check.h"
+#include "providers/cube/olap/build/schema.h"
+#include "providers/cube/olap/build/table_source.h"
+#include "providers/cube/olap/storage/cube_writer.h"
+
+namespace vok::olap {
+namespace {
+
+NewCube CubeOf(const CubeSchema& schema) {
+  NewCube cube{schema.name, schema.caption, {}, {}, {}, {}, schema.default_measure, 0};
+  for (const MeasureSchema& measure : schema.measures) {
+    cube.measures.push_back(
+        {measure.name, measure.caption, measure.aggregator, measure.format_string});
+  }
+  for (const CalculatedMemberSchema& member : schema.calculated) {
+    cube.calculated.push_back(member.definition);
+  }
+  uint32_t next = 0;
+  for (const DimensionSchema& dimension : schema.dimensions) {
+    Dimension& added = cube.dimensions.emplace_back();
+    added = {dimension.name, dimension.caption, dimension.is_time, {}};
+    for (std::size_t count = dimension.hierarchies.size(); count > 0; --count) {
+      added.hierarchies.push_back(next++);
+    }
+  }
+  return cube;
+}
+
+/// The time hierarchy with the most leaves that facts are not sorted by last.
+std::optional<uint32_t> TimeOf(const NewCube& cube, uint32_t inner) {
+  std::optional<uint32_t> time;
+  const auto leaves = [&](uint32_t index) { return cube.hierarchies[index].LeafCount(); };
+  for (const Dimension& dimension : cube.dimensions) {
+    if (!dimension.is_time) continue;
+    for (const uint32_t index : dimension.hierarchies) {
+      if (index != inner && (!time || leaves(index) > leaves(*time))) time = index;
+    }
+  }
+  return time;
+}
+
+void AddAggregates(const NewCube& cube, const LoadedFacts& loaded, uint64_t value_bytes,
+                   CubeWriter& writer) {
+  if (loaded.facts.rows == 0 || AggregatedColumns(cube, loaded.facts).empty()) return;
+  std::vector<uint32_t> sort_order;
+  for (const NewKeyColumn& key : loaded.facts.keys) sort_order.push_back(key.hierarchy);
+  const double value_bits =
+      8 * static_cast<double>(value_bytes) / static_cast<double>(loaded.facts.rows);
+  const AggregateChoice choice = ChooseAggregates(
+      cube.hierarchies, sort_order, TimeOf(cube, sort_order.back()), loaded.facts.rows, value_bits);
+  if (choice.sets.empty()) return;
+  writer.AddAggregates(BuildAggregates(choice, cube, loaded.facts, writer));
+}
+
+BuildReport::Cube AddCube(const CubeSchema& schema, const Locale& locale, const TableSource& source,
+                          const Progress& progress, CubeWriter& writer) {
+  std::vector<LoadedHierarchy> hierarchies;
+  for (const DimensionSchema& dimension : schema.dimensions) {
+    for (const HierarchySchema& hierarchy : dimension.hierarchies) {
+      progress("reading dimension " + dimension.name, 0);
+      hierarchies.push_back(LoadHierarchy(source, schema, dimension, hierarchy));
+    }
+  }
+  if (!schema.calculated.empty()) {
+    NewCube structure = CubeOf(schema);
+    for (const LoadedHierarchy& hierarchy : hierarchies) {
+      structure.hierarchies.push_back(hierarchy.members);
+    }
+    CheckFormulas(locale, schema, structure);
+  }
+  const LoadedFacts loaded = LoadFacts(source, schema, hierarchies, progress);
+  NewCube cube = CubeOf(schema);
+  cube.fact_count = loaded.fact_count;
+  for (LoadedHierarchy& hierarchy : hierarchies) {
+    cube.hierarchies.push_back(std::move(hierarchy.members));
+  }
+  progress("writing " + schema.name, 0);
+  const uint64_t value_bytes = writer.Begin(cube, loaded.facts);
+  progress("adding up " + schema.name, 0);
+  AddAggregates(cube, loaded, value_bytes, writer);
+  writer.End();
+  return {schema.name, loaded.fact_count, loaded.facts.rows};
+}
+
+}  // namespace
+
+BuildReport BuildCubeFile(Files& files, const Locale& locale, const BuildRequest& request,
+                          const std::function<void(const std::string&, double)>& progress) {
+  const Progress report_progress = progress ? progress : [](const std::string&, double) {};
+  const auto cubes = ReadSchema(files, locale, request.schema_path);
+  const auto source = OpenTableSource(files, request.data_path);
+  CubeWriter writer(files, request.output_path);
+  BuildReport report;
+  for (const CubeSchema& cube : cubes) {
+    report.cubes.push_back(AddCube(cube, locale, *source, report_progress, writer));
+  }
+  source->CheckUnchanged();
+  if (request.check) request.check(report);
+  report.file_bytes = writer.Finish();
+  return report;
+}
+
+}  // namespace vok::olap

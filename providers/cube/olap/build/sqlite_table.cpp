@@ -1,0 +1,192 @@
+#include <sqlite3.h>
+
+#include <array>
+#include <charconv>
+#include <utility>
+
+#include "providers/cube/olap/build/bad_input.h"
+#include "providers/cube/olap/build/table_source.h"
+#include "providers/cube/olap/storage/bytes.h"
+
+namespace vok::olap {
+namespace {
+
+/// An opened database, closed when the last of its readers is gone.
+class Database {
+ public:
+  Database(const Files& files, std::string path) : path_(std::move(path)) {
+    const int code = sqlite3_open_v2(files.NativePath(path_).c_str(), &handle_,
+                                     SQLITE_OPEN_READONLY | SQLITE_OPEN_NOMUTEX, nullptr);
+    if (code != SQLITE_OK) {
+      const std::string words = sqlite3_errmsg(handle_);
+      sqlite3_close(handle_);
+      throw BadInput(path_, "cannot be opened: " + words);
+    }
+    sqlite3_busy_timeout(handle_, kBusyMilliseconds);
+  }
+  ~Database() { sqlite3_close(handle_); }
+  Database(const Database&) = delete;
+  Database& operator=(const Database&) = delete;
+
+  sqlite3* handle() const { return handle_; }
+  const std::string& path() const { return path_; }
+  Failure Refused() const { return BadInput(path_, sqlite3_errmsg(handle_)); }
+
+ private:
+  static constexpr int kBusyMilliseconds = 5000;
+
+  std::string path_;
+  sqlite3* handle_ = nullptr;
+};
+
+class Statement {
+ public:
+  Statement(std::shared_ptr<const Database> database, const std::string& sql)
+      : database_(std::move(database)) {
+    if (sqlite3_prepare_v2(database_->handle(), sql.c_str(), -1, &handle_, nullptr) != SQLITE_OK) {
+      throw database_->Refused();
+    }
+  }
+  ~Statement() { sqlite3_finalize(handle_); }
+  Statement(const Statement&) = delete;
+  Statement& operator=(const Statement&) = delete;
+
+  bool Step() {
+    const int code = sqlite3_step(handle_);
+    if (code != SQLITE_ROW && code != SQLITE_DONE) throw database_->Refused();
+    return code == SQLITE_ROW;
+  }
+  void Bind(const std::string& text) {
+    sqlite3_bind_text(handle_, 1, text.data(), static_cast<int>(text.size()), SQLITE_TRANSIENT);
+  }
+  std::string_view Text(int column) {
+    const auto* text = reinterpret_cast<const char*>(sqlite3_column_text(handle_, column));
+    return {text, static_cast<std::size_t>(sqlite3_column_bytes(handle_, column))};
+  }
+  sqlite3_stmt* handle() const { return handle_; }
+
+ private:
+  std::shared_ptr<const Database> database_;
+  sqlite3_stmt* handle_ = nullptr;
+};
+
+std::vector<std::string> FirstColumn(Statement& statement) {
+  std::vector<std::string> values;
+  while (statement.Step()) values.emplace_back(statement.Text(0));
+  return values;
+}
+
+std::string QuotedName(const std::string& name) {
+  std::string quoted = "\"";
+  for (const char letter : name) quoted += letter == '"' ? "\"\"" : std::string(1, letter);
+  return quoted + "\"";
+}
+
+std::string SelectText(const std::string& table, const std::vector<std::string>& columns) {
+  std::string sql = "SELECT ";
+  for (const std::string& column : columns) sql += QuotedName(column) + ", ";
+  return sql + "NULL FROM " + QuotedName(table);
+}
+
+class SqliteReader : public TableReader {
+ public:
+  SqliteReader(std::shared_ptr<const Database> database, const std::string& table,
+               const std::vector<std::string>& columns)
+      : where_(database->path() + ", table " + table),
+        row_count_(CountRows(database, table)),
+        statement_(database, SelectText(table, columns)),
+        fields_(columns.size()),
+        numbers_(columns.size()) {}
+
+  bool Next() override {
+    if (!statement_.Step()) return false;
+    ++row_;
+    for (std::size_t column = 0; column < fields_.size(); ++column) ReadField(column);
+    return true;
+  }
+
+  std::span<const Field> Fields() const override { return fields_; }
+  std::string PlaceOf(uint64_t row) const override {
+    return where_ + ", row " + std::to_string(row);
+  }
+  uint64_t Line() const override { return row_; }
+  double Done() const override {
+    return row_count_ == 0 ? 1 : static_cast<double>(row_) / static_cast<double>(row_count_);
+  }
+  uint64_t RowEstimate() const override { return row_count_; }
+
+ private:
+  static uint64_t CountRows(const std::shared_ptr<const Database>& database,
+                            const std::string& table) {
+    Statement count(database, "SELECT count(*) FROM " + QuotedName(table));
+    count.Step();
+    return static_cast<uint64_t>(sqlite3_column_int64(count.handle(), 0));
+  }
+
+  void ReadField(std::size_t column) {
+    const int index = static_cast<int>(column);
+    Field& field = fields_[column];
+    switch (sqlite3_column_type(statement_.handle(), index)) {
+      case SQLITE_NULL:
+        field = {{}, true};
+        return;
+      case SQLITE_FLOAT: {
+        // The shortest text that means the same double; the database's own has fewer digits.
+        auto& buffer = numbers_[column];
+        const double value = sqlite3_column_double(statement_.handle(), index);
+        const auto end = std::to_chars(buffer.data(), buffer.data() + buffer.size(), value).ptr;
+        field = {{buffer.data(), static_cast<std::size_t>(end - buffer.data())}, false};
+        return;
+      }
+      case SQLITE_BLOB:
+        throw BadInput(Place(), "a field holds bytes, neither a text nor a number");
+      default:
+        field = {statement_.Text(index), false};
+        if (!IsUtf8(field.text)) throw BadInput(Place(), "a field is not valid UTF-8");
+    }
+  }
+
+  std::string where_;
+  uint64_t row_count_;
+  Statement statement_;
+  uint64_t row_ = 0;
+  std::vector<Field> fields_;
+  std::vector<std::array<char, 32>> numbers_;
+};
+
+class SqliteSource : public TableSource {
+ public:
+  SqliteSource(const Files& files, const std::string& path)
+      : database_(std::make_shared<Database>(files, path)) {}
+
+  std::unique_ptr<TableReader> Open(const std::string& table,
+                                    const std::vector<std::string>& columns) const override {
+    Statement statement(database_, "SELECT name FROM pragma_table_xinfo(?1)");
+    statement.Bind(table);
+    const auto there = FirstColumn(statement);
+    if (there.empty()) {
+      Statement tables(database_,
+                       "SELECT name FROM sqlite_schema WHERE type IN ('table', 'view') "
+                       "AND name NOT LIKE 'sqlite!_%' ESCAPE '!' ORDER BY name");
+      throw BadInput(database_->path(),
+                     "there is no table " + Quoted(table) +
+                         ", which the schema names. Tables there: " + Listed(FirstColumn(tables)));
+    }
+    PlacesOf(columns, there, database_->path() + ", table " + table);
+    return std::make_unique<SqliteReader>(database_, table, columns);
+  }
+
+  /// The database keeps writers out of a table that is read.
+  void CheckUnchanged() const override {}
+
+ private:
+  std::shared_ptr<const Database> database_;
+};
+
+}  // namespace
+
+std::unique_ptr<TableSource> OpenSqliteDatabase(const Files& files, const std::string& path) {
+  return std::make_unique<SqliteSource>(files, path);
+}
+
+}  // namespace vok::olap

@@ -1,0 +1,35 @@
+#include "providers/cube/olap/build/table_source.h"
+
+#include <algorithm>
+
+#include "providers/cube/olap/build/bad_input.h"
+
+namespace vok::olap {
+
+std::unique_ptr<TableSource> OpenTableSource(const Files& files, const std::string& path) {
+  if (files.IsDirectory(path)) return OpenCsvFolder(files, path);
+  constexpr std::string_view kSqliteMagic("SQLite format 3\0", 16);
+  if (ReadBeginning(files, path, kSqliteMagic.size()) != kSqliteMagic) {
+    throw BadInput(path, "is neither a folder of CSV files nor a SQLite database");
+  }
+  return OpenSqliteDatabase(files, path);
+}
+
+std::vector<std::size_t> PlacesOf(const std::vector<std::string>& wanted,
+                                  const std::vector<std::string>& there, const std::string& table) {
+  std::vector<std::size_t> places;
+  for (const std::string& column : wanted) {
+    const auto found = std::find(there.begin(), there.end(), column);
+    if (found == there.end()) {
+      throw BadInput(table, "there is no column " + Quoted(column) +
+                                ", which the schema names. Its columns: " + Listed(there));
+    }
+    if (std::find(found + 1, there.end(), column) != there.end()) {
+      throw BadInput(table, "there are two columns " + Quoted(column));
+    }
+    places.push_back(static_cast<std::size_t>(found - there.begin()));
+  }
+  return places;
+}
+
+}  // namespace vok::olap

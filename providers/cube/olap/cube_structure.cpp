@@ -1,0 +1,83 @@
+#include "providers/cube/olap/cube_structure.h"
+
+#include "platform/failure.h"
+#include "providers/cube/olap/olap_connection.h"
+
+namespace vok::olap {
+namespace {
+
+void CheckIndex(std::size_t index, std::size_t count, const std::string& what) {
+  if (index < count) return;
+  throw Failure(failure_number::kItemNotFound, what + " number " + std::to_string(index) +
+                                                   " was asked for; there are " +
+                                                   std::to_string(count) + ", counted from 0.");
+}
+
+}  // namespace
+
+void OlapCatalog::SetActiveConnection(CubeConnection& connection) {
+  const OlapConnection& own = OlapConnection::From(connection);
+  const auto opened = own.opened();
+  cube_ = opened->cubes.empty() ? nullptr : opened->cubes[own.catalog().value_or(0)];
+}
+
+std::unique_ptr<CubeDef> OlapCatalog::CubeAt(std::size_t index) const {
+  CheckIndex(index, CubeCount(), "The catalog's cube");
+  return std::make_unique<OlapCubeDef>(cube_);
+}
+
+std::unique_ptr<CubeDimension> OlapCubeDef::DimensionAt(std::size_t index) const {
+  CheckIndex(index, DimensionCount(), "The dimension of cube \"" + Name() + "\"");
+  return std::make_unique<OlapDimension>(cube_, index);
+}
+
+std::unique_ptr<CubeDimension> OlapCubeDef::FindDimension(const std::string& name) const {
+  for (std::size_t i = 0; i < DimensionCount(); ++i) {
+    auto dimension = DimensionAt(i);
+    if (cube_->SameName(dimension->Name(), name)) return dimension;
+  }
+  return nullptr;
+}
+
+OlapDimension::OlapDimension(std::shared_ptr<const CubeView> cube, std::size_t index)
+    : cube_(std::move(cube)) {
+  if (index == 0) {
+    hierarchies_ = {kMeasures};
+    return;
+  }
+  for (const uint32_t stored : cube_->model().dimensions[index - 1].hierarchies) {
+    hierarchies_.push_back(stored + 1);
+  }
+}
+
+std::unique_ptr<CubeHierarchy> OlapDimension::HierarchyAt(std::size_t index) const {
+  CheckIndex(index, HierarchyCount(), "The hierarchy of dimension \"" + Name() + "\"");
+  return std::make_unique<OlapHierarchy>(cube_, hierarchies_[index]);
+}
+
+std::unique_ptr<CubeLevel> OlapHierarchy::LevelAt(std::size_t index) const {
+  CheckIndex(index, LevelCount(), "The level of hierarchy " + UniqueName());
+  return std::make_unique<OlapLevel>(cube_, id_, static_cast<uint32_t>(index));
+}
+
+std::size_t OlapLevel::MemberCount() const {
+  return Members().size() + (hierarchy_ == kMeasures ? cube_->CalculatedMeasures().size() : 0);
+}
+
+std::unique_ptr<CubeMember> OlapLevel::MemberAt(std::size_t index) const {
+  CheckIndex(index, MemberCount(), "The member of level " + UniqueName());
+  if (index >= Members().size()) {
+    const auto& calculated = cube_->CalculatedMeasures();
+    return std::make_unique<OlapCalculatedMeasure>(cube_, *calculated[index - Members().size()]);
+  }
+  return std::make_unique<OlapMember>(cube_, hierarchy_,
+                                      Members().begin + static_cast<MemberId>(index));
+}
+
+std::unique_ptr<CubeMember> OlapMember::Parent() const {
+  const MemberId parent = cube_->Parent(hierarchy_, id_);
+  if (parent == kNoMember) return nullptr;
+  return std::make_unique<OlapMember>(cube_, hierarchy_, parent);
+}
+
+}  // namespace vok::olap

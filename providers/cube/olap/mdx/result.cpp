@@ -1,0 +1,95 @@
+#include "providers/cube/olap/mdx/result.h"
+
+#include <utility>
+
+#include "platform/failure.h"
+#include "providers/cube/olap/mdx/number_format.h"
+
+namespace vok::olap {
+
+void MdxResult::SetAxes(std::vector<Axis> axes, Context base) {
+  axes_ = std::move(axes);
+  base_members_ = std::move(base.members);
+}
+
+AxisMember MdxResult::Member(std::size_t axis, std::size_t position, std::size_t index) const {
+  const TupleSet& tuples = axes_.at(axis).tuples;
+  if (position >= tuples.size() || index >= tuples.arity()) {
+    throw Failure(failure_number::kSubscript, "The cellset has no member " + std::to_string(index) +
+                                                  " at position " + std::to_string(position) + ".");
+  }
+  const HierarchyId hierarchy = tuples.hierarchies[index];
+  const MemberId id = tuples.tuple(position)[index];
+  if (IsCalculated(id)) return CalculatedAxisMember(hierarchy, id);
+  return {std::string(cube_->MemberName(hierarchy, id)), std::string(cube_->Caption(hierarchy, id)),
+          cube_->UniqueName(hierarchy, id),
+          cube_->LevelUniqueName(hierarchy, cube_->LevelOf(hierarchy, id))};
+}
+
+AxisMember MdxResult::CalculatedAxisMember(HierarchyId hierarchy, MemberId id) const {
+  const CalculatedMember& member = query_.Member(id);
+  const uint32_t level =
+      member.parent == kNoMember ? 0 : cube_->LevelOf(hierarchy, member.parent) + 1;
+  const std::string level_name = level < cube_->LevelCount(hierarchy)
+                                     ? cube_->LevelUniqueName(hierarchy, level)
+                                     : std::string();
+  return {member.name, member.caption, member.unique_name, level_name};
+}
+
+void MdxResult::CheckOrdinal(std::size_t ordinal) const {
+  if (ordinal < CellCount()) return;
+  throw Failure(failure_number::kSubscript, "The cellset has no cell " + std::to_string(ordinal) +
+                                                ": it has " + std::to_string(CellCount()) + ".");
+}
+
+Value MdxResult::Cell(std::size_t ordinal) const {
+  CheckOrdinal(ordinal);
+  switch (cells_.State(ordinal)) {
+    case CellState::kEmpty:
+      return {};
+    case CellState::kNumber:
+      return cells_.Number(ordinal);
+    case CellState::kText:
+      return cells_.Text(ordinal);
+    case CellState::kLogical:
+      return cells_.Number(ordinal) != 0;
+  }
+  return {};
+}
+
+std::string MdxResult::FormattedCell(std::size_t ordinal) const {
+  CheckOrdinal(ordinal);
+  switch (cells_.State(ordinal)) {
+    case CellState::kEmpty:
+      return {};
+    case CellState::kNumber:
+      return FormatNumber(cells_.Number(ordinal), FormatAt(ordinal));
+    case CellState::kText:
+      return cells_.Text(ordinal);
+    case CellState::kLogical:
+      return cells_.Number(ordinal) != 0 ? "true" : "false";
+  }
+  return {};
+}
+
+/// The format of the member that gives the cell its value; of the measure when that has none.
+std::string MdxResult::FormatAt(std::size_t ordinal) const {
+  std::vector<MemberId> members = base_members_;
+  for (const Axis& axis : axes_) {
+    const std::size_t position = ordinal % axis.PositionCount();
+    ordinal /= axis.PositionCount();
+    for (std::size_t i = 0; i < axis.tuples.arity(); ++i) {
+      members[axis.tuples.hierarchies[i]] = axis.tuples.tuple(position)[i];
+    }
+  }
+  const HierarchyId deciding = DecidingHierarchy(query_, members);
+  if (deciding != kNoHierarchy && query_.Member(members[deciding]).format) {
+    return *query_.Member(members[deciding]).format;
+  }
+  const MemberId measure = members[kMeasures];
+  if (measure == kNoMember) return {};
+  if (IsCalculated(measure)) return query_.Member(measure).format.value_or("");
+  return cube_->model().measures[measure].format_string;
+}
+
+}  // namespace vok::olap

@@ -1,0 +1,54 @@
+// Stored facts of one cube: aggregates of its measures for any slice.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <optional>
+#include <vector>
+
+#include "providers/cube/olap/storage/column_memory.h"
+#include "providers/cube/olap/storage/model.h"
+
+namespace vok::olap {
+
+/// Which facts to aggregate and how to list the result.
+struct FactQuery {
+  std::vector<uint32_t> measures;  ///< indexes into `CubeModel::measures`
+  /// One entry per hierarchy of the model: the leaves that take part, as ascending ranges that
+  /// neither touch nor overlap. No entry for a hierarchy, or no ranges: all leaves.
+  std::vector<std::vector<IdRange>> leaves;
+  struct Group {
+    uint32_t hierarchy = 0;
+    uint32_t level = 0;
+  };
+  /// One result per member of this level, in the cube's order; without it one result in all.
+  std::optional<Group> group;
+  /// Called now and then while the facts are read; what it throws ends the read. May be empty.
+  std::function<void()> check = {};
+};
+
+/// What a cell of an answer holds. Facts know the first two alone, formulas give the others.
+enum class CellState : uint8_t { kEmpty, kNumber, kText, kLogical };
+
+/// One measure's results. A sum of nothing, or of NULLs only, is empty; that is not 0.
+struct FactColumn {
+  explicit FactColumn(std::size_t size = 0) : numbers(size), states(size, CellState::kEmpty) {}
+
+  std::vector<double, ColumnAllocator<double>> numbers;       ///< 0 where empty
+  std::vector<CellState, ColumnAllocator<CellState>> states;  ///< same length
+  bool overflows = false;  ///< a number is infinite: what it stands for is too large for any
+};
+
+/// Reads are safe from several threads. Sums of decimal values are exact: they are added as scaled
+/// integers and rounded once, to the nearest double. Failure -2147467259 when the file is damaged
+/// at a place that the query touches.
+class FactStore {
+ public:
+  virtual ~FactStore() = default;
+  /// One column per measure of the query, in its order. Stored aggregates answer where they can,
+  /// with the same results; else the cost follows the facts inside `leaves`, not those outside.
+  virtual std::vector<FactColumn> Read(const FactQuery& query) const = 0;
+};
+
+}  // namespace vok::olap

@@ -1,0 +1,89 @@
+#include "providers/cube/xmla/http_client.h"
+
+#include <chrono>
+#include <cstdint>
+#include <thread>
+
+#include "platform/failure.h"
+#include "platform/shown_text.h"
+#include "providers/cube/xmla/http_failure.h"
+#include "providers/cube/xmla/login.h"
+
+namespace vok::xmla {
+namespace {
+
+constexpr int kConnectAttempts = 3;
+constexpr std::chrono::milliseconds kPauseBetweenAttempts{200};
+
+/// The address without user, query and fragment.
+std::string Shown(const std::string& address) {
+  return WithoutUsers(address.substr(0, address.find_first_of("?#")));
+}
+
+/// An "@" anywhere: which of them ends a user's name is read differently by different programs.
+const std::string& Checked(const std::string& address) {
+  if (address.find('@') == std::string::npos) return address;
+  throw Failure(
+      failure_number::kUnspecified,
+      "The address of the cube server has an \"@\", as one with a user's name or password "
+      "does. Take those out of the cube file's name, and put them as User and Password "
+      "into Qel.ini, section [Xmla], or into VOKCUBE_XMLA_USER and "
+      "VOKCUBE_XMLA_PASSWORD. Write an \"@\" that belongs there as %40.");
+}
+
+/// Looks at each piece before it is read: whether the question was cancelled meanwhile, and whether
+/// the answer has an end.
+class WatchedBody : public HttpBody {
+ public:
+  WatchedBody(HttpBody& body, const HttpSettings& settings, const std::string& address,
+              const std::atomic<bool>& cancelled)
+      : body_(body), settings_(settings), address_(address), cancelled_(cancelled) {}
+
+  void Take(const HttpHead& head, std::string_view piece) override {
+    constexpr uint64_t kMegabyte = 1'000'000;
+    if (cancelled_) throw TransferFailure({TransferEnd::kCancelled}, settings_, {}, address_);
+    taken_ += piece.size();
+    const auto most = static_cast<uint64_t>(settings_.answer_megabytes) * kMegabyte;
+    if (most > 0 && taken_ > most) throw TooLargeFailure(settings_, address_);
+    body_.Take(head, piece);
+  }
+  std::string_view beginning() const override { return body_.beginning(); }
+
+ private:
+  HttpBody& body_;
+  const HttpSettings& settings_;
+  const std::string& address_;
+  const std::atomic<bool>& cancelled_;
+  uint64_t taken_ = 0;
+};
+
+}  // namespace
+
+HttpClient::HttpClient(const std::string& address, const HttpSettings& settings,
+                       const NewHttpTransport& transport)
+    : shown_(Shown(Checked(address))),
+      no_login_(WhyNoLogin(settings, address)),
+      settings_(no_login_.empty() ? settings : WithoutLogin(settings)),
+      transport_(transport(address, settings_)) {}
+
+HttpHead HttpClient::Post(const std::string& action, const std::string& content, HttpBody& body) {
+  const HttpRequest request{
+      {"Content-Type: text/xml; charset=utf-8", "SOAPAction: \"" + action + "\"",
+       "Accept: text/xml, application/xml, application/soap+xml"},
+      content,
+      cancelled_};
+  WatchedBody watched(body, settings_, shown_, cancelled_);
+  Transfer transfer{TransferEnd::kNoConnection};
+  for (int i = 0; i < kConnectAttempts && transfer.end == TransferEnd::kNoConnection; ++i) {
+    if (i > 0) std::this_thread::sleep_for(kPauseBetweenAttempts);
+    transfer = cancelled_ ? Transfer{TransferEnd::kCancelled} : transport_->Post(request, watched);
+  }
+  if (transfer.end != TransferEnd::kWhole) {
+    throw TransferFailure(transfer, settings_, body.beginning(), shown_);
+  }
+  transfer.head.location = Shown(transfer.head.location);
+  transfer.head.no_login = no_login_;
+  return transfer.head;
+}
+
+}  // namespace vok::xmla

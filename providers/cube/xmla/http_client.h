@@ -1,0 +1,43 @@
+// Posts to one address over HTTP and hands on the answer as it arrives. The connection is kept for
+// the next request. Used by one thread, but for `Cancel`.
+#pragma once
+
+#include <atomic>
+#include <memory>
+#include <string>
+
+#include "platform/http.h"
+
+namespace vok::xmla {
+
+class HttpClient {
+ public:
+  /// Failure -2147467259 for an address with an "@": a user's name belongs into the settings; and
+  /// those of `transport`. The login of the settings is kept from a server that it is not for.
+  HttpClient(const std::string& address, const HttpSettings& settings,
+             const NewHttpTransport& transport);
+
+  /// For messages: the address without its query and fragment.
+  const std::string& shown_address() const { return shown_; }
+
+  /// Sends `content` (XML) and gives the head of the answer, whatever its status. Redirects are not
+  /// followed. A connection that cannot be made is tried three times; what was sent is never sent
+  /// again, unless the server had closed a kept connection before it answered anything. Failures:
+  /// -2147467259 for a server that is not reached, not trusted, or whose answer ends too early or
+  /// is larger than the settings allow;
+  /// -2147217871 for each of the three limits of time; `kQueryCancelled`.
+  HttpHead Post(const std::string& action, const std::string& content, HttpBody& body);
+
+  /// Ends the request under way within a second, and all that follow. From any thread or signal
+  /// handler.
+  void Cancel() { cancelled_ = true; }
+
+ private:
+  std::string shown_;
+  std::string no_login_;  // why the login is not for this server
+  HttpSettings settings_;
+  std::unique_ptr<HttpTransport> transport_;
+  std::atomic<bool> cancelled_ = false;
+};
+
+}  // namespace vok::xmla

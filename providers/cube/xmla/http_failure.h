@@ -1,0 +1,32 @@
+// Why a request failed, in words for people: one text for each way to fail.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "platform/failure.h"
+#include "platform/http.h"
+
+namespace vok::xmla {
+
+// Words of servers and libraries stand on one line, without passwords.
+// `beginning` is everywhere that of the answer's body, in any encoding; "" when nothing came.
+
+/// A transfer that ended before the answer was whole.
+Failure TransferFailure(const Transfer& transfer, const HttpSettings& settings,
+                        std::string_view beginning, const std::string& address);
+
+/// An answer of more than `answer_megabytes`.
+Failure TooLargeFailure(const HttpSettings& settings, const std::string& address);
+
+/// An answer that cannot hold a result: another status than 200, or no XML.
+Failure AnswerFailure(const HttpHead& head, std::string_view beginning, const std::string& address);
+
+/// What claims to be XML and is none, or none that answers; `why` says in which way.
+Failure ContentFailure(const HttpHead& head, const std::string& why, std::string_view beginning,
+                       const std::string& address);
+
+/// An answer that ends in the middle.
+Failure CutShortFailure(std::string_view beginning, const std::string& address);
+
+}  // namespace vok::xmla

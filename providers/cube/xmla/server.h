@@ -1,0 +1,46 @@
+// One cube server: asks it and reads its answers as they arrive. Shared by a connection and all
+// that was asked of it; its HTTP connection is kept from one question to the next.
+#pragma once
+
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "providers/cube/xmla/cellset_data.h"
+#include "providers/cube/xmla/http_client.h"
+#include "providers/cube/xmla/requests.h"
+#include "providers/cube/xmla/rowset_reader.h"
+
+namespace vok::xmla {
+
+/// Who asks, and by which means; called for each connection.
+struct ServerAccess {
+  std::function<HttpSettings()> settings;
+  NewHttpTransport transport;
+};
+
+/// Failures are those of `HttpClient`, and: -2147467259 for an answer that is none, -2147217911 for
+/// a user that is not let in, and what the server itself reports, in its words, as -2147217900 for
+/// a statement and as -2147467259 for anything else.
+class Server {
+ public:
+  Server(const std::string& address, const HttpSettings& settings,
+         const NewHttpTransport& transport)
+      : http_(address, settings, transport) {}
+
+  const std::string& shown_address() const { return http_.shown_address(); }
+
+  /// Calls `take` for each row, in the server's order; rows taken before a failure do not count.
+  void Discover(const DiscoverRequest& request, std::vector<std::string> columns, RowTaker take);
+  /// Fills `data`, which is empty; what it holds after a failure does not count.
+  void Execute(const std::string& catalog, const std::string& statement, CellsetData& data);
+  void Cancel() { http_.Cancel(); }
+
+ private:
+  void Ask(const std::string& action, const std::string& envelope, int32_t number,
+           ResultReader& result);
+
+  HttpClient http_;
+};
+
+}  // namespace vok::xmla

@@ -1,0 +1,96 @@
+#include "providers/database/ado/adox_catalog.h"
+
+#include <algorithm>
+#include <span>
+
+#include "providers/database/ado/ado_connection.h"
+
+namespace vok::windows {
+namespace {
+
+constexpr int32_t kNullable = 2;  // adColNullable
+constexpr int32_t kNullsAllowed = 0;
+constexpr int32_t kNullsDisallowed = 1;
+
+using Columns = std::span<const ColumnDefinition>;
+
+void Append(const Object& columns, Columns definitions) {
+  for (const ColumnDefinition& column : definitions) {
+    columns.Call(L"Append", column.name, static_cast<int32_t>(column.type), column.size);
+  }
+}
+
+void MarkNullable(const Object& columns, Columns definitions) {
+  for (std::size_t index = 0; index < definitions.size(); ++index) {
+    if (!definitions[index].nullable) continue;
+    columns.Child(L"Item", static_cast<int32_t>(index)).Put(L"Attributes", kNullable);
+  }
+}
+
+/// How many columns stand up to the last one that is nullable: a Yes/No column that is appended
+/// later is never touched by the marking.
+std::size_t CountUpToNullable(Columns columns) {
+  const auto last = std::find_if(columns.rbegin(), columns.rend(),
+                                 [](const ColumnDefinition& column) { return column.nullable; });
+  return static_cast<std::size_t>(columns.rend() - last);
+}
+
+}  // namespace
+
+void AdoxCatalog::Create(const std::string& connection_string) {
+  catalog_.Call(L"Create", connection_string);
+}
+
+void AdoxCatalog::SetActiveConnection(Connection& connection) {
+  catalog_.PutObject(L"ActiveConnection", AdoConnection::ObjectOf(connection));
+}
+
+Object AdoxCatalog::Table(const std::string& name) const {
+  return catalog_.Child(L"Tables").Child(L"Item", name);
+}
+
+std::vector<std::string> AdoxCatalog::TableNames() const {
+  const Object tables = catalog_.Child(L"Tables");
+  std::vector<std::string> names(static_cast<std::size_t>(tables.Read(L"Count").ToInt32()));
+  for (std::size_t index = 0; index < names.size(); ++index) {
+    const Object table = tables.Child(L"Item", static_cast<int32_t>(index));
+    names[index] = table.Read(L"Name").ToText();
+  }
+  return names;
+}
+
+int32_t AdoxCatalog::ColumnCount(const std::string& table) const {
+  return Table(table).Child(L"Columns").Read(L"Count").ToInt32();
+}
+
+void AdoxCatalog::AppendTable(const TableDefinition& table) {
+  const Object made = Object::Create("ADOX.Table");
+  made.Put(L"Name", table.name);
+  made.PutObject(L"ParentCatalog", catalog_);
+  const Object columns = made.Child(L"Columns");
+  const Columns all(table.columns);
+  const std::size_t up_to_nullable = CountUpToNullable(all);
+  Append(columns, all.first(up_to_nullable));
+  MarkNullable(columns, all.first(up_to_nullable));
+  Append(columns, all.subspan(up_to_nullable));
+  catalog_.Child(L"Tables").Call(L"Append", made);
+}
+
+void AdoxCatalog::AppendColumn(const std::string& table, const ColumnDefinition& column) {
+  const Object columns = Table(table).Child(L"Columns");
+  Append(columns, Columns(&column, 1));
+  if (column.nullable) columns.Child(L"Item", column.name).Put(L"Attributes", kNullable);
+}
+
+void AdoxCatalog::AppendIndex(const std::string& table, const IndexDefinition& index) {
+  const Object made = Object::Create("ADOX.Index");
+  made.Put(L"Name", index.name);
+  made.Child(L"Columns").Call(L"Append", index.column, static_cast<int32_t>(ColumnType::kText));
+  made.Put(L"PrimaryKey", index.primary_key);
+  made.Put(L"Unique", index.unique);
+  made.Put(L"Clustered", index.clustered);
+  made.Put(L"IndexNulls", index.allow_nulls ? kNullsAllowed : kNullsDisallowed);
+  Table(table).Child(L"Indexes").Call(L"Append", made);
+}
+
+}  // namespace vok::windows

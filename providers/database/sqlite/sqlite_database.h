@@ -1,0 +1,34 @@
+// The settings database in a SQLite file: behaves to its callers as Jet does, as far as they use
+// it.
+//
+// The file's bytes are no Jet database's; a genuine one is recognised and never touched. Columns
+// keep the platform's types. Columns that are not nullable take NULL and the empty text all the
+// same, as the settings need; the column of an index that allows no NULLs takes none.
+#pragma once
+
+#include <memory>
+
+#include "platform/database.h"
+#include "platform/files.h"
+#include "platform/locale.h"
+#include "providers/database/sqlite/lock_patience.h"
+
+namespace vok {
+
+/// `files` and `locale` outlive it and all that it makes.
+class SqliteDatabase : public Database {
+ public:
+  SqliteDatabase(Files& files, const Locale& locale) : files_(files), locale_(locale) {}
+
+  std::unique_ptr<Connection> NewConnection() override;
+  std::unique_ptr<Recordset> NewRecordset() override;
+  std::unique_ptr<Command> NewCommand() override;
+  std::unique_ptr<DatabaseCatalog> NewCatalog() override;
+
+ private:
+  Files& files_;
+  const Locale& locale_;
+  LockPatience patience_;
+};
+
+}  // namespace vok

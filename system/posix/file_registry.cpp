@@ -1,0 +1,114 @@
+#include "system/posix/file_registry.h"
+
+#include <cstdlib>
+#include <string_view>
+#include <utility>
+
+#include "platform/failure.h"
+#include "platform/text.h"
+#include "system/posix/ini_text.h"
+
+namespace vok {
+namespace {
+
+// The platform's statuses.
+constexpr int32_t kSuccess = 0;
+constexpr int32_t kNotFound = 2;
+constexpr int32_t kInvalidHandle = 6;
+constexpr int32_t kMoreData = 234;
+constexpr int32_t kUnreadable = 1015;
+
+std::string Variable(const char* name) {
+  const char* value = std::getenv(name);
+  return value == nullptr ? "" : value;
+}
+
+}  // namespace
+
+FileRegistry::FileRegistry(const Files& files, const Locale& locale, std::string file)
+    : files_(files), locale_(locale), file_(std::move(file)) {}
+
+std::string FileRegistry::FileFromEnvironment() {
+  if (auto file = Variable("VOKCUBE_REGISTRY"); !file.empty()) return file;
+  std::string folder = Variable("XDG_CONFIG_HOME");
+  if (folder.empty()) folder = Variable("HOME") + "/.config";
+  return folder + "/vokcube/registry.reg";
+}
+
+std::string FileRegistry::NameOf(RegistryKey key) const {
+  switch (key) {
+    case kClassesRoot:
+      return locale_.FoldCase("HKEY_CLASSES_ROOT");
+    case kCurrentUser:
+      return locale_.FoldCase("HKEY_CURRENT_USER");
+    case kLocalMachine:
+      return locale_.FoldCase("HKEY_LOCAL_MACHINE");
+    case kUsers:
+      return locale_.FoldCase("HKEY_USERS");
+    default:
+      const auto found = open_.find(key);
+      return found == open_.end() ? "" : found->second.name;
+  }
+}
+
+int32_t FileRegistry::OpenKey(RegistryKey parent, const std::string& path, RegistryKey& opened) {
+  const std::string root = NameOf(parent);
+  problem_.clear();
+  if (root.empty()) return kInvalidHandle;
+  try {
+    const std::string name = root + "\\" + locale_.FoldCase(path);
+    RegistryKeys keys = ReadRegistryText(locale_, ReadWholeFile(files_, file_), file_);
+    const auto first = keys.lower_bound(name);
+    const bool itself = first != keys.end() && first->first == name;
+    const auto below = keys.lower_bound(name + "\\");
+    const bool above_others = below != keys.end() && below->first.starts_with(name + "\\");
+    if (!itself && !above_others) return kNotFound;
+    opened = next_++;
+    open_[opened] = {name, itself ? std::move(first->second) : RegistryValues{}};
+    return kSuccess;
+  } catch (const Failure& failure) {
+    const int32_t number = failure.number();
+    if (number == failure_number::kFileNotFound || number == failure_number::kPathNotFound) {
+      return kNotFound;
+    }
+    problem_ = failure.description();
+    return kUnreadable;
+  }
+}
+
+int32_t FileRegistry::QueryValue(RegistryKey key, const std::string& name, uint32_t& type,
+                                 std::string* buffer, uint32_t& size) {
+  const auto found = open_.find(key);
+  if (found == open_.end()) return kInvalidHandle;
+  const auto value = found->second.values.find(locale_.FoldCase(name));
+  if (value == found->second.values.end()) return kNotFound;
+  const std::string& bytes = value->second.bytes;
+  type = value->second.type;
+  const auto needed = static_cast<uint32_t>(bytes.size());
+  const bool fits = size >= needed;
+  size = needed;
+  if (buffer == nullptr) return kSuccess;
+  if (!fits) return kMoreData;
+  buffer->replace(0, bytes.size(), bytes);
+  return kSuccess;
+}
+
+int32_t FileRegistry::CloseKey(RegistryKey key) {
+  return open_.erase(key) == 1 ? kSuccess : kInvalidHandle;
+}
+
+uint32_t FileRegistry::PrivateProfileString(const std::string& section, const std::string& key,
+                                            std::string& buffer, uint32_t size,
+                                            const std::string& file) {
+  if (size == 0) return 0;
+  std::string value;
+  try {
+    if (files_.Exists(file)) value = IniValue(locale_, ReadWholeFile(files_, file), section, key);
+  } catch (const Failure&) {  // as the platform does: what cannot be read has no values
+  }
+  const std::string_view copied = Utf16Prefix(value, size - 1);
+  buffer.replace(0, copied.size() + 1, std::string(copied) + '\0');
+  return static_cast<uint32_t>(copied.size());
+}
+
+}  // namespace vok

@@ -1,0 +1,126 @@
+#include "system/posix/temporary_file.h"
+
+#include <fcntl.h>
+#include <limits.h>
+#include <sys/file.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <array>
+#include <atomic>
+#include <cerrno>
+#include <cstdio>
+#include <filesystem>
+#include <string_view>
+#include <utility>
+
+namespace vok {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr int kMostAttempts = 1000;  // at a name that is free
+constexpr std::string_view kStart = ".vokcube-";
+constexpr std::string_view kEnd = ".tmp";
+
+/// What a signal handler may read at any moment: the paths of the temporaries that are there.
+struct Place {
+  std::atomic<bool> is_taken = false;
+  std::atomic<bool> is_filled = false;
+  std::array<char, PATH_MAX> path{};
+};
+std::array<Place, 16> places;
+
+/// The place's index; that of none when all are taken.
+std::size_t Note(const std::string& path) {
+  std::size_t index = 0;
+  while (index < places.size() && places[index].is_taken.exchange(true)) ++index;
+  if (index < places.size()) {
+    Place& place = places[index];
+    std::snprintf(place.path.data(), place.path.size(), "%s", path.c_str());
+    place.is_filled = true;
+  }
+  return index;
+}
+
+void Erase(std::size_t index) {
+  if (index >= places.size()) return;
+  places[index].is_filled = false;
+  places[index].is_taken = false;
+}
+
+bool IsTemporaryName(std::string_view name) {
+  return name.starts_with(kStart) && name.ends_with(kEnd) &&
+         name.find_first_not_of("0123456789-", kStart.size()) == name.size() - kEnd.size();
+}
+
+/// The system's error, or 0: the file is now held against sweepers.
+int Lock(const FileHandle& file) { return ::flock(file.get(), LOCK_EX | LOCK_NB) == 0 ? 0 : errno; }
+
+/// Whether it is an ordinary file that nobody has removed since it was opened.
+bool IsStillThere(const FileHandle& file) {
+  struct stat status;
+  return ::fstat(file.get(), &status) == 0 && S_ISREG(status.st_mode) && status.st_nlink > 0;
+}
+
+/// Where the file system knows no locks nobody removes anything.
+bool IsOurs(const FileHandle& file) { return Lock(file) != EWOULDBLOCK && IsStillThere(file); }
+
+void RemoveAbandoned(const std::string& path) {
+  const FileHandle file(::open(path.c_str(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));
+  if (file.IsOpen() && Lock(file) == 0 && IsStillThere(file)) ::unlink(path.c_str());
+}
+
+/// What cannot be seen or removed stays for another time.
+void Sweep(const std::string& folder) {
+  std::error_code error;
+  for (fs::directory_iterator entry(folder, error), end; !error && entry != end;
+       entry.increment(error)) {
+    if (IsTemporaryName(entry->path().filename().native())) RemoveAbandoned(entry->path());
+  }
+}
+
+}  // namespace
+
+TemporaryFile::TemporaryFile(const std::string& folder, mode_t mode, const std::string& target) {
+  static std::atomic<unsigned> serial{0};
+  Sweep(folder);
+  const std::string stem = folder + std::string(kStart) + std::to_string(::getpid()) + "-";
+  for (int attempt = 0; attempt < kMostAttempts; ++attempt) {
+    const std::string path = stem + std::to_string(serial++) + std::string(kEnd);
+    file_ = FileHandle(::open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, mode));
+    if (file_.IsOpen() && IsOurs(file_)) {
+      path_ = path;
+      place_ = Note(path);
+      return;
+    }
+    if (!file_.IsOpen() && errno != EEXIST && errno != EINTR) break;
+  }
+  ThrowSystemFailure(errno, "write", target);
+}
+
+int TemporaryFile::RenameTo(const std::string& target) noexcept {
+  if (::rename(path_.c_str(), target.c_str()) != 0) return errno;
+  Forget();
+  return 0;
+}
+
+void TemporaryFile::Remove() noexcept {
+  if (!path_.empty()) ::unlink(path_.c_str());
+  Forget();
+}
+
+void TemporaryFile::Forget() noexcept {
+  if (!path_.empty()) Erase(place_);
+  path_.clear();
+  file_.Reset();  // not before: the lock says that the name is in use
+}
+
+void RemoveTemporaries() noexcept {
+  for (const Place& place : places) {
+    if (place.is_filled) ::unlink(place.path.data());
+  }
+}
+
+}  // namespace vok

@@ -1,0 +1,31 @@
+#include "system/windows/utf16.h"
+
+#include "system/windows/system_header.h"
+namespace vok::windows {
+namespace {
+
+std::wstring Widened(UINT code_page, std::string_view text) {
+  const auto size = static_cast<int>(text.size());
+  const int units = ::MultiByteToWideChar(code_page, 0, text.data(), size, nullptr, 0);
+  std::wstring wide(static_cast<std::size_t>(units), L'\0');
+  ::MultiByteToWideChar(code_page, 0, text.data(), size, wide.data(), units);
+  return wide;
+}
+
+std::string Narrowed(UINT code_page, std::wstring_view text) {
+  const auto size = static_cast<int>(text.size());
+  const int bytes =
+      ::WideCharToMultiByte(code_page, 0, text.data(), size, nullptr, 0, nullptr, nullptr);
+  std::string narrow(static_cast<std::size_t>(bytes), '\0');
+  ::WideCharToMultiByte(code_page, 0, text.data(), size, narrow.data(), bytes, nullptr, nullptr);
+  return narrow;
+}
+
+}  // namespace
+
+std::wstring Utf16(std::string_view utf8) { return Widened(CP_UTF8, utf8); }
+std::string Utf8(std::wstring_view utf16) { return Narrowed(CP_UTF8, utf16); }
+std::string AnsiText(std::string_view utf8) { return Narrowed(CP_ACP, Utf16(utf8)); }
+std::string Utf8OfAnsi(std::string_view ansi) { return Utf8(Widened(CP_ACP, ansi)); }
+
+}  // namespace vok::windows

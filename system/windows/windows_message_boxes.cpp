@@ -1,0 +1,76 @@
+#include "system/windows/windows_message_boxes.h"
+
+#include <utility>
+
+#include "system/windows/owner_window.h"
+#include "system/windows/system_header.h"
+#include "system/windows/utf16.h"
+
+namespace vok::windows {
+namespace {
+
+DWORD StyleOf(const vok::MessageBox& box) {
+  constexpr DWORD kButtons[] = {MB_OK, MB_YESNO, MB_YESNOCANCEL};
+  constexpr DWORD kIcons[] = {0, MB_ICONERROR, MB_ICONQUESTION, MB_ICONWARNING, MB_ICONINFORMATION};
+  return kButtons[static_cast<int>(box.buttons)] | kIcons[static_cast<int>(box.icon)] |
+         (box.help_context > 0 ? MB_HELP : 0);
+}
+
+/// A box over a window that begins from the right does so, too.
+DWORD DirectionOver(HWND owner) {
+  const bool from_right =
+      owner != nullptr && (::GetWindowLongPtrW(owner, GWL_EXSTYLE) & WS_EX_LAYOUTRTL) != 0;
+  return from_right ? MB_RIGHT | MB_RTLREADING : 0;
+}
+
+MessageAnswer AnswerOf(int button) {
+  switch (button) {
+    case IDYES:
+      return MessageAnswer::kYes;
+    case IDNO:
+      return MessageAnswer::kNo;
+    case IDCANCEL:
+      return MessageAnswer::kCancel;
+    default:
+      return MessageAnswer::kOk;
+  }
+}
+
+/// The help file of the box that this thread shows: the system's call-back bears no data of ours.
+thread_local const std::wstring* shown_help_file = nullptr;
+
+// The help viewer may be missing from the system; asking for help then does nothing.
+void CALLBACK OpenHelp(HELPINFO* asked) {
+  constexpr UINT kContext = 0x000F;
+  using HtmlHelp = HWND(WINAPI*)(HWND, const wchar_t*, UINT, DWORD_PTR);
+  static const HMODULE viewer =
+      ::LoadLibraryExW(L"hhctrl.ocx", nullptr, LOAD_LIBRARY_SEARCH_SYSTEM32);
+  if (viewer == nullptr || shown_help_file == nullptr) return;
+  const auto address = reinterpret_cast<void*>(::GetProcAddress(viewer, "HtmlHelpW"));
+  if (address == nullptr) return;
+  reinterpret_cast<HtmlHelp>(address)(nullptr, shown_help_file->c_str(), kContext,
+                                      asked->dwContextId);
+}
+
+}  // namespace
+
+MessageAnswer WindowsMessageBoxes::Show(const vok::MessageBox& box) {
+  const std::wstring text = Utf16(box.text);
+  const std::wstring title = Utf16(box.title.empty() ? "VokCubeQ17" : box.title);
+  const std::wstring help_file = Utf16(box.help_file);
+  MSGBOXPARAMSW parameters{};
+  parameters.cbSize = sizeof parameters;
+  parameters.hwndOwner = OwnerWindow();
+  parameters.lpszText = text.c_str();
+  parameters.lpszCaption = title.c_str();
+  parameters.dwStyle = StyleOf(box) | DirectionOver(parameters.hwndOwner) |
+                       (parameters.hwndOwner == nullptr ? MB_TASKMODAL : 0);
+  parameters.dwContextHelpId = static_cast<DWORD_PTR>(box.help_context);
+  parameters.lpfnMsgBoxCallback = OpenHelp;
+  const auto* const outer = std::exchange(shown_help_file, &help_file);
+  const int button = ::MessageBoxIndirectW(&parameters);
+  shown_help_file = outer;
+  return AnswerOf(button);
+}
+
+}  // namespace vok::windows

@@ -1,0 +1,124 @@
+// The component's own file, loaded as the platform loads it.
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <iostream>
+
+#include "hosts/com/interface.h"
+#include "system/automation/bstr.h"
+#include "system/automation/com_ptr.h"
+#include "system/automation/variant.h"
+// after the platform's own types
+#include <psapi.h>
+
+namespace vok::windows {
+namespace {
+
+constexpr int kManyTimes = 10'000;
+
+struct ComponentFileTest : ::testing::Test {
+  ComponentFileTest() : file(LoadLibraryA(VOK_COMPONENT_FILE)) {
+    if (file == nullptr) return;
+    get_class = Entry<HRESULT(WINAPI*)(REFCLSID, REFIID, void**)>("DllGetClassObject");
+    can_unload = Entry<HRESULT(WINAPI*)()>("DllCanUnloadNow");
+  }
+  ~ComponentFileTest() override { FreeLibrary(file); }
+  void SetUp() override { ASSERT_NE(file, nullptr) << GetLastError(); }
+
+  template <typename Function>
+  Function Entry(const char* name) const {
+    return reinterpret_cast<Function>(reinterpret_cast<void*>(GetProcAddress(file, name)));
+  }
+
+  ComPtr<IClassFactory> Factory() const {
+    ComPtr<IClassFactory> factory;
+    EXPECT_EQ(get_class(kClassId, IID_IClassFactory, factory.ReceiveVoid()), S_OK);
+    return factory;
+  }
+
+  static SIZE_T PrivateBytes() {
+    PROCESS_MEMORY_COUNTERS_EX counters{};
+    GetProcessMemoryInfo(GetCurrentProcess(), reinterpret_cast<PROCESS_MEMORY_COUNTERS*>(&counters),
+                         sizeof(counters));
+    return counters.PrivateUsage;
+  }
+
+  HMODULE file;
+  HRESULT(WINAPI* get_class)(REFCLSID, REFIID, void**) = nullptr;
+  HRESULT(WINAPI* can_unload)() = nullptr;
+};
+
+TEST_F(ComponentFileTest, HasTheEntryPointsUnderTheirPlainNames) {
+  for (const char* name : {"DllRegisterServer", "DllUnregisterServer", "DllGetClassObject",
+                           "DllCanUnloadNow", "DllInstall"}) {
+    EXPECT_NE(GetProcAddress(file, name), nullptr) << name;
+  }
+}
+
+TEST_F(ComponentFileTest, IsHeldByObjectsFactoriesAndLocks) {
+  EXPECT_EQ(can_unload(), S_OK);
+  ComPtr<_clMe> me;
+  {
+    const auto factory = Factory();
+    EXPECT_EQ(can_unload(), S_FALSE);
+    EXPECT_EQ(factory->LockServer(TRUE), S_OK);
+    EXPECT_EQ(factory->CreateInstance(nullptr, kInterfaceId, me.ReceiveVoid()), S_OK);
+  }
+  EXPECT_EQ(can_unload(), S_FALSE);
+  me = {};
+  EXPECT_EQ(can_unload(), S_FALSE) << "locked";
+  EXPECT_EQ(Factory()->LockServer(FALSE), S_OK);
+  EXPECT_EQ(can_unload(), S_OK);
+}
+
+TEST_F(ComponentFileTest, RefusesWhatItCannotMake) {
+  ComPtr<IUnknown> object;
+  EXPECT_EQ(get_class(IID_IDispatch, IID_IClassFactory, object.ReceiveVoid()),
+            CLASS_E_CLASSNOTAVAILABLE);
+  EXPECT_EQ(get_class(kClassId, IID_IDispatch, object.ReceiveVoid()), E_NOINTERFACE);
+  const auto factory = Factory();
+  EXPECT_EQ(factory->CreateInstance(factory.Get(), IID_IUnknown, object.ReceiveVoid()),
+            CLASS_E_NOAGGREGATION);
+  EXPECT_EQ(factory->CreateInstance(nullptr, IID_IStream, object.ReceiveVoid()), E_NOINTERFACE);
+}
+
+TEST_F(ComponentFileTest, DescribesItsInterfaceInTheOrderOfTheSlots) {
+  ComPtr<_clMe> me;
+  ComPtr<ITypeInfo> info;
+  ASSERT_EQ(Factory()->CreateInstance(nullptr, kInterfaceId, me.ReceiveVoid()), S_OK);
+  ASSERT_EQ(me->GetTypeInfo(0, 0, info.Receive()), S_OK);
+  const char* names[] = {"Version", "ShowQCform", "RunQuery", "GetSetNames", "Qinfo"};
+  for (DISPID id = 1; id <= 5; ++id) {
+    BSTR name = nullptr;
+    ASSERT_EQ(info->GetDocumentation(id, &name, nullptr, nullptr, nullptr), S_OK) << id;
+    EXPECT_EQ(TakeBstr(name), names[id - 1]);
+  }
+  ComPtr<ITypeLib> library;
+  UINT index = 0;
+  BSTR name = nullptr, description = nullptr;
+  ASSERT_EQ(info->GetContainingTypeLib(library.Receive(), &index), S_OK);
+  ASSERT_EQ(library->GetDocumentation(-1, &name, &description, nullptr, nullptr), S_OK);
+  EXPECT_EQ(TakeBstr(name), "VokCubeQ17");
+  EXPECT_EQ(TakeBstr(description), "VokCubeQ17 v16.8.28");
+}
+
+TEST_F(ComponentFileTest, MakesAndReleasesObjectsWithoutGrowth) {
+  const auto make_and_ask = [this] {
+    ComPtr<_clMe> me;
+    BSTR version = nullptr;
+    ASSERT_EQ(Factory()->CreateInstance(nullptr, kInterfaceId, me.ReceiveVoid()), S_OK);
+    ASSERT_EQ(me->get_Version(&version), S_OK);
+    ASSERT_EQ(TakeBstr(version), "16.8.28");
+  };
+  for (int i = 0; i < 100; ++i) make_and_ask();
+  const SIZE_T before = PrivateBytes();
+  const auto start = std::chrono::steady_clock::now();
+  for (int i = 0; i < kManyTimes; ++i) make_and_ask();
+  const std::chrono::duration<double, std::micro> each =
+      (std::chrono::steady_clock::now() - start) / kManyTimes;
+  EXPECT_LT(PrivateBytes(), before + 64 * 1024);
+  std::cout << "one object and its Version: " << each.count() << " us\n";
+}
+
+}  // namespace
+}  // namespace vok::windows

@@ -1,0 +1,184 @@
+// The two kinds of tables, and the forms that a CSV file may have.
+#include <gtest/gtest.h>
+#include <sqlite3.h>
+
+#include <chrono>
+#include <filesystem>
+#include <fstream>
+#include <functional>
+#include <string>
+#include <thread>
+
+#include "native.h"
+#include "platform/failure.h"
+#include "providers/cube/olap/build/table_source.h"
+#include "tests/support/cubes/sample_cube.h"
+
+namespace vok::olap {
+namespace {
+
+constexpr const char* kSchema = R"(<Schema name="S"><Cube name="C"><Table name="fact"/>
+<Dimension name="D" foreignKey="id"><Hierarchy hasAll="false" primaryKey="id"><Table name="d"/>
+<Level name="L" column="name"/></Hierarchy></Dimension>
+<Measure name="V" column="v" aggregator="sum"/></Cube></Schema>)";
+
+void ExpectNamesAndSum(const CubeFile& file, const std::vector<std::string>& names, double sum) {
+  const StoredCube& cube = file.cubes().at(0);
+  std::vector<std::string> found;
+  for (MemberId member = 0; member < cube.model.hierarchies[0].MemberCount(); ++member) {
+    found.emplace_back(cube.model.hierarchies[0].Name(member));
+  }
+  EXPECT_EQ(found, names);
+  EXPECT_EQ(cube.facts->Read({{0}, {}, {}})[0].numbers[0], sum);
+}
+
+TEST(CsvTable, IsReadInEveryForm) {
+  const struct {
+    const char* dimension;
+    const char* facts;
+  } cases[] = {
+      {"id,name\n1,a\n2,\"b \"\"x\"\",\ny\"\n", "id,v\n1,0.25\n2,2\n"},
+      {"\xEF\xBB\xBFid,name\r\n1,a\r\n2,\"b \"\"x\"\",\ny\"\r\n", "id,v\r\n1,0.25\r\n2,2"},
+      {"name,other,id\n\"a\",,1\n\"b \"\"x\"\",\ny\",z,\"2\"", "v,id\n\"0.25\",1\n2,\"2\"\n"},
+  };
+  for (const auto& each : cases) {
+    const test::BuiltCube built({kSchema, {{"d", each.dimension}, {"fact", each.facts}}});
+    ExpectNamesAndSum(built.file(), {"a", "b \"x\",\ny"}, 2.25);
+  }
+}
+
+TEST(CsvTable, IsReadInPiecesWhateverTheyCut) {
+  std::string lines;
+  while (lines.size() < (std::size_t{5} << 19)) lines += "a \xC3\xBC,\r\n";
+  std::string facts = "id,v\r\n";
+  constexpr int kFacts = 120'000;
+  for (int i = 0; i < kFacts; ++i) facts += i % 3 == 0 ? "1,\"0.25\"\r\n" : "2,0.25\r\n";
+  const test::BuiltCube built(
+      {kSchema, {{"d", "id,name\n1,a\n2,\"" + lines + "\"\n"}, {"fact", facts}}});
+  ExpectNamesAndSum(built.file(), {"a", lines}, 0.25 * kFacts);
+}
+
+TEST(CsvTable, IsAFailureWhenItIsChangedWhileItIsRead) {
+  const std::string row = "1,0.25\n";
+  std::string rows = "id,v\n";
+  while (rows.size() < (std::size_t{3} << 20)) rows += row;
+  const std::string endless = "id,v\n1,\"" + std::string(std::size_t{20} << 20, 'x');
+  const struct {
+    const std::string& before;
+    std::string after;
+    const char* words;
+  } cases[] = {
+      {rows, rows.substr(0, row.size() * 10), "was changed while it was read; replace it with mv"},
+      {rows, rows + row, "was changed while it was read; replace it with mv"},
+      {endless, endless, "fact.csv, line 2: the row is longer than 16 MB; a quote may be missing"},
+  };
+  test::NativeFiles files;
+  for (const auto& each : cases) {
+    const test::TemporaryFolder folder;
+    std::ofstream(folder.File("fact.csv"), std::ios::binary) << each.before;
+    const auto source = OpenCsvFolder(files, folder.path());
+    const auto table = source->Open("fact", {"id", "v"});
+    std::this_thread::sleep_for(std::chrono::milliseconds(20));  // another time of modification
+    std::ofstream(folder.File("fact.csv"), std::ios::binary) << each.after;
+    try {
+      while (table->Next()) EXPECT_EQ(table->Fields()[1].text, "0.25");
+      ADD_FAILURE() << each.words;
+    } catch (const Failure& failure) {
+      EXPECT_NE(failure.description().find(each.words), std::string::npos) << failure.description();
+    }
+  }
+}
+
+TEST(CsvTable, IsComparedWithItsBeginningWhenTheCubeIsWhole) {
+  const test::TemporaryFolder folder;
+  const std::string facts = folder.File("fact.csv");
+  const auto append = [&] { std::ofstream(facts, std::ios::app) << "2,7\n"; };
+  const auto replace = [&] {
+    std::ofstream(folder.File("new")) << "id,v\n2,7\n";
+    std::filesystem::rename(folder.File("new"), facts);
+  };
+  const struct {
+    const char* step;  // during which another program writes
+    std::function<void()> act;
+    bool is_refused;
+  } cases[] = {{"writing C", append, true}, {"writing C", replace, false}};
+  test::NativeFiles files;
+  std::ofstream(folder.File("schema.xml")) << kSchema;
+  std::ofstream(folder.File("d.csv")) << "id,name\n1,a\n2,b\n";
+  const BuildRequest request{folder.File("schema.xml"), folder.path(), folder.File("out.cub"), {}};
+  for (const auto& each : cases) {
+    std::ofstream(facts) << "id,v\n1,0.25\n";
+    std::this_thread::sleep_for(std::chrono::milliseconds(20));
+    const auto progress = [&](const std::string& step, double) {
+      if (step == each.step) each.act();
+    };
+    try {
+      BuildCubeFile(files, test::NativeLocale("en_US"), request, progress);
+      EXPECT_FALSE(each.is_refused);
+      ExpectNamesAndSum(*CubeFile::Open(files, request.output_path), {"a", "b"}, 0.25);
+    } catch (const Failure& failure) {
+      EXPECT_TRUE(each.is_refused);
+      EXPECT_NE(failure.description().find("fact.csv\": it was changed while it was read"),
+                std::string::npos);
+      EXPECT_FALSE(files.Exists(request.output_path));
+    }
+  }
+}
+
+class SqliteTables : public testing::Test {
+ protected:
+  std::shared_ptr<const CubeFile> Build(const std::string& sql) {
+    const std::string database = folder_.File("data.db");
+    sqlite3* handle = nullptr;
+    EXPECT_EQ(sqlite3_open(database.c_str(), &handle), SQLITE_OK);
+    EXPECT_EQ(sqlite3_exec(handle, sql.c_str(), nullptr, nullptr, nullptr), SQLITE_OK);
+    sqlite3_close(handle);
+    std::ofstream(folder_.File("schema.xml")) << kSchema;
+    test::NativeFiles files;
+    BuildCubeFile(files, test::NativeLocale("en_US"),
+                  {folder_.File("schema.xml"), database, folder_.File("out.cub")}, {});
+    return CubeFile::Open(files, folder_.File("out.cub"));
+  }
+
+  test::TemporaryFolder folder_;
+};
+
+TEST_F(SqliteTables, AreReadWithTheirTypes) {
+  const auto file = Build(
+      "CREATE TABLE d(id INTEGER, name TEXT); INSERT INTO d VALUES (1, 'a'), (2, NULL);"
+      "CREATE TABLE f(id INTEGER, v REAL); INSERT INTO f VALUES (1, 0.1), (2, 0.2), (2, NULL);"
+      "CREATE VIEW fact AS SELECT * FROM f");
+  ExpectNamesAndSum(*file, {"a", "#null"}, 0.3);
+}
+
+TEST_F(SqliteTables, RefusalsNameTheTableTheColumnAndTheRow) {
+  const std::string dimension = "CREATE TABLE d(id, name); INSERT INTO d VALUES (1, 'a');";
+  const std::string facts = "CREATE TABLE fact(id, v); INSERT INTO fact VALUES (1, 2), (1, x'00')";
+  const std::pair<std::string, std::string> cases[] = {
+      {dimension, "no table \"fact\""},
+      {"CREATE TABLE d(id, title); CREATE TABLE fact(id, v)", "no column \"name\""},
+      {dimension + facts, "table fact, row 2"}};
+  for (const auto& [sql, words] : cases) {
+    try {
+      std::filesystem::remove(folder_.File("data.db"));
+      Build(sql);
+      ADD_FAILURE() << words;
+    } catch (const Failure& failure) {
+      EXPECT_NE(failure.description().find(words), std::string::npos) << failure.description();
+    }
+  }
+}
+
+TEST(TableSource, OtherFilesAreRefused) {
+  const test::TemporaryFolder folder;
+  std::ofstream(folder.File("schema.xml")) << kSchema;
+  test::NativeFiles files;
+  for (const std::string& data : {folder.File("schema.xml"), folder.File("missing")}) {
+    EXPECT_THROW(BuildCubeFile(files, test::NativeLocale("en_US"),
+                               {folder.File("schema.xml"), data, folder.File("out.cub")}, {}),
+                 Failure);
+  }
+}
+
+}  // namespace
+}  // namespace vok::olap

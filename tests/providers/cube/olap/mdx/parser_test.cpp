@@ -1,0 +1,94 @@
+#include "providers/cube/olap/mdx/parser.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "platform/failure.h"
+
+namespace vok::olap {
+namespace {
+
+std::string Reading(const std::string& mdx) {
+  try {
+    const SourceText source(mdx);
+    return ToText(Parse(source));
+  } catch (const Failure& failure) {
+    EXPECT_EQ(failure.number(), failure_number::kSyntax);
+    return failure.description();
+  }
+}
+
+struct Case {
+  std::string mdx;
+  std::string reading;
+};
+
+TEST(MdxParser, ReadsWhatIsWritten) {
+  const Case kCases[] = {
+      {"select non empty{[a]]b]}on columns,\r\n-- x\n [c] ON 1 from q where(([d]))",
+       "SELECT NON EMPTY {[a]]b]} ON 0, [c] ON 1 FROM q WHERE [d]"},
+      {"SELECT [r] ON ROWS, [c] ON AXIS(0) FROM [Q]", "SELECT [c] ON 0, [r] ON 1 FROM [Q]"},
+      {"SELECT a.[b].Members DIMENSION PROPERTIES [x].[y], z ON 0 FROM [Q] CELL PROPERTIES VALUE",
+       "SELECT a.[b].Members ON 0 FROM [Q]"},
+      {"SELECT /* ] */ 1+2*3-4/-5 ON 0 FROM Q", "SELECT ((1 + (2 * 3)) - (4 / (- 5))) ON 0 FROM Q"},
+      {"SELECT a OR b AND NOT c = 1 // end",
+       "MDX, line 1, column 35: expected \"ON\" but found the "
+       "end of the text"},
+      {"SELECT a OR b AND NOT c >= .5e1 ON 0 FROM Q",
+       "SELECT (a OR (b AND (NOT (c >= 5)))) ON 0 FROM Q"},
+      {"SELECT {[a]:[b], ([c],[d])} * f([e].Lag(1).Parent) ON 0 FROM Q",
+       "SELECT ({([a] : [b]), ([c], [d])} * f([e].Lag(1).Parent)) ON 0 FROM Q"},
+      {"SELECT CASE x WHEN 1 THEN \"a\"\"b\" ELSE 'it''s' END ON 0 FROM Q",
+       "SELECT CASE x WHEN 1 THEN \"a\"\"b\" ELSE \"it's\" END ON 0 FROM Q"},
+      {"WITH MEMBER [M].[x] AS '[It''s] + ''q''''s''', SOLVE_ORDER = -1 SET [s] AS {} "
+       "SELECT FROM [Q]",
+       "WITH MEMBER [M].[x] AS ([It's] + \"q's\"), SOLVE_ORDER = (- 1) SET [s] AS {} SELECT FROM "
+       "[Q]"},
+      {"SELECT [\xD7\xA9] ON 0 FROM \xD0\x96", "SELECT [\xD7\xA9] ON 0 FROM \xD0\x96"},
+  };
+  for (const Case& test : kCases) EXPECT_EQ(Reading(test.mdx), test.reading) << test.mdx;
+}
+
+TEST(MdxParser, NamesThePlaceOfWhatIsWrong) {
+  const Case kCases[] = {
+      {"SELECT {[Measures] ON COLUMNS FROM [QEL]",
+       "MDX, line 1, column 20: expected \"}\" but found \"ON\""},
+      {"SELECT {[Measures]} ON COLUMNS FROM [QEL];",
+       "MDX, line 1, column 42: the character \";\" has no meaning here"},
+      {"", "MDX, line 1, column 1: expected \"SELECT\" but found the end of the text"},
+      {"SELECT\r\n{[a\xD7\xA9]} ON\n 0x",
+       "MDX, line 3, column 3: expected \"FROM\" but found \"x\""},
+      {"SELECT {[a} ON 0 FROM Q", "MDX, line 1, column 9: the name has no end (\"]\")"},
+      {"WITH MEMBER [M].[x] AS\n '1 +' SELECT FROM Q",
+       "MDX, line 2, column 6: expected an expression but found the end of the text"},
+      {"WITH MEMBER [M].[x] AS '1 2' SELECT FROM Q",
+       "MDX, line 1, column 27: expected the end of the formula but found \"2\""},
+      {"WITH MEMBER [M].[x] AS 'a", "MDX, line 1, column 24: the text has no end (')"},
+      {"SELECT a ON 0, b ON COLUMNS FROM Q", "MDX, line 1, column 21: axis 0 is given twice"},
+      {"SELECT a ON 1 FROM Q", "MDX, line 1, column 8: there is an axis 1, but no axis 0"},
+      {"SELECT a ON AXIS(1.5) FROM Q",
+       "MDX, line 1, column 18: expected an axis (COLUMNS, ROWS, PAGES, CHAPTERS, SECTIONS or a "
+       "number) but found \"1.5\""},
+      {"SELECT [a].&[1] ON 0 FROM Q", "MDX, line 1, column 12: not supported: member keys (\"&\")"},
+      {"SELECT {[a].Members}.[x] ON 0 FROM Q",
+       "MDX, line 1, column 22: only a name can be followed by [x], not an expression"},
+      {"SELECT a ON 0 FROM (SELECT b ON 0 FROM Q)",
+       "MDX, line 1, column 20: not supported: SELECT within FROM"},
+      {"SELECT 1e999 ON 0 FROM Q", "MDX, line 1, column 8: the number 1e999 is too large"},
+      {"SELECT /* a", "MDX, line 1, column 8: the comment has no end (\"*/\")"},
+  };
+  for (const Case& test : kCases) EXPECT_EQ(Reading(test.mdx), test.reading) << test.mdx;
+}
+
+TEST(MdxParser, HasLimits) {
+  const std::string nested = "SELECT " + std::string(200, '(') + "1" + std::string(200, ')');
+  EXPECT_EQ(Reading(nested), "MDX, line 1, column 108: expressions nest more than 100 deep");
+  std::string chain = "SELECT 1";
+  for (int i = 0; i < 2000; ++i) chain += "+1";
+  EXPECT_NE(Reading(chain).find("more than 500 operations in a row"), std::string::npos);
+  EXPECT_NE(Reading(std::string(kMaxMdxLength + 1, ' ')).find("the limit is"), std::string::npos);
+}
+
+}  // namespace
+}  // namespace vok::olap

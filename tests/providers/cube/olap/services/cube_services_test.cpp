@@ -1,0 +1,170 @@
+// The embedded cube through the platform's objects, as the query run uses it.
+#include "providers/cube/olap/cube_services.h"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+
+#include "native.h"
+#include "platform/failure.h"
+#include "tests/support/cubes/sample_cube.h"
+
+namespace vok::olap {
+namespace {
+
+class CubeServicesTest : public testing::Test {
+ protected:
+  std::unique_ptr<CubeConnection> Connected(const std::string& text) {
+    auto connection = services_.NewConnection();
+    connection->SetConnectionString(text);
+    connection->SetCursorLocation(CursorLocation::kClient);
+    connection->Open(connection->ConnectionString(), "", "", -1);
+    return connection;
+  }
+  std::string RunText(const std::string& catalog) const {
+    return "DATA SOURCE=" + cube_.path() + ";PROVIDER=MSOLAP;Initial Catalog=[" + catalog + "];";
+  }
+  std::unique_ptr<CubeDef> Cube() {
+    const auto connection = Connected(RunText("qel"));
+    const auto catalog = services_.NewCatalog();
+    catalog->SetActiveConnection(*connection);
+    EXPECT_EQ(catalog->CubeCount(), 1u);
+    return catalog->CubeAt(0);
+  }
+
+  test::BuiltCube cube_{test::SampleLedger()};
+  test::NativeFiles files_;
+  test::NativeLocale locale_{"en_US"};
+  OlapCubeServices services_{files_, locale_};
+};
+
+TEST_F(CubeServicesTest, ShowsTheStructureWithMeasuresFirst) {
+  const auto cube = Cube();
+  EXPECT_EQ(cube->Name(), "QEL");
+  ASSERT_EQ(cube->DimensionCount(), 6u);
+  const auto measures = cube->DimensionAt(0);
+  EXPECT_EQ(measures->UniqueName(), "[Measures]");
+  const auto measure_level = measures->HierarchyAt(0)->LevelAt(0);
+  EXPECT_EQ(measure_level->Name(), "MeasuresLevel");
+  ASSERT_EQ(measure_level->MemberCount(), 3u);
+  EXPECT_EQ(measure_level->MemberAt(1)->UniqueName(), "[Measures].[Units]");
+  EXPECT_EQ(measure_level->MemberAt(1)->Parent(), nullptr);
+
+  const auto dates = cube->FindDimension("DATE")->HierarchyAt(0);
+  ASSERT_EQ(dates->LevelCount(), 4u);
+  const auto months = dates->LevelAt(3);
+  EXPECT_EQ(months->UniqueName(), "[Date].[Month]");
+  const auto last = months->MemberAt(months->MemberCount() - 1);
+  EXPECT_EQ(last->UniqueName(), "[Date].[2010].[2].[6]");
+  EXPECT_EQ(last->Parent()->Parent()->Name(), "2010");
+  const auto accounts = cube->FindDimension("actx")->HierarchyAt(0);
+  EXPECT_EQ(accounts->UniqueName(), "[ActX].[xlFile]");
+  EXPECT_EQ(accounts->LevelAt(0)->Name(), "Everything");
+  EXPECT_TRUE(accounts->LevelAt(0)->IsAll());
+  EXPECT_FALSE(accounts->LevelAt(1)->IsAll());
+  EXPECT_FALSE(cube->FindDimension("QeL")->HierarchyAt(0)->LevelAt(0)->IsAll());
+  EXPECT_FALSE(measure_level->IsAll());
+  EXPECT_EQ(cube->FindDimension("Nothing"), nullptr);
+  EXPECT_THROW(cube->DimensionAt(6), Failure);
+  EXPECT_THROW(months->MemberAt(months->MemberCount()), Failure);
+}
+
+TEST_F(CubeServicesTest, ListsTheMeasuresThatTheCubeComputes) {
+  test::CubeTexts texts = test::SampleLedger();
+  texts.schema.insert(
+      texts.schema.find("</Cube>"),
+      R"(<CalculatedMember name="Half" dimension="measures" caption="A half" formula="[Measures].[Amount] / 2"/>
+<CalculatedMember name="Inner" dimension="Measures" visible="false" formula="1"/>
+<CalculatedMember name="Ever" hierarchy="[Date]" formula="[Date].[2009] + [Date].[2010]"/>)");
+  const test::BuiltCube built(texts);
+  const auto connection = Connected("Provider=MSOLAP;Data Source=" + built.path());
+  const auto catalog = services_.NewCatalog();
+  catalog->SetActiveConnection(*connection);
+  const auto level = catalog->CubeAt(0)->DimensionAt(0)->HierarchyAt(0)->LevelAt(0);
+  ASSERT_EQ(level->MemberCount(), 4u);
+  EXPECT_FALSE(level->MemberAt(2)->IsCalculated());
+  const auto half = level->MemberAt(3);
+  EXPECT_TRUE(half->IsCalculated());
+  EXPECT_EQ(half->Name(), "Half");
+  EXPECT_EQ(half->Caption(), "A half");
+  EXPECT_EQ(half->UniqueName(), "[Measures].[Half]");
+  EXPECT_EQ(half->Parent(), nullptr);
+}
+
+TEST_F(CubeServicesTest, AnswersAfterTheConnectionIsGone) {
+  const auto cellset = services_.NewCellset();
+  {
+    const auto connection = Connected(RunText("QEL"));
+    EXPECT_EQ(connection->DefaultDatabase(), "QEL");
+    EXPECT_EQ(connection->CatalogNames(), std::vector<std::string>{"QEL"});
+    cellset->SetActiveConnection(*connection);
+    connection->Close();
+    EXPECT_THROW(connection->CatalogNames(), Failure);
+  }
+  EXPECT_THROW(cellset->AxisCount(), Failure);
+  cellset->SetSource("SELECT {[Measures].[Facts]} ON 0, {[QeL].Members} ON 1 FROM [QEL]");
+  std::filesystem::remove(cube_.path());
+  cellset->Open();
+  ASSERT_EQ(cellset->AxisCount(), 2u);
+  const CellsetAxis& rows = cellset->AxisAt(1);
+  ASSERT_EQ(rows.PositionCount(), 6u);
+  EXPECT_EQ(rows.MembersPerPosition(), 1u);
+  const AxisMember member = rows.MemberAt(4, 0);
+  EXPECT_EQ(member.caption, "310\tRent ]\t\t\tMiete");
+  EXPECT_EQ(member.unique_name, "[QeL].[310\tRent ]]\t\t\tMiete]");
+  EXPECT_EQ(member.level_name, "[QeL].[QeL]");
+  EXPECT_TRUE(cellset->Cell(5).IsEmpty());
+  EXPECT_EQ(cellset->FormattedCell(5), "");
+  EXPECT_TRUE(cellset->Cell(0).Is<double>());
+  EXPECT_THROW(cellset->Cell(6), Failure);
+  EXPECT_THROW(cellset->AxisAt(2), Failure);
+  EXPECT_THROW(rows.MemberAt(6, 0), Failure);
+}
+
+TEST_F(CubeServicesTest, EndsQueriesThatAreCancelledOrPastALimit) {
+  const auto number_of = [&](CubeConnection& connection) {
+    const auto cellset = services_.NewCellset();
+    cellset->SetActiveConnection(connection);
+    cellset->SetSource("SELECT {[Measures].Members} ON 0, [Date].Members ON 1 FROM [QEL]");
+    try {
+      cellset->Open();
+    } catch (const Failure& failure) {
+      return failure.number();
+    }
+    return 0;
+  };
+  const auto connection = Connected(RunText("QEL"));
+  EXPECT_EQ(number_of(*connection), 0);
+  connection->Cancel();
+  EXPECT_EQ(number_of(*connection), kQueryCancelled);
+  connection->Open(connection->ConnectionString(), "", "", -1);
+  EXPECT_EQ(number_of(*connection), 0);
+  EXPECT_EQ(number_of(*Connected(RunText("QEL") + "Timeout=1e-9")), failure_number::kTimeout);
+  EXPECT_EQ(number_of(*Connected(RunText("QEL") + "Max Cells=50")), failure_number::kSyntax);
+}
+
+TEST_F(CubeServicesTest, SaysWhatIsWrongWithAConnection) {
+  const struct {
+    std::string text;
+    int32_t number;
+    const char* says;
+  } kCases[] = {
+      {RunText("Other"), failure_number::kUnspecified, "no catalog \"Other\". It has: \"QEL\""},
+      {"Provider=MSOLAP;Data Source=/no-such.cub", failure_number::kFileNotFound, "such.cub"},
+      {"Provider=Other;Data Source=x.cub", failure_number::kProviderNotFound, "\"Other\""},
+      {"Provider=MSOLAP", failure_number::kUnspecified, "names no cube file"},
+  };
+  for (const auto& test : kCases) {
+    try {
+      Connected(test.text);
+      ADD_FAILURE() << test.text;
+    } catch (const Failure& failure) {
+      EXPECT_EQ(failure.number(), test.number) << failure.description();
+      EXPECT_NE(failure.description().find(test.says), std::string::npos) << failure.description();
+    }
+  }
+  EXPECT_THROW(services_.NewConnection()->DefaultDatabase(), Failure);
+}
+
+}  // namespace
+}  // namespace vok::olap

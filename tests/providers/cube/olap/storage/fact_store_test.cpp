@@ -1,0 +1,125 @@
+#include "providers/cube/olap/storage/fact_store.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "native.h"
+#include "tests/support/cubes/sample_cube.h"
+
+namespace vok::olap {
+namespace {
+
+/// One hierarchy of lines, a measure over the given fields; line i has the fields of `cells[i]`.
+test::CubeTexts OneColumn(const std::string& aggregator,
+                          const std::vector<std::vector<std::string>>& cells) {
+  std::string lines = "id\n";
+  std::string facts = "id,value\n";
+  for (std::size_t line = 0; line < cells.size(); ++line) {
+    lines += std::to_string(line) + "\n";
+    for (const std::string& field : cells[line]) facts += std::to_string(line) + "," + field + "\n";
+  }
+  return {
+      R"(<Schema name="S"><Cube name="C"><Table name="fact"/><Dimension name="Line" foreignKey="id">
+          <Hierarchy primaryKey="id"><Table name="line"/><Level name="Line" column="id" type="Integer"/></Hierarchy>
+          </Dimension><Measure name="V" column="value" aggregator=")" +
+          aggregator + R"("/></Cube></Schema>)",
+      {{"line", lines}, {"fact", facts}}};
+}
+
+struct ColumnCase {
+  const char* name;
+  const char* aggregator;
+  std::vector<std::vector<std::string>> cells;
+  std::vector<std::optional<double>> expected;  // per line
+  std::optional<double> total;
+};
+
+TEST(FactStore, ReadsWhatTheFieldsMean) {
+  const ColumnCase cases[] = {
+      {"zero, NULL and nothing are three things",
+       "sum",
+       {{"0"}, {""}, {}, {"10.5", "-10.5"}, {"", "2"}},
+       {0.0, {}, {}, 0.0, 2.0},
+       2.0},
+      {"a count of NULLs is 0, of nothing is nothing",
+       "count",
+       {{"7", ""}, {""}, {}},
+       {1.0, 0.0, {}},
+       1.0},
+      {"different values are counted once, NULL not",
+       "distinct-count",
+       {{"7", "7", "", "a"}, {""}, {}, {"7", "8"}},
+       {2.0, 0.0, {}, 2.0},
+       3.0},
+      {"least and largest leave NULL out", "min", {{"3", "", "-2.5"}, {""}}, {-2.5, {}}, -2.5},
+      {"largest of negative values", "max", {{"-3", "-2.5"}, {"-9"}}, {-2.5, -9.0}, -2.5},
+      {"tenths add up exactly",
+       "sum",
+       {std::vector<std::string>(10, "0.1"), {"0.3", "-0.1", "-0.2"}},
+       {1.0, 0.0},
+       1.0},
+      {"exponents are digits too", "sum", {{"1E3", "2.5e-3", "+4"}}, {1004.0025}, 1004.0025},
+      {"nineteen digits are kept to the last",
+       "sum",
+       {{"9223372036854775807", "-9223372036854775806"}, {"5"}},
+       {1.0, 5.0},
+       6.0},
+      {"sums past 64 bits",
+       "sum",
+       {{"9223372036854775807", "9223372036854775807", "-9223372036854775807",
+         "-9223372036854775806"},
+        {"9223372036854775807", "9223372036854775807"}},
+       {1.0, 18446744073709551614.0},
+       18446744073709551615.0},
+      {"one value that does not fit makes doubles of all",
+       "sum",
+       {{"0.25", "1e300"}, {"1.5"}, {"", "-3"}},
+       {1e300, 1.5, -3.0},
+       1e300},
+      {"doubles compare as doubles", "min", {{"1e300", "-1e-300", "-2"}, {""}}, {-2.0, {}}, -2.0},
+  };
+  for (const ColumnCase& each : cases) {
+    SCOPED_TRACE(each.name);
+    const test::BuiltCube built(OneColumn(each.aggregator, each.cells));
+    const auto lines = built.cube().facts->Read({{0}, {}, FactQuery::Group{0, 1}}).at(0);
+    for (std::size_t line = 0; line < each.expected.size(); ++line) {
+      EXPECT_EQ(lines.states[line] == CellState::kNumber, each.expected[line].has_value()) << line;
+      EXPECT_EQ(lines.numbers[line], each.expected[line].value_or(0)) << line;
+    }
+    const auto total = built.cube().facts->Read({{0}, {}, {}}).at(0);
+    EXPECT_EQ(total.states[0] == CellState::kNumber, each.total.has_value());
+    EXPECT_EQ(total.numbers[0], each.total.value_or(0));
+  }
+}
+
+TEST(FactStore, PutsRowsOfOneCellTogether) {
+  const test::BuiltCube built(OneColumn("sum", {{"1", "2", "", "4"}, {"8"}, {}}));
+  EXPECT_EQ(built.report().cubes[0].facts, 5u);
+  EXPECT_EQ(built.report().cubes[0].stored_cells, 2u);
+}
+
+TEST(FactStore, IsEmptyForACubeWithoutFacts) {
+  const test::BuiltCube built(OneColumn("sum", {{}, {}}));
+  const auto lines = built.cube().facts->Read({{0}, {{{0, 1}}}, FactQuery::Group{0, 1}}).at(0);
+  EXPECT_EQ(lines.states, FactColumn(2).states);
+}
+
+TEST(FactStore, IsNotDisturbedByACubeBuiltInItsPlace) {
+  const test::TemporaryFolder folder;
+  test::BuildInto(folder, OneColumn("sum", {{"1", "2"}, {"8"}}));
+  const auto old_file = CubeFile::Open(test::NativeFiles(), folder.File("sample.cub"));
+  test::BuildInto(folder, OneColumn("sum", {{"5"}, {"6"}, {"7"}}));
+  const auto new_file = CubeFile::Open(test::NativeFiles(), folder.File("sample.cub"));
+  const auto lines = [](const CubeFile& file) {
+    return file.cubes()[0].facts->Read({{0}, {}, FactQuery::Group{0, 1}})[0].numbers;
+  };
+  EXPECT_THAT(lines(*old_file), testing::ElementsAre(3, 8));
+  EXPECT_THAT(lines(*new_file), testing::ElementsAre(5, 6, 7));
+}
+
+}  // namespace
+}  // namespace vok::olap

@@ -1,0 +1,308 @@
+// Answers, cut into pieces of any size, as they are read.
+#include <gmock/gmock.h>
+
+#include <cmath>
+#include <ctime>
+#include <limits>
+#include <map>
+
+#include "providers/cube/xmla/answer.h"
+#include "providers/cube/xmla/cellset_reader.h"
+#include "providers/cube/xmla/login.h"
+#include "providers/cube/xmla/requests.h"
+#include "providers/cube/xmla/rowset_reader.h"
+#include "providers/cube/xmla/xmla_settings.h"
+#include "test_system.h"
+#include "tests/providers/cube/xmla/answers.h"
+#include "tests/support/failures.h"
+
+namespace vok::xmla {
+namespace {
+
+using testing::AllOf;
+using testing::HasSubstr;
+
+void Read(const std::string& xml, ResultReader& reader, std::size_t piece) {
+  const HttpHead head{200, "text/xml", ""};
+  Answer answer("http://h/xmla", failure_number::kSyntax, reader);
+  for (std::size_t i = 0; i < xml.size(); i += piece) answer.Take(head, xml.substr(i, piece));
+  answer.Finish(head);
+}
+
+std::unique_ptr<CellsetData> ReadCellset(const std::string& xml, std::size_t piece = 1 << 20) {
+  auto data = std::make_unique<CellsetData>();
+  CellsetReader reader(*data);
+  Read(xml, reader, piece);
+  return data;
+}
+
+std::string Told(const std::string& xml) {
+  return vok::test::DescriptionOf([&] { ReadCellset(xml); });
+}
+
+TEST(Answers, OfCellsetsReadTheSameInPiecesOfAnySize) {
+  const std::string xml = test::TwoByTwo(
+      "<Cell CellOrdinal=\"0\"><FmtValue/></Cell>"
+      "<Cell CellOrdinal=\"1\"><Value xsi:type=\"xsd:double\">2.043608925E7</Value>"
+      "<FmtValue>20,436,089.25</FmtValue><FormatString>#,##0.00</FormatString></Cell>"
+      "<Cell CellOrdinal=\"3\"><Value "
+      "xsi:type=\"xsd:int\">-7</Value><FmtValue>-7</FmtValue></Cell>");
+  for (const std::size_t piece : {1, 2, 3, 7, 64, 100000}) {
+    const auto data = ReadCellset(xml, piece);
+    ASSERT_EQ(data->AxisCount(), 2u);
+    ASSERT_EQ(data->PositionCount(1), 2u);
+    EXPECT_EQ(data->MembersPerPosition(1), 1u);
+    const AxisMember row = data->Member(1, 1, 0);
+    EXPECT_EQ(row.unique_name + "|" + row.name + "|" + row.caption + "|" + row.level_name,
+              "[QeL].[1\ta [x]] & b]|1\ta [x] & b|1\ta [x] & b|[QeL].[Item]");
+    const std::pair<Value, std::string> cells[] = {
+        {{}, ""}, {20436089.25, "20,436,089.25"}, {{}, ""}, {int32_t{-7}, "-7"}};
+    for (std::size_t cell = 0; cell < 4; ++cell) {
+      EXPECT_EQ(std::pair(data->Cell(cell), data->FormattedCell(cell)), cells[cell]) << cell;
+    }
+    EXPECT_THROW(data->Cell(4), Failure);
+    EXPECT_THROW(data->Member(1, 2, 0), Failure);
+    EXPECT_THROW(data->Member(1, 0, 1), Failure);
+  }
+}
+
+TEST(Answers, HaveCellsOfEveryForm) {
+  constexpr double kInfinity = std::numeric_limits<double>::infinity();
+  const struct {
+    const char* element;
+    Value value;
+  } kCases[] = {
+      {"<Value xsi:type=\"xsd:double\">-1.5e-3</Value>", -0.0015},
+      {"<Value xsi:type=\"xsd:decimal\"> +0012.500 </Value>", 12.5},
+      {"<Value xsi:type=\"xsd:float\">.5</Value>", 0.5},
+      {"<Value xsi:type=\"xsd:double\">1E400</Value>", kInfinity},
+      {"<Value xsi:type=\"xsd:double\">1e-400</Value>", 0.0},
+      {"<Value xsi:type=\"xsd:double\">-INF</Value>", -kInfinity},
+      {"<Value xsi:type=\"xsd:double\">Infinity</Value>", kInfinity},
+      {"<Value xsi:type=\"xsd:long\">2147483648</Value>", 2147483648.0},
+      {"<Value xsi:type=\"xsd:unsignedByte\">255</Value>", int32_t{255}},
+      {"<Value xsi:type=\"xsd:boolean\">true</Value>", true},
+      {"<Value xsi:type=\"xsd:boolean\">0</Value>", false},
+      {"<Value xsi:type=\"xsd:string\">17 </Value>", "17 "},
+      {"<Value xsi:type=\"xsd:string\"></Value>", ""},
+      {"<Value>17</Value>", 17.0},
+      {"<Value>a&#9;b</Value>", "a\tb"},
+      {"<Value xsi:nil=\"true\"/>", Value()},
+      {"<Value xsi:type=\"xsd:double\">1,5</Value>", CellError{"1,5"}},
+      {"<Value xsi:type=\"xsd:double\">0x10</Value>", CellError{"0x10"}},
+      {"<Value xsi:type=\"xsd:string\">No member</Value><FmtValue>#ERR: No member</FmtValue>",
+       CellError{"No member"}},
+      {"<Value><Error><ErrorCode>1</ErrorCode><Description>Overflow</Description></Error></Value>",
+       CellError{"Overflow"}},
+      {"<Value/><FmtValue>x</FmtValue>", ""},
+  };
+  for (const auto& [element, value] : kCases) {
+    const std::string cell = std::string("<Cell CellOrdinal=\"2\">") + element + "</Cell>";
+    EXPECT_EQ(ReadCellset(test::TwoByTwo(cell))->Cell(2), value) << element;
+  }
+  const auto nan = ReadCellset(
+      test::TwoByTwo("<Cell CellOrdinal=\"0\"><Value xsi:type=\"xsd:double\">NaN</Value></Cell>"));
+  EXPECT_TRUE(std::isnan(nan->Cell(0).ToDouble()));
+  const auto turned = ReadCellset(test::TwoByTwo(
+      "<Cell CellOrdinal=\"3\"><Value>3</Value></Cell><Cell CellOrdinal=\"1\"><Value>1</Value>"
+      "<FmtValue>one</FmtValue></Cell>"));
+  EXPECT_EQ(turned->Cell(3), Value(3.0));
+  EXPECT_EQ(turned->FormattedCell(1), "one");
+}
+
+TEST(Answers, ThatCannotBeTrustedAreFailures) {
+  const std::string good = test::TwoByTwo("");
+  const auto cell = [](const char* ordinal) {
+    return std::string("<Cell CellOrdinal=\"") + ordinal + "\"><Value>1</Value></Cell>";
+  };
+  std::string many = "<Axes>";
+  for (int axis = 0; axis < 2; ++axis) {
+    many += "<Axis name=\"Axis" + std::to_string(axis) + "\"><Tuples>";
+    for (int i = 0; i < 50000; ++i) many += "<Tuple><Member/></Tuple>";
+    many += "</Tuples></Axis>";
+  }
+  std::string nested;
+  for (int i = 0; i < 70; ++i) nested += "<a>";
+  const struct {
+    std::string xml;
+    const char* says;
+  } kCases[] = {
+      {good.substr(0, good.size() - 60), "ended its answer too early, in the middle of the XML"},
+      {good.substr(0, good.find("</Axes>")), "ended its answer too early"},
+      {good + "<more/>", "junk after document element"},
+      {"<html><body>Log in</body></html>", "an HTML page (Content-Type text/xml) instead of XML"},
+      {"<!DOCTYPE html>\n<html>", "an HTML page"},
+      {"{\"error\": \"gone\"}", "JSON (Content-Type text/xml) instead of XML"},
+      {"Bad gateway", "Its answer begins: Bad gateway"},
+      {"<!DOCTYPE x [<!ENTITY a \"b\">]><x>&a;</x>", "it has a DOCTYPE in line 1"},
+      {"<x/>", "its outermost element is \"x\", not a SOAP envelope"},
+      {test::Envelope(""), "neither a result nor a failure"},
+      {test::Result(""), "it has no axes"},
+      {test::Result("<row><A>1</A></row>"), "a rowset, not a cellset"},
+      {test::Result("<CellData/>"), "its cells come before its axes"},
+      {test::Result(many + "</Axes>"), "it has more than 50000000 cells"},
+      {test::Result("<Axes><x><Tuples><Tuple><Member/></Tuple></Tuples></x></Axes>"), "no failure"},
+      {test::Result("<Axes><Axis name=\"Axis1\"/></Axes>"), "its axes are out of order"},
+      {test::Result("<Axes><Axis name=\"Axis0\"><Members/></Axis></Axes>"), "than tuples"},
+      {test::Result("<Axes><Axis name=\"Axis0\"><Tuples><Tuple><Member/></Tuple><Tuple/></Tuples>"
+                    "</Axis></Axes>"),
+       "tuples of different lengths"},
+      {test::TwoByTwo(cell("4")), "it has a cell 4, though its axes make 4"},
+      {test::TwoByTwo(cell("-1")), "one of its cells has no ordinal"},
+      {test::TwoByTwo(cell("1") + cell("1")), "the cell 1 twice"},
+      {test::TwoByTwo(cell("0") + cell("1") + cell("2") + cell("3") + cell("3")),
+       "one of its cells twice"},
+      {test::TwoByTwo("</CellData><CellData>"), "it has cells twice"},
+      {test::TwoByTwo("<Cell CellOrdinal=\"0\"><Value>" + std::string(kLongestText + 1, 'x') +
+                      "</Value></Cell>"),
+       "one of its texts is huge"},
+      {test::Result(nested), "nested too deeply"},
+      {test::Fault("Parse failed", "no &#39;[x]&#39; in cube"),
+       "The cube server http://h/xmla reports: Parse failed: no '[x]' in cube"},
+      {test::Envelope("<Fault><Reason><Text>Told twice</Text></Reason><Detail>Told twice</Detail>"
+                      "</Fault>"),
+       "reports: Told twice"},
+      {test::Envelope("<Fault/>"), "reports: an error without a description"},
+      {test::TwoByTwo(cell("0"),
+                      "<Exception/><Messages><Warning Description=\"slow\"/>"
+                      "<Error ErrorCode=\"3\" Description=\"Out of memory\"/></Messages>"),
+       "reports: Out of memory"},
+      {test::TwoByTwo(cell("0"), "<Exception/>"), "reports: an error without a description"},
+      {test::TwoByTwo(cell("0"), "<Messages><Warning Description=\"slow\"/></Messages>"),
+       "no failure"},
+  };
+  for (const auto& [xml, says] : kCases) EXPECT_THAT(Told(xml), HasSubstr(says));
+}
+
+TEST(Answers, OfRowsetsComeRowByRow) {
+  std::vector<Row> rows;
+  const std::string xml = test::Result(
+      "<row><ORDER>2</ORDER><NAME>b&#10;&amp;</NAME><OTHER>x</OTHER></row>"
+      "<row><NAME>c</NAME></row>");
+  const auto read = [&](std::size_t most_rows) {
+    rows.clear();
+    RowsetReader reader({"NAME", "ORDER", "MISSING"}, most_rows,
+                        [&](const Row& row) { rows.push_back(row); });
+    Read(xml, reader, 5);
+  };
+  read(2);
+  EXPECT_EQ(rows, (std::vector<Row>{{"b\n&", "2", ""}, {"c", "", ""}}));
+  EXPECT_THAT(vok::test::DescriptionOf([&] { read(1); }), HasSubstr("it has more than 1 rows"));
+}
+
+TEST(Answers, WithoutEndAreRefusedSoon) {
+  std::string names;
+  for (int i = 0; i < 300'000; ++i) names += "<n" + std::to_string(i) + "/>";
+  const std::string attribute = "<row name=\"" + std::string(300'000, 'x') + "\"/>";
+  const struct {
+    std::string content;
+    std::size_t piece;
+    const char* says;
+  } kCases[] = {
+      {attribute, 1, "a rowset, not a cellset"},  // read in time that grows as its length
+      {"<row name=\"" + std::string(16'000'000, 'x') + "\"/>", 1 << 14,
+       "its tags or comments is huge"},
+      {"<row name=\"" + std::string(xml::kLongestToken, 'x') + "\"/>", 1 << 30, "is huge"},
+      {"<!--" + std::string(16'000'000, 'x') + "-->", 1 << 14, "its tags or comments is huge"},
+      {"<" + std::string(100'000, 'n') + "/>", 1 << 14, "it has no axes"},
+      {names, 1 << 14, "it has too many different names"},
+  };
+  const std::clock_t start = std::clock();
+  for (const auto& [content, piece, says] : kCases) {
+    const auto read = [&, &xml = content, size = piece] { ReadCellset(test::Result(xml), size); };
+    EXPECT_THAT(vok::test::DescriptionOf(read), HasSubstr(says));
+  }
+  EXPECT_LT((std::clock() - start) / CLOCKS_PER_SEC, 30) << "seconds of this process's time";
+
+  CellsetData data;
+  data.AddAxis();
+  const auto add_tuples = [&] {
+    for (std::size_t i = 0; i <= kMaxTuples; ++i) data.EndTuple();
+  };
+  EXPECT_THAT(vok::test::DescriptionOf(add_tuples), HasSubstr("more than 5000000 tuples"));
+}
+
+TEST(Requests, CarryEveryLetter) {
+  EXPECT_THAT(ExecuteEnvelope("a & b", "x < y\r\n\"q\" > 'z' \xD7\x90"),
+              AllOf(HasSubstr("<Catalog>a &amp; b</Catalog>"),
+                    HasSubstr("<Statement>x &lt; y&#13;\n\"q\" &gt; 'z' \xD7\x90</Statement>")));
+  EXPECT_THAT(
+      DiscoverEnvelope({"MDSCHEMA_LEVELS", {{"CUBE_NAME", "<Q>"}}, ""}),
+      AllOf(HasSubstr("<RestrictionList><CUBE_NAME>&lt;Q&gt;</CUBE_NAME></RestrictionList>"),
+            testing::Not(HasSubstr("<Catalog>"))));
+}
+
+HttpSettings FromIni(std::map<std::string, std::string> ini) {
+  return ReadXmlaSettings([&](const std::string& key) { return ini[key]; });
+}
+
+TEST(Settings, ComeFromTheEnvironmentFirst) {
+  test::SetVariable("VOKCUBE_XMLA_CA_FILE", "/ca.pem");
+  const HttpSettings settings = FromIni({{"CaFile", "/other.pem"},
+                                         {"Authentication", "NTLM"},
+                                         {"TotalSeconds", "90"},
+                                         {"Server", "olap.example:8443"},
+                                         {"AnswerMegabytes", "0"},
+                                         {"Password", "se;cret"}});
+  test::RemoveVariable("VOKCUBE_XMLA_CA_FILE");
+  EXPECT_EQ(settings.ca_file, "/ca.pem");
+  EXPECT_EQ(settings.authentication, "ntlm");
+  EXPECT_EQ(settings.password, "se;cret");
+  EXPECT_EQ(settings.total_seconds, 90);
+  EXPECT_EQ(settings.server, "olap.example:8443");
+  EXPECT_EQ(settings.answer_megabytes, 0);
+  EXPECT_EQ(settings.connect_seconds, 30);
+  for (const char* bad : {"-1", "5s", "604801", "99999999999", " 5"}) {
+    EXPECT_THROW(FromIni({{"IdleSeconds", bad}}), Failure) << bad;
+  }
+  EXPECT_THROW(FromIni({{"Authentication", "kerberos"}}), Failure);
+  EXPECT_THROW(FromIni({{"Server", "https://olap.example/xmla"}}), Failure);
+}
+
+TEST(Logins, AreForTheHostThatServerNames) {
+  const struct {
+    const char* server;
+    const char* address;
+    const char* why;  // not; "" for a login that is sent
+    const char* authentication = "";
+  } kCases[] = {
+      {"olap.example", "https://OLAP.example/xmla?x", ""},
+      {"olap.example:443", "https://olap.example/", ""},
+      {"olap.example:8443", "https://olap.example:8443", ""},
+      {"[::1]", "https://[::1]:8443/", ""},
+      {"", "https://olap.example/", "as Server in Qel.ini"},
+      {"", "https://olap.example/", "as Server in Qel.ini", "basic"},
+      {"olap.example", "https://olap.example.evil/", "names another host"},
+      {"olap.example", "https://evil/olap.example", "names another host"},
+      {"olap.example", "https://olap.example\\.evil/", "names another host"},
+      {"olap.example", "https://olap.example%00.evil/", "names another host"},
+      {"olap.example", "https:///evil/", "names another host"},
+      {"olap.example:443", "https://olap.example:8443/", "names another host"},
+      {"olap.example", "HTTP://olap.example/", "over http they can be read"},
+      {"olap.example", "http://olap.example/", "over http they can be read", "digest"},
+      {"olap.example", "http://olap.example/", "", "basic"},
+      {"evil.example", "http://olap.example/", "names another host", "basic"},
+  };
+  HttpSettings settings;
+  EXPECT_EQ(WhyNoLogin(settings, "http://anywhere/"), "") << "there is none";
+  settings.user = "me";
+  for (const auto& [server, address, why, authentication] : kCases) {
+    settings.server = server;
+    settings.authentication = authentication;
+    const std::string said = WhyNoLogin(settings, address);
+    EXPECT_THAT(said, HasSubstr(why)) << address;
+    EXPECT_EQ(said.empty(), *why == '\0') << address;
+  }
+  const std::pair<const char*, const char*> words[] = {
+      {"Unsupported proxy syntax in 'me:a b@c@h:x'", "Unsupported proxy syntax in '…@h:x'"},
+      {"no host http://me:a@h here", "no host …@h here"},
+      {"it's secret or so", "it's … or so"}};
+  settings.password = "secret";
+  for (const auto& [said, shown] : words) EXPECT_EQ(WithoutSecrets(said, settings), shown);
+  HttpSettings own;  // the system's login
+  own.authentication = "negotiate";
+  EXPECT_THAT(WhyNoLogin(own, "https://olap.example/"), HasSubstr("as Server in Qel.ini"));
+}
+
+}  // namespace
+}  // namespace vok::xmla

@@ -1,0 +1,180 @@
+// A cube server through the platform's objects, as the query run uses it.
+#include <gmock/gmock.h>
+
+#include <map>
+
+#include "providers/cube/xmla/cube_services.h"
+#include "tests/providers/cube/xmla/answers.h"
+#include "tests/providers/cube/xmla/scripted_server.h"
+#include "tests/support/failures.h"
+
+namespace vok::xmla {
+namespace {
+
+using Texts = std::vector<std::string>;
+
+/// The rows of a rowset; an empty text is no element.
+std::string Rows(const Texts& columns, const std::vector<Texts>& rows) {
+  std::string xml;
+  for (const Texts& row : rows) {
+    xml += "<row>";
+    for (std::size_t i = 0; i < columns.size(); ++i) {
+      if (!row[i].empty()) xml += "<" + columns[i] + ">" + row[i] + "</" + columns[i] + ">";
+    }
+    xml += "</row>";
+  }
+  return xml;
+}
+
+const Texts kMember = {"MEMBER_NAME", "MEMBER_CAPTION", "MEMBER_UNIQUE_NAME", "PARENT_UNIQUE_NAME"};
+
+/// Answers by what a request asks for and is restricted to; a row of the table per question.
+class ServicesTest : public testing::Test {
+ protected:
+  test::Reply Answer(const std::string& request) {
+    for (const auto& [asked, rows] : answers_) {
+      const std::size_t bar = asked.find('|');
+      const bool fits =
+          request.find(asked.substr(0, bar)) != std::string::npos &&
+          (bar == std::string::npos || request.find(asked.substr(bar + 1)) != std::string::npos);
+      if (!fits) continue;
+      ++counts_[asked];
+      return test::Http("200 OK", "text/xml", test::Result(rows));
+    }
+    return test::Http("200 OK", "text/xml", test::Fault("Not expected", ""));
+  }
+  std::unique_ptr<CubeConnection> Connected(const std::string& catalog) {
+    auto connection = services_.NewConnection();
+    connection->Open(
+        "DATA SOURCE=" + http_.address() + ";PROVIDER=MSOLAP;Initial Catalog=[" + catalog + "];",
+        "", "", -1);
+    return connection;
+  }
+  std::unique_ptr<CubeDef> Cube(const std::string& name) {
+    const auto connection = Connected(name);
+    const auto catalog = services_.NewCatalog();
+    catalog->SetActiveConnection(*connection);
+    return catalog->CubeAt(0);
+  }
+
+  const std::vector<std::pair<std::string, std::string>> answers_ = {
+      {"DBSCHEMA_CATALOGS", Rows({"CATALOG_NAME"}, {{"Sales"}, {"Other"}})},
+      {"MDSCHEMA_CUBES|<CATALOG_NAME>Sales",
+       Rows({"CUBE_NAME"}, {{"$Line"}, {"Both"}, {"SalesQEL"}})},
+      {"MDSCHEMA_CUBES|<CATALOG_NAME>Other", Rows({"CUBE_NAME"}, {{"Both"}})},
+      {"MDSCHEMA_DIMENSIONS|<CUBE_NAME>SalesQEL",
+       Rows({"DIMENSION_NAME", "DIMENSION_UNIQUE_NAME", "DIMENSION_ORDINAL", "DIMENSION_TYPE"},
+            {{"ActX", "[ActX]", "3", "3"},
+             {"Date", "[Date]", "1", "1"},
+             {"Measures", "[Measures]", "2", "2"}})},
+      {"MDSCHEMA_HIERARCHIES|[Date]",
+       Rows({"HIERARCHY_NAME", "HIERARCHY_UNIQUE_NAME", "HIERARCHY_ORDINAL"},
+            {{"Date.Fiscal", "[Date].[Fiscal]", "2"}, {"", "[Date]", "1"}})},
+      {"MDSCHEMA_LEVELS|<HIERARCHY_UNIQUE_NAME>[Date]<",
+       Rows({"LEVEL_NAME", "LEVEL_UNIQUE_NAME", "LEVEL_NUMBER", "LEVEL_TYPE"},
+            {{"(All)", "[Date].[(All)]", "1", "20"},
+             {"Month", "[Date].[Month]", "2", "132"},
+             {"Ever", "[Date].[Ever]", "0", "1"}})},
+      {"MDSCHEMA_MEMBERS|[Date].[Month]",
+       Rows(kMember, {{"12", "12.", "[Date].[2010].[12]", "[Date].[2010]"},
+                      {"2", "2.", "[Date].[2010].[2]", "[Date].[2010]"},
+                      {"None", "None.", "[Date].[None]", "[Date].[All]"}})},
+      {"MDSCHEMA_MEMBERS|[Date].[(All)]",
+       Rows(kMember, {{"2010", "", "[Date].[2010]", "[Date].[All]"}})},
+      {"MDSCHEMA_MEMBERS|[Date].[Ever]", Rows(kMember, {{"All", "", "[Date].[All]", ""}})},
+      {"<Execute", test::TwoByTwoContent("<Cell CellOrdinal=\"1\"><Value>7</Value></Cell>")},
+  };
+  std::map<std::string, int> counts_;
+  test::SystemLocale locale_;
+  test::ScriptedServer http_{[this](const std::string& request) { return Answer(request); }};
+  XmlaCubeServices services_{locale_, {[] { return HttpSettings(); }, test::SystemTransport()}};
+};
+
+TEST_F(ServicesTest, ShowsTheStructureAskingOnceForWhatIsLookedAt) {
+  const auto cube = Cube("salesqel");
+  EXPECT_EQ(cube->Name() + cube->DimensionAt(0)->Name(), "SalesQELMeasures");
+  EXPECT_EQ(cube->FindDimension("Nothing"), nullptr);
+  EXPECT_THROW(cube->DimensionAt(3), Failure);
+  const auto date = cube->FindDimension("DATE");
+  EXPECT_EQ(cube->DimensionAt(1)->Name(), date->Name());
+  ASSERT_EQ(date->HierarchyCount(), 2u);
+  EXPECT_EQ(date->HierarchyAt(1)->Name(), "Fiscal");
+  const auto dates = date->HierarchyAt(0);
+  EXPECT_EQ(dates->Name(), "Date");
+  ASSERT_EQ(dates->LevelCount(), 3u);
+  EXPECT_EQ(dates->LevelAt(0)->Name(), "Ever");
+  EXPECT_TRUE(dates->LevelAt(0)->IsAll());
+  EXPECT_FALSE(dates->LevelAt(1)->IsAll()) << "the name does not tell";
+  const auto months = dates->LevelAt(2);
+  EXPECT_EQ(counts_["MDSCHEMA_MEMBERS|[Date].[Month]"], 0);
+  Texts members;
+  for (std::size_t i = 0; i < months->MemberCount(); ++i) {
+    const auto member = months->MemberAt(i);
+    members.push_back(member->Caption() + " " + member->UniqueName());
+    for (auto up = member->Parent(); up; up = up->Parent()) members.back() += " < " + up->Name();
+  }
+  EXPECT_EQ(members, (Texts{"12. [Date].[2010].[12] < 2010 < All",
+                            "2. [Date].[2010].[2] < 2010 < All", "None. [Date].[None] < All"}))
+      << "in the server's order, by its names";
+  EXPECT_THROW(months->MemberAt(3), Failure);
+  for (const char* asked :
+       {"MEMBERS|[Date].[Month]", "MEMBERS|[Date].[(All)]", "DIMENSIONS|<CUBE_NAME>SalesQEL"}) {
+    EXPECT_EQ(counts_[std::string("MDSCHEMA_") + asked], 1) << asked;
+  }
+}
+
+TEST_F(ServicesTest, FindsACatalogByItsNameOrItsCubes) {
+  EXPECT_EQ(Connected("SALES")->DefaultDatabase(), "Sales");
+  EXPECT_EQ(counts_["MDSCHEMA_CUBES|<CATALOG_NAME>Sales"], 0);
+  EXPECT_EQ(Cube("Sales")->Name(), "Both");  // a catalog's first cube
+  const auto by_cube = Connected("SalesQEL");
+  EXPECT_EQ(by_cube->DefaultDatabase(), "Sales");
+  EXPECT_EQ(by_cube->CatalogNames(), (Texts{"Sales", "Other"}));
+  const struct {
+    std::string text;
+    const char* says;
+    int32_t number = failure_number::kUnspecified;
+  } kCases[] = {
+      {http_.address() + ";Initial Catalog=[None]",
+       "has no catalog \"None\", and none with a cube of that name. Its catalogs: \"Sales\", "},
+      {http_.address() + ";Initial Catalog=Both",
+       "a cube \"Both\" in several catalogs: \"Sales\", \"Other\""},
+      {"x.cub", "is no address of a cube server"},
+      {http_.address() + ";Provider=Other", "\"Other\"", failure_number::kProviderNotFound},
+  };
+  for (const auto& [text, says, number] : kCases) {
+    const Failure failure = vok::test::FailureOf(
+        [&, &rest = text] { services_.NewConnection()->Open("Data Source=" + rest, "", "", -1); });
+    EXPECT_EQ(failure.number(), number) << text;
+    EXPECT_THAT(failure.description(), testing::HasSubstr(says));
+  }
+}
+
+TEST_F(ServicesTest, AnswersStayWhenTheConnectionIsGone) {
+  const auto cellset = services_.NewCellset();
+  EXPECT_THROW(cellset->Open(), Failure);
+  {
+    const auto connection = Connected("Sales");
+    cellset->SetActiveConnection(*connection);
+    connection->Close();
+    EXPECT_THROW(connection->CatalogNames(), Failure);
+    EXPECT_THROW(cellset->SetActiveConnection(*connection), Failure);
+  }
+  EXPECT_THROW(cellset->AxisCount(), Failure);
+  cellset->SetSource("SELECT");
+  cellset->Open();
+  ASSERT_EQ(cellset->AxisCount(), 2u);
+  EXPECT_EQ(cellset->AxisAt(0).MemberAt(1, 0).name, "m0");
+  EXPECT_EQ(cellset->Cell(1), Value(7.0));
+  EXPECT_THROW(cellset->AxisAt(2), Failure);
+  EXPECT_EQ(http_.connections(), 1);
+
+  const auto limited = services_.NewConnection();
+  limited->Open("Data Source=" + http_.address() + ";Max Cells=3", "", "", -1);
+  cellset->SetActiveConnection(*limited);
+  EXPECT_THAT(vok::test::DescriptionOf([&] { cellset->Open(); }),
+              testing::HasSubstr("it has more than 3 cells"));
+}
+
+}  // namespace
+}  // namespace vok::xmla

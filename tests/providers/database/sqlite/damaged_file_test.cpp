@@ -1,0 +1,189 @@
+#include <sqlite3.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <csignal>
+#include <fstream>
+#include <string>
+#include <vector>
+
+#include "providers/database/sqlite/numbers.h"
+#include "tests/providers/database/sqlite/settings_file.h"
+
+namespace vok {
+namespace {
+
+using test::DescriptionOf;
+using test::FailureOf;
+using test::NumberOf;
+using test::Start;
+using test::StatusOf;
+using namespace testing;
+
+class DamagedFileTest : public test::SettingsFileTest {
+ protected:
+  std::string Bytes() const {
+    std::ifstream stream(path_, std::ios::binary);
+    return std::string(std::istreambuf_iterator<char>(stream), {});
+  }
+  void SetBytes(const std::string& bytes) const {
+    std::ofstream(path_, std::ios::binary | std::ios::trunc) << bytes;
+  }
+  /// 0 when the action, in a process that gives up rights, fails so.
+  static int InChild(const std::function<void()>& prepare, const std::function<void()>& action,
+                     int32_t number, const std::string& words) {
+    return StatusOf(Start([&] {
+      prepare();
+      const Failure failure = FailureOf(action);
+      const bool clear = failure.description().find(words) != std::string::npos;
+      if (failure.number() != number || !clear) throw Failure(1, failure.what());
+    }));
+  }
+};
+
+int good_reads = 0;  // of the store's, before one that fails
+bool fails_on = false;
+
+ssize_t BrokenRead(int file, void* bytes, std::size_t size, off64_t from) {
+  const bool fails = good_reads == 0 || (fails_on && good_reads < 0);
+  --good_reads;
+  if (!fails) return ::pread64(file, bytes, size, from);
+  errno = EIO;
+  return -1;
+}
+
+TEST_F(DamagedFileTest, AFileThatItsDiskCannotReadIsNotCalledDamaged) {
+  CreateFile();
+  sqlite3_vfs* system = sqlite3_vfs_find(nullptr);
+  const auto broken = reinterpret_cast<sqlite3_syscall_ptr>(BrokenRead);
+  ASSERT_EQ(system->xSetSystemCall(system, "pread64", broken), SQLITE_OK);
+  for (const bool on : {false, true}) {
+    fails_on = on;
+    int refused = 0;
+    for (bool fails = true; fails && refused < 1000; refused += fails ? 1 : 0) {
+      good_reads = refused;
+      try {
+        Connect();
+        fails = false;
+      } catch (const Failure& failure) {
+        EXPECT_THAT(failure.description(), AllOf(HasSubstr("cannot read it (Input/output error)"),
+                                                 HasSubstr("leave it as it is"), HasSubstr(path_)))
+            << refused;
+      }
+    }
+    EXPECT_THAT(refused, AllOf(Gt(2), Lt(1000)));
+  }
+  system->xSetSystemCall(system, "pread64", nullptr);
+}
+
+TEST_F(DamagedFileTest, WhatIsNoSettingsFileIsNamedAndLeftAlone) {
+  CreateFile();
+  std::string foreign = Bytes();
+  std::string newer = foreign;
+  ++foreign[71];  // the application id
+  ++newer[63];    // the version
+  std::string other(4096, '\0');
+  other.replace(0, 16, std::string("SQLite format 3\0", 16));
+  const std::string head("\0\1\0\0", 4);
+  const std::pair<std::string, std::string> rows[] = {
+      {head + "Standard Jet DB" + std::string(4000, '\0'), "is a Jet database"},
+      {head + "Standard ACE DB" + std::string(4000, '\0'), "is a Jet database"},
+      {head + "Standard Jet DB", "is a Jet database"},
+      {"", "is empty"},
+      {"x", "cut short"},
+      {std::string(100000, 'x'), "no settings database"},
+      {other, path_},
+      {foreign, "another program"},
+      {newer, "another version"},
+  };
+  for (const auto& [bytes, words] : rows) {
+    SetBytes(bytes);
+    const Failure failure = FailureOf([&] { Connect(); });
+    EXPECT_EQ(failure.number(), failure_number::kUnspecified) << words;
+    EXPECT_THAT(failure.description(), AllOf(HasSubstr(words), HasSubstr(path_)));
+    EXPECT_EQ(Bytes(), bytes) << words;
+    EXPECT_FALSE(std::filesystem::exists(path_ + "-journal"));
+  }
+  std::filesystem::remove(path_);
+  std::filesystem::create_directory(path_);
+  EXPECT_THAT(DescriptionOf([&] { Connect(); }), HasSubstr("is a folder"));
+}
+
+TEST_F(DamagedFileTest, CutOrChangedAnywhereItFailsClearlyOrIsRead) {
+  CreateFile();
+  AddMany(*Connect(), 40);
+  const std::string whole = Bytes();
+  for (std::size_t length = 0; length < whole.size(); length += whole.size() / 97) {
+    SetBytes(whole.substr(0, length));
+    EXPECT_EQ(NumberOf([&] { Connect(); }), failure_number::kUnspecified) << length;
+  }
+  for (std::size_t place = 0; place < whole.size(); place += 61) {
+    std::string changed = whole;
+    changed[place] = static_cast<char>(~changed[place]);
+    SetBytes(changed);
+    const auto read = [&] { Names(*Connect(), "select * from Sets where SetName like '1*'"); };
+    EXPECT_THAT(NumberOf(read), AnyOf(0, failure_number::kUnspecified, failure_number::kNoTable,
+                                      failure_number::kNoColumn, failure_number::kReadOnly))
+        << "byte " << place;
+  }
+}
+
+TEST_F(DamagedFileTest, FullDiskKeepsTheOldRows) {
+  CreateFile();
+  Add(*Connect(), "old");
+  const auto limit = [&] {
+    ::signal(SIGXFSZ, SIG_IGN);
+    const rlimit size{std::filesystem::file_size(path_), std::filesystem::file_size(path_)};
+    ::setrlimit(RLIMIT_FSIZE, &size);
+  };
+  const auto save = [&] {
+    const auto connection = Connect();
+    connection->BeginSave();
+    Run(*connection, "delete * from Sets");
+    AddMany(*connection, 2000);
+    connection->CommitSave();
+  };
+  EXPECT_EQ(InChild(limit, save, failure_number::kUnspecified, "Nothing was changed"), 0);
+  EXPECT_THAT(Names(*Connect(), "Sets"), ElementsAre("old"));
+}
+
+TEST_F(DamagedFileTest, AFileThatCannotBeMadeIsNotThereAndCanBeMadeLater) {
+  for (const rlim_t most : {0, 1, 4096, 20000}) {
+    const auto limit = [most] {
+      ::signal(SIGXFSZ, SIG_IGN);
+      const rlimit size{most, most};
+      ::setrlimit(RLIMIT_FSIZE, &size);
+    };
+    const auto create = [&] { CreateFile(); };
+    EXPECT_EQ(InChild(limit, create, failure_number::kUnspecified, "cannot be made"), 0) << most;
+    EXPECT_TRUE(std::filesystem::is_empty(root_)) << most;
+  }
+  CreateFile();
+  EXPECT_THAT(Names(*Connect(), "Sets"), IsEmpty());
+}
+
+TEST_F(DamagedFileTest, ReadOnlyFileOrFolderCanBeReadAndRefusesToBeWritten) {
+  CreateFile();
+  Add(*Connect(), "old");
+  ::chmod(path_.c_str(), 0444);
+  const auto drop_rights = [] {
+    if (::geteuid() == 0 && ::setuid(65534) != 0) ::_exit(200);
+  };
+  const auto write = [&] {
+    const auto connection = Connect();
+    if (Names(*connection, "Sets").size() != 1) ::_exit(201);
+    Add(*connection, "new");
+  };
+  EXPECT_EQ(InChild(drop_rights, write, failure_number::kReadOnly, "must not be written"), 0);
+  ::chmod(path_.c_str(), 0666);
+  ::chmod(root_.c_str(), 0555);
+  EXPECT_EQ(InChild(drop_rights, write, failure_number::kReadOnly, "permissions"), 0);
+  std::filesystem::remove(path_);
+  const auto create = [&] { CreateFile(); };
+  EXPECT_EQ(InChild(drop_rights, create, failure_number::kUnspecified, "permissions"), 0);
+}
+
+}  // namespace
+}  // namespace vok

@@ -1,0 +1,260 @@
+#include <string>
+#include <vector>
+
+#include "providers/database/sqlite/numbers.h"
+#include "tests/providers/database/sqlite/settings_file.h"
+
+namespace vok {
+namespace {
+
+using test::DescriptionOf;
+using test::NumberOf;
+using DatabaseTest = test::SettingsFileTest;
+
+TEST_F(DatabaseTest, KeepsTheTypesOfItsColumns) {
+  CreateFile();
+  const Date day = Date::FromCivil(2024, 2, 5);
+  {
+    const auto connection = Connect();
+    const auto records = Open(*connection, "Sets", LockType::kOptimistic);
+    AddRow(*records, {{"setname", "מכירות"},
+                      {"CAPTION", ""},
+                      {"Count", int16_t{-7}},
+                      {"From", day},
+                      {"Flag", true}});
+    AddRow(*records, {{"SetName", "empty"}, {"Count", Null{}}, {"From", "5/2/2024"}});
+    AddRow(*records, {{"SetName", "zero"}, {"From", Date{}}});
+    EXPECT_EQ(records->RecordCount(), 3);
+  }
+  const auto connection = Connect();
+  const auto records = Open(*connection, "select * from SETS");
+  ASSERT_EQ(records->RecordCount(), 3);
+  EXPECT_EQ(records->FieldCount(), 6);
+  EXPECT_EQ(records->FieldName(5), "Flag");
+  const std::vector<std::vector<Value>> rows = {{"מכירות", "", Null{}, int32_t{-7}, day, true},
+                                                {"empty", Null{}, Null{}, Null{}, day, false},
+                                                {"zero", Null{}, Null{}, Null{}, Date{}, false}};
+  for (const auto& row : rows) {
+    for (int32_t field = 0; field < 6; ++field) {
+      EXPECT_EQ(records->Field(field), row[static_cast<std::size_t>(field)]) << field;
+    }
+    records->MoveNext();
+  }
+  EXPECT_TRUE(records->EndOfFile());
+}
+
+TEST_F(DatabaseTest, TakesWhatFitsAndNoMore) {
+  CreateFile();
+  const auto connection = Connect();
+  const auto records = Open(*connection, "Sets", LockType::kOptimistic);
+  const auto text = [](std::size_t length) { return std::string(length, 'x'); };
+  const struct {
+    const char* field;
+    Value value;
+    int32_t number = 0;
+  } rows[] = {
+      {"SetName", text(255)},
+      {"SetName", text(256), failure_number::kColumnOverflow},
+      {"Caption", text(255)},
+      {"Caption", text(256), failure_number::kColumnOverflow},
+      {"Short", "א"},
+      {"Short", "אב"},
+      {"Short", "😀"},
+      {"Short", "אבג", failure_number::kColumnOverflow},
+      {"Short", "a😀", failure_number::kColumnOverflow},
+      {"Count", 2147483647.0},
+      {"Count", 2147483648.0, failure_number::kOverflow},
+      {"Count", -2147483648.0},
+      {"Count", -2147483649.0, failure_number::kOverflow},
+      {"Count", "many", failure_number::kTypeMismatch},
+      {"From", Date::FromCivil(100, 1, 1)},
+      {"From", Date{Date::FromCivil(100, 1, 1).serial - 1}, failure_number::kColumnOverflow},
+      {"From", Date::FromCivil(9999, 12, 31)},
+      {"From", Date::FromCivil(10000, 1, 1), failure_number::kColumnOverflow},
+      {"From", Date{std::numeric_limits<double>::quiet_NaN()}, failure_number::kColumnOverflow},
+      {"From", "31/2/2024", failure_number::kTypeMismatch},
+      {"Flag", "maybe", failure_number::kTypeMismatch},
+      {"Nothing", 1.0, failure_number::kItemNotFound},
+  };
+  records->AddNew();
+  for (const auto& row : rows) {
+    EXPECT_EQ(NumberOf([&] { records->SetField(row.field, row.value); }), row.number) << row.field;
+  }
+  EXPECT_EQ(records->Field("Short"), Value("😀")) << "before the update already";
+  records->Update();
+  const auto again = Open(*connection, "Sets");
+  EXPECT_EQ(again->Field("SetName").ToText().size(), 255U);
+  EXPECT_EQ(again->Field("Short"), Value("😀"));
+  EXPECT_EQ(again->Field("From"), Value(Date::FromCivil(9999, 12, 31)));
+}
+
+TEST_F(DatabaseTest, KeysAreUniqueWithoutRegardToCase) {
+  CreateFile();
+  const auto connection = Connect();
+  for (const auto& [name, twin] : std::vector<std::pair<std::string, std::string>>{
+           {"Sales", "SALES"}, {"Продажи", "ПРОДАЖИ"}, {"Σίσυφος", "ΣΊΣΥΦΟΣ"}, {"", ""}}) {
+    Add(*connection, name);
+    const auto twice = [&, name = twin] { Add(*connection, name); };
+    EXPECT_EQ(NumberOf(twice), failure_number::kIntegrity) << twin;
+  }
+  const auto records = Open(*connection, "Sets", LockType::kOptimistic);
+  records->AddNew();
+  EXPECT_EQ(NumberOf([&] { records->Update(); }), failure_number::kIntegrity);
+  EXPECT_EQ(Names(*connection, "Sets").size(), 4U);
+}
+
+TEST_F(DatabaseTest, SelectsAndDeletesByName) {
+  CreateFile();
+  const auto connection = Connect();
+  for (const char* name : {"2024", "b2023", "A", "продажи", "x[1]"}) Add(*connection, name, "cap");
+  using Names = std::vector<std::string>;
+  const auto names = [&](const std::string& source) { return this->Names(*connection, source); };
+  EXPECT_EQ(names("select * from Sets "), (Names{"2024", "b2023", "A", "продажи", "x[1]"}));
+  EXPECT_EQ(names("select setname from sets where SETNAME like '*202#'"), (Names{"2024", "b2023"}));
+  EXPECT_EQ(names("select Caption from Sets where SetName like 'a'"), (Names{"cap"}));
+  EXPECT_EQ(names("select * from Sets where SetName like 'ПРОДАЖИ'"), (Names{"продажи"}));
+  EXPECT_EQ(names("select * from Sets where Short like '*'"), Names{});
+  Add(*connection, "it's *");
+  EXPECT_EQ(names("select * from Sets where SetName = 'IT''S *'"), (Names{"it's *"}));
+  EXPECT_EQ(names("select * from Sets where SetName = 'ПРОДАЖИ'"), (Names{"продажи"}));
+  EXPECT_EQ(names("select * from Sets where SetName = 'x*'"), Names{});
+  EXPECT_EQ(names("select SetName from Sets where Caption = 'cap'").size(), 5U);
+  Run(*connection, "delete * from Sets where SetName = '*'");
+  Run(*connection, "delete * from Sets where SetName = 'it''s *'");
+  Run(*connection, "delete * from Sets where setname like 'none'");
+  Run(*connection, "DELETE * FROM Sets WHERE setname LIKE 'B2023'");
+  Run(*connection, "delete from Sets where setname like 'x[[]1]'");
+  EXPECT_EQ(names("Sets"), (Names{"2024", "A", "продажи"}));
+  Run(*connection, "delete * from Sets");
+  EXPECT_EQ(names("Sets"), Names{});
+}
+
+TEST_F(DatabaseTest, FailuresCarryTheProvidersNumbers) {
+  namespace number = failure_number;
+  CreateFile();
+  const auto connection = Connect();
+  const std::vector<std::pair<std::string, int32_t>> statements = {
+      {"select * from None", number::kNoTable},
+      {"None", number::kNoTable},
+      {"vok_columns", number::kNoTable},
+      {"sqlite_schema", number::kNoTable},
+      {"select None from Sets", number::kNoColumn},
+      {"select * from Sets where None like 'a'", number::kNoColumn},
+      {"select * from Sets where Count like '1'", number::kWrongColumnType},
+      {"select * from Sets where Count = '1'", number::kWrongColumnType},
+      {"select * from Sets where SetName like '[a'", number::kSyntax},
+      {"select * from Sets where SetName like 'O'Neil'", number::kSyntax},
+  };
+  for (const auto& [text, expected] : statements) {
+    EXPECT_EQ(NumberOf([&, text = text] { Open(*connection, text); }), expected) << text;
+    EXPECT_EQ(NumberOf([&, text = text] { Run(*connection, text); }), expected) << text;
+  }
+  EXPECT_EQ(NumberOf([&] { Open(*connection, "delete * from Sets"); }), number::kSyntax);
+
+  const auto records = Open(*connection, "Sets");
+  EXPECT_EQ(NumberOf([&] { records->MoveFirst(); }), number::kNoCurrentRecord);
+  EXPECT_EQ(NumberOf([&] { records->MoveNext(); }), number::kNoCurrentRecord);
+  EXPECT_EQ(NumberOf([&] { records->Field(0); }), number::kNoCurrentRecord);
+  EXPECT_EQ(NumberOf([&] { records->Field(6); }), number::kItemNotFound);
+  EXPECT_EQ(NumberOf([&] { records->Field(-1); }), number::kItemNotFound);
+  EXPECT_EQ(NumberOf([&] { records->Field("None"); }), number::kItemNotFound);
+  EXPECT_EQ(NumberOf([&] { records->AddNew(); }), number::kFeatureNotAvailable);
+  EXPECT_EQ(NumberOf([&] { records->SetField("SetName", "x"); }), number::kFeatureNotAvailable);
+  records->Close();
+  EXPECT_EQ(NumberOf([&] { records->RecordCount(); }), number::kObjectClosed);
+  EXPECT_EQ(NumberOf([&] { records->Close(); }), number::kObjectClosed);
+  EXPECT_EQ(NumberOf([&] { connection->CommitSave(); }), number::kInvalidCall);
+  connection->Close();
+  EXPECT_EQ(NumberOf([&] { connection->Close(); }), number::kObjectClosed);
+  EXPECT_EQ(NumberOf([&] { Open(*connection, "Sets"); }), number::kObjectClosed);
+  EXPECT_EQ(NumberOf([&] { connection->BeginSave(); }), number::kObjectClosed);
+  EXPECT_EQ(NumberOf([&] { database_.NewCommand()->Execute(-1); }), number::kObjectClosed);
+  EXPECT_EQ(NumberOf([&] { database_.NewCatalog()->TableNames(); }), number::kObjectClosed);
+}
+
+TEST_F(DatabaseTest, DetachedRowsOutliveTheirConnection) {
+  CreateFile();
+  auto connection = Connect();
+  Add(*connection, "a");
+  const auto detached = Open(*connection, "Sets");
+  detached->SetActiveConnection(nullptr);
+  const auto attached = Open(*connection, "Sets", LockType::kOptimistic);
+  attached->AddNew();
+  connection.reset();
+  EXPECT_EQ(detached->RecordCount(), 1);
+  EXPECT_EQ(detached->Field("SetName"), Value("a"));
+  attached->SetField("SetName", "b");
+  EXPECT_EQ(NumberOf([&] { attached->Update(); }), failure_number::kObjectClosed);
+}
+
+TEST_F(DatabaseTest, SavesHoldAltogetherOrNotAtAll) {
+  CreateFile();
+  const auto connection = Connect();
+  Add(*connection, "old");
+  connection->BeginSave();
+  Run(*connection, "delete * from Sets");
+  Add(*connection, "new");
+  EXPECT_EQ(Names(*connection, "Sets"), std::vector<std::string>{"new"});
+  EXPECT_EQ(Names(*Connect(), "Sets"), std::vector<std::string>{"old"});
+  connection->RollbackSave();
+  EXPECT_EQ(Names(*connection, "Sets"), std::vector<std::string>{"old"});
+  connection->RollbackSave();
+  connection->BeginSave();
+  Run(*connection, "delete * from Sets");
+  Add(*connection, "new");
+  connection->CommitSave();
+  EXPECT_EQ(Names(*Connect(), "Sets"), std::vector<std::string>{"new"});
+
+  const auto records = Open(*connection, "Sets", LockType::kOptimistic);
+  records->AddNew();
+  records->SetField("SetName", "dropped");
+  records->Close();
+  EXPECT_EQ(Names(*connection, "Sets"), std::vector<std::string>{"new"});
+}
+
+TEST_F(DatabaseTest, StructureGrowsUnderItsRows) {
+  CreateFile();
+  const auto connection = Connect();
+  Add(*connection, "old");
+  const auto catalog = database_.NewCatalog();
+  catalog->SetActiveConnection(*connection);
+  catalog->AppendTable({"Quote\"d [x]", {{"a", ColumnType::kText, 255, false}}});
+  EXPECT_EQ(catalog->TableNames(), (std::vector<std::string>{"Sets", "Quote\"d [x]"}));
+  EXPECT_EQ(catalog->ColumnCount("SETS"), 6);
+  catalog->AppendColumn("sets", {"IsNew", ColumnType::kBoolean, 0, false});
+  catalog->AppendColumn("sets", {"Qty", ColumnType::kText, 0, false});
+  catalog->AppendColumn("sets", {"Note", ColumnType::kText, 0, true});
+  EXPECT_EQ(catalog->ColumnCount("Sets"), 9);
+  const auto records = Open(*connection, "Sets");
+  EXPECT_EQ(records->Field("IsNew"), Value(false));
+  EXPECT_EQ(records->Field("Qty"), Value(""));
+  EXPECT_EQ(records->Field("Note"), Value(Null{}));
+
+  namespace number = failure_number;
+  EXPECT_EQ(NumberOf([&] { catalog->ColumnCount("None"); }), number::kItemNotFound);
+  EXPECT_EQ(NumberOf([&] { catalog->AppendTable({"sets", {{"a"}}}); }), number::kObjectExists);
+  EXPECT_EQ(NumberOf([&] { catalog->AppendColumn("Sets", {"QTY"}); }), number::kObjectExists);
+  EXPECT_EQ(NumberOf([&] { catalog->AppendColumn("None", {"a"}); }), number::kItemNotFound);
+  const IndexDefinition taken{"primarykey", "SetName"};
+  EXPECT_EQ(NumberOf([&] { catalog->AppendIndex("Sets", taken); }), number::kObjectExists);
+  const IndexDefinition lost{"Lost", "None"};
+  EXPECT_EQ(NumberOf([&] { catalog->AppendIndex("Sets", lost); }), number::kItemNotFound);
+  catalog->AppendIndex("Sets", {"NameId", "SetName"});
+}
+
+TEST_F(DatabaseTest, OpensOnlyWhatIsThereAndCreatesOnlyWhatIsNot) {
+  EXPECT_EQ(NumberOf([&] { Connect(); }), failure_number::kUnspecified);
+  EXPECT_NE(DescriptionOf([&] { Connect(); }).find(path_), std::string::npos);
+  EXPECT_FALSE(std::filesystem::exists(path_));
+  CreateFile();
+  EXPECT_EQ(NumberOf([&] { CreateFile(); }), failure_number::kUnspecified);
+  const auto connection = Connect();
+  EXPECT_EQ(Names(*connection, "Sets"), std::vector<std::string>{});
+  const auto second = database_.NewConnection();
+  second->Open(connection->ConnectionString(), "", "", -1);
+  EXPECT_EQ(NumberOf([&] { second->Open(text_, "", "", -1); }), failure_number::kInvalidCall);
+  EXPECT_EQ(NumberOf([&] { second->SetCommandTimeout(-1); }), failure_number::kInvalidCall);
+}
+
+}  // namespace
+}  // namespace vok

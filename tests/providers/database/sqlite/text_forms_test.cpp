@@ -1,0 +1,146 @@
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "providers/database/sqlite/connection_text.h"
+#include "providers/database/sqlite/like_pattern.h"
+#include "providers/database/sqlite/statement.h"
+#include "tests/providers/database/sqlite/settings_file.h"
+
+namespace vok {
+namespace {
+
+using test::DescriptionOf;
+using test::NumberOf;
+
+TEST(ConnectionText, NamesTheFileAndHoldsNothingUnknown) {
+  const std::string jet = "Provider=Microsoft.Jet.OLEDB.4.0;";
+  const std::vector<std::pair<std::string, std::string>> good = {
+      {jet + ";Data Source=C:\\s\\a.mdb", "C:\\s\\a.mdb"},
+      {jet + "Data Source=a.mdb;Jet OLEDB:Database Password=;Jet OLEDB:Engine Type=5;", "a.mdb"},
+      {" PROVIDER = microsoft.jet.oledb.4.0 ; data source =  my file.mdb ;; ", "my file.mdb"},
+      {jet + "Data Source=\"a;b\"\"c.mdb\" ;User ID=Admin", "a;b\"c.mdb"},
+      {jet + "Data Source='it''s.mdb'", "it's.mdb"},
+      {jet + "Data Source=a=b.mdb", "a=b.mdb"},
+  };
+  for (const auto& [text, source] : good) {
+    EXPECT_EQ(ParseConnectionText(text).data_source, source) << text;
+    const auto again = ParseConnectionText(ParseConnectionText(text).ToText());
+    EXPECT_EQ(again.data_source, source) << text;
+  }
+  for (const std::string text : {"", "Data Source=a.mdb", "Provider=MSOLAP;Data Source=a.cub"}) {
+    EXPECT_EQ(NumberOf([&] { ParseConnectionText(text); }), failure_number::kProviderNotFound);
+  }
+  for (const std::string rest : {"", "Data Source=", "Data Source", "=a.mdb", "Data Source=\"a.mdb",
+                                 "Data Source=\"a.mdb\"b", "Data Source=a.mdb;Colour=red",
+                                 "Data Source=a.mdb;Jet OLEDB:Database Password=x"}) {
+    EXPECT_EQ(NumberOf([&] { ParseConnectionText(jet + rest); }), failure_number::kUnspecified)
+        << rest;
+  }
+}
+
+/// Such as "select [a] [b] from [t] where [n] like [pattern]".
+std::string Shown(const Statement& statement) {
+  std::string text = statement.kind == Statement::Kind::kSelect ? "select" : "delete";
+  for (const std::string& column : statement.columns) text += " [" + column + "]";
+  text += " from [" + statement.table + "]";
+  if (!statement.filter) return text;
+  const auto& [column, sought, is_pattern] = *statement.filter;
+  return text + " where [" + column + (is_pattern ? "] like [" : "] = [") + sought + "]";
+}
+
+TEST(Statement, ReadsTheFormsThatSettingsUse) {
+  const std::pair<const char*, const char*> rows[] = {
+      {" [My Sets] ; ", "select from [My Sets]"},
+      {"SELECT * FROM Periods ", "select from [Periods]"},
+      {"Select [a b] ,\r\n c\tFrom t;", "select [a b] [c] from [t]"},
+      {"SELECT * FROM t WHERE n LiKe ''", "select from [t] where [n] like []"},
+      {"select*from t where n like'דוח \"1\"; --'  ",
+       "select from [t] where [n] like [דוח \"1\"; --]"},
+      {"delete * from t WHERE setname like 'a*'", "delete from [t] where [setname] like [a*]"},
+      {"DELETE FROM Periods", "delete from [Periods]"},
+      {"delete * from t where n='it''s''x'", "delete from [t] where [n] = [it's'x]"},
+      {"select * from t where n = '' ;", "select from [t] where [n] = []"},
+  };
+  for (const auto& [text, shown] : rows) EXPECT_EQ(Shown(ParseStatement(text)), shown);
+}
+
+TEST(Statement, SaysWhereItStopsUnderstanding) {
+  const std::vector<std::pair<std::string, std::string>> bad = {
+      {"", "character 1: select, delete or a table's name"},
+      {"1Periods", "character 1: select, delete"},
+      {"[Periods", "character 2: the closing bracket"},
+      {"Periods where n like 'a'", "character 9: the end"},
+      {"select from t", "character 13: \"from\""},
+      {"select * from", "character 14: a table's name"},
+      {"select * from t where", "character 22: a column's name"},
+      {"select * from t where n > 'a'", "character 25: \"like\" or \"=\""},
+      {"select * from t where n = 'a''", "character 31: the closing single quote"},
+      {"select * from t where n like a", "character 30: a text in single quotes"},
+      {"select * from t where n like 'a", "character 31: the closing single quote"},
+      {"select * from t where n like 'a''b'", "character 33: the end"},
+      {"select * from t where n like 'a' or 1", "character 34: the end"},
+      {"select * from דוח דוח", "character 19: the end"},
+      {std::string(kLongestStatement + 1, 'x'), "at most 64000 bytes"},
+  };
+  for (const auto& [text, words] : bad) {
+    const auto parse = [&text = text] { ParseStatement(text); };
+    EXPECT_EQ(NumberOf(parse), failure_number::kSyntax) << text;
+    EXPECT_NE(DescriptionOf(parse).find(words), std::string::npos) << DescriptionOf(parse);
+  }
+  EXPECT_EQ(ParseStatement(std::string(kLongestStatement, 'x')).table.size(), kLongestStatement);
+}
+
+TEST(LikePattern, MatchesAsJetDoes) {
+  using Texts = std::vector<const char*>;
+  const struct {
+    const char* pattern;
+    Texts matching, others;
+  } rows[] = {
+      {"Sales", {"SALES"}, {"Sales ", "Sale"}},
+      {"", {""}, {"a"}},
+      {"ПРОДАЖИ", {"продажи"}, {}},
+      {"straße", {"STRASSE"}, {}},
+      {"*", {"", "anything"}, {}},
+      {"*a*e*", {"Sales"}, {}},
+      {"*a*e", {}, {"Sales"}},
+      {"a*b*c", {"aXbYbZc"}, {"aXbYbZ"}},
+      {"**x**", {"x"}, {}},
+      {"?", {"א", "😀"}, {"", "ab"}},
+      {"П?", {"пя"}, {}},
+      {"201#", {"2019"}, {"201x", "201٣"}},
+      {"[a-c]x", {"BX"}, {"dx"}},
+      {"[!a-c]x", {"dx"}, {"bx"}},
+      {"[א-ת]", {"ג"}, {}},
+      {"[а-я]", {"Ж"}, {}},
+      {"[*]", {"*"}, {"x"}},
+      {"[[]a", {"[a"}, {}},
+      {"[?#]", {"#"}, {}},
+      {"a[]b", {"ab"}, {}},
+      {"[!]", {"!"}, {}},
+      {"[a-]", {"-"}, {}},
+      {"[-a]", {"-"}, {}},
+      {"]*", {"]x"}, {}},
+      {"a!", {"A!"}, {}},
+      {"[a!]", {"!"}, {}},
+      {"%", {}, {"Sales"}},
+      {"_", {}, {"S"}},
+      {"*\xFF", {"a\xFF"}, {}},
+  };
+  const IcuLocale locale("en_GB");
+  for (const auto& [text, matching, others] : rows) {
+    const LikePattern pattern(locale, text);
+    for (const char* match : matching) EXPECT_TRUE(pattern.Matches(match)) << text << match;
+    for (const char* other : others) EXPECT_FALSE(pattern.Matches(other)) << text << other;
+  }
+  std::string runs;
+  for (int run = 0; run < 50; ++run) runs += "*a";
+  EXPECT_FALSE(LikePattern(locale, runs + "b").Matches(std::string(2000, 'a'))) << "takes no ages";
+  for (const char* pattern : {"a[b", "[", "*[a-", "[z-a]"}) {
+    EXPECT_EQ(NumberOf([&] { LikePattern(locale, pattern); }), failure_number::kSyntax) << pattern;
+  }
+}
+
+}  // namespace
+}  // namespace vok

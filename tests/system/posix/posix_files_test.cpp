@@ -1,0 +1,338 @@
+#include "system/posix/posix_files.h"
+
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <sys/syscall.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <csignal>
+#include <filesystem>
+#include <functional>
+#include <string>
+
+#include "platform/failure.h"
+#include "system/posix/file_readers.h"
+#include "system/posix/temporary_file.h"
+#include "tests/support/failing_files.h"
+#include "tests/support/failures.h"
+#include "tests/support/temporary_folder.h"
+
+namespace {
+
+int folder_sync_error = 0;
+mode_t mode_seen_by_chown = 0;
+
+mode_t ModeOf(int file) {
+  struct stat status {};
+  ::fstat(file, &status);
+  return status.st_mode;
+}
+
+}  // namespace
+
+// In place of the C library's: the one fails for folders with the error that is set, the other
+// notes what a file's permissions are before they are made those of the file that it replaces.
+extern "C" int fsync(int file) {
+  if (folder_sync_error != 0 && S_ISDIR(ModeOf(file))) {
+    errno = folder_sync_error;
+    return -1;
+  }
+  return static_cast<int>(::syscall(SYS_fsync, file));
+}
+
+extern "C" int fchown(int file, uid_t owner, gid_t group) noexcept {
+  mode_seen_by_chown = ModeOf(file);
+  return static_cast<int>(::syscall(SYS_fchown, file, owner, group));
+}
+
+namespace vok {
+namespace {
+
+using test::FailureOf;
+using test::NumberOf;
+
+namespace fs = std::filesystem;
+namespace number = failure_number;
+
+class PosixFilesTest : public testing::Test {
+ protected:
+  std::string At(const std::string& name) const { return root_ + "\\" + name; }
+  std::string Text(const std::string& name) const { return ReadWholeFile(files_, At(name)); }
+  std::ptrdiff_t EntryCount() const {
+    return std::distance(fs::directory_iterator(root_), fs::directory_iterator());
+  }
+
+  /// What the act fails with for that user; in a process that ends, for there is no way back.
+  static int NumberAs(uid_t user, const std::function<void()>& act) {
+    const pid_t child = ::fork();
+    if (child == 0) ::_exit(::setuid(user) != 0 ? 200 : NumberOf(act));
+    int status = 0;
+    ::waitpid(child, &status, 0);
+    return WEXITSTATUS(status);
+  }
+
+  PosixFiles files_;
+  test::TemporaryFolder folder_;
+  std::string root_ = folder_.path();
+};
+
+TEST_F(PosixFilesTest, WritesReadsAndDeletesUnderBackslashedPaths) {
+  files_.CreateDirectory(At("Log"));
+  files_.CreateDirectory(At("Log"));
+  EXPECT_TRUE(files_.IsDirectory(root_ + "/Log"));
+  EXPECT_FALSE(files_.Exists(At("Log")));
+  files_.Append(At("Log\\a.txt"), "one\r\n");
+  files_.Append(At("Log\\a.txt"), "two");
+  EXPECT_EQ(Text("Log\\a.txt"), "one\r\ntwo");
+  const auto kept = files_.Open(At("Log\\a.txt"));
+  files_.Delete(At("Log\\a.txt"));
+  EXPECT_FALSE(files_.Exists(At("Log\\a.txt")));
+  std::string end(3, ' ');
+  kept->Read(5, std::as_writable_bytes(std::span(end)));
+  EXPECT_EQ(end, "two");
+  EXPECT_EQ(files_.NativePath("\\a\\b.mdb"), "/a/b.mdb");
+}
+
+TEST_F(PosixFilesTest, ReplacesTheWholeFileOrNothingWhereverAWriteGivesUp) {
+  WriteWholeFile(files_, At("out.xlsX"), "old");
+  ::chmod((root_ + "/out.xlsX").c_str(), 0640);
+  test::FailingFiles failing(files_, Failure(number::kDiskFull, "full"));
+  int failures = 0;
+  for (failing.fail_at = 1; Text("out.xlsX") == "old"; ++failing.fail_at) {
+    failing.calls = 0;
+    failures += NumberOf([&] { WriteWholeFile(failing, At("out.xlsX"), "new"); }) != 0 ? 1 : 0;
+    EXPECT_EQ(EntryCount(), 1);
+  }
+  EXPECT_EQ(failures, 3);
+  EXPECT_EQ(Text("out.xlsX"), "new");
+  EXPECT_EQ(fs::status(root_ + "/out.xlsX").permissions(), fs::perms{0640});
+}
+
+TEST_F(PosixFilesTest, ReplacesWhatASymbolicLinkLeadsTo) {
+  fs::create_directory(root_ + "/far");
+  WriteWholeFile(files_, At("far\\real"), "old");
+  for (const std::string name : {"real", "none"}) {
+    fs::create_symlink("far/" + name, root_ + "/link");
+    WriteWholeFile(files_, At("link"), "new");
+    EXPECT_TRUE(fs::is_symlink(root_ + "/link"));
+    EXPECT_EQ(Text("far\\" + name), "new");
+    files_.Delete(At("link"));
+  }
+  fs::create_symlink("loop", root_ + "/loop");
+  EXPECT_EQ(NumberOf([&] { files_.Replace(At("loop")); }), number::kBadFileName);
+}
+
+TEST_F(PosixFilesTest, SweepsWhatKilledProcessesLeftAndNothingElse) {
+  for (const char* name : {".vokcube-1-2.tmp.txt", ".vokcube-mine.tmp", "vokcube-1-2.tmp"}) {
+    files_.Append(At(name), "a person's");
+  }
+  fs::create_directory(root_ + "/.vokcube-3-0.tmp");
+  const auto before = EntryCount();
+  files_.Append(At(".vokcube-1-2.tmp"), "left by a process of another machine");
+  const pid_t writer = ::fork();
+  if (writer == 0) {
+    const auto file = files_.Replace(At("out.xlsX"));
+    ::raise(SIGSTOP);
+    ::_exit(0);
+  }
+  int status = 0;
+  ::waitpid(writer, &status, WUNTRACED);
+  EXPECT_EQ(EntryCount(), before + 1) << "the writer swept and has one of its own";
+  files_.Replace(At("other"));
+  EXPECT_EQ(EntryCount(), before + 1) << "it lives";
+  ::kill(writer, SIGKILL);
+  ::waitpid(writer, &status, 0);
+  EXPECT_EQ(EntryCount(), before + 1) << "it is dead";
+  files_.Replace(At("other"));
+  EXPECT_EQ(EntryCount(), before);
+}
+
+TEST_F(PosixFilesTest, RemovesItsOwnTemporariesWhenTheProcessIsToEnd) {
+  files_.Append(At("kept"), "old");
+  const auto open = files_.Replace(At("kept"));
+  WriteWholeFile(files_, At("done"), "new");
+  EXPECT_EQ(EntryCount(), 3);
+  RemoveTemporaries();
+  EXPECT_EQ(EntryCount(), 2);
+  EXPECT_NE(NumberOf([&] { open->Commit(); }), 0);
+  EXPECT_EQ(Text("kept"), "old");
+}
+
+TEST_F(PosixFilesTest, AFileIsThereThoughItsFolderCannotBeBroughtToTheDisk) {
+  const struct {
+    int error;
+    int32_t wanted;
+  } rows[] = {{0, 0}, {EACCES, 0}, {EINVAL, 0}, {EIO, number::kDeviceError}, {ENOSPC, 61}};
+  for (const auto& [error, wanted] : rows) {
+    WriteWholeFile(files_, At("out"), "old");
+    folder_sync_error = error;
+    const Failure failure = FailureOf([&] { WriteWholeFile(files_, At("out"), "new"); });
+    folder_sync_error = 0;
+    EXPECT_EQ(failure.number(), wanted);
+    EXPECT_EQ(failure.description().find("is in its place, whole") != std::string::npos,
+              wanted != 0);
+    EXPECT_EQ(Text("out"), "new");
+    EXPECT_EQ(EntryCount(), 1);
+  }
+}
+
+TEST_F(PosixFilesTest, ANewFileIsClosedToOthersFromTheStartWhereTheOldOneWas) {
+  WriteWholeFile(files_, At("secret"), "old");
+  ::chmod((root_ + "/secret").c_str(), 0600);
+  mode_seen_by_chown = 0;
+  WriteWholeFile(files_, At("secret"), "new");
+  EXPECT_EQ(mode_seen_by_chown & 0777, 0600U);
+  EXPECT_EQ(fs::status(root_ + "/secret").permissions(), fs::perms{0600});
+}
+
+TEST_F(PosixFilesTest, NeitherDeletesNorReplacesPipesAndDevices) {
+  const auto file = files_.Replace(At("out"));
+  ::mkfifo((root_ + "/out").c_str(), 0600);
+  fs::create_symlink("out", root_ + "/link");
+  for (const std::string name : {"out", "link"}) {
+    EXPECT_EQ(NumberOf([&] { files_.Delete(At(name)); }), number::kPathAccess);
+    EXPECT_EQ(NumberOf([&] { files_.Replace(At(name)); }), number::kPathAccess);
+  }
+  EXPECT_EQ(NumberOf([&] { file->Commit(); }), number::kPathAccess) << "made meanwhile";
+  EXPECT_TRUE(fs::is_fifo(root_ + "/out"));
+}
+
+TEST_F(PosixFilesTest, WhereAnyoneCanMakeFilesThoseOfOthersAreNeitherFollowedNorReplaced) {
+  if (::geteuid() != 0) GTEST_SKIP() << "needs files of several users";
+  constexpr uid_t kOther = 12345, kUser = 65534;
+  ::chmod(root_.c_str(), 01777);
+  fs::create_directory(root_ + "/own");
+  EXPECT_EQ(::chown((root_ + "/own").c_str(), kUser, kUser), 0);
+  const auto make_link = [&](const std::string& name, uid_t owner) {
+    fs::create_symlink("own/target", root_ + "/" + name);
+    EXPECT_EQ(::lchown((root_ + "/" + name).c_str(), owner, owner), 0);
+  };
+  make_link("foreign", kOther);
+  make_link("mine", kUser);
+  make_link("owners", 0);
+  files_.Append(At("shared"), "old");
+  EXPECT_EQ(::chown((root_ + "/shared").c_str(), kOther, kOther), 0);
+  ::chmod((root_ + "/shared").c_str(), 0666);
+  const struct {
+    const char* name;
+    int32_t wanted;
+  } rows[] = {{"foreign", number::kPermissionDenied},
+              {"mine", 0},
+              {"owners", 0},
+              {"shared", number::kPermissionDenied}};
+  for (const auto& [name, wanted] : rows) {
+    EXPECT_EQ(NumberAs(kUser, [&] { files_.Replace(At(name)); }), wanted) << name;
+  }
+}
+
+TEST_F(PosixFilesTest, SaysWhatFailedOnWhichFile) {
+  files_.CreateDirectory(At("folder"));
+  files_.Append(At("file"), "x");
+  ::mkfifo((root_ + "/pipe").c_str(), 0600);
+  const std::string long_name(300, 'n');
+  const auto open = [&](const std::string& path) { files_.Open(path); };
+  const auto replace = [&](const std::string& path) { files_.Replace(path); };
+  const auto append = [&](const std::string& path) { files_.Append(path, "x"); };
+  const auto remove = [&](const std::string& path) { files_.Delete(path); };
+  const auto create = [&](const std::string& path) { files_.CreateDirectory(path); };
+  const auto modified = [&](const std::string& path) { files_.LastModified(path); };
+  const auto change = [&](const std::string& path) { files_.ChangeDirectory(path); };
+  const struct {
+    int32_t wanted;
+    std::string name;
+    std::function<void(const std::string&)> action;
+  } rows[] = {
+      {number::kFileNotFound, "none", open},       {number::kPathNotFound, "no\\none", open},
+      {number::kPathNotFound, "file\\x", open},    {number::kPathAccess, "folder", open},
+      {number::kPathAccess, "pipe", open},         {number::kPathAccess, "folder", replace},
+      {number::kPathAccess, "pipe", replace},      {number::kPathNotFound, "no\\out", replace},
+      {number::kPathAccess, "folder", append},     {number::kPathNotFound, "no\\log", append},
+      {number::kBadFileName, long_name, append},   {number::kFileNotFound, "none", remove},
+      {number::kPathAccess, "folder", remove},     {number::kFileExists, "file", create},
+      {number::kPathNotFound, "no\\deep", create}, {number::kFileNotFound, "none", modified},
+      {number::kPathNotFound, "no\\none", change}, {number::kPathNotFound, "file", change},
+  };
+  for (const auto& [wanted, name, action] : rows) {
+    const Failure failure = FailureOf([&, &act = action, &file = name] { act(At(file)); });
+    EXPECT_EQ(failure.number(), wanted) << failure.description();
+    EXPECT_NE(failure.description().find(files_.NativePath(name)), std::string::npos);
+  }
+  for (const std::string& path : {std::string(), At(std::string("file\0x", 6))}) {
+    EXPECT_EQ(NumberOf([&] { files_.Delete(path); }), number::kBadFileName);
+    EXPECT_FALSE(files_.Exists(path));
+  }
+  EXPECT_TRUE(files_.Exists(At("file")));
+}
+
+TEST_F(PosixFilesTest, KnowsWhetherOthersCanReadAFile) {
+  files_.CreateDirectory(At("folder"));
+  files_.Append(At("folder\\Qel.ini"), "x");
+  const std::string folder = root_ + "/folder";
+  const std::string file = folder + "/Qel.ini";
+  const struct {
+    mode_t folder, file;
+    bool readable;
+  } rows[] = {{0755, 0644, true}, {0755, 0640, true}, {0755, 0600, false}, {0700, 0644, false}};
+  for (const auto& [folder_mode, file_mode, readable] : rows) {
+    ::chmod(folder.c_str(), folder_mode);
+    ::chmod(file.c_str(), file_mode);
+    EXPECT_EQ(AdviceOnReaders(file), readable ? "chmod 600 " + file : "") << file_mode;
+  }
+  EXPECT_EQ(AdviceOnReaders(folder + "/none"), "");
+}
+
+TEST_F(PosixFilesTest, KnowsWhenAFileChanged) {
+  files_.Append(At("file"), "x");
+  ::setenv("TZ", "Asia/Jerusalem", 1);
+  ::tzset();
+  const timespec times[2] = {{1707141600, 0}, {1707141600, 0}};  // 5 February 2024, 14:00 UTC
+  ::utimensat(AT_FDCWD, (root_ + "/file").c_str(), times, 0);
+  EXPECT_DOUBLE_EQ(files_.LastModified(At("file")).serial,
+                   Date::FromCivil(2024, 2, 5).serial + 16.0 / 24);
+}
+
+TEST_F(PosixFilesTest, AFullDiskOrMissingRightsLeaveTheOldFile) {
+  const auto few_bytes = [] {
+    ::signal(SIGXFSZ, SIG_IGN);
+    const rlimit small{1000, 1000};
+    return ::setrlimit(RLIMIT_FSIZE, &small);
+  };
+  const auto drop_rights = [] { return ::geteuid() == 0 ? ::setuid(65534) : 0; };
+  const auto replace = [&] { WriteWholeFile(files_, At("kept"), std::string(5000, 'x')); };
+  const auto append = [&] { files_.Append(At("more"), "x"); };
+  const auto add = [&] { WriteWholeFile(files_, At("more"), "x"); };
+  const auto look = [&] { files_.Exists(At("kept")); };
+  const struct {
+    mode_t folder;
+    mode_t file;
+    std::function<int()> prepare;
+    std::function<void()> action;
+    int32_t wanted;
+  } rows[] = {
+      {0777, 0644, few_bytes, replace, number::kDiskFull},
+      {0777, 0444, drop_rights, replace, number::kPermissionDenied},
+      {0555, 0444, drop_rights, append, number::kPermissionDenied},
+      {0555, 0444, drop_rights, add, number::kPermissionDenied},
+      {0644, 0644, drop_rights, look, number::kPermissionDenied},
+  };
+  WriteWholeFile(files_, At("kept"), "old");
+  for (const auto& row : rows) {
+    ::chmod((root_ + "/kept").c_str(), row.file);
+    ::chmod(root_.c_str(), row.folder);
+    const pid_t child = ::fork();  // what is given up there stays with the tests
+    if (child == 0) ::_exit(row.prepare() != 0 ? 200 : NumberOf(row.action));
+    int status = 0;
+    ::waitpid(child, &status, 0);
+    EXPECT_EQ(WEXITSTATUS(status), row.wanted);
+    EXPECT_EQ(Text("kept"), "old");
+    EXPECT_EQ(EntryCount(), 1);
+  }
+  ::chmod(root_.c_str(), 0777);
+}
+
+}  // namespace
+}  // namespace vok

@@ -1,0 +1,72 @@
+#include "system/windows/windows_message_boxes.h"
+
+#include <gtest/gtest.h>
+
+#include <thread>
+
+#include "system/windows/system_header.h"
+#include "system/windows/utf16.h"
+
+namespace vok::windows {
+namespace {
+
+struct Seen {
+  std::wstring text;
+  bool help = false;
+};
+
+/// Waits for a box of the title, reads it and presses the button.
+Seen Press(const std::wstring& title, int button) {
+  constexpr int kMostLooks = 600;
+  constexpr int kTextOfBox = 0xFFFF;
+  for (int look = 0; look < kMostLooks; ++look) {
+    if (const HWND box = ::FindWindowW(L"#32770", title.c_str()); box != nullptr) {
+      wchar_t text[200] = L"";
+      ::GetDlgItemTextW(box, kTextOfBox, text, 200);
+      const Seen seen{text, ::GetDlgItem(box, IDHELP) != nullptr};
+      ::PostMessageW(box, WM_COMMAND, static_cast<WPARAM>(button), 0);
+      return seen;
+    }
+    ::Sleep(50);
+  }
+  return {};
+}
+
+TEST(WindowsMessageBoxes, ShowWhatTheyAreGivenAndTellTheButton) {
+  const struct {
+    vok::MessageBox box;
+    int button;
+    MessageAnswer answer;
+    bool help;
+  } rows[] = {
+      {{"Error : 1111", "Report א", MessageIcon::kCritical, MessageButtons::kOk, "", 0},
+       IDOK,
+       MessageAnswer::kOk,
+       false},
+      {{"Удалить?", "", MessageIcon::kQuestion, MessageButtons::kYesNo, "", 0},
+       IDNO,
+       MessageAnswer::kNo,
+       false},
+      {{"Save?", "Save", MessageIcon::kExclamation, MessageButtons::kYesNoCancel, "a.chm", 7},
+       IDCANCEL,
+       MessageAnswer::kCancel,
+       true},
+      {{"Go?", "Go", MessageIcon::kInformation, MessageButtons::kYesNo, "", 0},
+       IDYES,
+       MessageAnswer::kYes,
+       false},
+  };
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.box.text);
+    const std::wstring title = Utf16(row.box.title.empty() ? "VokCubeQ17" : row.box.title);
+    Seen seen;
+    std::thread user([&] { seen = Press(title, row.button); });
+    EXPECT_EQ(WindowsMessageBoxes().Show(row.box), row.answer);
+    user.join();
+    EXPECT_EQ(Utf8(seen.text), row.box.text);
+    EXPECT_EQ(seen.help, row.help);
+  }
+}
+
+}  // namespace
+}  // namespace vok::windows

@@ -1,0 +1,115 @@
+#include "ui/model/apply_language.h"
+
+#include <gtest/gtest.h>
+
+#include "tests/support/language_host.h"
+#include "texts/string_table.h"
+
+namespace vok {
+namespace {
+
+using enum ControlType;
+
+/// What a person sees of a control and its items.
+std::string Shown(const Control& control) {
+  std::string shown = control.Caption + "|" + control.ToolTipText;
+  for (const ControlItem& item : control.Items) {
+    shown += "|" + item.Caption + "," + item.Text + "," + item.ToolTipText;
+  }
+  return shown;
+}
+
+class ApplyLanguageTest : public testing::Test {
+ protected:
+  ApplyLanguageTest() {
+    host.SetTable({{1205, 1, "OBS!"}, {1280, 1, "Tip!"}, {1260, 1, "File!"}, {1000, 1, "Window!"}});
+  }
+  void Load(Form& form) { LoadTexts(host.host, publics, form); }
+
+  test::LanguageHost host;
+  Publics publics;
+};
+
+TEST_F(ApplyLanguageTest, EachTypeOfControlTakesItsTextsFromItsOwnPlace) {
+  const std::string own = StringTableText(1201) + "|";
+  const std::vector<ControlItem> items = {{"1205", "x", "x", "1280"}, {"", "y", "y", "tip"}};
+  struct {
+    ControlType type;
+    const char *tag, *caption, *tip;
+    std::string shown;
+    std::vector<ControlItem> items = {};
+  } const cases[] = {
+      {kLabel, "1205", "x", "1280", "OBS!|1280"},
+      {kLabel, "1201", "x", "", own},
+      {kLabel, "1999", "x", "", "1999|"},
+      {kLabel, "0", "x", "", "0|"},
+      {kLabel, "", "x", "", "x|"},
+      {kCommandButton, "1205", "x", "1280", "OBS!|Tip!"},
+      {kCommandButton, "0", "x", "0", "x|0"},
+      {kCommandButton, "b", "x", "tip", "x|tip"},
+      {kCommandButton, "-5", "x", "", "x|"},
+      {kCheckBox, "1205", "x", "", "OBS!|"},
+      {kFrame, " 1205 x", "x", "", "OBS!|"},
+      {kTextBox, "0", "", "", "|"},
+      {kTextBox, "1205", "", "1280", "|Tip!"},
+      {kMenu, "1205", "1260", "", "File!|"},
+      {kMenu, "1205", "-", "", "-|"},
+      {kTabStrip, "", "x", "", "x||OBS!,x,Tip!|y,y,tip", items},
+      {kToolbar, "", "", "", "||x,x,Tip!|y,y,tip", items},
+      {kListView, "", "", "", "||x,OBS!,1280|y,y,tip", items},
+  };
+  for (const auto& c : cases) {
+    Form form("frm", "1000");
+    form.Add({"before", kLabel, kNoIndex, "no number"});
+    form.Add({"a", c.type, kNoIndex, c.tag, c.caption, c.tip, "text"}).Items = c.items;
+    form.Add({"after", kLabel, kNoIndex, "1205"});
+    Load(form);
+    EXPECT_EQ(Shown(form.At("a")), c.shown) << TypeName(c.type) << c.tag;
+    EXPECT_EQ(form.Text("a") + form.At("after").Caption, "textOBS!") << "the walk goes on";
+  }
+}
+
+TEST_F(ApplyLanguageTest, TheWindowTakesItsOwnTextAndGivesItsFontToItsControls) {
+  Form form("frm", "1000");
+  form.Font = {"Designed", 12};
+  form.Add({"a", kLabel, kNoIndex, "1205"}).Font = {"Other", 8};
+  Load(form);
+  EXPECT_EQ(form.Caption, StringTableText(1000)) << "not the table's text";
+  EXPECT_EQ(form.Font, (Font{"Designed", 12})) << "there are no texts 20 and 21";
+  EXPECT_EQ(form.At("a").Font, form.Font);
+
+  form.Tag = "";
+  Load(form);
+  EXPECT_EQ(form.Caption, StringTableText(1000)) << "without a number it stays";
+}
+
+TEST_F(ApplyLanguageTest, EachLoadChoosesAnewAndTheMarkerDecidesTheSide) {
+  host.SetTable({{1205, 1, "one"}, {1205, 2, "two"}});
+  Form form("frm", "1000");
+  form.Add({"a", kLabel, kNoIndex, "1205"});
+  struct {
+    const char* ini;
+    int marker;
+    bool right_to_left;
+    std::string text;
+  } const cases[] = {{"0", 0, false, "one"}, {"1", 1, true, "two"}, {"1", 2, false, "two"}};
+  for (const auto& [ini, marker, right_to_left, text] : cases) {
+    host.SetIni(ini);
+    publics.language.RightToLeftMarker = marker;
+    form.RightToLeft = !right_to_left;
+    Load(form);
+    EXPECT_EQ(form.At("a").Caption, text);
+    EXPECT_EQ(form.RightToLeft, right_to_left) << marker;
+  }
+  host.memory.files.files.clear();
+  publics.language = {};
+  for (const bool designed : {true, false}) {
+    form.RightToLeft = designed;
+    Load(form);
+    EXPECT_EQ(form.At("a").Caption, StringTableText(1205));
+    EXPECT_EQ(form.RightToLeft, designed) << "without a table the window stays as designed";
+  }
+}
+
+}  // namespace
+}  // namespace vok

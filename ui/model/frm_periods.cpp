@@ -1,0 +1,312 @@
+#include "ui/model/frm_periods.h"
+
+#include <utility>
+
+#include "env/environment.h"
+#include "settings/edited_sets.h"
+#include "settings/reader.h"
+#include "settings/schema.h"
+#include "settings/writer.h"
+#include "texts/language.h"
+#include "texts/string_table.h"
+#include "texts/text_numbers.h"
+#include "ui/model/apply_language.h"
+#include "ui/model/messages.h"
+
+namespace vok {
+namespace {
+
+constexpr char kDataSource[] = "comboDataSource";
+constexpr char kPeriods[] = "ComboPeriods";
+constexpr char kUnnamedPeriods[] = "Periods";
+constexpr int kSetNameWidth = 30;
+constexpr int kPathWidth = 60;
+
+std::vector<std::string> Names(const Value::Array& values) {
+  std::vector<std::string> names;
+  for (const Value& value : values) {
+    if (!value.IsEmpty()) names.push_back(value.ToText());
+  }
+  return names;
+}
+
+ErrorReport ReportOf(const char* procedure) {
+  return {.FunctionName = procedure, .ModuleName = "FrmPeriods"};
+}
+
+}  // namespace
+
+FrmPeriods::FrmPeriods(const Host& host, Publics& publics, Toolkit& toolkit)
+    : services_{host, publics, toolkit},
+      form_("FrmPeriods", std::to_string(text_number::kMainWindow)),
+      source_(services_, form_),
+      dates_(services_, form_),
+      progress_(services_, form_),
+      result_(services_, form_),
+      source_set_(services_, form_, kDataSource,
+                  {.entered = [this] { return source_.Entered(); },
+                   .load = [this] { return source_.INIDataSource(""); },
+                   .save = [this] { return SaveSource(); },
+                   .unnamed =
+                       [this] {
+                         return GetLangString(services_.publics.language,
+                                              text_number::kSourceFrame);
+                       }}),
+      period_set_(services_, form_, kPeriods,
+                  {.entered = [this] { return dates_.Entered(); },
+                   .load = [this] { return LoadPeriodSet(""); },
+                   .save = [this] { return SavePeriods(); },
+                   .unnamed = [] { return std::string(kUnnamedPeriods); }}) {
+  AddControls();
+  AddMenus();
+  AddRules();
+}
+
+void FrmPeriods::AddControls() {
+  Panel window(form_);
+  source_.AddTo(window.Frame({0, 0}, "fraSource", text_number::kSourceFrame));
+  Panel periods = window.Frame({1, 0}, "fraPeriods", text_number::kPeriodsFrame);
+  form_.At("fraPeriods").Grows = true;
+  AddPeriods(periods);
+  Panel workbook = window.Frame({2, 0}, "fraWorkbook");
+  workbook.Label({0, 0}, "lblOutput", text_number::kWorkbook);
+  workbook
+      .Field({0, 1}, ControlType::kTextBox, "txtOutput", "lblOutput", kPathWidth,
+             text_number::kTipWorkbook)
+      .Grows = true;
+  workbook.Button({0, 2}, "cmdOutput", text_number::kBrowse);
+  Panel buttons = window.Frame({3, 0}, "fraButtons");
+  buttons.Button({0, 0}, "ComSaveSet", text_number::kSave);
+  buttons.Button({0, 1}, "cmdHelp", text_number::kHelp);
+  Control& run = buttons.Button({0, 2}, "cmdQuery", text_number::kRunQuery);
+  run.Default = run.Grows = run.AtEnd = true;
+  buttons.Button({0, 3}, "cmdClose", text_number::kClose).Cancel = true;
+  result_.AddTo(window, {0, 1, 1, 4});
+  progress_.AddTo(window, {4, 0, 2});
+}
+
+/// Money set n is measured in period n, so their fields share a row. Money set 0 is in no period.
+void FrmPeriods::AddPeriods(Panel panel) {
+  constexpr int kMeasureColumn = 6;
+  constexpr int kColumns = kMeasureColumn + 2;
+  Panel chooser = panel.Frame({0, 0, kColumns}, "fraPeriodSet");
+  chooser.Label({0, 0}, "lblPeriods", text_number::kPeriodSet);
+  chooser
+      .Field({0, 1}, ControlType::kComboBox, kPeriods, "lblPeriods", kSetNameWidth,
+             text_number::kTipPeriods)
+      .Grows = true;
+  chooser.Button({0, 2}, "cmdDeletePeriods", text_number::kDeletePeriods);
+  constexpr int kHeadings = 1;
+  dates_.AddHeadingsTo(panel, kHeadings);
+  panel.Label({kHeadings, kMeasureColumn, 2}, "lblMeasures", text_number::kMeasureOfMoneySet);
+  for (int number = 0; number < kMoneySetCount; ++number) {
+    const int row = kHeadings + 1 + number;
+    panel.Label({row, 0}, {"lblNumber", number}, 0).Caption = std::to_string(number);
+    if (number > 0) dates_.AddPeriodTo(panel, row, number - 1);
+    source_.AddMeasureTo(panel, {row, kMeasureColumn}, number);
+  }
+  Panel commands = panel.Frame({kHeadings + 1 + kMoneySetCount, 0, kColumns}, "fraCommands");
+  dates_.AddCommandsTo(commands);
+  commands.Button({0, 5}, "cmdOptions", text_number::kOptions);
+}
+
+void FrmPeriods::AddMenus() {
+  AddMenu(form_, "mnuFile", text_number::kMenuFile);
+  AddMenu(form_, "mnuSave", text_number::kMenuSave, "mnuFile").Shortcut = "Ctrl+S";
+  AddMenu(form_, "mnuRun", text_number::kMenuRun, "mnuFile").Shortcut = "F5";
+  AddMenu(form_, "mnuClose", text_number::kMenuClose, "mnuFile");
+  AddMenu(form_, "mnuPeriods", text_number::kMenuPeriods);
+  AddMenu(form_, "mnuAutoFill", text_number::kMenuAutoFill, "mnuPeriods");
+  AddMenu(form_, "mnuNamePeriods", text_number::kMenuNamePeriods, "mnuPeriods");
+  AddMenu(form_, "mnuClean", text_number::kMenuClean, "mnuPeriods");
+  AddMenu(form_, "mnuHelp", text_number::kMenuHelp);
+  AddMenu(form_, "mnuContents", text_number::kMenuContents, "mnuHelp").Shortcut = "F1";
+}
+
+void FrmPeriods::AddRules() {
+  const auto on_click = [this](const char* name, auto rule) {
+    form_.On(FormEvent::kClicked, name, [rule](int) { rule(); });
+  };
+  on_click("cmdDeleteSource", [this] { Delete(kDataSource, "DataSource"); });
+  on_click("cmdDeletePeriods", [this] { Delete(kPeriods, kUnnamedPeriods); });
+  on_click("cmdOutput", [this] { PickOutput(); });
+  on_click("cmdQuery", [this] { RunQuery(); });
+  on_click("ComSaveSet", [this] { SaveSettings(); });
+  on_click("cmdClose", [this] { Close(); });
+  on_click("cmdHelp", [this] {
+    services_.toolkit.ShowHelp(services_.host.files.NativePath(services_.publics.help_file));
+  });
+  constexpr std::pair<const char*, const char*> kSameAs[] = {{"mnuSave", "ComSaveSet"},
+                                                             {"mnuRun", "cmdQuery"},
+                                                             {"mnuClose", "cmdClose"},
+                                                             {"mnuAutoFill", "cmdAutoFill"},
+                                                             {"mnuNamePeriods", "cmdNamePeriods"},
+                                                             {"mnuClean", "cmdCleanDates"},
+                                                             {"mnuContents", "cmdHelp"}};
+  for (const auto& [menu, button] : kSameAs) {
+    on_click(menu, [this, button = button] { form_.Click(button); });
+  }
+}
+
+Value FrmPeriods::Initialize(std::string& DataBaseFileName) {
+  const Host& host = services_.host;
+  Environment& environment = services_.publics.environment;
+  FindSettingsFolder(host, environment);
+  CreateDB(host, environment, environment.SettingsFolder);
+  LoadTexts(host, services_.publics, form_);
+  title_ = form_.Caption + " [v" + clMe(host, services_.publics).Version() + "]";
+  for (const char* help : {"cmdHelp", "mnuContents"}) {
+    form_.At(help).Enabled = !services_.publics.help_file.empty();
+  }
+  dates_.Load();
+  ListSets();
+  form_.SetText("txtVarnelMDB", DataBaseFileName);
+  source_set_.MarkSaved();
+  period_set_.MarkSaved();
+  ShowTitle();
+  form_.Acted = [this] { ShowTitle(); };
+  return host.files.Exists(SettingsDatabase(environment.SettingsFolder));
+}
+
+void FrmPeriods::Show() { services_.toolkit.ShowModal(form_); }
+
+void FrmPeriods::ListSets() {
+  RunReported(services_, ReportOf("Form_Load"), [this] {
+    const Environment& environment = services_.publics.environment;
+    form_.SetList(kDataSource, Names(ListDataSources(services_.host, environment).names));
+    form_.SetList(kPeriods, Names(ListPeriodSets(services_.host, environment)));
+  });
+}
+
+bool FrmPeriods::SavePeriods() {
+  if (!period_set_.MayBeSaved()) return false;
+  return RunReported(services_,
+                     {.Extra = "Error saving settings",
+                      .FunctionName = "SavePeriods",
+                      .ModuleName = "FrmPeriods\""},
+                     [this] {
+                       PeriodSet set = dates_.Read();
+                       set.SetName = form_.Text(kPeriods);
+                       vok::SavePeriods(services_.host, services_.publics.environment, set);
+                       period_set_.MarkSaved();
+                     });
+}
+
+bool FrmPeriods::SaveSource() {
+  if (!source_set_.MayBeSaved() || !source_.SaveDataSourceInfo()) return false;
+  return RunReported(services_, ReportOf("SaveSettings"), [this] {
+    source_.SaveMoneyMeasures();
+    source_set_.MarkSaved();
+  });
+}
+
+bool FrmPeriods::SaveSettings() {
+  const bool periods = SavePeriods();
+  const bool source = SaveSource();
+  ListSets();
+  return periods && source;
+}
+
+bool FrmPeriods::LoadPeriodSet(const std::string& name) {
+  bool loaded = false;
+  RunReported(services_, ReportOf("LoadPeriodSet"), [&] {
+    const auto set = ReadEditedPeriods(services_.host, services_.publics.environment,
+                                       name.empty() ? form_.Text(kPeriods) : name);
+    if (!set) return;
+    dates_.Show(*set);
+    loaded = true;
+  });
+  return loaded;
+}
+
+void FrmPeriods::Delete(const char* combo, const char* kind) {
+  const std::string name = form_.Text(combo);
+  if (name.empty()) return;
+  const auto answer = ShowMessage(services_, StringTableText(text_number::kAskDelete) + name,
+                                  services_.host.component.product_name, MessageIcon::kQuestion,
+                                  MessageButtons::kYesNo);
+  if (answer != MessageAnswer::kYes) return;
+  const bool deleted = RunReported(services_, ReportOf("cmdDelete_Click"), [&] {
+    DeleteSet(services_.host, services_.publics.environment, name, kind);
+  });
+  if (deleted) {
+    form_.SetText(combo, "");
+    (combo == kDataSource ? source_set_ : period_set_).MarkSaved();
+  }
+  ListSets();
+}
+
+std::vector<std::string> FrmPeriods::ChangedSets() const {
+  std::vector<std::string> names;
+  for (const NamedSet* set : {&source_set_, &period_set_}) {
+    if (set->IsChanged()) names.push_back(set->Name());
+  }
+  return names;
+}
+
+void FrmPeriods::ShowTitle() {
+  form_.Caption = title_;
+  const char* before = " - *";
+  for (const std::string& name : ChangedSets()) {
+    form_.Caption += std::exchange(before, ", *") + name;
+  }
+}
+
+bool FrmPeriods::SaveIfWanted(int save, int leave) {
+  const auto changed = ChangedSets();
+  if (changed.empty()) return true;
+  const auto answer = AskWhetherToSave(services_, changed, save, leave);
+  return answer && (!*answer || SaveSettings());
+}
+
+void FrmPeriods::RunQuery() {
+  const std::string& output = form_.Text("txtOutput");
+  if (form_.Text(kDataSource).empty() || output.empty()) {
+    ShowMessage(services_, StringTableText(text_number::kNothingToRun),
+                services_.host.component.product_name, MessageIcon::kExclamation);
+    return;
+  }
+  if (!SaveIfWanted(text_number::kSaveAndRun, text_number::kRunAsSaved)) return;
+  ShowTitle();
+  std::string periods = form_.Text(kPeriods);
+  if (periods.empty()) periods = kUnnamedPeriods;
+  Value result;
+  const bool ran = RunReported(services_, ReportOf("cmdQuery_Click"), [&] {
+    result = progress_.Run(form_.Text(kDataSource), periods, output);
+  });
+  if (ran) ShowRunResult(*result.As<Value::Array>());
+}
+
+/// A failure without a message of its own has been shown by the run.
+void FrmPeriods::ShowRunResult(const Value::Array& parts) {
+  const std::string& title = services_.host.component.product_name;
+  const bool failed = parts.size() == 2;
+  result_.Show();
+  if (failed) {
+    const std::string message = parts[1].ToText();
+    if (!message.empty()) ShowMessage(services_, message, title, MessageIcon::kExclamation);
+  } else if (services_.publics.last_run.workbook.empty()) {
+    ShowMessage(services_, StringTableText(text_number::kNoWorkbook), title,
+                MessageIcon::kInformation);
+  }
+}
+
+void FrmPeriods::Close() {
+  if (SaveIfWanted(text_number::kSave, text_number::kDiscard)) form_.Visible = false;
+}
+
+void FrmPeriods::PickOutput() {
+  GoToSettingsFolder(services_.host, services_.publics.environment);
+  std::string picked = services_.toolkit.PickFile(
+      {.title = services_.host.component.executable_name + StringTableText(text_number::kSaveAFile),
+       .filter = "Excel files(*.xlsX)|*.xlsX",
+       .flags = kPathMustExist | kHideReadOnly,
+       .save = true});
+  if (picked.empty()) return;
+  constexpr std::string_view kEnding = ".xlsX";
+  const std::size_t stem = picked.size() - std::min(picked.size(), kEnding.size());
+  if (EqualNoCase(services_.host.locale, picked.substr(stem), kEnding)) picked.resize(stem);
+  form_.SetText("txtOutput", picked);
+}
+
+}  // namespace vok

@@ -1,0 +1,99 @@
+// What consists of a caption: labels, frames, buttons, check boxes.
+#include <algorithm>
+
+#include "system/windows/utf16.h"
+#include "ui/win32/widgets.h"
+
+namespace vok::windows {
+namespace {
+
+class LabelWidget : public Widget {
+ public:
+  using Widget::Widget;
+  Extent Least(const Metrics& metrics) const override {
+    const int width = control_.Width > 0 ? metrics.Letters(control_.Width)
+                                         : metrics.WidthOf(Utf16(control_.Caption));
+    return {width, metrics.Lines(control_.Height) + metrics.Pixels(2)};
+  }
+
+ private:
+  Kind WindowKind() const override {
+    const DWORD one_line = control_.Height > 1 ? 0 : SS_CENTERIMAGE | SS_ENDELLIPSIS;
+    return {L"STATIC", SS_LEFT | one_line};
+  }
+};
+
+/// Without a caption it is a grid of its own and nothing to be seen.
+class FrameWidget : public Widget {
+ public:
+  using Widget::Widget;
+  Extent Least(const Metrics&) const override { return {}; }
+
+ private:
+  Kind WindowKind() const override {
+    if (control_.Caption.empty()) return {L"STATIC", SS_LEFT};
+    return {L"BUTTON", BS_GROUPBOX};
+  }
+};
+
+class ButtonWidget : public Widget {
+ public:
+  using Widget::Widget;
+  Extent Least(const Metrics& metrics) const override {
+    // The usual width of buttons; one in each of many rows is kept small.
+    const int usual = metrics.Across(control_.Row.empty() ? 50 : 20);
+    const int caption = metrics.WidthOf(Utf16(control_.Caption)) + metrics.Across(12);
+    return {std::max({usual, caption, metrics.Letters(control_.Width)}), metrics.Down(14)};
+  }
+  bool OnCommand(Form& form, int code) override {
+    if (code != BN_CLICKED) return false;
+    form.Click(control_.Id());
+    return true;
+  }
+
+ private:
+  Kind WindowKind() const override {
+    return {L"BUTTON", WS_TABSTOP | static_cast<DWORD>(control_.Default ? BS_DEFPUSHBUTTON : 0)};
+  }
+};
+
+class CheckBoxWidget : public Widget {
+ public:
+  using Widget::Widget;
+  Extent Least(const Metrics& metrics) const override {
+    const int box = metrics.Pixels(17);
+    const std::wstring caption = Utf16(control_.Caption);
+    return {caption.empty() ? box : box + metrics.WidthOf(caption) + metrics.Across(4),
+            metrics.Down(12)};
+  }
+  bool OnCommand(Form& form, int code) override {
+    if (code != BN_CLICKED) return false;
+    form.Click(control_.Id());
+    return true;
+  }
+
+ private:
+  Kind WindowKind() const override { return {L"BUTTON", WS_TABSTOP | BS_3STATE}; }
+  void Write() override {
+    static_assert(kChecked == BST_CHECKED && kGrayed == BST_INDETERMINATE);
+    const auto value = static_cast<WPARAM>(control_.Value);
+    if (static_cast<WPARAM>(Send(BM_GETCHECK)) != value) Send(BM_SETCHECK, value);
+  }
+};
+
+}  // namespace
+
+std::unique_ptr<Widget> MakeLabel(Control& control) {
+  return std::make_unique<LabelWidget>(control);
+}
+std::unique_ptr<Widget> MakeFrame(Control& control) {
+  return std::make_unique<FrameWidget>(control);
+}
+std::unique_ptr<Widget> MakeButton(Control& control) {
+  return std::make_unique<ButtonWidget>(control);
+}
+std::unique_ptr<Widget> MakeCheckBox(Control& control) {
+  return std::make_unique<CheckBoxWidget>(control);
+}
+
+}  // namespace vok::windows

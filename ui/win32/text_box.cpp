@@ -1,0 +1,55 @@
+#include "system/windows/utf16.h"
+#include "ui/win32/widgets.h"
+
+namespace vok::windows {
+namespace {
+
+class TextBoxWidget : public Widget {
+ public:
+  using Widget::Widget;
+  Extent Least(const Metrics& metrics) const override {
+    constexpr int kUsualLetters = 10;
+    const int letters = control_.Width > 0 ? control_.Width : kUsualLetters;
+    return {metrics.Letters(letters) + metrics.Across(6),
+            metrics.Down(13) + metrics.Lines(control_.Height - 1)};
+  }
+  bool OnCommand(Form& form, int code) override {
+    if (code != EN_CHANGE) return false;
+    form.Type(control_.Id(), Utf8(TextOf(window())));
+    return true;
+  }
+
+ private:
+  Kind WindowKind() const override {
+    const DWORD lines = control_.Height > 1 ? ES_MULTILINE | ES_AUTOVSCROLL | WS_VSCROLL : 0;
+    const DWORD side = BeginsFromRight() ? ES_RIGHT : ES_LEFT;
+    return {L"EDIT", WS_TABSTOP | ES_AUTOHSCROLL | side | lines, WS_EX_CLIENTEDGE};
+  }
+
+  /// Dates, paths and names of cubes are read from the left in every language; where windows begin
+  /// from the right they are set flush there all the same.
+  void Created() override {
+    if (!BeginsFromRight()) return;
+    constexpr LONG_PTR kFromRight = WS_EX_LAYOUTRTL | WS_EX_RTLREADING | WS_EX_LEFTSCROLLBAR;
+    const LONG_PTR style = ::GetWindowLongPtrW(window(), GWL_EXSTYLE);
+    ::SetWindowLongPtrW(window(), GWL_EXSTYLE, (style & ~kFromRight) | WS_EX_RIGHT);
+  }
+
+  void Write() override {
+    const bool locked = (::GetWindowLongPtrW(window(), GWL_STYLE) & ES_READONLY) != 0;
+    if (locked != control_.Locked) Send(EM_SETREADONLY, control_.Locked ? TRUE : FALSE);
+    const std::wstring wanted = Utf16(control_.Text);
+    if (wanted == TextOf(window())) return;
+    ::SetWindowTextW(window(), wanted.c_str());
+    if (::GetFocus() == window())
+      Send(EM_SETSEL, wanted.size(), static_cast<LPARAM>(wanted.size()));
+  }
+};
+
+}  // namespace
+
+std::unique_ptr<Widget> MakeTextBox(Control& control) {
+  return std::make_unique<TextBoxWidget>(control);
+}
+
+}  // namespace vok::windows

@@ -1,0 +1,107 @@
+#include "ui/win32/widget.h"
+
+#include "platform/failure.h"
+#include "system/windows/utf16.h"
+#include "ui/win32/surroundings.h"
+#include "ui/win32/widgets.h"
+
+namespace vok::windows {
+
+std::wstring TextOf(HWND window) {
+  std::wstring text(static_cast<std::size_t>(::GetWindowTextLengthW(window)) + 1, L'\0');
+  const int length = ::GetWindowTextW(window, text.data(), static_cast<int>(text.size()));
+  text.resize(static_cast<std::size_t>(length));
+  return text;
+}
+
+void Widget::Create(HWND parent, int id, const Metrics& metrics) {
+  begins_from_right_ = (::GetWindowLongPtrW(parent, GWL_EXSTYLE) & WS_EX_LAYOUTRTL) != 0;
+  const Kind kind = WindowKind();
+  window_ = ::CreateWindowExW(kind.extended_style, kind.window_class, L"", WS_CHILD | kind.style, 0,
+                              0, 0, 0, parent, reinterpret_cast<HMENU>(static_cast<INT_PTR>(id)),
+                              ThisInstance(), nullptr);
+  if (window_ == nullptr) {
+    throw Failure(failure_number::kOutOfMemory,
+                  "Cannot show the control " + control_.Name +
+                      ": the system makes no more windows. Close other programs.");
+  }
+  SetMetrics(metrics);
+  Created();
+}
+
+void Widget::SetMetrics(const Metrics& metrics) {
+  Send(WM_SETFONT, reinterpret_cast<WPARAM>(metrics.font()), TRUE);
+}
+
+void Widget::SetState(bool shown, bool enabled) {
+  const bool acts = shown && enabled;
+  const HWND focus = ::GetFocus();
+  const bool focused = focus == window_ || ::IsChild(window_, focus) != FALSE;
+  // Otherwise the keyboard would be lost with it.
+  if (focused && !acts) ::SendMessageW(::GetParent(window_), WM_NEXTDLGCTL, 0, FALSE);
+  if (acts != (::IsWindowEnabled(window_) != FALSE)) ::EnableWindow(window_, acts);
+  if (shown != shown_) ::ShowWindow(window_, shown ? SW_SHOWNA : SW_HIDE);
+  shown_ = shown;
+}
+
+bool Widget::Refresh() {
+  Write();
+  if (error_ != control_.Error || dimmed_ != control_.Dimmed) {
+    error_ = control_.Error;
+    dimmed_ = control_.Dimmed;
+    ::InvalidateRect(window_, nullptr, TRUE);
+  }
+  if (caption_ == control_.Caption) return false;
+  caption_ = control_.Caption;
+  ::SetWindowTextW(window_, Utf16(caption_).c_str());
+  return true;
+}
+
+WPARAM Widget::Command(WORD code) const {
+  return MAKEWPARAM(static_cast<WORD>(::GetDlgCtrlID(window_)), code);
+}
+
+void Widget::SendCommand(WORD code) const {
+  ::SendMessageW(::GetParent(window_), WM_COMMAND, Command(code),
+                 reinterpret_cast<LPARAM>(window_));
+}
+
+void Widget::PostCommand(WORD code) const {
+  ::PostMessageW(::GetParent(window_), WM_COMMAND, Command(code),
+                 reinterpret_cast<LPARAM>(window_));
+}
+
+std::unique_ptr<Widget> MakeWidget(Control& control) {
+  using enum ControlType;
+  switch (control.Type) {
+    case kLabel:
+      return MakeLabel(control);
+    case kTextBox:
+      return MakeTextBox(control);
+    case kComboBox:
+      return MakeComboBox(control);
+    case kListBox:
+      return MakeListBox(control);
+    case kCheckBox:
+      return MakeCheckBox(control);
+    case kCommandButton:
+      return MakeButton(control);
+    case kFrame:
+      return MakeFrame(control);
+    case kTabStrip:
+      return MakeTabStrip(control);
+    case kToolbar:
+      return MakeToolbar(control);
+    case kListView:
+      return MakeListView(control);
+    case kProgressBar:
+      return MakeProgressBar(control);
+    case kChart:
+      return MakeChart(control);
+    case kMenu:
+      break;
+  }
+  throw Failure(failure_number::kInternal, "The menu " + control.Name + " has no window.");
+}
+
+}  // namespace vok::windows

@@ -1,0 +1,56 @@
+// The widgets of a form in its dialog.
+//
+// The windows go with the dialog; what is said of them to screen readers goes with the set, which
+// must go first.
+#pragma once
+
+#include <map>
+#include <memory>
+#include <vector>
+
+#include "ui/model/form.h"
+#include "ui/win32/hints.h"
+#include "ui/win32/metrics.h"
+#include "ui/win32/widget.h"
+
+namespace vok::windows {
+
+/// The number of the window of a form's first control; the others follow. Beyond those of the
+/// system's own buttons.
+inline constexpr int kFirstControlId = 100;
+
+class WidgetSet {
+ public:
+  /// Makes the windows of all controls but menus.
+  WidgetSet(Form& form, HWND dialog, const Metrics& metrics);
+  WidgetSet(const WidgetSet&) = delete;
+  WidgetSet& operator=(const WidgetSet&) = delete;
+
+  void SetMetrics(const Metrics& metrics);
+  /// Shows what the controls say now. True when one of them may need other room than before.
+  bool Refresh();
+  /// Moves the windows that stand elsewhere.
+  void Arrange(const std::map<const Control*, Place>& places);
+
+  /// Menus have a number, too.
+  int IdOf(const Control& control) const;
+  /// nullptr for a number of none.
+  const Control* ControlWith(int id) const;
+  /// These are nullptr where there is no such widget. `part` is its window or one in it.
+  Widget* With(int id) const;
+  Widget* Of(HWND part) const;
+  Widget* Of(const ControlId& id) const;
+
+ private:
+  void Make(std::size_t position, const Metrics& metrics);
+  void MakeAll(const Metrics& metrics);
+
+  Form& form_;
+  HWND dialog_;
+  std::vector<std::unique_ptr<Widget>> widgets_;  ///< by the position of their controls
+  std::map<const Control*, Place> places_;        ///< where they stand
+  ToolTips tips_;
+  SpokenNames names_;
+};
+
+}  // namespace vok::windows

@@ -1,0 +1,196 @@
+#include "ui/win32/windows_desktop.h"
+
+#include <algorithm>
+#include <optional>
+#include <thread>
+#include <utility>
+
+#include "platform/failure.h"
+#include "system/automation/apartment.h"
+#include "system/windows/owner_window.h"
+#include "system/windows/utf16.h"
+#include "ui/win32/surroundings.h"
+// after the system's own header
+#include <commdlg.h>
+
+namespace vok::windows {
+namespace {
+
+/// While it lives the window takes nothing that the user does.
+class Disabled {
+ public:
+  explicit Disabled(HWND window)
+      : window_(window != nullptr && ::IsWindowEnabled(window) != FALSE ? window : nullptr) {
+    if (window_ != nullptr) ::EnableWindow(window_, FALSE);
+  }
+  Disabled(const Disabled&) = delete;
+  Disabled& operator=(const Disabled&) = delete;
+  ~Disabled() {
+    if (window_ != nullptr) ::EnableWindow(window_, TRUE);
+  }
+
+ private:
+  HWND window_;
+};
+
+/// The form is visible while it lives.
+class Shown {
+ public:
+  explicit Shown(Form& form) : form_(form) { form_.Visible = true; }
+  Shown(const Shown&) = delete;
+  Shown& operator=(const Shown&) = delete;
+  ~Shown() {
+    form_.Visible = false;
+    form_.Focus.reset();
+  }
+
+ private:
+  Form& form_;
+};
+
+/// One of the windows that are open, while it lives.
+class Open {
+ public:
+  Open(std::vector<FormWindow*>& open, FormWindow& window) : open_(open), front_(window.window()) {
+    open_.push_back(&window);
+  }
+  Open(const Open&) = delete;
+  Open& operator=(const Open&) = delete;
+  ~Open() { open_.pop_back(); }
+
+ private:
+  std::vector<FormWindow*>& open_;
+  FrontWindow front_;
+};
+
+}  // namespace
+
+void WindowsDesktop::ShowModal(Form& form) {
+  RefreshAll();
+  const Shown shown(form);
+  const HWND owner = OwnerWindow();
+  FormWindow window(form, owner);
+  const Open open(open_, window);
+  const Disabled disabled(owner);
+  window.Show();
+  MSG message;
+  while (window.IsOpen()) {
+    if (::GetMessageW(&message, nullptr, 0, 0) <= 0) {
+      ::PostQuitMessage(static_cast<int>(message.wParam));
+      break;
+    }
+    Dispatch(message);
+  }
+  window.ThrowFailure();
+}
+
+void WindowsDesktop::RefreshAll() const {
+  for (FormWindow* window : open_) window->Refresh();
+}
+
+void WindowsDesktop::Dispatch(MSG& message) const {
+  if (!open_.empty()) return open_.back()->Dispatch(message);
+  ::TranslateMessage(&message);
+  ::DispatchMessageW(&message);
+}
+
+void WindowsDesktop::RunBeside(const std::function<void()>& work) {
+  RefreshAll();
+  Errands errands;
+  Errands* const outer = std::exchange(errands_, &errands);
+  const Handle done(::CreateEventW(nullptr, TRUE, FALSE, nullptr));
+  std::exception_ptr failure;
+  std::thread worker([&] {
+    try {
+      const Apartment apartment;
+      work();
+    } catch (...) {
+      failure = std::current_exception();
+    }
+    ::SetEvent(done.get());
+  });
+  WaitFor(done.get(), errands);
+  worker.join();
+  errands_ = outer;
+  if (failure) std::rethrow_exception(failure);
+}
+
+MessageAnswer WindowsDesktop::Show(const vok::MessageBox& box) {
+  if (::GetCurrentThreadId() == thread_) {
+    RefreshAll();
+    return boxes_.Show(box);
+  }
+  MessageAnswer answer{};
+  errands_->Ask([&] { answer = Show(box); });
+  return answer;
+}
+
+void WindowsDesktop::WaitFor(HANDLE done, Errands& errands) const {
+  std::optional<int> quit;
+  const HANDLE events[] = {done, errands.Waiting()};
+  constexpr DWORD kCount = static_cast<DWORD>(std::size(events));
+  for (;;) {
+    const DWORD woken =
+        ::MsgWaitForMultipleObjectsEx(kCount, events, INFINITE, QS_ALLINPUT, MWMO_INPUTAVAILABLE);
+    if (woken == WAIT_OBJECT_0) break;
+    if (woken == WAIT_OBJECT_0 + 1) errands.Run();
+    MSG message;
+    while (::PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE) != FALSE) {
+      if (message.message == WM_QUIT) {
+        quit = static_cast<int>(message.wParam);
+      } else {
+        Dispatch(message);
+      }
+    }
+  }
+  if (quit) ::PostQuitMessage(*quit);
+}
+
+std::string WindowsDesktop::PickFile(const FileDialog& dialog) {
+  RefreshAll();
+  static_assert(kHideReadOnly == OFN_HIDEREADONLY && kPathMustExist == OFN_PATHMUSTEXIST &&
+                kFileMustExist == OFN_FILEMUSTEXIST);
+  constexpr std::size_t kLongestPath = 32768;
+  std::wstring path(kLongestPath, L'\0');
+  std::wstring folder(::GetCurrentDirectoryW(0, nullptr), L'\0');
+  ::GetCurrentDirectoryW(static_cast<DWORD>(folder.size()), folder.data());
+  std::wstring filter = Utf16(dialog.filter) + L"||";  // the ends of the last text and of all
+  std::replace(filter.begin(), filter.end(), L'|', L'\0');
+  const std::wstring title = Utf16(dialog.title);
+  OPENFILENAMEW asked{};
+  asked.lStructSize = sizeof asked;
+  asked.hwndOwner = OwnerWindow();
+  asked.lpstrFilter = filter.c_str();
+  asked.lpstrFile = path.data();
+  asked.nMaxFile = static_cast<DWORD>(path.size());
+  asked.lpstrInitialDir = folder.c_str();
+  asked.lpstrTitle = title.c_str();
+  asked.Flags = static_cast<DWORD>(dialog.flags) | OFN_EXPLORER | OFN_NOCHANGEDIR;
+  const OwnLook look;
+  const BOOL picked = dialog.save ? ::GetSaveFileNameW(&asked) : ::GetOpenFileNameW(&asked);
+  return picked == FALSE ? std::string() : Utf8(path.c_str());
+}
+
+void WindowsDesktop::ShowHelp(const std::string& help_file) {
+  ::ShellExecuteW(OwnerWindow(), nullptr, Utf16(help_file).c_str(), nullptr, nullptr,
+                  SW_SHOWNORMAL);
+}
+
+void WindowsDesktop::OpenOnDesktop(const std::string& path) {
+  const std::wstring file = Utf16(path);
+  SHELLEXECUTEINFOW asked{};
+  asked.cbSize = sizeof asked;
+  asked.fMask = SEE_MASK_FLAG_NO_UI | SEE_MASK_NOASYNC;
+  asked.hwnd = OwnerWindow();
+  asked.lpFile = file.c_str();
+  asked.nShow = SW_SHOWNORMAL;
+  if (::ShellExecuteExW(&asked) != FALSE) return;
+  const DWORD error = ::GetLastError();
+  if (error == ERROR_NO_ASSOCIATION) {
+    throw Failure(failure_number::kInvalidCall,
+                  "Cannot open \"" + path + "\": this system has no program for such files.");
+  }
+  ThrowSystemFailure(error, "open", path);
+}
+
+}  // namespace vok::windows
