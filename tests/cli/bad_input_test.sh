@@ -181,8 +181,8 @@ expect 1 "past the limit of 100 tuples" mdx ledger.cub --max-cells 100 "$large"
 expect 1 "more than 10 cells" mdx ledger.cub --max-cells 10 \
   'SELECT [QeL].[QeL].Members ON 0 FROM [LedgerQEL]'
 expect 1 "more than its limit of 1 MB of memory" mdx ledger.cub --memory 1 "$large"
-expect 1 "more than 10 cells" "${run[@]}" --max-cells 10 --settings-folder good
-expect 1 "more than its limit of 1 MB of memory" "${run[@]}" --memory 1 --settings-folder good
+expect 1 "the limit is 10. Ask for fewer members" "${run[@]}" --max-cells 10 --settings-folder good
+expect 1 'has "0" as max memory: give a number above 0' "${run[@]}" --memory 0 --settings-folder good
 expect 1 'has "-1" as timeout: give a number above 0' mdx ledger.cub --timeout -1 "$large"
 expect 1 'there is no file "dates.csv"' cube build --schema "$data/schema.xml" --data good \
   --output out.cub
