@@ -52,8 +52,8 @@ Value::Array NamesIn(Recordset& records) {
 
 }  // namespace
 
-clMe::clMe(const Host& host, Publics& publics, QueryWindowMaker make_window)
-    : host_(host), publics_(publics), make_window_(std::move(make_window)) {}
+clMe::clMe(const Host& host, Publics& publics, QueryWindowMaker make_window, CallTurns* turns)
+    : host_(host), publics_(publics), make_window_(std::move(make_window)), turns_(turns) {}
 
 std::string clMe::Version() const {
   const ComponentInfo& component = host_.component;
@@ -62,6 +62,16 @@ std::string clMe::Version() const {
 }
 
 Value clMe::ShowQCform(int32_t& Error, std::string& DataBaseFileName) {
+  try {
+    const CallTurn turn(turns_);
+    return ShowReporting(Error, DataBaseFileName);
+  } catch (...) {  // no turn
+    Error = CurrentFailure().number();
+    return Value::Array(1);
+  }
+}
+
+Value clMe::ShowReporting(int32_t& Error, std::string& DataBaseFileName) {
   try {
     return ShowWindow(DataBaseFileName);
   } catch (...) {
@@ -88,8 +98,14 @@ Value clMe::ShowWindow(std::string& DataBaseFileName) {
 }
 
 Value clMe::RunQuery(std::string& CubeSetName, std::string& PeriodsName, std::string& OutputPath) {
-  const int32_t code = CubtoXls(host_, publics_, CubeSetName, PeriodsName, OutputPath);
-  return code == 0 ? RunResult(PeriodsName) : FailedRun(code);
+  try {
+    const CallTurn turn(turns_);
+    const int32_t code = CubtoXls(host_, publics_, CubeSetName, PeriodsName, OutputPath);
+    return code == 0 ? RunResult(PeriodsName) : FailedRun(code);
+  } catch (...) {  // what the run itself meets has become its code
+    const Failure failure = CurrentFailure();
+    return Value::Array{failure.number(), failure.description()};
+  }
 }
 
 Value clMe::RunResult(const std::string& PeriodsName) const {
@@ -108,6 +124,8 @@ Value clMe::RunResult(const std::string& PeriodsName) const {
 }
 
 int32_t clMe::GetSetNames(Value& sName, std::string& TableName) {
+  const CallTurn turn(turns_);
+  if (publics_.environment.SettingsFolder.empty()) FindSettingsFolder(host_, publics_.environment);
   const std::string& folder = publics_.environment.SettingsFolder;
   if (!host_.files.Exists(SettingsDatabase(folder))) CreateDB(host_, publics_.environment, folder);
   objRs settings = OpenSettings(host_, publics_.environment);
@@ -120,6 +138,7 @@ int32_t clMe::GetSetNames(Value& sName, std::string& TableName) {
 
 Value clMe::Qinfo() {
   try {
+    const CallTurn turn(turns_);
     FindSettingsFolder(host_, publics_.environment);
     if (!host_.files.Exists(SettingsDatabase(publics_.environment.SettingsFolder))) {
       throw Failure(failure_number::kNotFound, "Database not Found");

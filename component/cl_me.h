@@ -1,8 +1,10 @@
 // The component's public class.
 //
 // All parameters are in and out, as the host program passes them; none of the members writes to its
-// texts. But for `GetSetNames`, no failure leaves a member. The class has no state: what a call
-// works on is in the `Publics` of the process.
+// texts. No failure leaves a member, except `GetSetNames`. The class has no state: what a call
+// works on is in the `Publics` of the process. Any thread may call: calls take turns, and a call
+// inside another one of its thread fails with 6666 (call_turns.h). The turn of `ShowQCform` lasts
+// as long as its window.
 #pragma once
 
 #include <cstdint>
@@ -10,6 +12,7 @@
 #include <memory>
 #include <string>
 
+#include "component/call_turns.h"
 #include "component/publics.h"
 #include "platform/host.h"
 #include "platform/value.h"
@@ -30,8 +33,10 @@ using QueryWindowMaker = std::function<std::unique_ptr<QueryWindow>(const Host&,
 
 class clMe {
  public:
-  /// `host` and `publics` must outlive the object.
-  clMe(const Host& host, Publics& publics, QueryWindowMaker make_window = {});
+  /// All outlive the object. `turns` are those of `publics`; none for a caller who is alone with
+  /// them or has the turn already.
+  clMe(const Host& host, Publics& publics, QueryWindowMaker make_window = {},
+       CallTurns* turns = nullptr);
 
   /// Such as "16.8.28".
   std::string Version() const;
@@ -53,12 +58,12 @@ class clMe {
   /// The arrays 0 to 2 have the indexes 0 to 12; index 0 is not used ("" or 0). Otherwise an array
   /// of two, code and message: 1111 "Database not Found", 2222 "Cann't read Settings", 3333
   /// "Connection error", 4444 "Invalid date", 5555 "Not Valid Measure.Check your Settings", these
-  /// as int16; any other failure its number as int32 and "".
+  /// as int16; any other failure its number as int32 and "", that of the turn with its text.
   Value RunQuery(std::string& CubeSetName, std::string& PeriodsName, std::string& OutputPath);
 
   /// Fills `sName` with an array of the names stored in a table of the settings database, which is
   /// made when it is missing; one empty element when there are none. The settings folder is the one
-  /// that was found last. Returns 0. Failures reach the caller.
+  /// that was found last; it is found now when none was yet. Returns 0. Failures reach the caller.
   int32_t GetSetNames(Value& sName, std::string& TableName);
 
   /// The lists that a host program offers: an array of the four arrays period set names,
@@ -67,12 +72,14 @@ class clMe {
   Value Qinfo();
 
  private:
+  Value ShowReporting(int32_t& Error, std::string& DataBaseFileName);
   Value ShowWindow(std::string& DataBaseFileName);
   Value RunResult(const std::string& PeriodsName) const;
 
   const Host& host_;
   Publics& publics_;
   QueryWindowMaker make_window_;
+  CallTurns* turns_;
 };
 
 }  // namespace vok

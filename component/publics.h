@@ -1,6 +1,7 @@
 // The process-wide values of the component: one instance per process, passed by reference.
 //
-// They keep their last values between calls. Two runs must not overlap.
+// They keep their last values between calls. The calls of several threads take turns with them
+// (call_turns.h).
 #pragma once
 
 #include <cstddef>

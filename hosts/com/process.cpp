@@ -1,5 +1,8 @@
 #include "hosts/com/process.h"
 
+#include <memory>
+#include <new>
+
 #include "component/publics.h"
 #include "hosts/com/version_record.h"
 #include "hosts/composition/cube_choice.h"
@@ -8,10 +11,28 @@
 #include "hosts/composition/system_host.h"
 #include "providers/cube/adomd/adomd_services.h"
 #include "providers/workbook/excel/excel_spreadsheet.h"
+#include "system/windows/pumped_wait.h"
+#include "system/windows/system_error.h"
 #include "system/windows/windows_message_boxes.h"
 
 namespace vok::windows {
 namespace {
+
+/// A caller's apartment goes on while it waits: other threads may need an object of it.
+class PumpingSignal : public TurnSignal {
+ public:
+  PumpingSignal() {
+    if (!given_.IsOpen()) throw std::bad_alloc();
+  }
+  void Wait() override {
+    const HANDLE given[] = {given_.get()};
+    PumpedWait().For(given);
+  }
+  void Give() override { ::SetEvent(given_.get()); }
+
+ private:
+  Handle given_{::CreateEventW(nullptr, FALSE, FALSE, nullptr)};
+};
 
 /// The system's host, and before its portable cubes and workbooks the platform's own objects, which
 /// answer where they are installed.
@@ -27,7 +48,8 @@ struct Process {
   Host host{ReadComponentInfo(), base.files,    base.registry, base.locale, base.clock,
             message_boxes,       base.database, cube,          spreadsheet};
   Publics publics;
-  clMe me{host, publics, OpenQueryWindow};
+  CallTurns turns{[] { return std::make_unique<PumpingSignal>(); }};
+  clMe me{host, publics, OpenQueryWindow, &turns};
 };
 
 }  // namespace

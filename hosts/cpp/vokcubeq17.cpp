@@ -1,6 +1,7 @@
 #include "vokcubeq17.h"
 
 #include <iostream>
+#include <mutex>
 #include <utility>
 
 #include "component/cl_me.h"
@@ -11,25 +12,40 @@
 namespace vokcubeq17 {
 namespace {
 
+using Handler = std::function<void(const std::string&, const std::string&)>;
+
+void Print(const std::string& title, const std::string& text) {
+  std::cerr << title << ": " << text << '\n';
+}
+
 /// The host program's handler, or else standard error.
 class HandlerMessageBoxes : public vok::MessageBoxes {
  public:
   vok::MessageAnswer Show(const vok::MessageBox& box) override {
-    if (handler) {
-      handler(box.title, box.text);
-    } else {
-      std::cerr << box.title << ": " << box.text << '\n';
-    }
+    Current()(box.title, box.text);
     return vok::MessageAnswer::kOk;
   }
-  std::function<void(const std::string&, const std::string&)> handler;
+  void Use(Handler handler) {
+    const std::lock_guard lock(mutex_);
+    handler_ = handler ? std::move(handler) : Print;
+  }
+
+ private:
+  Handler Current() {
+    const std::lock_guard lock(mutex_);
+    return handler_;
+  }
+
+  std::mutex mutex_;
+  Handler handler_ = Print;
 };
 
 struct Process {
   HandlerMessageBoxes message_boxes;
   vok::SystemHost host{"", &message_boxes};
   vok::Publics publics;
-  vok::clMe me{host.host(), publics, vok::OpenQueryWindow};
+  vok::CallTurns turns;
+  vok::clMe me{host.host(), publics, vok::OpenQueryWindow, &turns};
 };
 
 Process& TheProcess() {
@@ -57,7 +73,7 @@ int32_t clMe::GetSetNames(vok::Value& sName, std::string& TableName) {
 vok::Value clMe::Qinfo() { return TheProcess().me.Qinfo(); }
 
 void ShowMessagesWith(std::function<void(const std::string&, const std::string&)> show) {
-  TheProcess().message_boxes.handler = std::move(show);
+  TheProcess().message_boxes.Use(std::move(show));
 }
 
 }  // namespace vokcubeq17

@@ -8,8 +8,12 @@
 //   const auto& parts = *result.As<vok::Value::Array>();
 //   if (parts.size() == 2) std::cerr << parts[0].ToInt32() << ": " << parts[1].ToText() << '\n';
 //
-// Link with -lvokcubeq17. The class is used by one thread at a time: its settings and the last
-// cube's dates are one set of values per process, shared by all objects.
+// Link with -lvokcubeq17. Objects may be made and called on any thread. Settings and the last
+// cube's dates are one set of values per process, so calls take turns: a call waits, in the order
+// of coming, while another thread's is in progress, and ShowQCform's is as long as its window is
+// open. What a call returns is its own. A call inside another one of its thread, such as from the
+// handler of a message, would wait for itself and fails at once with the number 6666: RunQuery
+// returns it with a text, ShowQCform sets `Error`, GetSetNames throws, Qinfo is empty.
 #pragma once
 
 #include <cstdint>
@@ -42,13 +46,13 @@ class clMe {
   ///   failure, two elements: 0 the code, 1 the message. 1111 "Database not Found", 2222 "Cann't
   ///   read Settings", 3333 "Connection error", 4444 "Invalid date", 5555 "Not Valid Measure.Check
   ///   your Settings" are 16-bit integers; any other number is a 32-bit integer with an empty
-  ///   message.
+  ///   message; only 6666, above, has one.
   vok::Value RunQuery(std::string& CubeSetName, std::string& PeriodsName, std::string& OutputPath);
 
   /// The values of `SetName` in one settings table ("DataSourceInfo", "Periods", …) as an array;
   /// one empty element when there are none. Uses the settings folder that the last `RunQuery` or
-  /// `Qinfo` found, and creates the settings database there when it is missing. Returns 0. The only
-  /// member that throws: `vok::Failure`.
+  /// `Qinfo` found, finds it when there was none, and creates the settings database there when it
+  /// is missing. Returns 0. The only member that throws: `vok::Failure`.
   int32_t GetSetNames(vok::Value& sName, std::string& TableName);
 
   /// Four arrays: period set names, data-source names, their cube files ("" where the file is not
@@ -57,7 +61,8 @@ class clMe {
 };
 
 /// Where the component's message boxes go: title and text. Without a handler they are printed to
-/// stderr. For the whole process; set it before the first call.
+/// stderr. For the whole process, from the next message on; it is called on the threads whose calls
+/// have something to say, by one at a time.
 void ShowMessagesWith(std::function<void(const std::string& title, const std::string& text)> show);
 
 }  // namespace vokcubeq17

@@ -20,6 +20,9 @@ std::string NativePath(std::string path);
 /// A native path for the wide calls; a long one in the form that knows no limit of length.
 std::wstring WidePath(const std::string& native);
 
+/// What others may do with a file while it is open here.
+inline constexpr DWORD kShareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
+
 /// Owns a handle of the kernel's; closes it.
 class Handle {
  public:

@@ -12,8 +12,6 @@
 namespace vok::windows {
 namespace {
 
-constexpr DWORD kShareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
-
 // A path that a call may be made with.
 std::string Checked(const std::string& path) {
   CheckPathText(path);

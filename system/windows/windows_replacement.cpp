@@ -14,7 +14,6 @@ namespace {
 constexpr int kMostAttempts = 1000;  // at a temporary name that is free
 // Some headers leave out its name.
 constexpr auto kRenameWithFlags = static_cast<FILE_INFO_BY_HANDLE_CLASS>(22);
-constexpr DWORD kShareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
 
 std::wstring FolderOf(const std::wstring& path) {
   const auto slash = path.find_last_of(L"\\:");

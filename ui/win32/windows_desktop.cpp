@@ -1,13 +1,13 @@
 #include "ui/win32/windows_desktop.h"
 
 #include <algorithm>
-#include <optional>
 #include <thread>
 #include <utility>
 
 #include "platform/failure.h"
 #include "system/automation/apartment.h"
 #include "system/windows/owner_window.h"
+#include "system/windows/pumped_wait.h"
 #include "system/windows/utf16.h"
 #include "ui/win32/surroundings.h"
 // after the system's own header
@@ -90,8 +90,7 @@ void WindowsDesktop::RefreshAll() const {
 
 void WindowsDesktop::Dispatch(MSG& message) const {
   if (!open_.empty()) return open_.back()->Dispatch(message);
-  ::TranslateMessage(&message);
-  ::DispatchMessageW(&message);
+  PumpedWait::DispatchPlainly(message);
 }
 
 void WindowsDesktop::RunBeside(const std::function<void()>& work) {
@@ -126,24 +125,9 @@ MessageAnswer WindowsDesktop::Show(const vok::MessageBox& box) {
 }
 
 void WindowsDesktop::WaitFor(HANDLE done, Errands& errands) const {
-  std::optional<int> quit;
+  PumpedWait wait([this](MSG& message) { Dispatch(message); });
   const HANDLE events[] = {done, errands.Waiting()};
-  constexpr DWORD kCount = static_cast<DWORD>(std::size(events));
-  for (;;) {
-    const DWORD woken =
-        ::MsgWaitForMultipleObjectsEx(kCount, events, INFINITE, QS_ALLINPUT, MWMO_INPUTAVAILABLE);
-    if (woken == WAIT_OBJECT_0) break;
-    if (woken == WAIT_OBJECT_0 + 1) errands.Run();
-    MSG message;
-    while (::PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE) != FALSE) {
-      if (message.message == WM_QUIT) {
-        quit = static_cast<int>(message.wParam);
-      } else {
-        Dispatch(message);
-      }
-    }
-  }
-  if (quit) ::PostQuitMessage(*quit);
+  while (wait.For(events) != 0) errands.Run();
 }
 
 std::string WindowsDesktop::PickFile(const FileDialog& dialog) {

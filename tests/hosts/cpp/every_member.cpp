@@ -1,13 +1,18 @@
 // A host program: the installed header and the shared library, nothing else of the system. Calls
-// every member of the class once and more, and ends with the number of surprises.
+// every member of the class once and more, on one thread and on many, and ends with the number of
+// surprises.
 #include <vokcubeq17.h>
 
-#include <cstdio>
+#include <atomic>
+#include <fstream>
 #include <iostream>
+#include <iterator>
+#include <thread>
+#include <vector>
 
 namespace {
 
-int surprises = 0;
+std::atomic<int> surprises = 0;
 
 void Expect(bool as_expected, const std::string& what) {
   if (as_expected) return;
@@ -43,6 +48,15 @@ void TryRunQuery(vokcubeq17::clMe& me, const std::string& output, int& messages)
   Expect(parts[3] == vok::Value("Domestic") && parts[4] == vok::Value("Demo"), "RunQuery: sets");
 }
 
+/// Before any other call has found the settings folder.
+void TryNamesFirst(vokcubeq17::clMe& me) {
+  vok::Value names;
+  std::string table = "DataSourceInfo";
+  Expect(me.GetSetNames(names, table) == 0 &&
+             names == vok::Value(vok::Value::Array{"Domestic", "Export"}),
+         "GetSetNames as the first call");
+}
+
 void TryLists(vokcubeq17::clMe& me) {
   const vok::Value info = me.Qinfo();
   Expect(Parts(info).size() == 4, "Qinfo: not four lists");
@@ -72,6 +86,71 @@ void TryWindow(vokcubeq17::clMe& me) {
   Expect(error == vok::failure_number::kNotSupported && Parts(shown).size() == 1, "ShowQCform");
 }
 
+/// A message's handler calls again: the call that shows the message would have to end first.
+void TryCallsInsideACall(const std::string& output) {
+  constexpr int32_t kOwnCallInProgress = 6666;
+  bool told = false;
+  vokcubeq17::ShowMessagesWith([&](const std::string&, const std::string&) {
+    told = true;
+    vokcubeq17::clMe me;
+    const auto run = Run(me, "Domestic", "Demo", output);
+    Expect(Parts(run).size() == 2 && Parts(run)[0] == vok::Value(kOwnCallInProgress) &&
+               Parts(run)[1].ToText().find("in progress") != std::string::npos,
+           "RunQuery inside a call");
+    Expect(me.Qinfo().IsEmpty(), "Qinfo inside a call");
+    int32_t error = 0;
+    std::string text = "Periods";
+    Expect(Parts(me.ShowQCform(error, text)).size() == 1 && error == kOwnCallInProgress,
+           "ShowQCform inside a call");
+    vok::Value names;
+    try {
+      me.GetSetNames(names, text);
+      Expect(false, "GetSetNames inside a call threw nothing");
+    } catch (const vok::Failure& failure) {
+      Expect(failure.number() == kOwnCallInProgress, failure.what());
+    }
+  });
+  vokcubeq17::clMe me;
+  Expect(Parts(Run(me, "Nothing", "Demo", output)).at(0) == vok::Value(int16_t{2222}), "the call");
+  Expect(told, "the call said nothing");
+}
+
+std::string Bytes(const std::string& file) {
+  std::ifstream stream(file, std::ios::binary);
+  return {std::istreambuf_iterator<char>(stream), {}};
+}
+
+/// Every run leaves its own workbook and gives its own setting, whoever runs beside it.
+void TryManyThreads(const std::string& output) {
+  constexpr int kThreads = 8, kRuns = 10;
+  const std::string sources[] = {"Domestic", "Export"};
+  vokcubeq17::clMe alone;
+  for (const std::string& source : sources) Run(alone, source, "Demo", output + source);
+  const std::string wanted[] = {Bytes(output + "Domestic.xlsX"), Bytes(output + "Export.xlsX")};
+  Expect(!wanted[0].empty() && wanted[0] != wanted[1], "the workbooks of one thread");
+  std::atomic<int> right = 0;
+  const auto run = [&](int number) {
+    const std::string& source = sources[number % 2];
+    const std::string own = output + std::to_string(number);
+    for (int i = 0; i < kRuns; ++i) {
+      vokcubeq17::clMe me;
+      const vok::Value result = Run(me, source, "Demo", own);
+      const auto& parts = Parts(result);
+      right += parts.size() == 5 && parts[3] == vok::Value(source) &&
+               Bytes(own + ".xlsX") == wanted[number % 2];
+      std::string table = "Periods";
+      vok::Value names;
+      me.GetSetNames(names, table);
+      Expect(Parts(me.Qinfo()).size() == 4 && !Parts(names).empty(), "the lists of many threads");
+    }
+  };
+  std::vector<std::thread> threads;
+  for (int number = 0; number < kThreads; ++number) threads.emplace_back(run, number);
+  for (std::thread& thread : threads) thread.join();
+  Expect(right == kThreads * kRuns, "of " + std::to_string(kThreads * kRuns) + " runs beside " +
+                                        "others, right: " + std::to_string(right));
+}
+
 }  // namespace
 
 int main(int, char** arguments) {
@@ -79,8 +158,11 @@ int main(int, char** arguments) {
   vokcubeq17::ShowMessagesWith([&](const std::string&, const std::string&) { ++messages; });
   vokcubeq17::clMe me;
   Expect(me.Version() == arguments[1], "Version " + me.Version());
+  TryNamesFirst(me);
   TryRunQuery(me, arguments[2], messages);
   TryLists(me);
   TryWindow(me);
+  TryCallsInsideACall(std::string(arguments[2]) + "-inside");
+  TryManyThreads(arguments[2]);
   return surprises;
 }

@@ -37,15 +37,21 @@ make_example() {
   "$vokcube" settings import "$here/failing-sets.json" --settings-folder "$work/settings"
 } > /dev/null
 
-# Runs a script of this folder; its last line must say that nothing failed.
-run_script() {
+# Runs a host program; its last line must say that nothing failed.
+run_host() {
   local name=$1 output
   shift
-  cat "$here/common.vbs" "$here/$name.vbs" > "$name.vbs"
-  output=$(timeout 120 "$wine" cscript //nologo "$name.vbs" "$@" | tr -d '\r') || true
+  output=$(timeout 120 "$wine" "$@" | tr -d '\r') || output+=$'\n'"status $?"
   echo "$name: $output" | tr '\n' ' '
   echo
-  [[ ${output##*$'\n'} == "fails=0" ]] || fail "$name.vbs"
+  [[ ${output##*$'\n'} == "fails=0" ]] || fail "$name"
+}
+
+# The same for a script of this folder.
+run_script() {
+  local name=$1
+  cat "$here/common.vbs" "$here/$name.vbs" > "$name.vbs"
+  run_host "$name.vbs" cscript //nologo "$name.vbs" "${@:2}"
 }
 
 register() { timeout 60 "$wine" regsvr32 /s "$@" || fail "regsvr32 $*"; }
