@@ -58,14 +58,18 @@ bool IsTemporaryName(std::string_view name) {
 /// The system's error, or 0: the file is now held against sweepers.
 int Lock(const FileHandle& file) { return ::flock(file.get(), LOCK_EX | LOCK_NB) == 0 ? 0 : errno; }
 
+/// Whether a new file is not being removed by a sweeper. Where the file system knows no locks
+/// nobody removes anything; where it does not say how the file is, the lock is enough.
+bool IsOurs(const FileHandle& file) {
+  struct stat status;
+  return Lock(file) != EWOULDBLOCK && (::fstat(file.get(), &status) != 0 || status.st_nlink > 0);
+}
+
 /// Whether it is an ordinary file that nobody has removed since it was opened.
 bool IsStillThere(const FileHandle& file) {
   struct stat status;
   return ::fstat(file.get(), &status) == 0 && S_ISREG(status.st_mode) && status.st_nlink > 0;
 }
-
-/// Where the file system knows no locks nobody removes anything.
-bool IsOurs(const FileHandle& file) { return Lock(file) != EWOULDBLOCK && IsStillThere(file); }
 
 void RemoveAbandoned(const std::string& path) {
   const FileHandle file(::open(path.c_str(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));

@@ -158,14 +158,17 @@ know() {
 }
 
 # One line for each system call that the chosen command makes after it was loaded: the call's name
-# and the how manieth of that name in its thread it is.
+# and the how manieth of that name in its thread it is; not where the loader has one of the same number,
+# which would fail first.
 trace() {
   begin_trial
   cd trial || exit
   strace -f -qq -o ../trace "${program[@]}" > /dev/null 2>&1
   cd ..
   awk '$2 !~ /^[a-z_0-9]+\(/ { next }
-    { call = substr($2, 1, index($2, "(") - 1); n = ++count[$1, call]; if (loaded) print call, n }
+    { call = substr($2, 1, index($2, "(") - 1); n = ++count[$1, call] }
+    !loaded { of_loader[call, n] }
+    loaded && !((call, n) in of_loader) { print call, n }
     call == "munmap" { loaded = 1 }' trace | sort -u > "known/$name.calls"
 }
 

@@ -23,6 +23,7 @@
 
 namespace {
 
+bool is_status_unknown = false;
 int folder_sync_error = 0;
 mode_t mode_seen_by_chown = 0;
 
@@ -34,8 +35,17 @@ mode_t ModeOf(int file) {
 
 }  // namespace
 
-// In place of the C library's: the one fails for folders with the error that is set, the other
-// notes what a file's permissions are before they are made those of the file that it replaces.
+// In place of the C library's: the first fails when it is told to, the second for folders with the
+// error that is set, the third notes what a file's permissions are before they are made those of
+// the file that it replaces.
+extern "C" int fstat(int file, struct stat* status) noexcept {
+  if (is_status_unknown) {
+    errno = EIO;
+    return -1;
+  }
+  return static_cast<int>(::syscall(SYS_newfstatat, file, "", status, AT_EMPTY_PATH));
+}
+
 extern "C" int fsync(int file) {
   if (folder_sync_error != 0 && S_ISDIR(ModeOf(file))) {
     errno = folder_sync_error;
@@ -149,6 +159,10 @@ TEST_F(PosixFilesTest, SweepsWhatKilledProcessesLeftAndNothingElse) {
   EXPECT_EQ(EntryCount(), before + 1) << "it is dead";
   files_.Replace(At("other"));
   EXPECT_EQ(EntryCount(), before);
+  is_status_unknown = true;
+  files_.Replace(At("other"));
+  is_status_unknown = false;
+  EXPECT_EQ(EntryCount(), before) << "the system does not say how the new file is";
 }
 
 TEST_F(PosixFilesTest, RemovesItsOwnTemporariesWhenTheProcessIsToEnd) {
