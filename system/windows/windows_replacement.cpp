@@ -137,13 +137,7 @@ void WindowsReplacement::Write(std::span<const std::byte> bytes) {
 
 void WindowsReplacement::Commit() {
   if (temporary_.empty()) ThrowNothingToCommit(path_);
-  bool done = ::FlushFileBuffers(file_.get()) != 0;
-  if (done && !RenameOverOpenFile(file_, target_)) {
-    file_.Reset();
-    done = ::MoveFileExW(temporary_.c_str(), target_.c_str(),
-                         MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH) != 0;
-  }
-  if (!done) {
+  if (::FlushFileBuffers(file_.get()) == 0 || !TakePlace()) {
     const DWORD error = ::GetLastError();
     Discard();
     ThrowSystemFailure(error, "write", path_);
@@ -151,6 +145,17 @@ void WindowsReplacement::Commit() {
   temporary_.clear();
   if (file_.IsOpen()) ::FlushFileBuffers(file_.get());
   file_.Reset();
+}
+
+/// While the file is open no sweeper takes it away. Some file systems rename none that is.
+bool WindowsReplacement::TakePlace() {
+  const auto move = [this] {
+    return ::MoveFileExW(temporary_.c_str(), target_.c_str(),
+                         MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH) != 0;
+  };
+  if (RenameOverOpenFile(file_, target_) || move()) return true;
+  file_.Reset();
+  return move();
 }
 
 void WindowsReplacement::Discard() noexcept {

@@ -31,6 +31,8 @@ class WindowsReplacement : public FileReplacement {
  private:
   void CreateTemporary();
   void KeepPermissions();
+  /// False with the system's error.
+  bool TakePlace();
   void Discard() noexcept;
 
   std::string path_;        ///< as the messages name it

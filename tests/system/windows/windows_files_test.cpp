@@ -2,8 +2,11 @@
 
 #include <gtest/gtest.h>
 
+#include <atomic>
 #include <functional>
 #include <iterator>
+#include <string>
+#include <thread>
 
 #include "platform/failure.h"
 #include "system/windows/path_claim.h"
@@ -64,6 +67,26 @@ TEST_F(WindowsFilesTest, ReplacesTheWholeFileOrNothing) {
   EXPECT_EQ(Text("book.xlsX"), "old");
   Put("book.xlsX", "new");
   EXPECT_EQ(Text("book.xlsX"), "new");
+  EXPECT_EQ(Names(), 1U);
+}
+
+TEST_F(WindowsFilesTest, AFileInTheMakingIsNotSweptByAnotherWriter) {
+  std::atomic<bool> done = false;
+  std::thread other([&] {
+    while (!done) files_.Replace(Path("other"));  // sweeps, and gives up
+  });
+  std::string failures;
+  for (int i = 0; i < 200; ++i) {
+    try {
+      Put("book.xlsX", std::to_string(i));
+    } catch (const Failure& failure) {
+      failures += failure.description() + '\n';
+    }
+  }
+  done = true;
+  other.join();
+  EXPECT_EQ(failures, "");
+  EXPECT_EQ(Text("book.xlsX"), "199");
   EXPECT_EQ(Names(), 1U);
 }
 
