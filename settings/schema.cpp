@@ -1,5 +1,6 @@
 #include "settings/schema.h"
 
+#include <algorithm>
 #include <array>
 #include <memory>
 #include <optional>
@@ -35,12 +36,17 @@ void AddNumbered(Columns& columns, int first, int last, ColumnDefinition column)
   }
 }
 
+void Append(Columns& columns, const Columns& more) {
+  columns.insert(columns.end(), more.begin(), more.end());
+}
+
 Columns MoneyColumns(const char* prefix, ColumnType type, int32_t size, bool nullable) {
   Columns columns;
   AddNumbered(columns, 0, kMoneySetCount - 1, {prefix, type, size, nullable});
   return columns;
 }
 
+Columns QtyColumns() { return MoneyColumns("Qty", ColumnType::kText, 0, false); }
 Columns CalculatedColumns() { return MoneyColumns("IsCalculated", ColumnType::kBoolean, 0, false); }
 
 TableDefinition MoneySetsMeasures() {
@@ -49,7 +55,7 @@ TableDefinition MoneySetsMeasures() {
   for (const Columns& group :
        {MoneyColumns("MoneySets", ColumnType::kText, kTextSize, true),
         MoneyColumns("Measure", ColumnType::kText, kTextSize, true), CalculatedColumns()}) {
-    columns.insert(columns.end(), group.begin(), group.end());
+    Append(columns, group);
   }
   return {kMoneyTable, columns};
 }
@@ -95,10 +101,10 @@ bool Shown(const Host& host, const char* title, Step step) {
 }
 
 /// The table's name as the file spells it, when it has fewer than `count` columns.
-std::optional<std::string> MoneyTableBelow(const Host& host, const DatabaseCatalog& catalog,
+std::optional<std::string> MoneyTableBelow(const Locale& locale, const DatabaseCatalog& catalog,
                                            int32_t count) {
   for (const std::string& table : catalog.TableNames()) {
-    if (EqualNoCase(host.locale, table, kMoneyTable) && catalog.ColumnCount(table) < count) {
+    if (EqualNoCase(locale, table, kMoneyTable) && catalog.ColumnCount(table) < count) {
       return table;
     }
   }
@@ -107,6 +113,24 @@ std::optional<std::string> MoneyTableBelow(const Host& host, const DatabaseCatal
 
 void AppendColumns(DatabaseCatalog& catalog, const std::string& table, const Columns& columns) {
   for (const ColumnDefinition& column : columns) catalog.AppendColumn(table, column);
+}
+
+void AddCalculatedColumns(const Locale& locale, DatabaseCatalog& catalog) {
+  const auto table = MoneyTableBelow(locale, catalog, kColumnsWithCalculated);
+  if (table) AppendColumns(catalog, *table, CalculatedColumns());
+}
+
+void AddMoneyColumns(const Locale& locale, DatabaseCatalog& catalog) {
+  AddCalculatedColumns(locale, catalog);  // with the columns below it would seem up to date
+  const auto table = MoneyTableBelow(locale, catalog, kColumnsWithQty);
+  if (!table) return;  // they are there, or another process was first
+  AppendColumns(catalog, *table, QtyColumns());
+}
+
+bool HasTable(const Locale& locale, const DatabaseCatalog& catalog, const std::string& name) {
+  const auto names = catalog.TableNames();
+  return std::any_of(names.begin(), names.end(),
+                     [&](const std::string& table) { return EqualNoCase(locale, table, name); });
 }
 
 std::unique_ptr<DatabaseCatalog> CatalogOn(const Host& host, Connection& connection) {
@@ -160,6 +184,36 @@ void CreateDB(const Host& host, const Environment& environment, const std::strin
   });
 }
 
+std::vector<TableDefinition> SettingsTables() {
+  std::vector<TableDefinition> tables;
+  for (const TableDefinition& table : Tables()) {
+    Columns& columns = tables.emplace_back(table).columns;
+    if (table.name == kMoneyTable) Append(columns, QtyColumns());
+  }
+  return tables;
+}
+
+Value NothingIn(const ColumnDefinition& column) {
+  if (column.name.starts_with("MoneySets") || column.name.starts_with("PeriodName")) return Null{};
+  switch (column.type) {
+    case ColumnType::kBoolean:
+      return false;
+    case ColumnType::kInteger:
+      return 0;
+    case ColumnType::kDate:
+      return Date{};
+    default:
+      return "";
+  }
+}
+
+void CompleteShape(const Locale& locale, DatabaseCatalog& catalog) {
+  for (const TableDefinition& table : Tables()) {
+    if (!HasTable(locale, catalog, table.name)) catalog.AppendTable(table);
+  }
+  AddMoneyColumns(locale, catalog);
+}
+
 void BringUpToDate(const Host& host, const Environment& environment) {
   UpgradeFile(host, SettingsDatabase(environment.SettingsFolder));
 }
@@ -183,25 +237,20 @@ bool CreateIndexes(const Host& host, DatabaseCatalog& catalog) {
 }
 
 void UpgradeMoneySetsMeasures(const Host& host, DatabaseCatalog& catalog) {
-  const auto table = MoneyTableBelow(host, catalog, kColumnsWithCalculated);
-  if (table) AppendColumns(catalog, *table, CalculatedColumns());
+  AddCalculatedColumns(host.locale, catalog);
 }
 
 void UpgradeQty(const Host& host, const Environment& environment) {
   const objRs store = OpenSettings(host, environment);
   Connection& connection = store.OpenedConnection();
-  if (!MoneyTableBelow(host, *CatalogOn(host, connection), kColumnsWithQty)) return;
+  if (!MoneyTableBelow(host.locale, *CatalogOn(host, connection), kColumnsWithQty)) return;
   SaveGroup group(connection);
   AddQtyColumns(host, connection);
   group.Commit();
 }
 
 void AddQtyColumns(const Host& host, Connection& connection) {
-  const auto catalog = CatalogOn(host, connection);
-  UpgradeMoneySetsMeasures(host, *catalog);  // with the columns below it would seem up to date
-  const auto table = MoneyTableBelow(host, *catalog, kColumnsWithQty);
-  if (!table) return;  // they are there, or another process was first
-  AppendColumns(*catalog, *table, MoneyColumns("Qty", ColumnType::kText, 0, false));
+  AddMoneyColumns(host.locale, *CatalogOn(host, connection));
 }
 
 }  // namespace vok

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 #include "env/environment.h"
 #include "platform/host.h"
@@ -18,6 +19,17 @@ void CreateDB(const Host& host, const Environment& environment, const std::strin
 /// makes the result false.
 bool CreateTables(const Host& host, DatabaseCatalog& catalog);
 bool CreateIndexes(const Host& host, DatabaseCatalog& catalog);
+
+/// Its tables, as they are today.
+std::vector<TableDefinition> SettingsTables();
+
+/// What a save stores for nothing: the zero date, 0, the empty text. NULL for the names of money
+/// sets and periods, which are read as such.
+Value NothingIn(const ColumnDefinition& column);
+
+/// Adds the tables, `IsCalculated` and `Qty` columns that a database of an older shape lacks.
+/// Failures pass to the caller.
+void CompleteShape(const Locale& locale, DatabaseCatalog& catalog);
 
 /// What `CreateDB` does to a file that is there; a failure passes to the caller.
 void BringUpToDate(const Host& host, const Environment& environment);

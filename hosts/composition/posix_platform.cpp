@@ -2,9 +2,14 @@
 #include <link.h>
 
 #include <filesystem>
+#include <utility>
+#include <vector>
 
 #include "hosts/composition/system_platform.h"
+#include "jet_reader.h"
+#include "providers/database/jet/jet_files.h"
 #include "providers/http/curl/curl_transport.h"
+#include "settings/schema.h"
 #include "system/posix/file_readers.h"
 #include "system/posix/file_registry.h"
 #include "system/posix/icu_locale.h"
@@ -30,6 +35,24 @@ std::string ComponentFolder() {
   return ignored ? "." : file.parent_path().string();
 }
 
+OpenJetFile JetFilesOf(const SystemPlatform& platform) {
+  std::vector<std::string> readers;
+  for (const std::string folder : {".", kReaderFromPrograms, kReaderFromLibraries}) {
+    readers.push_back(
+        std::filesystem::path(platform.component_folder + "/" + folder + "/" + kJetReader)
+            .lexically_normal()
+            .string());
+  }
+  const Locale& locale = *platform.locale;
+  jet::Shape shape;
+  for (const TableDefinition& table : SettingsTables()) shape.tables.push_back(table.name);
+  shape.nothing = NothingIn;
+  shape.complete = [&locale](DatabaseCatalog& catalog) { CompleteShape(locale, catalog); };
+  const auto jet_files = std::make_shared<jet::JetFiles>(*platform.files, locale,
+                                                         std::move(readers), std::move(shape));
+  return [jet_files](const std::string& path) { return jet_files->Open(path); };
+}
+
 }  // namespace
 
 SystemPlatform NewSystemPlatform() {
@@ -42,6 +65,7 @@ SystemPlatform NewSystemPlatform() {
   platform.transport = NewTransport<CurlTransport>();
   platform.advice_on_readers = AdviceOnReaders;
   platform.component_folder = ComponentFolder();
+  platform.open_jet_file = JetFilesOf(platform);
   return platform;
 }
 

@@ -23,8 +23,10 @@ namespace {
 /// The settings database, and record sets that stand in files of their own.
 class FileDatabase : public SqliteDatabase {
  public:
-  FileDatabase(Files& files, const Locale& locale)
-      : SqliteDatabase(files, locale), files_(files), locale_(locale) {}
+  explicit FileDatabase(const SystemPlatform& platform)
+      : SqliteDatabase(*platform.files, *platform.locale, platform.open_jet_file),
+        files_(*platform.files),
+        locale_(*platform.locale) {}
   std::unique_ptr<Recordset> OpenRecordset(const std::string& source,
                                            const std::string& connection_text) override {
     return recordset::OpenPersisted(files_, locale_, source, connection_text);
@@ -49,8 +51,7 @@ ComponentInfo Component(const std::string& folder) {
 struct SystemHost::Providers {
   Providers(const std::string& settings_folder, MessageBoxes* message_boxes)
       : overriding(*platform.registry, *platform.locale, settings_folder),
-        database(SystemDatabase(*platform.files,
-                                std::make_unique<FileDatabase>(*platform.files, *platform.locale))),
+        database(SystemDatabase(*platform.files, std::make_unique<FileDatabase>(platform))),
         cube_files(*platform.files, *platform.locale),
         cube_servers(*platform.locale, {[this] { return ServerSettings(); }, platform.transport}),
         told_of_readers(message_boxes != nullptr),

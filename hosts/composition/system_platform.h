@@ -12,6 +12,7 @@
 #include "platform/http.h"
 #include "platform/locale.h"
 #include "platform/registry.h"
+#include "providers/database/sqlite/connection.h"
 
 namespace vok {
 
@@ -23,6 +24,8 @@ struct SystemPlatform {
   NewHttpTransport transport;
   /// What keeps others from reading a file; "" when they cannot. Takes a native path.
   std::function<std::string(const std::string& path)> advice_on_readers;
+  /// Genuine Jet databases where the system has no data objects for them; else empty.
+  OpenJetFile open_jet_file;
   std::string component_folder;  ///< of the file that this code was loaded from
 };
 

@@ -3,6 +3,7 @@
 
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "platform/database.h"
@@ -24,6 +25,7 @@ class SqliteCatalog : public DatabaseCatalog {
   /// Fails with -2147467259 when there is such a file by now, or it cannot be written.
   void Keep() override;
   void SetActiveConnection(Connection& connection) override;
+  void SetStore(std::shared_ptr<SqliteStore> store) { store_ = std::move(store); }
   /// In the order of their making.
   std::vector<std::string> TableNames() const override;
   int32_t ColumnCount(const std::string& table) const override;

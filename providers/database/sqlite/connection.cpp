@@ -1,5 +1,6 @@
 #include "providers/database/sqlite/connection.h"
 
+#include "platform/database_file.h"
 #include "platform/failure.h"
 #include "providers/database/sqlite/connection_text.h"
 
@@ -25,8 +26,14 @@ void SqliteConnection::Open(const std::string& connection_string, const std::str
                   "The connection to \"" + store_->file() + "\" is open already. Close it first.");
   }
   const auto text = ParseConnectionText(connection_string.empty() ? text_ : connection_string);
-  store_ = SqliteStore::Open(files_, locale_, patience_, text.data_source, timeout_);
+  store_ = OpenStore(text.data_source);
   text_ = text.ToText();
+}
+
+std::shared_ptr<SqliteStore> SqliteConnection::OpenStore(const std::string& path) const {
+  const bool jet = open_jet_file_ && !files_.IsDirectory(path) &&
+                   KindOfDatabase(files_, path) == DatabaseKind::kJet;
+  return jet ? open_jet_file_(path) : SqliteStore::Open(files_, locale_, patience_, path, timeout_);
 }
 
 void SqliteConnection::Close() {

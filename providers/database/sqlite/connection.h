@@ -1,19 +1,29 @@
 // A connection to a settings database.
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <string>
+#include <utility>
 
 #include "platform/database.h"
 #include "providers/database/sqlite/store.h"
 
 namespace vok {
 
+/// The store that answers for a genuine Jet database; takes the system's path. Empty where there is
+/// nothing to read those with.
+using OpenJetFile = std::function<std::shared_ptr<SqliteStore>(const std::string& path)>;
+
 /// What it is made with outlives it.
 class SqliteConnection : public Connection {
  public:
-  SqliteConnection(Files& files, const Locale& locale, LockPatience& patience)
-      : files_(files), locale_(locale), patience_(patience) {}
+  SqliteConnection(Files& files, const Locale& locale, LockPatience& patience,
+                   OpenJetFile open_jet_file = {})
+      : files_(files),
+        locale_(locale),
+        patience_(patience),
+        open_jet_file_(std::move(open_jet_file)) {}
   ~SqliteConnection() override;
 
   std::string ConnectionString() const override { return text_; }
@@ -34,9 +44,12 @@ class SqliteConnection : public Connection {
   std::shared_ptr<SqliteStore> Store() const;
 
  private:
+  std::shared_ptr<SqliteStore> OpenStore(const std::string& path) const;
+
   Files& files_;
   const Locale& locale_;
   LockPatience& patience_;
+  const OpenJetFile open_jet_file_;
   std::string text_;
   int32_t timeout_ = 30;  // seconds, the platform's default
   std::shared_ptr<SqliteStore> store_;

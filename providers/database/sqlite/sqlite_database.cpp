@@ -28,7 +28,7 @@ class SqliteCommand : public Command {
 }  // namespace
 
 std::unique_ptr<Connection> SqliteDatabase::NewConnection() {
-  return std::make_unique<SqliteConnection>(files_, locale_, patience_);
+  return std::make_unique<SqliteConnection>(files_, locale_, patience_, open_jet_file_);
 }
 
 std::unique_ptr<Recordset> SqliteDatabase::NewRecordset() {

@@ -1,16 +1,19 @@
 // The settings database in a SQLite file: behaves to its callers as Jet does, as far as they use
 // it.
 //
-// The file's bytes are no Jet database's; a genuine one is recognised and never touched. Columns
-// keep the platform's types. Columns that are not nullable take NULL and the empty text all the
-// same, as the settings need; the column of an index that allows no NULLs takes none.
+// The file's bytes are not a Jet database's; a genuine one is recognised, never written to, and
+// read by the function that the database is made with. Columns keep the platform's types. Columns
+// that are not nullable take NULL and the empty text all the same, as the settings need; the column
+// of an index that allows no NULLs takes none.
 #pragma once
 
 #include <memory>
+#include <utility>
 
 #include "platform/database.h"
 #include "platform/files.h"
 #include "platform/locale.h"
+#include "providers/database/sqlite/connection.h"
 #include "providers/database/sqlite/lock_patience.h"
 
 namespace vok {
@@ -18,7 +21,8 @@ namespace vok {
 /// `files` and `locale` outlive it and all that it makes.
 class SqliteDatabase : public Database {
  public:
-  SqliteDatabase(Files& files, const Locale& locale) : files_(files), locale_(locale) {}
+  SqliteDatabase(Files& files, const Locale& locale, OpenJetFile open_jet_file = {})
+      : files_(files), locale_(locale), open_jet_file_(std::move(open_jet_file)) {}
 
   std::unique_ptr<Connection> NewConnection() override;
   std::unique_ptr<Recordset> NewRecordset() override;
@@ -28,6 +32,7 @@ class SqliteDatabase : public Database {
  private:
   Files& files_;
   const Locale& locale_;
+  const OpenJetFile open_jet_file_;
   LockPatience patience_;
 };
 

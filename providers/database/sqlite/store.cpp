@@ -7,6 +7,7 @@
 #include <memory>
 #include <utility>
 
+#include "platform/database_file.h"
 #include "platform/failure.h"
 #include "providers/database/sqlite/folder_lock.h"
 #include "providers/database/sqlite/query.h"
@@ -18,21 +19,12 @@ namespace {
 constexpr int kApplicationId = 0x566F6B51;  // "VokQ"
 constexpr int kVersion = 1;                 // of the store's own layout
 constexpr int kLongestValue = 1'000'000;    // bytes of a row, a text, a statement
-constexpr std::size_t kJetMarkAt = 4;
-constexpr std::string_view kJetMarks[] = {"Standard Jet DB", "Standard ACE DB"};
 
 int CompareNoCase(void* locale, int size_a, const void* a, int size_b, const void* b) noexcept {
   const std::string_view text_a(static_cast<const char*>(a), static_cast<std::size_t>(size_a));
   const std::string_view text_b(static_cast<const char*>(b), static_cast<std::size_t>(size_b));
   const auto& fold = *static_cast<const Locale*>(locale);
   return fold.FoldCase(text_a).compare(fold.FoldCase(text_b));
-}
-
-bool IsJetFile(const Files& files, const std::string& path) {
-  constexpr uint64_t kLongestMark = 32;
-  const std::string text = ReadBeginning(files, path, kLongestMark);
-  return std::any_of(std::begin(kJetMarks), std::end(kJetMarks),
-                     [&](std::string_view mark) { return text.find(mark) == kJetMarkAt; });
 }
 
 // The store takes some names for more than a path: none of them is absolute or begins with "./".
@@ -50,13 +42,9 @@ void CheckExists(const Files& files, const std::string& path) {
 
 // The store's own words for what it cannot read are poor, and it would look for a journal first.
 void CheckIsNoJetFile(const Files& files, const std::string& path) {
-  if (!IsJetFile(files, path)) return;
+  if (KindOfDatabase(files, path) != DatabaseKind::kJet) return;
   ThrowUnusable(files.NativePath(path),
-                "it is a Jet database, which the Windows version keeps its settings in. It cannot "
-                "be read here "
-                "and was left as it is. On Windows, run \"vokcube settings export sets.json\" on "
-                "it; then name "
-                "another folder here and run \"vokcube settings import sets.json\".");
+                "it is a Jet database, which cannot be read here. It was left as it is.");
 }
 
 }  // namespace
@@ -181,6 +169,10 @@ void SqliteStore::Execute(const std::string& sql) {
 }
 
 void SqliteStore::BeginWriting() {
+  if (!why_not_written_.empty()) {
+    throw Failure(failure_number::kReadOnly,
+                  "Settings database \"" + file_ + "\": " + why_not_written_);
+  }
   Execute("BEGIN IMMEDIATE");
   patience_.Forget();
   SetTimeout(timeout_);

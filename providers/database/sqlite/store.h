@@ -8,6 +8,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "platform/files.h"
 #include "platform/locale.h"
@@ -45,6 +46,9 @@ class SqliteStore {
   /// Seconds that locks of others are waited for; 0 waits without end.
   void SetTimeout(int32_t seconds);
 
+  /// From now on every change fails with -2147217911 and the words.
+  void RefuseWriting(std::string why) { why_not_written_ = std::move(why); }
+
   /// The file that the store is, or would be.
   std::string Bytes() const;
 
@@ -67,7 +71,8 @@ class SqliteStore {
 
   const Locale& locale_;
   LockPatience& patience_;
-  std::string file_;  ///< native
+  std::string file_;             ///< native
+  std::string why_not_written_;  ///< empty: it may be
   int32_t timeout_ = 0;
   sqlite3* database_ = nullptr;
 };

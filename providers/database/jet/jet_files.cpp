@@ -1,0 +1,91 @@
+#include "providers/database/jet/jet_files.h"
+
+#include <unistd.h>
+
+#include <algorithm>
+#include <utility>
+
+#include "platform/failure.h"
+#include "providers/database/jet/child_program.h"
+#include "providers/database/jet/jet_answer.h"
+#include "providers/database/sqlite/catalog.h"
+#include "providers/database/sqlite/rows.h"
+#include "providers/database/sqlite/schema.h"
+#include "providers/database/sqlite/store_failure.h"
+
+namespace vok::jet {
+namespace {
+
+constexpr ChildLimits kLimits = {64UL << 20, std::chrono::seconds(30)};
+
+std::string WhyNotWritten(const std::string& file) {
+  return "it is a Jet database, which is read here but never written. Nothing was changed. Copy "
+         "its "
+         "sets into another settings folder with: vokcube settings import \"" +
+         file + "\" --settings-folder FOLDER";
+}
+
+[[noreturn]] void ThrowNoReader(const std::string& file, const std::vector<std::string>& places) {
+  std::string tried;
+  for (const std::string& place : places) tried += (tried.empty() ? "" : ", ") + place;
+  ThrowUnusable(file, "it is a Jet database, and the program that reads those is not there (" +
+                          tried + "). It is built where libmdb is found (Debian: mdbtools-dev).");
+}
+
+void AddRows(SqliteStore& store, const Locale& locale, const Shape& shape, const TableRows& table) {
+  AddTable(store, table.definition);
+  for (const std::vector<Value>& row : table.rows) {
+    std::vector<Value> stored;
+    for (std::size_t i = 0; i < row.size(); ++i) {
+      const ColumnDefinition& column = table.definition.columns[i];
+      stored.push_back(ToStored(locale, column, row[i].IsNull() ? shape.nothing(column) : row[i]));
+    }
+    Insert(store, table.definition, stored);
+  }
+}
+
+}  // namespace
+
+JetFiles::JetFiles(Files& files, const Locale& locale, std::vector<std::string> readers,
+                   Shape shape)
+    : files_(files), locale_(locale), readers_(std::move(readers)), shape_(std::move(shape)) {}
+
+std::shared_ptr<SqliteStore> JetFiles::Open(const std::string& path) {
+  const std::string native = files_.NativePath(path);
+  const JetAnswer answer = Read(native);
+  if (!answer.failure.empty()) ThrowUnusable(native, "it " + answer.failure);
+  if (answer.tables.empty()) {
+    ThrowUnusable(native, "it is a Jet database, but has none of the tables of settings.");
+  }
+  auto store = SqliteStore::InMemory(locale_, patience_, native);
+  WriteScope scope(*store);
+  try {
+    for (const TableRows& table : answer.tables) AddRows(*store, locale_, shape_, table);
+  } catch (const Failure& failure) {
+    ThrowUnusable(native, "it is damaged: " + failure.description());
+  }
+  SqliteCatalog catalog(files_, locale_, patience_);
+  catalog.SetStore(store);
+  shape_.complete(catalog);
+  scope.Commit();
+  store->RefuseWriting(WhyNotWritten(native));
+  return store;
+}
+
+JetAnswer JetFiles::Read(const std::string& native) const {
+  const auto reader = std::find_if(readers_.begin(), readers_.end(), [](const std::string& place) {
+    return ::access(place.c_str(), X_OK) == 0;
+  });
+  if (reader == readers_.end()) ThrowNoReader(native, readers_);
+  std::vector<std::string> arguments = {native};
+  arguments.insert(arguments.end(), shape_.tables.begin(), shape_.tables.end());
+  const ChildAnswer printed = RunChild(*reader, arguments, kLimits);
+  if (auto answer = ParseAnswer(printed.output)) return *std::move(answer);
+  ThrowUnusable(native,
+                "it is a Jet database that cannot be read, perhaps because it is damaged: the "
+                "program " +
+                    *reader + " " + printed.end +
+                    ". Let Access compact and repair the file, or take an older copy.");
+}
+
+}  // namespace vok::jet
