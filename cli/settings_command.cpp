@@ -1,17 +1,20 @@
 // vokcube settings import | export | rename | delete: saved settings from and to a JSON document,
-// and by their names.
+// from another database, and by their names.
 #include <iostream>
 #include <map>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "cli/command.h"
 #include "cli/settings_document.h"
 #include "env/environment.h"
+#include "platform/database_file.h"
 #include "platform/failure.h"
 #include "platform/shown_text.h"
 #include "settings/all_sets.h"
 #include "settings/exact_sets.h"
+#include "settings/left_out.h"
 #include "settings/set_names.h"
 #include "settings/store.h"
 
@@ -43,10 +46,28 @@ void NoteNames(const Sets& sets, const char* words) {
   }
 }
 
+struct Imported {
+  SettingsDocument document;
+  std::vector<std::string> left_out;  ///< sentences
+};
+
+/// The sets of a JSON document, or of another settings database, which is not written to.
+Imported ReadImported(const Host& host, const std::string& path) {
+  const DatabaseKind kind = KindOfDatabase(host.files, path);
+  if (kind != DatabaseKind::kJet && kind != DatabaseKind::kSqlite) {
+    return {ParseSettingsDocument(ReadWholeFile(host.files, path), path), {}};
+  }
+  objRs store = OpenDatabase(host, path);
+  Imported imported;
+  imported.document = {ReadAllDataSources(host, store), ReadAllPeriodSets(store)};
+  imported.left_out = LeftOut(host, store, imported.document.data_sources);
+  return imported;
+}
+
 void Import(const CommonOptions& common, const std::string& path) {
   const auto session = common.NewSession();
   const Host& host = session->host();
-  const SettingsDocument document = ParseSettingsDocument(ReadWholeFile(host.files, path), path);
+  const auto [document, left_out] = ReadImported(host, path);
   RefuseDoubleNames(host.locale, document.data_sources, path);
   RefuseDoubleNames(host.locale, document.periods, path);
 
@@ -55,6 +76,9 @@ void Import(const CommonOptions& common, const std::string& path) {
   ImportSets(host, environment, document.data_sources, document.periods);
   NoteNames(document.data_sources, kDataSourceWords);
   NoteNames(document.periods, kPeriodSetWords);
+  for (const std::string& sentence : left_out) {
+    std::cerr << "Not taken: " << OneLine(sentence) << '\n';
+  }
   std::cout << "Imported " << document.data_sources.size() << " data sources and "
             << document.periods.size() << " period sets into "
             << OneLine(host.files.NativePath(SettingsDatabase(environment.SettingsFolder))) << '\n';
@@ -120,8 +144,9 @@ void AddSettingsCommand(CLI::App& app, const CommonOptions& common) {
   command->fallthrough();
 
   const auto path = std::make_shared<std::string>();
-  auto* import_command = command->add_subcommand("import", "Save every set of a JSON document");
-  import_command->add_option("FILE", *path, "The document")->required();
+  auto* import_command = command->add_subcommand(
+      "import", "Save every set of a JSON document, or of another settings database");
+  import_command->add_option("FILE", *path, "The document, or the database (.mdb)")->required();
   import_command->callback([&common, path] { Import(common, *path); });
 
   auto* export_command = command->add_subcommand("export", "Write all saved sets as JSON");

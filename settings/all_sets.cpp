@@ -3,7 +3,6 @@
 #include <map>
 #include <string>
 
-#include "settings/schema.h"
 #include "settings/set_rows.h"
 #include "settings/store.h"
 
@@ -24,8 +23,11 @@ void ForEachRow(objRs& store, const std::string& table, Visit visit) {
 
 std::vector<DataSourceSetting> ReadAllDataSources(const Host& host,
                                                   const Environment& environment) {
-  UpgradeQty(host, environment);
   objRs store = OpenSettings(host, environment);
+  return ReadAllDataSources(host, store);
+}
+
+std::vector<DataSourceSetting> ReadAllDataSources(const Host& host, objRs& store) {
   std::vector<DataSourceSetting> settings;
   std::map<std::string, std::size_t> by_name;
   ForEachRow(store, "DataSourceInfo", [&](const SetRow& row) {
@@ -45,6 +47,10 @@ std::vector<DataSourceSetting> ReadAllDataSources(const Host& host,
 
 std::vector<PeriodSet> ReadAllPeriodSets(const Host& host, const Environment& environment) {
   objRs store = OpenSettings(host, environment);
+  return ReadAllPeriodSets(store);
+}
+
+std::vector<PeriodSet> ReadAllPeriodSets(objRs& store) {
   std::vector<PeriodSet> sets;
   ForEachRow(store, "Periods",
              [&](const SetRow& row) { ReadPeriodsRow(row, sets.emplace_back()); });

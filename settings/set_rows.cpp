@@ -20,11 +20,21 @@ std::string SetNameOf(const Recordset& records) {
 
 }  // namespace
 
+Value SetRow::Stored(const std::string& field, NullRule null_rule) const {
+  const bool may_miss = null_rule == NullRule::kIsEmpty;
+  try {
+    const Value value = records_.Field(field);
+    return value.IsNull() && may_miss ? Value() : value;
+  } catch (const Failure& failure) {
+    if (!may_miss || failure.number() != failure_number::kItemNotFound) throw;
+    return Value();
+  }
+}
+
 template <typename Reading>
 auto SetRow::Read(const std::string& field, NullRule null_rule, Reading reading) const {
   try {
-    const Value value = records_.Field(field);
-    return reading(value.IsNull() && null_rule == NullRule::kIsEmpty ? Value() : value);
+    return reading(Stored(field, null_rule));
   } catch (const Failure& failure) {
     throw Located(failure, field, table_, SetNameOf(records_));
   }

@@ -8,7 +8,8 @@
 
 namespace vok {
 
-/// What a NULL that is read as a text, number, flag or date is.
+/// What a NULL that is read as a text, number, flag or date is. Where it is empty, so is a field
+/// that the database does not have: one of an older shape.
 enum class NullRule { kFails, kIsEmpty };
 
 /// The current row of a record set. A field that cannot be read fails with the number that the
@@ -27,6 +28,7 @@ class SetRow {
   Date Day(const std::string& field) const;
 
  private:
+  Value Stored(const std::string& field, NullRule null_rule) const;
   template <typename Reading>
   auto Read(const std::string& field, NullRule null_rule, Reading reading) const;
 

@@ -6,19 +6,27 @@ namespace vok {
 namespace {
 
 constexpr char kPeriods[] = "Periods";
+constexpr char kDataSource[] = "Provider=Microsoft.Jet.OLEDB.4.0;Data Source=";
+
+objRs Connected(const Host& host, const std::string& connection_text) {
+  constexpr int16_t kTimeoutSeconds = 20;
+  objRs store(host.database);
+  store.ADOConnect(connection_text, kTimeoutSeconds);
+  return store;
+}
 
 }  // namespace
 
 std::string SettingsConnectionText(const Environment& environment) {
-  return "Provider=Microsoft.Jet.OLEDB.4.0;Data Source=" +
-         SettingsDatabase(environment.SettingsFolder);
+  return kDataSource + SettingsDatabase(environment.SettingsFolder);
 }
 
 objRs OpenSettings(const Host& host, const Environment& environment) {
-  constexpr int16_t kTimeoutSeconds = 20;
-  objRs store(host.database);
-  store.ADOConnect(SettingsConnectionText(environment), kTimeoutSeconds);
-  return store;
+  return Connected(host, SettingsConnectionText(environment));
+}
+
+objRs OpenDatabase(const Host& host, const std::string& path) {
+  return Connected(host, kDataSource + ("\"" + path + "\""));
 }
 
 std::string NamedSetStatement(const std::string& statement, const std::string& name) {

@@ -16,6 +16,9 @@ std::string SettingsConnectionText(const Environment& environment);
 
 /// The settings database, connected, with a time-out of 20 seconds.
 objRs OpenSettings(const Host& host, const Environment& environment);
+/// Another settings database, likewise. A path with a `"` fails as a text that is none of a
+/// connection.
+objRs OpenDatabase(const Host& host, const std::string& path);
 
 /// `statement` and the trimmed name in quotes. The name is put in as it stands: a `like` takes its
 /// wildcards for such, and a quote in it spoils the statement, which then fails.

@@ -1,0 +1,80 @@
+#!/bin/bash
+# Works with settings in genuine Jet databases as they lie there: each run must give the workbook of the
+# same settings in a store of our own, the settings must come out as they went in, and nothing may be
+# written to the files.
+#
+#   jet_test.sh VOKCUBE LEDGER SAMPLES WORK_DIR
+#
+# LEDGER is the folder of the example, SAMPLES that of the files and of last-sets.json, which holds what
+# their last sets are. WORK_DIR is made anew.
+set -euo pipefail
+vokcube=$(realpath "$1") ledger=$(realpath "$2") samples=$(realpath "$3")
+read_sheet=$(dirname "$(realpath "$0")")/read_sheet.py
+rm -rf "$4"
+mkdir -p "$4/data"
+cd "$4"
+export VOKCUBE_REGISTRY=$PWD/registry.reg
+
+fail() {
+  echo "FAILED: $*" >&2
+  exit 1
+}
+
+# expect STATUS WORDS ARGUMENT...
+expect() {
+  local status=0 said
+  said=$("$vokcube" "${@:3}" 2>&1) || status=$?
+  [[ $status == "$1" && $said == *"$2"* ]] || fail "${*:3}: status $status, not $1 with \"$2\": $said"
+}
+
+# sheet FOLDER: the cells of a run with the last sets of the settings there.
+sheet() {
+  expect 0 "" run --settings-folder "$1" --data-source Sales --periods P --output "$1/out"
+  "$read_sheet" "$1/out.xlsX"
+}
+
+# The cube that the files ask, over their years.
+cp "$ledger"/*.csv data
+sed 's/name="LedgerQEL"/name="QEL"/' "$ledger/schema.xml" > data/schema.xml
+sed 's/Domestic/Ledger2/' "$ledger/files.csv" > data/files.csv
+awk -F, -v OFS=, 'NR > 1 { $2 -= 12 } 1' "$ledger/dates.csv" > data/dates.csv
+expect 0 "stored cells" cube build --schema data/schema.xml --data data --output sales.cub
+
+for columns in 28 41 54; do
+  mkdir $columns
+  cp "$samples/CubToQel-$columns-columns.mdb" $columns/CubToQel.mdb
+  touch $columns/CubToQel.ldb  # as if it were open elsewhere
+  chmod a-w $columns/*
+  # The same settings from another hand; the older files have no quantities.
+  cp "$samples/last-sets.json" $columns.json
+  ((columns == 54)) || sed -i 's/"Qty": ".*"/"Qty": ""/' $columns.json
+  expect 0 "Imported 1 data sources and 1 period sets" settings import $columns.json \
+    --settings-folder $columns-own
+  sheet $columns-own > $columns-own.csv
+  sheet $columns > $columns.csv
+  (($(grep -c '[1-9]' $columns.csv) > 50)) || fail "$columns columns: hardly any cells"
+  cmp $columns.csv $columns-own.csv || fail "$columns columns: not the cells of our own store"
+
+  [[ $("$vokcube" sets Periods --settings-folder $columns | wc -l) == 41 ]] || fail "not 41 sets"
+  expect 0 "Sales: sales.cub" info --settings-folder $columns
+  expect 1 "settings import \"$PWD/$columns/CubToQel.mdb\"" settings delete periods P \
+    --settings-folder $columns
+  expect 1 "never written" settings import $columns.json --settings-folder $columns
+  expect 1 "never written" periods fill P --interval year --settings-folder $columns
+
+  expect 0 "" settings export $columns-1.json --settings-folder $columns
+  expect 0 "Imported 41 data sources and 41 period sets" settings import $columns/CubToQel.mdb \
+    --settings-folder $columns-copy
+  expect 0 "" settings export $columns-2.json --settings-folder $columns-copy
+  expect 0 "" settings import $columns-2.json --settings-folder $columns-again
+  expect 0 "" settings export $columns-3.json --settings-folder $columns-again
+  cmp $columns-1.json $columns-2.json && cmp $columns-2.json $columns-3.json ||
+    fail "$columns columns: not the same document"
+  cmp "$samples/CubToQel-$columns-columns.mdb" $columns/CubToQel.mdb || fail "it was written to"
+done
+
+# A file that cannot be read changes nothing.
+head -c 100000 54/CubToQel.mdb > cut.mdb
+cp 54-copy/CubToQel.mdb before.mdb
+expect 1 "within a page" settings import cut.mdb --settings-folder 54-copy
+cmp before.mdb 54-copy/CubToQel.mdb || fail "a file that cannot be read changed the settings"
