@@ -5,7 +5,6 @@
 // in the list. The screen is left out; settings, files and messages are those of this system. A
 // message ends it, with status 1.
 #include <iostream>
-#include <stdexcept>
 #include <string>
 
 #include "hosts/composition/system_host.h"
@@ -23,7 +22,7 @@ constexpr char kChanged[] = "changed.mdb";
 class Told : public vok::MessageBoxes {
  public:
   vok::MessageAnswer Show(const vok::MessageBox& box) override {
-    throw std::runtime_error(box.text);
+    throw vok::Failure(vok::failure_number::kUnspecified, box.text);
   }
 };
 
@@ -64,8 +63,6 @@ bool ChangeAndSave(const std::string& folder, const std::string& what) {
 int main(int count, char** arguments) {
   try {
     return count > 1 && ChangeAndSave(arguments[1], count > 2 ? arguments[2] : "") ? 0 : 1;
-  } catch (const std::runtime_error& message) {
-    std::cerr << message.what() << '\n';
   } catch (...) {
     std::cerr << vok::CurrentFailure().description() << '\n';
   }

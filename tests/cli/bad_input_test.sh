@@ -3,16 +3,7 @@
 # with its status and leaves no file behind.
 #
 #   bad_input_test.sh VOKCUBE DATA_DIR WORK_DIR
-#
-# DATA_DIR holds schema.xml, settings.json and the tables as CSV. WORK_DIR is made anew.
-set -euo pipefail
-
-vokcube=$(realpath "$1") data=$(realpath "$2")
-rm -rf "$3"
-mkdir -p "$3"
-cd "$3"
-export VOKCUBE_REGISTRY=$PWD/registry.reg
-failures=0
+source "$(dirname "$0")/start.sh"
 
 # What a terminal would obey, in UTF-8: controls and marks that turn the direction. A line of CSV ends
 # with a return.
@@ -25,14 +16,10 @@ expect() {
   shift 2
   "$vokcube" "$@" > said 2>&1 < /dev/null || status=$?
   if ((status != wanted)) || [[ $(grep -cF -- "$words" said) != 1 ]]; then
-    printf 'FAILED: %s\n  status %s, expected %s and once: %s\n' "$*" "$status" "$wanted" "$words" >&2
-    sed 's/^/  | /' said >&2
-    failures=$((failures + 1))
+    fail "$* ended with $status, wanted $wanted and once: $words"
   fi
   if LC_ALL=C grep -qaP "$obeyed|^1111: forged" said; then
-    printf 'FAILED: %s\n  its names reach the terminal as they are:\n' "$*" >&2
-    cat -v said >&2
-    failures=$((failures + 1))
+    fail "the names of $* reach the terminal as they are"
   fi
 }
 
@@ -77,8 +64,7 @@ done
 "$vokcube" settings rename periods "it's" Q20 --settings-folder again
 left=$("$vokcube" sets Periods --settings-folder again | LC_ALL=C sort | tr '\n' ' ')
 if [[ $left != "A1 A2 Q20 Q21 pad " ]]; then
-  echo "FAILED: other sets than the named ones were changed; left are $left" >&2
-  failures=$((failures + 1))
+  fail "other sets than the named ones were changed; left are $left"
 fi
 
 # A database that cannot be made is not there, and can be made later.
@@ -87,8 +73,7 @@ for kilobytes in 0 1 20; do
   (trap '' XFSZ && ulimit -f "$kilobytes" &&
     ! "$vokcube" settings import "$data/settings.json" --settings-folder small) 2>&1 | cat > said
   if [[ $(grep -c "was not made, as reported above" said) != 1 || $(ls -A small) ]]; then
-    echo "FAILED: a full disk left $(ls -A small) and: $(cat said)" >&2
-    failures=$((failures + 1))
+    fail "a full disk left $(ls -A small)"
   fi
 done
 expect 0 "Imported 2 data sources" settings import "$data/settings.json" --settings-folder small
@@ -213,20 +198,17 @@ expect 2 'no subcommand "nothing"; there are: build' cube nothing
 for command in --version --help "cube info ledger.cub" "sets Periods --settings-folder good"; do
   # shellcheck disable=SC2086
   if "$vokcube" $command 2> said > /dev/full || ! grep -qF "57: Standard output" said; then
-    echo "FAILED: $command with a full standard output" >&2
-    failures=$((failures + 1))
+    fail "$command with a full standard output"
   fi
 done
 
 mkdir gone
 if [[ $(cd gone && rmdir ../gone && "$vokcube" info --settings-folder x 2>&1) != "57: "* ]]; then
-  echo "FAILED: in a folder that is gone" >&2
-  failures=$((failures + 1))
+  fail "in a folder that is gone"
 fi
 
 if ! cmp -s Lang.rs old.rs; then
-  echo "FAILED: the language table changed" >&2
-  failures=$((failures + 1))
+  fail "the language table changed"
 fi
 
 # interrupt WORDS ARGUMENT...: Ctrl-C ends the program, which says so.
@@ -244,8 +226,7 @@ interrupt() {
   kill -INT "$running"
   wait "$running" || status=$?
   if ((status != 130)) || [[ $(grep -cF -- "$words" said) != 1 ]]; then
-    echo "FAILED: Ctrl-C in $1 left status $status and: $(cat said)" >&2
-    failures=$((failures + 1))
+    fail "Ctrl-C in $1 left status $status"
   fi
 }
 interrupt "stopped before its end" mdx endless.cub --timeout 60 \
@@ -255,9 +236,6 @@ interrupt "stopped before its end; nothing was written" run --data-source Domest
 rm -rf endless/Log
 
 if [[ $(find . | sort) != "$before" ]]; then
-  echo "FAILED: files were left behind" >&2
-  find . >&2
-  failures=$((failures + 1))
+  fail "files were left behind:" "$(find . | sort | comm -3 - <(echo "$before"))"
 fi
-echo "$failures failures"
-((failures == 0))
+finish

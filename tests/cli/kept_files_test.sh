@@ -3,22 +3,7 @@
 # and no temporary file stays for long.
 #
 #   kept_files_test.sh VOKCUBE DATA_DIR WORK_DIR
-#
-# DATA_DIR holds schema.xml, settings.json and the tables as CSV. WORK_DIR is made anew.
-set -euo pipefail
-
-vokcube=$(realpath "$1") data=$(realpath "$2")
-rm -rf "$3"
-mkdir -p "$3"
-cd "$3"
-export VOKCUBE_REGISTRY=$PWD/registry.reg
-failures=0
-
-fail() {
-  echo "FAILED: $*" >&2
-  sed 's/^/  | /' said >&2
-  failures=$((failures + 1))
-}
+source "$(dirname "$0")/start.sh"
 
 # expect STATUS WORDS COMMAND...: the command ends so and says so.
 expect() {
@@ -131,5 +116,4 @@ run[7]=pipe
 expect 1 "it is a device or a pipe" "${run[@]}" Demo
 [[ -p pipe.xlsX ]] || fail "the pipe is gone"
 
-echo "$failures failures"
-((failures == 0))
+finish

@@ -5,22 +5,8 @@
 #
 #   date_names_test.sh VOKCUBE RECOMPUTE DATA_DIR WORK_DIR
 #
-# DATA_DIR is an output of the examples' generator. WORK_DIR is made anew. The program compare_sheets
-# stands beside RECOMPUTE.
-set -euo pipefail
-
-if (($# != 4)); then
-  sed -n '2,9s/^# \{0,1\}//p' "$0" >&2
-  exit 2
-fi
-vokcube=$(realpath "$1") recompute=$(realpath "$2") data=$(realpath "$3")
-compare=$(dirname "$recompute")/compare_sheets
-read_sheet=$(dirname "$(realpath "$0")")/read_sheet.py
-rm -rf "$4"
-mkdir -p "$4"
-cd "$4"
-export VOKCUBE_REGISTRY=$PWD/registry.reg
-failures=0
+# DATA_DIR is an output of the examples' generator.
+source "$(dirname "$0")/start.sh"
 runs=0
 
 numbers=({1..12})
@@ -28,11 +14,6 @@ english=(January February March April May June July August September October Nov
 cut=(Jan Feb Mar Apr May Jun Jul Aug Sept Oct Nov Dec)
 hebrew=(ינואר פברואר מרץ אפריל מאי יוני יולי אוגוסט ספטמבר אוקטובר נובמבר דצמבר)
 russian=(январь февраль март апрель май июнь июль август сентябрь октябрь ноябрь декабрь)
-
-fail() {
-  echo "FAILED: $*" >&2
-  failures=$((failures + 1))
-}
 
 # build NAME ORDER MONTH…: a cube whose years are "22", "23", …, with these names of months, sorted
 # by the column ORDER.

@@ -4,28 +4,9 @@
 #
 #   end_to_end_test.sh VOKCUBE RECOMPUTE DATA_DIR WORK_DIR
 #
-# DATA_DIR holds schema.xml, settings.json and the tables as CSV. WORK_DIR is made anew. The program
-# compare_sheets stands beside RECOMPUTE.
-set -euo pipefail
-
-if (($# != 4)); then
-  sed -n '2,9s/^# \{0,1\}//p' "$0" >&2
-  exit 2
-fi
-vokcube=$(realpath "$1") recompute=$(realpath "$2") data=$(realpath "$3")
-compare=$(dirname "$recompute")/compare_sheets
-read_sheet=$(dirname "$(realpath "$0")")/read_sheet.py
-rm -rf "$4"
-mkdir -p "$4/settings"
-work=$(realpath "$4")
-cd "$work"
-export VOKCUBE_REGISTRY=$work/registry.reg
-failures=0
-
-fail() {
-  echo "FAILED: $*" >&2
-  failures=$((failures + 1))
-}
+# DATA_DIR holds schema.xml, settings.json and the tables as CSV.
+source "$(dirname "$0")/start.sh"
+mkdir settings
 
 # All workbooks at once: starting the program is what takes long.
 convert_with_libreoffice() {
