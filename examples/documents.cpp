@@ -23,10 +23,11 @@ constexpr std::string_view kDayLevel =
 
 constexpr std::string_view kSchemaTail = R"(      </Hierarchy>
     </Dimension>
-    <Dimension name="QeL" foreignKey="line_id">
+    <Dimension name="QeL" type="TimeDimension" foreignKey="line_id">
       <Hierarchy name="QeL" hasAll="false" primaryKey="line_id">
         <Table name="lines"/>
-        <Level name="Line" column="code" captionColumn="caption" ordinalColumn="sort" uniqueMembers="true"/>
+        <Level name="Line" column="code" captionColumn="caption" ordinalColumn="sort" uniqueMembers="true"
+          levelType="TimeUndefined"/>
       </Hierarchy>
     </Dimension>
     <Dimension name="ActX" foreignKey="file_id">

@@ -28,11 +28,15 @@ constexpr std::array<std::string_view, 8> kIgnoredElements = {
 constexpr std::array<std::string_view, 5> kRefusedAttributes = {
     "parentColumn", "nullParentValue", "defaultMember", "usage", "memberReaderClass"};
 
+/// The type of a level of a time dimension that has nothing to do with time.
+constexpr std::string_view kNoTime = "TimeUndefined";
+
 struct LevelTypeName {
   std::string_view name;
   LevelKind kind;
 };
-constexpr std::array<LevelTypeName, 8> kLevelTypes = {{{"Regular", LevelKind::kRegular},
+constexpr std::array<LevelTypeName, 9> kLevelTypes = {{{"Regular", LevelKind::kRegular},
+                                                       {kNoTime, LevelKind::kRegular},
                                                        {"TimeYears", LevelKind::kYears},
                                                        {"TimeHalfYears", LevelKind::kHalfYears},
                                                        {"TimeHalfYear", LevelKind::kHalfYears},
@@ -123,10 +127,10 @@ class SchemaReader {
     dimension.caption = Text(usage, "caption", Text(node, "caption", dimension.name));
     dimension.foreign_key = Text(usage, "foreignKey", "");
     const std::string type = Text(node, "type", "StandardDimension");
-    dimension.is_time = type == "TimeDimension";
-    if (!dimension.is_time && type != "StandardDimension") {
+    if (type != "TimeDimension" && type != "StandardDimension") {
       throw Unsupported(node, "the type " + Quoted(type));
     }
+    dimension.is_time = type == "TimeDimension" && !IsTimeInNameOnly(node);
     for (const Node child : node.children("Hierarchy")) {
       dimension.hierarchies.push_back(ReadHierarchy(child, dimension.name));
       if (!dimension.hierarchies.back().table.empty() && dimension.foreign_key.empty()) {
@@ -136,6 +140,18 @@ class SchemaReader {
     if (dimension.hierarchies.empty()) throw Bad(node, "has no <Hierarchy>");
     CheckNames(node, "Hierarchy", dimension.hierarchies);
     return dimension;
+  }
+
+  /// Schemas call dimensions so for the sake of servers that read their members faster then.
+  static bool IsTimeInNameOnly(Node dimension) {
+    bool any = false;
+    for (const Node hierarchy : dimension.children("Hierarchy")) {
+      for (const Node level : hierarchy.children("Level")) {
+        if (level.attribute("levelType").value() != kNoTime) return false;
+        any = true;
+      }
+    }
+    return any;
   }
 
   HierarchySchema ReadHierarchy(Node node, const std::string& dimension) {

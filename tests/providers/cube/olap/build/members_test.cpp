@@ -99,5 +99,28 @@ TEST(Members, SharedDimensionsServeSeveralCubes) {
   EXPECT_EQ(built.file().cubes()[1].facts->Read({{0}, {}, {}})[0].numbers[0], 2);
 }
 
+TEST(Dimension, IsTimeWhereALevelIsATimeAndNotByItsTypeAlone) {
+  const struct {
+    const char* type;
+    const char* level;
+    const char* second;
+    bool is_time;
+  } cases[] = {{"StandardDimension", "Regular", "Regular", false},
+               {"TimeDimension", "TimeYears", "TimeMonths", true},
+               {"TimeDimension", "TimeUndefined", "TimeUndefined", false},
+               {"TimeDimension", "TimeYears", "TimeUndefined", true}};
+  for (const auto& each : cases) {
+    const std::string schema =
+        R"(<Schema name="S"><Cube name="C"><Table name="fact"/><Dimension name="D" type=")" +
+        std::string(each.type) +
+        R"(" foreignKey="id"><Hierarchy primaryKey="id"><Table name="d"/>)"
+        R"(<Level name="L" column="k" levelType=")" +
+        each.level + R"("/><Level name="M" column="id" levelType=")" + each.second +
+        R"("/></Hierarchy></Dimension><Measure name="N" aggregator="count"/></Cube></Schema>)";
+    const test::BuiltCube built({schema, {{"d", "id,k\n1,a\n"}, {"fact", "id\n1\n"}}});
+    EXPECT_EQ(built.cube().model.dimensions[0].is_time, each.is_time) << schema;
+  }
+}
+
 }  // namespace
 }  // namespace vok::olap
