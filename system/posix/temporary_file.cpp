@@ -93,15 +93,17 @@ TemporaryFile::TemporaryFile(const std::string& folder, mode_t mode, const std::
   const std::string stem = folder + std::string(kStart) + std::to_string(::getpid()) + "-";
   for (int attempt = 0; attempt < kMostAttempts; ++attempt) {
     const std::string path = stem + std::to_string(serial++) + std::string(kEnd);
+    place_ = Note(path);  // before it is there: a signal may come at any moment
     file_ = FileHandle(::open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, mode));
     if (file_.IsOpen() && IsOurs(file_)) {
       path_ = path;
-      place_ = Note(path);
       return;
     }
-    if (!file_.IsOpen() && errno != EEXIST && errno != EINTR) break;
+    const int error = file_.IsOpen() ? EEXIST : errno;
+    Erase(place_);
+    if (error != EEXIST && error != EINTR) ThrowSystemFailure(error, "write", target);
   }
-  ThrowSystemFailure(errno, "write", target);
+  ThrowSystemFailure(EEXIST, "write", target);
 }
 
 int TemporaryFile::RenameTo(const std::string& target) noexcept {

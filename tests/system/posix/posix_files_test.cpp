@@ -13,6 +13,7 @@
 #include <filesystem>
 #include <functional>
 #include <string>
+#include <utility>
 
 #include "platform/failure.h"
 #include "system/posix/file_readers.h"
@@ -23,6 +24,7 @@
 
 namespace {
 
+std::function<void()> at_next_status;
 bool is_status_unknown = false;
 int folder_sync_error = 0;
 mode_t mode_seen_by_chown = 0;
@@ -35,10 +37,11 @@ mode_t ModeOf(int file) {
 
 }  // namespace
 
-// In place of the C library's: the first fails when it is told to, the second for folders with the
-// error that is set, the third notes what a file's permissions are before they are made those of
-// the file that it replaces.
+// In place of the C library's: the first does something else before, or fails, when it is told to;
+// the second fails for folders with the error that is set; the third notes what a file's
+// permissions are before they are made those of the file that it replaces.
 extern "C" int fstat(int file, struct stat* status) noexcept {
+  if (at_next_status) std::exchange(at_next_status, nullptr)();
   if (is_status_unknown) {
     errno = EIO;
     return -1;
@@ -174,6 +177,11 @@ TEST_F(PosixFilesTest, RemovesItsOwnTemporariesWhenTheProcessIsToEnd) {
   EXPECT_EQ(EntryCount(), 2);
   EXPECT_NE(NumberOf([&] { open->Commit(); }), 0);
   EXPECT_EQ(Text("kept"), "old");
+  at_next_status = [&] {
+    RemoveTemporaries();
+    EXPECT_EQ(EntryCount(), 2) << "just made";
+  };
+  files_.Replace(At("kept"));
 }
 
 TEST_F(PosixFilesTest, AFileIsThereThoughItsFolderCannotBeBroughtToTheDisk) {
