@@ -130,6 +130,7 @@ Value RunStoppable(Session& session, RunOptions& options) {
 void Run(const CommonOptions& common, RunOptions& options) {
   const auto session = common.NewSession();
   FindFolder(*session);
+  options.output = OutputPath(session->host().files, options.output);
   const Value result = RunStoppable(*session, options);
   const auto& parts = *result.As<Value::Array>();
   if (parts.size() == 2) throw ResultFailure(*session, parts, options);
@@ -158,7 +159,9 @@ void AddRunCommand(CLI::App& app, const CommonOptions& common) {
   command->add_option("--data-source", options->data_source, "Name of the data-source setting")
       ->required();
   command->add_option("--periods", options->periods, "Name of the period set")->required();
-  command->add_option("--output", options->output, "The workbook's path without extension")
+  command
+      ->add_option("--output", options->output,
+                   "The workbook's path; \".xlsX\" is added where it has no such ending")
       ->required()
       ->check(NamesFile, "", "");
   options->limits.AddTo(*command);

@@ -1,11 +1,17 @@
 #include "component/workbook_writer.h"
 
+#include <algorithm>
+#include <string_view>
+
 #include "platform/failure.h"
 #include "platform/locale.h"
+#include "platform/text.h"
 #include "reports/error_report.h"
 
 namespace vok {
 namespace {
+
+constexpr std::string_view kEnding = ".xlsX";
 
 constexpr const char* kSheetName = "Data";
 constexpr int16_t kLastBinaryVersion = 11;  // later versions are told the format to save in
@@ -78,7 +84,21 @@ void Reported(const Host& host, const Work& work) {
 
 }  // namespace
 
-std::string WorkbookPath(const std::string& output_path) { return output_path + ".xlsX"; }
+std::string WorkbookPath(const std::string& output_path) {
+  return output_path + std::string(kEnding);
+}
+
+std::string OutputPath(const Files& files, std::string typed) {
+  const std::size_t stem = typed.size() - std::min(typed.size(), kEnding.size());
+  if (EqualNoCaseAscii(std::string_view(typed).substr(stem), kEnding)) {
+    typed.resize(stem);
+  } else if (files.IsDirectory(typed)) {
+    throw Failure(failure_number::kPathAccess,
+                  "Path/file access error: \"" + typed +
+                      "\" is a folder. Name the workbook in it, such as \"" + typed + "/report\"");
+  }
+  return typed;
+}
 
 RunOutput NewRunOutput(const Host& host, const std::string& path, bool keep_old) {
   if (host.files.IsDirectory(path)) {

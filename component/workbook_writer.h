@@ -20,6 +20,10 @@ inline constexpr std::size_t kFirstLabelColumn = 12;
 /// Path of the workbook for a run's output path.
 std::string WorkbookPath(const std::string& output_path);
 
+/// The output path that a person means by `typed`, which may have the workbook's ending, in any
+/// letter case. Failure 75: a folder.
+std::string OutputPath(const Files& files, std::string typed);
+
 /// The workbook that a run is to leave.
 struct RunOutput {
   std::string path;

@@ -189,6 +189,7 @@ expect 2 "is no date; write it as" periods fill Run --interval year --from 31.12
 expect 2 "not in {month,quarter" periods fill Run --interval week
 expect 2 "not in range" periods fill Run --interval year --last 13
 expect 2 "names no folder" info --settings-folder ""
+expect 1 '"folder" is a folder. Name the workbook in it' run --data-source a --periods b --output folder
 expect 2 "names no file, only a folder" run --data-source a --periods b --output missing/
 expect 2 "--output is required" run --data-source a --periods b
 expect 2 "not in {table,csv,json}" mdx ledger.cub --format html 'select from LedgerQEL'

@@ -41,7 +41,7 @@ interrupt() {
 mkdir data
 cp "$data"/schema.xml "$data"/*.csv data
 build=("$vokcube" cube build --schema data/schema.xml --data)
-run=("$vokcube" run --settings-folder settings --data-source Domestic --output report --periods)
+run=("$vokcube" run --settings-folder settings --data-source Domestic --output report.XLSX --periods)
 expect 0 "stored cells" "${build[@]}" data --output ledger.cub
 expect 0 "Imported" "$vokcube" settings import "$data/settings.json" --settings-folder settings
 cat > periods.json << 'JSON'

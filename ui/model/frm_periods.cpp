@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "component/workbook_writer.h"
 #include "env/environment.h"
 #include "settings/edited_sets.h"
 #include "settings/reader.h"
@@ -260,8 +261,7 @@ bool FrmPeriods::SaveIfWanted(int save, int leave) {
 }
 
 void FrmPeriods::RunQuery() {
-  const std::string& output = form_.Text("txtOutput");
-  if (form_.Text(kDataSource).empty() || output.empty()) {
+  if (form_.Text(kDataSource).empty() || form_.Text("txtOutput").empty()) {
     ShowMessage(services_, StringTableText(text_number::kNothingToRun),
                 services_.host.component.product_name, MessageIcon::kExclamation);
     return;
@@ -272,6 +272,7 @@ void FrmPeriods::RunQuery() {
   if (periods.empty()) periods = kUnnamedPeriods;
   Value result;
   const bool ran = RunReported(services_, ReportOf("cmdQuery_Click"), [&] {
+    const std::string output = OutputPath(services_.host.files, form_.Text("txtOutput"));
     result = progress_.Run(form_.Text(kDataSource), periods, output);
   });
   if (ran) ShowRunResult(*result.As<Value::Array>());
@@ -297,16 +298,12 @@ void FrmPeriods::Close() {
 
 void FrmPeriods::PickOutput() {
   GoToSettingsFolder(services_.host, services_.publics.environment);
-  std::string picked = services_.toolkit.PickFile(
+  const std::string picked = services_.toolkit.PickFile(
       {.title = services_.host.component.executable_name + StringTableText(text_number::kSaveAFile),
        .filter = "Excel files(*.xlsX)|*.xlsX",
        .flags = kPathMustExist | kHideReadOnly,
        .save = true});
-  if (picked.empty()) return;
-  constexpr std::string_view kEnding = ".xlsX";
-  const std::size_t stem = picked.size() - std::min(picked.size(), kEnding.size());
-  if (EqualNoCase(services_.host.locale, picked.substr(stem), kEnding)) picked.resize(stem);
-  form_.SetText("txtOutput", picked);
+  if (!picked.empty()) form_.SetText("txtOutput", OutputPath(services_.host.files, picked));
 }
 
 }  // namespace vok
