@@ -73,18 +73,18 @@ std::vector<std::size_t> Shared(const Names& texts, const Names& unique_names) {
   return positions;
 }
 
-HeaderColumn ColumnOf(const CellsetAxis& axis, std::size_t index) {
+HeaderColumn ColumnOf(const Cellset& cellset, std::size_t axis, std::size_t index) {
   HeaderColumn column;
   Names unique_names;
-  for (std::size_t p = 0; p < axis.PositionCount(); ++p) {
-    AxisMember member = axis.MemberAt(p, index);
+  for (std::size_t p = 0; p < cellset.PositionCount(axis); ++p) {
+    AxisMember member = cellset.Member(axis, p, index);
     if (p == 0) column.hierarchy = Joined(HierarchyOf(member), ".");
     column.texts.push_back(std::move(member.caption));
     unique_names.push_back(std::move(member.unique_name));
   }
   for (const auto longer : {WithNamesAbove, WithOwnName}) {
     for (const std::size_t p : Shared(column.texts, unique_names)) {
-      column.texts[p] = longer(axis.MemberAt(p, index));
+      column.texts[p] = longer(cellset.Member(axis, p, index));
     }
   }
   return column;
@@ -92,9 +92,11 @@ HeaderColumn ColumnOf(const CellsetAxis& axis, std::size_t index) {
 
 }  // namespace
 
-std::vector<HeaderColumn> AxisHeaders(const CellsetAxis& axis) {
+std::vector<HeaderColumn> AxisHeaders(const Cellset& cellset, std::size_t axis) {
   std::vector<HeaderColumn> columns;
-  for (std::size_t i = 0; i < axis.MembersPerPosition(); ++i) columns.push_back(ColumnOf(axis, i));
+  for (std::size_t i = 0; i < cellset.MembersPerPosition(axis); ++i) {
+    columns.push_back(ColumnOf(cellset, axis, i));
+  }
   return columns;
 }
 

@@ -18,6 +18,6 @@ struct HeaderColumn {
 };
 
 /// One column per member of a position.
-std::vector<HeaderColumn> AxisHeaders(const CellsetAxis& axis);
+std::vector<HeaderColumn> AxisHeaders(const Cellset& cellset, std::size_t axis);
 
 }  // namespace vok::cli

@@ -23,9 +23,9 @@ class Sheet {
  public:
   explicit Sheet(const Cellset& cellset) {
     for (std::size_t axis = 0; axis < cellset.AxisCount(); ++axis) {
-      const CellsetAxis& each = cellset.AxisAt(axis);
-      axes_.push_back({each.PositionCount(), AxisHeaders(each)});
-      (axis == 0 ? columns_ : rows_) *= each.PositionCount();
+      const std::size_t positions = cellset.PositionCount(axis);
+      axes_.push_back({positions, AxisHeaders(cellset, axis)});
+      (axis == 0 ? columns_ : rows_) *= positions;
     }
   }
 
@@ -137,7 +137,7 @@ void PrintTable(const Cellset& cellset, std::ostream& out) {
     if (l + 1 == sheet.HeaderLines()) out << Rule(widths) << '\n';
   }
   for (std::size_t axis = 0; axis < cellset.AxisCount(); ++axis) {
-    if (cellset.AxisAt(axis).PositionCount() > 0) continue;
+    if (cellset.PositionCount(axis) > 0) continue;
     out << "No cells: axis " << axis << " is empty.\n";
   }
 }
@@ -156,13 +156,12 @@ void PrintJson(const Cellset& cellset, std::ostream& out) {
   Json document{{"axes", Json::array()}, {"cells", Json::array()}};
   std::size_t cells = 1;
   for (std::size_t a = 0; a < cellset.AxisCount(); ++a) {
-    const CellsetAxis& axis = cellset.AxisAt(a);
-    cells *= axis.PositionCount();
+    cells *= cellset.PositionCount(a);
     auto positions = Json::array();
-    for (std::size_t p = 0; p < axis.PositionCount(); ++p) {
+    for (std::size_t p = 0; p < cellset.PositionCount(a); ++p) {
       auto members = Json::array();
-      for (std::size_t i = 0; i < axis.MembersPerPosition(); ++i) {
-        const AxisMember member = axis.MemberAt(p, i);
+      for (std::size_t i = 0; i < cellset.MembersPerPosition(a); ++i) {
+        const AxisMember member = cellset.Member(a, p, i);
         members.push_back({{"UniqueName", member.unique_name},
                            {"Caption", member.caption},
                            {"LevelName", member.level_name}});

@@ -139,15 +139,12 @@ Json Describe(const CubeDef& cube, const std::string& catalog) {
           {"dimensions", dimensions}};
 }
 
-Json CubesOfServer(CubeServices& services, const std::string& source) {
-  const auto connection = services.NewConnection();
-  connection->Open("Provider=MSOLAP;Data Source=" + source, "", "", kUnspecifiedOptions);
+Json CubesOfServer(CubeProvider& provider, const std::string& source) {
+  const std::string text = "Provider=MSOLAP;Data Source=" + source;
   Json cubes = Json::array();
-  for (const std::string& name : connection->CatalogNames()) {
-    connection->Open("Provider=MSOLAP;Data Source=" + source + ";Initial Catalog=[" + name + "]",
-                     "", "", kUnspecifiedOptions);
-    const auto catalog = services.NewCatalog();
-    catalog->SetActiveConnection(*connection);
+  for (const std::string& name : provider.Connect(text, nullptr)->CatalogNames()) {
+    const auto connection = provider.Connect(text + ";Initial Catalog=[" + name + "]", nullptr);
+    const auto catalog = connection->Structure();
     for (std::size_t i = 0; i < catalog->CubeCount(); ++i) {
       cubes.push_back(Describe(*catalog->CubeAt(i), name));
     }

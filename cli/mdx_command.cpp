@@ -30,44 +30,20 @@ std::string ConnectionText(const MdxOptions& options) {
   return text + ";" + options.limits.ConnectionText();
 }
 
-/// A connection that Ctrl-C ends, from its opening on.
-class StoppableConnection {
- public:
-  explicit StoppableConnection(CubeServices& cube) : connection_(cube.NewConnection()) {
-    stop_.Attach(*connection_);
-  }
-  ~StoppableConnection() { stop_.Detach(); }
-  StoppableConnection(const StoppableConnection&) = delete;
-  StoppableConnection& operator=(const StoppableConnection&) = delete;
-
-  void Open(const std::string& text) {
-    connection_->SetConnectionString(text);
-    connection_->Open("", "", "", kUnspecifiedOptions);
-    stop_.Check();
-  }
-  CubeConnection& operator*() const { return *connection_; }
-
- private:
-  QueryStop stop_;
-  StopOnInterrupt interrupt_{stop_};
-  std::unique_ptr<CubeConnection> connection_;
-};
-
-/// Fills the cellset with the answer.
-void Ask(CubeServices& cube, const MdxOptions& options, const std::string& query,
-         Cellset& cellset) {
-  StoppableConnection connection(cube);
-  connection.Open(ConnectionText(options));
-  cellset.SetActiveConnection(*connection);
-  cellset.SetSource(query);
-  cellset.Open();
+/// Ctrl-C ends the connecting as well as the query.
+std::unique_ptr<Cellset> Ask(CubeProvider& cube, const MdxOptions& options,
+                             const std::string& query) {
+  QueryStop stop;
+  const StopOnInterrupt interrupt(stop);
+  const auto connection = cube.Connect(ConnectionText(options), &stop);
+  stop.Check();
+  return connection->Execute(query);
 }
 
 void Mdx(const CommonOptions& common, const MdxOptions& options) {
   const auto session = common.NewSession();
-  CubeServices& cube = session->host().cube;
-  const auto cellset = cube.NewCellset();
-  Ask(cube, options, options.query == "-" ? ReadStandardInput() : options.query, *cellset);
+  const auto cellset = Ask(session->host().cube, options,
+                           options.query == "-" ? ReadStandardInput() : options.query);
   if (options.format == "json") {
     PrintJson(*cellset, std::cout);
   } else if (options.format == "csv") {

@@ -1,7 +1,7 @@
 // Ctrl-C, and what else asks the program to end, while a query runs.
 #pragma once
 
-#include "cube/query_stop.h"
+#include "platform/query_stop.h"
 
 namespace vok::cli {
 

@@ -10,8 +10,8 @@
 
 #include "component/run_preview.h"
 #include "cube/cube_state.h"
-#include "cube/query_stop.h"
 #include "env/environment.h"
+#include "platform/query_stop.h"
 #include "reports/error_report.h"
 #include "settings/records.h"
 #include "texts/language.h"
@@ -43,8 +43,8 @@ struct Publics {
   CubeState cube;
   std::string help_file;  ///< of the component's windows; "" for none
   RunReport last_run;
-  QueryStop* stop = nullptr;  ///< by which the next run can be stopped; its caller's, or none
-  std::string cube_limits;    ///< for the connection of the next run, such as "Max Memory=100;"
+  const QueryStop* stop = nullptr;  ///< by which the next run can be stopped; its caller's, or none
+  std::string cube_limits;  ///< for the connection of the next run, such as "Max Memory=100;"
   /// Whether an old workbook stays until the next run's is whole. Else it is deleted first.
   bool keep_old_workbook = false;
 };

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <memory>
-#include <utility>
 
 #include "component/result_grid.h"
 #include "component/step_timer.h"
@@ -36,24 +35,16 @@ constexpr Pass kOpenBalancePass{"MdxQry0", 0, true};
 class QueryRun {
  public:
   QueryRun(const Host& host, Publics& publics) : host_(host), publics_(publics) {}
-  ~QueryRun() {
-    if (publics_.stop != nullptr) publics_.stop->Detach();
-  }
-  QueryRun(const QueryRun&) = delete;
-  QueryRun& operator=(const QueryRun&) = delete;
 
   int32_t Run(const std::string& data_source, const std::string& periods,
               const std::string& output_path) {
     CheckStop();
-    cellset_ = host_.cube.NewCellset();
     output_ = NewRunOutput(host_, WorkbookPath(output_path), publics_.keep_old_workbook);
     publics_.cube.CubeMeasures.assign(1, Value());
     if (!Load(data_source, periods)) return failure_number::kSettingsUnreadable;
     if (const int32_t code = PrepareCube(); code != kDone) return code;
-    cellset_->SetActiveConnection(*connection_);
     RunPasses();
     if (!publics_.last_run.workbook.empty()) FinishWorkbook();
-    CloseCellset();
     connection_->Close();
     return kDone;
   }
@@ -116,17 +107,13 @@ class QueryRun {
       Log("No valid MDX", pass);
       return;
     }
-    CloseCellset();
+    cellset_.reset();
     Execute(pass);
-    if (cellset_->AxisAt(0).PositionCount() > 0 && cellset_->AxisAt(1).PositionCount() > 0) {
+    if (cellset_->PositionCount(0) > 0 && cellset_->PositionCount(1) > 0) {
       // Only a workbook of this run is appended to: an earlier pass may have written none.
       const bool append = !publics_.last_run.workbook.empty();
       DisplayCellsetOmvinExcel(host_, publics_, *cellset_, output_, append);
     }
-  }
-
-  void CloseCellset() {
-    if (std::exchange(cellset_is_open_, false)) cellset_->Close();
   }
 
   /// From here on nothing that fails takes the workbook away.
@@ -141,9 +128,7 @@ class QueryRun {
     const std::string mdx =
         BuildQueryMdx(publics_.settings.data_source, publics_.cube, pass.open_balance_key);
     Log(mdx, pass);
-    cellset_->SetSource(mdx);
-    cellset_->Open();
-    cellset_is_open_ = true;
+    cellset_ = connection_->Execute(mdx);
     ++publics_.last_run.queries;
   }
 
@@ -155,8 +140,7 @@ class QueryRun {
   Publics& publics_;
   RunOutput output_;  // takes its workbook back unless that was finished
   std::unique_ptr<CubeConnection> connection_;
-  std::unique_ptr<Cellset> cellset_;
-  bool cellset_is_open_ = false;
+  std::unique_ptr<Cellset> cellset_;  // of the last pass; goes before its connection
 };
 
 bool IsThere(const Files& files, const std::string& path) {

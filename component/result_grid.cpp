@@ -13,6 +13,9 @@
 namespace vok {
 namespace {
 
+constexpr std::size_t kColumns = 0;
+constexpr std::size_t kRows = 1;
+
 // Where the pieces of a caption go, counted from the column that the member starts in.
 constexpr std::array<std::size_t, 10> kPieceColumns{1, 2, 9, 10, 3, 7, 8, 4, 5, 6};
 
@@ -33,11 +36,11 @@ std::size_t ColumnOf(std::string_view name, const std::vector<QueryPeriod>& peri
                     "\" that the query did not ask for");
 }
 
-std::vector<std::size_t> ColumnMap(const CellsetAxis& columns,
+std::vector<std::size_t> ColumnMap(const Cellset& cellset,
                                    const std::vector<QueryPeriod>& periods) {
-  std::vector<std::size_t> map(columns.PositionCount());
+  std::vector<std::size_t> map(cellset.PositionCount(kColumns));
   for (std::size_t position = 0; position < map.size(); ++position) {
-    map[position] = ColumnOf(columns.MemberAt(position, 0).name, periods);
+    map[position] = ColumnOf(cellset.Member(kColumns, position, 0).name, periods);
   }
   return map;
 }
@@ -48,11 +51,12 @@ int16_t HighestPeriod(const std::vector<QueryPeriod>& periods) {
   return highest;
 }
 
-void WriteHeaders(const CellsetAxis& rows, std::size_t position, std::size_t row, CellBlock& grid) {
-  for (std::size_t member = 0; member < rows.MembersPerPosition(); ++member) {
+void WriteHeaders(const Cellset& cellset, std::size_t position, std::size_t row, CellBlock& grid) {
+  const std::size_t members = cellset.MembersPerPosition(kRows);
+  for (std::size_t member = 0; member < members; ++member) {
     const std::size_t start = member + 1;
     grid.At(row, start) = "0";
-    const std::string caption = rows.MemberAt(position, member).caption;
+    const std::string caption = cellset.Member(kRows, position, member).caption;
     std::string_view rest = caption;
     for (const std::size_t column : kPieceColumns) {
       const std::size_t tab = rest.find('\t');
@@ -99,14 +103,14 @@ CellBlock BuildResultGrid(const Cellset& cellset, const std::vector<QueryPeriod>
     throw Failure(failure_number::kNotSupported,
                   "Cellsets with more than two axes are not supported by the Pleipi.");
   }
-  const CellsetAxis& rows = cellset.AxisAt(1);
-  const std::vector<std::size_t> column_map = ColumnMap(cellset.AxisAt(0), periods);
+  const std::vector<std::size_t> column_map = ColumnMap(cellset, periods);
+  const std::size_t rows = cellset.PositionCount(kRows);
   const std::size_t label_rows = append ? 0 : kLabelRows;
-  CellBlock grid(label_rows + rows.PositionCount(),
-                 QuantityColumn(HighestPeriod(periods)) + rows.MembersPerPosition());
-  for (std::size_t position = 0; position < rows.PositionCount(); ++position) {
+  CellBlock grid(label_rows + rows,
+                 QuantityColumn(HighestPeriod(periods)) + cellset.MembersPerPosition(kRows));
+  for (std::size_t position = 0; position < rows; ++position) {
     const std::size_t row = label_rows + position + 1;
-    WriteHeaders(rows, position, row, grid);
+    WriteHeaders(cellset, position, row, grid);
     WriteCells(cellset, position, column_map, row, grid);
   }
   return grid;

@@ -24,13 +24,10 @@ std::string CatalogConnectionText(const std::string& cube_file, const std::strin
 }
 
 int32_t OpenConnection(const Host& host, std::unique_ptr<CubeConnection>& slot,
-                       const std::string& text, QueryStop* stop) {
+                       const std::string& text, const QueryStop* stop) {
   try {
-    slot = host.cube.NewConnection();
-    if (stop != nullptr) stop->Attach(*slot);
-    slot->SetConnectionString(text);
-    slot->SetCursorLocation(CursorLocation::kClient);
-    slot->Open("", "", "", kUnspecifiedOptions);
+    slot.reset();
+    slot = host.cube.Connect(text, stop);
     return 0;
   } catch (...) {
     const Failure failure = CurrentFailure();

@@ -5,7 +5,6 @@
 #include <memory>
 #include <string>
 
-#include "cube/query_stop.h"
 #include "platform/cube.h"
 #include "platform/host.h"
 
@@ -20,10 +19,10 @@ std::string CatalogsConnectionText(const std::string& cube_file);
 /// Connection text to read the structure of one catalog of a cube file.
 std::string CatalogConnectionText(const std::string& cube_file, const std::string& catalog);
 
-/// Stores a new connection in the caller's `slot`, attaches it to `stop` if there is one, and opens
-/// it with a connection text. 0, or the number of the failure after it was reported; the slot then
-/// holds a connection that is not open. The caller detaches it.
+/// Connects with a connection text and stores the connection in the caller's `slot`. 0, or the
+/// number of the failure after it was reported; the slot is then empty. `stop` as
+/// `CubeProvider::Connect` takes it.
 int32_t OpenConnection(const Host& host, std::unique_ptr<CubeConnection>& slot,
-                       const std::string& text, QueryStop* stop = nullptr);
+                       const std::string& text, const QueryStop* stop);
 
 }  // namespace vok

@@ -21,20 +21,13 @@ bool IsXlFile(const std::string& hierarchy) {
   return hierarchy == "xlFile" || hierarchy == "ActX.xlFile";
 }
 
-std::unique_ptr<CubeConnection> Open(const Host& host, const std::string& text) {
-  auto connection = host.cube.NewConnection();
-  connection->Open(text, "", "", kUnspecifiedOptions);
-  return connection;
-}
-
 /// Calls `visit` with every dimension of the catalog's cube, in order.
 template <typename Visit>
 void WalkDimensions(const Host& host, const std::string& cube_file, const std::string& catalog,
                     Visit visit) {
   if (cube_file.empty()) return;
-  const auto connection = Open(host, CatalogConnectionText(cube_file, catalog));
-  const auto structure = host.cube.NewCatalog();
-  structure->SetActiveConnection(*connection);
+  const auto connection = host.cube.Connect(CatalogConnectionText(cube_file, catalog), nullptr);
+  const auto structure = connection->Structure();
   const auto cube = FirstCube(*structure, catalog);
   for (std::size_t i = 0; i < cube->DimensionCount(); ++i) visit(*cube->DimensionAt(i));
   connection->Close();
@@ -48,7 +41,7 @@ bool IsCubeThere(const Host& host, const std::string& cube_file) {
 }
 
 std::unique_ptr<CubeConnection> OpenForCatalogs(const Host& host, const std::string& cube_file) {
-  return Open(host, CatalogsConnectionText(cube_file));
+  return host.cube.Connect(CatalogsConnectionText(cube_file), nullptr);
 }
 
 QelCatalogs ListQelCatalogs(const CubeConnection& connection) {

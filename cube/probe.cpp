@@ -34,35 +34,30 @@ bool FindActX(const CubeDef& cube) {
   return dimension && dimension->HierarchyAt(0)->LevelCount() >= kActXLevels;
 }
 
-std::vector<std::string> ReadObsChildren(const Host& host, CubeConnection& connection,
+std::vector<std::string> ReadObsChildren(CubeConnection& connection,
                                          const DataSourceSetting& data_source) {
-  const auto cellset = host.cube.NewCellset();
-  cellset->SetActiveConnection(connection);
-  cellset->SetSource("SELECT { [Measures]} ON COLUMNS,  NON Empty{[ActX].[xlFile].[All].[" +
-                     data_source.OBS + "].children} ON ROWS  FROM  [" + data_source.CubeName + "]");
-  cellset->Open();
-  const CellsetAxis& rows = cellset->AxisAt(1);
-  std::vector<std::string> names;
-  names.reserve(rows.PositionCount());
-  for (std::size_t row = 0; row < rows.PositionCount(); ++row) {
-    names.push_back(rows.MemberAt(row, 0).name);
+  constexpr std::size_t kRows = 1;
+  const auto cellset = connection.Execute(
+      "SELECT { [Measures]} ON COLUMNS,  NON Empty{[ActX].[xlFile].[All].[" + data_source.OBS +
+      "].children} ON ROWS  FROM  [" + data_source.CubeName + "]");
+  std::vector<std::string> names(cellset->PositionCount(kRows));
+  for (std::size_t row = 0; row < names.size(); ++row) {
+    names[row] = cellset->Member(kRows, row, 0).name;
   }
-  cellset->Close();
   return names;
 }
 
-void Probe(const Host& host, CubeConnection& connection, const DataSourceSetting& data_source,
+void Probe(const Locale& locale, CubeConnection& connection, const DataSourceSetting& data_source,
            CubeState& state) {
-  const auto catalog = host.cube.NewCatalog();
-  catalog->SetActiveConnection(connection);
+  const auto catalog = connection.Structure();
   const auto cube = FirstCube(*catalog, data_source.CubeName);
   const auto date_dimension = DimensionNamed(*cube, "Date");
   const auto dates = date_dimension->HierarchyAt(0);
-  ReadDateRange(host.locale, *dates, state);
+  ReadDateRange(locale, *dates, state);
   state.HasOpeningBalance = FindOpeningBalance(*cube);
   state.HasActX = FindActX(*cube);
-  state.ObsChildren = ReadObsChildren(host, connection, data_source);
-  ReadDateMembers(host.locale, *dates, state);
+  state.ObsChildren = ReadObsChildren(connection, data_source);
+  ReadDateMembers(locale, *dates, state);
   const auto measures = MemberNames(*DimensionNamed(*cube, "Measures")->HierarchyAt(0));
   state.CubeMeasures.insert(state.CubeMeasures.end(), measures.begin(), measures.end());
 }
@@ -72,7 +67,7 @@ void Probe(const Host& host, CubeConnection& connection, const DataSourceSetting
 int32_t GetMaxDateAndOpBalance(const Host& host, CubeConnection& connection,
                                const DataSourceSetting& data_source, CubeState& cube) {
   try {
-    Probe(host, connection, data_source, cube);
+    Probe(host.locale, connection, data_source, cube);
     return 0;
   } catch (...) {
     const Failure failure = CurrentFailure();

@@ -6,12 +6,11 @@
 #pragma once
 
 #include <cstddef>
-#include <cstdint>
 #include <memory>
 #include <string>
 #include <vector>
 
-#include "platform/database.h"
+#include "platform/query_stop.h"
 #include "platform/value.h"
 
 namespace vok {
@@ -71,33 +70,10 @@ class CubeDef {
   virtual std::unique_ptr<CubeDimension> FindDimension(const std::string& name) const = 0;
 };
 
-/// The failure of a query that `CubeConnection::Cancel` ended (DB_E_CANCELED).
-inline constexpr int32_t kQueryCancelled = -2147217842;
-
-class CubeConnection {
- public:
-  virtual ~CubeConnection() = default;
-  virtual std::string ConnectionString() const = 0;
-  virtual void SetConnectionString(const std::string& text) = 0;
-  virtual void SetCursorLocation(CursorLocation location) = 0;
-  /// An empty `connection_string` means the one that was set.
-  virtual void Open(const std::string& connection_string, const std::string& user,
-                    const std::string& password, int32_t options) = 0;
-  virtual void Close() = 0;
-  /// Ends the query that runs on the connection, and those that follow until it is opened again:
-  /// failure `kQueryCancelled`. May be called from any thread and from a signal handler.
-  /// Connections that cannot stop a query pass over it.
-  virtual void Cancel() {}
-  virtual std::string DefaultDatabase() const = 0;
-  /// The catalogs schema rowset: the values of CATALOG_NAME, in order.
-  virtual std::vector<std::string> CatalogNames() const = 0;
-};
-
-/// The structure of the catalog that a connection names.
+/// The cubes of one catalog.
 class CubeCatalog {
  public:
   virtual ~CubeCatalog() = default;
-  virtual void SetActiveConnection(CubeConnection& connection) = 0;
   virtual std::size_t CubeCount() const = 0;
   virtual std::unique_ptr<CubeDef> CubeAt(std::size_t index) const = 0;
 };
@@ -110,26 +86,16 @@ struct AxisMember {
   std::string level_name;
 };
 
-/// One axis of a cellset: positions counted from 0, each a tuple of members, one per hierarchy.
-class CellsetAxis {
- public:
-  virtual ~CellsetAxis() = default;
-  virtual std::size_t PositionCount() const = 0;
-  virtual std::size_t MembersPerPosition() const = 0;
-  virtual AxisMember MemberAt(std::size_t position, std::size_t index) const = 0;
-};
-
-/// The answer to a query. It stays readable after its connection is gone.
+/// The answer to a query. It stays readable after its connection is gone. Axes, and the positions
+/// of an axis, are counted from 0; a position is a tuple of members, one per hierarchy. Failures:
+/// 3265 for an axis that is not there, 9 for a position, a member or a cell that is not there.
 class Cellset {
  public:
   virtual ~Cellset() = default;
-  virtual void SetActiveConnection(CubeConnection& connection) = 0;
-  virtual void SetSource(const std::string& mdx) = 0;
-  /// Runs the source.
-  virtual void Open() = 0;
-  virtual void Close() = 0;
   virtual std::size_t AxisCount() const = 0;
-  virtual const CellsetAxis& AxisAt(std::size_t index) const = 0;
+  virtual std::size_t PositionCount(std::size_t axis) const = 0;
+  virtual std::size_t MembersPerPosition(std::size_t axis) const = 0;
+  virtual AxisMember Member(std::size_t axis, std::size_t position, std::size_t index) const = 0;
   /// The cell by ordinal: axis 0 runs fastest. Empty value: no facts. Otherwise a number, a text or
   /// a `CellError`.
   virtual Value Cell(std::size_t ordinal) const = 0;
@@ -137,12 +103,29 @@ class Cellset {
   virtual std::string FormattedCell(std::size_t ordinal) const = 0;
 };
 
-class CubeServices {
+/// Open from its making to its end. What it gave out stays readable after it.
+class CubeConnection {
  public:
-  virtual ~CubeServices() = default;
-  virtual std::unique_ptr<CubeConnection> NewConnection() = 0;
-  virtual std::unique_ptr<CubeCatalog> NewCatalog() = 0;
-  virtual std::unique_ptr<Cellset> NewCellset() = 0;
+  virtual ~CubeConnection() = default;
+  virtual std::string DefaultDatabase() const = 0;
+  /// The catalogs schema rowset: the values of CATALOG_NAME, in order.
+  virtual std::vector<std::string> CatalogNames() const = 0;
+  /// The structure of the catalog that the connection text names, else of the default one.
+  virtual std::unique_ptr<CubeCatalog> Structure() = 0;
+  virtual std::unique_ptr<Cellset> Execute(const std::string& mdx) = 0;
+  /// Ends the connection; neither it nor its answers are asked anything afterwards. The destructor
+  /// does so too and leaves the answers, but cannot tell a failure.
+  virtual void Close() {}
+};
+
+class CubeProvider {
+ public:
+  virtual ~CubeProvider() = default;
+  /// Connects with the text of a connection. `stop` ends the connecting and each query that follows
+  /// with failure `kQueryCancelled`; nullptr: nothing does. It outlives the connection and what
+  /// that gives out. A provider that cannot stop a query passes over it.
+  virtual std::unique_ptr<CubeConnection> Connect(const std::string& text,
+                                                  const QueryStop* stop) = 0;
 };
 
 }  // namespace vok

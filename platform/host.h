@@ -33,7 +33,7 @@ struct Host {
   Clock& clock;
   MessageBoxes& message_boxes;
   Database& database;
-  CubeServices& cube;
+  CubeProvider& cube;
   Spreadsheet& spreadsheet;
 };
 

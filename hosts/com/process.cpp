@@ -7,9 +7,8 @@
 #include "hosts/com/version_record.h"
 #include "hosts/composition/cube_choice.h"
 #include "hosts/composition/query_window.h"
-#include "hosts/composition/routed_cube.h"
 #include "hosts/composition/system_host.h"
-#include "providers/cube/adomd/adomd_services.h"
+#include "providers/cube/adomd/adomd_provider.h"
 #include "providers/workbook/excel/excel_spreadsheet.h"
 #include "system/windows/pumped_wait.h"
 #include "system/windows/system_error.h"
@@ -40,10 +39,8 @@ struct Process {
   WindowsMessageBoxes message_boxes;
   SystemHost system{"", &message_boxes};
   const Host& base = system.host();
-  AdomdCubeServices platform_cube{base.locale};
-  CubeChoice cube_choice{base.files, base.cube, platform_cube};
-  RoutedCubeServices cube{
-      [this](const std::string& text) -> CubeServices& { return cube_choice.For(text); }};
+  AdomdCubeProvider platform_cube{base.locale};
+  CubeChoice cube{base.files, base.cube, platform_cube};
   ExcelSpreadsheet spreadsheet{base.files, base.spreadsheet};
   Host host{ReadComponentInfo(), base.files,    base.registry, base.locale, base.clock,
             message_boxes,       base.database, cube,          spreadsheet};

@@ -27,7 +27,7 @@ bool IsOurs(const Files& files, const std::string& path) {
 
 }  // namespace
 
-CubeServices& CubeChoice::For(const std::string& connection_text) const {
+CubeProvider& CubeChoice::For(const std::string& connection_text) const {
   const std::string source = cube_text::ParseConnectionText(connection_text).data_source;
   const bool is_file = files_.Exists(source);
   if (is_file && IsOurs(files_, source)) return portable_;

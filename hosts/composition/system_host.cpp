@@ -1,16 +1,16 @@
 #include "hosts/composition/system_host.h"
 
 #include <cstdio>
+#include <functional>
 #include <utility>
 
 #include "env/environment.h"
 #include "hosts/composition/console_message_boxes.h"
 #include "hosts/composition/overriding_registry.h"
-#include "hosts/composition/routed_cube.h"
 #include "hosts/composition/system_platform.h"
 #include "platform/connection_text.h"
-#include "providers/cube/olap/cube_services.h"
-#include "providers/cube/xmla/cube_services.h"
+#include "providers/cube/olap/olap_provider.h"
+#include "providers/cube/xmla/xmla_provider.h"
 #include "providers/cube/xmla/xmla_settings.h"
 #include "providers/database/sqlite/sqlite_database.h"
 #include "providers/recordset/persisted_recordset.h"
@@ -37,6 +37,22 @@ class FileDatabase : public SqliteDatabase {
   const Locale& locale_;
 };
 
+/// Cubes by their connection text: a server's address, or a file.
+class FileOrServer : public CubeProvider {
+ public:
+  FileOrServer(const SystemPlatform& platform, std::function<HttpSettings()> settings)
+      : files_(*platform.files, *platform.locale),
+        servers_(*platform.locale, {std::move(settings), platform.transport}) {}
+  std::unique_ptr<CubeConnection> Connect(const std::string& text, const QueryStop* stop) override {
+    const bool is_server = cube_text::NamesServer(cube_text::ParseConnectionText(text));
+    return is_server ? servers_.Connect(text, stop) : files_.Connect(text, stop);
+  }
+
+ private:
+  olap::OlapCubeProvider files_;
+  xmla::XmlaCubeProvider servers_;
+};
+
 ComponentInfo Component(const std::string& folder) {
   ComponentInfo info;
   info.folder = folder;
@@ -52,8 +68,7 @@ struct SystemHost::Providers {
   Providers(const std::string& settings_folder, MessageBoxes* message_boxes)
       : overriding(*platform.registry, *platform.locale, settings_folder),
         database(SystemDatabase(*platform.files, std::make_unique<FileDatabase>(platform))),
-        cube_files(*platform.files, *platform.locale),
-        cube_servers(*platform.locale, {[this] { return ServerSettings(); }, platform.transport}),
+        cube(std::make_unique<FileOrServer>(platform, [this] { return ServerSettings(); })),
         told_of_readers(message_boxes != nullptr),
         spreadsheet(*platform.files),
         host{Component(platform.component_folder),
@@ -63,7 +78,7 @@ struct SystemHost::Providers {
              *platform.clock,
              message_boxes != nullptr ? *message_boxes : console,
              *database,
-             cube,
+             *cube,
              spreadsheet} {}
 
   /// Those of Qel.ini in the settings folder of the moment, and of the environment.
@@ -90,22 +105,12 @@ struct SystemHost::Providers {
     console.Show(box);
   }
 
-  CubeServices& CubeServicesFor(const std::string& connection_text) {
-    if (cube_text::NamesServer(cube_text::ParseConnectionText(connection_text))) {
-      return cube_servers;
-    }
-    return cube_files;
-  }
-
   SystemPlatform platform = NewSystemPlatform();
   OverridingRegistry overriding;
   ConsoleMessageBoxes console{stderr};
   std::unique_ptr<Database> database;
-  olap::OlapCubeServices cube_files;
-  xmla::XmlaCubeServices cube_servers;
+  std::unique_ptr<CubeProvider> cube;
   bool told_of_readers;
-  RoutedCubeServices cube{
-      [this](const std::string& text) -> CubeServices& { return CubeServicesFor(text); }};
   xlsx::XlsxSpreadsheet spreadsheet;
   Environment environment;  ///< of the servers' settings
   Host host;

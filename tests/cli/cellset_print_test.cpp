@@ -12,10 +12,7 @@ namespace {
 
 using Positions = std::vector<std::vector<AxisMember>>;
 
-struct Answer : test::fake_cube::AnswerCellset {
-  using AnswerCellset::AnswerCellset;
-  std::string FormattedCell(std::size_t ordinal) const override { return Cell(ordinal).ToText(); }
-};
+using Answer = test::fake_cube::AnswerCellset;
 
 /// Of the hierarchy [H], on its level [L]; the captions are those given, else the last names.
 AxisMember Member(const std::string& path, const std::string& caption = "") {
@@ -101,9 +98,8 @@ TEST(PrintedCellset, TellsEveryRowFromEveryOther) {
       {"no columns", {{{}, {{Member("[a]")}}}, {}}, "a\nNo cells: axis 0 is empty.\n", "a\r\n"},
       {"no axes, a cell without facts", {{}, {Value()}}, "\n", "\"\"\r\n"},
   };
-  test::FakeCube cube;
   for (const auto& [name, answer, table, csv] : cases) {
-    const Answer cellset(cube, answer);
+    const Answer cellset(answer);
     std::ostringstream printed, separated;
     PrintTable(cellset, printed);
     PrintCsv(cellset, separated);
@@ -113,13 +109,12 @@ TEST(PrintedCellset, TellsEveryRowFromEveryOther) {
 }
 
 TEST(PrintedCellset, KeepsTheTypesOfItsCellsInJson) {
-  test::FakeCube cube;
   const double infinity = std::numeric_limits<double>::infinity();
   const Positions nine(9, {{"n", "c\t", "[u]", "[l]"}});
   std::ostringstream out;
-  PrintJson(Answer(cube, {{nine},
-                          {0.1, int32_t{7}, int16_t{-7}, true, "7", Value(), CellError{"lost"},
-                           -infinity, "\xFF"}}),
+  PrintJson(Answer({{nine},
+                    {0.1, int32_t{7}, int16_t{-7}, true, "7", Value(), CellError{"lost"}, -infinity,
+                     "\xFF"}}),
             out);
   const std::string json = out.str();
   std::string cells = json.substr(json.find("\"cells\""));

@@ -24,7 +24,7 @@ struct MonthLocale : SimpleLocale {
 struct ClMeTest : ::testing::Test, ComponentHost {
   MonthLocale month_locale;
   Host dated{memory.host.component, memory.files, memory.registry, month_locale, memory.clock,
-             memory.boxes,          database,     services,        sheets};
+             memory.boxes,          database,     provider,        sheets};
   Publics publics;
   clMe component{dated, publics};
 

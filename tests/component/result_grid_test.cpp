@@ -29,8 +29,7 @@ CellBlock Build(const std::vector<int16_t>& numbers, const Texts& columns,
   }
   std::vector<QueryPeriod> periods;
   for (const int16_t number : numbers) periods.emplace_back().PeriodNumber = number;
-  FakeCube cube;
-  return BuildResultGrid(fake_cube::AnswerCellset(cube, std::move(answer)), periods, append);
+  return BuildResultGrid(fake_cube::AnswerCellset(std::move(answer)), periods, append);
 }
 
 /// The cells of each row, "." for an empty one and "-" for an empty text.
@@ -99,7 +98,7 @@ TEST(SheetValue, IsANumberOtherThanZeroOrBlank) {
 TEST(DisplayCellset, RefusesAThirdAxisWithAReport) {
   ComponentHost machine;
   Publics publics;
-  const fake_cube::AnswerCellset cellset(machine.cube, {{{}, {}, {}}, {}});
+  const fake_cube::AnswerCellset cellset({{{}, {}, {}}, {}});
   EXPECT_THROW(DisplayCellsetOmvinExcel(machine.host, publics, cellset, RunOutput(), false),
                Failure);
   ASSERT_EQ(machine.memory.boxes.boxes.size(), 1u);

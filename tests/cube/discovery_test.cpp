@@ -34,11 +34,11 @@ struct DiscoveryTest : ::testing::Test {
   }
 
   FakeCube cube;
-  FakeCubeServices services{cube};
+  FakeCubeProvider provider{cube};
   MemoryHost memory;
   Host host{memory.host.component, memory.files, memory.registry,
             memory.locale,         memory.clock, memory.boxes,
-            memory.no_database,    services,     memory.no_spreadsheet};
+            memory.no_database,    provider,     memory.no_spreadsheet};
 };
 
 TEST_F(DiscoveryTest, CatalogsEndInQelAndTheDefaultOneIsChosen) {
@@ -60,16 +60,16 @@ TEST_F(DiscoveryTest, CatalogsEndInQelAndTheDefaultOneIsChosen) {
     EXPECT_EQ(found.names, listed);
     EXPECT_EQ(found.chosen, chosen);
   }
-  EXPECT_EQ(cube.connection_calls[0],
-            "open 'Provider=MSOLAP;Data Source=s.cub;Client Cache Size=25;Auto Synch Period=10000' "
-            "'' '' -1");
+  EXPECT_EQ(
+      cube.connection_calls[0],
+      "connect Provider=MSOLAP;Data Source=s.cub;Client Cache Size=25;Auto Synch Period=10000");
 }
 
 TEST_F(DiscoveryTest, MeasuresMoneySetsAndMembersAreReadOverOneConnectionEach) {
   EXPECT_EQ(GetMeasFromCube(host, "s.cub", "A QEL"), (Value::Array{"Amount", "quantity"}));
   EXPECT_THAT(cube.connection_calls,
-              ElementsAre("open 'Provider=MSOLAP;Data Source=s.cub;Initial Catalog=A QEL;Client "
-                          "Cache Size=25;Auto Synch Period=10000' '' '' -1",
+              ElementsAre("connect Provider=MSOLAP;Data Source=s.cub;Initial Catalog=A QEL;Client "
+                          "Cache Size=25;Auto Synch Period=10000",
                           "close"));
   const MeasureChoices choices = ReadMeasureChoices(host, "s.cub", "QEL");
   EXPECT_THAT(choices.measures,

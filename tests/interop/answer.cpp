@@ -11,7 +11,7 @@ namespace {
 
 std::size_t CellCount(const Cellset& cellset) {
   std::size_t count = 1;
-  for (std::size_t i = 0; i < cellset.AxisCount(); ++i) count *= cellset.AxisAt(i).PositionCount();
+  for (std::size_t i = 0; i < cellset.AxisCount(); ++i) count *= cellset.PositionCount(i);
   return count;
 }
 
@@ -25,12 +25,13 @@ std::string ShownCell(const Value& cell) {
   return std::isnan(*number) ? "nan" : Value(*number + 0.0).ToText();  // -0 is 0
 }
 
-std::vector<std::string> AxisLines(const CellsetAxis& axis, const std::string& place) {
+std::vector<std::string> AxisLines(const Cellset& cellset, std::size_t axis) {
+  const std::string place = "axis " + std::to_string(axis);
   std::vector<std::string> lines;
-  for (std::size_t position = 0; position < axis.PositionCount(); ++position) {
+  for (std::size_t position = 0; position < cellset.PositionCount(axis); ++position) {
     std::string line = place + ", position " + std::to_string(position) + ':';
-    for (std::size_t i = 0; i < axis.MembersPerPosition(); ++i) {
-      const AxisMember member = axis.MemberAt(position, i);
+    for (std::size_t i = 0; i < cellset.MembersPerPosition(axis); ++i) {
+      const AxisMember member = cellset.Member(axis, position, i);
       line += (i == 0 ? " " : " | ") + member.unique_name + ", caption \"" + member.caption +
               "\", level " + member.level_name;
     }
@@ -44,7 +45,7 @@ std::vector<std::string> AxisLines(const CellsetAxis& axis, const std::string& p
 std::vector<std::string> Lines(const Cellset& cellset, bool formats) {
   std::vector<std::string> lines;
   for (std::size_t i = 0; i < cellset.AxisCount(); ++i) {
-    const auto axis = AxisLines(cellset.AxisAt(i), "axis " + std::to_string(i));
+    const auto axis = AxisLines(cellset, i);
     lines.insert(lines.end(), axis.begin(), axis.end());
   }
   lines.push_back(std::to_string(cellset.AxisCount()) + " axes");
@@ -73,22 +74,16 @@ std::string Told(const std::string& server, const std::string& ours) {
 }  // namespace
 
 void Side::Open(const std::string& catalog, const std::string& connection_string) {
-  auto connection = services_.NewConnection();
-  connection->Open("Provider=MSOLAP;" + connection_string, "", "", kUnspecifiedOptions);
-  catalogs_[catalog] = std::move(connection);
+  catalogs_[catalog] = provider_.Connect("Provider=MSOLAP;" + connection_string, nullptr);
 }
 
 Answer Side::Ask(const std::string& catalog, const std::string& mdx) const {
-  auto cellset = services_.NewCellset();
-  cellset->SetActiveConnection(*catalogs_.at(catalog));
-  cellset->SetSource(mdx);
   try {
-    cellset->Open();
+    return {"", catalogs_.at(catalog)->Execute(mdx)};
   } catch (const Failure& failure) {
     if (failure.number() != failure_number::kSyntax) throw;
     return {failure.description(), nullptr};
   }
-  return {"", std::move(cellset)};
 }
 
 std::string Difference(const Answer& server, const Answer& ours, bool formats) {
@@ -109,17 +104,16 @@ std::string Shown(const Answer& answer) {
   const Cellset& cellset = *answer.cellset;
   std::string text;
   for (std::size_t i = 0; i < cellset.AxisCount(); ++i) {
-    const CellsetAxis& axis = cellset.AxisAt(i);
     text += "axis " + std::to_string(i) + ':';
-    for (std::size_t position = 0; position < axis.PositionCount(); ++position) {
-      for (std::size_t member = 0; member < axis.MembersPerPosition(); ++member) {
-        text += (member == 0 ? " " : " | ") + axis.MemberAt(position, member).unique_name;
+    for (std::size_t position = 0; position < cellset.PositionCount(i); ++position) {
+      for (std::size_t member = 0; member < cellset.MembersPerPosition(i); ++member) {
+        text += (member == 0 ? " " : " | ") + cellset.Member(i, position, member).unique_name;
       }
       text += ';';
     }
     text += '\n';
   }
-  const std::size_t columns = cellset.AxisCount() == 0 ? 1 : cellset.AxisAt(0).PositionCount();
+  const std::size_t columns = cellset.AxisCount() == 0 ? 1 : cellset.PositionCount(0);
   for (std::size_t i = 0; i < CellCount(cellset); ++i) {
     text += (i % columns == 0 ? "cells: " : " | ") + ShownCell(cellset.Cell(i));
     if ((i + 1) % columns == 0) text += '\n';

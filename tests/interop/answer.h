@@ -19,14 +19,14 @@ struct Answer {
 /// Connections of one engine, by the name of a schema's file without its ending.
 class Side {
  public:
-  explicit Side(CubeServices& services) : services_(services) {}
+  explicit Side(CubeProvider& provider) : provider_(provider) {}
 
   void Open(const std::string& catalog, const std::string& connection_string);
   /// A query that is refused is an answer. Failures: what keeps a query from being asked at all.
   Answer Ask(const std::string& catalog, const std::string& mdx) const;
 
  private:
-  CubeServices& services_;
+  CubeProvider& provider_;
   std::map<std::string, std::unique_ptr<CubeConnection>> catalogs_;
 };
 

@@ -13,8 +13,8 @@
 #include <string>
 
 #include "providers/cube/olap/build/build_cube.h"
-#include "providers/cube/olap/cube_services.h"
-#include "providers/cube/xmla/cube_services.h"
+#include "providers/cube/olap/olap_provider.h"
+#include "providers/cube/xmla/xmla_provider.h"
 #include "providers/http/curl/curl_transport.h"
 #include "system/posix/icu_locale.h"
 #include "system/posix/posix_files.h"
@@ -104,15 +104,15 @@ void AskRandomCube(Comparison& comparison, int number, uint64_t seed) {
 int Run(int argc, char** argv) {
   PosixFiles files;
   const IcuLocale locale("en_US");
-  olap::OlapCubeServices our_services(files, locale);
+  olap::OlapCubeProvider our_provider(files, locale);
   const auto patient = [] {
     HttpSettings settings;
     settings.total_seconds = kPatienceSeconds;
     return settings;
   };
-  xmla::XmlaCubeServices server_services(locale, {patient, NewTransport<CurlTransport>()});
-  Side ours(our_services);
-  Side server(server_services);
+  xmla::XmlaCubeProvider server_provider(locale, {patient, NewTransport<CurlTransport>()});
+  Side ours(our_provider);
+  Side server(server_provider);
   for (const auto& schema : std::filesystem::directory_iterator(argv[3])) {
     const std::string catalog = schema.path().stem().string();
     const std::string output = argv[5] + ('/' + catalog) + ".cub";

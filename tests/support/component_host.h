@@ -52,10 +52,10 @@ struct ComponentHost {
   MemoryHost memory;
   TableDatabase database;
   FakeCube cube;
-  FakeCubeServices services{cube};
+  FakeCubeProvider provider{cube};
   RecordingSpreadsheet sheets;
   Host host{memory.host.component, memory.files, memory.registry, memory.locale, memory.clock,
-            memory.boxes,          database,     services,        sheets};
+            memory.boxes,          database,     provider,        sheets};
 };
 
 }  // namespace vok::test

@@ -44,13 +44,12 @@ struct FakeCube {
   std::vector<FakeDimension> dimensions;
   std::function<FakeAnswer(const std::string& mdx)> answer;
   std::function<void()> on_open = [] {};
-  std::function<void()> on_close = [] {};  ///< of a cellset or the connection
-  std::vector<std::string> catalogs;       ///< as the schema rowset lists them
+  std::function<void()> on_close = [] {};
+  std::vector<std::string> catalogs;  ///< as the schema rowset lists them
   std::string default_catalog;
 
   std::vector<std::string> connection_calls;
   std::vector<std::string> queries;
-  int open_cellsets = 0;
 };
 
 namespace fake_cube {
@@ -147,40 +146,9 @@ class Definition : public CubeDef {
   const FakeCube& cube_;
 };
 
-class Connection : public CubeConnection {
- public:
-  explicit Connection(FakeCube& cube) : cube_(cube) {}
-  std::string ConnectionString() const override { return text_; }
-  void SetConnectionString(const std::string& text) override {
-    text_ = text;
-    cube_.connection_calls.push_back("text " + text);
-  }
-  void SetCursorLocation(CursorLocation location) override {
-    cube_.connection_calls.push_back("cursor " + std::to_string(static_cast<int>(location)));
-  }
-  void Open(const std::string& text, const std::string& user, const std::string& password,
-            int32_t options) override {
-    cube_.connection_calls.push_back("open '" + text + "' '" + user + "' '" + password + "' " +
-                                     std::to_string(options));
-    cube_.on_open();
-  }
-  void Close() override {
-    cube_.connection_calls.push_back("close");
-    cube_.on_close();
-  }
-  void Cancel() override { cube_.connection_calls.push_back("cancel"); }
-  std::string DefaultDatabase() const override { return cube_.default_catalog; }
-  std::vector<std::string> CatalogNames() const override { return cube_.catalogs; }
-
- private:
-  FakeCube& cube_;
-  std::string text_;
-};
-
 class Catalog : public CubeCatalog {
  public:
   explicit Catalog(const FakeCube& cube) : cube_(cube) {}
-  void SetActiveConnection(CubeConnection&) override {}
   std::size_t CubeCount() const override { return 1; }
   std::unique_ptr<CubeDef> CubeAt(std::size_t) const override {
     return std::make_unique<Definition>(cube_);
@@ -190,74 +158,54 @@ class Catalog : public CubeCatalog {
   const FakeCube& cube_;
 };
 
-class Axis : public CellsetAxis {
- public:
-  explicit Axis(std::vector<std::vector<AxisMember>> positions)
-      : positions_(std::move(positions)) {}
-  std::size_t PositionCount() const override { return positions_.size(); }
-  std::size_t MembersPerPosition() const override {
-    return positions_.empty() ? 0 : positions_[0].size();
-  }
-  AxisMember MemberAt(std::size_t position, std::size_t index) const override {
-    return positions_.at(position).at(index);
-  }
-
- private:
-  std::vector<std::vector<AxisMember>> positions_;
-};
-
-/// Needs a connection to open, and must be closed before it is opened again.
 class AnswerCellset : public Cellset {
  public:
-  explicit AnswerCellset(FakeCube& cube) : cube_(cube) {}
-  AnswerCellset(FakeCube& cube, FakeAnswer answer) : cube_(cube) { Take(std::move(answer)); }
-  void SetActiveConnection(CubeConnection&) override { connected_ = true; }
-  void SetSource(const std::string& mdx) override { mdx_ = mdx; }
-  void Open() override {
-    if (!connected_ || open_) throw Failure(failure_number::kObjectClosed, "Not connected or open");
-    cube_.queries.push_back(mdx_);
-    Take(cube_.answer(mdx_));
-    open_ = true;
-    ++cube_.open_cellsets;
+  explicit AnswerCellset(FakeAnswer answer) : answer_(std::move(answer)) {}
+  std::size_t AxisCount() const override { return answer_.axes.size(); }
+  std::size_t PositionCount(std::size_t axis) const override {
+    return answer_.axes.at(axis).size();
   }
-  void Close() override {
-    if (!open_) throw Failure(failure_number::kObjectClosed, "Not open");
-    open_ = false;
-    --cube_.open_cellsets;
-    cube_.on_close();
+  std::size_t MembersPerPosition(std::size_t axis) const override {
+    return PositionCount(axis) == 0 ? 0 : answer_.axes[axis][0].size();
   }
-  std::size_t AxisCount() const override { return axes_.size(); }
-  const CellsetAxis& AxisAt(std::size_t index) const override { return axes_.at(index); }
-  Value Cell(std::size_t ordinal) const override { return cells_.at(ordinal); }
-  std::string FormattedCell(std::size_t) const override { return {}; }
+  AxisMember Member(std::size_t axis, std::size_t position, std::size_t index) const override {
+    return answer_.axes.at(axis).at(position).at(index);
+  }
+  Value Cell(std::size_t ordinal) const override { return answer_.cells.at(ordinal); }
+  std::string FormattedCell(std::size_t ordinal) const override { return Cell(ordinal).ToText(); }
 
  private:
-  void Take(FakeAnswer answer) {
-    axes_.clear();
-    for (auto& positions : answer.axes) axes_.emplace_back(std::move(positions));
-    cells_ = std::move(answer.cells);
+  FakeAnswer answer_;
+};
+
+class Connection : public CubeConnection {
+ public:
+  explicit Connection(FakeCube& cube) : cube_(cube) {}
+  std::string DefaultDatabase() const override { return cube_.default_catalog; }
+  std::vector<std::string> CatalogNames() const override { return cube_.catalogs; }
+  std::unique_ptr<CubeCatalog> Structure() override { return std::make_unique<Catalog>(cube_); }
+  std::unique_ptr<Cellset> Execute(const std::string& mdx) override {
+    cube_.queries.push_back(mdx);
+    return std::make_unique<AnswerCellset>(cube_.answer(mdx));
   }
+  void Close() override {
+    cube_.connection_calls.push_back("close");
+    cube_.on_close();
+  }
+
+ private:
   FakeCube& cube_;
-  std::string mdx_;
-  bool connected_ = false;
-  bool open_ = false;
-  std::vector<Axis> axes_;
-  std::vector<Value> cells_;
 };
 
 }  // namespace fake_cube
 
-class FakeCubeServices : public CubeServices {
+class FakeCubeProvider : public CubeProvider {
  public:
-  explicit FakeCubeServices(FakeCube& cube) : cube_(cube) {}
-  std::unique_ptr<CubeConnection> NewConnection() override {
+  explicit FakeCubeProvider(FakeCube& cube) : cube_(cube) {}
+  std::unique_ptr<CubeConnection> Connect(const std::string& text, const QueryStop*) override {
+    cube_.connection_calls.push_back("connect " + text);
+    cube_.on_open();
     return std::make_unique<fake_cube::Connection>(cube_);
-  }
-  std::unique_ptr<CubeCatalog> NewCatalog() override {
-    return std::make_unique<fake_cube::Catalog>(cube_);
-  }
-  std::unique_ptr<Cellset> NewCellset() override {
-    return std::make_unique<fake_cube::AnswerCellset>(cube_);
   }
 
  private:

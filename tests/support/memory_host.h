@@ -158,11 +158,11 @@ class NoDatabase : public Database {
   std::unique_ptr<DatabaseCatalog> NewCatalog() override { throw std::logic_error("no database"); }
 };
 
-class NoCube : public CubeServices {
+class NoCube : public CubeProvider {
  public:
-  std::unique_ptr<CubeConnection> NewConnection() override { throw std::logic_error("no cube"); }
-  std::unique_ptr<CubeCatalog> NewCatalog() override { throw std::logic_error("no cube"); }
-  std::unique_ptr<Cellset> NewCellset() override { throw std::logic_error("no cube"); }
+  std::unique_ptr<CubeConnection> Connect(const std::string&, const QueryStop*) override {
+    throw std::logic_error("no cube");
+  }
 };
 
 class NoSpreadsheet : public Spreadsheet {

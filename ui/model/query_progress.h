@@ -8,7 +8,7 @@
 #include <optional>
 #include <string>
 
-#include "cube/query_stop.h"
+#include "platform/query_stop.h"
 #include "platform/value.h"
 #include "ui/model/panel.h"
 #include "ui/model/toolkit.h"

@@ -2,7 +2,6 @@
 
 #include "platform/failure.h"
 #include "platform/unique_name.h"
-#include "providers/cube/adomd/adomd_connection.h"
 
 namespace vok::windows {
 namespace {
@@ -13,38 +12,41 @@ std::size_t CountOf(const Object& collection) {
 
 }  // namespace
 
-void AdomdCellset::SetActiveConnection(CubeConnection& connection) {
-  cellset_.PutObject(L"ActiveConnection", AdomdConnection::From(connection).object());
+OpenCellset::OpenCellset(const Object& connection, const std::string& mdx) {
+  cellset_.PutObject(L"ActiveConnection", connection);
+  cellset_.Put(L"Source", mdx);
+  cellset_.Call(L"Open");
+  is_open_ = true;
 }
 
-void AdomdCellset::SetSource(const std::string& mdx) { cellset_.Put(L"Source", mdx); }
+OpenCellset::~OpenCellset() {
+  try {
+    Close();
+  } catch (const Failure&) {  // what was read of it stays as it is
+  }
+}
 
-void AdomdCellset::Open() {
-  axes_.clear();
-  cellset_.Call(L"Open");
-  const Object axes = cellset_.Child(L"Axes");
+void OpenCellset::Close() {
+  if (std::exchange(is_open_, false)) cellset_.Call(L"Close");
+}
+
+AdomdCellset::AdomdCellset(std::shared_ptr<OpenCellset> cellset) : cellset_(std::move(cellset)) {
+  const Object axes = cellset_->object().Child(L"Axes");
   const std::size_t count = CountOf(axes);
   for (std::size_t index = 0; index < count; ++index) {
     axes_.emplace_back(axes.Child(L"Item", static_cast<int32_t>(index)));
   }
 }
 
-void AdomdCellset::Close() {
-  axes_.clear();
-  cellset_.Call(L"Close");
-}
-
-const CellsetAxis& AdomdCellset::AxisAt(std::size_t index) const {
-  if (index >= axes_.size()) {
-    throw Failure(failure_number::kSubscript, "Subscript out of range: the cube's answer has " +
-                                                  std::to_string(axes_.size()) + " axes, axis " +
-                                                  std::to_string(index) + " was asked for");
-  }
-  return axes_[index];
+const AdomdCellset::Axis& AdomdCellset::At(std::size_t axis) const {
+  if (axis < axes_.size()) return axes_[axis];
+  throw Failure(failure_number::kItemNotFound, "The cube's answer has " +
+                                                   std::to_string(axes_.size()) + " axes, axis " +
+                                                   std::to_string(axis) + " was asked for");
 }
 
 Object AdomdCellset::CellObject(std::size_t ordinal) const {
-  return cellset_.Child(item_, static_cast<int32_t>(ordinal));
+  return cellset_->object().Child(item_, static_cast<int32_t>(ordinal));
 }
 
 Value AdomdCellset::Cell(std::size_t ordinal) const {
@@ -63,19 +65,20 @@ std::string AdomdCellset::FormattedCell(std::size_t ordinal) const {
 }
 
 AdomdCellset::Axis::Axis(const Object& axis)
-    : positions_(axis.Child(L"Positions")),
-      count_(CountOf(positions_)),
-      width_(static_cast<std::size_t>(axis.Read(L"DimensionCount").ToInt32())) {}
+    : positions(axis.Child(L"Positions")),
+      count(CountOf(positions)),
+      width(static_cast<std::size_t>(axis.Read(L"DimensionCount").ToInt32())) {}
 
-AxisMember AdomdCellset::Axis::MemberAt(std::size_t position, std::size_t index) const {
+AxisMember AdomdCellset::Member(std::size_t axis, std::size_t position, std::size_t index) const {
+  const Axis& from = At(axis);
   const Object members =
-      positions_.Child(position_, static_cast<int32_t>(position)).Child(members_);
-  const Object member = members.Child(member_, static_cast<int32_t>(index));
+      from.positions.Child(from.position, static_cast<int32_t>(position)).Child(from.members);
+  const Object member = members.Child(from.member, static_cast<int32_t>(index));
   AxisMember shown;
-  shown.name = member.Read(name_).ToText();
-  shown.caption = member.Read(caption_).ToText();
-  shown.unique_name = member.Read(unique_name_).ToText();
-  shown.level_name = member.Read(level_name_).ToText();
+  shown.name = member.Read(from.name).ToText();
+  shown.caption = member.Read(from.caption).ToText();
+  shown.unique_name = member.Read(from.unique_name).ToText();
+  shown.level_name = member.Read(from.level_name).ToText();
   // Some providers answer with the unique name when they are asked for the name.
   shown.name = cube_text::LastPart(shown.unique_name, shown.name);
   return shown;

@@ -2,7 +2,6 @@
 
 #include <utility>
 
-#include "providers/cube/adomd/adomd_connection.h"
 #include "providers/cube/adomd/level_members.h"
 
 namespace vok::windows {
@@ -124,9 +123,9 @@ class AdomdCube : public CubeDef {
 
 }  // namespace
 
-void AdomdCatalog::SetActiveConnection(CubeConnection& connection) {
-  connection_ = AdomdConnection::From(connection).object();
-  catalog_.Put(L"ActiveConnection", connection.ConnectionString());
+AdomdCatalog::AdomdCatalog(const Locale& locale, Object connection)
+    : locale_(locale), connection_(std::move(connection)) {
+  catalog_.Put(L"ActiveConnection", connection_.Read(L"ConnectionString").ToText());
 }
 
 std::size_t AdomdCatalog::CubeCount() const {

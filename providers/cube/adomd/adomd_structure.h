@@ -13,15 +13,13 @@ namespace vok::windows {
 class AdomdCatalog : public CubeCatalog {
  public:
   /// `locale` outlives the catalog and what it hands out.
-  explicit AdomdCatalog(const Locale& locale)
-      : locale_(locale), catalog_(Object::Create("ADOMD.Catalog")) {}
-  void SetActiveConnection(CubeConnection& connection) override;
+  AdomdCatalog(const Locale& locale, Object connection);
   std::size_t CubeCount() const override;
   std::unique_ptr<CubeDef> CubeAt(std::size_t index) const override;
 
  private:
   const Locale& locale_;
-  Object catalog_;
+  Object catalog_ = Object::Create("ADOMD.Catalog");
   Object connection_;  ///< for the schema rowsets
 };
 

@@ -1,7 +1,6 @@
 #include "providers/cube/olap/cube_structure.h"
 
 #include "platform/failure.h"
-#include "providers/cube/olap/olap_connection.h"
 
 namespace vok::olap {
 namespace {
@@ -14,12 +13,6 @@ void CheckIndex(std::size_t index, std::size_t count, const std::string& what) {
 }
 
 }  // namespace
-
-void OlapCatalog::SetActiveConnection(CubeConnection& connection) {
-  const OlapConnection& own = OlapConnection::From(connection);
-  const auto opened = own.opened();
-  cube_ = opened->cubes.empty() ? nullptr : opened->cubes[own.catalog().value_or(0)];
-}
 
 std::unique_ptr<CubeDef> OlapCatalog::CubeAt(std::size_t index) const {
   CheckIndex(index, CubeCount(), "The catalog's cube");

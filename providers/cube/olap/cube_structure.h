@@ -13,13 +13,13 @@ namespace vok::olap {
 
 class OlapCatalog : public CubeCatalog {
  public:
-  /// Failure 3704 for a connection that is not open.
-  void SetActiveConnection(CubeConnection& connection) override;
+  /// nullptr: a catalog without a cube.
+  explicit OlapCatalog(std::shared_ptr<const CubeView> cube) : cube_(std::move(cube)) {}
   std::size_t CubeCount() const override { return cube_ == nullptr ? 0 : 1; }
   std::unique_ptr<CubeDef> CubeAt(std::size_t index) const override;
 
  private:
-  std::shared_ptr<const CubeView> cube_;  ///< nullptr: none
+  std::shared_ptr<const CubeView> cube_;
 };
 
 class OlapCubeDef : public CubeDef {

@@ -90,8 +90,15 @@ void CellsetData::EndCells() {
   }
 }
 
+const CellsetData::Axis& CellsetData::At(std::size_t axis) const {
+  if (axis < axes_.size()) return axes_[axis];
+  throw Failure(failure_number::kItemNotFound, "The cellset has no axis " + std::to_string(axis) +
+                                                   ": it has " + std::to_string(axes_.size()) +
+                                                   ".");
+}
+
 AxisMember CellsetData::Member(std::size_t axis, std::size_t position, std::size_t index) const {
-  const Axis& from = axes_[axis];
+  const Axis& from = At(axis);
   CheckSubscript(position, from.positions, "position");
   CheckSubscript(index, from.arity, "member");
   const StoredMember& member = from.members[position * from.arity + index];

@@ -23,9 +23,9 @@ inline constexpr std::size_t kMaxTuples = 5'000'000;    // of all axes together
 inline constexpr std::size_t kMaxMembers = 20'000'000;  // of all tuples together
 inline constexpr std::size_t kMaxCells = 50'000'000;
 
-/// Filled by its reader, axes first; failures -2147467259 for an answer that contradicts itself or
-/// goes beyond the limits. Once full it never changes.
-class CellsetData {
+/// Filled by its reader, axes first, with failures -2147467259 for an answer that contradicts
+/// itself or goes beyond the limits. Once full it never changes.
+class CellsetData : public Cellset {
  public:
   explicit CellsetData(std::size_t max_cells = kMaxCells) : max_cells_(max_cells) {}
 
@@ -42,14 +42,12 @@ class CellsetData {
   /// All cells are there.
   void EndCells();
 
-  std::size_t AxisCount() const { return axes_.size(); }
-  std::size_t PositionCount(std::size_t axis) const { return axes_[axis].positions; }
-  std::size_t MembersPerPosition(std::size_t axis) const { return axes_[axis].arity; }
-  /// Failure 9 for a position or member that is not there.
-  AxisMember Member(std::size_t axis, std::size_t position, std::size_t index) const;
-  /// Failure 9 for an ordinal that is not there.
-  Value Cell(std::size_t ordinal) const;
-  std::string FormattedCell(std::size_t ordinal) const;
+  std::size_t AxisCount() const override { return axes_.size(); }
+  std::size_t PositionCount(std::size_t axis) const override { return At(axis).positions; }
+  std::size_t MembersPerPosition(std::size_t axis) const override { return At(axis).arity; }
+  AxisMember Member(std::size_t axis, std::size_t position, std::size_t index) const override;
+  Value Cell(std::size_t ordinal) const override;
+  std::string FormattedCell(std::size_t ordinal) const override;
 
  private:
   struct StoredMember {
@@ -72,6 +70,7 @@ class CellsetData {
     CellKind kind = CellKind::kEmpty;
   };
 
+  const Axis& At(std::size_t axis) const;
   std::size_t LevelIndex(std::string_view name);
   const StoredCell* Find(std::size_t ordinal) const;
 

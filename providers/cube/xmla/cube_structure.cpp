@@ -3,7 +3,6 @@
 #include <algorithm>
 
 #include "platform/failure.h"
-#include "providers/cube/xmla/xmla_connection.h"
 
 namespace vok::xmla {
 namespace {
@@ -17,24 +16,20 @@ void CheckIndex(std::size_t index, std::size_t count, const std::string& what) {
 
 }  // namespace
 
-void XmlaCatalog::SetActiveConnection(CubeConnection& connection) {
-  const XmlaConnection& own = XmlaConnection::From(connection);
-  const auto opened = own.opened();
-  auto names = ListCubes(*opened->server, opened->catalog);
-  std::stable_partition(names.begin(), names.end(), [&](const std::string& name) {
-    return EqualNoCase(own.locale(), name, opened->cube);
-  });
-  locale_ = &own.locale();
-  cubes_.clear();
+XmlaCatalog::XmlaCatalog(const Locale& locale, const std::shared_ptr<Server>& server,
+                         const std::string& catalog, const std::string& cube)
+    : locale_(locale) {
+  auto names = ListCubes(*server, catalog);
+  std::stable_partition(names.begin(), names.end(),
+                        [&](const std::string& name) { return EqualNoCase(locale_, name, cube); });
   for (std::string& name : names) {
-    cubes_.push_back(
-        std::make_shared<ServerCube>(opened->server, opened->catalog, std::move(name)));
+    cubes_.push_back(std::make_shared<ServerCube>(server, catalog, std::move(name)));
   }
 }
 
 std::unique_ptr<CubeDef> XmlaCatalog::CubeAt(std::size_t index) const {
   CheckIndex(index, CubeCount(), "The catalog's cube");
-  return std::make_unique<XmlaCubeDef>(cubes_[index], *locale_);
+  return std::make_unique<XmlaCubeDef>(cubes_[index], locale_);
 }
 
 std::unique_ptr<CubeDimension> XmlaCubeDef::DimensionAt(std::size_t index) const {

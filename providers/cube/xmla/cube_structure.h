@@ -15,14 +15,14 @@ namespace vok::xmla {
 
 class XmlaCatalog : public CubeCatalog {
  public:
-  /// Lists the cubes; one that the connection text names comes first. Failure 3704 for a connection
-  /// that is not open.
-  void SetActiveConnection(CubeConnection& connection) override;
+  /// Lists the catalog's cubes; one of the name `cube` comes first.
+  XmlaCatalog(const Locale& locale, const std::shared_ptr<Server>& server,
+              const std::string& catalog, const std::string& cube);
   std::size_t CubeCount() const override { return cubes_.size(); }
   std::unique_ptr<CubeDef> CubeAt(std::size_t index) const override;
 
  private:
-  const Locale* locale_ = nullptr;
+  const Locale& locale_;
   std::vector<std::shared_ptr<ServerCube>> cubes_;
 };
 

@@ -13,6 +13,7 @@ namespace vok::xmla {
 namespace {
 
 constexpr int kConnectAttempts = 3;
+const std::atomic<bool> kNever = false;
 constexpr std::chrono::milliseconds kPauseBetweenAttempts{200};
 
 /// The address without user, query and fragment.
@@ -60,11 +61,12 @@ class WatchedBody : public HttpBody {
 }  // namespace
 
 HttpClient::HttpClient(const std::string& address, const HttpSettings& settings,
-                       const NewHttpTransport& transport)
+                       const NewHttpTransport& transport, const QueryStop* stop)
     : shown_(Shown(Checked(address))),
       no_login_(WhyNoLogin(settings, address)),
       settings_(no_login_.empty() ? settings : WithoutLogin(settings)),
-      transport_(transport(address, settings_)) {}
+      transport_(transport(address, settings_)),
+      cancelled_(stop != nullptr ? stop->asked() : kNever) {}
 
 HttpHead HttpClient::Post(const std::string& action, const std::string& content, HttpBody& body) {
   const HttpRequest request{

@@ -1,5 +1,5 @@
 // Posts to one address over HTTP and hands on the answer as it arrives. The connection is kept for
-// the next request. Used by one thread, but for `Cancel`.
+// the next request. Used by one thread.
 #pragma once
 
 #include <atomic>
@@ -7,6 +7,7 @@
 #include <string>
 
 #include "platform/http.h"
+#include "platform/query_stop.h"
 
 namespace vok::xmla {
 
@@ -14,8 +15,10 @@ class HttpClient {
  public:
   /// Failure -2147467259 for an address with an "@": a user's name belongs into the settings; and
   /// those of `transport`. The login of the settings is kept from a server that it is not for.
+  /// `stop` ends the request under way within a second, and all that follow; it outlives the
+  /// client.
   HttpClient(const std::string& address, const HttpSettings& settings,
-             const NewHttpTransport& transport);
+             const NewHttpTransport& transport, const QueryStop* stop);
 
   /// For messages: the address without its query and fragment.
   const std::string& shown_address() const { return shown_; }
@@ -28,16 +31,12 @@ class HttpClient {
   /// -2147217871 for each of the three limits of time; `kQueryCancelled`.
   HttpHead Post(const std::string& action, const std::string& content, HttpBody& body);
 
-  /// Ends the request under way within a second, and all that follow. From any thread or signal
-  /// handler.
-  void Cancel() { cancelled_ = true; }
-
  private:
   std::string shown_;
   std::string no_login_;  // why the login is not for this server
   HttpSettings settings_;
   std::unique_ptr<HttpTransport> transport_;
-  std::atomic<bool> cancelled_ = false;
+  const std::atomic<bool>& cancelled_;
 };
 
 }  // namespace vok::xmla

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cctype>
 
-#include "platform/cube.h"
+#include "platform/query_stop.h"
 #include "platform/shown_text.h"
 #include "providers/cube/xmla/login.h"
 

@@ -24,9 +24,11 @@ struct ServerAccess {
 /// a statement and as -2147467259 for anything else.
 class Server {
  public:
+  /// `stop`, which outlives the server, ends the question under way and all that follow; nullptr:
+  /// nothing does.
   Server(const std::string& address, const HttpSettings& settings,
-         const NewHttpTransport& transport)
-      : http_(address, settings, transport) {}
+         const NewHttpTransport& transport, const QueryStop* stop = nullptr)
+      : http_(address, settings, transport, stop) {}
 
   const std::string& shown_address() const { return http_.shown_address(); }
 
@@ -34,7 +36,6 @@ class Server {
   void Discover(const DiscoverRequest& request, std::vector<std::string> columns, RowTaker take);
   /// Fills `data`, which is empty; what it holds after a failure does not count.
   void Execute(const std::string& catalog, const std::string& statement, CellsetData& data);
-  void Cancel() { http_.Cancel(); }
 
  private:
   void Ask(const std::string& action, const std::string& envelope, int32_t number,

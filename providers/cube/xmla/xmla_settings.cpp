@@ -55,7 +55,7 @@ void ReadSeconds(const SettingLookup& lookup, const std::string& key, int& secon
   ReadLimit(lookup, key, seconds, kLargestSeconds, "seconds");
 }
 
-std::string Server(const SettingLookup& lookup) {
+std::string ServerHost(const SettingLookup& lookup) {
   constexpr const char* kKey = "Server";
   const std::string text = Text(lookup, kKey);
   if (text.find_first_of("/\\@?# \t") != std::string::npos) {
@@ -82,7 +82,7 @@ HttpSettings ReadXmlaSettings(const SettingLookup& lookup) {
   HttpSettings settings;
   settings.user = Text(lookup, "User");
   settings.password = Text(lookup, "Password");
-  settings.server = Server(lookup);
+  settings.server = ServerHost(lookup);
   settings.authentication = Authentication(lookup);
   settings.ca_file = Text(lookup, "CaFile");
   settings.proxy = Text(lookup, "Proxy");

@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "providers/cube/olap/cube_services.h"
+#include "providers/cube/olap/olap_provider.h"
 #include "providers/database/sqlite/connection.h"
 #include "providers/database/sqlite/sqlite_database.h"
 #include "providers/workbook/xlsx/xlsx_spreadsheet.h"
@@ -97,7 +97,7 @@ struct RealDesk {
   FailingFiles files{disk, Failure(failure_number::kDiskFull, "the disk is full")};
   IcuLocale locale{"en_GB"};
   ImpatientDatabase database{files, locale};
-  olap::OlapCubeServices cube{files, locale};
+  olap::OlapCubeProvider cube{files, locale};
   xlsx::XlsxSpreadsheet spreadsheet{files};
   Host host{{.folder = folder.path(), .executable_name = kExecutable},
             files,

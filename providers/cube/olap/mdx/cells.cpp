@@ -29,7 +29,7 @@ class QueryRun {
     for (std::size_t i = 0; i < query_.axes.size(); ++i) {
       const QueryAxis& axis = query_.axes[i];
       axes_.push_back(
-          {evaluator_.SetOf(*axis.set, "axis " + std::to_string(i), Place{&source_, axis.offset})});
+          evaluator_.SetOf(*axis.set, "axis " + std::to_string(i), Place{&source_, axis.offset}));
     }
     const std::vector<std::size_t> lengths = CheckedLengths();
     block_axis_ = ChooseBlockAxis();
@@ -46,7 +46,7 @@ class QueryRun {
     std::vector<std::size_t> lengths;
     std::size_t total = 1;
     for (std::size_t i = 0; i < axes_.size(); ++i) {
-      lengths.push_back(axes_[i].PositionCount());
+      lengths.push_back(axes_[i].size());
       if (lengths.back() > 0 && total > guard_.max_cells() / lengths.back()) {
         source_.Fail(query_.axes[i].offset, "the answer has more than " +
                                                 std::to_string(guard_.max_cells()) +
@@ -61,8 +61,8 @@ class QueryRun {
   std::size_t ChooseBlockAxis() const {
     std::size_t chosen = axes_.size();
     for (std::size_t i = 0; i < axes_.size(); ++i) {
-      if (VaryingHierarchy(guard_, axes_[i].tuples) == kNoHierarchy) continue;
-      if (chosen == axes_.size() || axes_[i].PositionCount() > axes_[chosen].PositionCount()) {
+      if (VaryingHierarchy(guard_, axes_[i]) == kNoHierarchy) continue;
+      if (chosen == axes_.size() || axes_[i].size() > axes_[chosen].size()) {
         chosen = i;
       }
     }
@@ -71,7 +71,7 @@ class QueryRun {
 
   void Compute(CellGrid& grid) {
     if (block_axis_ < axes_.size()) {
-      blocks_ = CutIntoBlocks(cube_, guard_, axes_[block_axis_].tuples);
+      blocks_ = CutIntoBlocks(cube_, guard_, axes_[block_axis_]);
     } else {
       blocks_.push_back({0, {0}, nullptr});
     }
@@ -91,7 +91,7 @@ class QueryRun {
     std::size_t column = index / blocks_.size();
     Block block{evaluator_.base(), part.varying.get()};
     for (std::size_t axis = 0; axis < axes_.size(); ++axis) {
-      const TupleSet& tuples = axes_[axis].tuples;
+      const TupleSet& tuples = axes_[axis];
       if (axis == block_axis_) {
         tuples.Apply(part.tuple, block.context);
       } else {
@@ -122,7 +122,7 @@ class QueryRun {
     grid.DropEmpty(wanted);
     for (std::size_t i = 0; i < axes_.size(); ++i) {
       if (grid.KeepsAll(i)) continue;
-      TupleSet& tuples = axes_[i].tuples;
+      TupleSet& tuples = axes_[i];
       TupleSet kept{tuples.hierarchies, {}};
       kept.ids.reserve(grid.Kept(i).size() * tuples.arity());
       for (const uint32_t position : grid.Kept(i)) kept.Add(tuples.tuple(position));
@@ -135,7 +135,7 @@ class QueryRun {
   const SourceText& source_;
   const QueryGuard& guard_;
   Evaluator evaluator_;
-  std::vector<MdxResult::Axis> axes_;
+  MdxResult::Axes axes_;
   LongList<AxisBlock> blocks_;
   std::size_t block_axis_ = 0;
 };

@@ -3,7 +3,6 @@
 #include <charconv>
 #include <string>
 
-#include "platform/cube.h"
 #include "platform/failure.h"
 
 namespace vok::olap {
@@ -32,9 +31,7 @@ void QueryGuard::CheckTuples(std::size_t count, Place place) const {
 }
 
 void QueryGuard::Check() const {
-  if (limits_.cancelled != nullptr && limits_.cancelled->load(std::memory_order_relaxed)) {
-    throw Failure(kQueryCancelled, "The query was stopped before its end.");
-  }
+  if (limits_.stop != nullptr) limits_.stop->Check();
   if (limits_.timeout_seconds > 0 && Clock::now() >= deadline_) {
     throw Failure(failure_number::kTimeout, "The query took longer than its limit of " +
                                                 Seconds(limits_.timeout_seconds) +

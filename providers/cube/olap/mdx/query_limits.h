@@ -2,10 +2,10 @@
 #pragma once
 
 #include <algorithm>
-#include <atomic>
 #include <chrono>
 #include <cstddef>
 
+#include "platform/query_stop.h"
 #include "providers/cube/olap/mdx/source_text.h"
 
 namespace vok::olap {
@@ -20,11 +20,11 @@ inline constexpr std::size_t kMaxTuples = 20'000'000;
 struct QueryLimits {
   std::size_t max_cells = kMaxCells;  ///< of the answer, before NON EMPTY, and tuples of any set
   std::size_t max_memory = kMaxMemory;
-  double timeout_seconds = 0;                    ///< 0: none
-  const std::atomic<bool>* cancelled = nullptr;  ///< set from outside to end the query
+  double timeout_seconds = 0;       ///< 0: none
+  const QueryStop* stop = nullptr;  ///< ends the query from outside
 };
 
-/// Failures: -2147217871 past the time limit, `kQueryCancelled` when the query was cancelled.
+/// Failures: -2147217871 past the time limit, `kQueryCancelled` when it was asked to stop.
 class QueryGuard {
  public:
   explicit QueryGuard(const QueryLimits& limits);

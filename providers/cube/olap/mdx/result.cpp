@@ -7,13 +7,20 @@
 
 namespace vok::olap {
 
-void MdxResult::SetAxes(std::vector<Axis> axes, Context base) {
+void MdxResult::SetAxes(Axes axes, Context base) {
   axes_ = std::move(axes);
   base_members_ = std::move(base.members);
 }
 
+const TupleSet& MdxResult::At(std::size_t axis) const {
+  if (axis < axes_.size()) return axes_[axis];
+  throw Failure(failure_number::kItemNotFound, "The cellset has no axis " + std::to_string(axis) +
+                                                   ": it has " + std::to_string(axes_.size()) +
+                                                   ".");
+}
+
 AxisMember MdxResult::Member(std::size_t axis, std::size_t position, std::size_t index) const {
-  const TupleSet& tuples = axes_.at(axis).tuples;
+  const TupleSet& tuples = At(axis);
   if (position >= tuples.size() || index >= tuples.arity()) {
     throw Failure(failure_number::kSubscript, "The cellset has no member " + std::to_string(index) +
                                                   " at position " + std::to_string(position) + ".");
@@ -75,11 +82,11 @@ std::string MdxResult::FormattedCell(std::size_t ordinal) const {
 /// The format of the member that gives the cell its value; of the measure when that has none.
 std::string MdxResult::FormatAt(std::size_t ordinal) const {
   std::vector<MemberId> members = base_members_;
-  for (const Axis& axis : axes_) {
-    const std::size_t position = ordinal % axis.PositionCount();
-    ordinal /= axis.PositionCount();
-    for (std::size_t i = 0; i < axis.tuples.arity(); ++i) {
-      members[axis.tuples.hierarchies[i]] = axis.tuples.tuple(position)[i];
+  for (const TupleSet& axis : axes_) {
+    const std::size_t position = ordinal % axis.size();
+    ordinal /= axis.size();
+    for (std::size_t i = 0; i < axis.arity(); ++i) {
+      members[axis.hierarchies[i]] = axis.tuple(position)[i];
     }
   }
   const HierarchyId deciding = DecidingHierarchy(query_, members);

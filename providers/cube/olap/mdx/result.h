@@ -13,38 +13,38 @@
 
 namespace vok::olap {
 
-class MdxResult {
+class MdxResult : public Cellset {
  public:
-  struct Axis {
-    TupleSet tuples;
-    std::size_t PositionCount() const { return tuples.size(); }
-  };
+  using Axes = std::vector<TupleSet>;
 
   /// Keeps the cube alive.
   MdxResult(std::shared_ptr<const CubeView> cube, Query query)
       : cube_(std::move(cube)), query_(std::move(query)) {}
 
   const Query& query() const { return query_; }
-  const std::vector<Axis>& axes() const { return axes_; }
-  AxisMember Member(std::size_t axis, std::size_t position, std::size_t index) const;
+  const Axes& axes() const { return axes_; }
+  std::size_t AxisCount() const override { return axes_.size(); }
+  std::size_t PositionCount(std::size_t axis) const override { return At(axis).size(); }
+  std::size_t MembersPerPosition(std::size_t axis) const override { return At(axis).arity(); }
+  AxisMember Member(std::size_t axis, std::size_t position, std::size_t index) const override;
 
   std::size_t CellCount() const { return cells_.size(); }
-  /// Axis 0 runs fastest. Failure 9: there is no such cell.
-  Value Cell(std::size_t ordinal) const;
-  std::string FormattedCell(std::size_t ordinal) const;
+  Value Cell(std::size_t ordinal) const override;
+  std::string FormattedCell(std::size_t ordinal) const override;
 
   /// For the evaluation alone.
-  void SetAxes(std::vector<Axis> axes, Context base);
+  void SetAxes(Axes axes, Context base);
   void SetCells(CellGrid cells) { cells_ = std::move(cells); }
 
  private:
+  const TupleSet& At(std::size_t axis) const;
   AxisMember CalculatedAxisMember(HierarchyId hierarchy, MemberId id) const;
   void CheckOrdinal(std::size_t ordinal) const;
   std::string FormatAt(std::size_t ordinal) const;
 
   std::shared_ptr<const CubeView> cube_;
   Query query_;
-  std::vector<Axis> axes_;
+  Axes axes_;
   std::vector<MemberId> base_members_;  ///< where the axes do not say otherwise
   CellGrid cells_;
 };

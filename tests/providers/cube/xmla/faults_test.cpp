@@ -6,8 +6,8 @@
 #include <thread>
 
 #include "platform/cube.h"
-#include "providers/cube/xmla/cube_services.h"
 #include "providers/cube/xmla/server.h"
+#include "providers/cube/xmla/xmla_provider.h"
 #include "tests/providers/cube/xmla/answers.h"
 #include "tests/providers/cube/xmla/scripted_server.h"
 #include "tests/support/failures.h"
@@ -188,44 +188,44 @@ TEST(Faults, OfAServerThatIsSlowOrGone) {
 TEST(Faults, CancellingEndsAQuestionSoonWhileAConnectionIsOpened) {
   ScriptedServer http([](const std::string&) { return Reply{"", false, true}; });
   const vok::test::SimpleLocale locale;
-  XmlaCubeServices services(locale, {[] { return HttpSettings(); }, SystemTransport()});
-  const auto connection = services.NewConnection();
+  XmlaCubeProvider provider(locale, {[] { return HttpSettings(); }, SystemTransport()});
+  QueryStop stop;
   const auto start = std::chrono::steady_clock::now();
   std::thread other([&] {
     while (http.requests() == 0) std::this_thread::sleep_for(std::chrono::milliseconds(5));
-    connection->Cancel();
+    stop.Ask();
   });
-  const Failure failure = vok::test::FailureOf(
-      [&] { connection->Open("Data Source=" + http.address(), "", "", kUnspecifiedOptions); });
+  const Failure failure =
+      vok::test::FailureOf([&] { provider.Connect("Data Source=" + http.address(), &stop); });
   EXPECT_EQ(failure.number(), kQueryCancelled);
   EXPECT_THAT(failure.description(), HasSubstr("was cancelled"));
   other.join();
   EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(10));
 }
 
-/// Sends without end, faster than any network; cancels the question after three pieces.
+/// Sends without end, faster than any network; asks for the stop after three pieces.
 class Flood : public HttpTransport {
  public:
-  Flood(std::function<void()> cancel, int& pieces) : cancel_(std::move(cancel)), pieces_(pieces) {}
+  Flood(QueryStop& stop, int& pieces) : stop_(stop), pieces_(pieces) {}
   Transfer Post(const HttpRequest&, HttpBody& body) override {
     for (;; ++pieces_) {
-      if (pieces_ == 3) cancel_();
+      if (pieces_ == 3) stop_.Ask();
       body.Take({200, kXml}, std::string(1000, ' '));
     }
   }
 
  private:
-  std::function<void()> cancel_;
+  QueryStop& stop_;
   int& pieces_;
 };
 
 TEST(Faults, AStopIsLookedAtOnEveryPiece) {
-  Server* asked = nullptr;
+  QueryStop stop;
   int pieces = 0;
-  Server server("http://h/", HttpSettings(), [&](const std::string&, const HttpSettings&) {
-    return std::make_unique<Flood>([&] { asked->Cancel(); }, pieces);
-  });
-  asked = &server;
+  const auto flood = [&](const std::string&, const HttpSettings&) {
+    return std::make_unique<Flood>(stop, pieces);
+  };
+  Server server("http://h/", HttpSettings(), flood, &stop);
   EXPECT_EQ(Ask(server).number(), kQueryCancelled);
   EXPECT_EQ(pieces, 3);
 }

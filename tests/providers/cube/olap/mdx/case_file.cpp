@@ -61,7 +61,7 @@ std::string Shown(const olap::MdxResult& result, bool formatted) {
   std::string text;
   for (std::size_t axis = 0; axis < result.axes().size(); ++axis) {
     text += "axis " + std::to_string(axis) + "\n";
-    const auto& tuples = result.axes()[axis].tuples;
+    const auto& tuples = result.axes()[axis];
     for (std::size_t position = 0; position < tuples.size(); ++position) {
       for (std::size_t i = 0; i < tuples.arity(); ++i) {
         text += (i > 0 ? " | " : "") + result.Member(axis, position, i).unique_name;
@@ -70,7 +70,7 @@ std::string Shown(const olap::MdxResult& result, bool formatted) {
     }
   }
   text += formatted ? "formatted\n" : "cells\n";
-  const std::size_t width = result.axes().empty() ? 1 : result.axes()[0].PositionCount();
+  const std::size_t width = result.axes().empty() ? 1 : result.PositionCount(0);
   for (std::size_t ordinal = 0; ordinal < result.CellCount(); ++ordinal) {
     text += CellText(result, ordinal, formatted);
     text += (ordinal + 1) % width == 0 ? "\n" : " | ";

@@ -241,9 +241,10 @@ TEST(QueryLimits, EndAQueryWhoseSumsOverflow) {
 }
 
 TEST(QueryLimits, EndAQueryThatWasCancelled) {
-  const std::atomic<bool> cancelled = true;
+  QueryStop stop;
+  stop.Ask();
   olap::QueryLimits limits;
-  limits.cancelled = &cancelled;
+  limits.stop = &stop;
   EXPECT_EQ(FailureOf("SELECT QeL.Members ON 0 FROM QEL", limits).number(), kQueryCancelled);
 }
 

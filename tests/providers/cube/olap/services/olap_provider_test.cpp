@@ -1,5 +1,5 @@
 // The embedded cube through the platform's objects, as the query run uses it.
-#include "providers/cube/olap/cube_services.h"
+#include "providers/cube/olap/olap_provider.h"
 
 #include <gtest/gtest.h>
 
@@ -8,26 +8,21 @@
 #include "native.h"
 #include "platform/failure.h"
 #include "tests/support/cubes/sample_cube.h"
+#include "tests/support/failures.h"
 
 namespace vok::olap {
 namespace {
 
-class CubeServicesTest : public testing::Test {
+class OlapProviderTest : public testing::Test {
  protected:
   std::unique_ptr<CubeConnection> Connected(const std::string& text) {
-    auto connection = services_.NewConnection();
-    connection->SetConnectionString(text);
-    connection->SetCursorLocation(CursorLocation::kClient);
-    connection->Open(connection->ConnectionString(), "", "", -1);
-    return connection;
+    return provider_.Connect(text, nullptr);
   }
   std::string RunText(const std::string& catalog) const {
     return "DATA SOURCE=" + cube_.path() + ";PROVIDER=MSOLAP;Initial Catalog=[" + catalog + "];";
   }
   std::unique_ptr<CubeDef> Cube() {
-    const auto connection = Connected(RunText("qel"));
-    const auto catalog = services_.NewCatalog();
-    catalog->SetActiveConnection(*connection);
+    const auto catalog = Connected(RunText("qel"))->Structure();
     EXPECT_EQ(catalog->CubeCount(), 1u);
     return catalog->CubeAt(0);
   }
@@ -35,10 +30,10 @@ class CubeServicesTest : public testing::Test {
   test::BuiltCube cube_{test::SampleLedger()};
   test::NativeFiles files_;
   test::NativeLocale locale_{"en_US"};
-  OlapCubeServices services_{files_, locale_};
+  OlapCubeProvider provider_{files_, locale_};
 };
 
-TEST_F(CubeServicesTest, ShowsTheStructureWithMeasuresFirst) {
+TEST_F(OlapProviderTest, ShowsTheStructureWithMeasuresFirst) {
   const auto cube = Cube();
   EXPECT_EQ(cube->Name(), "QEL");
   ASSERT_EQ(cube->DimensionCount(), 6u);
@@ -69,7 +64,7 @@ TEST_F(CubeServicesTest, ShowsTheStructureWithMeasuresFirst) {
   EXPECT_THROW(months->MemberAt(months->MemberCount()), Failure);
 }
 
-TEST_F(CubeServicesTest, ListsTheMeasuresThatTheCubeComputes) {
+TEST_F(OlapProviderTest, ListsTheMeasuresThatTheCubeComputes) {
   test::CubeTexts texts = test::SampleLedger();
   texts.schema.insert(
       texts.schema.find("</Cube>"),
@@ -77,9 +72,7 @@ TEST_F(CubeServicesTest, ListsTheMeasuresThatTheCubeComputes) {
 <CalculatedMember name="Inner" dimension="Measures" visible="false" formula="1"/>
 <CalculatedMember name="Ever" hierarchy="[Date]" formula="[Date].[2009] + [Date].[2010]"/>)");
   const test::BuiltCube built(texts);
-  const auto connection = Connected("Provider=MSOLAP;Data Source=" + built.path());
-  const auto catalog = services_.NewCatalog();
-  catalog->SetActiveConnection(*connection);
+  const auto catalog = Connected("Provider=MSOLAP;Data Source=" + built.path())->Structure();
   const auto level = catalog->CubeAt(0)->DimensionAt(0)->HierarchyAt(0)->LevelAt(0);
   ASSERT_EQ(level->MemberCount(), 4u);
   EXPECT_FALSE(level->MemberAt(2)->IsCalculated());
@@ -91,25 +84,18 @@ TEST_F(CubeServicesTest, ListsTheMeasuresThatTheCubeComputes) {
   EXPECT_EQ(half->Parent(), nullptr);
 }
 
-TEST_F(CubeServicesTest, AnswersAfterTheConnectionIsGone) {
-  const auto cellset = services_.NewCellset();
-  {
-    const auto connection = Connected(RunText("QEL"));
-    EXPECT_EQ(connection->DefaultDatabase(), "QEL");
-    EXPECT_EQ(connection->CatalogNames(), std::vector<std::string>{"QEL"});
-    cellset->SetActiveConnection(*connection);
-    connection->Close();
-    EXPECT_THROW(connection->CatalogNames(), Failure);
-  }
-  EXPECT_THROW(cellset->AxisCount(), Failure);
-  cellset->SetSource("SELECT {[Measures].[Facts]} ON 0, {[QeL].Members} ON 1 FROM [QEL]");
+TEST_F(OlapProviderTest, AnswersAfterTheConnectionIsGone) {
+  auto connection = Connected(RunText("QEL"));
+  EXPECT_EQ(connection->DefaultDatabase(), "QEL");
+  EXPECT_EQ(connection->CatalogNames(), std::vector<std::string>{"QEL"});
   std::filesystem::remove(cube_.path());
-  cellset->Open();
+  const auto cellset =
+      connection->Execute("SELECT {[Measures].[Facts]} ON 0, {[QeL].Members} ON 1 FROM [QEL]");
+  connection.reset();
   ASSERT_EQ(cellset->AxisCount(), 2u);
-  const CellsetAxis& rows = cellset->AxisAt(1);
-  ASSERT_EQ(rows.PositionCount(), 6u);
-  EXPECT_EQ(rows.MembersPerPosition(), 1u);
-  const AxisMember member = rows.MemberAt(4, 0);
+  ASSERT_EQ(cellset->PositionCount(1), 6u);
+  EXPECT_EQ(cellset->MembersPerPosition(1), 1u);
+  const AxisMember member = cellset->Member(1, 4, 0);
   EXPECT_EQ(member.caption, "310\tRent ]\t\t\tMiete");
   EXPECT_EQ(member.unique_name, "[QeL].[310\tRent ]]\t\t\tMiete]");
   EXPECT_EQ(member.level_name, "[QeL].[QeL]");
@@ -117,33 +103,27 @@ TEST_F(CubeServicesTest, AnswersAfterTheConnectionIsGone) {
   EXPECT_EQ(cellset->FormattedCell(5), "");
   EXPECT_TRUE(cellset->Cell(0).Is<double>());
   EXPECT_THROW(cellset->Cell(6), Failure);
-  EXPECT_THROW(cellset->AxisAt(2), Failure);
-  EXPECT_THROW(rows.MemberAt(6, 0), Failure);
+  EXPECT_THROW(cellset->PositionCount(2), Failure);
+  EXPECT_THROW(cellset->Member(1, 6, 0), Failure);
 }
 
-TEST_F(CubeServicesTest, EndsQueriesThatAreCancelledOrPastALimit) {
+TEST_F(OlapProviderTest, EndsQueriesThatAreCancelledOrPastALimit) {
   const auto number_of = [&](CubeConnection& connection) {
-    const auto cellset = services_.NewCellset();
-    cellset->SetActiveConnection(connection);
-    cellset->SetSource("SELECT {[Measures].Members} ON 0, [Date].Members ON 1 FROM [QEL]");
-    try {
-      cellset->Open();
-    } catch (const Failure& failure) {
-      return failure.number();
-    }
-    return 0;
+    return test::FailureOf([&] {
+             connection.Execute("SELECT {[Measures].Members} ON 0, [Date].Members ON 1 FROM [QEL]");
+           })
+        .number();
   };
-  const auto connection = Connected(RunText("QEL"));
+  QueryStop stop;
+  const auto connection = provider_.Connect(RunText("QEL"), &stop);
   EXPECT_EQ(number_of(*connection), 0);
-  connection->Cancel();
+  stop.Ask();
   EXPECT_EQ(number_of(*connection), kQueryCancelled);
-  connection->Open(connection->ConnectionString(), "", "", -1);
-  EXPECT_EQ(number_of(*connection), 0);
   EXPECT_EQ(number_of(*Connected(RunText("QEL") + "Timeout=1e-9")), failure_number::kTimeout);
   EXPECT_EQ(number_of(*Connected(RunText("QEL") + "Max Cells=50")), failure_number::kSyntax);
 }
 
-TEST_F(CubeServicesTest, SaysWhatIsWrongWithAConnection) {
+TEST_F(OlapProviderTest, SaysWhatIsWrongWithAConnection) {
   const struct {
     std::string text;
     int32_t number;
@@ -155,15 +135,10 @@ TEST_F(CubeServicesTest, SaysWhatIsWrongWithAConnection) {
       {"Provider=MSOLAP", failure_number::kUnspecified, "names no cube file"},
   };
   for (const auto& test : kCases) {
-    try {
-      Connected(test.text);
-      ADD_FAILURE() << test.text;
-    } catch (const Failure& failure) {
-      EXPECT_EQ(failure.number(), test.number) << failure.description();
-      EXPECT_NE(failure.description().find(test.says), std::string::npos) << failure.description();
-    }
+    const Failure failure = vok::test::FailureOf([&] { Connected(test.text); });
+    EXPECT_EQ(failure.number(), test.number) << test.text;
+    EXPECT_NE(failure.description().find(test.says), std::string::npos) << failure.description();
   }
-  EXPECT_THROW(services_.NewConnection()->DefaultDatabase(), Failure);
 }
 
 }  // namespace

@@ -1,9 +1,10 @@
 // A cube server through the platform's objects, as the query run uses it.
+#include "providers/cube/xmla/xmla_provider.h"
+
 #include <gmock/gmock.h>
 
 #include <map>
 
-#include "providers/cube/xmla/cube_services.h"
 #include "tests/providers/cube/xmla/answers.h"
 #include "tests/providers/cube/xmla/scripted_server.h"
 #include "tests/support/failures.h"
@@ -29,7 +30,7 @@ std::string Rows(const Texts& columns, const std::vector<Texts>& rows) {
 const Texts kMember = {"MEMBER_NAME", "MEMBER_CAPTION", "MEMBER_UNIQUE_NAME", "PARENT_UNIQUE_NAME"};
 
 /// Answers by what a request asks for and is restricted to; a row of the table per question.
-class ServicesTest : public testing::Test {
+class XmlaProviderTest : public testing::Test {
  protected:
   test::Reply Answer(const std::string& request) {
     for (const auto& [asked, rows] : answers_) {
@@ -44,17 +45,12 @@ class ServicesTest : public testing::Test {
     return test::Http("200 OK", "text/xml", test::Fault("Not expected", ""));
   }
   std::unique_ptr<CubeConnection> Connected(const std::string& catalog) {
-    auto connection = services_.NewConnection();
-    connection->Open(
+    return provider_.Connect(
         "DATA SOURCE=" + http_.address() + ";PROVIDER=MSOLAP;Initial Catalog=[" + catalog + "];",
-        "", "", -1);
-    return connection;
+        nullptr);
   }
   std::unique_ptr<CubeDef> Cube(const std::string& name) {
-    const auto connection = Connected(name);
-    const auto catalog = services_.NewCatalog();
-    catalog->SetActiveConnection(*connection);
-    return catalog->CubeAt(0);
+    return Connected(name)->Structure()->CubeAt(0);
   }
 
   const std::vector<std::pair<std::string, std::string>> answers_ = {
@@ -87,10 +83,10 @@ class ServicesTest : public testing::Test {
   std::map<std::string, int> counts_;
   test::SystemLocale locale_;
   test::ScriptedServer http_{[this](const std::string& request) { return Answer(request); }};
-  XmlaCubeServices services_{locale_, {[] { return HttpSettings(); }, test::SystemTransport()}};
+  XmlaCubeProvider provider_{locale_, {[] { return HttpSettings(); }, test::SystemTransport()}};
 };
 
-TEST_F(ServicesTest, ShowsTheStructureAskingOnceForWhatIsLookedAt) {
+TEST_F(XmlaProviderTest, ShowsTheStructureAskingOnceForWhatIsLookedAt) {
   const auto cube = Cube("salesqel");
   EXPECT_EQ(cube->Name() + cube->DimensionAt(0)->Name(), "SalesQELMeasures");
   EXPECT_EQ(cube->FindDimension("Nothing"), nullptr);
@@ -123,7 +119,7 @@ TEST_F(ServicesTest, ShowsTheStructureAskingOnceForWhatIsLookedAt) {
   }
 }
 
-TEST_F(ServicesTest, FindsACatalogByItsNameOrItsCubes) {
+TEST_F(XmlaProviderTest, FindsACatalogByItsNameOrItsCubes) {
   EXPECT_EQ(Connected("SALES")->DefaultDatabase(), "Sales");
   EXPECT_EQ(counts_["MDSCHEMA_CUBES|<CATALOG_NAME>Sales"], 0);
   EXPECT_EQ(Cube("Sales")->Name(), "Both");  // a catalog's first cube
@@ -144,35 +140,23 @@ TEST_F(ServicesTest, FindsACatalogByItsNameOrItsCubes) {
   };
   for (const auto& [text, says, number] : kCases) {
     const Failure failure = vok::test::FailureOf(
-        [&, &rest = text] { services_.NewConnection()->Open("Data Source=" + rest, "", "", -1); });
+        [&, &rest = text] { provider_.Connect("Data Source=" + rest, nullptr); });
     EXPECT_EQ(failure.number(), number) << text;
     EXPECT_THAT(failure.description(), testing::HasSubstr(says));
   }
 }
 
-TEST_F(ServicesTest, AnswersStayWhenTheConnectionIsGone) {
-  const auto cellset = services_.NewCellset();
-  EXPECT_THROW(cellset->Open(), Failure);
-  {
-    const auto connection = Connected("Sales");
-    cellset->SetActiveConnection(*connection);
-    connection->Close();
-    EXPECT_THROW(connection->CatalogNames(), Failure);
-    EXPECT_THROW(cellset->SetActiveConnection(*connection), Failure);
-  }
-  EXPECT_THROW(cellset->AxisCount(), Failure);
-  cellset->SetSource("SELECT");
-  cellset->Open();
+TEST_F(XmlaProviderTest, AnswersStayWhenTheConnectionIsGone) {
+  const auto cellset = Connected("Sales")->Execute("SELECT");
   ASSERT_EQ(cellset->AxisCount(), 2u);
-  EXPECT_EQ(cellset->AxisAt(0).MemberAt(1, 0).name, "m0");
+  EXPECT_EQ(cellset->Member(0, 1, 0).name, "m0");
   EXPECT_EQ(cellset->Cell(1), Value(7.0));
-  EXPECT_THROW(cellset->AxisAt(2), Failure);
+  EXPECT_THROW(cellset->PositionCount(2), Failure);
   EXPECT_EQ(http_.connections(), 1);
 
-  const auto limited = services_.NewConnection();
-  limited->Open("Data Source=" + http_.address() + ";Max Cells=3", "", "", -1);
-  cellset->SetActiveConnection(*limited);
-  EXPECT_THAT(vok::test::DescriptionOf([&] { cellset->Open(); }),
+  const auto limited =
+      provider_.Connect("Data Source=" + http_.address() + ";Max Cells=3", nullptr);
+  EXPECT_THAT(vok::test::DescriptionOf([&] { limited->Execute("SELECT"); }),
               testing::HasSubstr("it has more than 3 cells"));
 }
 
