@@ -1,6 +1,7 @@
 #include <dlfcn.h>
 #include <link.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <utility>
 #include <vector>
@@ -35,21 +36,25 @@ std::string ComponentFolder() {
   return ignored ? "." : file.parent_path().string();
 }
 
-OpenJetFile JetFilesOf(const SystemPlatform& platform) {
-  std::vector<std::string> readers;
+/// Beside the component, or where it is installed.
+std::vector<std::string> PlacesOfJetReader(const std::string& component_folder) {
+  std::vector<std::string> places;
   for (const std::string folder : {".", kReaderFromPrograms, kReaderFromLibraries}) {
-    readers.push_back(
-        std::filesystem::path(platform.component_folder + "/" + folder + "/" + kJetReader)
-            .lexically_normal()
-            .string());
+    const std::filesystem::path path = component_folder + "/" + folder + "/" + kJetReader;
+    const std::string place = path.lexically_normal().string();
+    if (std::find(places.begin(), places.end(), place) == places.end()) places.push_back(place);
   }
+  return places;
+}
+
+OpenJetFile JetFilesOf(const SystemPlatform& platform) {
   const Locale& locale = *platform.locale;
   jet::Shape shape;
   for (const TableDefinition& table : SettingsTables()) shape.tables.push_back(table.name);
   shape.nothing = NothingIn;
   shape.complete = [&locale](DatabaseCatalog& catalog) { CompleteShape(locale, catalog); };
-  const auto jet_files = std::make_shared<jet::JetFiles>(*platform.files, locale,
-                                                         std::move(readers), std::move(shape));
+  const auto jet_files = std::make_shared<jet::JetFiles>(
+      *platform.files, locale, PlacesOfJetReader(platform.component_folder), std::move(shape));
   return [jet_files](const std::string& path) { return jet_files->Open(path); };
 }
 
