@@ -51,15 +51,22 @@ struct Imported {
   std::vector<std::string> left_out;  ///< sentences
 };
 
+bool IsDatabase(const Host& host, const std::string& path) {
+  const DatabaseKind kind = KindOfDatabase(host.files, path);
+  return kind == DatabaseKind::kJet || kind == DatabaseKind::kSqlite;
+}
+
+SettingsDocument DocumentOf(const Host& host, objRs& store) {
+  return {ReadAllDataSources(host, store), ReadAllPeriodSets(store)};
+}
+
 /// The sets of a JSON document, or of another settings database, which is not written to.
 Imported ReadImported(const Host& host, const std::string& path) {
-  const DatabaseKind kind = KindOfDatabase(host.files, path);
-  if (kind != DatabaseKind::kJet && kind != DatabaseKind::kSqlite) {
+  if (!IsDatabase(host, path)) {
     return {ParseSettingsDocument(ReadWholeFile(host.files, path), path), {}};
   }
   objRs store = OpenDatabase(host, path);
-  Imported imported;
-  imported.document = {ReadAllDataSources(host, store), ReadAllPeriodSets(store)};
+  Imported imported{DocumentOf(host, store), {}};
   imported.left_out = LeftOut(host, store, imported.document.data_sources);
   return imported;
 }
@@ -84,14 +91,30 @@ void Import(const CommonOptions& common, const std::string& path) {
             << OneLine(host.files.NativePath(SettingsDatabase(environment.SettingsFolder))) << '\n';
 }
 
-void Export(const CommonOptions& common, const std::string& path) {
+/// Somebody may give the database that is meant to be read.
+void RefuseDatabase(const Host& host, const std::string& path) {
+  if (path.empty() || path == "-" || !IsDatabase(host, path)) return;
+  throw Failure(
+      failure_number::kFileExists,
+      host.files.NativePath(path) +
+          " is a database, which the document would replace; name another file. To export "
+          "what is in it, name it after --from");
+}
+
+/// Of the settings folder, or of the database `from`.
+SettingsDocument ReadExported(Session& session, const std::string& from) {
+  const Host& host = session.host();
+  if (from.empty()) FindDatabase(session);
+  objRs store =
+      from.empty() ? OpenSettings(host, session.publics().environment) : OpenDatabase(host, from);
+  return DocumentOf(host, store);
+}
+
+void Export(const CommonOptions& common, const std::string& path, const std::string& from) {
   const auto session = common.NewSession();
   const Host& host = session->host();
-  FindDatabase(*session);
-  const Environment& environment = session->publics().environment;
-  WriteOutput(host.files, path,
-              PrintSettingsDocument(
-                  {ReadAllDataSources(host, environment), ReadAllPeriodSets(host, environment)}));
+  RefuseDatabase(host, path);
+  WriteOutput(host.files, path, PrintSettingsDocument(ReadExported(*session, from)));
 }
 
 struct SetOptions {
@@ -151,7 +174,9 @@ void AddSettingsCommand(CLI::App& app, const CommonOptions& common) {
 
   auto* export_command = command->add_subcommand("export", "Write all saved sets as JSON");
   export_command->add_option("FILE", *path, "Where to; - or nothing: standard output");
-  export_command->callback([&common, path] { Export(common, *path); });
+  const auto from = std::make_shared<std::string>();
+  export_command->add_option("--from", *from, "Another settings database (.mdb)");
+  export_command->callback([&common, path, from] { Export(common, *path, *from); });
 
   const auto options = std::make_shared<SetOptions>();
   AddSetCommand(*command, "delete", "Delete one saved set", *options)->callback([&common, options] {

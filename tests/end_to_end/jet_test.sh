@@ -55,13 +55,6 @@ for columns in 28 41 54; do
   (($(grep -c '[1-9]' $columns.csv) > 50)) || fail "$columns columns: hardly any cells"
   cmp $columns.csv $columns-own.csv || fail "$columns columns: not the cells of our own store"
 
-  [[ $("$vokcube" sets Periods --settings-folder $columns | wc -l) == 41 ]] || fail "not 41 sets"
-  expect 0 "Sales: sales.cub" info --settings-folder $columns
-  expect 1 "settings import \"$PWD/$columns/CubToQel.mdb\"" settings delete periods P \
-    --settings-folder $columns
-  expect 1 "never written" settings import $columns.json --settings-folder $columns
-  expect 1 "never written" periods fill P --interval year --settings-folder $columns
-
   expect 0 "" settings export $columns-1.json --settings-folder $columns
   expect 0 "Imported 41 data sources and 41 period sets" settings import $columns/CubToQel.mdb \
     --settings-folder $columns-copy
@@ -72,6 +65,16 @@ for columns in 28 41 54; do
     fail "$columns columns: not the same document"
   cmp "$samples/CubToQel-$columns-columns.mdb" $columns/CubToQel.mdb || fail "it was written to"
 done
+
+[[ $("$vokcube" sets Periods --settings-folder 54 | wc -l) == 41 ]] || fail "not 41 sets"
+expect 0 "Sales: sales.cub" info --settings-folder 54
+expect 1 "settings import \"$PWD/54/CubToQel.mdb\"" settings delete periods P \
+  --settings-folder 54
+expect 1 "never written" settings import 54.json --settings-folder 54
+expect 1 "never written" periods fill P --interval year --settings-folder 54
+expect 0 "" settings export from.json --from 54/CubToQel.mdb
+cmp 54-1.json from.json || fail "--from is not the same document"
+expect 1 "54/CubToQel.mdb is a database" settings export 54/CubToQel.mdb --settings-folder 54-copy
 
 # A file that cannot be read changes nothing.
 head -c 100000 54/CubToQel.mdb > cut.mdb
