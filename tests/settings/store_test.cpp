@@ -8,8 +8,10 @@
 #include "settings/all_sets.h"
 #include "settings/edited_sets.h"
 #include "settings/exact_sets.h"
+#include "settings/left_out.h"
 #include "settings/reader.h"
 #include "settings/schema.h"
+#include "settings/set_fields.h"
 #include "settings/writer.h"
 #include "system/posix/icu_locale.h"
 #include "system/posix/posix_files.h"
@@ -236,6 +238,38 @@ TEST_F(StoreTest, ARowFromBeforeTheQuantityColumnsLoadsAndSavesInTheWindow) {
   ASSERT_TRUE(again);
   SaveMoneyMeasures(host, environment, *again);
   EXPECT_EQ(Load("Sales", ""), 0);
+}
+
+TEST_F(StoreTest, AnotherDatabaseIsReadWithWhatItLacksToldWhatIsLeftOutAndNotWrittenTo) {
+  Create();  // without quantities
+  const auto add = [&](const std::string& table, const Fields& fields) {
+    objRs store = OpenSettings(host, environment);
+    store.SQL = table;
+    AddRow(*store.GetRs(), fields);
+  };
+  add("DataSourceInfo", {{"SetName", "Sales"}, {"AccFile", "a.idx"}});
+  add("MoneySetsMeasures", {{"SetName", "SALES"}, {"Measure3", "Amount"}});
+  add("MoneySetsMeasures", {{"SetName", "Gone"}});
+  add("Main", {{"SetName", "Sales"}});
+  {
+    objRs store = OpenSettings(host, environment);
+    const auto catalog = database.NewCatalog();
+    catalog->SetActiveConnection(store.OpenedConnection());
+    catalog->AppendColumn("Periods", {"Colour", ColumnType::kText, 0, true});
+  }
+  const std::string path = folder + "/CubToQel.mdb";
+  const std::string bytes = ReadWholeFile(files, path);
+
+  objRs store = OpenDatabase(host, path);
+  const auto sources = ReadAllDataSources(host, store);
+  ASSERT_EQ(sources.size(), 1U);
+  EXPECT_EQ(sources[0].MoneySets[3].Measure + sources[0].MoneySets[3].Qty, "Amount");
+  EXPECT_EQ(ReadAllPeriodSets(store).size(), 0U);
+  EXPECT_THAT(LeftOut(host, store, sources),
+              testing::ElementsAre(HasSubstr("AccFile of the data source \"Sales\", \"a.idx\""),
+                                   HasSubstr("table Main (1)"), HasSubstr("money sets of \"Gone\""),
+                                   HasSubstr("column Colour of the table Periods")));
+  EXPECT_EQ(ReadWholeFile(files, path), bytes);
 }
 
 TEST_F(StoreTest, ProcessesThatMakeTheFileSaveAndLoadAtOnceLoseNothing) {
