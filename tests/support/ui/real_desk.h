@@ -39,6 +39,12 @@ class ImpatientDatabase : public SqliteDatabase {
   LockPatience patience_;
 };
 
+/// A message under the product's name.
+inline MessageBox Box(const std::string& text, MessageIcon icon = MessageIcon::kExclamation,
+                      MessageButtons buttons = MessageButtons::kOk) {
+  return {text, "VokCubeQ17", icon, buttons, "", 0};
+}
+
 struct RealDesk {
   RealDesk() {
     BuildInto(folder, SampleLedger());
