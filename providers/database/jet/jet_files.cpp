@@ -16,7 +16,7 @@
 namespace vok::jet {
 namespace {
 
-constexpr ChildLimits kLimits = {64UL << 20, std::chrono::seconds(30)};
+constexpr ChildLimits kLimits = {32UL << 20, std::chrono::seconds(60)};
 
 std::string WhyNotWritten(const std::string& file) {
   return "it is a Jet database, which is read here but never written. Nothing was changed. Copy "

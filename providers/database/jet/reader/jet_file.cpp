@@ -97,7 +97,7 @@ void JetFile::CheckOpen() const {
 }
 
 std::optional<unsigned long> JetFile::FindTable(const std::string& name) const {
-  JetTable catalog(*handle_, "MSysObjects", kCatalogPage);
+  JetTable catalog(*handle_, "MSysObjects", kCatalogPage, {"Id", "Name", "Type"});
   const std::size_t id = catalog.ColumnNamed("Id");
   const std::size_t object = catalog.ColumnNamed("Name");
   const std::size_t type = catalog.ColumnNamed("Type");

@@ -62,7 +62,9 @@ std::optional<int64_t> WholeNumber(std::string_view bytes) {
 
 }  // namespace
 
-JetTable::JetTable(MdbHandle& file, const std::string& name, unsigned long page) : file_(file) {
+JetTable::JetTable(MdbHandle& file, const std::string& name, unsigned long page,
+                   const std::set<std::string>& wanted)
+    : file_(file) {
   entry_.mdb = &file;
   entry_.object_type = MDB_TABLE;
   entry_.table_pg = page;
@@ -74,7 +76,8 @@ JetTable::JetTable(MdbHandle& file, const std::string& name, unsigned long page)
   }
   for (guint i = 0; i < table_->columns->len; ++i) {
     const auto* column = static_cast<const MdbColumn*>(g_ptr_array_index(table_->columns, i));
-    if (DataType(*column) != 0) columns_.push_back({column->name, static_cast<int>(i), column});
+    if (DataType(*column) == 0 || (!wanted.empty() && !wanted.contains(column->name))) continue;
+    columns_.push_back({column->name, static_cast<int>(i), column});
   }
 }
 

@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <nlohmann/json.hpp>
 #include <optional>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -18,8 +19,10 @@ using Row = std::vector<Json>;
 
 class JetTable {
  public:
-  /// `page` is where the table is defined. Columns of other kinds than those of `Row` are left out.
-  JetTable(MdbHandle& file, const std::string& name, unsigned long page);
+  /// `page` is where the table is defined. Columns of other kinds than those of `Row` are left out,
+  /// and all but the `wanted` ones where some are.
+  JetTable(MdbHandle& file, const std::string& name, unsigned long page,
+           const std::set<std::string>& wanted = {});
   JetTable(const JetTable&) = delete;
   JetTable& operator=(const JetTable&) = delete;
   ~JetTable();
