@@ -1,6 +1,7 @@
 #include "hosts/com/by_reference.h"
 
 #include <cstring>
+#include <utility>
 
 namespace vok::windows {
 namespace {
@@ -41,6 +42,23 @@ VARIANT* ReferredVariant(const VARIANTARG& argument) {
   return argument.vt == (VT_BYREF | VT_VARIANT) ? argument.pvarVal : nullptr;
 }
 
+/// Whether a variable of that type can hold what a member hands back in a parameter of the other:
+/// in one of any type it is an array.
+bool CanTake(VARTYPE variable, VARTYPE parameter) {
+  if (parameter == VT_VARIANT) return variable == (VT_ARRAY | VT_VARIANT);
+  return SizeOf(variable) != 0;
+}
+
+/// The reference at the end of the caller's: to a plain variable, or to a VARIANT that holds none.
+VARIANTARG& LastReference(VARIANTARG& argument) {
+  VARIANTARG* reference = &argument;
+  for (VARIANT* next = ReferredVariant(*reference); next != nullptr && (next->vt & VT_BYREF) != 0;
+       next = ReferredVariant(*reference)) {
+    reference = next;
+  }
+  return *reference;
+}
+
 /// Frees what a plain variable of the type holds and moves `value` there.
 HRESULT Assign(const VARIANTARG& reference, VARTYPE type, Variant value) {
   const std::size_t size = SizeOf(type);
@@ -59,6 +77,11 @@ HRESULT Assign(const VARIANTARG& reference, VARTYPE type, Variant value) {
 HRESULT ByReference::Read(VARIANTARG& argument, VARTYPE type, LCID locale) {
   argument_ = &argument;
   type_ = type;
+  const VARIANTARG& last = LastReference(argument);
+  const bool is_plain = (last.vt & VT_BYREF) != 0 && ReferredVariant(last) == nullptr;
+  if (is_plain && !CanTake(static_cast<VARTYPE>(last.vt & ~VT_BYREF), type)) {
+    return DISP_E_TYPEMISMATCH;
+  }
   HRESULT code = VariantCopyInd(value_.Get(), &argument);
   if (FAILED(code) || type == VT_VARIANT) return code;
   code = VariantChangeTypeEx(value_.Get(), value_.Get(), locale, 0, type);
@@ -77,18 +100,15 @@ bool ByReference::IsChanged() const {
 
 HRESULT ByReference::WriteBack(LCID locale) {
   if ((argument_->vt & VT_BYREF) == 0 || !IsChanged()) return S_OK;
-  VARIANTARG* reference = argument_;
-  while (VARIANT* referred = ReferredVariant(*reference)) {
-    if ((referred->vt & VT_BYREF) == 0) {
-      VariantClear(referred);
-      *referred = value_.Detach();
-      return S_OK;
-    }
-    reference = referred;
+  const VARIANTARG& last = LastReference(*argument_);
+  if (VARIANT* variable = ReferredVariant(last)) {
+    VariantClear(variable);
+    *variable = value_.Detach();
+    return S_OK;
   }
-  const auto type = static_cast<VARTYPE>(reference->vt & ~VT_BYREF);
+  const auto type = static_cast<VARTYPE>(last.vt & ~VT_BYREF);
   const HRESULT code = VariantChangeTypeEx(value_.Get(), value_.Get(), locale, 0, type);
-  return FAILED(code) ? code : Assign(*reference, type, std::move(value_));
+  return FAILED(code) ? code : Assign(last, type, std::move(value_));
 }
 
 }  // namespace vok::windows

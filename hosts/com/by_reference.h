@@ -9,7 +9,8 @@ namespace vok::windows {
 /// Holds a converted copy of the caller's argument, and writes it back.
 class ByReference {
  public:
-  /// `type` is VT_VARIANT for a parameter of any type. Fails as `VariantChangeType` does.
+  /// `type` is VT_VARIANT for a parameter of any type. Fails as `VariantChangeType` does, and for a
+  /// reference to a variable that could not take what the member may hand back.
   HRESULT Read(VARIANTARG& argument, VARTYPE type, LCID locale);
 
   VARIANT& value() { return *value_.Get(); }

@@ -81,14 +81,17 @@ HRESULT ClMeObject::GetTypeInfo(UINT index, LCID, ITypeInfo** info) {
   return loaded;
 }
 
-HRESULT ClMeObject::GetIDsOfNames(REFIID, LPOLESTR* names, UINT count, LCID, DISPID* ids) {
+HRESULT ClMeObject::GetIDsOfNames(REFIID id, LPOLESTR* names, UINT count, LCID, DISPID* ids) {
+  if (id != IID_NULL) return DISP_E_UNKNOWNINTERFACE;
   if (AnyIsNull(names, ids) || count == 0) return E_INVALIDARG;
   const HRESULT loaded = LoadTypeInfo();
   return FAILED(loaded) ? loaded : type_info_->GetIDsOfNames(names, count, ids);
 }
 
-HRESULT ClMeObject::Invoke(DISPID member, REFIID, LCID locale, WORD flags, DISPPARAMS* parameters,
-                           VARIANT* result, EXCEPINFO* exception, UINT* bad_argument) {
+HRESULT ClMeObject::Invoke(DISPID member, REFIID id, LCID locale, WORD flags,
+                           DISPPARAMS* parameters, VARIANT* result, EXCEPINFO* exception,
+                           UINT* bad_argument) {
+  if (id != IID_NULL) return DISP_E_UNKNOWNINTERFACE;
   if (parameters == nullptr) return E_INVALIDARG;
   const CallPlace place{member, flags, locale};
   return InvokeMember(*this, place, *parameters, {result, exception, bad_argument});

@@ -68,16 +68,28 @@ std::size_t ParameterOf(const DISPPARAMS& parameters, UINT index) {
   return parameters.cArgs - 1 - index;
 }
 
-HRESULT ReadArguments(const Member& member, const DISPPARAMS& parameters, LCID locale,
-                      Arguments& arguments, UINT* bad_argument) {
-  if (parameters.cArgs != member.count) return DISP_E_BADPARAMCOUNT;
+/// The caller's argument for each parameter: every one is given, none twice.
+HRESULT FindArguments(const DISPPARAMS& parameters, std::span<VARIANTARG*> found) {
+  if (parameters.cArgs != found.size() || parameters.cNamedArgs > parameters.cArgs) {
+    return DISP_E_BADPARAMCOUNT;
+  }
   for (UINT index = 0; index < parameters.cArgs; ++index) {
     const std::size_t at = ParameterOf(parameters, index);
-    if (at >= member.count) return DISP_E_PARAMNOTFOUND;
-    const HRESULT code =
-        arguments[at].Read(parameters.rgvarg[index], member.parameters[at], locale);
+    if (at >= found.size() || found[at] != nullptr) return DISP_E_PARAMNOTFOUND;
+    found[at] = &parameters.rgvarg[index];
+  }
+  return S_OK;
+}
+
+HRESULT ReadArguments(const Member& member, const DISPPARAMS& parameters, LCID locale,
+                      Arguments& arguments, UINT* bad_argument) {
+  std::array<VARIANTARG*, kMostParameters> found{};
+  const HRESULT fits = FindArguments(parameters, std::span(found).first(member.count));
+  if (FAILED(fits)) return fits;
+  for (std::size_t at = 0; at < member.count; ++at) {
+    const HRESULT code = arguments[at].Read(*found[at], member.parameters[at], locale);
     if (FAILED(code)) {
-      if (bad_argument != nullptr) *bad_argument = index;
+      if (bad_argument != nullptr) *bad_argument = static_cast<UINT>(found[at] - parameters.rgvarg);
       return code;
     }
   }

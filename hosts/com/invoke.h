@@ -2,7 +2,8 @@
 //
 // An argument may be a value, a reference to a value of its type, or a reference to a VARIANT, as
 // scripting hosts pass their variables; it is converted before the call, and what the member
-// changed is written back after it, in the type of the reference. Arguments may be named.
+// changed is written back after it, in the type of the reference. Arguments may be named; each
+// parameter is given once. A call that does not fit is refused before the member runs.
 #pragma once
 
 #include "hosts/com/interface.h"

@@ -157,6 +157,45 @@ TEST_F(ClMeObjectTest, CallsThatDoNotFitAreRefused) {
   };
   for (const auto& c : cases) EXPECT_EQ(Invoke(c.member, c.arguments), c.code) << c.member;
   EXPECT_EQ(bad_argument, 0u);  // counted from the last
+
+  LONG number = 5;
+  SAFEARRAY* texts = nullptr;
+  for (const VARIANT& variable : {Reference(VT_I4, &number), Reference(VT_ARRAY | VT_BSTR, &texts),
+                                  Reference(VT_DISPATCH, nullptr)}) {
+    Variant table{Value("Periods")};
+    EXPECT_EQ(Invoke(kGetSetNames, {variable, *table.Get()}), DISP_E_TYPEMISMATCH) << variable.vt;
+    EXPECT_EQ(bad_argument, 1u);
+    EXPECT_TRUE(database.record.lines.empty()) << "the member ran";
+  }
+}
+
+TEST_F(ClMeObjectTest, EveryParameterIsGivenOnce) {
+  Variant text{Value("x")}, number{Value(int32_t{0})};
+  const struct {
+    std::vector<VARIANT> arguments;  ///< the named ones first, the last of the others next
+    std::vector<DISPID> names;
+    HRESULT code;
+  } cases[] = {
+      {{*text.Get(), *number.Get()}, {1, 1}, DISP_E_PARAMNOTFOUND},
+      {{*number.Get(), *number.Get()}, {0}, DISP_E_PARAMNOTFOUND},  // once more by its position
+      {{*text.Get(), *number.Get()}, {2, 0}, DISP_E_PARAMNOTFOUND},
+      {{*text.Get(), *number.Get()}, {-3, 0}, DISP_E_PARAMNOTFOUND},
+      {{*text.Get(), *number.Get()}, {1, 0, 0}, DISP_E_BADPARAMCOUNT},
+      {{*text.Get(), *number.Get()}, {1}, S_OK},
+  };
+  for (auto c : cases) {
+    DISPPARAMS parameters{c.arguments.data(), c.names.data(), 2, static_cast<UINT>(c.names.size())};
+    EXPECT_EQ(object->Invoke(kShowQCform, IID_NULL, 0, DISPATCH_METHOD, &parameters, nullptr,
+                             nullptr, nullptr),
+              c.code);
+    EXPECT_EQ(object->Invoke(kShowQCform, IID_IDispatch, 0, DISPATCH_METHOD, &parameters, nullptr,
+                             nullptr, nullptr),
+              DISP_E_UNKNOWNINTERFACE);
+  }
+  wchar_t version[] = L"Version";
+  LPOLESTR names[] = {version};
+  DISPID id = 0;
+  EXPECT_EQ(object->GetIDsOfNames(IID_IDispatch, names, 1, 0, &id), DISP_E_UNKNOWNINTERFACE);
 }
 
 TEST_F(ClMeObjectTest, FailuresOfRunQueryAreCodesOfTheirWidth) {
