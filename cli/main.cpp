@@ -1,6 +1,5 @@
 // vokcube: the command line of VokCubeQ17.
 #include <algorithm>
-#include <filesystem>
 #include <iostream>
 
 #include "cli/command.h"
@@ -9,6 +8,7 @@
 #include "platform/cube.h"
 #include "platform/failure.h"
 #include "platform/shown_text.h"
+#include "platform/whole_path.h"
 
 namespace vok::cli {
 namespace {
@@ -24,8 +24,9 @@ void AddCommonOptions(CLI::App& app, CommonOptions& common) {
          "--settings-folder",
          [&common](const std::string& folder) {
            if (folder.empty()) throw CLI::ValidationError("--settings-folder", "names no folder");
-           const auto path = std::filesystem::absolute(folder).lexically_normal();
-           common.settings_folder = (path.has_filename() ? path : path.parent_path()).string();
+           const auto path = PathOfUtf8(WholePath(folder));
+           const auto named = (path.has_filename() ? path : path.parent_path()).u8string();
+           common.settings_folder.assign(named.begin(), named.end());
          },
          "Folder of the settings database and the logs (instead of the registry's value)")
       ->type_name("DIR");

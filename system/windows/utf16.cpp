@@ -26,6 +26,7 @@ std::string Narrowed(UINT code_page, std::wstring_view text) {
 std::wstring Utf16(std::string_view utf8) { return Widened(CP_UTF8, utf8); }
 std::string Utf8(std::wstring_view utf16) { return Narrowed(CP_UTF8, utf16); }
 std::string AnsiText(std::string_view utf8) { return Narrowed(CP_ACP, Utf16(utf8)); }
+bool HasAnsiForm(std::string_view utf8) { return Utf8OfAnsi(AnsiText(utf8)) == utf8; }
 std::string Utf8OfAnsi(std::string_view ansi) { return Utf8(Widened(CP_ACP, ansi)); }
 
 }  // namespace vok::windows

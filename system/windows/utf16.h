@@ -14,6 +14,8 @@ std::string Utf8(std::wstring_view utf16);
 
 /// In the user's code page; a character that it lacks becomes "?" or one that looks like it.
 std::string AnsiText(std::string_view utf8);
+/// Whether the user's code page has all of its characters.
+bool HasAnsiForm(std::string_view utf8);
 std::string Utf8OfAnsi(std::string_view ansi);
 
 }  // namespace vok::windows

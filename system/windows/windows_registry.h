@@ -1,6 +1,7 @@
-// The registry and the private profile, by the system's ANSI calls.
+// The registry and the private profile, by the system's ANSI calls, and by its wide ones where a
+// text has characters that the user's code page lacks.
 //
-// Texts are of the user's code page on the system's side and UTF-8 on ours; sizes count our bytes.
+// Texts are UTF-8 on our side; sizes count our bytes.
 #pragma once
 
 #include <string>

@@ -2,10 +2,10 @@
 
 #include <algorithm>
 #include <cmath>
-#include <filesystem>
 
 #include "component/result_grid.h"
 #include "component/workbook_writer.h"
+#include "platform/whole_path.h"
 #include "texts/language.h"
 #include "texts/text_numbers.h"
 #include "ui/model/messages.h"
@@ -18,13 +18,6 @@ constexpr char kPath[] = "txtResult";
 constexpr char kRows[] = "lvwRows";
 constexpr char kMoney[] = "chtMoney";
 constexpr int kMoneyDecimals = 2;
-
-/// As it stays true when the current folder is another one.
-std::string WholePath(const std::string& path) {
-  const std::filesystem::path given(std::u8string(path.begin(), path.end()));
-  const std::u8string whole = std::filesystem::absolute(given).u8string();
-  return {whole.begin(), whole.end()};
-}
 
 std::string WithValues(std::string text, const std::string& first, const std::string& second) {
   for (const auto& [mark, value] : {std::pair("%1", first), std::pair("%2", second)}) {

@@ -3,12 +3,12 @@
 #include <sqlite3.h>
 
 #include <algorithm>
-#include <filesystem>
 #include <memory>
 #include <utility>
 
 #include "platform/database_file.h"
 #include "platform/failure.h"
+#include "platform/whole_path.h"
 #include "providers/database/sqlite/folder_lock.h"
 #include "providers/database/sqlite/query.h"
 #include "providers/database/sqlite/store_failure.h"
@@ -27,9 +27,9 @@ int CompareNoCase(void* locale, int size_a, const void* a, int size_b, const voi
   return fold.FoldCase(text_a).compare(fold.FoldCase(text_b));
 }
 
-// The store takes some names for more than a path: none of them is absolute or begins with "./".
+// The store takes some names for more than a path: none of them is whole or begins with "./".
 std::string PlainPath(const std::string& native) {
-  return std::filesystem::path(native).is_absolute() ? native : "./" + native;
+  return PathOfUtf8(native).has_root_path() ? WholePath(native) : "./" + native;
 }
 
 void CheckExists(const Files& files, const std::string& path) {

@@ -1,9 +1,9 @@
 #include <windows.h>
 
-#include <filesystem>
 #include <string>
 #include <utility>
 
+#include "platform/whole_path.h"
 #include "providers/database/sqlite/folder_lock.h"
 #include "providers/database/sqlite/store_failure.h"
 
@@ -12,7 +12,7 @@ namespace {
 
 /// The same in every process for every spelling of one folder; empty when the folder tells nothing.
 std::wstring MutexName(const std::string& file) {
-  const auto parent = std::filesystem::path(file).parent_path();
+  const auto parent = PathOfUtf8(file).parent_path();
   const HANDLE folder = ::CreateFileW(parent.empty() ? L"." : parent.c_str(), FILE_READ_ATTRIBUTES,
                                       FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
                                       nullptr, OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr);

@@ -45,10 +45,14 @@ class WindowsRegistryTest : public testing::Test {
   WindowsRegistry registry_;
 };
 
-TEST_F(WindowsRegistryTest, ReadsTextsOfTheUsersCodePage) {
+TEST_F(WindowsRegistryTest, ReadsTextsOfAnyScript) {
   Set(L"MDBPath", REG_SZ, L"C:\\Data\\M\u00FCnchen");
   Set(L"Expanded", REG_EXPAND_SZ, L"%TEMP%");
+  Set(L"Beyond", REG_SZ, L"C:\\\u05D4\u05D2 \U0001F4D7");
+  Set(L"\u05E9\u05DD", REG_SZ, L"C:\\");
   EXPECT_EQ(Read("mdbpath"), "1 C:\\Data\\München");
+  EXPECT_EQ(Read("Beyond"), "1 C:\\הג 📗") << "of no code page";
+  EXPECT_EQ(Read("שם"), "1 C:\\");
   EXPECT_EQ(Read("Expanded"), "2 %TEMP%");
   EXPECT_EQ(Read("None"), "absent");
   RegistryKey opened = 0;
@@ -59,7 +63,10 @@ TEST_F(WindowsRegistryTest, ReadsTextsOfTheUsersCodePage) {
 TEST_F(WindowsRegistryTest, ReadsIniValuesCutToTheBuffer) {
   const test::TemporaryFolder folder;
   const std::string file = folder.path() + "/Qel.ini";
+  const std::string beyond = folder.path() + "/הג/Qel.ini";
   test::NativeFiles files;
+  files.CreateDirectory(folder.path() + "/הג");
+  WriteWholeFile(files, beyond, "[Qel]\r\nQelUILanguage=1\r\n");
   WriteWholeFile(files, file,
                  "[Other]\r\nQelUILanguage=9\r\n[Qel]\r\nQelUILanguage = \"2\" \r\nLong=" +
                      std::string(300, 'x') + "\r\nUmlaut=\xFC\r\n");
@@ -68,15 +75,20 @@ TEST_F(WindowsRegistryTest, ReadsIniValuesCutToTheBuffer) {
     const char* key;
     uint32_t size;
     std::string value;
+    std::string path = {};
   } rows[] = {
-      {"qel", "QELUILANGUAGE", 255, "2"}, {"Qel", "None", 255, ""},
-      {"None", "Long", 255, ""},          {"Qel", "Long", 255, std::string(254, 'x')},
-      {"Qel", "Umlaut", 255, "ü"},        {"Qel", "Umlaut", 2, "ü"},
+      {"Qel", "QelUILanguage", 255, "1", beyond},
+      {"qel", "QELUILANGUAGE", 255, "2"},
+      {"Qel", "None", 255, ""},
+      {"None", "Long", 255, ""},
+      {"Qel", "Long", 255, std::string(254, 'x')},
+      {"Qel", "Umlaut", 255, "ü"},
+      {"Qel", "Umlaut", 2, "ü"},
   };
   for (const auto& row : rows) {
     std::string buffer(255, ' ');
-    const auto copied =
-        registry_.PrivateProfileString(row.section, row.key, buffer, row.size, file);
+    const auto copied = registry_.PrivateProfileString(row.section, row.key, buffer, row.size,
+                                                       row.path.empty() ? file : row.path);
     EXPECT_EQ(buffer.substr(0, buffer.find('\0')), row.value) << row.key << row.size;
     EXPECT_EQ(copied, row.value.size());
     EXPECT_EQ(buffer.size(), 255U);

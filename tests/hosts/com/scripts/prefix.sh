@@ -13,6 +13,7 @@ export WINEARCH
 work=$(mktemp -d)
 export WINEPREFIX=$work/prefix WINEDEBUG=-all
 export WINEDLLOVERRIDES="mscoree,mshtml=;winedbg.exe=d"
+export LC_ALL=C.UTF-8  # Wine finds files of any name
 unset DISPLAY  # without a screen message boxes end at once
 trap 'wineserver -k || true; rm -rf "$work"' EXIT
 cd "$work"
