@@ -10,7 +10,8 @@ namespace vok::windows {
 namespace {
 
 DWORD StyleOf(const vok::MessageBox& box) {
-  constexpr DWORD kButtons[] = {MB_OK, MB_YESNO, MB_YESNOCANCEL};
+  // Yes or no is asked where something may be lost: not to be answered by a key too many.
+  constexpr DWORD kButtons[] = {MB_OK, MB_YESNO | MB_DEFBUTTON2, MB_YESNOCANCEL};
   constexpr DWORD kIcons[] = {0, MB_ICONERROR, MB_ICONQUESTION, MB_ICONWARNING, MB_ICONINFORMATION};
   return kButtons[static_cast<int>(box.buttons)] | kIcons[static_cast<int>(box.icon)] |
          (box.help_context > 0 ? MB_HELP : 0);

@@ -64,7 +64,6 @@ void DataSourceFields::AddTo(Panel panel) {
   panel.Label({0, 0}, "lblDataSource", text_number::kDataSource);
   panel.Field({0, 1}, kComboBox, kName, "lblDataSource", kNameWidth, text_number::kTipDataSource)
       .Grows = true;
-  panel.Button({0, 2}, "cmdDeleteSource", text_number::kDeleteDataSource);
   AddPath(panel, {1, 0}, "lblVarnelMDB", text_number::kHostDatabase, "txtVarnelMDB");
   panel.Button({1, 2}, "cmdVarnelMDB", text_number::kBrowse);
   AddPath(panel, {2, 0}, "lblActFile", text_number::kActFile, "txtActFile");

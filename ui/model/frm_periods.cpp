@@ -65,10 +65,11 @@ FrmPeriods::FrmPeriods(const Host& host, Publics& publics, Toolkit& toolkit)
 
 void FrmPeriods::AddControls() {
   Panel window(form_);
-  source_.AddTo(window.Frame({0, 0}, "fraSource", text_number::kSourceFrame));
+  Panel source = window.Frame({0, 0}, "fraSource", text_number::kSourceFrame);
+  source_.AddTo(source);
   Panel periods = window.Frame({1, 0}, "fraPeriods", text_number::kPeriodsFrame);
   form_.At("fraPeriods").Grows = true;
-  AddPeriods(periods);
+  Panel period_set = AddPeriods(periods);
   Panel workbook = window.Frame({2, 0}, "fraWorkbook");
   workbook.Label({0, 0}, "lblOutput", text_number::kWorkbook);
   workbook
@@ -84,10 +85,13 @@ void FrmPeriods::AddControls() {
   buttons.Button({0, 3}, "cmdClose", text_number::kClose).Cancel = true;
   result_.AddTo(window, {0, 1, 1, 4});
   progress_.AddTo(window, {4, 0, 2});
+  // Last: from a name that was just typed Tab must not lead to its deletion.
+  source.Button({0, 2}, "cmdDeleteSource", text_number::kDeleteDataSource);
+  period_set.Button({0, 2}, "cmdDeletePeriods", text_number::kDeletePeriods);
 }
 
 /// Money set n is measured in period n, so their fields share a row. Money set 0 is in no period.
-void FrmPeriods::AddPeriods(Panel panel) {
+Panel FrmPeriods::AddPeriods(Panel panel) {
   constexpr int kMeasureColumn = 6;
   constexpr int kColumns = kMeasureColumn + 2;
   Panel chooser = panel.Frame({0, 0, kColumns}, "fraPeriodSet");
@@ -96,7 +100,6 @@ void FrmPeriods::AddPeriods(Panel panel) {
       .Field({0, 1}, ControlType::kComboBox, kPeriods, "lblPeriods", kSetNameWidth,
              text_number::kTipPeriods)
       .Grows = true;
-  chooser.Button({0, 2}, "cmdDeletePeriods", text_number::kDeletePeriods);
   constexpr int kHeadings = 1;
   dates_.AddHeadingsTo(panel, kHeadings);
   panel.Label({kHeadings, kMeasureColumn, 2}, "lblMeasures", text_number::kMeasureOfMoneySet);
@@ -109,6 +112,7 @@ void FrmPeriods::AddPeriods(Panel panel) {
   Panel commands = panel.Frame({kHeadings + 1 + kMoneySetCount, 0, kColumns}, "fraCommands");
   dates_.AddCommandsTo(commands);
   commands.Button({0, 5}, "cmdOptions", text_number::kOptions);
+  return chooser;
 }
 
 void FrmPeriods::AddMenus() {

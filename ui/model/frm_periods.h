@@ -42,7 +42,8 @@ class FrmPeriods : public QueryWindow {
 
  private:
   void AddControls();
-  void AddPeriods(Panel panel);
+  /// Returns the container of the set's name.
+  Panel AddPeriods(Panel panel);
   void AddMenus();
   void AddRules();
   void ListSets();

@@ -161,6 +161,8 @@ MessageAnswer QtDesktop::ShowHere(const MessageBox& box) {
   shown.setText(Text(box.text).remove(QLatin1Char('\r')));
   shown.setIcon(kIcons[static_cast<int>(box.icon)]);
   shown.setStandardButtons(ButtonsOf(box));
+  // Such a box asks whether something may be lost: it is not to be answered by a key too many.
+  if (box.buttons == MessageButtons::kYesNo) shown.setDefaultButton(QMessageBox::No);
   int button = Ask(shown);
   while (button == QMessageBox::Help) {
     ShowHelp(box.help_file);

@@ -13,6 +13,7 @@ namespace {
 struct Seen {
   std::wstring text;
   bool help = false;
+  int default_button = 0;
 };
 
 /// Waits for a box of the title, reads it and presses the button.
@@ -23,7 +24,12 @@ Seen Press(const std::wstring& title, int button) {
     if (const HWND box = ::FindWindowW(L"#32770", title.c_str()); box != nullptr) {
       wchar_t text[200] = L"";
       ::GetDlgItemTextW(box, kTextOfBox, text, 200);
-      const Seen seen{text, ::GetDlgItem(box, IDHELP) != nullptr};
+      Seen seen{text, ::GetDlgItem(box, IDHELP) != nullptr};
+      for (const int id : {IDOK, IDCANCEL, IDYES, IDNO}) {
+        const HWND part = ::GetDlgItem(box, id);
+        const LONG_PTR type = part == nullptr ? 0 : ::GetWindowLongPtrW(part, GWL_STYLE) & 0xF;
+        if (type == BS_DEFPUSHBUTTON) seen.default_button = id;
+      }
       ::PostMessageW(box, WM_COMMAND, static_cast<WPARAM>(button), 0);
       return seen;
     }
@@ -38,23 +44,28 @@ TEST(WindowsMessageBoxes, ShowWhatTheyAreGivenAndTellTheButton) {
     int button;
     MessageAnswer answer;
     bool help;
+    int default_button;
   } rows[] = {
       {{"Error : 1111", "Report א", MessageIcon::kCritical, MessageButtons::kOk, "", 0},
        IDOK,
        MessageAnswer::kOk,
-       false},
+       false,
+       IDOK},
       {{"Удалить?", "", MessageIcon::kQuestion, MessageButtons::kYesNo, "", 0},
        IDNO,
        MessageAnswer::kNo,
-       false},
+       false,
+       IDNO},
       {{"Save?", "Save", MessageIcon::kExclamation, MessageButtons::kYesNoCancel, "a.chm", 7},
        IDCANCEL,
        MessageAnswer::kCancel,
-       true},
+       true,
+       IDYES},
       {{"Go?", "Go", MessageIcon::kInformation, MessageButtons::kYesNo, "", 0},
        IDYES,
        MessageAnswer::kYes,
-       false},
+       false,
+       IDNO},
   };
   for (const auto& row : rows) {
     SCOPED_TRACE(row.box.text);
@@ -65,6 +76,7 @@ TEST(WindowsMessageBoxes, ShowWhatTheyAreGivenAndTellTheButton) {
     user.join();
     EXPECT_EQ(Utf8(seen.text), row.box.text);
     EXPECT_EQ(seen.help, row.help);
+    EXPECT_EQ(seen.default_button, row.default_button);
   }
 }
 

@@ -95,6 +95,11 @@ TEST_F(QuestionsTest, WhatCannotBeDoneIsToldAndChangesNothing) {
 
 TEST_F(QuestionsTest, ASetIsDeletedOnlyWhenThePersonSaysSo) {
   const auto window = desk.Open();
+  std::string order;
+  for (const Control& control : window->form().Controls()) {
+    if (control.Type == ControlType::kCommandButton) order += control.Name + " ";
+  }
+  EXPECT_TRUE(order.ends_with("cmdStop cmdDeleteSource cmdDeletePeriods ")) << order;
   desk.FillIn(window->form());
   window->form().Click("ComSaveSet");
   struct {

@@ -131,6 +131,13 @@ TEST(QtWindows, ASettingIsMadeSavedLoadedAndRun) {
         type OUT
         press Ctrl+S
         shot main-LANGUAGE
+        click comboDataSource
+        press Tab
+        focus txtVarnelMDB
+        click cmdDeletePeriods
+        front Are you shure you want to delete 2009
+        press Return
+        see ComboPeriods 2009
         click TextPeriod(0)
         press Ctrl+A
         type Jan 2024
