@@ -15,9 +15,10 @@ struct WindowOptions {
 void Show(const CommonOptions& common, WindowOptions& options) {
   const auto session = common.NewSession();
   PrepareDatabase(*session);
-  if (options.right_to_left) session->publics().language.RightToLeftMarker = 1;
+  clMe me(session->host(), session->publics(),
+          options.right_to_left ? OpenQueryWindowFromRight : OpenQueryWindow);
   int32_t error = 0;
-  session->me().ShowQCform(error, options.host_database);
+  me.ShowQCform(error, options.host_database);
   if (error != 0) throw Failure(error, session->publics().status.LastError);
 }
 
@@ -28,7 +29,8 @@ void AddWindowCommand(CLI::App& app, const CommonOptions& common) {
   auto* command = app.add_subcommand("window", "Show the window in which settings are edited");
   command->add_option("DATABASE", options->host_database, "The host database of a new data source");
   command->add_flag("--right-to-left", options->right_to_left,
-                    "Lay the windows out from right to left, where there is a language table");
+                    "Lay the windows out from right to left in any language, where there is a "
+                    "language table");
   command->callback([&common, options] { Show(common, *options); });
 }
 

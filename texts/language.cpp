@@ -4,6 +4,7 @@
 
 #include "platform/failure.h"
 #include "texts/string_table.h"
+#include "texts/text_numbers.h"
 
 namespace vok {
 namespace {
@@ -19,6 +20,14 @@ std::optional<std::string> FindText(Recordset& table, int number) try {
   return table.Field(kTextField).ToText();
 } catch (const Failure&) {
   return std::nullopt;
+}
+
+/// Hebrew, Arabic and their neighbours, U+0590 to U+08FF, by the first two bytes of a character.
+bool IsFromRight(unsigned char first, unsigned char second) {
+  constexpr unsigned char kStart = 0xD6, kFirstThere = 0x90, kEnd = 0xDF;
+  constexpr unsigned char kMore = 0xE0, kLastOfMore = 0xA3;
+  if (first == kMore) return second <= kLastOfMore;
+  return first > kStart ? first <= kEnd : first == kStart && second >= kFirstThere;
 }
 
 }  // namespace
@@ -57,6 +66,17 @@ std::string GetLangString(Language& language, int number) {
   if (!language.LanguageTable || language.LanguageMissing) return own;
   if (auto text = FindText(*language.LanguageTable, number)) return *std::move(text);
   return own.empty() ? std::to_string(number) : own;
+}
+
+bool IsReadFromRight(Language& language) {
+  const std::string text = GetLangString(language, text_number::kDataSource);
+  for (std::size_t at = 1; at < text.size(); ++at) {
+    if (IsFromRight(static_cast<unsigned char>(text[at - 1]),
+                    static_cast<unsigned char>(text[at]))) {
+      return true;
+    }
+  }
+  return false;
 }
 
 }  // namespace vok

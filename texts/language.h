@@ -21,7 +21,7 @@ struct Language {
   int16_t UILanguage = 0;                    ///< 0, 1 or 2: rows with an lId one higher are shown
   std::unique_ptr<Recordset> LanguageTable;  ///< filtered to the language
   bool LanguageMissing = false;              ///< no file at the last initialisation
-  /// 1 lays the windows out from right to left. Nothing here sets it; a host build may.
+  /// 1 lays the windows out from right to left. Nothing here sets it; hosts do.
   int RightToLeftMarker = 0;
 
   bool IsRightToLeft() const { return RightToLeftMarker == 1; }
@@ -44,5 +44,8 @@ bool OpenLanguageTable(const Host& host, Language& language);
 /// read, the component's own; without one of these the number itself. Without a table the
 /// component's own, "" where it has none. Never fails.
 std::string GetLangString(Language& language, int number);
+
+/// Whether the language is read from right to left, as the letters of its texts say.
+bool IsReadFromRight(Language& language);
 
 }  // namespace vok

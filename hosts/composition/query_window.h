@@ -11,9 +11,10 @@ namespace vok {
 /// screen: it says what is missing and how to get it.
 std::unique_ptr<Desktop> OpenDesktop(const ComponentInfo& component);
 
-/// What `clMe` makes its window with.
-inline std::unique_ptr<QueryWindow> OpenQueryWindow(const Host& host, Publics& publics) {
-  return std::make_unique<DesktopWindow>(OpenDesktop(host.component), host, publics);
-}
+/// What `clMe` makes its window with. It is laid out as its language is read.
+std::unique_ptr<QueryWindow> OpenQueryWindow(const Host& host, Publics& publics);
+
+/// The same, laid out from right to left in any language.
+std::unique_ptr<QueryWindow> OpenQueryWindowFromRight(const Host& host, Publics& publics);
 
 }  // namespace vok

@@ -4,6 +4,7 @@
 
 #include "tests/support/language_host.h"
 #include "texts/string_table.h"
+#include "texts/text_numbers.h"
 
 namespace vok {
 namespace {
@@ -35,6 +36,20 @@ TEST_F(LanguageTest, TheIniFileChoosesTheLanguage) {
     Init();
     EXPECT_EQ(language.UILanguage, wanted) << ini;
     EXPECT_EQ(Text(1205), text) << ini;
+  }
+}
+
+TEST_F(LanguageTest, IsReadAsItsLettersAre) {
+  struct {
+    const char* text;
+    bool from_right;
+  } const cases[] = {
+      {"Data source", false}, {"&מקור (QEL)", true}, {"QEL: مصدر", true}, {"Источник", false},
+      {"Աղբյուր", false},     {"ࠀ", true},           {"अ", false},        {"", false}};
+  for (const auto& [text, from_right] : cases) {
+    host.SetTable({{text_number::kDataSource, 1, text}});
+    Init();
+    EXPECT_EQ(IsReadFromRight(language), from_right) << text;
   }
 }
 

@@ -127,8 +127,7 @@ INT_PTR FormWindow::Handle(UINT message, WPARAM wparam, LPARAM lparam) {
       Limit(*reinterpret_cast<MINMAXINFO*>(lparam));
       return FALSE;
     case WM_DPICHANGED:
-      UseDensity();
-      Measure();
+      MoveToDensity(*reinterpret_cast<const RECT*>(lparam));
       return FALSE;
     case WM_NCDESTROY:
       window_ = nullptr;
@@ -271,6 +270,14 @@ void FormWindow::UseDensity() {
   auto metrics = std::make_unique<Metrics>(form_.Font, DensityOf(window_));
   if (widgets_) widgets_->SetMetrics(*metrics);
   metrics_ = std::move(metrics);
+}
+
+/// The system says where the window shall stand, so that it does not leave the screen at once.
+void FormWindow::MoveToDensity(const RECT& place) {
+  UseDensity();
+  ::SetWindowPos(window_, nullptr, place.left, place.top, place.right - place.left,
+                 place.bottom - place.top, SWP_NOZORDER | SWP_NOACTIVATE);
+  Measure();
 }
 
 /// nullptr for what is none of a widget.

@@ -60,6 +60,7 @@ class FormWindow {
   void WriteControls();
 
   void UseDensity();
+  void MoveToDensity(const RECT& place);
   LayoutSizes Sizes() const;
   void Measure();
   bool Grow();

@@ -171,6 +171,11 @@ TEST(WindowsDesktopTest, PlacesControlsByTheReadingDirectionAndGrowsWithTheWindo
     EXPECT_EQ(wider("set"), 0);
     EXPECT_EQ(after.at("rows").bottom - after.at("rows").top,
               before.at("rows").bottom - before.at("rows").top + 50);
+    RECT place{40, 30, 40 + (whole.right - whole.left) + 20, 30 + (whole.bottom - whole.top) + 10};
+    ::SendMessageW(window.window(), WM_DPICHANGED, MAKEWPARAM(96, 96),
+                   reinterpret_cast<LPARAM>(&place));
+    ::GetWindowRect(window.window(), &whole);
+    EXPECT_TRUE(::EqualRect(&whole, &place)) << "where the system wants it on another screen";
   }
 }
 
