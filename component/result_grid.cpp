@@ -51,29 +51,64 @@ int16_t HighestPeriod(const std::vector<QueryPeriod>& periods) {
   return highest;
 }
 
-void WriteHeaders(const Cellset& cellset, std::size_t position, std::size_t row, CellBlock& grid) {
-  const std::size_t members = cellset.MembersPerPosition(kRows);
-  for (std::size_t member = 0; member < members; ++member) {
-    const std::size_t start = member + 1;
-    grid.At(row, start) = "0";
-    const std::string caption = cellset.Member(kRows, position, member).caption;
-    std::string_view rest = caption;
-    for (const std::size_t column : kPieceColumns) {
-      const std::size_t tab = rest.find('\t');
-      grid.At(row, start + column) = std::string(rest.substr(0, tab));
-      if (tab == std::string_view::npos) break;
-      rest.remove_prefix(tab + 1);
-    }
+/// The pieces of a caption, in columns from `start` on.
+void WriteCaption(std::string_view caption, std::size_t row, std::size_t start, CellBlock& grid) {
+  grid.At(row, start) = "0";
+  for (const std::size_t column : kPieceColumns) {
+    const std::size_t tab = caption.find('\t');
+    grid.At(row, start + column) = std::string(caption.substr(0, tab));
+    if (tab == std::string_view::npos) break;
+    caption.remove_prefix(tab + 1);
   }
 }
 
-void WriteCells(const Cellset& cellset, std::size_t position,
-                const std::vector<std::size_t>& column_map, std::size_t row, CellBlock& grid) {
-  const std::size_t first = position * column_map.size();
-  for (std::size_t column = 0; column < column_map.size(); ++column) {
-    grid.At(row, column_map[column]) = SheetValue(cellset.Cell(first + column));
+/// Writes the rows of the answer into rows of the grid, block by block: so many that what is
+/// written of them is still at hand when the next column comes.
+class RowWriter {
+ public:
+  RowWriter(const Cellset& cellset, const std::vector<std::size_t>& column_map, CellBlock& grid)
+      : cellset_(cellset), column_map_(column_map), grid_(grid) {}
+
+  /// All `count` positions, from the grid's row `row` on.
+  void Write(std::size_t count, std::size_t row) {
+    for (std::size_t first = 0; first < count; first += kBlock) {
+      const std::size_t size = std::min(kBlock, count - first);
+      WriteHeaders(first, size, row + first);
+      WriteCells(first, size, row + first);
+    }
   }
-}
+
+ private:
+  static constexpr std::size_t kBlock = 128;
+
+  void WriteHeaders(std::size_t first, std::size_t count, std::size_t row) {
+    std::array<std::string_view, kBlock> captions;
+    const std::size_t members = cellset_.MembersPerPosition(kRows);
+    for (std::size_t member = 0; member < members; ++member) {
+      cellset_.ReadCaptions(kRows, member, first, {captions.data(), count});
+      for (std::size_t i = 0; i < count; ++i) {
+        WriteCaption(captions[i], row + i, member + 1, grid_);
+      }
+    }
+  }
+
+  void WriteCells(std::size_t first, std::size_t count, std::size_t row) {
+    std::array<double, kBlock> numbers;
+    std::array<CellState, kBlock> states;
+    const std::size_t columns = column_map_.size();
+    for (std::size_t column = 0; column < columns; ++column) {
+      cellset_.ReadCells(first * columns + column, columns, {numbers.data(), count},
+                         {states.data(), count});
+      for (std::size_t i = 0; i < count; ++i) {
+        grid_.At(row + i, column_map_[column]) = SheetValue(states[i], numbers[i]);
+      }
+    }
+  }
+
+  const Cellset& cellset_;
+  const std::vector<std::size_t>& column_map_;
+  CellBlock& grid_;
+};
 
 CellBlock BuildReported(const Host& host, Publics& publics, const Cellset& cellset, bool append) {
   const StepTimer timer(host.clock, publics.last_run.grid);
@@ -89,11 +124,9 @@ CellBlock BuildReported(const Host& host, Publics& publics, const Cellset& cells
 
 }  // namespace
 
-Value SheetValue(const Value& cell) {
-  const bool numeric = cell.Is<double>() || cell.Is<int32_t>() || cell.Is<int16_t>();
-  if (!numeric) return "";
-  const double number = cell.ToDouble();
-  if (number == 0 || !std::isfinite(number)) return "";
+Value SheetValue(CellState state, double number) {
+  const bool numeric = state == CellState::kNumber || state == CellState::kInteger;
+  if (!numeric || number == 0 || !std::isfinite(number)) return "";
   return number;
 }
 
@@ -108,11 +141,7 @@ CellBlock BuildResultGrid(const Cellset& cellset, const std::vector<QueryPeriod>
   const std::size_t label_rows = append ? 0 : kLabelRows;
   CellBlock grid(label_rows + rows,
                  QuantityColumn(HighestPeriod(periods)) + cellset.MembersPerPosition(kRows));
-  for (std::size_t position = 0; position < rows; ++position) {
-    const std::size_t row = label_rows + position + 1;
-    WriteHeaders(cellset, position, row, grid);
-    WriteCells(cellset, position, column_map, row, grid);
-  }
+  RowWriter(cellset, column_map, grid).Write(rows, label_rows + 1);
   return grid;
 }
 

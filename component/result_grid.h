@@ -30,8 +30,8 @@ constexpr std::size_t QuantityColumn(int16_t period) {
 CellBlock BuildResultGrid(const Cellset& cellset, const std::vector<QueryPeriod>& periods,
                           bool append);
 
-/// A cell's value for the sheet: a double when it is a number other than zero, else "".
-Value SheetValue(const Value& cell);
+/// A cell's value for the sheet: a double when it is a finite number other than zero, else "".
+Value SheetValue(CellState state, double number);
 
 /// Builds the grid of the run's query and writes it to the run's workbook, as `Arrtoxls` does,
 /// unless the run is to stop by then. A failure is reported and thrown on.

@@ -6,8 +6,11 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <memory>
+#include <span>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "platform/query_stop.h"
@@ -78,6 +81,10 @@ class CubeCatalog {
   virtual std::unique_ptr<CubeDef> CubeAt(std::size_t index) const = 0;
 };
 
+/// What a cell holds. A query on facts gives the first two, formulas the next two; servers tell
+/// whole numbers of 32 bits apart, and cells whose computation failed.
+enum class CellState : uint8_t { kEmpty, kNumber, kText, kLogical, kInteger, kError };
+
 /// A member as an axis shows it.
 struct AxisMember {
   std::string name;
@@ -87,8 +94,9 @@ struct AxisMember {
 };
 
 /// The answer to a query. It stays readable after its connection is gone. Axes, and the positions
-/// of an axis, are counted from 0; a position is a tuple of members, one per hierarchy. Failures:
-/// 3265 for an axis that is not there, 9 for a position, a member or a cell that is not there.
+/// of an axis, are counted from 0; a position is a tuple of members, one per hierarchy. Cells are
+/// counted from 0, axis 0 runs fastest. Failures: 3265 for an axis that is not there, 9 for a
+/// position, a member or a cell that is not there.
 class Cellset {
  public:
   virtual ~Cellset() = default;
@@ -96,9 +104,20 @@ class Cellset {
   virtual std::size_t PositionCount(std::size_t axis) const = 0;
   virtual std::size_t MembersPerPosition(std::size_t axis) const = 0;
   virtual AxisMember Member(std::size_t axis, std::size_t position, std::size_t index) const = 0;
-  /// The cell by ordinal: axis 0 runs fastest. Empty value: no facts. Otherwise a number, a text or
-  /// a `CellError`.
-  virtual Value Cell(std::size_t ordinal) const = 0;
+  /// The captions of member `index` of the positions `first`, `first` + 1 and so on. They last
+  /// until the next call.
+  virtual void ReadCaptions(std::size_t axis, std::size_t index, std::size_t first,
+                            std::span<std::string_view> captions) const = 0;
+
+  /// The cells `first`, `first + step` and so on into two lists of one length: all of a column,
+  /// when `step` is the number of columns. The number is 1 or 0 for a logical value, 0 where there
+  /// is none.
+  virtual void ReadCells(std::size_t first, std::size_t step, std::span<double> numbers,
+                         std::span<CellState> states) const = 0;
+  /// The text of a cell that is one, or what is told of an error.
+  virtual std::string CellText(std::size_t ordinal) const = 0;
+  /// One cell. Empty value: no facts. Otherwise a number, a logical value, a text or a `CellError`.
+  Value Cell(std::size_t ordinal) const;
   /// The cell's value in its format, "" for an empty cell.
   virtual std::string FormattedCell(std::size_t ordinal) const = 0;
 };

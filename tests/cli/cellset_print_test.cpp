@@ -41,7 +41,7 @@ TEST(PrintedCellset, TellsEveryRowFromEveryOther) {
           {Member("[2009].[1].[1]")},
           {Member("[2010].[1]")},
           {Member("[2010].[2]")}}},
-        {1.0, 2.0, 3.0, 4.5, Value()}},
+        {1.0, 2.0, 3.0, 4.5, CellState::kEmpty}},
        "H             Amount\n"
        "------------  ------\n"
        "2009               1\n"
@@ -96,7 +96,7 @@ TEST(PrintedCellset, TellsEveryRowFromEveryOther) {
        "Amount\n------\nNo cells: axis 1 is empty.\n",
        "Amount\r\n"},
       {"no columns", {{{}, {{Member("[a]")}}}, {}}, "a\nNo cells: axis 0 is empty.\n", "a\r\n"},
-      {"no axes, a cell without facts", {{}, {Value()}}, "\n", "\"\"\r\n"},
+      {"no axes, a cell without facts", {{}, {CellState::kEmpty}}, "\n", "\"\"\r\n"},
   };
   for (const auto& [name, answer, table, csv] : cases) {
     const Answer cellset(answer);
@@ -110,16 +110,22 @@ TEST(PrintedCellset, TellsEveryRowFromEveryOther) {
 
 TEST(PrintedCellset, KeepsTheTypesOfItsCellsInJson) {
   const double infinity = std::numeric_limits<double>::infinity();
-  const Positions nine(9, {{"n", "c\t", "[u]", "[l]"}});
+  const Positions eight(8, {{"n", "c\t", "[u]", "[l]"}});
   std::ostringstream out;
-  PrintJson(Answer({{nine},
-                    {0.1, int32_t{7}, int16_t{-7}, true, "7", Value(), CellError{"lost"}, -infinity,
-                     "\xFF"}}),
+  PrintJson(Answer({{eight},
+                    {0.1,
+                     {7, CellState::kInteger},
+                     {1, CellState::kLogical},
+                     {CellState::kText, "7"},
+                     CellState::kEmpty,
+                     {CellState::kError, "lost"},
+                     -infinity,
+                     {CellState::kText, "\xFF"}}}),
             out);
   const std::string json = out.str();
   std::string cells = json.substr(json.find("\"cells\""));
   std::erase_if(cells, [](char c) { return c == ' ' || c == '\n'; });
-  EXPECT_EQ(cells, R"("cells":[0.1,7,-7,true,"7",null,"#ERR:lost","-Infinity",")"
+  EXPECT_EQ(cells, R"("cells":[0.1,7,true,"7",null,"#ERR:lost","-Infinity",")"
                    "\uFFFD\"]}");
   EXPECT_NE(json.find(R"("Caption": "c\t")"), std::string::npos);
 }

@@ -79,19 +79,17 @@ TEST(ResultGrid, AColumnThatWasNotAskedForIsAFailure) {
 }
 
 TEST(SheetValue, IsANumberOtherThanZeroOrBlank) {
-  const std::pair<Value, Value> cases[] = {
-      {0.1, 0.1},
-      {-1e300, -1e300},
-      {std::numeric_limits<double>::denorm_min(), std::numeric_limits<double>::denorm_min()},
-      {int32_t{7}, 7.0},
-      {int16_t{-7}, -7.0},
-  };
-  for (const auto& [cell, number] : cases) EXPECT_EQ(SheetValue(cell), number);
   constexpr double kInfinity = std::numeric_limits<double>::infinity();
-  for (const Value& cell : {Value(0.0), Value(-0.0), Value(int32_t{0}), Value(), Value(Null{}),
-                            Value("12"), Value(true), Value(CellError{"division"}),
-                            Value(std::nan("")), Value(kInfinity), Value(-kInfinity)}) {
-    EXPECT_EQ(SheetValue(cell), Value("")) << "type " << cell.storage().index();
+  for (const double number : {0.1, -1e300, std::numeric_limits<double>::denorm_min(), -7.0}) {
+    EXPECT_EQ(SheetValue(CellState::kNumber, number), Value(number));
+    EXPECT_EQ(SheetValue(CellState::kInteger, number), Value(number));
+  }
+  for (const double number : {0.0, -0.0, std::nan(""), kInfinity, -kInfinity}) {
+    EXPECT_EQ(SheetValue(CellState::kNumber, number), Value("")) << number;
+  }
+  for (const CellState state :
+       {CellState::kEmpty, CellState::kText, CellState::kLogical, CellState::kError}) {
+    EXPECT_EQ(SheetValue(state, 1), Value("")) << static_cast<int>(state);
   }
 }
 

@@ -33,10 +33,20 @@ struct FakeDimension {
   std::string hierarchy = "";
 };
 
+/// A number, unless it is told otherwise.
+struct FakeCell {
+  FakeCell(double value, CellState kind = CellState::kNumber) : number(value), state(kind) {}
+  FakeCell(CellState kind = CellState::kEmpty, const std::string& words = "")
+      : state(kind), text(words) {}
+  double number = 0;
+  CellState state;
+  std::string text;
+};
+
 /// The answer to a query: per axis the positions, each with its members; cells row by row.
 struct FakeAnswer {
   std::vector<std::vector<std::vector<AxisMember>>> axes;
-  std::vector<Value> cells;
+  std::vector<FakeCell> cells;
 };
 
 /// Everything that the cube is and was asked. `answer` may throw.
@@ -171,7 +181,21 @@ class AnswerCellset : public Cellset {
   AxisMember Member(std::size_t axis, std::size_t position, std::size_t index) const override {
     return answer_.axes.at(axis).at(position).at(index);
   }
-  Value Cell(std::size_t ordinal) const override { return answer_.cells.at(ordinal); }
+  void ReadCaptions(std::size_t axis, std::size_t index, std::size_t first,
+                    std::span<std::string_view> captions) const override {
+    for (std::size_t i = 0; i < captions.size(); ++i) {
+      captions[i] = answer_.axes.at(axis).at(first + i).at(index).caption;
+    }
+  }
+  void ReadCells(std::size_t first, std::size_t step, std::span<double> numbers,
+                 std::span<CellState> states) const override {
+    for (std::size_t i = 0; i < numbers.size(); ++i) {
+      const FakeCell& cell = answer_.cells.at(first + i * step);
+      numbers[i] = cell.number;
+      states[i] = cell.state;
+    }
+  }
+  std::string CellText(std::size_t ordinal) const override { return answer_.cells[ordinal].text; }
   std::string FormattedCell(std::size_t ordinal) const override { return Cell(ordinal).ToText(); }
 
  private:

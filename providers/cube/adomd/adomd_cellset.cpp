@@ -10,6 +10,14 @@ std::size_t CountOf(const Object& collection) {
   return static_cast<std::size_t>(collection.Read(L"Count").ToInt32());
 }
 
+CellState StateOf(const Value& value) {
+  if (value.IsEmpty()) return CellState::kEmpty;
+  if (value.Is<double>()) return CellState::kNumber;
+  if (value.Is<int32_t>() || value.Is<int16_t>()) return CellState::kInteger;
+  if (value.Is<bool>()) return CellState::kLogical;
+  return value.Is<CellError>() ? CellState::kError : CellState::kText;
+}
+
 }  // namespace
 
 OpenCellset::OpenCellset(const Object& connection, const std::string& mdx) {
@@ -49,7 +57,7 @@ Object AdomdCellset::CellObject(std::size_t ordinal) const {
   return cellset_->object().Child(item_, static_cast<int32_t>(ordinal));
 }
 
-Value AdomdCellset::Cell(std::size_t ordinal) const {
+Value AdomdCellset::CellValue(std::size_t ordinal) const {
   const Object cell = CellObject(ordinal);
   try {
     Value value = cell.Read(value_);
@@ -57,6 +65,23 @@ Value AdomdCellset::Cell(std::size_t ordinal) const {
   } catch (const Failure& failure) {
     return CellError{failure.description()};
   }
+}
+
+void AdomdCellset::ReadCells(std::size_t first, std::size_t step, std::span<double> numbers,
+                             std::span<CellState> states) const {
+  for (std::size_t i = 0; i < numbers.size(); ++i) {
+    const Value value = CellValue(first + i * step);
+    states[i] = StateOf(value);
+    const bool has_number = states[i] == CellState::kNumber || states[i] == CellState::kInteger ||
+                            states[i] == CellState::kLogical;
+    numbers[i] = has_number ? value.ToDouble() : 0;
+  }
+}
+
+std::string AdomdCellset::CellText(std::size_t ordinal) const {
+  const Value value = CellValue(ordinal);
+  const auto* error = value.As<CellError>();
+  return error != nullptr ? error->description : value.ToText();
 }
 
 std::string AdomdCellset::FormattedCell(std::size_t ordinal) const {
@@ -82,6 +107,15 @@ AxisMember AdomdCellset::Member(std::size_t axis, std::size_t position, std::siz
   // Some providers answer with the unique name when they are asked for the name.
   shown.name = cube_text::LastPart(shown.unique_name, shown.name);
   return shown;
+}
+
+void AdomdCellset::ReadCaptions(std::size_t axis, std::size_t index, std::size_t first,
+                                std::span<std::string_view> captions) const {
+  captions_.resize(captions.size());
+  for (std::size_t i = 0; i < captions.size(); ++i) {
+    captions_[i] = Member(axis, first + i, index).caption;
+    captions[i] = captions_[i];
+  }
 }
 
 }  // namespace vok::windows

@@ -5,6 +5,7 @@
 #include <memory>
 #include <string>
 #include <utility>
+#include <vector>
 
 #include "platform/cube.h"
 #include "system/automation/object.h"
@@ -29,8 +30,8 @@ class OpenCellset {
   bool is_open_ = false;
 };
 
-/// Members and cells are read when they are asked for. A cell whose computation failed is a
-/// `CellError` with the provider's words.
+/// Members and cells are read when they are asked for. A cell whose computation failed is an error
+/// with the provider's words.
 class AdomdCellset : public Cellset {
  public:
   explicit AdomdCellset(std::shared_ptr<OpenCellset> cellset);
@@ -38,7 +39,11 @@ class AdomdCellset : public Cellset {
   std::size_t PositionCount(std::size_t axis) const override { return At(axis).count; }
   std::size_t MembersPerPosition(std::size_t axis) const override { return At(axis).width; }
   AxisMember Member(std::size_t axis, std::size_t position, std::size_t index) const override;
-  Value Cell(std::size_t ordinal) const override;
+  void ReadCaptions(std::size_t axis, std::size_t index, std::size_t first,
+                    std::span<std::string_view> captions) const override;
+  void ReadCells(std::size_t first, std::size_t step, std::span<double> numbers,
+                 std::span<CellState> states) const override;
+  std::string CellText(std::size_t ordinal) const override;
   std::string FormattedCell(std::size_t ordinal) const override;
 
  private:
@@ -54,9 +59,11 @@ class AdomdCellset : public Cellset {
 
   const Axis& At(std::size_t axis) const;
   Object CellObject(std::size_t ordinal) const;
+  Value CellValue(std::size_t ordinal) const;
 
   std::shared_ptr<OpenCellset> cellset_;
   std::deque<Axis> axes_;
+  mutable std::vector<std::string> captions_;  ///< those that were read last
   Name item_{L"Item"}, value_{L"Value"}, formatted_{L"FormattedValue"};
 };
 

@@ -55,7 +55,7 @@ double OutOfRange(std::string_view digits) {
 CellValue WholeOrReal(double number, bool whole_type) {
   const bool whole = whole_type && number >= std::numeric_limits<int32_t>::min() &&
                      number <= std::numeric_limits<int32_t>::max() && number == std::trunc(number);
-  return {whole ? CellKind::kInteger : CellKind::kNumber, number};
+  return {whole ? CellState::kInteger : CellState::kNumber, number};
 }
 
 }  // namespace
@@ -83,13 +83,13 @@ CellValue ReadCellValue(std::string_view type, std::string_view text) {
   const bool whole = Holds(kWholeTypes, type);
   if (whole || Holds(kRealTypes, type) || type.empty()) {
     if (const auto number = XmlNumber(text)) return WholeOrReal(*number, whole);
-    return {type.empty() ? CellKind::kText : CellKind::kError, 0};
+    return {type.empty() ? CellState::kText : CellState::kError, 0};
   }
   if (type == "boolean") {
     const std::string_view word = WithoutWhite(text);
-    return {CellKind::kLogical, word == "true" || word == "1" ? 1.0 : 0.0};
+    return {CellState::kLogical, word == "true" || word == "1" ? 1.0 : 0.0};
   }
-  return {CellKind::kText, 0};
+  return {CellState::kText, 0};
 }
 
 }  // namespace vok::xmla

@@ -1,17 +1,16 @@
 // Values of cells as XML schema writes them.
 #pragma once
 
-#include <cstdint>
 #include <optional>
 #include <string_view>
 
-namespace vok::xmla {
+#include "platform/cube.h"
 
-enum class CellKind : uint8_t { kEmpty, kNumber, kInteger, kLogical, kText, kError };
+namespace vok::xmla {
 
 /// A cell's value; for texts and errors the text itself stands elsewhere.
 struct CellValue {
-  CellKind kind = CellKind::kEmpty;
+  CellState state = CellState::kEmpty;
   double number = 0;  ///< whole and within 32 bits for kInteger, 0 or 1 for kLogical
 };
 

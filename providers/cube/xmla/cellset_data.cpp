@@ -73,7 +73,7 @@ void CellsetData::AddCell(uint64_t ordinal, CellValue value, std::string_view te
   scratch_.assign(text).append(formatted);
   cells_.push_back({value.number, texts_.Add(scratch_).data(), static_cast<uint32_t>(ordinal),
                     static_cast<uint32_t>(formatted.size()), static_cast<uint32_t>(text.size()),
-                    value.kind});
+                    value.state});
 }
 
 void CellsetData::EndCells() {
@@ -110,35 +110,53 @@ AxisMember CellsetData::Member(std::size_t axis, std::size_t position, std::size
   return shown;
 }
 
-const CellsetData::StoredCell* CellsetData::Find(std::size_t ordinal) const {
-  CheckSubscript(ordinal, cell_count_, "cell");
-  // A cell stands at its ordinal when none before it is empty, else somewhere before.
-  if (ordinal < cells_.size() && cells_[ordinal].ordinal == ordinal) return &cells_[ordinal];
+/// The first cell from `from` on whose ordinal is not less. A cell stands at its ordinal when none
+/// before it is empty, else somewhere before.
+CellsetData::Cells::const_iterator CellsetData::FindFrom(Cells::const_iterator from,
+                                                         std::size_t ordinal) const {
+  if (ordinal < cells_.size()) {
+    const auto there = cells_.begin() + static_cast<std::ptrdiff_t>(ordinal);
+    if (there->ordinal == ordinal) return there;
+  }
   const auto end = cells_.begin() + static_cast<std::ptrdiff_t>(std::min(ordinal, cells_.size()));
-  const auto found =
-      std::lower_bound(cells_.begin(), end, ordinal,
-                       [](const StoredCell& cell, std::size_t o) { return cell.ordinal < o; });
-  return found != end && found->ordinal == ordinal ? &*found : nullptr;
+  return std::lower_bound(from, end, ordinal,
+                          [](const StoredCell& cell, std::size_t o) { return cell.ordinal < o; });
 }
 
-Value CellsetData::Cell(std::size_t ordinal) const {
-  const StoredCell* cell = Find(ordinal);
-  if (cell == nullptr) return {};
-  switch (cell->kind) {
-    case CellKind::kEmpty:
-      return {};
-    case CellKind::kNumber:
-      return cell->number;
-    case CellKind::kInteger:
-      return static_cast<int32_t>(cell->number);
-    case CellKind::kLogical:
-      return cell->number != 0;
-    case CellKind::kText:
-      return std::string(cell->texts, cell->text_size);
-    case CellKind::kError:
-      return CellError{std::string(cell->texts, cell->text_size)};
+const CellsetData::StoredCell* CellsetData::Find(std::size_t ordinal) const {
+  CheckSubscript(ordinal, cell_count_, "cell");
+  const auto found = FindFrom(cells_.begin(), ordinal);
+  return found != cells_.end() && found->ordinal == ordinal ? &*found : nullptr;
+}
+
+void CellsetData::ReadCaptions(std::size_t axis, std::size_t index, std::size_t first,
+                               std::span<std::string_view> captions) const {
+  if (captions.empty()) return;
+  const Axis& from = At(axis);
+  CheckSubscript(first + captions.size() - 1, from.positions, "position");
+  CheckSubscript(index, from.arity, "member");
+  for (std::size_t i = 0; i < captions.size(); ++i) {
+    captions[i] = from.members[(first + i) * from.arity + index].caption;
   }
-  return {};
+}
+
+void CellsetData::ReadCells(std::size_t first, std::size_t step, std::span<double> numbers,
+                            std::span<CellState> states) const {
+  if (numbers.empty()) return;
+  CheckSubscript(first + (numbers.size() - 1) * step, cell_count_, "cell");
+  auto cell = cells_.begin();
+  for (std::size_t i = 0; i < numbers.size(); ++i) {
+    const std::size_t ordinal = first + i * step;
+    cell = FindFrom(cell, ordinal);
+    const bool is_there = cell != cells_.end() && cell->ordinal == ordinal;
+    numbers[i] = is_there ? cell->number : 0;
+    states[i] = is_there ? cell->state : CellState::kEmpty;
+  }
+}
+
+std::string CellsetData::CellText(std::size_t ordinal) const {
+  const StoredCell* cell = Find(ordinal);
+  return cell == nullptr ? std::string() : std::string(cell->texts, cell->text_size);
 }
 
 std::string CellsetData::FormattedCell(std::size_t ordinal) const {

@@ -11,7 +11,6 @@
 #include <vector>
 
 #include "platform/cube.h"
-#include "platform/value.h"
 #include "providers/cube/xmla/cell_value.h"
 #include "providers/cube/xmla/text_arena.h"
 
@@ -46,7 +45,11 @@ class CellsetData : public Cellset {
   std::size_t PositionCount(std::size_t axis) const override { return At(axis).positions; }
   std::size_t MembersPerPosition(std::size_t axis) const override { return At(axis).arity; }
   AxisMember Member(std::size_t axis, std::size_t position, std::size_t index) const override;
-  Value Cell(std::size_t ordinal) const override;
+  void ReadCaptions(std::size_t axis, std::size_t index, std::size_t first,
+                    std::span<std::string_view> captions) const override;
+  void ReadCells(std::size_t first, std::size_t step, std::span<double> numbers,
+                 std::span<CellState> states) const override;
+  std::string CellText(std::size_t ordinal) const override;
   std::string FormattedCell(std::size_t ordinal) const override;
 
  private:
@@ -67,11 +70,13 @@ class CellsetData : public Cellset {
     uint32_t ordinal = 0;
     uint32_t formatted_size = 0;
     uint32_t text_size = 0;
-    CellKind kind = CellKind::kEmpty;
+    CellState state = CellState::kEmpty;
   };
 
   const Axis& At(std::size_t axis) const;
   std::size_t LevelIndex(std::string_view name);
+  using Cells = std::deque<StoredCell>;
+  Cells::const_iterator FindFrom(Cells::const_iterator from, std::size_t ordinal) const;
   const StoredCell* Find(std::size_t ordinal) const;
 
   TextArena texts_;
@@ -83,7 +88,7 @@ class CellsetData : public Cellset {
   std::size_t member_count_ = 0;
   std::size_t max_cells_;
   uint64_t cell_count_ = 0;  ///< of the whole answer, empty ones with it
-  std::deque<StoredCell> cells_;
+  Cells cells_;
   bool in_order_ = true;
 };
 

@@ -149,9 +149,9 @@ void CellsetReader::EndInCells(std::size_t level, std::string_view name, std::st
 
 void CellsetReader::EndCell() {
   if (!has_value_ && !error_) return;
-  CellValue value = error_ ? CellValue{CellKind::kError, 0} : ReadCellValue(type_, value_);
-  if (value.kind == CellKind::kText && IsErrorText(formatted_)) value.kind = CellKind::kError;
-  const bool has_text = value.kind == CellKind::kText || value.kind == CellKind::kError;
+  CellValue value = error_ ? CellValue{CellState::kError, 0} : ReadCellValue(type_, value_);
+  if (value.state == CellState::kText && IsErrorText(formatted_)) value.state = CellState::kError;
+  const bool has_text = value.state == CellState::kText || value.state == CellState::kError;
   data_.AddCell(ordinal_, value, has_text ? std::string_view(value_) : std::string_view(),
                 formatted_);
 }

@@ -1,5 +1,6 @@
 #include "providers/cube/olap/mdx/cell_grid.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace vok::olap {
@@ -79,19 +80,46 @@ CellGrid::Place CellGrid::At(std::size_t ordinal) const {
   return place;
 }
 
-CellState CellGrid::State(std::size_t ordinal) const {
-  const Place place = At(ordinal);
-  return columns_[place.column].states[place.row];
+void CellGrid::Read(std::size_t first, std::size_t step, std::span<double> numbers,
+                    std::span<CellState> states) const {
+  std::size_t stride = 1;  // from one cell of a column to the next
+  for (std::size_t axis = 0; axis < along_ && axis < axes_.size(); ++axis)
+    stride *= KeptCount(axis);
+  const std::size_t count = along_ < axes_.size() ? KeptCount(along_) : 1;
+  const std::size_t position = first / stride % count;
+  if (step == stride && position + numbers.size() <= count) {
+    ReadAlong(At(first).column, position, numbers, states);
+    return;
+  }
+  for (std::size_t i = 0; i < numbers.size(); ++i) {
+    const Place place = At(first + i * step);
+    numbers[i] = columns_[place.column].numbers[place.row];
+    states[i] = columns_[place.column].states[place.row];
+  }
 }
 
-double CellGrid::Number(std::size_t ordinal) const {
-  const Place place = At(ordinal);
-  return columns_[place.column].numbers[place.row];
+/// `position` is counted among those that are kept.
+void CellGrid::ReadAlong(std::size_t column, std::size_t position, std::span<double> numbers,
+                         std::span<CellState> states) const {
+  const Column& from = columns_[column];
+  if (along_ == axes_.size() || axes_[along_].keeps_all) {
+    std::copy_n(from.numbers.begin() + static_cast<std::ptrdiff_t>(position), numbers.size(),
+                numbers.begin());
+    std::copy_n(from.states.begin() + static_cast<std::ptrdiff_t>(position), states.size(),
+                states.begin());
+    return;
+  }
+  const uint32_t* kept = axes_[along_].kept.data() + position;
+  for (std::size_t i = 0; i < numbers.size(); ++i) {
+    numbers[i] = from.numbers[kept[i]];
+    states[i] = from.states[kept[i]];
+  }
 }
 
-const std::string& CellGrid::Text(std::size_t ordinal) const {
+std::string CellGrid::Text(std::size_t ordinal) const {
   const Place place = At(ordinal);
-  return columns_[place.column].texts[place.row];
+  const auto& texts = columns_[place.column].texts;
+  return texts.empty() ? std::string() : texts[place.row];
 }
 
 }  // namespace vok::olap

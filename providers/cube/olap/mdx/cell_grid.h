@@ -5,6 +5,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -31,9 +32,10 @@ class CellGrid {
 
   /// Number of cells that are kept; they are counted from 0.
   std::size_t size() const;
-  CellState State(std::size_t ordinal) const;
-  double Number(std::size_t ordinal) const;
-  const std::string& Text(std::size_t ordinal) const;
+  /// The cells `first`, `first + step` and so on, all of them there.
+  void Read(std::size_t first, std::size_t step, std::span<double> numbers,
+            std::span<CellState> states) const;
+  std::string Text(std::size_t ordinal) const;  ///< "" for a cell that is not a text
 
  private:
   struct Axis {
@@ -46,6 +48,8 @@ class CellGrid {
   };
 
   Place At(std::size_t ordinal) const;
+  void ReadAlong(std::size_t column, std::size_t position, std::span<double> numbers,
+                 std::span<CellState> states) const;
   std::size_t KeptCount(std::size_t axis) const;
   void MarkUsed(std::size_t column, std::vector<std::vector<uint8_t>>& used) const;
 

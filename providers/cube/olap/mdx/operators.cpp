@@ -152,17 +152,11 @@ class BinaryValue : public ValueExpression {
 };
 
 std::string TextOf(const Column& column, std::size_t row) {
-  switch (column.states[row]) {
-    case CellState::kEmpty:
-      return {};
-    case CellState::kText:
-      return column.texts[row];
-    case CellState::kLogical:
-      return column.numbers[row] != 0 ? "true" : "false";
-    case CellState::kNumber:
-      return FormatNumber(column.numbers[row], "");
-  }
-  return {};
+  const CellState state = column.states[row];
+  if (state == CellState::kEmpty) return {};
+  if (state == CellState::kText) return column.texts[row];
+  if (state == CellState::kLogical) return column.numbers[row] != 0 ? "true" : "false";
+  return FormatNumber(column.numbers[row], "");
 }
 
 class JoinedTexts : public ValueExpression {

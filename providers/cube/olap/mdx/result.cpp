@@ -19,12 +19,15 @@ const TupleSet& MdxResult::At(std::size_t axis) const {
                                                    ".");
 }
 
+void MdxResult::CheckMember(std::size_t axis, std::size_t position, std::size_t index) const {
+  if (position < At(axis).size() && index < At(axis).arity()) return;
+  throw Failure(failure_number::kSubscript, "The cellset has no member " + std::to_string(index) +
+                                                " at position " + std::to_string(position) + ".");
+}
+
 AxisMember MdxResult::Member(std::size_t axis, std::size_t position, std::size_t index) const {
-  const TupleSet& tuples = At(axis);
-  if (position >= tuples.size() || index >= tuples.arity()) {
-    throw Failure(failure_number::kSubscript, "The cellset has no member " + std::to_string(index) +
-                                                  " at position " + std::to_string(position) + ".");
-  }
+  CheckMember(axis, position, index);
+  const TupleSet& tuples = axes_[axis];
   const HierarchyId hierarchy = tuples.hierarchies[index];
   const MemberId id = tuples.tuple(position)[index];
   if (IsCalculated(id)) return CalculatedAxisMember(hierarchy, id);
@@ -49,34 +52,35 @@ void MdxResult::CheckOrdinal(std::size_t ordinal) const {
                                                 ": it has " + std::to_string(CellCount()) + ".");
 }
 
-Value MdxResult::Cell(std::size_t ordinal) const {
-  CheckOrdinal(ordinal);
-  switch (cells_.State(ordinal)) {
-    case CellState::kEmpty:
-      return {};
-    case CellState::kNumber:
-      return cells_.Number(ordinal);
-    case CellState::kText:
-      return cells_.Text(ordinal);
-    case CellState::kLogical:
-      return cells_.Number(ordinal) != 0;
+void MdxResult::ReadCaptions(std::size_t axis, std::size_t index, std::size_t first,
+                             std::span<std::string_view> captions) const {
+  if (captions.empty()) return;
+  CheckMember(axis, first + captions.size() - 1, index);
+  const TupleSet& tuples = axes_[axis];
+  const HierarchyId hierarchy = tuples.hierarchies[index];
+  for (std::size_t i = 0; i < captions.size(); ++i) {
+    const MemberId id = tuples.tuple(first + i)[index];
+    captions[i] = IsCalculated(id) ? query_.Member(id).caption : cube_->Caption(hierarchy, id);
   }
-  return {};
+}
+
+void MdxResult::ReadCells(std::size_t first, std::size_t step, std::span<double> numbers,
+                          std::span<CellState> states) const {
+  if (numbers.empty()) return;
+  CheckOrdinal(first + (numbers.size() - 1) * step);
+  cells_.Read(first, step, numbers, states);
+}
+
+std::string MdxResult::CellText(std::size_t ordinal) const {
+  CheckOrdinal(ordinal);
+  return cells_.Text(ordinal);
 }
 
 std::string MdxResult::FormattedCell(std::size_t ordinal) const {
-  CheckOrdinal(ordinal);
-  switch (cells_.State(ordinal)) {
-    case CellState::kEmpty:
-      return {};
-    case CellState::kNumber:
-      return FormatNumber(cells_.Number(ordinal), FormatAt(ordinal));
-    case CellState::kText:
-      return cells_.Text(ordinal);
-    case CellState::kLogical:
-      return cells_.Number(ordinal) != 0 ? "true" : "false";
-  }
-  return {};
+  const Value value = Cell(ordinal);
+  if (const double* number = value.As<double>()) return FormatNumber(*number, FormatAt(ordinal));
+  if (const bool* logical = value.As<bool>()) return *logical ? "true" : "false";
+  return value.ToText();
 }
 
 /// The format of the member that gives the cell its value; of the measure when that has none.

@@ -1,5 +1,5 @@
-// The answer to a query: axes as lists of members, cells as numbers. Names and texts are made when
-// asked for.
+// The answer to a query: axes as lists of members, cells as numbers, in the columns that the facts
+// came in. Names are made when they are asked for.
 #pragma once
 
 #include <cstdint>
@@ -29,7 +29,11 @@ class MdxResult : public Cellset {
   AxisMember Member(std::size_t axis, std::size_t position, std::size_t index) const override;
 
   std::size_t CellCount() const { return cells_.size(); }
-  Value Cell(std::size_t ordinal) const override;
+  void ReadCaptions(std::size_t axis, std::size_t index, std::size_t first,
+                    std::span<std::string_view> captions) const override;
+  void ReadCells(std::size_t first, std::size_t step, std::span<double> numbers,
+                 std::span<CellState> states) const override;
+  std::string CellText(std::size_t ordinal) const override;
   std::string FormattedCell(std::size_t ordinal) const override;
 
   /// For the evaluation alone.
@@ -39,6 +43,7 @@ class MdxResult : public Cellset {
  private:
   const TupleSet& At(std::size_t axis) const;
   AxisMember CalculatedAxisMember(HierarchyId hierarchy, MemberId id) const;
+  void CheckMember(std::size_t axis, std::size_t position, std::size_t index) const;
   void CheckOrdinal(std::size_t ordinal) const;
   std::string FormatAt(std::size_t ordinal) const;
 

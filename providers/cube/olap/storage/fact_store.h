@@ -7,6 +7,7 @@
 #include <optional>
 #include <vector>
 
+#include "platform/cube.h"
 #include "providers/cube/olap/storage/column_memory.h"
 #include "providers/cube/olap/storage/model.h"
 
@@ -28,10 +29,8 @@ struct FactQuery {
   std::function<void()> check = {};
 };
 
-/// What a cell of an answer holds. Facts know the first two alone, formulas give the others.
-enum class CellState : uint8_t { kEmpty, kNumber, kText, kLogical };
-
-/// One measure's results. A sum of nothing, or of NULLs only, is empty; that is not 0.
+/// One measure's results, numbers and empty cells alone. A sum of nothing, or of NULLs only, is
+/// empty; that is not 0.
 struct FactColumn {
   explicit FactColumn(std::size_t size = 0) : numbers(size), states(size, CellState::kEmpty) {}
 

@@ -60,6 +60,11 @@ TEST(Answers, OfCellsetsReadTheSameInPiecesOfAnySize) {
     for (std::size_t cell = 0; cell < 4; ++cell) {
       EXPECT_EQ(std::pair(data->Cell(cell), data->FormattedCell(cell)), cells[cell]) << cell;
     }
+    std::vector<double> column(2);
+    std::vector<CellState> states(2);
+    data->ReadCells(1, 2, column, states);
+    EXPECT_EQ(column, (std::vector<double>{20436089.25, -7}));
+    EXPECT_EQ(states, (std::vector<CellState>{CellState::kNumber, CellState::kInteger}));
     EXPECT_THROW(data->Cell(4), Failure);
     EXPECT_THROW(data->Member(1, 2, 0), Failure);
     EXPECT_THROW(data->Member(1, 0, 1), Failure);

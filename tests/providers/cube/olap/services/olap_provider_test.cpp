@@ -107,6 +107,33 @@ TEST_F(OlapProviderTest, AnswersAfterTheConnectionIsGone) {
   EXPECT_THROW(cellset->Member(1, 6, 0), Failure);
 }
 
+TEST_F(OlapProviderTest, GivesBlocksOfCellsAndCaptionsAsItGivesThemOneByOne) {
+  const auto cellset = Connected(RunText("QEL"))
+                           ->Execute(
+                               "SELECT [Measures].Members ON 0, NON EMPTY [Date].Members ON 1, "
+                               "{[QeL].Members} ON 2 FROM [QEL]");
+  const std::size_t columns = cellset->PositionCount(0), rows = cellset->PositionCount(1);
+  const std::size_t cells = columns * rows * cellset->PositionCount(2);
+  for (const std::size_t step : {std::size_t{1}, columns, columns * rows}) {
+    for (const std::size_t first : {0, 1, 7}) {
+      const std::size_t count = (cells - first - 1) / step + 1;
+      std::vector<double> numbers(count);
+      std::vector<CellState> states(count);
+      cellset->ReadCells(first, step, numbers, states);
+      for (std::size_t i = 0; i < count; ++i) {
+        const Value cell = cellset->Cell(first + i * step);
+        ASSERT_EQ(states[i] == CellState::kEmpty, cell.IsEmpty()) << step << ' ' << i;
+        ASSERT_EQ(numbers[i], cell.ToDouble()) << step << ' ' << i;
+      }
+      EXPECT_THROW(cellset->ReadCells(first + step, step, numbers, states), Failure);
+    }
+  }
+  std::vector<std::string_view> captions(rows - 2);
+  cellset->ReadCaptions(1, 0, 2, captions);
+  EXPECT_EQ(captions.back(), cellset->Member(1, rows - 1, 0).caption);
+  EXPECT_THROW(cellset->ReadCaptions(1, 0, 3, captions), Failure);
+}
+
 TEST_F(OlapProviderTest, EndsQueriesThatAreCancelledOrPastALimit) {
   const auto number_of = [&](CubeConnection& connection) {
     return test::FailureOf([&] {
