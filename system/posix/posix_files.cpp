@@ -28,12 +28,17 @@ std::string Checked(const std::string& path) {
   return Native(path);
 }
 
+/// Whether the error says that there is nothing, and not that nobody knows.
+bool MeansNothingThere(int error) {
+  return error == ENOENT || error == ENOTDIR || error == ENAMETOOLONG || error == ELOOP;
+}
+
 bool HasKind(const std::string& path, bool directory) {
   if (path.empty() || path.find('\0') != std::string::npos) return false;
   const std::string native = Native(path);
   struct stat status;
   if (::stat(native.c_str(), &status) == 0) return S_ISDIR(status.st_mode) == directory;
-  if (errno == EACCES) ThrowSystemFailure(errno, "look for", native);
+  if (!MeansNothingThere(errno)) ThrowSystemFailure(errno, "look for", native);
   return false;
 }
 

@@ -37,9 +37,9 @@ mode_t ModeOf(int file) {
 
 }  // namespace
 
-// In place of the C library's: the first does something else before, or fails, when it is told to;
-// the second fails for folders with the error that is set; the third notes what a file's
-// permissions are before they are made those of the file that it replaces.
+// In place of the C library's: the first, which may do something else before, and the second fail
+// when they are told to; the third fails for folders with the error that is set; the fourth notes
+// what a file's permissions are before they are made those of the file that it replaces.
 extern "C" int fstat(int file, struct stat* status) noexcept {
   if (at_next_status) std::exchange(at_next_status, nullptr)();
   if (is_status_unknown) {
@@ -47,6 +47,15 @@ extern "C" int fstat(int file, struct stat* status) noexcept {
     return -1;
   }
   return static_cast<int>(::syscall(SYS_newfstatat, file, "", status, AT_EMPTY_PATH));
+}
+
+extern "C" int StatOfPath(const char* path, struct stat* status) noexcept asm("stat");
+extern "C" int StatOfPath(const char* path, struct stat* status) noexcept {
+  if (is_status_unknown) {
+    errno = EIO;
+    return -1;
+  }
+  return static_cast<int>(::syscall(SYS_newfstatat, AT_FDCWD, path, status, 0));
 }
 
 extern "C" int fsync(int file) {
@@ -305,6 +314,18 @@ TEST_F(PosixFilesTest, KnowsWhetherOthersCanReadAFile) {
     EXPECT_EQ(AdviceOnReaders(file), readable ? "chmod 600 " + file : "") << file_mode;
   }
   EXPECT_EQ(AdviceOnReaders(folder + "/none"), "");
+}
+
+TEST_F(PosixFilesTest, AFileThatADiskCannotLookForIsNotCalledMissing) {
+  const auto failure_at = [&](const std::string& name) {
+    return NumberOf([&] { EXPECT_FALSE(files_.Exists(At(name))); });
+  };
+  EXPECT_EQ(failure_at("none"), 0);
+  EXPECT_EQ(failure_at(std::string(300, 'n')), 0);
+  is_status_unknown = true;
+  const int32_t unknown = failure_at("none");
+  is_status_unknown = false;
+  EXPECT_EQ(unknown, number::kDeviceError);
 }
 
 TEST_F(PosixFilesTest, KnowsWhenAFileChanged) {
