@@ -56,8 +56,8 @@ bool IsDatabase(const Host& host, const std::string& path) {
   return kind == DatabaseKind::kJet || kind == DatabaseKind::kSqlite;
 }
 
-SettingsDocument DocumentOf(const Host& host, objRs& store) {
-  return {ReadAllDataSources(host, store), ReadAllPeriodSets(store)};
+SettingsDocument DocumentOf(const Host& host, Connection& connection) {
+  return {ReadAllDataSources(host, connection), ReadAllPeriodSets(connection)};
 }
 
 /// The sets of a JSON document, or of another settings database, which is not written to.
@@ -65,9 +65,9 @@ Imported ReadImported(const Host& host, const std::string& path) {
   if (!IsDatabase(host, path)) {
     return {ParseSettingsDocument(ReadWholeFile(host.files, path), path), {}};
   }
-  objRs store = OpenDatabase(host, path);
-  Imported imported{DocumentOf(host, store), {}};
-  imported.left_out = LeftOut(host, store, imported.document.data_sources);
+  const auto connection = OpenDatabase(host, path);
+  Imported imported{DocumentOf(host, *connection), {}};
+  imported.left_out = LeftOut(host, *connection, imported.document.data_sources);
   return imported;
 }
 
@@ -105,9 +105,9 @@ void RefuseDatabase(const Host& host, const std::string& path) {
 SettingsDocument ReadExported(Session& session, const std::string& from) {
   const Host& host = session.host();
   if (from.empty()) FindDatabase(session);
-  objRs store =
+  const auto connection =
       from.empty() ? OpenSettings(host, session.publics().environment) : OpenDatabase(host, from);
-  return DocumentOf(host, store);
+  return DocumentOf(host, *connection);
 }
 
 void Export(const CommonOptions& common, const std::string& path, const std::string& from) {

@@ -41,11 +41,11 @@ std::string RangeText(const Locale& locale, const PeriodEntry& period) {
   return text(period.FromDate) + " - " + text(period.UntilDate);
 }
 
-Value::Array NamesIn(Recordset& records) {
-  if (records.EndOfFile()) return {Value()};
+Value::Array NamesIn(Rows& rows) {
+  if (rows.AtEnd()) return {Value()};
   Value::Array names;
-  for (records.MoveFirst(); !records.EndOfFile(); records.MoveNext()) {
-    names.push_back(records.Field("SetName"));
+  for (rows.MoveFirst(); !rows.AtEnd(); rows.MoveNext()) {
+    names.push_back(rows.Field("SetName"));
   }
   return names;
 }
@@ -128,11 +128,10 @@ int32_t clMe::GetSetNames(Value& sName, std::string& TableName) {
   if (publics_.environment.SettingsFolder.empty()) FindSettingsFolder(host_, publics_.environment);
   const std::string& folder = publics_.environment.SettingsFolder;
   if (!host_.files.Exists(SettingsDatabase(folder))) CreateDB(host_, publics_.environment, folder);
-  objRs settings = OpenSettings(host_, publics_.environment);
-  settings.SQL = TableName;
-  const auto records = settings.GetRsReadOnly();
-  sName = NamesIn(*records);
-  records->Close();
+  const auto settings = OpenSettings(host_, publics_.environment);
+  const auto rows = settings->Query(TableName);
+  sName = NamesIn(*rows);
+  rows->Close();
   return 0;
 }
 

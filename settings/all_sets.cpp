@@ -11,11 +11,10 @@ namespace {
 
 /// Calls `visit` with every row of a table.
 template <typename Visit>
-void ForEachRow(objRs& store, const std::string& table, Visit visit) {
-  store.SQL = "SELECT * FROM " + table;
-  const auto rows = store.GetRsReadOnly();
+void ForEachRow(Connection& connection, const std::string& table, Visit visit) {
+  const auto rows = connection.Query("SELECT * FROM " + table);
   const SetRow row(*rows, table, NullRule::kIsEmpty);
-  for (; !rows->EndOfFile(); rows->MoveNext()) visit(row);
+  for (; !rows->AtEnd(); rows->MoveNext()) visit(row);
   rows->Close();
 }
 
@@ -23,20 +22,19 @@ void ForEachRow(objRs& store, const std::string& table, Visit visit) {
 
 std::vector<DataSourceSetting> ReadAllDataSources(const Host& host,
                                                   const Environment& environment) {
-  objRs store = OpenSettings(host, environment);
-  return ReadAllDataSources(host, store);
+  return ReadAllDataSources(host, *OpenSettings(host, environment));
 }
 
-std::vector<DataSourceSetting> ReadAllDataSources(const Host& host, objRs& store) {
+std::vector<DataSourceSetting> ReadAllDataSources(const Host& host, Connection& connection) {
   std::vector<DataSourceSetting> settings;
   std::map<std::string, std::size_t> by_name;
-  ForEachRow(store, "DataSourceInfo", [&](const SetRow& row) {
+  ForEachRow(connection, "DataSourceInfo", [&](const SetRow& row) {
     DataSourceSetting& setting = settings.emplace_back();
     ReadInfoRow(row, setting);
     setting.VarnelMDB = row.Text("VarnelMDB");
     by_name[host.locale.FoldCase(setting.SetName)] = settings.size() - 1;
   });
-  ForEachRow(store, "MoneySetsMeasures", [&](const SetRow& row) {
+  ForEachRow(connection, "MoneySetsMeasures", [&](const SetRow& row) {
     const auto owner = by_name.find(host.locale.FoldCase(row.Text("SetName")));
     if (owner != by_name.end()) {
       ReadMoneyRow(row, settings[owner->second], NullRule::kIsEmpty);
@@ -46,13 +44,12 @@ std::vector<DataSourceSetting> ReadAllDataSources(const Host& host, objRs& store
 }
 
 std::vector<PeriodSet> ReadAllPeriodSets(const Host& host, const Environment& environment) {
-  objRs store = OpenSettings(host, environment);
-  return ReadAllPeriodSets(store);
+  return ReadAllPeriodSets(*OpenSettings(host, environment));
 }
 
-std::vector<PeriodSet> ReadAllPeriodSets(objRs& store) {
+std::vector<PeriodSet> ReadAllPeriodSets(Connection& connection) {
   std::vector<PeriodSet> sets;
-  ForEachRow(store, "Periods",
+  ForEachRow(connection, "Periods",
              [&](const SetRow& row) { ReadPeriodsRow(row, sets.emplace_back()); });
   return sets;
 }

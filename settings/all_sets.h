@@ -8,7 +8,6 @@
 
 #include "env/environment.h"
 #include "platform/host.h"
-#include "settings/obj_rs.h"
 #include "settings/records.h"
 
 namespace vok {
@@ -16,10 +15,10 @@ namespace vok {
 /// All data-source settings with their `VarnelMDB` and money sets, in the order of their rows. One
 /// without a row of money sets has none.
 std::vector<DataSourceSetting> ReadAllDataSources(const Host& host, const Environment& environment);
-/// Of the database that `store` has open.
-std::vector<DataSourceSetting> ReadAllDataSources(const Host& host, objRs& store);
+/// Of the database that is open.
+std::vector<DataSourceSetting> ReadAllDataSources(const Host& host, Connection& connection);
 
 std::vector<PeriodSet> ReadAllPeriodSets(const Host& host, const Environment& environment);
-std::vector<PeriodSet> ReadAllPeriodSets(objRs& store);
+std::vector<PeriodSet> ReadAllPeriodSets(Connection& connection);
 
 }  // namespace vok

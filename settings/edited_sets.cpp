@@ -11,10 +11,10 @@ namespace {
 template <typename Read>
 bool ReadSet(const Host& host, const Environment& environment, const std::string& table,
              const std::string& name, Read read) {
-  objRs store = OpenSettings(host, environment);
-  store.SQL = NamedSetStatement("SELECT * FROM " + table + " WHERE setname like ", name);
-  const auto rows = store.GetRsReadOnly();
-  const bool found = rows->RecordCount() > 0;
+  const auto connection = OpenSettings(host, environment);
+  const auto rows =
+      connection->Query(NamedSetStatement("SELECT * FROM " + table + " WHERE setname like ", name));
+  const bool found = rows->Count() > 0;
   if (found) read(SetRow(*rows, table, NullRule::kFails));
   rows->Close();
   return found;

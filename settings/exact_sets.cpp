@@ -15,45 +15,45 @@ namespace {
 /// Runs `statements` on the opened database as one change.
 template <typename Statements>
 void Change(const Host& host, const Environment& environment, Statements statements) {
-  objRs store = OpenSettings(host, environment);
-  SaveGroup group(store.OpenedConnection(), &Connection::BeginChange);
-  statements(store);
-  group.Commit();
+  const auto connection = OpenSettings(host, environment);
+  Transaction change(*connection, Purpose::kChange);
+  statements(*connection);
+  change.Commit();
 }
 
-std::unique_ptr<Recordset> RowsOf(objRs& store, const std::string& table, const std::string& name) {
-  store.SQL = ExactSetStatement("SELECT * FROM " + table + " WHERE setname = ", name);
-  return store.GetRsReadOnly();
+std::unique_ptr<Rows> RowsOf(Connection& connection, const std::string& table,
+                             const std::string& name) {
+  return connection.Query(ExactSetStatement("SELECT * FROM " + table + " WHERE setname = ", name));
 }
 
-void DeleteRows(objRs& store, const std::string& table, const std::string& name) {
-  store.SQL = ExactSetStatement("DELETE * FROM " + table + " WHERE setname = ", name);
-  store.RunCommand();
+void DeleteRows(Connection& connection, const std::string& table, const std::string& name) {
+  connection.Execute(ExactSetStatement("DELETE * FROM " + table + " WHERE setname = ", name));
 }
 
 /// A table that sets are imported into, opened once for all of them.
 class ImportedTable {
  public:
-  ImportedTable(objRs& store, const Locale& locale, std::string table)
-      : store_(store), locale_(locale), table_(std::move(table)) {
-    store_.SQL = table_;
-    rows_ = store_.GetRs();
-    for (; !rows_->EndOfFile(); rows_->MoveNext()) names_.insert(KeyOf(rows_->Field("SetName")));
+  ImportedTable(Connection& connection, const Locale& locale, std::string table)
+      : connection_(connection),
+        locale_(locale),
+        table_(std::move(table)),
+        rows_(connection_.OpenTable(table_)) {
+    for (; !rows_->AtEnd(); rows_->MoveNext()) names_.insert(KeyOf(rows_->Field("SetName")));
   }
 
   void Replace(const Fields& fields) {
     const Value& name = fields.front().second;
-    if (names_.contains(KeyOf(name))) DeleteRows(store_, table_, name.ToText());
-    AddRow(*rows_, fields);
+    if (names_.contains(KeyOf(name))) DeleteRows(connection_, table_, name.ToText());
+    rows_->Add(fields);
   }
 
  private:
   std::string KeyOf(const Value& name) const { return locale_.FoldCase(name.ToText()); }
 
-  objRs& store_;
+  Connection& connection_;
   const Locale& locale_;
   std::string table_;
-  std::unique_ptr<Recordset> rows_;
+  std::unique_ptr<WritableTable> rows_;
   std::set<std::string> names_;  ///< folded; stored before the import
 };
 
@@ -68,9 +68,9 @@ void ReplaceEach(const Sets& sets, const std::string& kind, Replace replace) {
   }
 }
 
-std::vector<Fields> StoredFields(Recordset& rows) {
+std::vector<Fields> StoredFields(Rows& rows) {
   std::vector<Fields> stored;
-  for (; !rows.EndOfFile(); rows.MoveNext()) {
+  for (; !rows.AtEnd(); rows.MoveNext()) {
     Fields& fields = stored.emplace_back();
     for (int32_t i = 0; i < rows.FieldCount(); ++i) {
       fields.emplace_back(rows.FieldName(i), rows.Field(i));
@@ -79,23 +79,22 @@ std::vector<Fields> StoredFields(Recordset& rows) {
   return stored;
 }
 
-bool RenameRows(const Locale& locale, objRs& store, const std::string& table,
+bool RenameRows(const Locale& locale, Connection& connection, const std::string& table,
                 const std::string& name, const std::string& new_name) {
-  const std::vector<Fields> stored = StoredFields(*RowsOf(store, table, name));
-  DeleteRows(store, table, name);
-  store.SQL = table;
-  const auto rows = store.GetRs();
+  const std::vector<Fields> stored = StoredFields(*RowsOf(connection, table, name));
+  DeleteRows(connection, table, name);
+  const auto rows = connection.OpenTable(table);
   for (Fields fields : stored) {
     for (auto& [field, value] : fields) {
       if (EqualNoCase(locale, field, "SetName")) value = new_name;
     }
-    AddRow(*rows, fields);
+    rows->Add(fields);
   }
   return !stored.empty();
 }
 
-void RefuseTaken(objRs& store, const std::string& table, const std::string& name) {
-  if (RowsOf(store, table, name)->RecordCount() == 0) return;
+void RefuseTaken(Connection& connection, const std::string& table, const std::string& name) {
+  if (RowsOf(connection, table, name)->Count() == 0) return;
   throw Failure(failure_number::kIntegrity, "There is a saved set named \"" + name +
                                                 "\" already; choose another name or delete it");
 }
@@ -105,11 +104,11 @@ void RefuseTaken(objRs& store, const std::string& table, const std::string& name
 void ImportSets(const Host& host, const Environment& environment,
                 const std::vector<DataSourceSetting>& data_sources,
                 const std::vector<PeriodSet>& period_sets) {
-  Change(host, environment, [&](objRs& store) {
-    AddQtyColumns(host, store.OpenedConnection());
-    ImportedTable info(store, host.locale, "DataSourceInfo");
-    ImportedTable money(store, host.locale, "MoneySetsMeasures");
-    ImportedTable periods(store, host.locale, "Periods");
+  Change(host, environment, [&](Connection& connection) {
+    AddQtyColumns(host, connection);
+    ImportedTable info(connection, host.locale, "DataSourceInfo");
+    ImportedTable money(connection, host.locale, "MoneySetsMeasures");
+    ImportedTable periods(connection, host.locale, "Periods");
     ReplaceEach(data_sources, kDataSourceWords, [&](const DataSourceSetting& setting) {
       info.Replace(InfoFields(setting));
       money.Replace(MoneyFields(setting));
@@ -122,10 +121,10 @@ void ImportSets(const Host& host, const Environment& environment,
 bool DeleteExactSet(const Host& host, const Environment& environment, const std::string& name,
                     const std::string& kind) {
   bool found = false;
-  Change(host, environment, [&](objRs& store) {
+  Change(host, environment, [&](Connection& connection) {
     for (const char* table : TablesOfKind(host.locale, kind)) {
-      found |= RowsOf(store, table, name)->RecordCount() > 0;
-      DeleteRows(store, table, name);
+      found |= RowsOf(connection, table, name)->Count() > 0;
+      DeleteRows(connection, table, name);
     }
   });
   return found;
@@ -136,10 +135,10 @@ bool RenameSet(const Host& host, const Environment& environment, const std::stri
   CheckSetName(WordsForKind(host.locale, kind), new_name);
   const bool same_key = EqualNoCase(host.locale, name, new_name);
   bool found = false;
-  Change(host, environment, [&](objRs& store) {
+  Change(host, environment, [&](Connection& connection) {
     for (const char* table : TablesOfKind(host.locale, kind)) {
-      if (!same_key) RefuseTaken(store, table, new_name);
-      found |= RenameRows(host.locale, store, table, name, new_name);
+      if (!same_key) RefuseTaken(connection, table, new_name);
+      found |= RenameRows(host.locale, connection, table, name, new_name);
     }
   });
   return found;

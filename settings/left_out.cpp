@@ -1,7 +1,6 @@
 #include "settings/left_out.h"
 
 #include <algorithm>
-#include <memory>
 #include <set>
 
 #include "settings/schema.h"
@@ -11,12 +10,7 @@ namespace {
 
 using Sentences = std::vector<std::string>;
 
-std::unique_ptr<Recordset> RowsOf(objRs& store, const std::string& table) {
-  store.SQL = "SELECT * FROM " + table;
-  return store.GetRsReadOnly();
-}
-
-void AddColumns(const Host& host, const Recordset& rows, const TableDefinition& table,
+void AddColumns(const Host& host, const Rows& rows, const TableDefinition& table,
                 Sentences& sentences) {
   for (int32_t i = 0; i < rows.FieldCount(); ++i) {
     const std::string name = rows.FieldName(i);
@@ -30,15 +24,15 @@ void AddColumns(const Host& host, const Recordset& rows, const TableDefinition& 
   }
 }
 
-void AddUnusedTable(const Recordset& rows, const std::string& table, Sentences& sentences) {
-  if (rows.RecordCount() == 0) return;
-  sentences.push_back("The rows of the table " + table + " (" + std::to_string(rows.RecordCount()) +
+void AddUnusedTable(const Rows& rows, const std::string& table, Sentences& sentences) {
+  if (rows.Count() == 0) return;
+  sentences.push_back("The rows of the table " + table + " (" + std::to_string(rows.Count()) +
                       "): nothing reads them.");
 }
 
-void AddOrphans(const Host& host, Recordset& rows, const std::set<std::string>& data_sources,
+void AddOrphans(const Host& host, Rows& rows, const std::set<std::string>& data_sources,
                 Sentences& sentences) {
-  for (; !rows.EndOfFile(); rows.MoveNext()) {
+  for (; !rows.AtEnd(); rows.MoveNext()) {
     const Value stored = rows.Field("SetName");
     const std::string name = stored.IsNull() ? "" : stored.ToText();
     if (data_sources.contains(host.locale.FoldCase(name))) continue;
@@ -49,7 +43,7 @@ void AddOrphans(const Host& host, Recordset& rows, const std::set<std::string>& 
 
 }  // namespace
 
-Sentences LeftOut(const Host& host, objRs& store,
+Sentences LeftOut(const Host& host, Connection& connection,
                   const std::vector<DataSourceSetting>& data_sources) {
   Sentences sentences;
   std::set<std::string> names;
@@ -60,7 +54,7 @@ Sentences LeftOut(const Host& host, objRs& store,
                         setting.AccFile + "\": it is never stored.");
   }
   for (const TableDefinition& table : SettingsTables()) {
-    const auto rows = RowsOf(store, table.name);
+    const auto rows = connection.Query("SELECT * FROM " + table.name);
     AddColumns(host, *rows, table, sentences);
     if (table.name == "Main") AddUnusedTable(*rows, table.name, sentences);
     if (table.name == "MoneySetsMeasures") AddOrphans(host, *rows, names, sentences);

@@ -14,16 +14,14 @@ namespace {
 constexpr int32_t kFound = 0;
 using failure_number::kNotFound;
 
-std::unique_ptr<Recordset> Select(const Host& host, const Environment& environment,
-                                  const std::string& statement) {
-  objRs store = OpenSettings(host, environment);
-  store.SQL = statement;
-  return store.GetRsReadOnly();
+std::unique_ptr<Rows> Select(const Host& host, const Environment& environment,
+                             const std::string& statement) {
+  return OpenSettings(host, environment)->Query(statement);
 }
 
 /// Rows of a table whose set name is like `name`.
-std::unique_ptr<Recordset> SelectSet(const Host& host, const Environment& environment,
-                                     const std::string& table, const std::string& name) {
+std::unique_ptr<Rows> SelectSet(const Host& host, const Environment& environment,
+                                const std::string& table, const std::string& name) {
   return Select(host, environment,
                 NamedSetStatement("SELECT * FROM " + table + " WHERE setname like ", name));
 }
@@ -76,12 +74,12 @@ int32_t ReadDataSourceSetting(const Host& host, const Environment& environment,
   if (name.empty()) return kNotFound;
   return Reported(host, "DataSourceSetting", [&] {
     const auto info = SelectSet(host, environment, "DataSourceInfo", name);
-    if (info->RecordCount() == 0) return kNotFound;
+    if (info->Count() == 0) return kNotFound;
     ReadInfoRow(SetRow(*info, "DataSourceInfo", NullRule::kFails), setting);
     info->Close();
 
     const auto money = SelectSet(host, environment, "MoneySetsMeasures", name);
-    if (money->RecordCount() == 0) return kNotFound;
+    if (money->Count() == 0) return kNotFound;
     ReadMoneyRow(SetRow(*money, "MoneySetsMeasures", NullRule::kFails), setting, NullRule::kFails);
     money->Close();
     FillEmptyMeasures(setting, cube_measures);
@@ -94,7 +92,7 @@ int32_t PeriodSettings(const Host& host, const Environment& environment, PeriodS
   if (name.empty()) return kFound;
   return Reported(host, "PeriodSettings", [&] {
     const auto rows = SelectSet(host, environment, "Periods", name);
-    if (rows->RecordCount() == 0) return kNotFound;
+    if (rows->Count() == 0) return kNotFound;
     ReadPeriodsRow(SetRow(*rows, "Periods", NullRule::kFails), set);
     rows->Close();
     return kFound;
@@ -104,8 +102,8 @@ int32_t PeriodSettings(const Host& host, const Environment& environment, PeriodS
 Value::Array ListPeriodSets(const Host& host, const Environment& environment) {
   const auto rows = Select(host, environment, "SELECT * FROM Periods ");
   Value::Array names;
-  if (rows->RecordCount() > 0) rows->MoveFirst();
-  for (; !rows->EndOfFile(); rows->MoveNext()) names.push_back(rows->Field(0));
+  if (rows->Count() > 0) rows->MoveFirst();
+  for (; !rows->AtEnd(); rows->MoveNext()) names.push_back(rows->Field(0));
   rows->Close();
   if (names.empty()) names.resize(1);
   return names;
@@ -114,7 +112,7 @@ Value::Array ListPeriodSets(const Host& host, const Environment& environment) {
 DataSourceList ListDataSources(const Host& host, const Environment& environment) {
   const auto rows = Select(host, environment, "SELECT SetName,CubeFile FROM DataSourceInfo ");
   DataSourceList list;
-  for (; !rows->EndOfFile(); rows->MoveNext()) {
+  for (; !rows->AtEnd(); rows->MoveNext()) {
     const std::string stored = rows->Field("CubeFile").ToText();
     const std::string file(TrimBlanks(stored));
     const bool exists = host.files.Exists(file);

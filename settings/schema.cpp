@@ -13,7 +13,6 @@
 namespace vok {
 namespace {
 
-constexpr char kJet[] = "Provider=Microsoft.Jet.OLEDB.4.0;";
 constexpr char kMoneyTable[] = "MoneySetsMeasures";
 constexpr int32_t kColumnsWithCalculated = 30;
 constexpr int32_t kColumnsWithQty = 43;
@@ -101,48 +100,40 @@ bool Shown(const Host& host, const char* title, Step step) {
 }
 
 /// The table's name as the file spells it, when it has fewer than `count` columns.
-std::optional<std::string> MoneyTableBelow(const Locale& locale, const DatabaseCatalog& catalog,
+std::optional<std::string> MoneyTableBelow(const Locale& locale, const DatabaseStructure& structure,
                                            int32_t count) {
-  for (const std::string& table : catalog.TableNames()) {
-    if (EqualNoCase(locale, table, kMoneyTable) && catalog.ColumnCount(table) < count) {
+  for (const std::string& table : structure.TableNames()) {
+    if (EqualNoCase(locale, table, kMoneyTable) && structure.ColumnCount(table) < count) {
       return table;
     }
   }
   return std::nullopt;
 }
 
-void AppendColumns(DatabaseCatalog& catalog, const std::string& table, const Columns& columns) {
-  for (const ColumnDefinition& column : columns) catalog.AppendColumn(table, column);
+void AppendColumns(DatabaseStructure& structure, const std::string& table, const Columns& columns) {
+  for (const ColumnDefinition& column : columns) structure.AppendColumn(table, column);
 }
 
-void AddCalculatedColumns(const Locale& locale, DatabaseCatalog& catalog) {
-  const auto table = MoneyTableBelow(locale, catalog, kColumnsWithCalculated);
-  if (table) AppendColumns(catalog, *table, CalculatedColumns());
+void AddCalculatedColumns(const Locale& locale, DatabaseStructure& structure) {
+  const auto table = MoneyTableBelow(locale, structure, kColumnsWithCalculated);
+  if (table) AppendColumns(structure, *table, CalculatedColumns());
 }
 
-void AddMoneyColumns(const Locale& locale, DatabaseCatalog& catalog) {
-  AddCalculatedColumns(locale, catalog);  // with the columns below it would seem up to date
-  const auto table = MoneyTableBelow(locale, catalog, kColumnsWithQty);
+void AddMoneyColumns(const Locale& locale, DatabaseStructure& structure) {
+  AddCalculatedColumns(locale, structure);  // with the columns below it would seem up to date
+  const auto table = MoneyTableBelow(locale, structure, kColumnsWithQty);
   if (!table) return;  // they are there, or another process was first
-  AppendColumns(catalog, *table, QtyColumns());
+  AppendColumns(structure, *table, QtyColumns());
 }
 
-bool HasTable(const Locale& locale, const DatabaseCatalog& catalog, const std::string& name) {
-  const auto names = catalog.TableNames();
+bool HasTable(const Locale& locale, const DatabaseStructure& structure, const std::string& name) {
+  const auto names = structure.TableNames();
   return std::any_of(names.begin(), names.end(),
                      [&](const std::string& table) { return EqualNoCase(locale, table, name); });
 }
 
-std::unique_ptr<DatabaseCatalog> CatalogOn(const Host& host, Connection& connection) {
-  auto catalog = host.database.NewCatalog();
-  catalog->SetActiveConnection(connection);
-  return catalog;
-}
-
 void UpgradeFile(const Host& host, const std::string& database) {
-  const auto connection = host.database.NewConnection();
-  connection->Open(std::string(kJet) + ";Data Source=" + database, "", "", kUnspecifiedOptions);
-  UpgradeMoneySetsMeasures(host, *CatalogOn(host, *connection));
+  UpgradeMoneySetsMeasures(host, *host.database.OpenStructure(database));
 }
 
 /// Whether there is a file that can be used after all: another process was faster.
@@ -159,17 +150,16 @@ bool IsMadeByAnother(const Host& host, const std::string& database) {
 void CreateFile(const Host& host, std::string folder) {
   if (folder.ends_with('\\')) folder.pop_back();
   const std::string database = SettingsDatabase(folder);
-  const auto catalog = host.database.NewCatalog();
+  std::unique_ptr<NewDatabase> made;
   try {
-    catalog->Create(kJet + ("Data Source=" + database) +
-                    ";Jet OLEDB:Database Password=;Jet OLEDB:Engine Type=5;");
+    made = host.database.Create(database);
   } catch (const Failure&) {
     if (IsMadeByAnother(host, database)) return;
     throw;
   }
-  const bool has_tables = CreateTables(host, *catalog);
-  const bool has_indexes = CreateIndexes(host, *catalog);
-  if (has_tables && has_indexes) catalog->Keep();
+  const bool has_tables = CreateTables(host, made->Structure());
+  const bool has_indexes = CreateIndexes(host, made->Structure());
+  if (has_tables && has_indexes) made->Keep();
 }
 
 }  // namespace
@@ -207,50 +197,49 @@ Value NothingIn(const ColumnDefinition& column) {
   }
 }
 
-void CompleteShape(const Locale& locale, DatabaseCatalog& catalog) {
+void CompleteShape(const Locale& locale, DatabaseStructure& structure) {
   for (const TableDefinition& table : Tables()) {
-    if (!HasTable(locale, catalog, table.name)) catalog.AppendTable(table);
+    if (!HasTable(locale, structure, table.name)) structure.AppendTable(table);
   }
-  AddMoneyColumns(locale, catalog);
+  AddMoneyColumns(locale, structure);
 }
 
 void BringUpToDate(const Host& host, const Environment& environment) {
   UpgradeFile(host, SettingsDatabase(environment.SettingsFolder));
 }
 
-bool CreateTables(const Host& host, DatabaseCatalog& catalog) {
+bool CreateTables(const Host& host, DatabaseStructure& structure) {
   return Shown(host, "Error In CreateTables", [&] {
-    for (const TableDefinition& table : Tables()) catalog.AppendTable(table);
+    for (const TableDefinition& table : Tables()) structure.AppendTable(table);
   });
 }
 
-bool CreateIndexes(const Host& host, DatabaseCatalog& catalog) {
+bool CreateIndexes(const Host& host, DatabaseStructure& structure) {
   return Shown(host, "Error In CreateIndexes", [&] {
-    catalog.AppendIndex("DataSourceInfo", PrimaryKey());
-    catalog.AppendIndex("Main", PrimaryKey());
-    catalog.AppendIndex("Main", Lookup("MoneySetsMeasuresMain", "MoneySetMeasures"));
-    catalog.AppendIndex("Main", Lookup("NameId", "SetName"));
-    catalog.AppendIndex("Main", Lookup("PeriodsMain", "Periods"));
-    catalog.AppendIndex(kMoneyTable, PrimaryKey());
-    catalog.AppendIndex("Periods", PrimaryKey());
+    structure.AppendIndex("DataSourceInfo", PrimaryKey());
+    structure.AppendIndex("Main", PrimaryKey());
+    structure.AppendIndex("Main", Lookup("MoneySetsMeasuresMain", "MoneySetMeasures"));
+    structure.AppendIndex("Main", Lookup("NameId", "SetName"));
+    structure.AppendIndex("Main", Lookup("PeriodsMain", "Periods"));
+    structure.AppendIndex(kMoneyTable, PrimaryKey());
+    structure.AppendIndex("Periods", PrimaryKey());
   });
 }
 
-void UpgradeMoneySetsMeasures(const Host& host, DatabaseCatalog& catalog) {
-  AddCalculatedColumns(host.locale, catalog);
+void UpgradeMoneySetsMeasures(const Host& host, DatabaseStructure& structure) {
+  AddCalculatedColumns(host.locale, structure);
 }
 
 void UpgradeQty(const Host& host, const Environment& environment) {
-  const objRs store = OpenSettings(host, environment);
-  Connection& connection = store.OpenedConnection();
-  if (!MoneyTableBelow(host.locale, *CatalogOn(host, connection), kColumnsWithQty)) return;
-  SaveGroup group(connection);
-  AddQtyColumns(host, connection);
-  group.Commit();
+  const auto connection = OpenSettings(host, environment);
+  if (!MoneyTableBelow(host.locale, *connection->OpenStructure(), kColumnsWithQty)) return;
+  Transaction upgrade(*connection, Purpose::kSave);
+  AddQtyColumns(host, *connection);
+  upgrade.Commit();
 }
 
 void AddQtyColumns(const Host& host, Connection& connection) {
-  AddMoneyColumns(host.locale, *CatalogOn(host, connection));
+  AddMoneyColumns(host.locale, *connection.OpenStructure());
 }
 
 }  // namespace vok

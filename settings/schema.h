@@ -17,8 +17,8 @@ void CreateDB(const Host& host, const Environment& environment, const std::strin
 
 /// The steps of making a new file. A failure ends its step, is shown under the step's title and
 /// makes the result false.
-bool CreateTables(const Host& host, DatabaseCatalog& catalog);
-bool CreateIndexes(const Host& host, DatabaseCatalog& catalog);
+bool CreateTables(const Host& host, DatabaseStructure& structure);
+bool CreateIndexes(const Host& host, DatabaseStructure& structure);
 
 /// Its tables, as they are today.
 std::vector<TableDefinition> SettingsTables();
@@ -29,13 +29,13 @@ Value NothingIn(const ColumnDefinition& column);
 
 /// Adds the tables, `IsCalculated` and `Qty` columns that a database of an older shape lacks.
 /// Failures pass to the caller.
-void CompleteShape(const Locale& locale, DatabaseCatalog& catalog);
+void CompleteShape(const Locale& locale, DatabaseStructure& structure);
 
 /// What `CreateDB` does to a file that is there; a failure passes to the caller.
 void BringUpToDate(const Host& host, const Environment& environment);
 
 /// Adds `IsCalculated0` to `IsCalculated12` to a `MoneySetsMeasures` of fewer than 30 columns.
-void UpgradeMoneySetsMeasures(const Host& host, DatabaseCatalog& catalog);
+void UpgradeMoneySetsMeasures(const Host& host, DatabaseStructure& structure);
 
 /// Adds `Qty0` to `Qty12` to a `MoneySetsMeasures` of fewer than 43 columns. Of several processes
 /// that come at once, one adds them. Failures pass to the caller.

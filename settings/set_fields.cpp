@@ -43,10 +43,4 @@ Fields MoneyFields(const DataSourceSetting& setting) {
   return fields;
 }
 
-void AddRow(Recordset& rows, const Fields& fields) {
-  rows.AddNew();
-  for (const auto& [field, value] : fields) rows.SetField(field, value);
-  rows.Update();
-}
-
 }  // namespace vok

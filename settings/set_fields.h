@@ -1,16 +1,10 @@
 // Records of settings as the fields of stored rows, in the order in which they are assigned.
 #pragma once
 
-#include <string>
-#include <utility>
-#include <vector>
-
 #include "platform/database.h"
 #include "settings/records.h"
 
 namespace vok {
-
-using Fields = std::vector<std::pair<std::string, Value>>;
 
 /// Dates that are not set are the zero date.
 Fields PeriodFields(const PeriodSet& set);
@@ -18,7 +12,5 @@ Fields PeriodFields(const PeriodSet& set);
 Fields InfoFields(const DataSourceSetting& setting);
 /// An empty `Measure` is that of money set 0, a `MoneySet` that is not set NULL.
 Fields MoneyFields(const DataSourceSetting& setting);
-
-void AddRow(Recordset& rows, const Fields& fields);
 
 }  // namespace vok

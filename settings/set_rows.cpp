@@ -13,8 +13,8 @@ Failure Located(const Failure& failure, const std::string& field, const std::str
                  failure.source(), failure.section());
 }
 
-std::string SetNameOf(const Recordset& records) {
-  const Value name = records.Field("SetName");
+std::string SetNameOf(const Rows& rows) {
+  const Value name = rows.Field("SetName");
   return name.IsNull() ? std::string() : name.ToText();
 }
 
@@ -23,7 +23,7 @@ std::string SetNameOf(const Recordset& records) {
 Value SetRow::Stored(const std::string& field, NullRule null_rule) const {
   const bool may_miss = null_rule == NullRule::kIsEmpty;
   try {
-    const Value value = records_.Field(field);
+    const Value value = rows_.Field(field);
     return value.IsNull() && may_miss ? Value() : value;
   } catch (const Failure& failure) {
     if (!may_miss || failure.number() != failure_number::kItemNotFound) throw;
@@ -36,11 +36,11 @@ auto SetRow::Read(const std::string& field, NullRule null_rule, Reading reading)
   try {
     return reading(Stored(field, null_rule));
   } catch (const Failure& failure) {
-    throw Located(failure, field, table_, SetNameOf(records_));
+    throw Located(failure, field, table_, SetNameOf(rows_));
   }
 }
 
-Value SetRow::Any(const std::string& field) const { return records_.Field(field); }
+Value SetRow::Any(const std::string& field) const { return rows_.Field(field); }
 
 std::string SetRow::Text(const std::string& field, NullRule null_rule) const {
   return Read(field, null_rule, [](const Value& value) { return value.ToText(); });

@@ -12,13 +12,13 @@ namespace vok {
 /// that the database does not have: one of an older shape.
 enum class NullRule { kFails, kIsEmpty };
 
-/// The current row of a record set. A field that cannot be read fails with the number that the
+/// The current one of rows. A field that cannot be read fails with the number that the
 /// platform gives (94 for NULL, 3265 for a field that is not there); the text names the field, the
 /// table and the set.
 class SetRow {
  public:
-  SetRow(const Recordset& records, std::string table, NullRule null_rule)
-      : records_(records), table_(std::move(table)), null_rule_(null_rule) {}
+  SetRow(const Rows& rows, std::string table, NullRule null_rule)
+      : rows_(rows), table_(std::move(table)), null_rule_(null_rule) {}
 
   Value Any(const std::string& field) const;  ///< NULL stays NULL
   std::string Text(const std::string& field) const { return Text(field, null_rule_); }
@@ -32,7 +32,7 @@ class SetRow {
   template <typename Reading>
   auto Read(const std::string& field, NullRule null_rule, Reading reading) const;
 
-  const Recordset& records_;
+  const Rows& rows_;
   std::string table_;
   NullRule null_rule_;
 };

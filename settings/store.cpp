@@ -6,27 +6,16 @@ namespace vok {
 namespace {
 
 constexpr char kPeriods[] = "Periods";
-constexpr char kDataSource[] = "Provider=Microsoft.Jet.OLEDB.4.0;Data Source=";
-
-objRs Connected(const Host& host, const std::string& connection_text) {
-  constexpr int16_t kTimeoutSeconds = 20;
-  objRs store(host.database);
-  store.ADOConnect(connection_text, kTimeoutSeconds);
-  return store;
-}
 
 }  // namespace
 
-std::string SettingsConnectionText(const Environment& environment) {
-  return kDataSource + SettingsDatabase(environment.SettingsFolder);
+std::unique_ptr<Connection> OpenSettings(const Host& host, const Environment& environment) {
+  return OpenDatabase(host, SettingsDatabase(environment.SettingsFolder));
 }
 
-objRs OpenSettings(const Host& host, const Environment& environment) {
-  return Connected(host, SettingsConnectionText(environment));
-}
-
-objRs OpenDatabase(const Host& host, const std::string& path) {
-  return Connected(host, kDataSource + ("\"" + path + "\""));
+std::unique_ptr<Connection> OpenDatabase(const Host& host, const std::string& path) {
+  constexpr int32_t kTimeoutSeconds = 20;
+  return host.database.Open(path, kTimeoutSeconds);
 }
 
 std::string NamedSetStatement(const std::string& statement, const std::string& name) {

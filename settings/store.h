@@ -1,24 +1,20 @@
 // Opening the settings database, and what its statements share.
 #pragma once
 
+#include <memory>
 #include <string>
 #include <vector>
 
 #include "env/environment.h"
 #include "platform/failure.h"
 #include "platform/host.h"
-#include "settings/obj_rs.h"
 
 namespace vok {
 
-/// Connection text of the database in the settings folder.
-std::string SettingsConnectionText(const Environment& environment);
-
-/// The settings database, connected, with a time-out of 20 seconds.
-objRs OpenSettings(const Host& host, const Environment& environment);
-/// Another settings database, likewise. A path with a `"` fails as a text that is none of a
-/// connection.
-objRs OpenDatabase(const Host& host, const std::string& path);
+/// The settings database, open, with a time-out of 20 seconds.
+std::unique_ptr<Connection> OpenSettings(const Host& host, const Environment& environment);
+/// Another settings database, likewise.
+std::unique_ptr<Connection> OpenDatabase(const Host& host, const std::string& path);
 
 /// `statement` and the trimmed name in quotes. The name is put in as it stands: a `like` takes its
 /// wildcards for such, and a quote in it spoils the statement, which then fails.
@@ -38,29 +34,5 @@ std::vector<const char*> TablesOfKind(const Locale& locale, const std::string& k
 
 /// The failure, with the set that was being saved.
 Failure WhileSaving(const Failure& failure, const std::string& words, const std::string& name);
-
-/// The statements of one save or change, all or none of them: what was not committed when it goes
-/// is undone.
-class SaveGroup {
- public:
-  explicit SaveGroup(Connection& connection, void (Connection::*begin)() = &Connection::BeginSave)
-      : connection_(connection) {
-    (connection_.*begin)();
-  }
-  ~SaveGroup() {
-    if (!committed_) connection_.RollbackSave();
-  }
-  SaveGroup(const SaveGroup&) = delete;
-  SaveGroup& operator=(const SaveGroup&) = delete;
-
-  void Commit() {
-    connection_.CommitSave();
-    committed_ = true;
-  }
-
- private:
-  Connection& connection_;
-  bool committed_ = false;
-};
 
 }  // namespace vok

@@ -9,24 +9,18 @@
 namespace vok {
 namespace {
 
-void Run(objRs& store, const std::string& statement, const std::string& name) {
-  store.SQL = NamedSetStatement(statement, name);
-  store.RunCommand();
-}
-
 /// Replaces one row on the opened database as one save; a failure names the set.
 void Save(const Host& host, const Environment& environment, const std::string& kind,
           const std::string& table, const Fields& fields) {
   const std::string name = fields.front().second.ToText();
   try {
-    objRs store = OpenSettings(host, environment);
-    SaveGroup group(store.OpenedConnection());
-    Run(store, "delete * from " + table + " WHERE setname like ", name);
-    store.SQL = table;
-    const auto rows = store.GetRs();
-    AddRow(*rows, fields);
+    const auto connection = OpenSettings(host, environment);
+    Transaction save(*connection, Purpose::kSave);
+    connection->Execute(NamedSetStatement("delete * from " + table + " WHERE setname like ", name));
+    const auto rows = connection->OpenTable(table);
+    rows->Add(fields);
     rows->Close();
-    group.Commit();
+    save.Commit();
   } catch (const Failure& failure) {
     throw WhileSaving(failure, kind, name);
   }
@@ -57,9 +51,10 @@ void SaveDataSourceInfo(const Host& host, const Environment& environment,
 void DeleteSet(const Host& host, const Environment& environment, const std::string& name,
                const std::string& kind) {
   CheckSetName(WordsForKind(host.locale, kind), name);
-  objRs store = OpenSettings(host, environment);
+  const auto connection = OpenSettings(host, environment);
   for (const char* table : TablesOfKind(host.locale, kind)) {
-    Run(store, std::string("DELETE * FROM ") + table + " WHERE setname LIKE ", name);
+    connection->Execute(
+        NamedSetStatement(std::string("DELETE * FROM ") + table + " WHERE setname LIKE ", name));
   }
 }
 

@@ -13,10 +13,10 @@ constexpr int32_t kTextField = 2;
 
 /// Nothing where the row, its text or a field of the table is missing.
 std::optional<std::string> FindText(Recordset& table, int number) try {
-  if (table.RecordCount() == 0) return std::nullopt;
+  if (table.Count() == 0) return std::nullopt;
   table.MoveFirst();
   table.Find("sId=" + std::to_string(number));
-  if (table.EndOfFile()) return std::nullopt;
+  if (table.AtEnd()) return std::nullopt;
   return table.Field(kTextField).ToText();
 } catch (const Failure&) {
   return std::nullopt;
@@ -51,8 +51,7 @@ void InitLanguage(const Host& host, Environment& environment, Language& language
 bool OpenLanguageTable(const Host& host, Language& language) {
   language.LanguageTable.reset();
   try {
-    language.LanguageTable =
-        host.database.OpenRecordset(LanguageTableFile(host.component), "Provider=MSPersist");
+    language.LanguageTable = host.database.OpenRecordset(LanguageTableFile(host.component));
     language.LanguageTable->MoveFirst();
     language.LanguageTable->SetFilter("lId = " + std::to_string(language.UILanguage + 1));
   } catch (const Failure&) {

@@ -1,16 +1,18 @@
 // The settings database on Windows: through the platform's data objects where they have a provider,
-// through the portable store where they have none.
+// through the portable store where they have none. Each file decides when it is opened or made.
 //
-// Each connection decides when it is opened (store_choice.h). Record sets, commands and catalogs go
-// the way of their connection.
+// A file that the portable store made is opened by it, whatever else is installed; any other file,
+// or none, goes to the provider that `FindSettingsProvider` finds. Without a provider new files are
+// the portable store's; a genuine Jet database is then failure 3706, whose text says which
+// providers were looked for.
 #pragma once
 
 #include <memory>
 #include <string>
 #include <utility>
 
-#include "hosts/composition/store_choice.h"
 #include "platform/database.h"
+#include "platform/files.h"
 #include "providers/database/ado/ado_database.h"
 
 namespace vok::windows {
@@ -19,22 +21,28 @@ class ChosenDatabase : public Database {
  public:
   /// `files` outlives this, and this all that it makes.
   ChosenDatabase(const Files& files, std::unique_ptr<Database> portable)
-      : portable_(std::move(portable)), choice_(files, *portable_, platform_) {}
+      : files_(files), portable_(std::move(portable)) {}
 
-  std::unique_ptr<Connection> NewConnection() override;
-  std::unique_ptr<Recordset> NewRecordset() override;
-  std::unique_ptr<Command> NewCommand() override;
-  std::unique_ptr<DatabaseCatalog> NewCatalog() override;
+  std::unique_ptr<Connection> Open(const std::string& path, int32_t timeout) override {
+    return For(path).Open(path, timeout);
+  }
+  std::unique_ptr<DatabaseStructure> OpenStructure(const std::string& path) override {
+    return For(path).OpenStructure(path);
+  }
+  std::unique_ptr<NewDatabase> Create(const std::string& path) override {
+    return For(path).Create(path);
+  }
   /// Record sets that stand in files of their own are the portable reader's.
-  std::unique_ptr<Recordset> OpenRecordset(const std::string& source,
-                                           const std::string& connection_text) override {
-    return portable_->OpenRecordset(source, connection_text);
+  std::unique_ptr<Recordset> OpenRecordset(const std::string& path) override {
+    return portable_->OpenRecordset(path);
   }
 
  private:
+  Database& For(const std::string& path);
+
+  const Files& files_;
   std::unique_ptr<Database> portable_;
   AdoDatabase platform_;
-  StoreChoice choice_;
 };
 
 }  // namespace vok::windows

@@ -52,7 +52,7 @@ OpenJetFile JetFilesOf(const SystemPlatform& platform) {
   jet::Shape shape;
   for (const TableDefinition& table : SettingsTables()) shape.tables.push_back(table.name);
   shape.nothing = NothingIn;
-  shape.complete = [&locale](DatabaseCatalog& catalog) { CompleteShape(locale, catalog); };
+  shape.complete = [&locale](DatabaseStructure& structure) { CompleteShape(locale, structure); };
   const auto jet_files = std::make_shared<jet::JetFiles>(
       *platform.files, locale, PlacesOfJetReader(platform.component_folder), std::move(shape));
   return [jet_files](const std::string& path) { return jet_files->Open(path); };

@@ -27,9 +27,8 @@ class FileDatabase : public SqliteDatabase {
       : SqliteDatabase(*platform.files, *platform.locale, platform.open_jet_file),
         files_(*platform.files),
         locale_(*platform.locale) {}
-  std::unique_ptr<Recordset> OpenRecordset(const std::string& source,
-                                           const std::string& connection_text) override {
-    return recordset::OpenPersisted(files_, locale_, source, connection_text);
+  std::unique_ptr<Recordset> OpenRecordset(const std::string& path) override {
+    return recordset::OpenPersisted(files_, locale_, path);
   }
 
  private:

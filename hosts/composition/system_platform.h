@@ -12,7 +12,7 @@
 #include "platform/http.h"
 #include "platform/locale.h"
 #include "platform/registry.h"
-#include "providers/database/sqlite/connection.h"
+#include "providers/database/sqlite/sqlite_database.h"
 
 namespace vok {
 

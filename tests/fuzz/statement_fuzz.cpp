@@ -1,4 +1,4 @@
-#include "providers/database/sqlite/connection_text.h"
+#include "platform/connection_text.h"
 #include "providers/database/sqlite/like_pattern.h"
 #include "providers/database/sqlite/statement.h"
 #include "system/posix/icu_locale.h"
@@ -10,5 +10,5 @@ void FuzzOne(std::string_view text) {
     const auto statement = vok::ParseStatement(text);
     if (statement.filter) vok::LikePattern(locale, statement.filter->text).Matches(text);
   });
-  Refuses([&] { vok::ParseConnectionText(std::string(text)); });
+  Refuses([&] { vok::cube_text::ParseConnectionText(text); });
 }

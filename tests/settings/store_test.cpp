@@ -4,6 +4,10 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <filesystem>
+#include <fstream>
+#include <functional>
+
 #include "providers/database/sqlite/sqlite_database.h"
 #include "settings/all_sets.h"
 #include "settings/edited_sets.h"
@@ -11,7 +15,6 @@
 #include "settings/left_out.h"
 #include "settings/reader.h"
 #include "settings/schema.h"
-#include "settings/set_fields.h"
 #include "settings/writer.h"
 #include "system/posix/icu_locale.h"
 #include "system/posix/posix_files.h"
@@ -53,9 +56,7 @@ class StoreTest : public testing::Test {
     SaveMoneyMeasures(host, environment, setting);
   }
   int32_t Count(const std::string& table) {
-    objRs store = OpenSettings(host, environment);
-    store.SQL = table;
-    return store.GetRsReadOnly()->RecordCount();
+    return OpenSettings(host, environment)->Query(table)->Count();
   }
   int32_t Load(const std::string& source, const std::string& periods) {
     current = {};
@@ -180,18 +181,68 @@ TEST_F(StoreTest, EverySetIsReachedByItsExactNameAlone) {
   EXPECT_EQ(ReadAllPeriodSets(host, environment).size(), names.size());
 }
 
-TEST_F(StoreTest, AnImportThatFailsChangesNothing) {
+TEST_F(StoreTest, ASaveThatFailsChangesNothingAndNamesItsSet) {
   Create();
   ImportSets(host, environment, {Source("Sales", "Old")}, {Year("Y", "Old")});
-  const auto import = [&] {
-    ImportSets(host, environment, {Source("Sales"), Source("New")},
-               {Year("Y"), Year("Last", std::string(300, 'x'))});
+  const std::string longest(300, 'x');
+  const struct {
+    std::function<void()> save;
+    std::string told;
+  } cases[] = {
+      {[&] { SaveMoneyMeasures(host, environment, Source("Sales", longest)); },
+       "data source \"Sales\""},
+      {[&] { SavePeriods(host, environment, Year("Y", longest)); }, "period set \"Y\""},
+      {[&] {
+         ImportSets(host, environment, {Source("Sales"), Source("New")},
+                    {Year("Y"), Year("Last", longest)});
+       },
+       "period set \"Last\""},
   };
-  EXPECT_EQ(NumberOf(import), failure_number::kColumnOverflow);
-  ASSERT_EQ(Load("Sales", "Y"), 0);
-  EXPECT_EQ(current.data_source.MoneySets[0].Measure, "Old");
-  EXPECT_EQ(current.periods.Period(1).PeriodName, "Old");
-  EXPECT_EQ(Count("DataSourceInfo") + Count("Periods"), 2);
+  for (const auto& [save, told] : cases) {
+    const Failure failure = test::FailureOf(save);
+    EXPECT_EQ(failure.number(), failure_number::kColumnOverflow) << told;
+    EXPECT_THAT(failure.description(), HasSubstr("(while saving the " + told + ")"));
+    ASSERT_EQ(Load("Sales", "Y"), 0);
+    EXPECT_EQ(current.data_source.MoneySets[0].Measure, "Old") << told;
+    EXPECT_EQ(current.periods.Period(1).PeriodName, "Old") << told;
+    EXPECT_EQ(Count("DataSourceInfo") + Count("Periods"), 2) << told;
+  }
+}
+
+TEST_F(StoreTest, ANameThatMeansAnotherSetIsRefusedBeforeTheFileIsOpened) {
+  for (const char* name : {"Q#1", "A?", "*", "[a]", "it's", " pad", "pad ", "  "}) {
+    const std::function<void()> calls[] = {
+        [&] { SavePeriods(host, environment, Year(name)); },
+        [&] { SaveDataSourceInfo(host, environment, Source(name)); },
+        [&] { SaveMoneyMeasures(host, environment, Source(name)); },
+        [&] { DeleteSet(host, environment, name, "Periods"); },
+        [&] { DeleteSet(host, environment, name, "DataSource"); },
+        [&] { RenameSet(host, environment, "old", name, "Periods"); }};
+    for (const auto& call : calls) {
+      const Failure failure = test::FailureOf(call);
+      EXPECT_EQ(failure.number(), failure_number::kInvalidCall) << name;
+      EXPECT_THAT(failure.description(), HasSubstr("vokcube settings rename")) << name;
+    }
+  }
+}
+
+TEST_F(StoreTest, DeletingTakesTheTablesOfTheKind) {
+  Create();
+  for (const auto& [kind, of_periods] : {std::pair("Periods", true),
+                                         {"PERIODS", true},
+                                         {"DataSource", false},
+                                         {"Period", false},
+                                         {"", false}}) {
+    SaveDataSource(Source("a b"));
+    SavePeriods(host, environment, Year("a b"));
+    OpenSettings(host, environment)->OpenTable("Main")->Add({{"SetName", "A B"}});
+    DeleteSet(host, environment, "a B", kind);
+    for (const std::string table : {"Main", "MoneySetsMeasures", "DataSourceInfo", "Periods"}) {
+      const bool deleted = (table == "Periods") == of_periods;
+      EXPECT_EQ(Count(table), deleted ? 0 : 1) << kind << ", " << table;
+    }
+    for (const char* each : {"Periods", "DataSource"}) DeleteSet(host, environment, "a b", each);
+  }
 }
 
 TEST_F(StoreTest, AQuoteInANameFailsTheStatementAndNothingIsLost) {
@@ -212,14 +263,9 @@ TEST_F(StoreTest, ARowFromBeforeTheQuantityColumnsLoadsAndSavesInTheWindow) {
   Create();
   SaveDataSourceInfo(host, environment, Source("Sales"));
   const auto add_money = [&] {
-    objRs store = OpenSettings(host, environment);
-    store.SQL = "MoneySetsMeasures";
-    const auto rows = store.GetRs();
-    rows->AddNew();
-    rows->SetField("SetName", "Sales");
-    rows->SetField("CountMoney", 1);
-    for (int i = 0; i < kMoneySetCount; ++i) rows->SetField("Measure" + std::to_string(i), "A");
-    rows->Update();
+    Fields row = {{"SetName", "Sales"}, {"CountMoney", 1}};
+    for (int i = 0; i < kMoneySetCount; ++i) row.emplace_back("Measure" + std::to_string(i), "A");
+    OpenSettings(host, environment)->OpenTable("MoneySetsMeasures")->Add(row);
   };
   add_money();
   EXPECT_EQ(ReadDataSourceSetting(host, environment, current.data_source, {}, "Sales"),
@@ -243,33 +289,112 @@ TEST_F(StoreTest, ARowFromBeforeTheQuantityColumnsLoadsAndSavesInTheWindow) {
 TEST_F(StoreTest, AnotherDatabaseIsReadWithWhatItLacksToldWhatIsLeftOutAndNotWrittenTo) {
   Create();  // without quantities
   const auto add = [&](const std::string& table, const Fields& fields) {
-    objRs store = OpenSettings(host, environment);
-    store.SQL = table;
-    AddRow(*store.GetRs(), fields);
+    OpenSettings(host, environment)->OpenTable(table)->Add(fields);
   };
   add("DataSourceInfo", {{"SetName", "Sales"}, {"AccFile", "a.idx"}});
   add("MoneySetsMeasures", {{"SetName", "SALES"}, {"Measure3", "Amount"}});
   add("MoneySetsMeasures", {{"SetName", "Gone"}});
   add("Main", {{"SetName", "Sales"}});
-  {
-    objRs store = OpenSettings(host, environment);
-    const auto catalog = database.NewCatalog();
-    catalog->SetActiveConnection(store.OpenedConnection());
-    catalog->AppendColumn("Periods", {"Colour", ColumnType::kText, 0, true});
-  }
+  OpenSettings(host, environment)
+      ->OpenStructure()
+      ->AppendColumn("Periods", {"Colour", ColumnType::kText, 0, true});
   const std::string path = folder + "/CubToQel.mdb";
   const std::string bytes = ReadWholeFile(files, path);
 
-  objRs store = OpenDatabase(host, path);
-  const auto sources = ReadAllDataSources(host, store);
+  const auto connection = OpenDatabase(host, path);
+  const auto sources = ReadAllDataSources(host, *connection);
   ASSERT_EQ(sources.size(), 1U);
   EXPECT_EQ(sources[0].MoneySets[3].Measure + sources[0].MoneySets[3].Qty, "Amount");
-  EXPECT_EQ(ReadAllPeriodSets(store).size(), 0U);
-  EXPECT_THAT(LeftOut(host, store, sources),
+  EXPECT_EQ(ReadAllPeriodSets(*connection).size(), 0U);
+  EXPECT_THAT(LeftOut(host, *connection, sources),
               testing::ElementsAre(HasSubstr("AccFile of the data source \"Sales\", \"a.idx\""),
                                    HasSubstr("table Main (1)"), HasSubstr("money sets of \"Gone\""),
                                    HasSubstr("column Colour of the table Periods")));
   EXPECT_EQ(ReadWholeFile(files, path), bytes);
+}
+
+TEST_F(StoreTest, AnOlderFileGetsTheColumnsThatItLacks) {
+  const struct {
+    const char* table;
+    int32_t columns, after_create, after_qty;
+  } cases[] = {
+      {"MoneySetsMeasures", 28, 41, 54}, {"moneysetsmeasures", 29, 42, 55},
+      {"MoneySetsMeasures", 30, 30, 43}, {"MoneySetsMeasures", 42, 42, 55},
+      {"MoneySetsMeasures", 43, 43, 43}, {"Periods", 5, 5, 5},
+  };
+  for (const auto& [table, columns, after_create, after_qty] : cases) {
+    std::filesystem::remove(folder + "/CubToQel.mdb");
+    const auto made = database.Create(SettingsDatabase(folder));
+    TableDefinition older{table, {}};
+    for (int i = 0; i < columns; ++i) older.columns.push_back({"c" + std::to_string(i)});
+    made->Structure().AppendTable(older);
+    made->Keep();
+    const auto count = [&, &name = table] {
+      return database.OpenStructure(SettingsDatabase(folder))->ColumnCount(name);
+    };
+    for (int time = 0; time < 2; ++time) Create();
+    EXPECT_EQ(count(), after_create) << table << columns;
+    for (int time = 0; time < 2; ++time) UpgradeQty(host, environment);
+    EXPECT_EQ(count(), after_qty) << table << columns;
+  }
+}
+
+/// Refuses to make one table or index.
+struct FaultyDatabase : SqliteDatabase {
+  FaultyDatabase(Files& files, const Locale& locale, std::string refused_name)
+      : SqliteDatabase(files, locale), refused(std::move(refused_name)) {}
+  std::unique_ptr<NewDatabase> Create(const std::string& path) override {
+    auto made = std::make_unique<Made>();
+    made->inner = SqliteDatabase::Create(path);
+    made->refused = refused;
+    return made;
+  }
+
+  struct Made : NewDatabase, DatabaseStructure {
+    DatabaseStructure& Structure() override { return *this; }
+    void Keep() override { inner->Keep(); }
+    std::vector<std::string> TableNames() const override { return {}; }
+    int32_t ColumnCount(const std::string&) const override { return 0; }
+    void AppendTable(const TableDefinition& table) override {
+      Check(table.name);
+      inner->Structure().AppendTable(table);
+    }
+    void AppendColumn(const std::string&, const ColumnDefinition&) override {}
+    void AppendIndex(const std::string& table, const IndexDefinition& index) override {
+      Check(index.name);
+      inner->Structure().AppendIndex(table, index);
+    }
+    void Check(const std::string& name) const {
+      if (name == refused) throw Failure(failure_number::kUnspecified, "refused");
+    }
+    std::unique_ptr<NewDatabase> inner;
+    std::string refused;
+  };
+  std::string refused;
+};
+
+TEST_F(StoreTest, AFailureOfCreateDbIsShownAndEndsItsStep) {
+  using Titles = std::vector<std::string>;
+  const auto titles = [&](Database& asked) {
+    Host other{host.component, files,          memory.registry,
+               locale,         memory.clock,   memory.boxes,
+               asked,          memory.no_cube, memory.no_spreadsheet};
+    CreateDB(other, environment, folder + "\\");
+    Titles shown;
+    for (const MessageBox& box : std::exchange(memory.boxes.boxes, {})) {
+      EXPECT_THAT(box.text, testing::StartsWith(box.title.empty() ? "-2147467259 / " : ""));
+      shown.push_back(box.title);
+    }
+    return shown;
+  };
+  FaultyDatabase no_table(files, locale, "Periods"), no_index(files, locale, "NameId");
+  EXPECT_EQ(titles(no_table), (Titles{"Error In CreateTables", "Error In CreateIndexes"}))
+      << "the next step runs all the same";
+  EXPECT_EQ(titles(no_index), Titles{"Error In CreateIndexes"});
+  EXPECT_TRUE(std::filesystem::is_empty(folder)) << "what is not whole is not kept";
+  EXPECT_EQ(titles(database), Titles{});
+  std::ofstream(folder + "/CubToQel.mdb") << "damaged";
+  EXPECT_EQ(titles(database), Titles{""});
 }
 
 TEST_F(StoreTest, ProcessesThatMakeTheFileSaveAndLoadAtOnceLoseNothing) {

@@ -12,9 +12,8 @@ namespace vok::test {
 class PersistedDatabase : public NoDatabase {
  public:
   explicit PersistedDatabase(MemoryHost& memory) : memory_(memory) {}
-  std::unique_ptr<Recordset> OpenRecordset(const std::string& source,
-                                           const std::string& connection) override {
-    return recordset::OpenPersisted(memory_.files, memory_.locale, source, connection);
+  std::unique_ptr<Recordset> OpenRecordset(const std::string& path) override {
+    return recordset::OpenPersisted(memory_.files, memory_.locale, path);
   }
 
  private:

@@ -152,10 +152,15 @@ class SimpleLocale : public Locale {
 /// For tests that must not reach the port.
 class NoDatabase : public Database {
  public:
-  std::unique_ptr<Connection> NewConnection() override { throw std::logic_error("no database"); }
-  std::unique_ptr<Recordset> NewRecordset() override { throw std::logic_error("no database"); }
-  std::unique_ptr<Command> NewCommand() override { throw std::logic_error("no database"); }
-  std::unique_ptr<DatabaseCatalog> NewCatalog() override { throw std::logic_error("no database"); }
+  std::unique_ptr<Connection> Open(const std::string&, int32_t) override {
+    throw std::logic_error("no database");
+  }
+  std::unique_ptr<DatabaseStructure> OpenStructure(const std::string&) override {
+    throw std::logic_error("no database");
+  }
+  std::unique_ptr<NewDatabase> Create(const std::string&) override {
+    throw std::logic_error("no database");
+  }
 };
 
 class NoCube : public CubeProvider {

@@ -1,60 +1,53 @@
 #include "providers/database/ado/ado_connection.h"
 
 #include "platform/failure.h"
+#include "providers/database/ado/adox_structure.h"
 
 namespace vok::windows {
 
-std::string AdoConnection::ConnectionString() const {
-  return connection_.Read(L"ConnectionString").ToText();
+AdoConnection::AdoConnection(const std::string& connection_string, int32_t timeout) {
+  store_.ADOConnect(connection_string, static_cast<int16_t>(timeout));
 }
 
-void AdoConnection::SetConnectionString(const std::string& text) {
-  connection_.Put(L"ConnectionString", text);
+std::unique_ptr<Rows> AdoConnection::Query(const std::string& statement) {
+  store_.SQL = statement;
+  return store_.GetRsReadOnly();
 }
 
-void AdoConnection::SetCursorLocation(CursorLocation location) {
-  connection_.Put(L"CursorLocation", static_cast<int32_t>(location));
+std::unique_ptr<WritableTable> AdoConnection::OpenTable(const std::string& name) {
+  store_.SQL = name;
+  return store_.GetRs();
 }
 
-void AdoConnection::SetCommandTimeout(int32_t seconds) {
-  connection_.Put(L"CommandTimeout", seconds);
+void AdoConnection::Execute(const std::string& statement) {
+  store_.SQL = statement;
+  store_.RunCommand();
 }
 
-void AdoConnection::Open(const std::string& connection_string, const std::string& user,
-                         const std::string& password, int32_t options) {
-  connection_.Call(L"Open", connection_string, user, password, options);
+std::unique_ptr<DatabaseStructure> AdoConnection::OpenStructure() {
+  return std::make_unique<AdoxStructure>(store_.OpenedConnection());
 }
 
-void AdoConnection::Close() { connection_.Call(L"Close"); }
-
-void AdoConnection::BeginChange() {
-  connection_.Call(L"BeginTrans");
+void AdoConnection::Begin(Purpose purpose) {
+  if (purpose == Purpose::kSave) return;
+  store_.OpenedConnection().Call(L"BeginTrans");
   in_transaction_ = true;
 }
 
-void AdoConnection::CommitSave() {
+void AdoConnection::Commit() {
   if (!in_transaction_) return;
-  connection_.Call(L"CommitTrans");
+  store_.OpenedConnection().Call(L"CommitTrans");
   in_transaction_ = false;
 }
 
-void AdoConnection::RollbackSave() noexcept {
+void AdoConnection::Rollback() noexcept {
   if (!in_transaction_) return;
   in_transaction_ = false;
   try {
-    connection_.Call(L"RollbackTrans");
+    store_.OpenedConnection().Call(L"RollbackTrans");
   } catch (const Failure&) {
     // The failure that ended the change is the one to tell; the provider takes the rest back.
   }
-}
-
-const Object& AdoConnection::ObjectOf(const Connection& connection) {
-  const auto* own = dynamic_cast<const AdoConnection*>(&connection);
-  if (own == nullptr) {
-    throw Failure(failure_number::kObjectClosed,
-                  "The connection is none of the platform's data objects.");
-  }
-  return own->object();
 }
 
 }  // namespace vok::windows

@@ -1,32 +1,30 @@
 // A connection of the platform's data objects.
 #pragma once
 
+#include <memory>
+#include <string>
+
 #include "platform/database.h"
-#include "system/automation/object.h"
+#include "providers/database/ado/obj_rs.h"
 
 namespace vok::windows {
 
 class AdoConnection : public Connection {
  public:
-  AdoConnection() : connection_(Object::Create("ADODB.Connection")) {}
-  std::string ConnectionString() const override;
-  void SetConnectionString(const std::string& text) override;
-  void SetCursorLocation(CursorLocation location) override;
-  void SetCommandTimeout(int32_t seconds) override;
-  void Open(const std::string& connection_string, const std::string& user,
-            const std::string& password, int32_t options) override;
-  void Close() override;
-  void BeginSave() override {}
-  void BeginChange() override;
-  void CommitSave() override;
-  void RollbackSave() noexcept override;
+  AdoConnection(const std::string& connection_string, int32_t timeout);
 
-  const Object& object() const { return connection_; }
-  /// The connection behind the port's; failure 3704 for one that is none of these.
-  static const Object& ObjectOf(const Connection& connection);
+  std::unique_ptr<Rows> Query(const std::string& statement) override;
+  std::unique_ptr<WritableTable> OpenTable(const std::string& name) override;
+  void Execute(const std::string& statement) override;
+  std::unique_ptr<DatabaseStructure> OpenStructure() override;
+
+  /// A save is not a transaction here.
+  void Begin(Purpose purpose) override;
+  void Commit() override;
+  void Rollback() noexcept override;
 
  private:
-  Object connection_;
+  objRs store_;
   bool in_transaction_ = false;
 };
 

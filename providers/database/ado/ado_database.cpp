@@ -1,39 +1,52 @@
 #include "providers/database/ado/ado_database.h"
 
+#include <utility>
+
+#include "platform/text.h"
 #include "providers/database/ado/ado_connection.h"
-#include "providers/database/ado/ado_recordset.h"
-#include "providers/database/ado/adox_catalog.h"
+#include "providers/database/ado/adox_structure.h"
+#include "providers/database/ado/settings_providers.h"
 
 namespace vok::windows {
 namespace {
 
-class AdoCommand : public Command {
+std::string ProviderText() { return "Provider=" + FindSettingsProvider() + ";"; }
+
+/// A path that would not be one value of a connection text is put in quotes.
+std::string SourceText(const std::string& path) {
+  const bool plain = path.find(';') == std::string::npos && TrimBlanks(path) == path;
+  return "Data Source=" + (plain ? path : '"' + path + '"');
+}
+
+/// Each step is written as it is made.
+class AdoxNewDatabase : public NewDatabase {
  public:
-  AdoCommand() : command_(Object::Create("ADODB.Command")) {}
-  void SetActiveConnection(Connection& connection) override {
-    command_.PutObject(L"ActiveConnection", AdoConnection::ObjectOf(connection));
+  explicit AdoxNewDatabase(const std::string& connection_string) {
+    structure_.Create(connection_string);
   }
-  void SetCommandText(const std::string& text) override { command_.Put(L"CommandText", text); }
-  void Execute(int32_t options) override {
-    command_.Call(L"Execute", LeftOut(), LeftOut(), options);
-  }
+  DatabaseStructure& Structure() override { return structure_; }
+  void Keep() override {}
 
  private:
-  Object command_;
+  AdoxStructure structure_;
 };
 
 }  // namespace
 
-std::unique_ptr<Connection> AdoDatabase::NewConnection() {
-  return std::make_unique<AdoConnection>();
+std::unique_ptr<Connection> AdoDatabase::Open(const std::string& path, int32_t timeout) {
+  return std::make_unique<AdoConnection>(ProviderText() + SourceText(path), timeout);
 }
 
-std::unique_ptr<Recordset> AdoDatabase::NewRecordset() { return std::make_unique<AdoRecordset>(); }
+std::unique_ptr<DatabaseStructure> AdoDatabase::OpenStructure(const std::string& path) {
+  const Object connection = Object::Create("ADODB.Connection");
+  // With two semicolons, as the platform's programs write it.
+  connection.Call(L"Open", ProviderText() + ";" + SourceText(path), "", "", -1);
+  return std::make_unique<AdoxStructure>(connection);
+}
 
-std::unique_ptr<Command> AdoDatabase::NewCommand() { return std::make_unique<AdoCommand>(); }
-
-std::unique_ptr<DatabaseCatalog> AdoDatabase::NewCatalog() {
-  return std::make_unique<AdoxCatalog>();
+std::unique_ptr<NewDatabase> AdoDatabase::Create(const std::string& path) {
+  return std::make_unique<AdoxNewDatabase>(
+      ProviderText() + SourceText(path) + ";Jet OLEDB:Database Password=;Jet OLEDB:Engine Type=5;");
 }
 
 }  // namespace vok::windows

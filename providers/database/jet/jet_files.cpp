@@ -8,10 +8,10 @@
 #include "platform/failure.h"
 #include "providers/database/jet/child_program.h"
 #include "providers/database/jet/jet_answer.h"
-#include "providers/database/sqlite/catalog.h"
 #include "providers/database/sqlite/rows.h"
 #include "providers/database/sqlite/schema.h"
 #include "providers/database/sqlite/store_failure.h"
+#include "providers/database/sqlite/structure.h"
 
 namespace vok::jet {
 namespace {
@@ -64,9 +64,8 @@ std::shared_ptr<SqliteStore> JetFiles::Open(const std::string& path) {
   } catch (const Failure& failure) {
     ThrowUnusable(native, "it is damaged: " + failure.description());
   }
-  SqliteCatalog catalog(files_, locale_, patience_);
-  catalog.SetStore(store);
-  shape_.complete(catalog);
+  SqliteStructure structure(store);
+  shape_.complete(structure);
   scope.Commit();
   store->RefuseWriting(WhyNotWritten(native));
   return store;

@@ -26,7 +26,7 @@ struct Shape {
   /// on.
   std::function<Value(const ColumnDefinition&)> nothing;
   /// Brings an older shape up to date, in memory: the file stays as it is.
-  std::function<void(DatabaseCatalog&)> complete;
+  std::function<void(DatabaseStructure&)> complete;
 };
 
 class JetFiles {

@@ -1,44 +1,27 @@
 #include "providers/database/sqlite/sqlite_database.h"
 
-#include "platform/failure.h"
-#include "providers/database/sqlite/catalog.h"
+#include "platform/database_file.h"
 #include "providers/database/sqlite/connection.h"
-#include "providers/database/sqlite/recordset.h"
-#include "providers/database/sqlite/rows.h"
+#include "providers/database/sqlite/structure.h"
 
 namespace vok {
-namespace {
 
-class SqliteCommand : public Command {
- public:
-  void SetActiveConnection(Connection& connection) override { store_ = StoreOf(connection); }
-  void SetCommandText(const std::string& text) override { text_ = text; }
-  void Execute(int32_t) override {
-    if (!store_) {
-      throw Failure(failure_number::kObjectClosed, "The command has no connection to run on");
-    }
-    Run(*store_, text_);
-  }
-
- private:
-  std::shared_ptr<SqliteStore> store_;
-  std::string text_;
-};
-
-}  // namespace
-
-std::unique_ptr<Connection> SqliteDatabase::NewConnection() {
-  return std::make_unique<SqliteConnection>(files_, locale_, patience_, open_jet_file_);
+std::unique_ptr<Connection> SqliteDatabase::Open(const std::string& path, int32_t timeout) {
+  return std::make_unique<SqliteConnection>(OpenStore(path, timeout));
 }
 
-std::unique_ptr<Recordset> SqliteDatabase::NewRecordset() {
-  return std::make_unique<SqliteRecordset>(locale_);
+std::unique_ptr<DatabaseStructure> SqliteDatabase::OpenStructure(const std::string& path) {
+  return std::make_unique<SqliteStructure>(OpenStore(path, kDefaultTimeout));
 }
 
-std::unique_ptr<Command> SqliteDatabase::NewCommand() { return std::make_unique<SqliteCommand>(); }
+std::unique_ptr<NewDatabase> SqliteDatabase::Create(const std::string& path) {
+  return std::make_unique<SqliteNewDatabase>(files_, locale_, patience_, path);
+}
 
-std::unique_ptr<DatabaseCatalog> SqliteDatabase::NewCatalog() {
-  return std::make_unique<SqliteCatalog>(files_, locale_, patience_);
+std::shared_ptr<SqliteStore> SqliteDatabase::OpenStore(const std::string& path, int32_t timeout) {
+  const bool jet = open_jet_file_ && !files_.IsDirectory(path) &&
+                   KindOfDatabase(files_, path) == DatabaseKind::kJet;
+  return jet ? open_jet_file_(path) : SqliteStore::Open(files_, locale_, patience_, path, timeout);
 }
 
 }  // namespace vok

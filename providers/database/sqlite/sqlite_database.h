@@ -7,16 +7,22 @@
 // of an index that allows no NULLs takes none.
 #pragma once
 
+#include <functional>
 #include <memory>
+#include <string>
 #include <utility>
 
 #include "platform/database.h"
 #include "platform/files.h"
 #include "platform/locale.h"
-#include "providers/database/sqlite/connection.h"
 #include "providers/database/sqlite/lock_patience.h"
+#include "providers/database/sqlite/store.h"
 
 namespace vok {
+
+/// The store that answers for a genuine Jet database; takes the system's path. Empty where there is
+/// nothing to read those with.
+using OpenJetFile = std::function<std::shared_ptr<SqliteStore>(const std::string& path)>;
 
 /// `files` and `locale` outlive it and all that it makes.
 class SqliteDatabase : public Database {
@@ -24,12 +30,13 @@ class SqliteDatabase : public Database {
   SqliteDatabase(Files& files, const Locale& locale, OpenJetFile open_jet_file = {})
       : files_(files), locale_(locale), open_jet_file_(std::move(open_jet_file)) {}
 
-  std::unique_ptr<Connection> NewConnection() override;
-  std::unique_ptr<Recordset> NewRecordset() override;
-  std::unique_ptr<Command> NewCommand() override;
-  std::unique_ptr<DatabaseCatalog> NewCatalog() override;
+  std::unique_ptr<Connection> Open(const std::string& path, int32_t timeout) override;
+  std::unique_ptr<DatabaseStructure> OpenStructure(const std::string& path) override;
+  std::unique_ptr<NewDatabase> Create(const std::string& path) override;
 
  private:
+  std::shared_ptr<SqliteStore> OpenStore(const std::string& path, int32_t timeout);
+
   Files& files_;
   const Locale& locale_;
   const OpenJetFile open_jet_file_;

@@ -19,7 +19,9 @@ struct sqlite3_stmt;
 
 namespace vok {
 
-/// Connections, record sets and catalogs share it; whoever closes it closes it for all.
+inline constexpr int32_t kDefaultTimeout = 30;  // seconds, as the platform's
+
+/// Connections, rows and structures share it; whoever closes it closes it for all.
 class SqliteStore {
  public:
   /// Opens an existing file of ours. Fails with -2147467259 for a missing file (none is made), one

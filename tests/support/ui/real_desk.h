@@ -7,7 +7,6 @@
 #include <vector>
 
 #include "providers/cube/olap/olap_provider.h"
-#include "providers/database/sqlite/connection.h"
 #include "providers/database/sqlite/sqlite_database.h"
 #include "providers/workbook/xlsx/xlsx_spreadsheet.h"
 #include "system/posix/icu_locale.h"
@@ -23,20 +22,10 @@ namespace vok::test {
 /// Waits a second for locks, whatever it is told, so that a test need not.
 class ImpatientDatabase : public SqliteDatabase {
  public:
-  ImpatientDatabase(Files& files, const Locale& locale)
-      : SqliteDatabase(files, locale), files_(files), locale_(locale) {}
-  std::unique_ptr<Connection> NewConnection() override {
-    return std::make_unique<Impatient>(files_, locale_, patience_);
+  using SqliteDatabase::SqliteDatabase;
+  std::unique_ptr<Connection> Open(const std::string& path, int32_t) override {
+    return SqliteDatabase::Open(path, 1);
   }
-
- private:
-  struct Impatient : SqliteConnection {
-    using SqliteConnection::SqliteConnection;
-    void SetCommandTimeout(int32_t) override { SqliteConnection::SetCommandTimeout(1); }
-  };
-  Files& files_;
-  const Locale& locale_;
-  LockPatience patience_;
 };
 
 /// A message under the product's name.

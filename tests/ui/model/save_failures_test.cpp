@@ -69,8 +69,8 @@ struct SaveFailuresTest : testing::Test {
 TEST_F(SaveFailuresTest, ALockedDatabase) {
   Prepare();
   {
-    objRs other = OpenSettings(desk.host, desk.publics.environment);
-    const SaveGroup group(other.OpenedConnection());
+    const auto other = OpenSettings(desk.host, desk.publics.environment);
+    const Transaction save(*other, Purpose::kSave);
     EXPECT_TRUE(SaveIsRefused("lock"));
   }
   ExpectOldSetsAndThenASave();

@@ -32,9 +32,8 @@ struct QtDesk : test::RealDesk {
   struct Database : test::ImpatientDatabase {
     Database(Files& all, const Locale& locale)
         : ImpatientDatabase(all, locale), files(all), customs(locale) {}
-    std::unique_ptr<Recordset> OpenRecordset(const std::string& source,
-                                             const std::string& connection) override {
-      return recordset::OpenPersisted(files, customs, source, connection);
+    std::unique_ptr<Recordset> OpenRecordset(const std::string& path) override {
+      return recordset::OpenPersisted(files, customs, path);
     }
     Files& files;
     const Locale& customs;

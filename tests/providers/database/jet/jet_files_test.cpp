@@ -53,7 +53,7 @@ class JetFilesTest : public Test {
     Shape shape;
     for (const auto& table : SettingsTables()) shape.tables.push_back(table.name);
     shape.nothing = NothingIn;
-    shape.complete = [&locale](DatabaseCatalog& catalog) { CompleteShape(locale, catalog); };
+    shape.complete = [&locale](DatabaseStructure& structure) { CompleteShape(locale, structure); };
     return shape;
   }
 
@@ -67,26 +67,11 @@ class JetFilesTest : public Test {
     UseReaders({reader});
   }
 
-  std::unique_ptr<Connection> Connect() {
-    auto connection = database_.NewConnection();
-    connection->Open("Provider=Microsoft.Jet.OLEDB.4.0;Data Source=" + path_, "", "", -1);
-    return connection;
-  }
-  std::unique_ptr<Recordset> Select(const std::string& statement,
-                                    LockType lock = LockType::kReadOnly) {
-    connection_ = Connect();
-    return Rows(statement, lock);
-  }
-  std::unique_ptr<Recordset> Rows(const std::string& statement, LockType lock) {
-    auto rows = database_.NewRecordset();
-    rows->SetActiveConnection(connection_.get());
-    rows->SetLockType(lock);
-    rows->Open(statement, CursorType::kUnspecified, LockType::kUnspecified, kUnspecifiedOptions);
-    return rows;
-  }
+  std::unique_ptr<Connection> Connect() { return database_.Open(path_, 20); }
+  std::unique_ptr<Rows> Select(const std::string& statement) { return Connect()->Query(statement); }
   std::vector<std::string> Names(const std::string& table) {
     std::vector<std::string> names;
-    for (const auto rows = Select(table); !rows->EndOfFile(); rows->MoveNext()) {
+    for (const auto rows = Select(table); !rows->AtEnd(); rows->MoveNext()) {
       names.push_back(rows->Field("SetName").ToText());
     }
     return names;
@@ -94,10 +79,10 @@ class JetFilesTest : public Test {
   /// Every value of every table, as one text.
   std::string Content() {
     std::ostringstream content;
-    connection_ = Connect();
+    const auto connection = Connect();
     for (const auto& table : SettingsTables()) {
-      const auto rows = Rows(table.name, LockType::kReadOnly);
-      for (; !rows->EndOfFile(); rows->MoveNext()) {
+      const auto rows = connection->Query(table.name);
+      for (; !rows->AtEnd(); rows->MoveNext()) {
         for (int32_t i = 0; i < rows->FieldCount(); ++i) {
           const Value value = rows->Field(i);
           const auto* date = value.As<Date>();
@@ -118,7 +103,6 @@ class JetFilesTest : public Test {
   std::unique_ptr<JetFiles> jet_files_;
   SqliteDatabase database_{files_, locale_,
                            [this](const std::string& path) { return jet_files_->Open(path); }};
-  std::unique_ptr<Connection> connection_;
 };
 
 TEST_F(JetFilesTest, ReadsRowsAsTheyWereSaved) {
@@ -142,7 +126,7 @@ TEST_F(JetFilesTest, BringsOlderShapesUpToDateInMemory) {
   for (const int columns : {28, 41, 54}) {
     SetBytes(Sample(columns));
     const auto rows = Select("select * from MoneySetsMeasures where setname = 'SALES'");
-    ASSERT_EQ(rows->RecordCount(), 1) << columns;
+    ASSERT_EQ(rows->Count(), 1) << columns;
     EXPECT_EQ(rows->FieldCount(), 54);
     EXPECT_EQ(rows->Field("MoneySets12"), Value("MS0"));
     EXPECT_EQ(rows->Field("IsCalculated12"), Value(false));
@@ -201,22 +185,12 @@ TEST_F(JetFilesTest, ReadsTextsInTheShortForm) {
 }
 
 TEST_F(JetFilesTest, RefusesToBeWritten) {
-  const auto run = [&](const std::string& statement) {
-    const auto connection = Connect();
-    const auto command = database_.NewCommand();
-    command->SetActiveConnection(*connection);
-    command->SetCommandText(statement);
-    command->Execute(kUnspecifiedOptions);
-  };
   const std::function<void()> changes[] = {
-      [&] { run("delete * from Periods where setname like 'P'"); },
-      [&] { Connect()->BeginSave(); },
-      [&] { Connect()->BeginChange(); },
+      [&] { Connect()->Execute("delete * from Periods where setname like 'P'"); },
+      [&] { Connect()->Begin(Purpose::kSave); },
+      [&] { Connect()->Begin(Purpose::kChange); },
       [&] {
-        const auto rows = Select("Periods", LockType::kOptimistic);
-        rows->AddNew();
-        rows->SetField("SetName", "New");
-        rows->Update();
+        Connect()->OpenTable("Periods")->Add({{"SetName", "New"}});
       },
   };
   for (const auto& change : changes) {

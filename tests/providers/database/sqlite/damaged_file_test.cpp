@@ -140,10 +140,10 @@ TEST_F(DamagedFileTest, FullDiskKeepsTheOldRows) {
   };
   const auto save = [&] {
     const auto connection = Connect();
-    connection->BeginSave();
-    Run(*connection, "delete * from Sets");
+    connection->Begin(Purpose::kSave);
+    connection->Execute("delete * from Sets");
     AddMany(*connection, 2000);
-    connection->CommitSave();
+    connection->Commit();
   };
   EXPECT_EQ(InChild(limit, save, failure_number::kUnspecified, "Nothing was changed"), 0);
   EXPECT_THAT(Names(*Connect(), "Sets"), ElementsAre("old"));

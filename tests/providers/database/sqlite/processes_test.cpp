@@ -22,11 +22,11 @@ class ProcessesTest : public test::SettingsFileTest {
   // Replaces a set as the settings are saved: both rows or none.
   void Save(const std::string& name, const std::string& caption) {
     const auto connection = Connect(60);
-    connection->BeginSave();
-    Run(*connection, "delete * from Sets where SetName like '" + name + " ?'");
+    connection->Begin(Purpose::kSave);
+    connection->Execute("delete * from Sets where SetName like '" + name + " ?'");
     Add(*connection, name + " a", caption);
     Add(*connection, name + " b", caption);
-    connection->CommitSave();
+    connection->Commit();
   }
 };
 
@@ -36,7 +36,7 @@ TEST_F(ProcessesTest, ALockOfAnotherIsWaitedForAndThenNamed) {
   ASSERT_EQ(::pipe(ready), 0);
   const pid_t holder = Start([&] {
     const auto connection = Connect();
-    connection->BeginSave();
+    connection->Begin(Purpose::kSave);
     Add(*connection, "held");
     if (::write(ready[1], "x", 1) != 1) ::_exit(1);
     ::pause();

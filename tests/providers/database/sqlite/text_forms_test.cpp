@@ -3,7 +3,6 @@
 #include <string>
 #include <vector>
 
-#include "providers/database/sqlite/connection_text.h"
 #include "providers/database/sqlite/like_pattern.h"
 #include "providers/database/sqlite/statement.h"
 #include "tests/providers/database/sqlite/settings_file.h"
@@ -13,32 +12,6 @@ namespace {
 
 using test::DescriptionOf;
 using test::NumberOf;
-
-TEST(ConnectionText, NamesTheFileAndHoldsNothingUnknown) {
-  const std::string jet = "Provider=Microsoft.Jet.OLEDB.4.0;";
-  const std::vector<std::pair<std::string, std::string>> good = {
-      {jet + ";Data Source=C:\\s\\a.mdb", "C:\\s\\a.mdb"},
-      {jet + "Data Source=a.mdb;Jet OLEDB:Database Password=;Jet OLEDB:Engine Type=5;", "a.mdb"},
-      {" PROVIDER = microsoft.jet.oledb.4.0 ; data source =  my file.mdb ;; ", "my file.mdb"},
-      {jet + "Data Source=\"a;b\"\"c.mdb\" ;User ID=Admin", "a;b\"c.mdb"},
-      {jet + "Data Source='it''s.mdb'", "it's.mdb"},
-      {jet + "Data Source=a=b.mdb", "a=b.mdb"},
-  };
-  for (const auto& [text, source] : good) {
-    EXPECT_EQ(ParseConnectionText(text).data_source, source) << text;
-    const auto again = ParseConnectionText(ParseConnectionText(text).ToText());
-    EXPECT_EQ(again.data_source, source) << text;
-  }
-  for (const std::string text : {"", "Data Source=a.mdb", "Provider=MSOLAP;Data Source=a.cub"}) {
-    EXPECT_EQ(NumberOf([&] { ParseConnectionText(text); }), failure_number::kProviderNotFound);
-  }
-  for (const std::string rest : {"", "Data Source=", "Data Source", "=a.mdb", "Data Source=\"a.mdb",
-                                 "Data Source=\"a.mdb\"b", "Data Source=a.mdb;Colour=red",
-                                 "Data Source=a.mdb;Jet OLEDB:Database Password=x"}) {
-    EXPECT_EQ(NumberOf([&] { ParseConnectionText(jet + rest); }), failure_number::kUnspecified)
-        << rest;
-  }
-}
 
 /// Such as "select [a] [b] from [t] where [n] like [pattern]".
 std::string Shown(const Statement& statement) {

@@ -1,9 +1,7 @@
-#include "providers/database/ado/adox_catalog.h"
+#include "providers/database/ado/adox_structure.h"
 
 #include <algorithm>
 #include <span>
-
-#include "providers/database/ado/ado_connection.h"
 
 namespace vok::windows {
 namespace {
@@ -37,19 +35,20 @@ std::size_t CountUpToNullable(Columns columns) {
 
 }  // namespace
 
-void AdoxCatalog::Create(const std::string& connection_string) {
+AdoxStructure::AdoxStructure(const Object& connection)
+    : connection_(connection), catalog_(Object::Create("ADOX.Catalog")) {
+  catalog_.PutObject(L"ActiveConnection", connection_);
+}
+
+void AdoxStructure::Create(const std::string& connection_string) {
   catalog_.Call(L"Create", connection_string);
 }
 
-void AdoxCatalog::SetActiveConnection(Connection& connection) {
-  catalog_.PutObject(L"ActiveConnection", AdoConnection::ObjectOf(connection));
-}
-
-Object AdoxCatalog::Table(const std::string& name) const {
+Object AdoxStructure::TableNamed(const std::string& name) const {
   return catalog_.Child(L"Tables").Child(L"Item", name);
 }
 
-std::vector<std::string> AdoxCatalog::TableNames() const {
+std::vector<std::string> AdoxStructure::TableNames() const {
   const Object tables = catalog_.Child(L"Tables");
   std::vector<std::string> names(static_cast<std::size_t>(tables.Read(L"Count").ToInt32()));
   for (std::size_t index = 0; index < names.size(); ++index) {
@@ -59,11 +58,11 @@ std::vector<std::string> AdoxCatalog::TableNames() const {
   return names;
 }
 
-int32_t AdoxCatalog::ColumnCount(const std::string& table) const {
-  return Table(table).Child(L"Columns").Read(L"Count").ToInt32();
+int32_t AdoxStructure::ColumnCount(const std::string& table) const {
+  return TableNamed(table).Child(L"Columns").Read(L"Count").ToInt32();
 }
 
-void AdoxCatalog::AppendTable(const TableDefinition& table) {
+void AdoxStructure::AppendTable(const TableDefinition& table) {
   const Object made = Object::Create("ADOX.Table");
   made.Put(L"Name", table.name);
   made.PutObject(L"ParentCatalog", catalog_);
@@ -76,13 +75,13 @@ void AdoxCatalog::AppendTable(const TableDefinition& table) {
   catalog_.Child(L"Tables").Call(L"Append", made);
 }
 
-void AdoxCatalog::AppendColumn(const std::string& table, const ColumnDefinition& column) {
-  const Object columns = Table(table).Child(L"Columns");
+void AdoxStructure::AppendColumn(const std::string& table, const ColumnDefinition& column) {
+  const Object columns = TableNamed(table).Child(L"Columns");
   Append(columns, Columns(&column, 1));
   if (column.nullable) columns.Child(L"Item", column.name).Put(L"Attributes", kNullable);
 }
 
-void AdoxCatalog::AppendIndex(const std::string& table, const IndexDefinition& index) {
+void AdoxStructure::AppendIndex(const std::string& table, const IndexDefinition& index) {
   const Object made = Object::Create("ADOX.Index");
   made.Put(L"Name", index.name);
   made.Child(L"Columns").Call(L"Append", index.column, static_cast<int32_t>(ColumnType::kText));
@@ -90,7 +89,7 @@ void AdoxCatalog::AppendIndex(const std::string& table, const IndexDefinition& i
   made.Put(L"Unique", index.unique);
   made.Put(L"Clustered", index.clustered);
   made.Put(L"IndexNulls", index.allow_nulls ? kNullsAllowed : kNullsDisallowed);
-  Table(table).Child(L"Indexes").Call(L"Append", made);
+  TableNamed(table).Child(L"Indexes").Call(L"Append", made);
 }
 
 }  // namespace vok::windows

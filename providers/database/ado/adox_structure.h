@@ -1,16 +1,23 @@
 // The structure of a database through the platform's data objects (ADOX).
 #pragma once
 
+#include <string>
+#include <vector>
+
 #include "platform/database.h"
 #include "system/automation/object.h"
 
 namespace vok::windows {
 
-class AdoxCatalog : public DatabaseCatalog {
+class AdoxStructure : public DatabaseStructure {
  public:
-  AdoxCatalog() : catalog_(Object::Create("ADOX.Catalog")) {}
-  void Create(const std::string& connection_string) override;
-  void SetActiveConnection(Connection& connection) override;
+  /// Of nothing, before `Create`.
+  AdoxStructure() : catalog_(Object::Create("ADOX.Catalog")) {}
+  /// Of the database that the connection has open.
+  explicit AdoxStructure(const Object& connection);
+  /// Makes a new database file and leaves it open.
+  void Create(const std::string& connection_string);
+
   std::vector<std::string> TableNames() const override;
   int32_t ColumnCount(const std::string& table) const override;
   void AppendTable(const TableDefinition& table) override;
@@ -18,8 +25,9 @@ class AdoxCatalog : public DatabaseCatalog {
   void AppendIndex(const std::string& table, const IndexDefinition& index) override;
 
  private:
-  Object Table(const std::string& name) const;
+  Object TableNamed(const std::string& name) const;
 
+  Object connection_;
   Object catalog_;
 };
 
