@@ -1,5 +1,5 @@
-// The question of bench/query as somebody would write it who has no other question: sums that grow
-// from month to month, for each line, and subtractions. What no query can be faster than.
+// The question of bench/query as a program that has no other question would write it: sums that
+// grow from month to month, for each line, and subtractions. What no query can be faster than.
 #pragma once
 
 #include <cstdint>

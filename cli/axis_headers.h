@@ -10,7 +10,7 @@
 namespace vok::cli {
 
 /// The headers of one hierarchy of an axis. A caption that several members of the column share gets
-/// the names above it, "2009 / 1", and where even that is shared the member's own name behind it,
+/// the names above it, "2009 / 1", and where even that is shared the member's own name after it,
 /// "Smith (17)".
 struct HeaderColumn {
   std::string hierarchy;           ///< "ActX.xlFile"; "" where no position tells it

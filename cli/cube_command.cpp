@@ -15,7 +15,7 @@
 namespace vok::cli {
 namespace {
 
-/// One line on standard error that is written over and over; nothing when that is no terminal.
+/// One line on standard error that is written over and over; nothing when that is not a terminal.
 class ProgressLine {
  public:
   void Show(const std::string& what, double done) const {

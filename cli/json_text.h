@@ -9,7 +9,7 @@ namespace vok::cli {
 /// Entries stay in the order in which they were put in.
 using Json = nlohmann::ordered_json;
 
-/// Indented by two blanks, with a line end. Bytes that are no UTF-8, as names of files may have
+/// Indented by two blanks, with a line end. Bytes that are not UTF-8, as names of files may have
 /// them, become U+FFFD: JSON has no other way to write them. All that a terminal might obey is
 /// escaped.
 std::string JsonText(const Json& document);

@@ -26,7 +26,7 @@ std::optional<int> WholeNumber(std::string_view text) {
   return number;
 }
 
-/// Which language each column behind the first holds, from 0.
+/// Which language each column after the first holds, from 0.
 std::vector<std::size_t> LanguagesOf(const CsvScanner& scanner, const std::vector<Field>& header) {
   if (header[0].text != "number") {
     throw scanner.Bad("the first column must be headed number, and commas must part the columns; " +
@@ -68,7 +68,7 @@ LanguageText ReadLine(const CsvScanner& scanner, const std::vector<Field>& field
                       std::to_string(languages.size() + 1));
   }
   const auto number = WholeNumber(fields[0].text);
-  if (!number) throw scanner.Bad(Quoted(fields[0].text) + " is no number of a text");
+  if (!number) throw scanner.Bad(Quoted(fields[0].text) + " is not the number of a text");
   LanguageText line{*number};
   for (std::size_t column = 0; column < languages.size(); ++column) {
     CheckText(scanner, fields[column + 1].text);

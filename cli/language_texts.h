@@ -28,8 +28,8 @@ LanguageTexts OwnTexts();
 
 /// Reads a CSV file: a column "number", then columns headed by the number of a language, 1 to 3,
 /// which a name may follow ("2 Hebrew"). Fields may be empty. Failure -2147467259 names `origin`,
-/// the line and what is wrong: another column, a number that is none or stands twice, a text that
-/// is too long or has control characters. No row is lost silently.
+/// the line and what is wrong: another column, a number that is not one or stands twice, a text
+/// that is too long or has control characters. No row is lost silently.
 LanguageTexts ParseLanguageTexts(std::string_view csv, const std::string& origin);
 std::string PrintLanguageTexts(const LanguageTexts& texts);
 

@@ -18,7 +18,7 @@ constexpr int kWrongArguments = 2;
 constexpr int kNothingWritten = 3;
 constexpr int kInterrupted = 130;
 
-/// A relative folder means one below the current directory, whatever is entered later.
+/// A relative folder means one below the current directory of now.
 void AddCommonOptions(CLI::App& app, CommonOptions& common) {
   app.add_option_function<std::string>(
          "--settings-folder",

@@ -50,7 +50,8 @@ LinearDates RunOf(const FillOptions& options, Date today) {
   return run;
 }
 
-/// Gives a period its dates. A name that a person gave stays; that of another interval does not.
+/// Gives a period its dates. A name that a person gave stays; the name of another interval does
+/// not.
 void Assign(PeriodEntry& period, Date from, Date until) {
   if (!IsGivenName(period.PeriodName)) period.PeriodName = IntervalName(from, until);
   period.FromDate = from;
@@ -94,7 +95,7 @@ void Fill(const CommonOptions& common, const FillOptions& options) {
 }
 
 std::string IsDate(const std::string& text) {
-  return ParseIsoDate(text) ? "" : "\"" + text + "\" is no date; write it as 2024-01-31";
+  return ParseIsoDate(text) ? "" : "\"" + text + "\" is not a date; write it as 2024-01-31";
 }
 
 }  // namespace

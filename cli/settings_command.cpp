@@ -124,7 +124,7 @@ struct SetOptions {
 };
 
 /// Runs `change` on the database; it is false when there is no such set, which is a failure:
-/// somebody who mistypes a name should know.
+/// a person who mistypes a name should know.
 template <typename Change>
 void ChangeSet(const CommonOptions& common, const SetOptions& options, Change change) {
   const auto session = common.NewSession();

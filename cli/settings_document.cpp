@@ -102,7 +102,7 @@ Date DateEntry(const Node& node, std::string_view name) {
   if (!date) {
     entry->Fail(
         failure_number::kTypeMismatch,
-        "is " + Quoted(text) + ", which is no date; write it as 2024-01-31, or \"\" for none");
+        "is " + Quoted(text) + ", which is not a date; write it as 2024-01-31, or \"\" for none");
   }
   return *date;
 }
@@ -183,7 +183,7 @@ Json ParseJson(std::string_view text, const std::string& origin) {
         !open_objects.back().insert(parsed.get<std::string>()).second) {
       throw Failure(failure_number::kTypeMismatch, origin + ": the entry " +
                                                        Quoted(parsed.get<std::string>()) +
-                                                       " stands twice in one object");
+                                                       " is there twice in one object");
     }
     return true;
   };

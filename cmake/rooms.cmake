@@ -1,11 +1,11 @@
-# One folder, one static library. A room sees its own headers and those of the rooms it links, nothing
-# else: each room's include path holds links to its own headers alone, not to those of rooms in folders
-# below it, so a wrong arrow does not compile (tests/rooms tries).
+# One folder, one static library. A room sees its own headers and those of the rooms it links,
+# nothing else: each room's include path holds links to its own headers alone, not to those of
+# rooms in folders below it, so a wrong arrow does not compile (tests/rooms tries).
 #
 #   vok_room(cube SOURCES a.cpp b.cpp ROOMS settings LIBRARIES ICU::uc)
 #
-# Target: vok_<name>. Headers are included by their path from the root: "cube/probe.h". FOLDERS names
-# folders below that belong to the room.
+# Target: vok_<name>. Headers are included by their path from the root: "cube/probe.h". FOLDERS
+# names folders below that belong to the room.
 function(vok_room name)
   cmake_parse_arguments(ROOM "" "" "SOURCES;ROOMS;LIBRARIES;FOLDERS" ${ARGN})
   set(window ${PROJECT_BINARY_DIR}/rooms/${name})

@@ -1,5 +1,5 @@
-# What the toolchain files of both architectures share. Programs and DLLs hold all that they need and
-# load the system's own DLLs alone. What is built runs here through Wine.
+# What the toolchain files of both architectures share. Programs and DLLs hold all that they need
+# and load the system's own DLLs alone. What is built runs here through Wine.
 set(CMAKE_SYSTEM_NAME Windows)
 set(triplet ${CMAKE_SYSTEM_PROCESSOR}-w64-mingw32)
 set(CMAKE_C_COMPILER ${triplet}-gcc-posix)

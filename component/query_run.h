@@ -14,8 +14,8 @@ namespace vok {
 /// no period met the cube or the cube had no facts (then there is no workbook); 1111 no settings
 /// database, 2222 settings not read, 3333 no connection to the cube, 4444 its dates not read, 5555
 /// a measure that it does not have; else the number of the failure that ended the run. Failures
-/// were shown, but for that of a run that was stopped (`kQueryCancelled`), and do not leave it. The
-/// settings, the cube's state and the run's report stay in `publics`.
+/// are shown in a message box, except that of a cancelled run (`kQueryCancelled`). Never throws.
+/// The settings, the cube's state and the run's report stay in `publics`.
 int32_t CubtoXls(const Host& host, Publics& publics, const std::string& CubeSetName,
                  const std::string& PeriodsName, const std::string& OutputPath);
 

@@ -36,7 +36,7 @@ struct CubeState {
   std::vector<std::string> ObsChildren;
   /// Names of the cube's measures from index 1; index 0 is an empty element that is never compared.
   Value::Array CubeMeasures{Value()};
-  /// At most 12, by ascending period number; entry k stands behind the query's members Qk and mk.
+  /// At most 12, by ascending period number; entry k belongs to the query's members Qk and mk.
   std::vector<QueryPeriod> QueryPeriods;
 };
 

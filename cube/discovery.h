@@ -1,8 +1,8 @@
-// What a cube offers to whoever edits a data source: its catalogs, measures, money sets and the
+// What a cube offers to those who edit a data source: its catalogs, measures, money sets and the
 // members that a query can be limited to.
 //
 // Each call opens a connection of its own and closes it when it is done. An empty file name offers
-// nothing and is no failure; failures of the cube's provider pass to the caller, that of a file
+// nothing and is not a failure; failures of the cube's provider pass to the caller, that of a file
 // that is not there included. Names of dimensions are compared exactly, also in case.
 #pragma once
 

@@ -12,7 +12,7 @@ namespace vok {
 inline constexpr int32_t kFirstDay = -657434;
 inline constexpr int32_t kPastDays = 2958466;
 
-/// Times of day included; false for what is no number.
+/// Times of day included; false for what is not a number.
 bool IsInCalendar(Date date);
 
 /// Nothing for a day that no calendar has, such as 31 April, and for other years.

@@ -17,7 +17,7 @@ struct ConnectionText {
 };
 
 /// Parts in any order, keywords without regard to case; other keywords are passed over. Failure
-/// -2147467259: those of `SplitConnectionText`, and a limit that is no number above 0.
+/// -2147467259: those of `SplitConnectionText`, and a limit that is not a number above 0.
 ConnectionText ParseConnectionText(std::string_view text);
 
 /// Whether the data source is the address of a server (http or https), and not a file.

@@ -14,7 +14,7 @@ const char* AdviceOn(int32_t number) {
     case failure_number::kPermissionDenied:
       return "Check the permissions of the file and its folder.";
     case failure_number::kFileExists:
-      return "A file stands in the way: choose another name.";
+      return "A file of that name is in the way: choose another name.";
     case failure_number::kDiskFull:
       return "Free space on the disk, or choose another folder.";
     default:

@@ -20,7 +20,7 @@ namespace vok {
 /// 5: a replacement that failed or is done is committed.
 [[noreturn]] void ThrowNothingToCommit(const std::string& path);
 
-/// 52 for a text that is no path: the system would take one with a NUL for a shorter one.
+/// 52 for a text that is not a path: the system would take one with a NUL for a shorter one.
 void CheckPathText(const std::string& path);
 
 }  // namespace vok

@@ -40,7 +40,7 @@ std::unique_ptr<FileReader> ReaderOf(std::span<const std::byte> bytes);
 
 /// A user's file in the making: a temporary beside the target. `Commit` flushes it to the disk and
 /// renames it over the target; without `Commit` the destructor removes it. Either the old file or
-/// the whole new one is there, whatever happens.
+/// the whole new one is there, on every path.
 class FileReplacement {
  public:
   virtual ~FileReplacement() = default;
@@ -66,7 +66,7 @@ class Files {
   virtual bool IsDirectory(const std::string& path) const = 0;
   /// Failure 75 for what is neither a file nor a link to one.
   virtual void Delete(const std::string& path) = 0;
-  /// One level; an existing directory is no failure.
+  /// One level; an existing directory is not a failure.
   virtual void CreateDirectory(const std::string& path) = 0;
   /// Adds to the end of the file, creating it if needed; the file is closed again on return.
   virtual void Append(const std::string& path, std::string_view bytes) = 0;

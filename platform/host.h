@@ -24,7 +24,7 @@ struct ComponentInfo {
   int revision = 28;
 };
 
-/// The ports. Whoever makes a `Host` owns what it refers to and keeps it alive.
+/// The ports. The maker of a `Host` owns what it refers to and keeps it alive.
 struct Host {
   ComponentInfo component;
   Files& files;

@@ -17,7 +17,7 @@ class Locale {
   /// case when their folded forms are the same bytes.
   virtual std::string FoldCase(std::string_view text) const = 0;
   /// Text of a Windows code page such as 1255 as UTF-8; 0 is the code page of the user's language.
-  /// Nothing for bytes that are no text there, and for a code page that is not known.
+  /// Nothing for bytes that are not a text there, and for a code page that is not known.
   virtual std::optional<std::string> FromCodePage(std::string_view bytes, int code_page) const = 0;
   /// The date that the text means to this user; nothing when it means none. Accepts the short,
   /// medium and long forms of the country and ISO 8601.

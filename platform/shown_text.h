@@ -11,14 +11,14 @@ namespace vok {
 struct Letter {
   char32_t code;
   std::string_view bytes;
-  bool valid;  ///< false: a byte that is no part of UTF-8
+  bool valid;  ///< false: a byte that is not part of UTF-8
 };
 
 /// Takes the first letter off a text that is not empty.
 Letter TakeLetter(std::string_view& text);
 
 /// Characters that would move a terminal's cursor, end the line or turn its direction are written
-/// out: "\t", "\n", "\r", else "\u001b"; a byte that is no UTF-8 as "\xff".
+/// out: "\t", "\n", "\r", else "\u001b"; a byte that is not UTF-8 as "\xff".
 std::string OneLine(std::string_view text);
 
 /// The beginning of a text of any length: `OneLine` of at most 160 UTF-16 units.

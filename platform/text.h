@@ -8,7 +8,7 @@
 
 namespace vok {
 
-/// How many UTF-16 units the text has. Bytes that are no UTF-8 count one unit each.
+/// How many UTF-16 units the text has. Bytes that are not UTF-8 count one unit each.
 std::size_t Utf16Length(std::string_view utf8);
 
 /// The longest prefix of at most `units` UTF-16 units that cuts no character in two. It is never

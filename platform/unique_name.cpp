@@ -3,7 +3,7 @@
 namespace vok::cube_text {
 namespace {
 
-/// Where the bracketed part that begins at `open` ends: behind its "]". npos without one.
+/// Where the bracketed part that begins at `open` ends: after its "]". npos without one.
 std::size_t EndOfPart(std::string_view name, std::size_t open) {
   for (std::size_t i = open + 1; i < name.size(); ++i) {
     if (name[i] != ']') continue;

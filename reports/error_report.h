@@ -25,11 +25,11 @@ struct ErrorReport {
 std::string ErrorReportText(const Failure& failure, ErrorReport& report,
                             const ComponentInfo& component);
 
-/// Shows the report in a box with the critical icon. A query that was stopped is no error and shows
-/// nothing.
+/// Shows the report in a box with the critical icon. A query that was stopped is not an error and
+/// shows nothing.
 void ShowErrorReport(const Host& host, const Failure& failure, ErrorReport report);
 
-/// The process-wide texts of the last error, for whoever shows a status line.
+/// The process-wide texts of the last error, for a host program's status line.
 struct StatusTexts {
   std::string LastError;
   std::string LastErrorSource;

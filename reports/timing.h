@@ -14,7 +14,7 @@ class Timing {
   explicit Timing(const Clock& clock) : clock_(clock) {}
 
   void Start();
-  /// Fails with an overflow (6) when the difference of the two clock values is none of a signed
+  /// Fails with an overflow (6) when the difference of the two clock values does not fit a signed
   /// 32-bit number.
   void Finish();
   /// Seconds, a double.

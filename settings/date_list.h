@@ -13,7 +13,7 @@ namespace vok {
 /// Addressed by period number, 1 to 12. The zero date: no date.
 class DateList {
  public:
-  /// Failure 9 for a number that is no period's.
+  /// Failure 9 for a number that is not a period's.
   Date& operator()(int number);
   Date operator()(int number) const { return const_cast<DateList&>(*this)(number); }
 
@@ -23,7 +23,7 @@ class DateList {
   std::array<Date, kPeriodCount> dates_{};
 };
 
-/// The date that the text means to the user. Failure 13 for a text that is none.
+/// The date that the text means to the user. Failure 13 for a text that is not one.
 Date DateOf(const Locale& locale, const std::string& text);
 
 /// The date after it was shown in the short form and read again.

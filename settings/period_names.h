@@ -8,7 +8,7 @@
 namespace vok {
 
 /// What an interval of whole months is called: "2024", "2024 H1", "2024 Q1", "2024-01"; by its
-/// first and last month where it is none of the calendar's: "2024-02 - 2024-04".
+/// first and last month where it is not one of the calendar's: "2024-02 - 2024-04".
 std::string IntervalName(Date from, Date until);
 
 /// Whether a person gave the name: it is there and is not of the kind that `IntervalName` gives.
@@ -16,7 +16,7 @@ bool IsGivenName(const std::string& name);
 
 /// Whether the name says a time, and the dates are another one: an `IntervalName`, or a month by
 /// its name and year ("Jan 2024"), that they do not meet or that is shorter than they are; a year
-/// that they do not meet. The zero date is none; without any date nothing is contradicted.
+/// that they do not meet. The zero date is not a date; without any date nothing is contradicted.
 bool Contradicts(const Locale& locale, const std::string& name, Date from, Date until);
 
 }  // namespace vok

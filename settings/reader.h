@@ -28,7 +28,7 @@ int32_t ReadDataSourceSetting(const Host& host, const Environment& environment,
                               DataSourceSetting& setting, const Value::Array& cube_measures,
                               const std::string& name);
 
-/// As above, but an empty name loads nothing and is no failure. A stored NULL leaves the name of
+/// As above, but an empty name loads nothing and is not a failure. A stored NULL leaves the name of
 /// its period as it was.
 int32_t PeriodSettings(const Host& host, const Environment& environment, PeriodSet& set,
                        const std::string& name);

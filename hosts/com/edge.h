@@ -16,7 +16,7 @@ HRESULT ResultCode(int32_t number);
 /// description and source as the thread's error information. Call inside a `catch` block only.
 HRESULT ReportCurrentFailure() noexcept;
 
-/// Runs the work; whatever it throws is reported as above.
+/// Runs the work; all that it throws is reported as above.
 template <typename Work>
 HRESULT AtEdge(Work&& work) noexcept {
   try {

@@ -11,7 +11,7 @@ enum class Audience { kMachine, kUser };
 /// Status codes are the registry's: ERROR_SUCCESS, ERROR_ACCESS_DENIED and so on. The 32-bit and
 /// the 64-bit component have entries of their own side by side.
 LSTATUS Register(Audience audience);
-/// Leaves none of our entries behind, but those that the component of the other width still needs.
+/// Removes all our entries, except those that the component of the other width still needs.
 LSTATUS Unregister(Audience audience);
 
 }  // namespace vok::windows

@@ -1,10 +1,10 @@
 // The settings database on Windows: through the platform's data objects where they have a provider,
 // through the portable store where they have none. Each file decides when it is opened or made.
 //
-// A file that the portable store made is opened by it, whatever else is installed; any other file,
-// or none, goes to the provider that `FindSettingsProvider` finds. Without a provider new files are
-// the portable store's; a genuine Jet database is then failure 3706, whose text says which
-// providers were looked for.
+// A file that the portable store made is opened by it, even where others are installed; any other
+// file, or none, goes to the provider that `FindSettingsProvider` finds. Without a provider new
+// files are the portable store's; a genuine Jet database is then failure 3706, whose text says
+// which providers were looked for.
 #pragma once
 
 #include <memory>

@@ -1,9 +1,9 @@
 // Who opens a cube: the embedded engine or the platform's cube provider.
 //
-// A file that begins as our own cube files do is the embedded engine's, whatever else is installed.
-// Anything else, a server's address too, goes to MSOLAP where this process can load it. Without it
-// the portable providers answer: for a server's address and for a file that is not there. A file of
-// another program is then failure 3706, which says what was looked for.
+// A file that begins as our own cube files do is the embedded engine's, even where others are
+// installed. Anything else, a server's address too, goes to MSOLAP where this process can load it.
+// Without it the portable providers answer: for a server's address and for a file that is not
+// there. A file of another program is then failure 3706, which says what was looked for.
 #pragma once
 
 #include <memory>

@@ -1,4 +1,4 @@
-// A registry whose settings folder somebody else decides.
+// A registry whose settings folder the caller decides.
 #pragma once
 
 #include <string>

@@ -91,7 +91,7 @@ struct SystemHost::Providers {
     return xmla::ReadXmlaSettings(ini_value);
   }
 
-  /// Once, and only where messages are printed: elsewhere a window would wait for somebody.
+  /// Once, and only where messages are printed: elsewhere a window would wait for a person.
   void TellOfReaders(const std::string& file) {
     if (std::exchange(told_of_readers, true)) return;
     const std::string native = host.files.NativePath(file);

@@ -10,7 +10,7 @@ namespace {
 
 using std::string_view_literals::operator""sv;
 
-constexpr auto kTableGramStart = "\x01\x07TG!"sv;
+constexpr auto kAdtgStart = "\x01\x07TG!"sv;
 
 bool LooksLikeXml(std::string_view text) {
   if (text.starts_with("\xFF\xFE") || text.starts_with("\xFE\xFF")) return true;
@@ -25,7 +25,7 @@ Rowset ReadRowset(std::span<const std::byte> bytes, const std::string& name,
                   const CodePage& code_page) {
   if (bytes.size() > kLargestFile) ThrowUnreadable(name, "it is larger than 64 MB");
   const std::string_view text(reinterpret_cast<const char*>(bytes.data()), bytes.size());
-  if (text.starts_with(kTableGramStart)) return ReadTableGram(bytes, name, code_page);
+  if (text.starts_with(kAdtgStart)) return ReadAdtg(bytes, name, code_page);
   if (LooksLikeXml(text)) return ReadXmlRowset(bytes, name);
   ThrowUnreadable(name, "it begins neither as the binary nor as the XML form of a record set");
 }

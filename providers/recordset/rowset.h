@@ -58,13 +58,13 @@ Rowset ReadRowset(std::span<const std::byte> bytes, const std::string& name,
                   const CodePage& code_page = {});
 
 /// The XML form, as data programs read it; a value that cannot be shown is written as NULL. Failure
-/// 5 for a text that XML cannot hold: control characters, bytes that are no UTF-8.
+/// 5 for a text that XML cannot hold: control characters, bytes that are not UTF-8.
 std::string WriteXmlRowset(const Rowset& rowset);
 
 /// The two readers that `ReadRowset` chooses from.
 Rowset ReadXmlRowset(std::span<const std::byte> bytes, const std::string& name);
-Rowset ReadTableGram(std::span<const std::byte> bytes, const std::string& name,
-                     const CodePage& code_page);
+Rowset ReadAdtg(std::span<const std::byte> bytes, const std::string& name,
+                const CodePage& code_page);
 
 [[noreturn]] void ThrowUnreadable(const std::string& name, const std::string& why);
 /// Fails when so many values are too many.

@@ -162,7 +162,8 @@ Rowset ReadXmlRowset(std::span<const std::byte> bytes, const std::string& name) 
   const std::string_view text(reinterpret_cast<const char*>(bytes.data()), bytes.size());
   const auto fault = xml::Parser(handler, kDeepestElement, xml::Names::kResolved).Read(text, true);
   if (!fault) return handler.Take();
-  ThrowUnreadable(name, fault->refused ? fault->why : "it is no proper XML: " + fault->InLine());
+  ThrowUnreadable(name,
+                  fault->refused ? fault->why : "it is not well-formed XML: " + fault->InLine());
 }
 
 }  // namespace vok::recordset

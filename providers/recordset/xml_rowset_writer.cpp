@@ -33,7 +33,7 @@ std::size_t CharacterLength(std::string_view text, std::size_t at) {
   const bool surrogate = character >= 0xD800 && character < 0xE000;
   const bool no_character = character == 0xFFFE || character == 0xFFFF || character > 0x10FFFF;
   if (!whole || character < kLeast[length] || surrogate || no_character) {
-    ThrowNoXml(text, "it is no Unicode text");
+    ThrowNoXml(text, "it is not Unicode text");
   }
   return length;
 }

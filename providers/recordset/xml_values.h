@@ -14,7 +14,7 @@ FieldType TypeNamed(std::string_view data_type);
 /// The name that `TypeNamed` takes for this type.
 const char* NameOf(FieldType type);
 
-/// Nothing for a text that is no value of the type.
+/// Nothing for a text that is not a value of the type.
 std::optional<Value> ParseValue(FieldType type, std::string_view text);
 /// The text that `ParseValue` takes for this value, which is not NULL.
 std::string TextOf(const Value& value);

@@ -36,7 +36,7 @@ class Attributes {
   Name element() const { return element_; }
   /// nullptr when there is none of that name.
   const char* Find(Name name) const;
-  /// The value of the attribute of that name in whatever space; "" when there is none.
+  /// The value of the attribute of that name in any space; "" when there is none.
   std::string_view Get(std::string_view local) const;
   bool IsTrue(std::string_view local) const;
   /// Calls `visit(Name, const char* value)` for each.

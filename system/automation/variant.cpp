@@ -11,7 +11,7 @@ namespace {
 
 constexpr SCODE kValueError = static_cast<SCODE>(0x800A07DF);  // the spreadsheet's #VALUE!
 
-/// The new array belongs to `out` before its elements are made: whoever owns `out` frees them.
+/// The new array belongs to `out` before its elements are made: the owner of `out` frees them.
 template <typename Element, typename Items, typename Make>
 void StoreArray(VARIANT& out, VARTYPE type, const Items& items, Make make) {
   out.parray = SafeArrayCreateVector(type, 0, static_cast<ULONG>(items.size()));

@@ -7,7 +7,7 @@
 
 namespace vok {
 
-/// The number of the code page that programs of before Unicode use for a language: 1255 for "he".
+/// The number of the code page that programs older than Unicode use for a language: 1255 for "he".
 int CodePageOf(std::string_view language);
 
 /// The text as UTF-8. Nothing for a code page that ICU does not have, and for bytes that are no

@@ -25,7 +25,7 @@ struct DateCustoms {
 /// The date that the case-folded text means; nothing when it means none.
 ///
 /// Day, month and year in the country's order, apart by a blank or one of "/", "." and "-"; a first
-/// number of four digits is a year, whatever the order. Two digits of a year mean 1930 to 2029. A
+/// number of four digits is a year, in every order. Two digits of a year mean 1930 to 2029. A
 /// month's name, or three letters that no other month begins with, may stand for its number. ISO
 /// 8601 dates are dates everywhere. A time (hours:minutes[:seconds] with or without a half of the
 /// day) may follow, or stand alone on the zero date.

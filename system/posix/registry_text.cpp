@@ -19,7 +19,7 @@ constexpr uint32_t kDword = 4;
                 "Cannot read the registry file \"" + name + "\": " + why);
 }
 
-// The text between quotes, `rest` beginning behind the first; nothing when it is not closed.
+// The text between quotes, `rest` beginning after the first; nothing when it is not closed.
 std::optional<std::string> TakeQuoted(std::string_view& rest) {
   std::string text;
   while (!rest.empty()) {
@@ -63,7 +63,7 @@ std::optional<RegistryValue> ReadDword(std::string_view digits) {
   return value;
 }
 
-/// A value behind the "=". `wide`: the bytes of a string are UTF-16.
+/// A value after the "=". `wide`: the bytes of a string are UTF-16.
 std::optional<RegistryValue> ReadValue(std::string_view text, bool wide) {
   if (text.starts_with('"')) {
     text.remove_prefix(1);

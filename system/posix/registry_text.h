@@ -17,7 +17,7 @@ struct RegistryValue {
 /// Values by name, the default value under "".
 using RegistryValues = std::map<std::string, RegistryValue>;
 /// Keys by their full name, beginning with a root such as "HKEY_CURRENT_USER". Names of keys and
-/// values are case folded by whoever asked for the reading.
+/// values are case folded by the caller.
 using RegistryKeys = std::map<std::string, RegistryValues>;
 
 inline constexpr std::size_t kLargestRegistryText = std::size_t{16} << 20;  // bytes
@@ -27,8 +27,8 @@ class Locale;
 
 /// Reads a text that begins with "Windows Registry Editor Version 5.00" or "REGEDIT4", in UTF-8 or,
 /// with its byte order mark, UTF-16LE. Strings, "dword:", "hex:" and "hex(n):" values, continued
-/// lines, comments and deletions ("[-key]", "name"=-) are understood; a line that is none of these
-/// is passed over. Version 5 has the bytes of a string in UTF-16LE. Fails with 57 for a text
+/// lines, comments and deletions ("[-key]", "name"=-) are understood; a line that is not one of
+/// these is passed over. Version 5 has the bytes of a string in UTF-16LE. Fails with 57 for a text
 /// without that beginning or beyond the limits; `name` is for the failure's text.
 RegistryKeys ReadRegistryText(const Locale& locale, std::string_view bytes,
                               const std::string& name);

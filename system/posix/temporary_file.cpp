@@ -32,7 +32,7 @@ struct Place {
 };
 std::array<Place, 16> places;
 
-/// The place's index; that of none when all are taken.
+/// The place's index; that of no place when all are taken.
 std::size_t Note(const std::string& path) {
   std::size_t index = 0;
   while (index < places.size() && places[index].is_taken.exchange(true)) ++index;

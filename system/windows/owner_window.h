@@ -5,7 +5,7 @@
 
 namespace vok::windows {
 
-/// Of the calling thread: our window that was shown last, else whichever window is active, as a
+/// Of the calling thread: our window that was shown last, else the window that is active, as a
 /// host's own; nullptr for none.
 HWND OwnerWindow();
 

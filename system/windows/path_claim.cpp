@@ -26,7 +26,7 @@ std::wstring ClaimName(const std::string& path) {
          L' ' + std::to_wstring(name);
 }
 
-/// A kernel object that bears the name for as long as somebody holds it.
+/// A kernel object that has the name for as long as a process holds it.
 class NamedClaim : public PathClaim {
  public:
   NamedClaim(const std::wstring& name, const std::string& path)

@@ -12,8 +12,8 @@ class PathClaim {
   virtual ~PathClaim() = default;
 };
 
-/// Claims a native path on this machine, by whichever spelling it is named. Held by a name of the
-/// kernel's, not by a file: nothing is left behind, however the process ends. Failure 70 when
+/// Claims a native path on this machine, in any spelling of it. Held by a name of the
+/// kernel's, not by a file: nothing is left, however the process ends. Failure 70 when
 /// another claim holds the path.
 std::unique_ptr<PathClaim> ClaimPath(const std::string& path);
 

@@ -7,7 +7,7 @@
 
 namespace vok::windows {
 
-/// Bytes that are no UTF-8 become U+FFFD.
+/// Bytes that are not UTF-8 become U+FFFD.
 std::wstring Utf16(std::string_view utf8);
 /// Halves of surrogate pairs that stand alone become U+FFFD.
 std::string Utf8(std::wstring_view utf16);

@@ -63,8 +63,8 @@ void Sweep(const std::wstring& folder) {
   ::FindClose(search);
 }
 
-/// Renames an open file over another one that may be open or mapped elsewhere: whoever has it keeps
-/// the old contents. Only newer systems and their own file systems can do this.
+/// Renames an open file over another one that may be open or mapped elsewhere: the one that has it
+/// keeps the old contents. Only newer systems and their own file systems can do this.
 bool RenameOverOpenFile(const Handle& file, const std::wstring& target) {
   const std::size_t name_bytes = target.size() * sizeof(wchar_t);
   std::vector<std::byte> memory(sizeof(FILE_RENAME_INFO) + name_bytes);

@@ -63,7 +63,7 @@ choose() {
   return 0
 }
 
-# The rows of the named commands; of all of them, but for those of a kind, when none is named.
+# The rows of the named commands; of all of them, except those of a kind, when none is named.
 rows() {
   local without=$1 row wanted
   shift

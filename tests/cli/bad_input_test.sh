@@ -1,6 +1,6 @@
 #!/bin/bash
 # Runs the program as people mistype and machines fail: each line of the table is told clearly, ends
-# with its status and leaves no file behind.
+# with its status and leaves no file.
 #
 #   bad_input_test.sh VOKCUBE DATA_DIR WORK_DIR
 source "$(dirname "$0")/start.sh"
@@ -97,7 +97,7 @@ expect 1 "first page is cut short" settings import "$data/settings.json" --setti
 expect 1 "first page is cut short" settings export --settings-folder jet
 expect 1 "it is empty or cut short" sets Periods --settings-folder empty
 expect 1 "$PWD/folder/CubToQel.mdb; make it" info --settings-folder folder
-expect 1 "A file stands in the way" settings import "$data/settings.json" --settings-folder file
+expect 1 "A file of that name is in the way" settings import "$data/settings.json" --settings-folder file
 expect 1 "It has: DataSourceInfo, Main" sets Nothing --settings-folder good
 expect 1 'no period set named "Nothing"' settings delete periods Nothing --settings-folder good
 expect 1 "1e400" settings import huge.json --settings-folder good
@@ -185,7 +185,7 @@ fill " 1  2024-01-01  2024-12-31  Jan 2024" Demo --interval year --from 2024-01-
 expect 1 "a name may not contain *" periods fill 'R*' --interval year --settings-folder good
 expect 1 "first page is cut short" window --settings-folder jet
 expect 1 "445: No window can be shown" window --settings-folder good
-expect 2 "is no date; write it as" periods fill Run --interval year --from 31.12.2023
+expect 2 "is not a date; write it as" periods fill Run --interval year --from 31.12.2023
 expect 2 "not in {month,quarter" periods fill Run --interval week
 expect 2 "not in range" periods fill Run --interval year --last 13
 expect 2 "names no folder" info --settings-folder ""
@@ -237,6 +237,6 @@ interrupt "stopped before its end; nothing was written" run --data-source Domest
 rm -rf endless/Log
 
 if [[ $(find . | sort) != "$before" ]]; then
-  fail "files were left behind:" "$(find . | sort | comm -3 - <(echo "$before"))"
+  fail "files were left:" "$(find . | sort | comm -3 - <(echo "$before"))"
 fi
 finish

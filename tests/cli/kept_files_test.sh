@@ -1,5 +1,5 @@
 #!/bin/bash
-# What stands at an output path stays there until the new file is whole, whatever ends the program;
+# The file at an output path stays there until the new one is whole, however the program ends;
 # and no temporary file stays for long.
 #
 #   kept_files_test.sh VOKCUBE DATA_DIR WORK_DIR
@@ -18,7 +18,7 @@ expect() {
 # kept FILE: it is as it was, and has no temporary beside it.
 kept() {
   cmp -s "$1" "$1.before" || fail "$1 has changed"
-  if compgen -G '.vokcube-*' > /dev/null; then fail "left behind: $(echo .vokcube-*)"; fi
+  if compgen -G '.vokcube-*' > /dev/null; then fail "left: $(echo .vokcube-*)"; fi
 }
 
 # interrupt SIGNAL STATUS WORDS COMMAND...: sent once the command has its temporary file.

@@ -69,7 +69,7 @@ TEST(SettingsDocument, SaysWhereAndWhyADocumentIsRefused) {
       {R"({"periods": {}})", "periods", "must be an array"},
       {R"({"periods": [{}]})", "periods[0]", "SetName"},
       {R"({"periods": [{"SetName": null}]})", "periods[0]", "SetName"},
-      {R"({"periods": [{"SetName": "A", "SetName": "B"}]})", "SetName", "stands twice"},
+      {R"({"periods": [{"SetName": "A", "SetName": "B"}]})", "SetName", "is there twice"},
       {Source(R"("OBS": 5)"), "dataSources[0].OBS", "must be a text"},
       {Source(R"("CountMoney": 2.5)"), "dataSources[0].CountMoney", "whole number"},
       {Source(R"("CountMoney": 40000)"), "dataSources[0].CountMoney", "whole number"},
@@ -83,8 +83,8 @@ TEST(SettingsDocument, SaysWhereAndWhyADocumentIsRefused) {
       {Source(R"("OBS": "a\u0000b")"), "dataSources[0].OBS", "NUL character"},
       {R"({"periods": [{"SetName": "P", "Periods": )" + Repeated("{}", 13) + "}]}",
        "periods[0].Periods", "at most 12"},
-      {Period(R"("FromDate": "2024-02-30")"), "periods[0].Periods[0].FromDate", "no date"},
-      {Period(R"("FromDate": "1/2/2024")"), "periods[0].Periods[0].FromDate", "no date"},
+      {Period(R"("FromDate": "2024-02-30")"), "periods[0].Periods[0].FromDate", "not a date"},
+      {Period(R"("FromDate": "1/2/2024")"), "periods[0].Periods[0].FromDate", "not a date"},
       {Period(R"("UntilDate": "2024-02-01")"), "periods[0].Periods[0]", "UntillDate"},
   };
   for (const auto& c : cases) {

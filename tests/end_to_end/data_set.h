@@ -1,5 +1,5 @@
 // A star of CSV files as plain lists: what a report needs of it and nothing more. Reads the
-// schema's obvious columns only; whatever it does not understand it refuses.
+// schema's obvious columns only; it refuses what it does not understand.
 #pragma once
 
 #include <chrono>

@@ -1,6 +1,6 @@
-// A cube file: whatever its bytes are, opening and reading it ends with an answer or a `Failure`.
+// A cube file of any bytes: opening and reading it ends with an answer or a `Failure`.
 //
-// The checksums of the input are put right first, so that damage also reaches what lies behind
+// The checksums of the input are put right first, so that damage also reaches what lies after
 // them.
 #include <cstring>
 #include <span>

@@ -1,4 +1,4 @@
-// A fuzz target is one function, which neither crashes nor takes long whatever bytes it is given.
+// A fuzz target is one function, which neither crashes nor takes long with any bytes.
 // Its file includes this one and is the only one of its program that does.
 #pragma once
 

@@ -1,4 +1,4 @@
-// One side of the comparison, through the port that both engines stand behind, and what differs
+// One side of the comparison, through the port that both engines answer, and what differs
 // between the answers of two.
 #pragma once
 
@@ -31,7 +31,7 @@ class Side {
 };
 
 /// The first difference in words; "" when there is none. Numbers are equal by ==, failures and
-/// errors of cells whatever their words are. A query that fails as a whole is equal to one with an
+/// errors of cells with any words. A query that fails as a whole is equal to one with an
 /// error in a cell. `formats`: the formatted cells are to agree as well.
 std::string Difference(const Answer& server, const Answer& ours, bool formats);
 

@@ -6,7 +6,7 @@
 //   axis 0: [Measures].[Amount];        our own answer then, as `Shown` writes it
 //   cells: 10.5
 //
-// A line "catalog NAME" gives the schema for all cases behind it; a line of "#" is a remark.
+// A line "catalog NAME" gives the schema for all cases after it; a line of "#" is a remark.
 #pragma once
 
 #include <string>

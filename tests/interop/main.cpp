@@ -21,8 +21,8 @@
 #include "tests/interop/answer.h"
 #include "tests/interop/case_file.h"
 #include "tests/interop/random_queries.h"
-#include "tests/support/plain_olap/random_cube.h"
-#include "tests/support/plain_olap/random_mdx.h"
+#include "tests/support/reference_olap/random_cube.h"
+#include "tests/support/reference_olap/random_mdx.h"
 
 namespace vok::interop {
 namespace {

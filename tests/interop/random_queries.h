@@ -3,7 +3,7 @@
 
 #include <string>
 
-#include "tests/support/plain_olap/random_cube.h"
+#include "tests/support/reference_olap/random_cube.h"
 
 namespace vok::interop {
 

@@ -12,7 +12,7 @@
 
 #include "platform/failure.h"
 #include "platform/host.h"
-#include "tests/support/doubles.h"
+#include "tests/support/stand_ins.h"
 
 namespace vok::test {
 

@@ -15,8 +15,8 @@ void LoadTexts(const Host& host, Publics& publics, Form& form);
 
 enum class Alignment { kKeep, kByLanguage };
 
-/// Puts the texts into the window and its controls, by the numbers that they carry. Whatever fails
-/// is passed over: a control that lacks a property, or whose number is none, keeps its text.
+/// Puts the texts into the window and its controls, by the numbers that they carry. What fails
+/// is passed over: a control that lacks a property, or whose number has no text, keeps its text.
 void ApplyLanguage(Language& language, Form& form, Alignment alignment);
 
 }  // namespace vok

@@ -24,7 +24,7 @@ class DataSourceFields {
   DataSourceFields& operator=(const DataSourceFields&) = delete;
 
   void AddTo(Panel panel);
-  /// The measure of money set `row`, in `cell` and the one behind it.
+  /// The measure of money set `row`, in `cell` and the one after it.
   void AddMeasureTo(Panel panel, GridCell cell, int row);
 
   /// Shows the stored data source of that name, or of `comboDataSource` for an empty one; an
@@ -38,7 +38,7 @@ class DataSourceFields {
   bool SaveDataSourceInfo();
   /// Saves the money sets. Failures pass to the caller.
   void SaveMoneyMeasures() const;
-  /// What is entered but for the name, as one text, to tell whether it changed.
+  /// What is entered except the name, as one text, to tell whether it changed.
   std::string Entered() const;
 
   /// The fields as they stand.

@@ -9,7 +9,7 @@
 
 namespace vok {
 
-/// Its message boxes are the desktop's, whatever those of `host` are. `host` and `publics` outlive
+/// Its message boxes are the desktop's, not those of `host`. `host` and `publics` outlive
 /// the window.
 class DesktopWindow : public QueryWindow {
  public:

@@ -1,6 +1,6 @@
 // A window as data: its controls by name, and the rules that three events set off.
 //
-// A view (whatever the toolkit) draws a `Form` and holds no rule: it reports what the user did
+// A view, of any toolkit, draws a `Form` and holds no rule: it reports what the user did
 // through `Type`, `Choose`, `Leave` and `Click`, and draws again what the form then says. Rules
 // are handlers in the model that owns the form; `On` registers them. A rule that assigns a text or
 // a box's value through `SetText` or `SetValue` raises the same event as the user does, when the

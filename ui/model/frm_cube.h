@@ -20,7 +20,7 @@ class frmCube {
   /// What is chosen when the window opens and, after OK, what the user chose.
   std::string CubeFile;
   std::string CubeName;
-  std::string DbPath;  ///< the settings database, of whoever shows the window
+  std::string DbPath;  ///< the settings database of the program that shows the window
 
   /// Fills the list of catalogs anew; nullptr empties and disables it. A list that stays empty is
   /// told in a message.

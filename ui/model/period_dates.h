@@ -7,8 +7,8 @@
 // and `chkUntilD`, the commands `cmdCleanDates`, `cmdAutoFill` and `cmdNamePeriods`.
 //
 // What is refused is refused in its field, which is marked, with a message or with the focus;
-// nothing fails. The zero date is shown dimmed: it is no date. A name that says another time than
-// its row's dates is marked.
+// nothing fails. The zero date is shown dimmed: it is not a date. A name that says another time
+// than its row's dates is marked.
 #pragma once
 
 #include "settings/date_list.h"
@@ -40,7 +40,7 @@ class PeriodDates {
   /// Takes the flags from the boxes. Part of the form's load.
   void Load();
 
-  /// The rows as a period set without a name. Failure 13 for a text that is no date, in a field
+  /// The rows as a period set without a name. Failure 13 for a text that is not a date, in a field
   /// that is marked and gets the focus.
   PeriodSet Read() const;
   void Show(const PeriodSet& set);

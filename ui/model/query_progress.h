@@ -25,7 +25,7 @@ class QueryProgress {
 
   /// What `clMe::RunQuery` gives; returns when the query is over. An old workbook stays unless a
   /// whole new one takes its place. Failures are those of
-  /// `Toolkit::RunBeside`; the window is as it was before, whatever happens.
+  /// `Toolkit::RunBeside`; the window is as it was before, on every path.
   Value Run(std::string source, std::string periods, std::string output);
 
  private:

@@ -1,4 +1,4 @@
-// What the rules of a window ask of whoever draws it, and what they work on.
+// What the rules of a window ask of the view that draws it, and what they work on.
 #pragma once
 
 #include <cstdint>

@@ -11,7 +11,7 @@ namespace vok::qt {
 /// The named font; the desktop's own where it is missing.
 QFont FontOf(const Font& font);
 
-/// Plain text for a tool tip, whatever signs it holds.
+/// Plain text for a tool tip, with any signs in it.
 QString PlainToolTip(const std::string& text);
 
 /// Gives a wrong entry and a locked text their back colours, or takes them away, and tells screen

@@ -23,7 +23,7 @@ void Write(QLineEdit& edit, const QString& text) {
   edit.setCursorPosition(cursor);
 }
 
-/// Whatever letters a text has, it begins where the window's lines begin.
+/// A text of any letters begins where the window's lines begin.
 void BeginAtStart(QLineEdit& edit) {
   if (edit.isRightToLeft()) edit.setAlignment(Qt::AlignRight | Qt::AlignAbsolute);
 }
@@ -41,7 +41,7 @@ class TextBox : public ControlView {
     QObject::connect(&edit, &QLineEdit::textEdited, &edit,
                      [&to, id = control.Id()](const QString& text) { to.Typed(id, text); });
   }
-  /// A locked text is no stop for the Tab key, but can be clicked or reached by its label's key.
+  /// The Tab key does not stop at a locked text, but can be clicked or reached by its label's key.
   void Draw(const Control& control) override {
     edit_.setReadOnly(control.Locked);
     edit_.setFocusPolicy(control.Locked ? Qt::ClickFocus : Qt::StrongFocus);

@@ -24,7 +24,7 @@ class Label : public ControlView {
     label.setTextFormat(Qt::PlainText);
     label.setWordWrap(control.Grows);
     label.setMinimumWidth(TextWidth(control, label));
-    // whatever letters its text has
+    // with any letters in its text
     if (label.isRightToLeft()) {
       label.setAlignment(Qt::AlignRight | Qt::AlignAbsolute | Qt::AlignVCenter);
     }
@@ -65,7 +65,7 @@ class Button : public ControlView {
   Button(const Control& control, QPushButton& button, Listener& to)
       : ControlView(button), button_(button) {
     button.setMinimumWidth(TextWidth(control, button));
-    // Whoever gives up is not held by the field that the mouse would leave.
+    // A person who gives up is not held by the field that the mouse would leave.
     if (control.Cancel) button.setFocusPolicy(Qt::TabFocus);
     QObject::connect(&button, &QPushButton::clicked, &button,
                      [&to, id = control.Id()] { to.Clicked(id); });

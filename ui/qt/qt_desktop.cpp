@@ -106,7 +106,7 @@ std::string QtDesktop::PickFile(const FileDialog& dialog) {
   return picker.selectedFiles().value(0).toStdString();
 }
 
-/// Help is no reason to end what the person is at: what is in its way is told.
+/// Help does not end what the person is doing: what is in its way is told.
 void QtDesktop::ShowHelp(const std::string& help_file) {
   try {
     OpenOnDesktop(help_file);

@@ -24,7 +24,7 @@ class QtDesktop : public Desktop {
 
  private:
   MessageAnswer ShowHere(const MessageBox& box);
-  /// The window that waits for whatever is shown next; nullptr for none.
+  /// The window that waits for what is shown next; nullptr for none.
   QWidget* Owner() const;
   /// What rules changed before they show something else is to be seen meanwhile.
   void RefreshAll();

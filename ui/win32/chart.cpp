@@ -17,7 +17,7 @@ void Fill(HDC canvas, const RECT& area, COLORREF colour) {
 }
 
 /// Captions at the start of the line, then the bars on both sides of the zero line, each with its
-/// value behind its end.
+/// value after its end.
 class ChartWidget : public Widget {
  public:
   using Widget::Widget;

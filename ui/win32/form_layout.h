@@ -17,7 +17,7 @@ bool IsShown(const Form& form, const Control& control);
 
 /// Sizes of one screen and font, in pixels.
 struct LayoutSizes {
-  std::function<Extent(const Control&)> least;  ///< of a control that is no frame
+  std::function<Extent(const Control&)> least;  ///< of a control that is not a frame
   Extent gap;                                   ///< between rows and columns
   int margin = 0;                               ///< between the window's edge and its controls
   int frame_top = 0;                            ///< of a frame with a caption, above its controls

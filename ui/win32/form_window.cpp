@@ -5,7 +5,7 @@
 
 #include "platform/failure.h"
 #include "system/windows/utf16.h"
-#include "ui/win32/surroundings.h"
+#include "ui/win32/dpi_and_theme.h"
 
 namespace vok::windows {
 namespace {
@@ -137,8 +137,8 @@ INT_PTR FormWindow::Handle(UINT message, WPARAM wparam, LPARAM lparam) {
   }
 }
 
-/// `event` says whether the form was told of anything. A rule may have closed the form: whoever
-/// waits for a message must notice.
+/// `event` says whether the form was told of anything. A rule may have closed the form: the caller
+/// that waits for a message must notice.
 template <typename Event>
 void FormWindow::Tell(Event event) {
   try {
@@ -280,7 +280,7 @@ void FormWindow::MoveToDensity(const RECT& place) {
   Measure();
 }
 
-/// nullptr for what is none of a widget.
+/// nullptr for what is not a widget's.
 Widget* FormWindow::WidgetOf(HWND part) const {
   return window_ != nullptr && widgets_ ? widgets_->Of(part) : nullptr;
 }

@@ -3,7 +3,7 @@
 // It draws the form, tells it what the user did, and after each event writes what differs. It
 // holds no rule. A rule may close the form, show a message or open another window in the middle of
 // an event. No exception leaves a window procedure: the first one closes the window and is kept
-// for whoever shows it.
+// for the program that shows it.
 #pragma once
 
 #include <exception>
@@ -32,7 +32,7 @@ class FormWindow {
   void Show();
   /// Until a rule closes the form, something fails, or the system takes the window away.
   bool IsOpen() const { return window_ != nullptr && form_.Visible && !failure_; }
-  /// Takes a message of this thread, to whatever window.
+  /// Takes a message of this thread, to any window.
   void Dispatch(MSG& message);
   /// Shows the form as it is now.
   void Refresh();

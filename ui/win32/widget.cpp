@@ -2,7 +2,7 @@
 
 #include "platform/failure.h"
 #include "system/windows/utf16.h"
-#include "ui/win32/surroundings.h"
+#include "ui/win32/dpi_and_theme.h"
 #include "ui/win32/widgets.h"
 
 namespace vok::windows {

@@ -9,8 +9,8 @@
 #include <vector>
 
 #include "ui/model/form.h"
-#include "ui/win32/hints.h"
 #include "ui/win32/metrics.h"
+#include "ui/win32/tooltips.h"
 #include "ui/win32/widget.h"
 
 namespace vok::windows {

@@ -9,7 +9,7 @@
 #include "system/windows/owner_window.h"
 #include "system/windows/pumped_wait.h"
 #include "system/windows/utf16.h"
-#include "ui/win32/surroundings.h"
+#include "ui/win32/dpi_and_theme.h"
 // after the system's own header
 #include <commdlg.h>
 
@@ -95,8 +95,8 @@ void WindowsDesktop::Dispatch(MSG& message) const {
 
 void WindowsDesktop::RunBeside(const std::function<void()>& work) {
   RefreshAll();
-  Errands errands;
-  Errands* const outer = std::exchange(errands_, &errands);
+  TaskQueue tasks;
+  TaskQueue* const outer = std::exchange(tasks_, &tasks);
   const Handle done(::CreateEventW(nullptr, TRUE, FALSE, nullptr));
   std::exception_ptr failure;
   std::thread worker([&] {
@@ -108,9 +108,9 @@ void WindowsDesktop::RunBeside(const std::function<void()>& work) {
     }
     ::SetEvent(done.get());
   });
-  WaitFor(done.get(), errands);
+  WaitFor(done.get(), tasks);
   worker.join();
-  errands_ = outer;
+  tasks_ = outer;
   if (failure) std::rethrow_exception(failure);
 }
 
@@ -120,14 +120,14 @@ MessageAnswer WindowsDesktop::Show(const vok::MessageBox& box) {
     return boxes_.Show(box);
   }
   MessageAnswer answer{};
-  errands_->Ask([&] { answer = Show(box); });
+  tasks_->Ask([&] { answer = Show(box); });
   return answer;
 }
 
-void WindowsDesktop::WaitFor(HANDLE done, Errands& errands) const {
+void WindowsDesktop::WaitFor(HANDLE done, TaskQueue& tasks) const {
   PumpedWait wait([this](MSG& message) { Dispatch(message); });
-  const HANDLE events[] = {done, errands.Waiting()};
-  while (wait.For(events) != 0) errands.Run();
+  const HANDLE events[] = {done, tasks.Waiting()};
+  while (wait.For(events) != 0) tasks.Run();
 }
 
 std::string WindowsDesktop::PickFile(const FileDialog& dialog) {

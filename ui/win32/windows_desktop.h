@@ -11,15 +11,15 @@
 
 #include "system/windows/windows_message_boxes.h"
 #include "ui/model/desktop.h"
-#include "ui/win32/errands.h"
 #include "ui/win32/form_window.h"
+#include "ui/win32/task_queue.h"
 
 namespace vok::windows {
 
 class WindowsDesktop : public Desktop {
  public:
   /// In front of our window that was shown last, else of the thread's active one. That window
-  /// takes nothing meanwhile, and is as before afterwards whatever happens. Failures: those of
+  /// takes nothing meanwhile, and is as before afterwards on every path. Failures: those of
   /// making the window, and what a rule threw, which closes it.
   void ShowModal(Form& form) override;
   std::string PickFile(const FileDialog& dialog) override;
@@ -32,11 +32,11 @@ class WindowsDesktop : public Desktop {
  private:
   void RefreshAll() const;
   void Dispatch(MSG& message) const;
-  void WaitFor(HANDLE done, Errands& errands) const;
+  void WaitFor(HANDLE done, TaskQueue& tasks) const;
 
   DWORD thread_ = ::GetCurrentThreadId();
   WindowsMessageBoxes boxes_;
-  Errands* errands_ = nullptr;     ///< of the work that goes on beside the windows
+  TaskQueue* tasks_ = nullptr;     ///< of the work that goes on beside the windows
   std::vector<FormWindow*> open_;  ///< the one in front last
 };
 

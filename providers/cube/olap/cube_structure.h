@@ -69,7 +69,7 @@ class OlapLevel : public CubeLevel {
   std::string Name() const override { return cube_->LevelName(hierarchy_, level_); }
   std::string UniqueName() const override { return cube_->LevelUniqueName(hierarchy_, level_); }
   bool IsAll() const override { return cube_->KindOf(hierarchy_, level_) == LevelKind::kAll; }
-  /// With the measures that the cube computes, behind the stored ones.
+  /// With the measures that the cube computes, after the stored ones.
   std::size_t MemberCount() const override;
   std::unique_ptr<CubeMember> MemberAt(std::size_t index) const override;
 

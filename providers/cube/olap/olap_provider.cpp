@@ -23,7 +23,7 @@ void CheckParts(const Locale& locale, const cube_text::ConnectionText& parts,
   if (!parts.provider.empty() && !EqualNoCase(locale, parts.provider, kProvider)) {
     throw Failure(
         failure_number::kProviderNotFound,
-        "The provider \"" + parts.provider + "\" is none for cubes; use " + kProvider + ".");
+        "The provider \"" + parts.provider + "\" is not for cubes; use " + kProvider + ".");
   }
   if (parts.data_source.empty()) {
     throw Failure(failure_number::kUnspecified,

@@ -8,7 +8,7 @@ namespace vok::xmla {
 namespace {
 
 constexpr std::size_t kKeptBytes = 2048;
-constexpr std::size_t kMostPassedOver = std::size_t{1} << 20;  // bytes that are no XML
+constexpr std::size_t kMostPassedOver = std::size_t{1} << 20;  // bytes that are not XML
 constexpr long kOk = 200;
 
 /// Servers report faults with status 500, and with 200 as well. An answer that does not say what it
@@ -53,7 +53,7 @@ bool Answer::Parse(std::string_view piece, bool last) {
   return !fault;
 }
 
-/// A page of an error that is no XML tells less than its status does.
+/// The page of an error that is not XML tells less than its status does.
 void Answer::Read(const HttpHead& head, const std::function<void()>& step) {
   try {
     step();

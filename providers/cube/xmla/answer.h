@@ -41,7 +41,7 @@ class Answer : public HttpBody {
   std::string beginning_;
   std::size_t passed_over_ = 0;
   bool is_xml_ = false;
-  bool unreadable_ = false;  // an answer of a failed status that is no XML
+  bool unreadable_ = false;  // an answer of a failed status that is not XML
 };
 
 }  // namespace vok::xmla

@@ -12,7 +12,7 @@
 
 namespace vok::xmla {
 
-/// Failure -2147467259 for a result that is no cellset.
+/// Failure -2147467259 for a result that is not a cellset.
 class CellsetReader : public ResultReader {
  public:
   /// `data` is empty and outlives the reader.

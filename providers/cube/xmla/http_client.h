@@ -23,7 +23,7 @@ class HttpClient {
   /// For messages: the address without its query and fragment.
   const std::string& shown_address() const { return shown_; }
 
-  /// Sends `content` (XML) and gives the head of the answer, whatever its status. Redirects are not
+  /// Sends `content` (XML) and gives the head of the answer, of any status. Redirects are not
   /// followed. A connection that cannot be made is tried three times; what was sent is never sent
   /// again, unless the server had closed a kept connection before it answered anything. Failures:
   /// -2147467259 for a server that is not reached, not trusted, or whose answer ends too early or

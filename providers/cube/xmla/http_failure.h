@@ -22,7 +22,7 @@ Failure TooLargeFailure(const HttpSettings& settings, const std::string& address
 /// An answer that cannot hold a result: another status than 200, or no XML.
 Failure AnswerFailure(const HttpHead& head, std::string_view beginning, const std::string& address);
 
-/// What claims to be XML and is none, or none that answers; `why` says in which way.
+/// What claims to be XML and is not, or is not an answer; `why` says in which way.
 Failure ContentFailure(const HttpHead& head, const std::string& why, std::string_view beginning,
                        const std::string& address);
 

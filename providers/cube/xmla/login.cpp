@@ -58,7 +58,8 @@ std::string WhyNoLogin(const HttpSettings& settings, const std::string& address)
     return "Server" + where + "SERVER names another host, " + OneLine(settings.server);
   }
   if (!IsSecure(address) && settings.authentication != "basic") {
-    return "over http they can be read on the way; use https, or, where that is no matter, write "
+    return "over http they can be read on the way; use https, or, where that does not matter, "
+           "write "
            "basic as Authentication" +
            where + "AUTHENTICATION";
   }

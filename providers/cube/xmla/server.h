@@ -19,9 +19,9 @@ struct ServerAccess {
   NewHttpTransport transport;
 };
 
-/// Failures are those of `HttpClient`, and: -2147467259 for an answer that is none, -2147217911 for
-/// a user that is not let in, and what the server itself reports, in its words, as -2147217900 for
-/// a statement and as -2147467259 for anything else.
+/// Failures are those of `HttpClient`, and: -2147467259 for an answer that is not one, -2147217911
+/// for a user that is not let in, and what the server itself reports, in its words, as -2147217900
+/// for a statement and as -2147467259 for anything else.
 class Server {
  public:
   /// `stop`, which outlives the server, ends the question under way and all that follow; nullptr:

@@ -26,7 +26,8 @@ class ResultReader {
   virtual void Finish() {}
 };
 
-/// Failure -2147467259 for XML that is no XMLA answer; refuses texts longer than `kLongestText`.
+/// Failure -2147467259 for XML that is not an XMLA answer; refuses texts longer than
+/// `kLongestText`.
 class SoapReader : public xml::Handler {
  public:
   explicit SoapReader(ResultReader& result) : result_(result) {}

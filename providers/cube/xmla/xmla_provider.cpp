@@ -21,12 +21,13 @@ cube_text::ConnectionText ReadText(const Locale& locale, const std::string& text
   if (!parts.provider.empty() && !EqualNoCase(locale, parts.provider, kProvider)) {
     throw Failure(
         failure_number::kProviderNotFound,
-        "The provider \"" + parts.provider + "\" is none for cubes; use " + kProvider + ".");
+        "The provider \"" + parts.provider + "\" is not for cubes; use " + kProvider + ".");
   }
   if (!cube_text::NamesServer(parts)) {
-    throw Failure(failure_number::kUnspecified,
-                  "The data source \"" + WithoutUsers(parts.data_source) +
-                      "\" is no address of a cube server; it must begin with http:// or https://.");
+    throw Failure(
+        failure_number::kUnspecified,
+        "The data source \"" + WithoutUsers(parts.data_source) +
+            "\" is not the address of a cube server; it must begin with http:// or https://.");
   }
   return parts;
 }

@@ -6,7 +6,7 @@
 
 namespace vok {
 
-/// Whoever makes a file holds the lock of its folder alone, whoever opens one passes through a
+/// The maker of a file holds the lock of its folder alone, one that opens it passes through a
 /// shared lock: so nobody meets a file without its tables. A folder that cannot be locked (it is
 /// not there, it must not be read, its file system knows no locks) is not: the next step tells.
 class FolderLock {

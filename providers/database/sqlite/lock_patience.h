@@ -7,8 +7,9 @@
 
 namespace vok {
 
-/// Whoever has waited for a file in vain does not wait for it again at once: one command often
-/// touches the file more than once. For the connections of one database, which are one thread's.
+/// A caller that has waited for a file in vain does not wait for it again at once: one command
+/// often touches the file more than once. For the connections of one database, which are one
+/// thread's.
 class LockPatience {
  public:
   /// The time to wait for a lock of `file`: `seconds`, without end for 0; hardly any within a

@@ -108,7 +108,8 @@ void SqliteStore::CheckIsOurs() {
   }
   if (Number("PRAGMA application_id") != kApplicationId) {
     ThrowUnusable(
-        file_, "it is no settings database, but a file of another program. It was left as it is.");
+        file_,
+        "it is not a settings database, but a file of another program. It was left as it is.");
   }
   if (Number("PRAGMA user_version") != kVersion) {
     ThrowUnusable(file_, "it was made by another version of this program. Use that one.");

@@ -21,7 +21,7 @@ namespace vok {
 
 inline constexpr int32_t kDefaultTimeout = 30;  // seconds, as the platform's
 
-/// Connections, rows and structures share it; whoever closes it closes it for all.
+/// Connections, rows and structures share it; the one that closes it closes it for all.
 class SqliteStore {
  public:
   /// Opens an existing file of ours. Fails with -2147467259 for a missing file (none is made), one

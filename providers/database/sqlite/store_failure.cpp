@@ -66,7 +66,7 @@ Meaning MeaningOf(sqlite3* database, int extended, int32_t waited) {
                                         ". Check the permissions of the file and its folder."};
     case SQLITE_NOTADB:
       return {number::kUnspecified,
-              "it is no settings database. Check the name; the file was not touched."};
+              "it is not a settings database. Check the name; the file was not touched."};
     case SQLITE_CORRUPT:
       return {number::kUnspecified,
               "it is damaged. Put a copy in its place, or move it away to start a new one."};

@@ -27,7 +27,7 @@ class ExcelApplication : public SpreadsheetApplication {
       : files_(files), saved_(saved), application_(Object::Create(kExcel)) {}
 
   /// A program that nobody told to quit stays invisible for ever: it is told here, without its
-  /// questions, whatever it answers.
+  /// questions, with any answer.
   ~ExcelApplication() override {
     if (!quit_) {
       Ignoring([this] { application_.Put(L"DisplayAlerts", false); });

@@ -1,6 +1,6 @@
 // What becomes of a text in a workbook file.
 //
-//   bytes that are no UTF-8        each becomes U+FFFD
+//   bytes that are not UTF-8        each becomes U+FFFD
 //   surrogate encoded in 3 bytes   becomes one U+FFFD
 //   control character, U+FFFE/F    kept, written as the format's own escape _xHHHH_
 //   text that looks like an escape kept, its first "_" is written as _x005F_

@@ -54,7 +54,7 @@ class CellMaker {
   Cell operator()(double value) {
     if (!std::isfinite(value)) {
       Fail(failure_number::kAutomation,
-           "the value is no finite number. Correct the measure it comes from");
+           "the value is NaN or infinite. Correct the measure it comes from");
     }
     return Cell::Number(value);
   }

@@ -16,7 +16,7 @@
 #include <string_view>
 #include <vector>
 
-#include "tests/support/plain_olap/random_cube.h"
+#include "tests/support/reference_olap/random_cube.h"
 
 namespace vok::interop {
 namespace {

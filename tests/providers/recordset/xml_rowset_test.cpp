@@ -117,8 +117,8 @@ TEST(XmlRowset, RefusesWhatItDoesNotUnderstandAndSaysWhy) {
   } cases[] = {
       {"", "neither as the binary nor as the XML form"},
       {"sId,lId", "neither"},
-      {"\xFF\xFE", "no proper XML"},
-      {"<xml", "no proper XML: unclosed token in line 1"},
+      {"\xFF\xFE", "not well-formed XML"},
+      {"<xml", "not well-formed XML: unclosed token in line 1"},
       {"<!DOCTYPE x [<!ENTITY a 'b'>]><x/>", "DOCTYPE"},
       {"<?xml version='1.0' encoding='windows-1255'?><x/>", "unknown encoding"},
       {nested, "nested too deeply"},

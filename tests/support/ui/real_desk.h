@@ -1,4 +1,4 @@
-// What the main window works on, all of it real but for the person and the clock: settings folder,
+// What the main window works on, all of it real except the person and the clock: settings folder,
 // database, cube, workbooks in a temporary folder.
 #pragma once
 
@@ -19,7 +19,7 @@
 
 namespace vok::test {
 
-/// Waits a second for locks, whatever it is told, so that a test need not.
+/// Waits a second for locks, not as long as it is told, so that a test need not.
 class ImpatientDatabase : public SqliteDatabase {
  public:
   using SqliteDatabase::SqliteDatabase;

@@ -14,13 +14,13 @@
 
 #include "platform/failure.h"
 #include "tests/support/temporary_folder.h"
-#include "tests/ui/qt/person.h"
+#include "tests/ui/qt/ui_driver.h"
 #include "ui/qt/qt_desktop.h"
 
 namespace vok {
 namespace {
 
-using test::Person;
+using test::UiDriver;
 using testing::ElementsAre;
 using enum ControlType;
 using enum FormEvent;
@@ -88,29 +88,29 @@ TEST(QtView, EveryKindOfControlIsDrawnAndHeard) {
     form.At("lsv").Rows = {{"z", "3"}};
     form.At({"txt", 2}).Error = form.At("bar").Visible = true;
     form.Focus = ControlId("chk");
-    auto* table = dynamic_cast<QTableView*>(Person::Find("lsv"));
+    auto* table = dynamic_cast<QTableView*>(UiDriver::Find("lsv"));
     table->selectAll();
   });
   form.On(kClicked, "cmdOk", [&](int) {
-    auto* table = dynamic_cast<QTableView*>(Person::Find("lsv"));
+    auto* table = dynamic_cast<QTableView*>(UiDriver::Find("lsv"));
     EXPECT_EQ(table->model()->rowCount(), 1);
     EXPECT_EQ(table->model()->index(0, 1).data(Qt::TextAlignmentRole).toInt() & Qt::AlignRight,
               Qt::AlignRight);
-    EXPECT_EQ(dynamic_cast<QComboBox*>(Person::Find("cmb"))->count(), 1);
-    QWidget* text = Person::Find("txt(2)");
+    EXPECT_EQ(dynamic_cast<QComboBox*>(UiDriver::Find("cmb"))->count(), 1);
+    QWidget* text = UiDriver::Find("txt(2)");
     EXPECT_EQ(text->accessibleName(), "Name 2");
     EXPECT_EQ(text->accessibleDescription(), "Error");
     EXPECT_NE(text->palette().color(QPalette::Base), QApplication::palette().color(QPalette::Base));
-    QWidget* dimmed = Person::Find("locked");
+    QWidget* dimmed = UiDriver::Find("locked");
     EXPECT_EQ(dimmed->palette().color(QPalette::Text),
               QApplication::palette().color(QPalette::PlaceholderText));
-    EXPECT_TRUE(Person::Find("bar")->isVisible());
-    EXPECT_EQ(Person::Front()->layoutDirection(), Qt::RightToLeft);
-    EXPECT_GT(text->mapTo(Person::Front(), QPoint()).x(), 0);
-    EXPECT_LT(text->x(), Person::Find("lbl")->x()) << "from right to left";
+    EXPECT_TRUE(UiDriver::Find("bar")->isVisible());
+    EXPECT_EQ(UiDriver::Front()->layoutDirection(), Qt::RightToLeft);
+    EXPECT_GT(text->mapTo(UiDriver::Front(), QPoint()).x(), 0);
+    EXPECT_LT(text->x(), UiDriver::Find("lbl")->x()) << "from right to left";
     form.Visible = false;
   });
-  const Person person(R"(
+  const UiDriver person(R"(
       front Every kind
       focus txt(2)
       type ab
@@ -153,7 +153,7 @@ TEST(QtView, AFailureOfARuleClosesTheWindowsAndComesBack) {
   }
   outer.On(kClicked, "cmd", [&](int) { desktop.ShowModal(inner); });
   inner.On(kClicked, "cmd", [&](int) { throw Failure(53, "gone"); });
-  const Person person("click cmd\nclick cmd");
+  const UiDriver person("click cmd\nclick cmd");
   EXPECT_THROW(desktop.ShowModal(outer), Failure);
   EXPECT_FALSE(outer.Visible || inner.Visible);
 }
@@ -180,7 +180,7 @@ TEST(QtView, LongWorkRunsBesideWindowsThatStayAlive) {
     };
     EXPECT_THROW(desktop.RunBeside(work), Failure);
   });
-  const Person person("click cmdRun\nawait Go on?\npress Alt+Y\nclick cmdStop\nclose");
+  const UiDriver person("click cmdRun\nawait Go on?\npress Alt+Y\nclick cmdStop\nclose");
   desktop.ShowModal(form);
   EXPECT_EQ(answer, MessageAnswer::kYes);
 }
@@ -192,10 +192,10 @@ TEST(QtView, FilesArePickedFromTheCurrentFolder) {
   QDir::setCurrent(QString::fromStdString(folder.path()));
   const FileDialog dialog{"Save", "Excel files(*.xlsX)|*.xlsX", kPathMustExist, true};
   {
-    const Person person("front Save\ntype out\npress Return");
+    const UiDriver person("front Save\ntype out\npress Return");
     EXPECT_EQ(desktop.PickFile(dialog), folder.File("out.xlsX"));
   }
-  const Person person("press Esc");
+  const UiDriver person("press Esc");
   EXPECT_EQ(desktop.PickFile(dialog), "");
   QDir::setCurrent(before);
   EXPECT_THROW(desktop.OpenOnDesktop(folder.File("missing")), Failure);

@@ -1,4 +1,4 @@
-// The drawn windows, as a person works with them: real keys and mouse, the real system behind.
+// The drawn windows, as a person works with them: real keys and mouse, on the real system.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -8,7 +8,7 @@
 
 #include "providers/recordset/persisted_recordset.h"
 #include "tests/support/ui/real_desk.h"
-#include "tests/ui/qt/person.h"
+#include "tests/ui/qt/ui_driver.h"
 #include "ui/qt/qt_desktop.h"
 
 namespace vok {
@@ -171,7 +171,7 @@ TEST(QtWindows, ASettingIsMadeSavedLoadedAndRun) {
         click cmdAnswer(1))",
                                   "OUT", desk.folder.File("out"));
     script = Replaced(script, "LANGUAGE", std::to_string(language));
-    const test::Person person(script);
+    const test::UiDriver person(script);
     window->Show();
     EXPECT_TRUE(desk.files.Exists(desk.folder.File("out.xlsX")));
   }
@@ -207,9 +207,9 @@ TEST(QtWindows, DatesAreTakenAsTypedAndRefusedInTheirField) {
     window->form().SetText({"txtDate1", 3}, "15/03/2024");
     const std::string in_box =
         c.box == kNoBox ? "" : "\npress Return\nfront " + std::string(kNoBox);
-    const test::Person person(std::string("click ") + c.field + "\ntype " + c.typed + "\n" +
-                              c.leave + "\nfront " + c.box + in_box + "\nsee " + c.field + " " +
-                              c.shown + "\nfocus " + c.focus + kDiscard);
+    const test::UiDriver person(std::string("click ") + c.field + "\ntype " + c.typed + "\n" +
+                                c.leave + "\nfront " + c.box + in_box + "\nsee " + c.field + " " +
+                                c.shown + "\nfocus " + c.focus + kDiscard);
     window->Show();
   }
 }
@@ -242,14 +242,14 @@ TEST(QtWindows, ARowWithItsOpeningBalanceTakesADateKeyByKey) {
       script +=
           std::string("type ") + *key + "\nsee txtDate1(0) " + std::string(typed, key + 1) + "\n";
     }
-    const test::Person person(script + leave + "\n" + end);
+    const test::UiDriver person(script + leave + "\n" + end);
     window->Show();
     EXPECT_EQ(window->form().Text({"txtDate1", 0}),
               desk.customs.ShortDate(Date::FromCivil(2024, 1, 1)));
   }
 }
 
-TEST(QtWindows, WhateverClosesAWindowAsksFirstForWhatWouldBeLost) {
+TEST(QtWindows, ClosingAWindowAsksFirstForWhatWouldBeLost) {
   // who gives up is not held by a wrong date
   constexpr std::pair<const char*, const char*> kCases[] = {{"abc", "close"},
                                                             {"abc", "press Esc"},
@@ -259,7 +259,7 @@ TEST(QtWindows, WhateverClosesAWindowAsksFirstForWhatWouldBeLost) {
     SCOPED_TRACE(how);
     QtDesk desk;
     const auto window = desk.OpenDrawn();
-    const test::Person person(
+    const test::UiDriver person(
         "click TextPeriod(0)\ntype x\nclick txtDate1(0)\ntype " + std::string(date) + "\n" +
         Replaced("HOW\nfront Save the changes?\npress Esc\n"
                  "see TextPeriod(0) x\nHOW\nfront Save the changes?\npress Alt+D",
@@ -274,7 +274,7 @@ TEST(QtWindows, AHundredOpeningsLeaveNothing) {
   const auto widgets = QApplication::allWidgets().size();
   for (int i = 0; i < 100; ++i) {
     const auto window = desk.OpenDrawn();
-    const test::Person person("close");
+    const test::UiDriver person("close");
     window->Show();
   }
   EXPECT_EQ(QApplication::allWidgets().size(), widgets);

@@ -1,4 +1,4 @@
-// The main window and those that it opens, with the real system behind.
+// The main window and those that it opens, on the real system.
 #include <gtest/gtest.h>
 
 #include <filesystem>
@@ -9,7 +9,7 @@
 #include "settings/schema.h"
 #include "settings/writer.h"
 #include "tests/support/cubes/sample_cube.h"
-#include "tests/ui/win32/person.h"
+#include "tests/ui/win32/ui_driver.h"
 #include "texts/string_table.h"
 #include "texts/text_numbers.h"
 #include "ui/model/frm_periods.h"
@@ -101,7 +101,7 @@ TEST(QueryWindow, IsFilledInRunAndClosedByAPerson) {
     acts = Named(acts, "WIZARD", StringTableText(text_number::kLinearDatesWindow));
     acts = Named(acts, "OUT", desk.folder.File("out"));
     acts = Named(acts, "LANG", std::to_string(language));
-    const Person person(window.form(), acts);
+    const UiDriver person(window.form(), acts);
     window.Show();
     EXPECT_TRUE(std::filesystem::exists(desk.folder.File("out.xlsX")));
     EXPECT_EQ(window.form().Text({"TextMeasure", 2}), "Amount");

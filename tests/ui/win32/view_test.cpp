@@ -5,8 +5,8 @@
 #include "platform/failure.h"
 #include "system/windows/owner_window.h"
 #include "system/windows/utf16.h"
-#include "tests/ui/win32/person.h"
 #include "tests/ui/win32/sample_form.h"
+#include "tests/ui/win32/ui_driver.h"
 #include "ui/win32/windows_desktop.h"
 
 namespace vok::windows {
@@ -39,7 +39,7 @@ struct Desk {
   }
 
   std::string Told(const std::string& acts) {
-    const Person person(form, acts);
+    const UiDriver person(form, acts);
     desktop.ShowModal(form);
     return form.Told();
   }
@@ -98,7 +98,7 @@ TEST(WindowsDesktopTest, GivesTheOwnerBackAfterARuleFailed) {
     EXPECT_FALSE(::IsWindowEnabled(owner));
   });
   try {
-    const Person in_child(desk.child, "{Alt+C}");
+    const UiDriver in_child(desk.child, "{Alt+C}");
     desk.Told("n{Alt+C}");
     ADD_FAILURE() << "nothing failed";
   } catch (const Failure& failure) {

@@ -18,7 +18,7 @@ struct Parts {
   bool is_number = false;
   bool negative = false;
   std::string digits;
-  int64_t places = 0;  // digits behind the point, less the exponent
+  int64_t places = 0;  // digits after the point, less the exponent
 };
 
 Parts Split(std::string_view text) {

@@ -7,7 +7,7 @@
 namespace vok::olap {
 
 enum class NumberFit {
-  kNone,     ///< the text is no number
+  kNone,     ///< the text is not a number
   kDecimal,  ///< `number` / 10^`scale` exactly
   kTooLong   ///< a number with more digits than a `Decimal` holds
 };

@@ -29,7 +29,7 @@ LoadedHierarchy LoadHierarchy(const TableSource& source, const CubeSchema& cube,
                               const DimensionSchema& dimension, const HierarchySchema& hierarchy);
 
 /// Hierarchies in the order in which facts are to be sorted: those with few leaves first, so that
-/// their slices are long runs; time behind them, just before the largest, so that the periods of a
+/// their slices are long runs; time after them, just before the largest, so that the periods of a
 /// query are runs within each.
 std::vector<uint32_t> SortOrder(const std::vector<LoadedHierarchy>& hierarchies);
 

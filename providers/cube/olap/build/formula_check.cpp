@@ -5,8 +5,8 @@
 #include <vector>
 
 #include "platform/failure.h"
+#include "providers/cube/olap/mdx/cell_evaluator.h"
 #include "providers/cube/olap/mdx/declared_members.h"
-#include "providers/cube/olap/mdx/evaluator.h"
 #include "providers/cube/olap/storage/cube_file.h"
 
 namespace vok::olap {
@@ -47,7 +47,7 @@ constexpr QueryLimits kTrial{.max_cells = 100'000, .timeout_seconds = 1};
 /// Computes each member once, without facts. Only what no query could change is a failure here.
 void CheckDepth(const CubeView& view, const Query& query) {
   const QueryGuard guard(kTrial);
-  std::optional<Evaluator> evaluator;
+  std::optional<CellEvaluator> evaluator;
   for (std::size_t i = 0; i < query.members.size(); ++i) {
     if (!evaluator) evaluator.emplace(view, query, guard);
     Block cell{evaluator->base(), nullptr};

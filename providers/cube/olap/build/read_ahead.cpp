@@ -56,7 +56,7 @@ class Batch {
     }
   }
 
-  std::vector<char> texts_;  // one behind the other; stay in place when the batch moves
+  std::vector<char> texts_;  // one after the other; stay in place when the batch moves
   std::vector<Field> fields_;
   std::vector<uint64_t> lines_;
   std::exception_ptr failure_;

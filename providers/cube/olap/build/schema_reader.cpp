@@ -294,7 +294,7 @@ class SchemaReader {
 
   double NumberOf(Node node, const std::string& text) const {
     const auto number = ToNumber(text);
-    if (!number) throw Bad(node, "is " + Quoted(text) + ", which is no number");
+    if (!number) throw Bad(node, "is " + Quoted(text) + ", which is not a number");
     return *number;
   }
 

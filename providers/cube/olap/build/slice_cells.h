@@ -11,7 +11,7 @@
 
 namespace vok::olap {
 
-/// Value columns whose aggregates are exact whatever the order of adding, and how each is joined.
+/// Value columns whose aggregates are exact in every order of adding, and how each is joined.
 struct AggregatedColumn {
   uint32_t value_column = 0;
   Aggregator aggregator = Aggregator::kSum;

@@ -22,7 +22,7 @@ class ValueColumn {
   explicit ValueColumn(Aggregator aggregator) : aggregator_(aggregator) {}
 
   void Reserve(uint64_t rows) { values_.Reserve(rows); }
-  /// False when the text is no number, or one that no double holds.
+  /// False when the text is not a number, or one that no double holds.
   bool Add(const Field& field);
 
   ValueFormat Format() const;

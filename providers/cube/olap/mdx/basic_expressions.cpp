@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <utility>
 
-#include "providers/cube/olap/mdx/evaluator.h"
+#include "providers/cube/olap/mdx/cell_evaluator.h"
 
 namespace vok::olap {
 namespace {
@@ -26,7 +26,7 @@ class ConstantMember : public MemberExpression {
   ConstantMember(HierarchyId hierarchy, MemberId member)
       : MemberExpression(hierarchy), member_(member) {}
   bool DependsOn(HierarchyId) const override { return false; }
-  MemberId Compute(Evaluator&, const Context&) const override { return member_; }
+  MemberId Compute(CellEvaluator&, const Context&) const override { return member_; }
   MemberId member() const { return member_; }
 
  private:
@@ -37,7 +37,7 @@ class CurrentMember : public MemberExpression {
  public:
   using MemberExpression::MemberExpression;
   bool DependsOn(HierarchyId other) const override { return other == hierarchy(); }
-  MemberId Compute(Evaluator&, const Context& context) const override {
+  MemberId Compute(CellEvaluator&, const Context& context) const override {
     return context.members[hierarchy()];
   }
 };
@@ -47,7 +47,7 @@ class TupleAsSet : public SetExpression {
   explicit TupleAsSet(std::vector<MemberPtr> members)
       : SetExpression(HierarchiesOf(members)), members_(std::move(members)) {}
   bool DependsOn(HierarchyId hierarchy) const override { return AnyDependsOn(members_, hierarchy); }
-  TupleSet Compute(Evaluator& evaluator, const Context& context) const override {
+  TupleSet Compute(CellEvaluator& evaluator, const Context& context) const override {
     TupleSet set{hierarchies(), {}};
     for (const MemberPtr& member : members_) {
       set.ids.push_back(member->Evaluate(evaluator, context));
@@ -65,7 +65,7 @@ class JoinedSets : public SetExpression {
   JoinedSets(std::vector<HierarchyId> hierarchies, std::vector<SetPtr> sets, Place place)
       : SetExpression(std::move(hierarchies)), sets_(std::move(sets)), place_(place) {}
   bool DependsOn(HierarchyId hierarchy) const override { return AnyDependsOn(sets_, hierarchy); }
-  TupleSet Compute(Evaluator& evaluator, const Context& context) const override {
+  TupleSet Compute(CellEvaluator& evaluator, const Context& context) const override {
     TupleSet all{hierarchies(), {}};
     for (const SetPtr& set : sets_) {
       const TupleSet next = set->Evaluate(evaluator, context);
@@ -84,7 +84,7 @@ class EmptySet : public SetExpression {
  public:
   EmptySet() : SetExpression({}) {}
   bool DependsOn(HierarchyId) const override { return false; }
-  TupleSet Compute(Evaluator&, const Context&) const override { return {}; }
+  TupleSet Compute(CellEvaluator&, const Context&) const override { return {}; }
 };
 
 class NamedSetReference : public SetExpression {
@@ -92,7 +92,7 @@ class NamedSetReference : public SetExpression {
   NamedSetReference(std::size_t index, const SetExpression& set)
       : SetExpression(set.hierarchies()), index_(index) {}
   bool DependsOn(HierarchyId) const override { return false; }
-  TupleSet Compute(Evaluator& evaluator, const Context&) const override {
+  TupleSet Compute(CellEvaluator& evaluator, const Context&) const override {
     return evaluator.Named(index_);
   }
 
@@ -110,7 +110,7 @@ class Range : public SetExpression {
   bool DependsOn(HierarchyId hierarchy) const override {
     return first_->DependsOn(hierarchy) || last_->DependsOn(hierarchy);
   }
-  TupleSet Compute(Evaluator& evaluator, const Context& context) const override {
+  TupleSet Compute(CellEvaluator& evaluator, const Context& context) const override {
     TupleSet set{hierarchies(), {}};
     MemberId from = first_->Evaluate(evaluator, context);
     MemberId to = last_->Evaluate(evaluator, context);
@@ -136,7 +136,7 @@ class Number : public ValueExpression {
  public:
   explicit Number(double number) : number_(number) {}
   bool DependsOn(HierarchyId) const override { return false; }
-  Column Compute(Evaluator& evaluator, const Block& block) const override {
+  Column Compute(CellEvaluator& evaluator, const Block& block) const override {
     Column column = evaluator.NewColumn(block);
     for (std::size_t row = 0; row < column.size(); ++row) column.SetNumber(row, number_);
     return column;
@@ -150,7 +150,7 @@ class Text : public ValueExpression {
  public:
   explicit Text(std::string text) : ValueExpression(ValueKind::kText), text_(std::move(text)) {}
   bool DependsOn(HierarchyId) const override { return false; }
-  Column Compute(Evaluator& evaluator, const Block& block) const override {
+  Column Compute(CellEvaluator& evaluator, const Block& block) const override {
     Column column = evaluator.NewColumn(block);
     for (std::size_t row = 0; row < column.size(); ++row) {
       evaluator.guard().CheckAt(row);
@@ -167,7 +167,7 @@ class CellValue : public ValueExpression {
  public:
   explicit CellValue(std::vector<MemberPtr> members) : members_(std::move(members)) {}
 
-  /// A cell's value depends on where it stands, but for the hierarchies that it names.
+  /// A cell's value depends on its place, except in the hierarchies that it names.
   bool DependsOn(HierarchyId hierarchy) const override {
     bool named = false;
     for (const MemberPtr& member : members_) {
@@ -177,7 +177,7 @@ class CellValue : public ValueExpression {
     return !named;
   }
 
-  Column Compute(Evaluator& evaluator, const Block& block) const override {
+  Column Compute(CellEvaluator& evaluator, const Block& block) const override {
     Block inner = block;
     if (MoveTo(evaluator, block, kNoHierarchy, inner.context))
       return CellsUnlessMissing(evaluator, inner);
@@ -187,7 +187,7 @@ class CellValue : public ValueExpression {
     return one_moves ? Moved(evaluator, block) : evaluator.ByPosition(*this, block);
   }
 
-  bool MoveTo(Evaluator& evaluator, const Block& block, HierarchyId any,
+  bool MoveTo(CellEvaluator& evaluator, const Block& block, HierarchyId any,
               Context& context) const override {
     for (const MemberPtr& member : members_) {
       for (const HierarchyId open : {block.Varying(), any}) {
@@ -203,14 +203,14 @@ class CellValue : public ValueExpression {
   }
 
  private:
-  static Column CellsUnlessMissing(Evaluator& evaluator, const Block& block) {
+  static Column CellsUnlessMissing(CellEvaluator& evaluator, const Block& block) {
     const auto& members = block.context.members;
     const bool missing = std::find(members.begin(), members.end(), kNoMember) != members.end();
     return missing ? evaluator.NewColumn(block) : evaluator.Cells(block);
   }
 
   /// The block's own hierarchy is moved, position by position; the others stand still.
-  Column Moved(Evaluator& evaluator, const Block& block) const {
+  Column Moved(CellEvaluator& evaluator, const Block& block) const {
     const HierarchyId varying = block.Varying();
     Block inner = block;
     MemberIds ids;
@@ -237,7 +237,8 @@ class CellValue : public ValueExpression {
     return cells;
   }
 
-  Column OneForAll(Evaluator& evaluator, const Block& block, Context context, MemberId id) const {
+  Column OneForAll(CellEvaluator& evaluator, const Block& block, Context context,
+                   MemberId id) const {
     context.Set(block.Varying(), id);
     const Column one = CellsUnlessMissing(evaluator, Block{std::move(context), nullptr});
     Column all = evaluator.NewColumn(block);
@@ -245,7 +246,7 @@ class CellValue : public ValueExpression {
     return all;
   }
 
-  static MemberIds MovedMembers(Evaluator& evaluator, const Block& block,
+  static MemberIds MovedMembers(CellEvaluator& evaluator, const Block& block,
                                 const MemberExpression& member) {
     MemberIds ids;
     Context context = block.context;

@@ -24,7 +24,8 @@ class CellGrid {
   /// Columns are counted with the first of the other axes running fastest.
   Column& column(std::size_t index) { return columns_[index]; }
 
-  /// Keeps of these axes only positions with a cell that is not empty, whatever is kept of others.
+  /// Keeps of these axes only positions with a cell that is not empty, apart from what is kept of
+  /// others.
   void DropEmpty(const std::vector<bool>& axes);
   /// Whether every position of the axis is kept.
   bool KeepsAll(std::size_t axis) const { return axes_[axis].keeps_all; }

@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "providers/cube/olap/mdx/evaluator.h"
+#include "providers/cube/olap/mdx/cell_evaluator.h"
 
 namespace vok::olap {
 namespace {
@@ -21,7 +21,7 @@ class Choice : public ValueExpression {
            no_->DependsOn(hierarchy);
   }
 
-  Column Compute(Evaluator& evaluator, const Block& block) const override {
+  Column Compute(CellEvaluator& evaluator, const Block& block) const override {
     const Column condition = condition_->Evaluate(evaluator, block);
     if (evaluator.announcing()) return Column();
     Rows taken[2];
@@ -37,7 +37,7 @@ class Choice : public ValueExpression {
   }
 
  private:
-  static void Fill(Evaluator& evaluator, const Block& block, const ValueExpression& branch,
+  static void Fill(CellEvaluator& evaluator, const Block& block, const ValueExpression& branch,
                    const Rows& rows, Column& result) {
     MemberIds ids;
     for (const uint32_t row : rows) ids.push_back(block.positions->ids[row]);
@@ -58,7 +58,7 @@ class SameMember : public ValueExpression {
   bool DependsOn(HierarchyId hierarchy) const override {
     return member_->DependsOn(hierarchy) || (with_ != nullptr && with_->DependsOn(hierarchy));
   }
-  Column Compute(Evaluator& evaluator, const Block& block) const override {
+  Column Compute(CellEvaluator& evaluator, const Block& block) const override {
     Column result = evaluator.NewColumn(block);
     Context context = block.context;
     for (std::size_t row = 0; row < result.size(); ++row) {
@@ -81,7 +81,7 @@ class Logical : public ValueExpression {
  public:
   explicit Logical(bool value) : ValueExpression(ValueKind::kLogical), value_(value) {}
   bool DependsOn(HierarchyId) const override { return false; }
-  Column Compute(Evaluator& evaluator, const Block& block) const override {
+  Column Compute(CellEvaluator& evaluator, const Block& block) const override {
     Column column = evaluator.NewColumn(block);
     for (std::size_t row = 0; row < column.size(); ++row) column.SetLogical(row, value_);
     return column;
@@ -94,7 +94,7 @@ class Logical : public ValueExpression {
 class Nothing : public ValueExpression {
  public:
   bool DependsOn(HierarchyId) const override { return false; }
-  Column Compute(Evaluator& evaluator, const Block& block) const override {
+  Column Compute(CellEvaluator& evaluator, const Block& block) const override {
     return evaluator.NewColumn(block);
   }
 };

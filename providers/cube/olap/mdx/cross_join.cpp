@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <utility>
 
-#include "providers/cube/olap/mdx/evaluator.h"
+#include "providers/cube/olap/mdx/cell_evaluator.h"
 
 namespace vok::olap {
 namespace {
@@ -27,7 +27,7 @@ class CrossJoinSet : public SetExpression {
     return first_->DependsOn(hierarchy) || second_->DependsOn(hierarchy);
   }
 
-  TupleSet Compute(Evaluator& evaluator, const Context& context) const override {
+  TupleSet Compute(CellEvaluator& evaluator, const Context& context) const override {
     const TupleSet a = first_->Evaluate(evaluator, context);
     const TupleSet b = second_->Evaluate(evaluator, context);
     const std::size_t most = evaluator.guard().max_tuples();

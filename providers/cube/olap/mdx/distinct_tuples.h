@@ -1,4 +1,4 @@
-// Which tuples occur in a set, whatever their number.
+// Which tuples occur in a set, of any number.
 #pragma once
 
 #include <cstdint>

@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "providers/cube/olap/mdx/cells.h"
+#include "providers/cube/olap/mdx/evaluate_query.h"
 #include "providers/cube/olap/mdx/parser.h"
 #include "providers/cube/olap/mdx/resolver.h"
 

@@ -2,7 +2,7 @@
 
 #include <numeric>
 
-#include "providers/cube/olap/mdx/evaluator.h"
+#include "providers/cube/olap/mdx/cell_evaluator.h"
 #include "providers/cube/olap/mdx/leaf_ranges.h"
 
 namespace vok::olap {
@@ -90,18 +90,18 @@ void Column::Copy(std::size_t row, const Column& from, std::size_t from_row) {
   }
 }
 
-MemberId MemberExpression::Evaluate(Evaluator& evaluator, const Context& context) const {
-  const Deeper deeper(evaluator);
+MemberId MemberExpression::Evaluate(CellEvaluator& evaluator, const Context& context) const {
+  const RecursionGuard deeper(evaluator);
   return Compute(evaluator, context);
 }
 
-TupleSet SetExpression::Evaluate(Evaluator& evaluator, const Context& context) const {
-  const Deeper deeper(evaluator);
+TupleSet SetExpression::Evaluate(CellEvaluator& evaluator, const Context& context) const {
+  const RecursionGuard deeper(evaluator);
   return Compute(evaluator, context);
 }
 
-Column ValueExpression::Evaluate(Evaluator& evaluator, const Block& block) const {
-  const Deeper deeper(evaluator);
+Column ValueExpression::Evaluate(CellEvaluator& evaluator, const Block& block) const {
+  const RecursionGuard deeper(evaluator);
   evaluator.guard().Check();
   return Compute(evaluator, block);
 }

@@ -38,7 +38,7 @@ struct Context {
 };
 
 /// Members of one hierarchy, the cells of a block. All are stored ones, or `kNoMember` for a cell
-/// that is empty whatever is asked.
+/// that is empty for every question.
 struct Positions {
   /// Those of one level: what is read from the facts together.
   struct Part {
@@ -99,9 +99,9 @@ struct TupleSet {
   void Add(const MemberId* tuple) { ids.insert(ids.end(), tuple, tuple + arity()); }
 };
 
-class Evaluator;
+class CellEvaluator;
 
-/// Evaluating an expression counts as one step of depth, whichever formula it stands in: failure
+/// Evaluating an expression counts as one step of depth, in every formula: failure
 /// -2147217900 where the steps within one another become more than a stack can bear.
 class Expression {
  public:
@@ -115,10 +115,10 @@ class MemberExpression : public Expression {
   explicit MemberExpression(HierarchyId hierarchy) : hierarchy_(hierarchy) {}
   HierarchyId hierarchy() const { return hierarchy_; }
   /// `kNoMember` where there is none, such as above the top.
-  MemberId Evaluate(Evaluator& evaluator, const Context& context) const;
+  MemberId Evaluate(CellEvaluator& evaluator, const Context& context) const;
 
  private:
-  virtual MemberId Compute(Evaluator& evaluator, const Context& context) const = 0;
+  virtual MemberId Compute(CellEvaluator& evaluator, const Context& context) const = 0;
 
   HierarchyId hierarchy_;
 };
@@ -128,10 +128,10 @@ class SetExpression : public Expression {
   explicit SetExpression(std::vector<HierarchyId> hierarchies)
       : hierarchies_(std::move(hierarchies)) {}
   const std::vector<HierarchyId>& hierarchies() const { return hierarchies_; }
-  TupleSet Evaluate(Evaluator& evaluator, const Context& context) const;
+  TupleSet Evaluate(CellEvaluator& evaluator, const Context& context) const;
 
  private:
-  virtual TupleSet Compute(Evaluator& evaluator, const Context& context) const = 0;
+  virtual TupleSet Compute(CellEvaluator& evaluator, const Context& context) const = 0;
 
   std::vector<HierarchyId> hierarchies_;
 };
@@ -142,16 +142,16 @@ class ValueExpression : public Expression {
  public:
   explicit ValueExpression(ValueKind kind = ValueKind::kNumber) : kind_(kind) {}
   ValueKind kind() const { return kind_; }
-  Column Evaluate(Evaluator& evaluator, const Block& block) const;
+  Column Evaluate(CellEvaluator& evaluator, const Block& block) const;
   /// Moves `context` to the cell whose value this is. False when there is no such cell, or when it
   /// is not the same for all positions of the block and all members of `any`.
-  virtual bool MoveTo(Evaluator& /*evaluator*/, const Block& /*block*/, HierarchyId /*any*/,
+  virtual bool MoveTo(CellEvaluator& /*evaluator*/, const Block& /*block*/, HierarchyId /*any*/,
                       Context& /*context*/) const {
     return false;
   }
 
  private:
-  virtual Column Compute(Evaluator& evaluator, const Block& block) const = 0;
+  virtual Column Compute(CellEvaluator& evaluator, const Block& block) const = 0;
 
   ValueKind kind_;
 };

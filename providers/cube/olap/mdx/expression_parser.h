@@ -6,7 +6,7 @@
 
 namespace vok::olap {
 
-/// Reads one expression from `tokens` and leaves them behind it.
+/// Reads one expression from `tokens` and leaves them after it.
 Syntax ParseExpression(TokenReader& tokens);
 /// A formula: an expression, or one in single quotes.
 Syntax ParseFormula(TokenReader& tokens);

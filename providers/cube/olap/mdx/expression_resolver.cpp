@@ -42,18 +42,19 @@ ValuePtr ExpressionResolver::ResolveFormula(const Syntax& syntax, MemberId& firs
 }
 
 SetPtr ExpressionResolver::ResolveSet(const Syntax& syntax) const {
-  return ToSet(ResolveAs(syntax, Wanted::kSet));
+  return ToSet(ResolveAs(syntax, ArgumentType::kSet));
 }
 
 ValuePtr ExpressionResolver::ResolveValue(const Syntax& syntax) const {
-  return ToValue(ResolveAs(syntax, Wanted::kValue));
+  return ToValue(ResolveAs(syntax, ArgumentType::kValue));
 }
 
-Operand ExpressionResolver::ResolveAs(const Syntax& syntax, Wanted wanted) const {
+Operand ExpressionResolver::ResolveAs(const Syntax& syntax, ArgumentType wanted) const {
   return Checked(Resolve(syntax), wanted, BeginOf(syntax));
 }
 
-Operand ExpressionResolver::Checked(Operand operand, Wanted wanted, std::size_t offset) const {
+Operand ExpressionResolver::Checked(Operand operand, ArgumentType wanted,
+                                    std::size_t offset) const {
   if (!Fits(operand, wanted)) {
     source_.Fail(offset, "expected " + Describe(wanted) + " but found " + Describe(operand));
   }
@@ -127,7 +128,7 @@ Operand ExpressionResolver::ResolveTuple(const Syntax& syntax) const {
   TupleOperand tuple;
   std::vector<HierarchyId> seen;
   for (const Syntax& argument : syntax.arguments) {
-    MemberPtr member = ToMember(ResolveAs(argument, Wanted::kMember));
+    MemberPtr member = ToMember(ResolveAs(argument, ArgumentType::kMember));
     const HierarchyId hierarchy = member->hierarchy();
     if (std::find(seen.begin(), seen.end(), hierarchy) != seen.end()) {
       source_.Fail(BeginOf(argument), "the tuple has more than one member of hierarchy " +
@@ -169,7 +170,7 @@ Operand ExpressionResolver::ResolveBinary(const Syntax& syntax) const {
   if (std::holds_alternative<SetPtr>(left) || std::holds_alternative<SetPtr>(right)) {
     return CombineSets(syntax, std::move(left), std::move(right));
   }
-  const Wanted wanted = OperandOf(syntax.text);
+  const ArgumentType wanted = OperandOf(syntax.text);
   left = Checked(std::move(left), wanted, BeginOf(syntax.arguments[0]));
   right = Checked(std::move(right), wanted, BeginOf(syntax.arguments[1]));
   ValuePtr value =
@@ -182,8 +183,8 @@ Operand ExpressionResolver::CombineSets(const Syntax& syntax, Operand left, Oper
   if (syntax.text != "*" && syntax.text != "+" && syntax.text != "-") {
     source_.Fail(syntax.offset, "sets cannot stand beside " + syntax.text);
   }
-  SetPtr a = ToSet(Checked(std::move(left), Wanted::kSet, BeginOf(syntax.arguments[0])));
-  SetPtr b = ToSet(Checked(std::move(right), Wanted::kSet, BeginOf(syntax.arguments[1])));
+  SetPtr a = ToSet(Checked(std::move(left), ArgumentType::kSet, BeginOf(syntax.arguments[0])));
+  SetPtr b = ToSet(Checked(std::move(right), ArgumentType::kSet, BeginOf(syntax.arguments[1])));
   const Place place = PlaceOf(syntax);
   if (syntax.text == "*") return NewCrossJoin(std::move(a), std::move(b), place);
   if (syntax.text == "+") return NewUnion(std::move(a), std::move(b), false, place);
@@ -193,13 +194,13 @@ Operand ExpressionResolver::CombineSets(const Syntax& syntax, Operand left, Oper
 Operand ExpressionResolver::ResolveIs(const Syntax& syntax) const {
   Operand left = Resolve(syntax.arguments[0]);
   if (IsNull(syntax.arguments[1])) {
-    left = Checked(std::move(left), Wanted::kMember, BeginOf(syntax.arguments[0]));
+    left = Checked(std::move(left), ArgumentType::kMember, BeginOf(syntax.arguments[0]));
     return NewSameMember(ToMember(std::move(left)), nullptr);
   }
   return Same(std::move(left), Resolve(syntax.arguments[1]), syntax);
 }
 
-/// Levels and hierarchies are the same or not whatever the cell; members depend on it.
+/// Levels and hierarchies are the same or not in every cell; members depend on it.
 Operand ExpressionResolver::Same(Operand left, Operand right, const Syntax& syntax) const {
   const auto* level = std::get_if<LevelOperand>(&left);
   const auto* other_level = std::get_if<LevelOperand>(&right);
@@ -212,8 +213,8 @@ Operand ExpressionResolver::Same(Operand left, Operand right, const Syntax& synt
   if (hierarchy != nullptr && other_hierarchy != nullptr) {
     return NewLogical(hierarchy->hierarchy == other_hierarchy->hierarchy);
   }
-  left = Checked(std::move(left), Wanted::kMember, BeginOf(syntax.arguments[0]));
-  right = Checked(std::move(right), Wanted::kMember, BeginOf(syntax.arguments[1]));
+  left = Checked(std::move(left), ArgumentType::kMember, BeginOf(syntax.arguments[0]));
+  right = Checked(std::move(right), ArgumentType::kMember, BeginOf(syntax.arguments[1]));
   return NewSameMember(ToMember(std::move(left)), ToMember(std::move(right)));
 }
 
@@ -231,22 +232,22 @@ Operand ExpressionResolver::ResolveCase(const Syntax& syntax) const {
   return value;
 }
 
-/// `operand` nullptr: what stands behind WHEN is a condition by itself.
+/// `operand` nullptr: what stands after WHEN is a condition by itself.
 ValuePtr ExpressionResolver::ResolveWhen(const Syntax* operand, const Syntax& when) const {
-  if (operand == nullptr) return ToValue(ResolveAs(when, Wanted::kCondition));
+  if (operand == nullptr) return ToValue(ResolveAs(when, ArgumentType::kCondition));
   Operand left = Resolve(*operand);
   Operand right = Resolve(when);
-  if (Fits(left, Wanted::kMember) && Fits(right, Wanted::kMember)) {
+  if (Fits(left, ArgumentType::kMember) && Fits(right, ArgumentType::kMember)) {
     return NewSameMember(ToMember(std::move(left)), ToMember(std::move(right)));
   }
-  left = Checked(std::move(left), Wanted::kValue, BeginOf(*operand));
-  right = Checked(std::move(right), Wanted::kValue, BeginOf(when));
+  left = Checked(std::move(left), ArgumentType::kValue, BeginOf(*operand));
+  right = Checked(std::move(right), ArgumentType::kValue, BeginOf(when));
   return NewBinary("=", ToValue(std::move(left)), ToValue(std::move(right)), PlaceOf(when));
 }
 
 Operand ExpressionResolver::ResolveRange(const Syntax& syntax) const {
-  MemberPtr first = ToMember(ResolveAs(syntax.arguments[0], Wanted::kMember));
-  MemberPtr last = ToMember(ResolveAs(syntax.arguments[1], Wanted::kMember));
+  MemberPtr first = ToMember(ResolveAs(syntax.arguments[0], ArgumentType::kMember));
+  MemberPtr last = ToMember(ResolveAs(syntax.arguments[1], ArgumentType::kMember));
   if (first->hierarchy() != last->hierarchy()) {
     source_.Fail(syntax.offset, "both ends of a range must be of the same hierarchy");
   }

@@ -24,7 +24,7 @@ class ExpressionResolver {
 
  private:
   Operand Resolve(const Syntax& syntax) const;
-  Operand ResolveAs(const Syntax& syntax, Wanted wanted) const;
+  Operand ResolveAs(const Syntax& syntax, ArgumentType wanted) const;
   Operand ResolveName(const Syntax& syntax) const;
   Operand ResolveBraces(const Syntax& syntax) const;
   Operand ResolveTuple(const Syntax& syntax) const;
@@ -41,7 +41,7 @@ class ExpressionResolver {
   void NoteMeasure(const Operand& operand) const;
   Place PlaceOf(const Syntax& syntax) const { return {&source_, syntax.offset}; }
   Operand Property(Operand base, const NamePart& part) const;
-  Operand Checked(Operand operand, Wanted wanted, std::size_t offset) const;
+  Operand Checked(Operand operand, ArgumentType wanted, std::size_t offset) const;
 
   const CubeView& cube_;
   const SourceText& source_;

@@ -8,7 +8,7 @@
 
 namespace vok::olap {
 
-/// Adds a range behind the others; it lengthens the last one where it begins at its end.
+/// Adds a range after the others; it lengthens the last one where it begins at its end.
 void Append(IdRange range, std::vector<IdRange>& ranges);
 /// The same leaves as ascending ranges that neither touch nor overlap, without empty ones.
 std::vector<IdRange> Merged(std::vector<IdRange> ranges);

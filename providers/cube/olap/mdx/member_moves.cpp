@@ -10,7 +10,7 @@ MemberId Neighbour(const CubeView& cube, HierarchyId hierarchy, MemberId member,
   return moved < level.begin || moved >= level.end ? kNoMember : static_cast<MemberId>(moved);
 }
 
-MemberId AncestorAt(const Evaluator& evaluator, HierarchyId hierarchy, MemberId member,
+MemberId AncestorAt(const CellEvaluator& evaluator, HierarchyId hierarchy, MemberId member,
                     uint32_t level) {
   if (IsCalculated(member)) member = evaluator.Parent(hierarchy, member);
   if (member == kNoMember) return kNoMember;

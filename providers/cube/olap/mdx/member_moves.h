@@ -1,7 +1,7 @@
 // From one stored member to others of its hierarchy.
 #pragma once
 
-#include "providers/cube/olap/mdx/evaluator.h"
+#include "providers/cube/olap/mdx/cell_evaluator.h"
 
 namespace vok::olap {
 
@@ -9,7 +9,7 @@ namespace vok::olap {
 /// members, unless they stay where they are.
 MemberId Neighbour(const CubeView& cube, HierarchyId hierarchy, MemberId member, int64_t distance);
 /// The member itself or the one above it in the level; `kNoMember` for a level below.
-MemberId AncestorAt(const Evaluator& evaluator, HierarchyId hierarchy, MemberId member,
+MemberId AncestorAt(const CellEvaluator& evaluator, HierarchyId hierarchy, MemberId member,
                     uint32_t level);
 /// The members of a level at or below one above or in it.
 IdRange DescendantsAt(const CubeView& cube, HierarchyId hierarchy, MemberId member, uint32_t level);

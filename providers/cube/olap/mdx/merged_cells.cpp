@@ -14,7 +14,7 @@ constexpr int kMostSteps = 100;  // from one calculated member to the next
 
 /// Stored members everywhere but in the hierarchies of the set, and values that can be put
 /// together.
-bool IsPlain(const Evaluator& evaluator, const Context& context, const TupleSet& set,
+bool IsPlain(const CellEvaluator& evaluator, const Context& context, const TupleSet& set,
              Overlap overlap) {
   for (HierarchyId h = 0; h < context.members.size(); ++h) {
     const bool in_set =
@@ -38,7 +38,7 @@ std::optional<LeafRanges> LeavesOf(const Hierarchy& hierarchy, const MemberIds& 
 
 /// Goes on from a calculated member whose formula is a cell itself, such as one measure in one
 /// currency, to that cell. False where a formula is anything else, or needs itself.
-bool FollowToStored(Evaluator& evaluator, const Block& block, HierarchyId any, Context& place) {
+bool FollowToStored(CellEvaluator& evaluator, const Block& block, HierarchyId any, Context& place) {
   for (int step = 0; step < kMostSteps; ++step) {
     const HierarchyId deciding = DecidingHierarchy(evaluator.query(), place.members);
     if (deciding == kNoHierarchy) return true;
@@ -49,8 +49,8 @@ bool FollowToStored(Evaluator& evaluator, const Block& block, HierarchyId any, C
   return false;
 }
 
-/// The place of the value, which must be one stored cell whatever members of the set stand there.
-std::optional<Context> PlaceOf(Evaluator& evaluator, const Block& block, const TupleSet& set,
+/// The place of the value, which must be one stored cell for all members of the set.
+std::optional<Context> PlaceOf(CellEvaluator& evaluator, const Block& block, const TupleSet& set,
                                const ValueExpression& value, Overlap overlap) {
   std::optional<Context> place;
   for (const HierarchyId hierarchy : set.hierarchies) {
@@ -76,7 +76,7 @@ bool AddsUp(Aggregator aggregator) {
   return aggregator == Aggregator::kSum || aggregator == Aggregator::kCount;
 }
 
-std::optional<Context> MergedCell(Evaluator& evaluator, const Block& block, const TupleSet& set,
+std::optional<Context> MergedCell(CellEvaluator& evaluator, const Block& block, const TupleSet& set,
                                   const ValueExpression& value, Overlap overlap) {
   std::optional<Context> merged = PlaceOf(evaluator, block, set, value, overlap);
   if (!merged) return std::nullopt;

@@ -4,7 +4,7 @@
 
 #include <optional>
 
-#include "providers/cube/olap/mdx/evaluator.h"
+#include "providers/cube/olap/mdx/cell_evaluator.h"
 
 namespace vok::olap {
 
@@ -16,7 +16,7 @@ bool AddsUp(Aggregator aggregator);
 
 /// The cell that holds `value` of all tuples of `set`; nothing unless they are every combination of
 /// some stored members and the value is a stored cell.
-std::optional<Context> MergedCell(Evaluator& evaluator, const Block& block, const TupleSet& set,
+std::optional<Context> MergedCell(CellEvaluator& evaluator, const Block& block, const TupleSet& set,
                                   const ValueExpression& value, Overlap overlap);
 
 }  // namespace vok::olap

@@ -41,7 +41,7 @@ Decimal Shortest(double number) {
   return decimal;
 }
 
-/// Keeps `places` digits behind the point; halves go up.
+/// Keeps `places` digits after the point; halves go up.
 void Round(Decimal& decimal, int places) {
   const int kept = decimal.point + places;
   if (kept >= static_cast<int>(decimal.digits.size())) return;

@@ -1,4 +1,4 @@
-// Numbers as texts, by a format such as "#,##0.00". Always with "." and ",", whatever the country.
+// Numbers as texts, by a format such as "#,##0.00". Always with "." and ",", in every country.
 #pragma once
 
 #include <string>

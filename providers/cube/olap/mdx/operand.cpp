@@ -13,7 +13,7 @@ bool Is(const Operand& operand) {
 }
 
 bool FitsTuple(const Operand& operand) {
-  return Fits(operand, Wanted::kMember) || Is<TupleOperand>(operand);
+  return Fits(operand, ArgumentType::kMember) || Is<TupleOperand>(operand);
 }
 
 std::vector<MemberPtr> ToTuple(Operand operand) {
@@ -25,49 +25,49 @@ std::vector<MemberPtr> ToTuple(Operand operand) {
 
 }  // namespace
 
-bool Fits(const Operand& operand, Wanted wanted) {
+bool Fits(const Operand& operand, ArgumentType wanted) {
   switch (wanted) {
-    case Wanted::kHierarchy:
+    case ArgumentType::kHierarchy:
       return Is<HierarchyOperand>(operand);
-    case Wanted::kLevel:
+    case ArgumentType::kLevel:
       return Is<LevelOperand>(operand);
-    case Wanted::kMember:
+    case ArgumentType::kMember:
       return Is<MemberPtr>(operand) || Is<HierarchyOperand>(operand);
-    case Wanted::kTuple:
+    case ArgumentType::kTuple:
       return FitsTuple(operand);
-    case Wanted::kSet:
+    case ArgumentType::kSet:
       return FitsTuple(operand) || Is<SetPtr>(operand);
-    case Wanted::kValue:
+    case ArgumentType::kValue:
       return FitsTuple(operand) || Is<ValuePtr>(operand);
-    case Wanted::kNumber:
+    case ArgumentType::kNumber:
       return FitsTuple(operand) ||
              (Is<ValuePtr>(operand) && std::get<ValuePtr>(operand)->kind() != ValueKind::kText);
-    case Wanted::kCondition:
+    case ArgumentType::kCondition:
       return Is<ValuePtr>(operand) && std::get<ValuePtr>(operand)->kind() == ValueKind::kLogical;
-    case Wanted::kFlag:
+    case ArgumentType::kFlag:
       return Is<FlagOperand>(operand);
-    case Wanted::kMissing:
+    case ArgumentType::kMissing:
       return Is<MissingOperand>(operand);
   }
   return false;
 }
 
-Operand Convert(Operand operand, Wanted wanted) {
+Operand Convert(Operand operand, ArgumentType wanted) {
   switch (wanted) {
-    case Wanted::kHierarchy:
-    case Wanted::kLevel:
-    case Wanted::kFlag:
-    case Wanted::kMissing:
+    case ArgumentType::kHierarchy:
+    case ArgumentType::kLevel:
+    case ArgumentType::kFlag:
+    case ArgumentType::kMissing:
       return operand;
-    case Wanted::kMember:
+    case ArgumentType::kMember:
       return ToMember(std::move(operand));
-    case Wanted::kTuple:
+    case ArgumentType::kTuple:
       return TupleOperand{ToTuple(std::move(operand))};
-    case Wanted::kSet:
+    case ArgumentType::kSet:
       return ToSet(std::move(operand));
-    case Wanted::kValue:
-    case Wanted::kNumber:
-    case Wanted::kCondition:
+    case ArgumentType::kValue:
+    case ArgumentType::kNumber:
+    case ArgumentType::kCondition:
       return ToValue(std::move(operand));
   }
   return operand;
@@ -96,27 +96,27 @@ std::string Describe(const Operand& operand) {
   return kNames[operand.index()];
 }
 
-std::string Describe(Wanted wanted) {
+std::string Describe(ArgumentType wanted) {
   switch (wanted) {
-    case Wanted::kHierarchy:
+    case ArgumentType::kHierarchy:
       return "a hierarchy";
-    case Wanted::kLevel:
+    case ArgumentType::kLevel:
       return "a level";
-    case Wanted::kMember:
+    case ArgumentType::kMember:
       return "a member";
-    case Wanted::kTuple:
+    case ArgumentType::kTuple:
       return "a tuple";
-    case Wanted::kSet:
+    case ArgumentType::kSet:
       return "a set";
-    case Wanted::kValue:
+    case ArgumentType::kValue:
       return "a value";
-    case Wanted::kNumber:
+    case ArgumentType::kNumber:
       return "a number";
-    case Wanted::kCondition:
+    case ArgumentType::kCondition:
       return "a condition";
-    case Wanted::kFlag:
+    case ArgumentType::kFlag:
       return "a flag";
-    case Wanted::kMissing:
+    case ArgumentType::kMissing:
       return "nothing";
   }
   return {};

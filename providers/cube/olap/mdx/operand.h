@@ -32,7 +32,7 @@ using Operand = std::variant<HierarchyOperand, LevelOperand, MemberPtr, TupleOpe
                              ValuePtr, FlagOperand, MissingOperand>;
 
 /// Types of arguments, as signatures write them.
-enum class Wanted : char {
+enum class ArgumentType : char {
   kHierarchy = 'h',
   kLevel = 'l',
   kMember = 'm',
@@ -45,9 +45,9 @@ enum class Wanted : char {
   kMissing = '_'
 };
 
-bool Fits(const Operand& operand, Wanted wanted);
+bool Fits(const Operand& operand, ArgumentType wanted);
 /// The operand as what is wanted; it must fit.
-Operand Convert(Operand operand, Wanted wanted);
+Operand Convert(Operand operand, ArgumentType wanted);
 
 MemberPtr ToMember(Operand operand);
 SetPtr ToSet(Operand operand);
@@ -55,6 +55,6 @@ ValuePtr ToValue(Operand operand);
 
 /// "a member"; what the operand is, or what is wanted, in words.
 std::string Describe(const Operand& operand);
-std::string Describe(Wanted wanted);
+std::string Describe(ArgumentType wanted);
 
 }  // namespace vok::olap

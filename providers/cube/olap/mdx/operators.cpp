@@ -4,7 +4,7 @@
 #include <limits>
 #include <utility>
 
-#include "providers/cube/olap/mdx/evaluator.h"
+#include "providers/cube/olap/mdx/cell_evaluator.h"
 #include "providers/cube/olap/mdx/number_format.h"
 
 namespace vok::olap {
@@ -84,7 +84,7 @@ class BinaryValue : public ValueExpression {
     return left_->DependsOn(hierarchy) || right_->DependsOn(hierarchy);
   }
 
-  Column Compute(Evaluator& evaluator, const Block& block) const override {
+  Column Compute(CellEvaluator& evaluator, const Block& block) const override {
     Column left = left_->Evaluate(evaluator, block);
     Column right = right_->Evaluate(evaluator, block);
     if (by_.compares) CompareTexts(left, right);
@@ -169,7 +169,7 @@ class JoinedTexts : public ValueExpression {
   bool DependsOn(HierarchyId hierarchy) const override {
     return left_->DependsOn(hierarchy) || right_->DependsOn(hierarchy);
   }
-  Column Compute(Evaluator& evaluator, const Block& block) const override {
+  Column Compute(CellEvaluator& evaluator, const Block& block) const override {
     const Column left = left_->Evaluate(evaluator, block);
     const Column right = right_->Evaluate(evaluator, block);
     Column joined = evaluator.NewColumn(block);
@@ -201,7 +201,7 @@ class UnaryValue : public ValueExpression {
 
   bool DependsOn(HierarchyId hierarchy) const override { return operand_->DependsOn(hierarchy); }
 
-  Column Compute(Evaluator& evaluator, const Block& block) const override {
+  Column Compute(CellEvaluator& evaluator, const Block& block) const override {
     Column column = operand_->Evaluate(evaluator, block);
     RequireNumbers(column, place_);
     for (std::size_t row = 0; row < column.size(); ++row) {
@@ -225,7 +225,7 @@ class UnaryValue : public ValueExpression {
 void RequireNumbers(const Column& column, Place place) {
   for (std::size_t row = 0; row < column.texts.size(); ++row) {
     if (column.states[row] == CellState::kText) {
-      place.Fail("the text \"" + column.texts[row] + "\" stands where a number is needed");
+      place.Fail("the text \"" + column.texts[row] + "\" is where a number is needed");
     }
   }
 }
@@ -238,12 +238,12 @@ ValuePtr NewBinary(std::string_view symbol, ValuePtr left, ValuePtr right, Place
   return std::make_unique<BinaryValue>(*found, std::move(left), std::move(right), place);
 }
 
-Wanted OperandOf(std::string_view symbol) {
-  if (symbol == kJoin) return Wanted::kValue;
+ArgumentType OperandOf(std::string_view symbol) {
+  if (symbol == kJoin) return ArgumentType::kValue;
   const Operator* found = Find(symbol);
-  if (found != nullptr && found->compares) return Wanted::kValue;
+  if (found != nullptr && found->compares) return ArgumentType::kValue;
   const bool logical = symbol == kNot || (found != nullptr && found->kind == ValueKind::kLogical);
-  return logical ? Wanted::kCondition : Wanted::kNumber;
+  return logical ? ArgumentType::kCondition : ArgumentType::kNumber;
 }
 
 ValuePtr NewUnary(std::string_view symbol, ValuePtr operand, Place place) {

@@ -17,7 +17,7 @@ void RequireNumbers(const Column& column, Place place);
 /// another. Two texts are compared byte by byte.
 ValuePtr NewBinary(std::string_view symbol, ValuePtr left, ValuePtr right, Place place);
 /// What the operands of the operator must be.
-Wanted OperandOf(std::string_view symbol);
+ArgumentType OperandOf(std::string_view symbol);
 /// "-" or "NOT"; an empty operand stays empty under "-".
 ValuePtr NewUnary(std::string_view symbol, ValuePtr operand, Place place);
 

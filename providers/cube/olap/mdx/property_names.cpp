@@ -76,7 +76,7 @@ bool IsPartOfKey(std::string_view word) {
 void CheckMemberProperty(const NameResolver& names, const SourceText& source, const Name& name) {
   if (name.size() > 1) {
     const Operand of = names.Resolve(std::span(name).first(name.size() - 1));
-    if (!Fits(of, Wanted::kHierarchy) && !Fits(of, Wanted::kLevel)) {
+    if (!Fits(of, ArgumentType::kHierarchy) && !Fits(of, ArgumentType::kLevel)) {
       source.Fail(name.front().offset, "expected a hierarchy or a level but found " + Describe(of));
     }
   }

@@ -7,8 +7,8 @@
 
 namespace vok::olap {
 
-/// Answers have the same properties whatever is asked; names are looked into so that a mistyped one
-/// is told. Failure -2147217900 with the place: not a property of members, or one of something
+/// Answers have the same properties for every question; names are looked into so that a mistyped
+/// one is told. Failure -2147217900 with the place: not a property of members, or one of something
 /// other than a hierarchy or a level.
 void CheckMemberProperty(const NameResolver& names, const SourceText& source, const Name& name);
 /// The same of cells.

@@ -2,8 +2,8 @@
 
 #include <utility>
 
+#include "providers/cube/olap/mdx/cell_evaluator.h"
 #include "providers/cube/olap/mdx/distinct_tuples.h"
-#include "providers/cube/olap/mdx/evaluator.h"
 
 namespace vok::olap {
 namespace {
@@ -38,7 +38,7 @@ class CombinedSet : public SetExpression {
     return first_->DependsOn(hierarchy) || second_->DependsOn(hierarchy);
   }
 
-  TupleSet Compute(Evaluator& evaluator, const Context& context) const override {
+  TupleSet Compute(CellEvaluator& evaluator, const Context& context) const override {
     TupleSet a = first_->Evaluate(evaluator, context);
     TupleSet b = second_->Evaluate(evaluator, context);
     a.hierarchies = b.hierarchies = hierarchies();
@@ -76,7 +76,7 @@ class DistinctSet : public SetExpression {
  public:
   explicit DistinctSet(SetPtr set) : SetExpression(set->hierarchies()), set_(std::move(set)) {}
   bool DependsOn(HierarchyId hierarchy) const override { return set_->DependsOn(hierarchy); }
-  TupleSet Compute(Evaluator& evaluator, const Context& context) const override {
+  TupleSet Compute(CellEvaluator& evaluator, const Context& context) const override {
     return Distinct(evaluator.guard(), set_->Evaluate(evaluator, context));
   }
 

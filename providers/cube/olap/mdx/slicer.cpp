@@ -17,7 +17,7 @@ LeafRanges LeavesOf(const Hierarchy& hierarchy, const MemberIds& members) {
 
 }  // namespace
 
-Context SlicerContext(Evaluator& evaluator, const SourceText& source) {
+Context SlicerContext(CellEvaluator& evaluator, const SourceText& source) {
   Context context = evaluator.base();
   const auto& slicer = evaluator.query().slicer;
   if (!slicer) return context;

@@ -6,7 +6,7 @@
 namespace vok::olap {
 namespace {
 
-MemberIds PathOf(const Evaluator& evaluator, HierarchyId hierarchy, MemberId member) {
+MemberIds PathOf(const CellEvaluator& evaluator, HierarchyId hierarchy, MemberId member) {
   MemberIds path;
   for (; member != kNoMember; member = evaluator.Parent(hierarchy, member)) path.push_back(member);
   std::reverse(path.begin(), path.end());
@@ -40,7 +40,7 @@ void SortByValue(const QueryGuard& guard, const Column& values, bool descending,
   });
 }
 
-PathKeys::PathKeys(const Evaluator& evaluator, const TupleSet& set) : arity_(set.arity()) {
+PathKeys::PathKeys(const CellEvaluator& evaluator, const TupleSet& set) : arity_(set.arity()) {
   paths_.reserve(set.ids.size());
   for (std::size_t i = 0; i < set.ids.size(); ++i) {
     evaluator.guard().CheckAt(i);
@@ -59,13 +59,13 @@ bool PathKeys::IsBefore(uint32_t a, uint32_t b, bool children_first) const {
   return false;
 }
 
-SiblingKeys::SiblingKeys(Evaluator& evaluator, const TupleSet& set, const ValueExpression& value,
-                         const Context& context)
+SiblingKeys::SiblingKeys(CellEvaluator& evaluator, const TupleSet& set,
+                         const ValueExpression& value, const Context& context)
     : arity_(set.arity()), paths_(set.ids.size()) {
   for (std::size_t i = 0; i < arity_; ++i) AddColumn(evaluator, set, i, value, context);
 }
 
-void SiblingKeys::AddColumn(Evaluator& evaluator, const TupleSet& set, std::size_t column,
+void SiblingKeys::AddColumn(CellEvaluator& evaluator, const TupleSet& set, std::size_t column,
                             const ValueExpression& value, const Context& context) {
   TupleSet places{
       {set.hierarchies.begin(), set.hierarchies.begin() + static_cast<std::ptrdiff_t>(column) + 1},

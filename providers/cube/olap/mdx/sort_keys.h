@@ -5,7 +5,7 @@
 #include <cstdint>
 #include <vector>
 
-#include "providers/cube/olap/mdx/evaluator.h"
+#include "providers/cube/olap/mdx/cell_evaluator.h"
 
 namespace vok::olap {
 
@@ -26,8 +26,8 @@ void SortByValue(const QueryGuard& guard, const Column& values, bool descending,
 /// Each tuple's members with all members above them, from the top.
 class PathKeys {
  public:
-  PathKeys(const Evaluator& evaluator, const TupleSet& set);
-  /// Parents stand before their children, or behind them.
+  PathKeys(const CellEvaluator& evaluator, const TupleSet& set);
+  /// Parents stand before their children, or after them.
   bool IsBefore(uint32_t a, uint32_t b, bool children_first) const;
 
  private:
@@ -40,7 +40,7 @@ class PathKeys {
 /// tuple's value counts from its first member up to the one compared.
 class SiblingKeys {
  public:
-  SiblingKeys(Evaluator& evaluator, const TupleSet& set, const ValueExpression& value,
+  SiblingKeys(CellEvaluator& evaluator, const TupleSet& set, const ValueExpression& value,
               const Context& context);
   bool IsBefore(uint32_t a, uint32_t b, bool descending) const;
 
@@ -51,7 +51,7 @@ class SiblingKeys {
   };
   using Path = LongList<Step>;
 
-  void AddColumn(Evaluator& evaluator, const TupleSet& set, std::size_t column,
+  void AddColumn(CellEvaluator& evaluator, const TupleSet& set, std::size_t column,
                  const ValueExpression& value, const Context& context);
 
   std::size_t arity_;

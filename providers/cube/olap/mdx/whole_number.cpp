@@ -7,7 +7,7 @@
 
 namespace vok::olap {
 
-int64_t WholeNumber(Evaluator& evaluator, const ValueExpression& value, const Context& context,
+int64_t WholeNumber(CellEvaluator& evaluator, const ValueExpression& value, const Context& context,
                     Place place) {
   const Column column = evaluator.Single(value, context);
   RequireNumbers(column, place);

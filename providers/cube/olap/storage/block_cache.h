@@ -12,7 +12,7 @@
 
 namespace vok::olap {
 
-/// A block's bytes; they stay while somebody holds it. Eight bytes can be read from any of them.
+/// A block's bytes; they stay while it is held. Eight bytes can be read from any of them.
 class HeldBlock {
  public:
   HeldBlock() = default;

@@ -29,7 +29,7 @@ class CellBlock {
   CellBlock(std::span<const std::byte> block, uint32_t inner_count,
             std::span<const ValueFormat> formats, const std::string& file_name);
 
-  /// Cells that lie one behind the other, from `first` on.
+  /// Cells that lie one after the other, from `first` on.
   struct Run {
     uint32_t first = 0;
     uint32_t count = 0;

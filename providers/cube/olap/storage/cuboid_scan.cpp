@@ -14,7 +14,7 @@ class Scan {
  public:
   Scan(const BlockStore& blocks, const Cuboids& cuboids, std::span<const LeafLevels> levels,
        const CuboidPart& part, const std::vector<IdRange>& inner, const Grouping& grouping,
-       std::span<const CellTarget> targets, Watch& watch)
+       std::span<const CellTarget> targets, CancelCheck& watch)
       : blocks_(blocks),
         cuboids_(cuboids),
         levels_(levels),
@@ -86,7 +86,7 @@ class Scan {
   std::vector<IdRange> inner_;
   const Grouping& grouping_;
   std::span<const CellTarget> targets_;
-  Watch& watch_;
+  CancelCheck& watch_;
   uint32_t inner_count_;
   std::array<uint32_t, kBatch> groups_;
   std::array<int64_t, kBatch> values_;
@@ -97,7 +97,7 @@ class Scan {
 
 void AddCells(const BlockStore& blocks, const Cuboids& cuboids, std::span<const LeafLevels> levels,
               const CuboidPart& part, const std::vector<IdRange>& inner, const Grouping& grouping,
-              std::span<const CellTarget> targets, Watch& watch) {
+              std::span<const CellTarget> targets, CancelCheck& watch) {
   Scan(blocks, cuboids, levels, part, inner, grouping, targets, watch).Run();
 }
 

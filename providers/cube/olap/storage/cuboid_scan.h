@@ -3,9 +3,9 @@
 
 #include <span>
 
+#include "providers/cube/olap/storage/cancel_check.h"
 #include "providers/cube/olap/storage/read_plan.h"
 #include "providers/cube/olap/storage/tally.h"
-#include "providers/cube/olap/storage/watch.h"
 
 namespace vok::olap {
 
@@ -18,6 +18,6 @@ struct CellTarget {
 /// `inner` are the leaves of the inner hierarchy that take part; none: all. Failure "damaged".
 void AddCells(const BlockStore& blocks, const Cuboids& cuboids, std::span<const LeafLevels> levels,
               const CuboidPart& part, const std::vector<IdRange>& inner, const Grouping& grouping,
-              std::span<const CellTarget> targets, Watch& watch);
+              std::span<const CellTarget> targets, CancelCheck& watch);
 
 }  // namespace vok::olap

@@ -46,7 +46,7 @@ struct Target {
 class RowAdder {
  public:
   RowAdder(const Columns& columns, const Grouping& grouping, std::span<const Target> targets,
-           Watch& watch)
+           CancelCheck& watch)
       : grouping_(grouping), watch_(watch) {
     if (grouping.hierarchy()) {
       groups_of_.emplace(columns.keys[columns.key_of_hierarchy[*grouping.hierarchy()]]);
@@ -89,7 +89,7 @@ class RowAdder {
   }
 
   const Grouping& grouping_;
-  Watch& watch_;
+  CancelCheck& watch_;
   std::optional<ColumnReader> groups_of_;
   std::vector<Source> sources_;
   std::array<uint32_t, kBatch> groups_{};
@@ -107,9 +107,9 @@ class StoredFacts : public FactStore {
  private:
   LeafSlice SliceOf(const FactQuery& query) const;
   void AddByPlan(const LeafSlice& slice, const Grouping& grouping, std::span<const Target> targets,
-                 Watch& watch) const;
+                 CancelCheck& watch) const;
   void AddFacts(const LeafSlice& slice, const Grouping& grouping, std::span<const Target> targets,
-                Watch& watch) const;
+                CancelCheck& watch) const;
 
   const BlockStore& blocks_;
   Columns columns_;
@@ -132,7 +132,7 @@ std::vector<FactColumn> StoredFacts::Read(const FactQuery& query) const {
     (aggregated ? planned : others).push_back({stored.value_column, tallies.back().get()});
   }
   const LeafSlice slice = SliceOf(query);
-  Watch watch(query.check);
+  CancelCheck watch(query.check);
   if (!planned.empty()) AddByPlan(slice, grouping, planned, watch);
   if (!others.empty()) AddFacts(slice, grouping, others, watch);
   std::vector<FactColumn> results;
@@ -153,7 +153,7 @@ LeafSlice StoredFacts::SliceOf(const FactQuery& query) const {
 }
 
 void StoredFacts::AddByPlan(const LeafSlice& slice, const Grouping& grouping,
-                            std::span<const Target> targets, Watch& watch) const {
+                            std::span<const Target> targets, CancelCheck& watch) const {
   const Cuboids& cuboids = *columns_.cuboids;
   std::vector<CellTarget> cells;
   for (const Target& target : targets) {
@@ -167,7 +167,7 @@ void StoredFacts::AddByPlan(const LeafSlice& slice, const Grouping& grouping,
 }
 
 void StoredFacts::AddFacts(const LeafSlice& slice, const Grouping& grouping,
-                           std::span<const Target> targets, Watch& watch) const {
+                           std::span<const Target> targets, CancelCheck& watch) const {
   std::vector<std::optional<LeafFilter>> filters(columns_.keys.size());
   for (std::size_t hierarchy = 0; hierarchy < slice.size(); ++hierarchy) {
     if (slice[hierarchy].empty()) continue;

@@ -60,7 +60,7 @@ class Checker {
   void Check() const {
     CheckOffsets(columns_.name_offsets);
     CheckOffsets(columns_.caption_offsets);
-    if (!IsUtf8(columns_.texts)) Refuse("a name is no UTF-8");
+    if (!IsUtf8(columns_.texts)) Refuse("a name is not UTF-8");
     const std::size_t members = columns_.parents.size();
     if (columns_.first_children[members] != members) Refuse("children are missing");
     for (std::size_t level = 0; level < levels_.size(); ++level) CheckLevel(level);

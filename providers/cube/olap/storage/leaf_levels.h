@@ -31,7 +31,7 @@ class LeafLevels {
   std::optional<IdRange> MembersOf(std::size_t level, IdRange leaves) const;
 
  private:
-  std::vector<std::vector<uint32_t>> ends_;  // for each level, behind the last leaf of each member
+  std::vector<std::vector<uint32_t>> ends_;  // for each level, after the last leaf of each member
 };
 
 }  // namespace vok::olap

@@ -48,7 +48,7 @@ LeafFilter::LeafFilter(std::vector<IdRange> ranges, uint32_t leaf_count)
 }
 
 SliceScan::SliceScan(std::span<const PackedColumn> columns,
-                     std::span<const std::optional<LeafFilter>> filters, Watch& watch)
+                     std::span<const std::optional<LeafFilter>> filters, CancelCheck& watch)
     : columns_(columns.begin(), columns.end()), filters_(filters), watch_(watch) {
   for (std::size_t column = 0; column < filters.size(); ++column) {
     if (filters[column]) filtered_columns_ = column + 1;

@@ -6,10 +6,10 @@
 #include <span>
 #include <vector>
 
+#include "providers/cube/olap/storage/cancel_check.h"
 #include "providers/cube/olap/storage/column_memory.h"
 #include "providers/cube/olap/storage/model.h"
 #include "providers/cube/olap/storage/packed_column.h"
-#include "providers/cube/olap/storage/watch.h"
 
 namespace vok::olap {
 
@@ -37,7 +37,7 @@ class SliceScan {
  public:
   /// Columns in the order of sorting; no filter: all leaves.
   SliceScan(std::span<const PackedColumn> columns,
-            std::span<const std::optional<LeafFilter>> filters, Watch& watch);
+            std::span<const std::optional<LeafFilter>> filters, CancelCheck& watch);
 
   /// Ascending ranges that do not touch.
   LongList<RowRange> Find(uint64_t rows);
@@ -52,7 +52,7 @@ class SliceScan {
 
   std::vector<ColumnReader> columns_;
   std::span<const std::optional<LeafFilter>> filters_;
-  Watch& watch_;
+  CancelCheck& watch_;
   std::size_t filtered_columns_ = 0;  ///< up to and including the last filter
   LongList<RowRange> found_;
 };

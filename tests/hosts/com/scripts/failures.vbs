@@ -23,7 +23,7 @@ CheckFailure "NoMeasure", "failed", "Integer", 5555, "Not Valid Measure.Check yo
 CheckFailure "Domestic", "no folder\failed", "Long", 76, ""
 Check "workbook", CreateObject("Scripting.FileSystemObject").FileExists("failed.xlsX"), False
 
-' No screen here for a window: the number comes back through the variable, of whatever type it was.
+' No screen here for a window: the number comes back through the variable, of any type.
 Dim number, file, result
 number = "7" : file = "any.mdb"
 result = cube.ShowQCform(number, file)

@@ -14,7 +14,7 @@ namespace vok::xmla::test {
 /// What goes back for one request: bytes as they are, status line and all.
 struct Reply {
   std::string bytes;
-  bool close = false;   ///< ends the connection behind them
+  bool close = false;   ///< ends the connection after them
   bool silent = false;  ///< then sends nothing more, and waits for the client to go
 };
 

@@ -14,7 +14,7 @@ namespace {
 
 using Texts = std::vector<std::string>;
 
-/// The rows of a rowset; an empty text is no element.
+/// The rows of a rowset; an empty text is not an element.
 std::string Rows(const Texts& columns, const std::vector<Texts>& rows) {
   std::string xml;
   for (const Texts& row : rows) {
@@ -135,7 +135,7 @@ TEST_F(XmlaProviderTest, FindsACatalogByItsNameOrItsCubes) {
        "has no catalog \"None\", and none with a cube of that name. Its catalogs: \"Sales\", "},
       {http_.address() + ";Initial Catalog=Both",
        "a cube \"Both\" in several catalogs: \"Sales\", \"Other\""},
-      {"x.cub", "is no address of a cube server"},
+      {"x.cub", "is not the address of a cube server"},
       {http_.address() + ";Provider=Other", "\"Other\"", failure_number::kProviderNotFound},
   };
   for (const auto& [text, says, number] : kCases) {

@@ -93,7 +93,7 @@ TEST_F(DamagedFileTest, WhatIsNoSettingsFileIsNamedAndLeftAlone) {
       {head + "Standard Jet DB", "is a Jet database"},
       {"", "is empty"},
       {"x", "cut short"},
-      {std::string(100000, 'x'), "no settings database"},
+      {std::string(100000, 'x'), "not a settings database"},
       {other, path_},
       {foreign, "another program"},
       {newer, "another version"},

@@ -1,5 +1,5 @@
 // Writes a workbook the way a run does, appending included, and the cells that another program must
-// find in it, row by row, with a NUL behind each.
+// find in it, row by row, with a NUL after each.
 //
 //   second_reader_writer BOOK.xlsX EXPECTED
 #include <charconv>

@@ -84,9 +84,9 @@ TEST_F(SpreadsheetTest, WhatACellCannotHoldIsRefusedByName) {
     int32_t number;
     const char* why;
   } cases[] = {
-      {std::numeric_limits<double>::quiet_NaN(), 1004, "no finite number"},
-      {std::numeric_limits<double>::infinity(), 1004, "no finite number"},
-      {-std::numeric_limits<double>::infinity(), 1004, "no finite number"},
+      {std::numeric_limits<double>::quiet_NaN(), 1004, "NaN or infinite"},
+      {std::numeric_limits<double>::infinity(), 1004, "NaN or infinite"},
+      {-std::numeric_limits<double>::infinity(), 1004, "NaN or infinite"},
       {longest + "a", 1004, "32768 characters"},
       {longest.substr(1) + "\xF0\x9F\x98\x80", 1004, "32768 characters"},
       {Date::FromCivil(1900, 2, 28), 1004, "1 March 1900"},

@@ -6,7 +6,7 @@
 #include <utility>
 
 #include "providers/cube/olap/mdx/basic_expressions.h"
-#include "providers/cube/olap/mdx/evaluator.h"
+#include "providers/cube/olap/mdx/cell_evaluator.h"
 #include "providers/cube/olap/mdx/functions/registry.h"
 #include "providers/cube/olap/mdx/merged_cells.h"
 #include "providers/cube/olap/mdx/operators.h"
@@ -75,7 +75,7 @@ class ValueOfSet : public ValueExpression {
     return !Covers(hierarchy) && value_->DependsOn(hierarchy);
   }
 
-  Column Compute(Evaluator& evaluator, const Block& block) const override {
+  Column Compute(CellEvaluator& evaluator, const Block& block) const override {
     if (block.positions == nullptr) {
       return OverSet(evaluator, block, set_->Evaluate(evaluator, block.context));
     }
@@ -89,10 +89,12 @@ class ValueOfSet : public ValueExpression {
   }
 
  protected:
-  virtual Column OverSet(Evaluator& evaluator, const Block& block, const TupleSet& set) const = 0;
-  virtual bool Merges(Evaluator&, const Block&, const TupleSet&) const { return false; }
+  virtual Column OverSet(CellEvaluator& evaluator, const Block& block,
+                         const TupleSet& set) const = 0;
+  virtual bool Merges(CellEvaluator&, const Block&, const TupleSet&) const { return false; }
 
-  Column FoldAll(Evaluator& evaluator, const Block& block, const TupleSet& set, Fold fold) const {
+  Column FoldAll(CellEvaluator& evaluator, const Block& block, const TupleSet& set,
+                 Fold fold) const {
     if (block.positions == nullptr) return FoldOne(evaluator, block, set, fold);
     Folded folded(fold, evaluator.NewColumn(block).size());
     for (std::size_t i = 0; i < set.size(); ++i) {
@@ -105,7 +107,8 @@ class ValueOfSet : public ValueExpression {
     return folded.Result();
   }
 
-  Column FoldOne(Evaluator& evaluator, const Block& block, const TupleSet& set, Fold fold) const {
+  Column FoldOne(CellEvaluator& evaluator, const Block& block, const TupleSet& set,
+                 Fold fold) const {
     Folded folded(fold, 1);
     if (evaluator.announcing()) return Column();
     const Column values = evaluator.ValuesOver(*value_, set, block.context);
@@ -120,7 +123,8 @@ class ValueOfSet : public ValueExpression {
   Place place() const { return place_; }
 
  private:
-  [[noreturn]] void FailTooLarge(Evaluator& evaluator, const Block& block, std::size_t row) const {
+  [[noreturn]] void FailTooLarge(CellEvaluator& evaluator, const Block& block,
+                                 std::size_t row) const {
     evaluator.FailTooLarge("the sum", place_, block, row);
   }
   bool Covers(HierarchyId hierarchy) const {
@@ -139,7 +143,7 @@ class FoldedValue : public ValueOfSet {
       : ValueOfSet(std::move(set), std::move(value), place), fold_(fold) {}
 
  private:
-  Column OverSet(Evaluator& evaluator, const Block& block, const TupleSet& set) const override {
+  Column OverSet(CellEvaluator& evaluator, const Block& block, const TupleSet& set) const override {
     return FoldAll(evaluator, block, set, fold_);
   }
 
@@ -151,10 +155,10 @@ class Sum : public ValueOfSet {
   using ValueOfSet::ValueOfSet;
 
  private:
-  bool Merges(Evaluator& evaluator, const Block& block, const TupleSet& set) const override {
+  bool Merges(CellEvaluator& evaluator, const Block& block, const TupleSet& set) const override {
     return MergedCell(evaluator, block, set, value(), Overlap::kRefused).has_value();
   }
-  Column OverSet(Evaluator& evaluator, const Block& block, const TupleSet& set) const override {
+  Column OverSet(CellEvaluator& evaluator, const Block& block, const TupleSet& set) const override {
     if (auto merged = MergedCell(evaluator, block, set, value(), Overlap::kRefused)) {
       return evaluator.Cells(Block{std::move(*merged), block.positions});
     }
@@ -168,10 +172,10 @@ class AggregateValue : public ValueOfSet {
   using ValueOfSet::ValueOfSet;
 
  private:
-  bool Merges(Evaluator& evaluator, const Block& block, const TupleSet& set) const override {
+  bool Merges(CellEvaluator& evaluator, const Block& block, const TupleSet& set) const override {
     return MergedCell(evaluator, block, set, value(), OverlapFor(evaluator, block)).has_value();
   }
-  Column OverSet(Evaluator& evaluator, const Block& block, const TupleSet& set) const override {
+  Column OverSet(CellEvaluator& evaluator, const Block& block, const TupleSet& set) const override {
     if (auto merged = MergedCell(evaluator, block, set, value(), OverlapFor(evaluator, block))) {
       return evaluator.Cells(Block{std::move(*merged), block.positions});
     }
@@ -187,10 +191,10 @@ class AggregateValue : public ValueOfSet {
     return FoldAll(evaluator, block, set, Fold::kSum);
   }
 
-  Overlap OverlapFor(Evaluator& evaluator, const Block& block) const {
+  Overlap OverlapFor(CellEvaluator& evaluator, const Block& block) const {
     return AddsUp(AggregatorOf(evaluator, block)) ? Overlap::kRefused : Overlap::kOnce;
   }
-  Aggregator AggregatorOf(Evaluator& evaluator, const Block& block) const {
+  Aggregator AggregatorOf(CellEvaluator& evaluator, const Block& block) const {
     Context context = block.context;
     value().MoveTo(evaluator, block, kNoHierarchy, context);
     const MemberId measure = context.members[kMeasures];
@@ -206,7 +210,7 @@ class CountOfSet : public ValueOfSet {
         with_empty_(with_empty) {}
 
  private:
-  Column OverSet(Evaluator& evaluator, const Block& block, const TupleSet& set) const override {
+  Column OverSet(CellEvaluator& evaluator, const Block& block, const TupleSet& set) const override {
     Column counts = evaluator.NewColumn(block);
     const auto size = static_cast<double>(set.size());
     for (std::size_t row = 0; row < counts.size(); ++row) {

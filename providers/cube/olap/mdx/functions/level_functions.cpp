@@ -4,8 +4,8 @@
 #include <optional>
 #include <utility>
 
+#include "providers/cube/olap/mdx/cell_evaluator.h"
 #include "providers/cube/olap/mdx/distinct_tuples.h"
-#include "providers/cube/olap/mdx/evaluator.h"
 #include "providers/cube/olap/mdx/functions/registry.h"
 #include "providers/cube/olap/mdx/hierarchy_order.h"
 #include "providers/cube/olap/mdx/member_moves.h"
@@ -19,19 +19,19 @@ class MembersSet : public SetExpression {
   MembersSet(HierarchyId hierarchy, MemberIds ids)
       : SetExpression({hierarchy}), ids_(std::move(ids)) {}
   bool DependsOn(HierarchyId) const override { return false; }
-  TupleSet Compute(Evaluator&, const Context&) const override { return {hierarchies(), ids_}; }
+  TupleSet Compute(CellEvaluator&, const Context&) const override { return {hierarchies(), ids_}; }
 
  private:
   MemberIds ids_;
 };
 
-/// Stored members with the calculated ones, each behind the stored children of its parent.
+/// Stored members with the calculated ones, each after the stored children of its parent.
 class AllMembersSet : public SetExpression {
  public:
   AllMembersSet(HierarchyId hierarchy, std::optional<uint32_t> level, MemberIds ids)
       : SetExpression({hierarchy}), level_(level), ids_(std::move(ids)) {}
   bool DependsOn(HierarchyId) const override { return false; }
-  TupleSet Compute(Evaluator& evaluator, const Context&) const override {
+  TupleSet Compute(CellEvaluator& evaluator, const Context&) const override {
     TupleSet set{hierarchies(), ids_};
     for (const bool declared : {true, false}) {
       const auto& members = evaluator.query().members;
@@ -46,7 +46,7 @@ class AllMembersSet : public SetExpression {
   }
 
  private:
-  void Insert(const Evaluator& evaluator, MemberId calculated, MemberIds& ids) const {
+  void Insert(const CellEvaluator& evaluator, MemberId calculated, MemberIds& ids) const {
     const CubeView& cube = evaluator.cube();
     const HierarchyId hierarchy = hierarchies()[0];
     const MemberId parent = evaluator.query().Member(calculated).parent;
@@ -61,7 +61,7 @@ class AllMembersSet : public SetExpression {
     ids.insert(behind, calculated);
   }
 
-  bool IsBelow(const Evaluator& evaluator, MemberId member, MemberId ancestor) const {
+  bool IsBelow(const CellEvaluator& evaluator, MemberId member, MemberId ancestor) const {
     while (member != kNoMember && member != ancestor) {
       member = evaluator.Parent(hierarchies()[0], member);
     }
@@ -76,7 +76,7 @@ class ChildrenSet : public SetExpression {
  public:
   explicit ChildrenSet(MemberPtr of) : SetExpression({of->hierarchy()}), of_(std::move(of)) {}
   bool DependsOn(HierarchyId hierarchy) const override { return of_->DependsOn(hierarchy); }
-  TupleSet Compute(Evaluator& evaluator, const Context& context) const override {
+  TupleSet Compute(CellEvaluator& evaluator, const Context& context) const override {
     TupleSet set{hierarchies(), {}};
     const MemberId of = of_->Evaluate(evaluator, context);
     if (!IsStored(of)) return set;
@@ -121,7 +121,7 @@ class DescendantsSet : public SetExpression {
            (depth_.distance != nullptr && depth_.distance->DependsOn(hierarchy));
   }
 
-  TupleSet Compute(Evaluator& evaluator, const Context& context) const override {
+  TupleSet Compute(CellEvaluator& evaluator, const Context& context) const override {
     const TupleSet of = of_->Evaluate(evaluator, context);
     const int64_t distance =
         depth_.distance == nullptr ? 0 : WholeNumber(evaluator, *depth_.distance, context, place_);
@@ -135,7 +135,7 @@ class DescendantsSet : public SetExpression {
   }
 
  private:
-  void Add(const Evaluator& evaluator, MemberId member, int64_t distance, TupleSet& set) const {
+  void Add(const CellEvaluator& evaluator, MemberId member, int64_t distance, TupleSet& set) const {
     const CubeView& cube = evaluator.cube();
     const HierarchyId hierarchy = hierarchies()[0];
     const uint32_t own = cube.LevelOf(hierarchy, member);

@@ -3,8 +3,8 @@
 #include <array>
 #include <utility>
 
+#include "providers/cube/olap/mdx/cell_evaluator.h"
 #include "providers/cube/olap/mdx/conditions.h"
-#include "providers/cube/olap/mdx/evaluator.h"
 #include "providers/cube/olap/mdx/functions/registry.h"
 
 namespace vok::olap {
@@ -15,7 +15,7 @@ class IsEmptyValue : public ValueExpression {
   explicit IsEmptyValue(ValuePtr value)
       : ValueExpression(ValueKind::kLogical), value_(std::move(value)) {}
   bool DependsOn(HierarchyId hierarchy) const override { return value_->DependsOn(hierarchy); }
-  Column Compute(Evaluator& evaluator, const Block& block) const override {
+  Column Compute(CellEvaluator& evaluator, const Block& block) const override {
     const Column values = value_->Evaluate(evaluator, block);
     Column result = evaluator.NewColumn(block);
     for (std::size_t row = 0; row < result.size(); ++row) {
@@ -37,7 +37,7 @@ class FirstValue : public ValueExpression {
     return std::any_of(values_.begin(), values_.end(),
                        [hierarchy](const ValuePtr& value) { return value->DependsOn(hierarchy); });
   }
-  Column Compute(Evaluator& evaluator, const Block& block) const override {
+  Column Compute(CellEvaluator& evaluator, const Block& block) const override {
     Column result = values_.front()->Evaluate(evaluator, block);
     for (std::size_t i = 1; i < values_.size(); ++i) {
       const Column next = values_[i]->Evaluate(evaluator, block);

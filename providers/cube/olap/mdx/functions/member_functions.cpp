@@ -4,7 +4,7 @@
 #include <utility>
 
 #include "providers/cube/olap/mdx/basic_expressions.h"
-#include "providers/cube/olap/mdx/evaluator.h"
+#include "providers/cube/olap/mdx/cell_evaluator.h"
 #include "providers/cube/olap/mdx/functions/registry.h"
 #include "providers/cube/olap/mdx/member_moves.h"
 #include "providers/cube/olap/mdx/whole_number.h"
@@ -12,14 +12,14 @@
 namespace vok::olap {
 namespace {
 
-using Step = MemberId (*)(const Evaluator&, HierarchyId, MemberId);
+using Step = MemberId (*)(const CellEvaluator&, HierarchyId, MemberId);
 
 class SteppedMember : public MemberExpression {
  public:
   SteppedMember(MemberPtr from, Step step)
       : MemberExpression(from->hierarchy()), from_(std::move(from)), step_(step) {}
   bool DependsOn(HierarchyId hierarchy) const override { return from_->DependsOn(hierarchy); }
-  MemberId Compute(Evaluator& evaluator, const Context& context) const override {
+  MemberId Compute(CellEvaluator& evaluator, const Context& context) const override {
     const MemberId from = from_->Evaluate(evaluator, context);
     return from == kNoMember ? kNoMember : step_(evaluator, hierarchy(), from);
   }
@@ -32,7 +32,7 @@ class SteppedMember : public MemberExpression {
 /// A member that a number leads to.
 class CountedMember : public MemberExpression {
  public:
-  using Move = MemberId (*)(const Evaluator&, HierarchyId, MemberId, int64_t);
+  using Move = MemberId (*)(const CellEvaluator&, HierarchyId, MemberId, int64_t);
   CountedMember(MemberPtr from, ValuePtr count, Move move, Place place)
       : MemberExpression(from->hierarchy()),
         from_(std::move(from)),
@@ -42,7 +42,7 @@ class CountedMember : public MemberExpression {
   bool DependsOn(HierarchyId hierarchy) const override {
     return from_->DependsOn(hierarchy) || count_->DependsOn(hierarchy);
   }
-  MemberId Compute(Evaluator& evaluator, const Context& context) const override {
+  MemberId Compute(CellEvaluator& evaluator, const Context& context) const override {
     const MemberId from = from_->Evaluate(evaluator, context);
     if (from == kNoMember) return kNoMember;
     return move_(evaluator, hierarchy(), from, WholeNumber(evaluator, *count_, context, place_));
@@ -60,7 +60,7 @@ class AncestorAtLevel : public MemberExpression {
   AncestorAtLevel(MemberPtr from, uint32_t level)
       : MemberExpression(from->hierarchy()), from_(std::move(from)), level_(level) {}
   bool DependsOn(HierarchyId hierarchy) const override { return from_->DependsOn(hierarchy); }
-  MemberId Compute(Evaluator& evaluator, const Context& context) const override {
+  MemberId Compute(CellEvaluator& evaluator, const Context& context) const override {
     return AncestorAt(evaluator, hierarchy(), from_->Evaluate(evaluator, context), level_);
   }
 
@@ -81,12 +81,12 @@ Operand Stepped(Call& call) {
   return std::make_unique<SteppedMember>(call.Member(0), kStep);
 }
 
-MemberId ParentOf(const Evaluator& evaluator, HierarchyId hierarchy, MemberId member) {
+MemberId ParentOf(const CellEvaluator& evaluator, HierarchyId hierarchy, MemberId member) {
   return evaluator.Parent(hierarchy, member);
 }
 
 template <bool kLast>
-MemberId EndChild(const Evaluator& evaluator, HierarchyId hierarchy, MemberId member) {
+MemberId EndChild(const CellEvaluator& evaluator, HierarchyId hierarchy, MemberId member) {
   if (!IsStored(member)) return kNoMember;
   const IdRange children = evaluator.cube().Children(hierarchy, member);
   if (children.size() == 0) return kNoMember;
@@ -94,7 +94,7 @@ MemberId EndChild(const Evaluator& evaluator, HierarchyId hierarchy, MemberId me
 }
 
 template <int kDistance>
-MemberId Beside(const Evaluator& evaluator, HierarchyId hierarchy, MemberId member) {
+MemberId Beside(const CellEvaluator& evaluator, HierarchyId hierarchy, MemberId member) {
   return Neighbour(evaluator.cube(), hierarchy, member, kDistance);
 }
 
@@ -102,7 +102,7 @@ template <int kDirection>
 Operand Moved(Call& call) {
   return std::make_unique<CountedMember>(
       call.Member(0), call.Value(1),
-      [](const Evaluator& evaluator, HierarchyId hierarchy, MemberId member, int64_t count) {
+      [](const CellEvaluator& evaluator, HierarchyId hierarchy, MemberId member, int64_t count) {
         return Neighbour(evaluator.cube(), hierarchy, member, kDirection * count);
       },
       call.place());
@@ -111,7 +111,7 @@ Operand Moved(Call& call) {
 Operand AncestorByDistance(Call& call) {
   return std::make_unique<CountedMember>(
       call.Member(0), call.Value(1),
-      [](const Evaluator& evaluator, HierarchyId hierarchy, MemberId member, int64_t count) {
+      [](const CellEvaluator& evaluator, HierarchyId hierarchy, MemberId member, int64_t count) {
         if (count < 0) return kNoMember;
         for (; count > 0 && member != kNoMember; --count) {
           member = evaluator.Parent(hierarchy, member);

@@ -4,7 +4,7 @@
 #include <utility>
 
 #include "providers/cube/olap/mdx/basic_expressions.h"
-#include "providers/cube/olap/mdx/evaluator.h"
+#include "providers/cube/olap/mdx/cell_evaluator.h"
 #include "providers/cube/olap/mdx/functions/registry.h"
 
 namespace vok::olap {
@@ -15,7 +15,8 @@ enum class Form { kName, kCaption, kUniqueName };
 /// What a cube server calls a member that is not there.
 constexpr char kNoName[] = "#null";
 
-std::string TextOf(const Evaluator& evaluator, HierarchyId hierarchy, MemberId member, Form form) {
+std::string TextOf(const CellEvaluator& evaluator, HierarchyId hierarchy, MemberId member,
+                   Form form) {
   if (member == kNoMember) return kNoName;
   if (IsCalculated(member)) {
     const CalculatedMember& calculated = evaluator.query().Member(member);
@@ -34,7 +35,7 @@ class MemberText : public ValueExpression {
   MemberText(MemberPtr member, Form form)
       : ValueExpression(ValueKind::kText), member_(std::move(member)), form_(form) {}
   bool DependsOn(HierarchyId hierarchy) const override { return member_->DependsOn(hierarchy); }
-  Column Compute(Evaluator& evaluator, const Block& block) const override {
+  Column Compute(CellEvaluator& evaluator, const Block& block) const override {
     Column texts = evaluator.NewColumn(block);
     Context context = block.context;
     for (std::size_t row = 0; row < texts.size(); ++row) {

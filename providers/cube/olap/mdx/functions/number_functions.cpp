@@ -4,14 +4,14 @@
 #include <utility>
 
 #include "providers/cube/olap/mdx/basic_expressions.h"
-#include "providers/cube/olap/mdx/evaluator.h"
+#include "providers/cube/olap/mdx/cell_evaluator.h"
 #include "providers/cube/olap/mdx/functions/registry.h"
 #include "providers/cube/olap/mdx/operators.h"
 
 namespace vok::olap {
 namespace {
 
-/// From here on doubles have no places behind the point.
+/// From here on doubles have no places after the point.
 constexpr double kWhole = 4503599627370496.0;
 
 /// Halves go up, as a cube server rounds.
@@ -35,7 +35,7 @@ class ComputedNumber : public ValueExpression {
   bool DependsOn(HierarchyId hierarchy) const override {
     return first_->DependsOn(hierarchy) || second_->DependsOn(hierarchy);
   }
-  Column Compute(Evaluator& evaluator, const Block& block) const override {
+  Column Compute(CellEvaluator& evaluator, const Block& block) const override {
     Column result = first_->Evaluate(evaluator, block);
     const Column second = second_->Evaluate(evaluator, block);
     RequireNumbers(result, place_);

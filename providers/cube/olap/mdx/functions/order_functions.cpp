@@ -4,7 +4,7 @@
 #include <numeric>
 #include <utility>
 
-#include "providers/cube/olap/mdx/evaluator.h"
+#include "providers/cube/olap/mdx/cell_evaluator.h"
 #include "providers/cube/olap/mdx/functions/registry.h"
 #include "providers/cube/olap/mdx/sort_keys.h"
 #include "providers/cube/olap/mdx/whole_number.h"
@@ -39,10 +39,10 @@ class ValuedSet : public SetExpression {
   }
 
  protected:
-  TupleSet Set(Evaluator& evaluator, const Context& context) const {
+  TupleSet Set(CellEvaluator& evaluator, const Context& context) const {
     return set_->Evaluate(evaluator, context);
   }
-  Column Values(Evaluator& evaluator, const TupleSet& set, const Context& context) const {
+  Column Values(CellEvaluator& evaluator, const TupleSet& set, const Context& context) const {
     return evaluator.ValuesOver(*value_, set, context);
   }
   const ValueExpression& value() const { return *value_; }
@@ -56,7 +56,7 @@ class ValuedSet : public SetExpression {
 class FilteredSet : public ValuedSet {
  public:
   using ValuedSet::ValuedSet;
-  TupleSet Compute(Evaluator& evaluator, const Context& context) const override {
+  TupleSet Compute(CellEvaluator& evaluator, const Context& context) const override {
     const TupleSet set = Set(evaluator, context);
     const Column taken = Values(evaluator, set, context);
     TupleSet kept{hierarchies(), {}};
@@ -74,7 +74,7 @@ class OrderedSet : public ValuedSet {
         descending_(descending),
         keeps_hierarchy_(keeps_hierarchy) {}
 
-  TupleSet Compute(Evaluator& evaluator, const Context& context) const override {
+  TupleSet Compute(CellEvaluator& evaluator, const Context& context) const override {
     const TupleSet set = Set(evaluator, context);
     Rows rows = AllRows(set);
     if (keeps_hierarchy_) {
@@ -105,7 +105,7 @@ class ExtremeSet : public ValuedSet {
     return ValuedSet::DependsOn(hierarchy) || count_->DependsOn(hierarchy);
   }
 
-  TupleSet Compute(Evaluator& evaluator, const Context& context) const override {
+  TupleSet Compute(CellEvaluator& evaluator, const Context& context) const override {
     const TupleSet set = Set(evaluator, context);
     const int64_t count = WholeNumber(evaluator, *count_, context, place_);
     if (count < 0) place_.Fail("the number of tuples is below 0");
@@ -125,7 +125,7 @@ class HierarchizedSet : public ValuedSet {
  public:
   HierarchizedSet(SetPtr set, bool children_first)
       : ValuedSet(std::move(set), nullptr), children_first_(children_first) {}
-  TupleSet Compute(Evaluator& evaluator, const Context& context) const override {
+  TupleSet Compute(CellEvaluator& evaluator, const Context& context) const override {
     const TupleSet set = Set(evaluator, context);
     const PathKeys keys(evaluator, set);
     Rows rows = AllRows(set);

@@ -27,8 +27,8 @@ struct Signature {
   bool TakesCount(std::size_t count) const {
     return count >= needed && (repeats || count <= letters.size());
   }
-  Wanted At(std::size_t index) const {
-    return static_cast<Wanted>(letters[std::min(index, letters.size() - 1)]);
+  ArgumentType At(std::size_t index) const {
+    return static_cast<ArgumentType>(letters[std::min(index, letters.size() - 1)]);
   }
 
   std::string letters;

@@ -42,8 +42,8 @@ struct Function {
   std::string_view name;
   /// As in "[Date].Members"; the first argument stands before the point.
   bool is_property;
-  /// One letter of `Wanted` per argument; those after "|" may be left out; a closing "*" repeats
-  /// the last one.
+  /// One letter of `ArgumentType` per argument; those after "|" may be left out; a closing "*"
+  /// repeats the last one.
   std::string_view signature;
   Operand (*make)(Call& call);
 };

@@ -4,8 +4,8 @@
 #include <utility>
 
 #include "providers/cube/olap/mdx/basic_expressions.h"
+#include "providers/cube/olap/mdx/cell_evaluator.h"
 #include "providers/cube/olap/mdx/cross_join.h"
-#include "providers/cube/olap/mdx/evaluator.h"
 #include "providers/cube/olap/mdx/functions/registry.h"
 #include "providers/cube/olap/mdx/set_operations.h"
 #include "providers/cube/olap/mdx/whole_number.h"
@@ -39,7 +39,7 @@ class PartOfSet : public SetExpression {
            (start_ != nullptr && start_->DependsOn(hierarchy));
   }
 
-  TupleSet Compute(Evaluator& evaluator, const Context& context) const override {
+  TupleSet Compute(CellEvaluator& evaluator, const Context& context) const override {
     TupleSet set = set_->Evaluate(evaluator, context);
     const auto number = [&](const ValuePtr& value, int64_t otherwise) {
       return value == nullptr ? otherwise : WholeNumber(evaluator, *value, context, place_);
@@ -61,7 +61,7 @@ class PartOfSet : public SetExpression {
   SetPtr set_;
   From from_;
   ValuePtr start_;  ///< nullptr: 0
-  ValuePtr count_;  ///< nullptr: 1, or all behind the start
+  ValuePtr count_;  ///< nullptr: 1, or all after the start
   Place place_;
 };
 

@@ -5,7 +5,7 @@
 #include <utility>
 
 #include "providers/cube/olap/mdx/basic_expressions.h"
-#include "providers/cube/olap/mdx/evaluator.h"
+#include "providers/cube/olap/mdx/cell_evaluator.h"
 #include "providers/cube/olap/mdx/functions/registry.h"
 #include "providers/cube/olap/mdx/member_moves.h"
 #include "providers/cube/olap/mdx/whole_number.h"
@@ -27,7 +27,7 @@ class LastPeriodsSet : public SetExpression {
     return count_->DependsOn(hierarchy) || last_->DependsOn(hierarchy);
   }
 
-  TupleSet Compute(Evaluator& evaluator, const Context& context) const override {
+  TupleSet Compute(CellEvaluator& evaluator, const Context& context) const override {
     TupleSet set{hierarchies(), {}};
     const MemberId last = last_->Evaluate(evaluator, context);
     if (!IsStored(last)) return set;
@@ -85,7 +85,7 @@ class PeriodsToDateSet : public SetExpression {
   PeriodsToDateSet(Span span, MemberPtr last)
       : SetExpression({last->hierarchy()}), span_(span), last_(std::move(last)) {}
   bool DependsOn(HierarchyId hierarchy) const override { return last_->DependsOn(hierarchy); }
-  TupleSet Compute(Evaluator& evaluator, const Context& context) const override {
+  TupleSet Compute(CellEvaluator& evaluator, const Context& context) const override {
     TupleSet set{hierarchies(), {}};
     const MemberId last = last_->Evaluate(evaluator, context);
     if (!IsStored(last)) return set;
@@ -119,7 +119,7 @@ class ParallelMember : public MemberExpression {
     return member_->DependsOn(hierarchy) ||
            (distance_ != nullptr && distance_->DependsOn(hierarchy));
   }
-  MemberId Compute(Evaluator& evaluator, const Context& context) const override {
+  MemberId Compute(CellEvaluator& evaluator, const Context& context) const override {
     const MemberId member = member_->Evaluate(evaluator, context);
     if (!IsStored(member)) return kNoMember;
     const CubeView& cube = evaluator.cube();

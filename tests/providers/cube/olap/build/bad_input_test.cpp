@@ -91,7 +91,7 @@ TEST(BadFormula, IsRefusedByMemberLineAndColumn) {
        {"calculated member [Nope].[X]", "\"[Nope]\" is not in cube"}},
       {begin + " formula='1'><CalculatedMemberProperty name='SOLVE_ORDER' value='x'/>"
                "</CalculatedMember>",
-       {"SOLVE_ORDER", "\"x\", which is no number"}},
+       {"SOLVE_ORDER", "\"x\", which is not a number"}},
       {begin + " formula='1'><CalculatedMemberProperty name='FORMAT_STRING' "
                "expression='IIf(1=1,&quot;a&quot;,&quot;b&quot;)&quot;'/></CalculatedMember>",
        {"FORMAT_STRING", "not supported"}},

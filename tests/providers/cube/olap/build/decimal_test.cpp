@@ -7,7 +7,7 @@
 namespace vok::olap {
 namespace {
 
-/// The digits, and how many stand behind the point.
+/// The digits, and how many stand after the point.
 std::string Reading(const char* text) {
   const Decimal decimal = ParseDecimal(text);
   if (decimal.fit == NumberFit::kNone) return "no number";

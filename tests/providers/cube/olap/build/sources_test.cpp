@@ -47,7 +47,7 @@ TEST(CsvTable, IsReadInEveryForm) {
   }
 }
 
-TEST(CsvTable, IsReadInPiecesWhateverTheyCut) {
+TEST(CsvTable, IsReadInPiecesThatCutAnything) {
   std::string lines;
   while (lines.size() < (std::size_t{5} << 19)) lines += "a \xC3\xBC,\r\n";
   std::string facts = "id,v\r\n";

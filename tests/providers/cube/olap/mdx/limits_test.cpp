@@ -210,7 +210,7 @@ TEST(QueryLimits, EndAQueryThatNeedsTooMuchMemory) {
   }
 }
 
-/// Facts that add up to more than any number are no blank.
+/// Facts that add up to more than any number are not a blank.
 TEST(QueryLimits, EndAQueryWhoseSumsOverflow) {
   CubeTexts texts = SampleTexts("small");
   texts.tables["fact"] += "3,D,1,0,1,1e308,\n3,D,2,0,1,1e308,\n";

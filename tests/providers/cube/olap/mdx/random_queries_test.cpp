@@ -8,8 +8,8 @@
 #include "providers/cube/olap/mdx/engine.h"
 #include "tests/providers/cube/olap/mdx/case_file.h"
 #include "tests/providers/cube/olap/mdx/small_cube.h"
-#include "tests/support/plain_olap/random_cube.h"
-#include "tests/support/plain_olap/random_mdx.h"
+#include "tests/support/reference_olap/random_cube.h"
+#include "tests/support/reference_olap/random_mdx.h"
 
 namespace vok::test {
 namespace {

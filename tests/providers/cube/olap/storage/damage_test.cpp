@@ -253,7 +253,7 @@ TEST(DamagedCubeFile, FailureSaysWhatIsWrong) {
     const Bytes& bytes;
     const char* words;
   } cases[] = {{newer, "format version 3, newer than this program reads"},
-               {other, "is no cube file"},
+               {other, "is not a cube file"},
                {cut, "damaged or was cut short"}};
   for (const auto& each : cases) {
     try {

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "providers/cube/olap/storage/cube_file.h"
-#include "tests/support/plain_olap/random_cube.h"
+#include "tests/support/reference_olap/random_cube.h"
 
 namespace vok::olap {
 

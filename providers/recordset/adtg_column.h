@@ -1,0 +1,39 @@
+// A column of the binary form: its description, and its values in the rows.
+#pragma once
+
+#include <cstdint>
+
+#include "providers/recordset/byte_reader.h"
+#include "providers/recordset/rowset.h"
+
+namespace vok::recordset {
+
+/// What the limit of 255 below which a text's length is one byte counts. The description of the
+/// form leaves it open for texts of two bytes a character; files in use count bytes.
+enum class LengthRule { kBytes, kCharacters };
+
+class AdtgColumn {
+ public:
+  /// `part` holds one column descriptor, after its size. Fails for a type that is not understood.
+  explicit AdtgColumn(ByteReader part);
+
+  const Column& column() const { return column_; }
+  /// From 1; the columns of a record set stand in this order.
+  uint16_t ordinal() const { return ordinal_; }
+  bool IsNullable() const { return (flags_ & 0x60) != 0; }
+  /// True when the two rules read different bytes.
+  bool DependsOnRule() const;
+  Value Read(ByteReader& reader, LengthRule rule, const CodePage& code_page) const;
+
+ private:
+  FieldType TypeOf(const ByteReader& part) const;
+  std::size_t Length(ByteReader& reader, LengthRule rule) const;
+
+  Column column_;
+  uint16_t ordinal_ = 0;
+  uint16_t type_ = 0;
+  uint32_t max_length_ = 0;  ///< characters of a text, bytes of another value
+  uint32_t flags_ = 0;
+};
+
+}  // namespace vok::recordset

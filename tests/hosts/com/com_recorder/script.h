@@ -1,0 +1,36 @@
+// What the recording doubles are told and what they wrote down: two files, named by the
+// environment.
+//
+//   VOK_RECORDER_ANSWERS   what calls give back, a line for each: the call as it is written down,
+//                         " -> " and the answer; answers with " | " between are given in turn, the
+//                         last one again and again
+//   VOK_RECORDER_LOG       every call, a line for each; what an earlier process was assigned there
+//   is
+//                         still assigned
+//
+// An answer is a number, `true`, `false`, `null`, `empty`, a 'text', `error N text`, or
+// `rows a,b;c,d`, the rows of a record set as one array. A call without an answer gives what was
+// last assigned there, else an object.
+#pragma once
+
+#include <optional>
+#include <string>
+
+#include "system/automation/ole.h"
+#include "system/automation/variant.h"
+
+namespace vok::com_recorder {
+
+void WriteDown(const std::string& line);
+
+/// Throws the `Failure` of an error answer.
+std::optional<windows::Variant> AnswerTo(const std::string& call);
+
+/// Keeps what was assigned, for later reading.
+void Assign(const std::string& property, const VARIANT& value);
+
+/// A value as it is written down: type and value, of arrays type and bounds, and of small ones the
+/// elements too.
+std::string Shown(const VARIANT& value);
+
+}  // namespace vok::com_recorder
