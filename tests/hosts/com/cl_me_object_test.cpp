@@ -165,7 +165,7 @@ TEST_F(ClMeObjectTest, CallsThatDoNotFitAreRefused) {
     Variant table{Value("Periods")};
     EXPECT_EQ(Invoke(kGetSetNames, {variable, *table.Get()}), DISP_E_TYPEMISMATCH) << variable.vt;
     EXPECT_EQ(bad_argument, 1u);
-    EXPECT_TRUE(database.record.lines.empty()) << "the member ran";
+    EXPECT_TRUE(database.calls.empty()) << "the member ran";
   }
 }
 
