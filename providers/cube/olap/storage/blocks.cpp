@@ -48,8 +48,9 @@ void BlockStore::CheckHeader() {
     file_->Read(0, std::as_writable_bytes(std::span(&header, 1)));
   }
   if (header.magic != kFileMagic) {
-    throw Failure(failure_number::kUnspecified,
-                  file_name_ + " is no cube file. Name a file that \"vokcube cube build\" made.");
+    throw Failure(
+        failure_number::kUnspecified,
+        file_name_ + " is not a cube file. Name a file that \"vokcube cube build\" made.");
   }
   if (header.version > kFormatVersion) {
     throw Failure(failure_number::kUnspecified,

@@ -93,7 +93,7 @@ TEST(CsvTable, IsComparedWithItsBeginningWhenTheCubeIsWhole) {
   const test::TemporaryFolder folder;
   const std::string facts = folder.File("fact.csv");
   const auto append = [&] { std::ofstream(facts, std::ios::app) << "2,7\n"; };
-  const auto replace = [&] {
+  [[maybe_unused]] const auto replace = [&] {
     std::ofstream(folder.File("new")) << "id,v\n2,7\n";
     std::filesystem::rename(folder.File("new"), facts);
   };
@@ -101,7 +101,11 @@ TEST(CsvTable, IsComparedWithItsBeginningWhenTheCubeIsWhole) {
     const char* step;  // during which another program writes
     std::function<void()> act;
     bool is_refused;
-  } cases[] = {{"writing C", append, true}, {"writing C", replace, false}};
+  } cases[] = {{"writing C", append, true},
+#ifndef _WIN32  // where a table that is open cannot be replaced
+               {"writing C", replace, false}
+#endif
+  };
   test::NativeFiles files;
   std::ofstream(folder.File("schema.xml")) << kSchema;
   std::ofstream(folder.File("d.csv")) << "id,name\n1,a\n2,b\n";
