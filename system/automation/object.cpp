@@ -51,9 +51,18 @@ std::string Hexadecimal(HRESULT code) {
   return Utf8(text);
 }
 
+/// What a program in another process answers while somebody edits or answers something in it.
+bool IsBusy(HRESULT code) {
+  constexpr auto kEditing = static_cast<HRESULT>(0x800AC472);
+  return code == RPC_E_CALL_REJECTED || code == RPC_E_SERVERCALL_RETRYLATER || code == kEditing;
+}
+
 std::string CodeText(HRESULT code) {
   const std::string words = SystemText(code);
-  return words.empty() ? "error " + Hexadecimal(code) : words + " (" + Hexadecimal(code) + ")";
+  std::string text =
+      words.empty() ? "error " + Hexadecimal(code) : words + " (" + Hexadecimal(code) + ")";
+  if (IsBusy(code)) text += ". The program had no time: end what is edited or asked in it";
+  return text;
 }
 
 [[noreturn]] void ThrowCode(HRESULT code, const std::wstring& member) {
@@ -71,6 +80,24 @@ std::string CodeText(HRESULT code) {
   throw Failure(number, std::move(description), std::move(source));
 }
 
+/// Calls mean the same in every country: some programs know their names and formats in no other
+/// language than this one.
+constexpr LCID kEnglish = MAKELCID(MAKELANGID(LANG_ENGLISH, SUBLANG_ENGLISH_US), SORT_DEFAULT);
+
+/// Until the program has time, 30 seconds at the most.
+template <typename Call>
+HRESULT Patiently(Call call) {
+  constexpr ULONGLONG kPatience = 30'000;
+  constexpr DWORD kPause = 100;
+  const ULONGLONG start = GetTickCount64();
+  HRESULT code = call();
+  while (IsBusy(code) && GetTickCount64() - start < kPatience) {
+    Sleep(kPause);
+    code = call();
+  }
+  return code;
+}
+
 HRESULT ClassOf(const std::string& prog_id, CLSID& class_id) {
   return CLSIDFromProgID(Utf16(prog_id).c_str(), &class_id);
 }
@@ -81,7 +108,8 @@ DISPID Member::IdFor(IDispatch& object) const {
   if (!id_) {
     auto* name = const_cast<wchar_t*>(name_.c_str());
     DISPID id = DISPID_UNKNOWN;
-    const HRESULT code = object.GetIDsOfNames(IID_NULL, &name, 1, LOCALE_USER_DEFAULT, &id);
+    const HRESULT code =
+        Patiently([&] { return object.GetIDsOfNames(IID_NULL, &name, 1, kEnglish, &id); });
     if (FAILED(code)) ThrowCode(code, name_);
     id_ = id;
   }
@@ -145,8 +173,11 @@ Variant Object::Invoke(const Member& member, WORD flags, std::span<Variant> argu
   }
   Variant result;
   EXCEPINFO exception{};
-  const HRESULT code = object_->Invoke(member.IdFor(*object_.Get()), IID_NULL, LOCALE_USER_DEFAULT,
-                                       flags, &parameters, result.Get(), &exception, nullptr);
+  const DISPID id = member.IdFor(*object_.Get());
+  const HRESULT code = Patiently([&] {
+    return object_->Invoke(id, IID_NULL, kEnglish, flags, &parameters, result.Get(), &exception,
+                           nullptr);
+  });
   if (code == DISP_E_EXCEPTION) ThrowException(exception, member.name());
   if (FAILED(code)) ThrowCode(code, member.name());
   return result;

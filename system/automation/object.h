@@ -2,7 +2,8 @@
 //
 // Failures are the object's own: its number (the low word of the platform's "control" errors, else
 // the result code), description and source. 429: the class is not registered or cannot be made;
-// 438: the object has no such member; 424: it answered with no object.
+// 438: the object has no such member; 424: it answered with no object. A program that is busy is
+// asked again for 30 seconds.
 #pragma once
 
 #include <array>

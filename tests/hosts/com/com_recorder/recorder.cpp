@@ -10,6 +10,8 @@
 namespace vok::com_recorder {
 namespace {
 
+constexpr LCID kEnglish = 1033;
+
 std::atomic<long> objects{0};
 
 /// The number of a name is its place here.
@@ -84,9 +86,12 @@ void Recorder::Answer(const std::string& call, VARIANT* result) {
   }
 }
 
-HRESULT Recorder::Invoke(DISPID member, REFIID, LCID, WORD flags, DISPPARAMS* parameters,
+HRESULT Recorder::Invoke(DISPID member, REFIID, LCID locale, WORD flags, DISPPARAMS* parameters,
                          VARIANT* result, EXCEPINFO* exception, UINT*) {
   const std::string name = path_ + "." + Names().at(static_cast<std::size_t>(member));
+  constexpr HRESULT kNoTypeLibraryOfThatLanguage = static_cast<HRESULT>(0x80028018);
+  if (locale != kEnglish) return kNoTypeLibraryOfThatLanguage;
+  if (IsRejected(name)) return RPC_E_CALL_REJECTED;
   try {
     if ((flags & (DISPATCH_PROPERTYPUT | DISPATCH_PROPERTYPUTREF)) != 0) {
       const bool by_reference = (flags & DISPATCH_PROPERTYPUTREF) != 0;

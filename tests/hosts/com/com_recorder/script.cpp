@@ -1,6 +1,7 @@
 #include "tests/hosts/com/com_recorder/script.h"
 
 #include <cctype>
+#include <cstdint>
 #include <cstdlib>
 #include <deque>
 #include <fstream>
@@ -16,10 +17,12 @@ namespace {
 using windows::Variant;
 
 constexpr ULONG kShownElements = 64;
+constexpr ULONG kFirstElements = 4;  // of larger arrays
 
 struct Script {
   std::map<std::string, std::deque<std::string>> answers;
   std::map<std::string, Variant> assigned;
+  std::map<std::string, int> rejections;
   std::ofstream log;
 
   Script() {
@@ -31,11 +34,17 @@ struct Script {
     std::ifstream lines(file == nullptr ? "" : file);
     for (std::string line; std::getline(lines, line);) {
       const std::size_t arrow = line.find(" -> ");
+      if (line.starts_with("reject ")) Reject(line);
       if (arrow != std::string::npos) Add(line.substr(0, arrow), line.substr(arrow + 4));
     }
   }
 
   void Remember(const char* file);
+
+  void Reject(const std::string& line) {
+    const std::size_t blank = line.find(' ', 7);
+    rejections[line.substr(blank + 1)] = std::stoi(line.substr(7));
+  }
 
   void Add(const std::string& call, std::string list) {
     for (std::size_t bar = 0; bar != std::string::npos;) {
@@ -123,6 +132,18 @@ std::string TypeName(VARTYPE type) {
   }
 }
 
+/// What stands in a large array shows in this, and changes it.
+std::string SumOver(const windows::ArrayAccess<VARIANT>& elements, ULONG count) {
+  uint64_t sum = 14695981039346656037U;
+  ULONG empty = 0;
+  for (ULONG index = 0; index < count; ++index) {
+    const std::string shown = Shown(elements[index]);
+    empty += shown == "(empty)" ? 1 : 0;
+    for (const char c : shown + ',') sum = (sum ^ static_cast<unsigned char>(c)) * 1099511628211U;
+  }
+  return std::to_string(empty) + " empty, sum " + std::to_string(sum);
+}
+
 std::string ShownArray(SAFEARRAY* array) {
   VARTYPE type = VT_EMPTY;
   SafeArrayGetVartype(array, &type);
@@ -136,18 +157,25 @@ std::string ShownArray(SAFEARRAY* array) {
     text += (dimension == 1 ? "" : ", ") + std::to_string(first) + " To " + std::to_string(last);
   }
   text += ")";
-  if (type != VT_VARIANT || count > kShownElements) return text;
+  if (type != VT_VARIANT) return text;
   const windows::ArrayAccess<VARIANT> elements(array);
   text += " {";
-  for (ULONG index = 0; index < count; ++index) {
+  const ULONG shown = count > kShownElements ? kFirstElements : count;
+  for (ULONG index = 0; index < shown; ++index) {
     text += (index == 0 ? "" : ", ") + Shown(elements[index]);
   }
+  if (count > kShownElements) text += ", …" + SumOver(elements, count);
   return text + "}";
 }
 
 }  // namespace
 
 void WriteDown(const std::string& line) { TheScript().log << line << std::endl; }
+
+bool IsRejected(const std::string& path) {
+  const auto found = TheScript().rejections.find(path);
+  return found != TheScript().rejections.end() && found->second-- > 0;
+}
 
 std::optional<Variant> AnswerTo(const std::string& call) {
   Script& script = TheScript();
