@@ -11,6 +11,12 @@
 #include "hosts/com/module.h"
 #include "hosts/com/registration.h"
 
+#ifdef __GLIBCXX__
+namespace __gnu_cxx {
+void __freeres();  // the run-time library's own, declared in none of its headers
+}
+#endif
+
 using namespace vok::windows;
 
 namespace {
@@ -22,12 +28,21 @@ HRESULT ChangeRegistration(bool add, Audience audience) {
   return status == ERROR_SUCCESS ? S_OK : SELFREG_E_CLASS;
 }
 
+/// The run-time library keeps memory for failures when there is no other; each loading of the file
+/// has its own, which nobody else gives back.
+void FreeRunTime() {
+#ifdef __GLIBCXX__
+  __gnu_cxx::__freeres();
+#endif
+}
+
 }  // namespace
 
 extern "C" {
 
-BOOL WINAPI DllMain(HINSTANCE module, DWORD reason, void*) {
+BOOL WINAPI DllMain(HINSTANCE module, DWORD reason, void* process_ends) {
   if (reason == DLL_PROCESS_ATTACH) SetModule(module);
+  if (reason == DLL_PROCESS_DETACH && process_ends == nullptr) FreeRunTime();
   return TRUE;
 }
 

@@ -3,13 +3,13 @@
 
 #include <chrono>
 #include <iostream>
+#include <utility>
+#include <vector>
 
 #include "hosts/com/interface.h"
 #include "system/automation/bstr.h"
 #include "system/automation/com_ptr.h"
 #include "system/automation/variant.h"
-// after the platform's own types
-#include <psapi.h>
 
 namespace vok::windows {
 namespace {
@@ -17,12 +17,16 @@ namespace {
 constexpr int kManyTimes = 10'000;
 
 struct ComponentFileTest : ::testing::Test {
-  ComponentFileTest() : file(LoadLibraryA(VOK_COMPONENT_FILE)) {
+  ComponentFileTest() { Load(); }
+  void Load() {
+    file = LoadLibraryA(VOK_COMPONENT_FILE);
     if (file == nullptr) return;
     get_class = Entry<HRESULT(WINAPI*)(REFCLSID, REFIID, void**)>("DllGetClassObject");
     can_unload = Entry<HRESULT(WINAPI*)()>("DllCanUnloadNow");
   }
-  ~ComponentFileTest() override { FreeLibrary(file); }
+  ~ComponentFileTest() override {
+    if (file != nullptr) FreeLibrary(file);
+  }
   void SetUp() override { ASSERT_NE(file, nullptr) << GetLastError(); }
 
   template <typename Function>
@@ -36,14 +40,21 @@ struct ComponentFileTest : ::testing::Test {
     return factory;
   }
 
-  static SIZE_T PrivateBytes() {
-    PROCESS_MEMORY_COUNTERS_EX counters{};
-    GetProcessMemoryInfo(GetCurrentProcess(), reinterpret_cast<PROCESS_MEMORY_COUNTERS*>(&counters),
-                         sizeof(counters));
-    return counters.PrivateUsage;
+  /// Of all heaps of this process.
+  static SIZE_T HeldBytes() {
+    std::vector<HANDLE> heaps(GetProcessHeaps(0, nullptr));
+    heaps.resize(GetProcessHeaps(static_cast<DWORD>(heaps.size()), heaps.data()));
+    SIZE_T bytes = 0;
+    for (const HANDLE heap : heaps) {
+      PROCESS_HEAP_ENTRY entry{};
+      while (HeapWalk(heap, &entry)) {
+        if ((entry.wFlags & PROCESS_HEAP_ENTRY_BUSY) != 0) bytes += entry.cbData;
+      }
+    }
+    return bytes;
   }
 
-  HMODULE file;
+  HMODULE file = nullptr;
   HRESULT(WINAPI* get_class)(REFCLSID, REFIID, void**) = nullptr;
   HRESULT(WINAPI* can_unload)() = nullptr;
 };
@@ -111,13 +122,37 @@ TEST_F(ComponentFileTest, MakesAndReleasesObjectsWithoutGrowth) {
     ASSERT_EQ(TakeBstr(version), "16.8.28");
   };
   for (int i = 0; i < 100; ++i) make_and_ask();
-  const SIZE_T before = PrivateBytes();
+  const SIZE_T before = HeldBytes();
   const auto start = std::chrono::steady_clock::now();
   for (int i = 0; i < kManyTimes; ++i) make_and_ask();
   const std::chrono::duration<double, std::micro> each =
       (std::chrono::steady_clock::now() - start) / kManyTimes;
-  EXPECT_LT(PrivateBytes(), before + 64 * 1024);
+  EXPECT_LT(HeldBytes(), before + 64 * 1024);
   std::cout << "one object and its Version: " << each.count() << " us\n";
+}
+
+TEST_F(ComponentFileTest, LeavesNothingBehindWhenItIsUnloaded) {
+  constexpr int kRounds = 20;
+  constexpr SIZE_T kAllowed = 4 * 1024;  // of each round
+  FreeLibrary(std::exchange(file, nullptr));
+  const auto use = [this] {
+    Load();
+    {
+      ComPtr<_clMe> me;
+      BSTR version = nullptr;
+      ASSERT_EQ(Factory()->CreateInstance(nullptr, kInterfaceId, me.ReceiveVoid()), S_OK);
+      ASSERT_EQ(me->get_Version(&version), S_OK);
+      TakeBstr(version);
+    }
+    ASSERT_EQ(can_unload(), S_OK);
+    FreeLibrary(std::exchange(file, nullptr));
+  };
+  for (int i = 0; i < 3; ++i) use();
+  const SIZE_T before = HeldBytes();
+  for (int i = 0; i < kRounds; ++i) use();
+  const SIZE_T after = HeldBytes();
+  std::cout << "a round leaves " << (static_cast<double>(after) - before) / kRounds << " bytes\n";
+  EXPECT_LT(after, before + kRounds * kAllowed);
 }
 
 }  // namespace
