@@ -5,6 +5,7 @@
 
 #include "component/publics.h"
 #include "hosts/com/version_record.h"
+#include "hosts/com/watched_message_boxes.h"
 #include "hosts/composition/cube_choice.h"
 #include "hosts/composition/query_window.h"
 #include "hosts/composition/system_host.h"
@@ -36,9 +37,10 @@ class PumpingSignal : public TurnSignal {
 /// The system's host, and before its portable cubes and workbooks the platform's own objects, which
 /// answer where they are installed.
 struct Process {
-  WindowsMessageBoxes message_boxes;
-  SystemHost system{"", &message_boxes};
+  WindowsMessageBoxes shown_boxes;
+  SystemHost system{"", &shown_boxes};
   const Host& base = system.host();
+  WatchedMessageBoxes message_boxes{shown_boxes, base};
   AdomdCubeProvider platform_cube{base.locale};
   CubeChoice cube{base.files, base.cube, platform_cube};
   ExcelSpreadsheet spreadsheet{base.files, base.spreadsheet};
