@@ -64,7 +64,7 @@ std::string UnknownSubcommand(CLI::App& app) {
 }
 
 void PrintUnknown(const CLI::App& command, const std::string& word) {
-  std::cerr << "There is no subcommand \"" << OneLine(word) << "\"; there are:";
+  std::cerr << "Unknown subcommand \"" << OneLine(word) << "\". Known are:";
   for (const auto* known : command.get_subcommands([](const auto*) { return true; })) {
     std::cerr << ' ' << known->get_name();
   }

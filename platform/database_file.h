@@ -8,7 +8,7 @@
 namespace vok {
 
 enum class DatabaseKind {
-  kNone,    ///< there is no such file
+  kNone,    ///< the file is missing
   kSqlite,  ///< perhaps a settings file of ours
   kJet,     ///< of any version, ACE's too
   kOther

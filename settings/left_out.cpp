@@ -36,8 +36,7 @@ void AddOrphans(const Host& host, Rows& rows, const std::set<std::string>& data_
     const Value stored = rows.Field("SetName");
     const std::string name = stored.IsNull() ? "" : stored.ToText();
     if (data_sources.contains(host.locale.FoldCase(name))) continue;
-    sentences.push_back("The money sets of \"" + name +
-                        "\": there is no data source of that name.");
+    sentences.push_back("The money sets of \"" + name + "\": no data source has that name.");
   }
 }
 

@@ -1,7 +1,7 @@
 // The language of the windows: which one, and its texts.
 //
 // A text is looked up by its number in the table of the file "Lang.rs" beside the component; where
-// there is no such file, row or text, the component's own English text serves. The table is a
+// the file, row or text is missing, the component's own English text serves. The table is a
 // record set of rows (sId: number of the text, lId: number of the language, third field: the text).
 #pragma once
 

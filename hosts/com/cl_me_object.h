@@ -2,7 +2,7 @@
 //
 // It has no state except its count of references. Calls of several apartments take turns; one that
 // waits lets the messages of its apartment go on (component/call_turns.h). Parameters are in and
-// out: a text or number that a member changed is handed back, by whatever kind of reference the
+// out: a text or number that a member changed is handed back, by the kind of reference that the
 // caller gave. Failures leave a member as result codes with error information (edge.h).
 #pragma once
 

@@ -28,8 +28,8 @@ HRESULT ChangeRegistration(bool add, Audience audience) {
   return status == ERROR_SUCCESS ? S_OK : SELFREG_E_CLASS;
 }
 
-/// The run-time library keeps memory for failures when there is no other; each loading of the file
-/// has its own, which nobody else gives back.
+/// The run-time library keeps a reserve of memory for exceptions. Each loaded copy of this file has
+/// its own reserve and must free it.
 void FreeRunTime() {
 #ifdef __GLIBCXX__
   __gnu_cxx::__freeres();

@@ -72,7 +72,7 @@ Value PersistedRecordset::Field(const std::string& name) const { return Shown(Pl
 void PersistedRecordset::CheckNotAtEnd() const {
   if (!AtEnd()) return;
   throw Failure(failure_number::kNoCurrentRecord,
-                "There is no current record: the record set is empty or at its end");
+                "No current record: the record set is empty or at its end");
 }
 
 std::size_t PersistedRecordset::PlaceOf(const std::string& name) const {

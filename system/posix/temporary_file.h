@@ -1,6 +1,6 @@
 // A file in the making, under a name of its own.
 //
-// It is called ".vokcube-<process>-<number>.tmp" and is locked until it is closed, by whatever the
+// It is called ".vokcube-<process>-<number>.tmp" and is locked until it is closed, however the
 // process ends. So one that nobody holds was left by a process that ended: the next to make one in
 // that folder removes it. The lock, unlike the number in the name, is seen from other machines and
 // containers.

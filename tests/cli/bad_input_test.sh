@@ -194,8 +194,8 @@ expect 2 "names no file, only a folder" run --data-source a --periods b --output
 expect 2 "--output is required" run --data-source a --periods b
 expect 2 "not in {table,csv,json}" mdx ledger.cub --format html 'select from LedgerQEL'
 expect 2 "A subcommand is required"
-expect 2 'no subcommand "nothing"; there are: run' nothing --settings-folder good
-expect 2 'no subcommand "nothing"; there are: build' cube nothing
+expect 2 'Unknown subcommand "nothing". Known are: run' nothing --settings-folder good
+expect 2 'Unknown subcommand "nothing". Known are: build' cube nothing
 for command in --version --help "cube info ledger.cub" "sets Periods --settings-folder good"; do
   # shellcheck disable=SC2086
   if "$vokcube" $command 2> said > /dev/full || ! grep -qF "57: Standard output" said; then

@@ -19,7 +19,7 @@ namespace vok {
 inline constexpr int32_t kDefaultTextSize = 255;
 
 std::vector<std::string> TableNames(SqliteStore& store);
-/// Columns in the order of their making; nothing when there is no such table. Names without regard
+/// Columns in the order of their making; nothing for an unknown table. Names without regard
 /// to case.
 std::optional<TableDefinition> FindTable(SqliteStore& store, const std::string& name);
 /// Fails with `missing` when there is no such table.

@@ -49,7 +49,7 @@ void SqliteRows::Add(const Fields& fields) {
 void SqliteRows::CheckNotAtEnd() const {
   if (!AtEnd()) return;
   throw Failure(failure_number::kNoCurrentRecord,
-                "There is no current record: the record set is empty or at its end");
+                "No current record: the record set is empty or at its end");
 }
 
 std::size_t SqliteRows::IndexOf(const std::string& name) const {

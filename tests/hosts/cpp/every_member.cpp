@@ -120,7 +120,7 @@ std::string Bytes(const std::string& file) {
   return {std::istreambuf_iterator<char>(stream), {}};
 }
 
-/// Every run leaves its own workbook and gives its own setting, whoever runs beside it.
+/// Every run leaves its own workbook and gives its own setting, with any other run beside it.
 void TryManyThreads(const std::string& output) {
   constexpr int kThreads = 8, kRuns = 10;
   const std::string sources[] = {"Domestic", "Export"};

@@ -30,7 +30,7 @@ class JetFile {
 
   MdbHandle& handle() const { return *handle_; }
   /// The page that defines the table of that name, without regard to the case of ASCII letters;
-  /// nothing when there is no such table.
+  /// nothing for an unknown table.
   std::optional<unsigned long> FindTable(const std::string& name) const;
 
  private:
