@@ -4,7 +4,14 @@
 // an end mark; each but the rows and the end has its size in front. What the public description
 // gives without an example is read as it stands there: the changes, insertions and deletions that
 // wait to be sent. Their two maps have one bit per column: a value follows, the field became NULL.
-// Child record sets and big-endian files are refused.
+//
+// A column may stand for record sets within the rows, of which the rows themselves hold nothing.
+// Each such child set is described after the outermost one, in the same parts, and its columns tell
+// its number; its rows have tokens of their own and begin with that number. They are passed over.
+// Big-endian files are refused.
+#include <algorithm>
+#include <utility>
+
 #include "platform/failure.h"
 #include "providers/recordset/adtg_column.h"
 #include "providers/recordset/byte_reader.h"
@@ -23,7 +30,8 @@ enum Token : uint8_t {
   kDeletedRow = 0x0C,
   kInsertedRow = 0x0D,
   kDone = 0x0F,
-  kContext = 0x10
+  kContext = 0x10,
+  kOfChildSet = 0x80  // is added to the tokens of rows
 };
 
 constexpr int kUnicode = 1200;  // where a code page is named
@@ -40,6 +48,15 @@ class BitMap {
   std::span<const std::byte> bytes_;
 };
 
+struct AdtgSet {
+  uint32_t number = 0;            ///< of a child set
+  std::size_t visible_count = 0;  ///< the hidden columns follow those that are seen
+  std::size_t nullable_count = 0;
+  std::vector<AdtgColumn> columns;
+  Row absent;             ///< without any values
+  std::vector<Row> rows;  ///< the last one alone of a child set
+};
+
 class AdtgReader {
  public:
   AdtgReader(std::span<const std::byte> bytes, const std::string& name, const CodePage& code_page)
@@ -48,14 +65,15 @@ class AdtgReader {
   Rowset Read() {
     ReadHeader();
     Part(kHandlerOptions);
-    ReadResultDescriptor();
-    Part(kContext);
-    for (std::size_t table = 0; table < table_count_; ++table) ReadTable();
-    ReadColumns();
+    do {
+      ReadSet();
+    } while (NextToken() == kResultDescriptor);
     return ReadRows();
   }
 
  private:
+  uint8_t NextToken() const { return ByteReader(reader_).Get<uint8_t>(); }
+
   void Expect(Token token) {
     const auto found = reader_.Get<uint8_t>();
     if (found != token) {
@@ -79,18 +97,24 @@ class AdtgReader {
     if (part.Get<uint8_t>() != 0) part.Throw("its texts are stored in a way that is not read");
   }
 
-  void ReadResultDescriptor() {
+  void ReadSet() {
+    AdtgSet set;
     ByteReader part = Part(kResultDescriptor);
     part.Take(18);  // identifier, information, cursor
     if (part.Get<uint8_t>() != 0) part.Throw("its rows are stored in a way that is not read");
-    visible_count_ = part.Get<uint16_t>();
-    column_count_ = part.Get<uint16_t>();
+    set.visible_count = part.Get<uint16_t>();
+    const std::size_t column_count = part.Get<uint16_t>();
     part.Take(2);  // computed columns
-    table_count_ = part.Get<uint16_t>();
-    if (visible_count_ == 0 || visible_count_ > column_count_) {
+    const std::size_t table_count = part.Get<uint16_t>();
+    if (set.visible_count == 0 || set.visible_count > column_count) {
       part.Throw("it counts no columns, or more to be seen than there are");
     }
-    CheckSize(0, column_count_, name_);
+    CheckSize(0, column_count_ + column_count, name_);
+    Part(kContext);
+    for (std::size_t table = 0; table < table_count; ++table) ReadTable();
+    ReadColumns(column_count, set);
+    if (!sets_.empty()) set.number = NumberOf(set);
+    sets_.push_back(std::move(set));
   }
 
   /// Of use is only the code page of its texts, where nobody asked for another.
@@ -108,14 +132,26 @@ class AdtgReader {
     }
   }
 
-  void ReadColumns() {
-    for (std::size_t index = 0; index < column_count_; ++index) {
-      columns_.emplace_back(Part(kColumnDescriptor));
-      if (index > 0 && columns_[index].ordinal() <= columns_[index - 1].ordinal()) {
+  void ReadColumns(std::size_t count, AdtgSet& set) {
+    for (std::size_t index = 0; index < count; ++index) {
+      // The description has the columns of child sets counted here, too, in one of two places.
+      if (index > 0 && NextToken() == kResultDescriptor) break;
+      set.columns.emplace_back(Part(kColumnDescriptor));
+      if (index > 0 && set.columns[index].ordinal() <= set.columns[index - 1].ordinal()) {
         reader_.Throw("its columns are out of order");
       }
-      if (columns_[index].IsNullable()) ++nullable_count_;
+      if (set.columns[index].IsNullable()) ++set.nullable_count;
+      set.absent.push_back(set.columns[index].Absent());
     }
+    column_count_ += set.columns.size();
+    set.visible_count = std::min(set.visible_count, set.columns.size());
+  }
+
+  uint32_t NumberOf(const AdtgSet& set) const {
+    for (const AdtgColumn& column : set.columns) {
+      if (column.set_number()) return *column.set_number();
+    }
+    reader_.Throw("a record set within its rows has no number");
   }
 
   /// By the rule of files in use; where that does not come out even, by the other.
@@ -124,67 +160,100 @@ class AdtgReader {
     try {
       return ReadRowsBy(LengthRule::kBytes);
     } catch (const Failure&) {
-      bool another_rule = false;
-      for (const auto& column : columns_) another_rule |= column.DependsOnRule();
-      if (!another_rule) throw;
+      if (!DependsOnRule()) throw;
     }
     reader_ = begin;
     return ReadRowsBy(LengthRule::kCharacters);
   }
 
-  Rowset ReadRowsBy(LengthRule rule) {
-    Rowset rowset;
-    for (std::size_t index = 0; index < visible_count_; ++index) {
-      rowset.columns.push_back(columns_[index].column());
+  bool DependsOnRule() const {
+    for (const AdtgSet& set : sets_) {
+      for (const AdtgColumn& column : set.columns) {
+        if (column.DependsOnRule()) return true;
+      }
     }
-    bool may_change = false;  // the row before, and only once
+    return false;
+  }
+
+  Rowset ReadRowsBy(LengthRule rule) {
+    for (AdtgSet& set : sets_) set.rows.clear();
+    row_count_ = 0;
+    const AdtgSet* changeable = nullptr;  // whose last row may change, and only once
     for (;;) {
       const auto token = reader_.Get<uint8_t>();
       if (token == kDone) break;
-      ReadRow(token, rule, may_change, rowset.rows);
-      may_change = token == kRow;
+      AdtgSet& set = SetOf(token);
+      const int kind = token & ~kOfChildSet;
+      ReadRow(kind, rule, changeable == &set, set);
+      changeable = kind == kRow ? &set : nullptr;
     }
     if (!reader_.AtEnd()) reader_.Throw("more bytes follow its end");
-    for (Row& row : rowset.rows) row.resize(visible_count_);
+    return TakeOutermost();
+  }
+
+  Rowset TakeOutermost() {
+    AdtgSet& set = sets_.front();
+    Rowset rowset;
+    for (std::size_t index = 0; index < set.visible_count; ++index) {
+      rowset.columns.push_back(set.columns[index].column());
+    }
+    rowset.rows = std::move(set.rows);
+    for (Row& row : rowset.rows) row.resize(set.visible_count);
     return rowset;
   }
 
-  void ReadRow(uint8_t token, LengthRule rule, bool may_change, std::vector<Row>& rows) {
-    if (token == kRow || token == kInsertedRow) {
-      CheckSize(rows.size() + 1, column_count_, name_);
-      rows.emplace_back(column_count_, Null{});
-      if (token == kRow) {
-        ReadOriginal(rule, rows.back());
+  /// The set that the row of that token is of.
+  AdtgSet& SetOf(uint8_t token) {
+    if ((token & kOfChildSet) == 0) return sets_.front();
+    const auto number = reader_.Get<uint32_t>();
+    for (std::size_t index = 1; index < sets_.size(); ++index) {
+      if (sets_[index].number == number) return sets_[index];
+    }
+    reader_.Throw("part " + std::to_string(token) +
+                  " stands among its rows, of a record set that is not described");
+  }
+
+  void ReadRow(int kind, LengthRule rule, bool may_change, AdtgSet& set) {
+    if (kind == kRow || kind == kInsertedRow) {
+      Row& row = AddRow(set);
+      if (kind == kRow) {
+        ReadOriginal(rule, set, row);
       } else {
-        ReadChanges(rule, rows.back());
+        ReadChanges(rule, set, row);
       }
-    } else if (token == kChangedRow && may_change) {
-      ReadChanges(rule, rows.back());
-    } else if (token == kDeletedRow && may_change) {
-      rows.pop_back();
+    } else if (kind == kChangedRow && may_change) {
+      ReadChanges(rule, set, set.rows.back());
+    } else if (kind == kDeletedRow && may_change) {
+      set.rows.pop_back();
     } else {
-      reader_.Throw("part " + std::to_string(token) + " stands among its rows");
+      reader_.Throw("part " + std::to_string(kind) + " stands among its rows");
     }
   }
 
-  void ReadOriginal(LengthRule rule, Row& row) {
-    const BitMap present(reader_, nullable_count_);
+  Row& AddRow(AdtgSet& set) {
+    CheckSize(++row_count_, column_count_, name_);
+    if (&set != &sets_.front()) set.rows.clear();
+    return set.rows.emplace_back(set.absent);
+  }
+
+  void ReadOriginal(LengthRule rule, const AdtgSet& set, Row& row) {
+    const BitMap present(reader_, set.nullable_count);
     std::size_t nullable = 0;
-    for (std::size_t index = 0; index < column_count_; ++index) {
-      const AdtgColumn& column = columns_[index];
+    for (std::size_t index = 0; index < row.size(); ++index) {
+      const AdtgColumn& column = set.columns[index];
       if (column.IsNullable() && !present[nullable++]) continue;
       row[index] = column.Read(reader_, rule, code_page_);
     }
   }
 
-  void ReadChanges(LengthRule rule, Row& row) {
-    const BitMap changed(reader_, column_count_);
-    const BitMap made_null(reader_, column_count_);
-    for (std::size_t index = 0; index < column_count_; ++index) {
+  void ReadChanges(LengthRule rule, const AdtgSet& set, Row& row) {
+    const BitMap changed(reader_, row.size());
+    const BitMap made_null(reader_, row.size());
+    for (std::size_t index = 0; index < row.size(); ++index) {
       if (made_null[index]) {
-        row[index] = Null{};
+        row[index] = set.absent[index];
       } else if (changed[index]) {
-        row[index] = columns_[index].Read(reader_, rule, code_page_);
+        row[index] = set.columns[index].Read(reader_, rule, code_page_);
       }
     }
   }
@@ -192,11 +261,9 @@ class AdtgReader {
   ByteReader reader_;
   const std::string& name_;
   CodePage code_page_;
-  std::size_t visible_count_ = 0;
-  std::size_t column_count_ = 0;  ///< with the hidden ones, which follow those that are seen
-  std::size_t table_count_ = 0;
-  std::size_t nullable_count_ = 0;
-  std::vector<AdtgColumn> columns_;
+  std::vector<AdtgSet> sets_;     ///< the outermost one, then those within rows
+  std::size_t column_count_ = 0;  ///< of all sets, as is the next
+  std::size_t row_count_ = 0;
 };
 
 }  // namespace

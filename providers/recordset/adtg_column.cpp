@@ -10,9 +10,12 @@ namespace {
 
 constexpr uint32_t kIsFixedLength = 0x10;
 constexpr uint32_t kIsLong = 0x80;
+constexpr uint32_t kIsChildSet = 0x2000;
+constexpr uint16_t kChildSet = 136;
 constexpr uint32_t kLongestShortText = 255;
 
-/// How the values of a type of varying length are stored.
+/// How the values of a type are stored. Those of types that are not known take the bytes that the
+/// column's description tells.
 enum class Storage { kFixed, kBytes, kByteText, kWideText, kUnknown };
 
 Storage StorageOf(uint16_t type) {
@@ -27,7 +30,6 @@ Storage StorageOf(uint16_t type) {
     case 200:
     case 201:
       return Storage::kByteText;
-    case 12:  // a value of any type
     case 128:
     case 204:
     case 205:
@@ -71,7 +73,8 @@ enum Presence : uint32_t {
   kFriendlyName = 0x800000,
   kBaseTable = 0x400000,
   kBaseColumn = 0x200000,
-  kBaseName = 0x100000
+  kBaseName = 0x100000,
+  kCalculation = 0x4
 };
 
 uint32_t PresenceMap(ByteReader& part) {
@@ -96,21 +99,23 @@ AdtgColumn::AdtgColumn(ByteReader part) {
   max_length_ = part.Get<uint32_t>();
   part.Take(8);  // precision and scale
   flags_ = part.Get<uint32_t>();
-  // The rest of the description is of use to those who send changes back.
-
-  column_.type = TypeOf(part);
+  // What follows is of use to those who send changes back, except what it ends with in a child set.
+  const bool ends_otherwise = IsChildSet() || (present & kCalculation) != 0;
+  if (!ends_otherwise && part.left() >= sizeof(uint32_t)) {
+    part.Take(part.left() - sizeof(uint32_t));
+    set_number_ = part.Get<uint32_t>();
+  }
+  column_.type = Type();
 }
 
-FieldType AdtgColumn::TypeOf(const ByteReader& part) const {
-  const FixedType* fixed = FindFixedType(type_);
-  if (fixed != nullptr) return fixed->field;
+bool AdtgColumn::IsChildSet() const { return type_ == kChildSet || (flags_ & kIsChildSet) != 0; }
+
+FieldType AdtgColumn::Type() const {
+  if (IsChildSet()) return FieldType::kUnshown;
+  if (const FixedType* fixed = FindFixedType(type_)) return fixed->field;
   const Storage storage = StorageOf(type_);
-  const bool is_fixed_variant = type_ == 12 && (flags_ & kIsFixedLength) != 0;
-  if (storage == Storage::kUnknown || is_fixed_variant) {
-    part.Throw("its column \"" + column_.name + "\" is of the type " + std::to_string(type_) +
-               ", which is not read");
-  }
-  return storage == Storage::kBytes ? FieldType::kUnshown : FieldType::kText;
+  const bool is_text = storage == Storage::kByteText || storage == Storage::kWideText;
+  return is_text ? FieldType::kText : FieldType::kUnshown;
 }
 
 bool AdtgColumn::DependsOnRule() const {
@@ -126,7 +131,12 @@ std::size_t AdtgColumn::Length(ByteReader& reader, LengthRule rule) const {
   return counted <= kLongestShortText ? reader.Get<uint8_t>() : reader.Get<uint32_t>();
 }
 
+Value AdtgColumn::Absent() const {
+  return IsChildSet() ? Value(CellError{"its values are record sets"}) : Value(Null{});
+}
+
 Value AdtgColumn::Read(ByteReader& reader, LengthRule rule, const CodePage& code_page) const {
+  if (IsChildSet()) return Absent();
   if (const FixedType* fixed = FindFixedType(type_)) return fixed->read(reader);
   const auto bytes = reader.TakeText(Length(reader, rule));
   switch (StorageOf(type_)) {
@@ -134,8 +144,11 @@ Value AdtgColumn::Read(ByteReader& reader, LengthRule rule, const CodePage& code
       return CellError{"its values are bytes, not texts"};
     case Storage::kByteText:
       return TextOfCodePage(bytes, code_page);
-    default:
+    case Storage::kWideText:
       break;
+    default:
+      return CellError{"its values are of the type " + std::to_string(type_) +
+                       ", which is not read"};
   }
   const auto text = Utf8OfUtf16(bytes);
   if (!text) reader.Throw("a text of column \"" + column_.name + "\" is not UTF-16");

@@ -18,10 +18,10 @@ class ByteReader {
       : bytes_(bytes), name_(&name) {}
 
   bool AtEnd() const { return at_ == bytes_.size(); }
-  std::size_t position() const { return at_; }
+  std::size_t left() const { return bytes_.size() - at_; }
 
   std::span<const std::byte> Take(std::size_t count) {
-    if (count > bytes_.size() - at_) Throw("it ends too soon");
+    if (count > left()) Throw("it ends too soon");
     const auto taken = bytes_.subspan(at_, count);
     at_ += count;
     return taken;

@@ -45,25 +45,33 @@ struct Col {
 };
 
 /// A column as servers describe it: with its table's column and catalogue, and what follows.
-std::string Described(const Col& col, int ordinal) {
+/// `end` is what only columns of child sets end with.
+std::string Described(const Col& col, int ordinal, const std::string& end) {
   const std::string name = Wide(col.name);
   const std::string counted = Short(static_cast<int>(name.size() / 2)) + name;
   return Part(6, "\xF2\x01" + Byte(0) + Short(ordinal) + counted + Short(1) + Short(ordinal) +
                      counted + Short(col.type) + Le(col.length) + Le(255) + Le(255) +
-                     Le(col.flags) + Short(2) + Wide("db") + Short(0) + Short(0xFFFF));
+                     Le(col.flags) + Short(2) + Wide("db") + Short(0) + Short(0xFFFF) + end);
 }
+
+/// A record set without its rows. `more` are columns that are counted here and described later.
+std::string Set(const std::vector<Col>& columns, int visible, const std::string& end = "",
+                int more = 0) {
+  const int count = static_cast<int>(columns.size());
+  std::string set = Part(3, std::string(18, '\2') + Byte(0) + Short(visible) + Short(count + more) +
+                                Short(0) + Short(1) + Short(0) + Le(1) + "properties") +
+                    Part(0x10, "context") + Part(5, "table");
+  for (int index = 0; index < count; ++index) {
+    set += Described(columns[static_cast<std::size_t>(index)], index + 1, end);
+  }
+  return set;
+}
+
+const std::string kStart = "\x01\x07TG!" + Short(0) + Short(0) + Part(2, std::string(25, '\1'));
 
 std::string Gram(const std::vector<Col>& columns, const std::string& rows, int visible = -1) {
   const int count = static_cast<int>(columns.size());
-  std::string gram =
-      "\x01\x07TG!" + Short(0) + Short(0) + Part(2, std::string(25, '\1')) +
-      Part(3, std::string(18, '\2') + Byte(0) + Short(visible < 0 ? count : visible) +
-                  Short(count) + Short(0) + Short(1) + Short(0) + Le(1) + "properties") +
-      Part(0x10, "context") + Part(5, "table");
-  for (int index = 0; index < count; ++index) {
-    gram += Described(columns[static_cast<std::size_t>(index)], index + 1);
-  }
-  return gram + rows + "\x0F";
+  return kStart + Set(columns, visible < 0 ? count : visible) + rows + "\x0F";
 }
 
 const std::vector<Col> kTexts = {
@@ -78,19 +86,21 @@ TEST(Adtg, ReadsRowsNullsAndChangesThatWait) {
   const std::string rows =
       TextRow(1000, "OK") + "\x07" + Byte(0x40) + Le(1001) + Byte(4) + Wide("כן") + "\x07" +
       Byte(0) + Le(1002) +
-      // Changes: of a text; of a text to NULL, with and without a new number; of NULL to a text.
+      // Changes: of a text; of a text to NULL, with and without a new number; of NULL to a text; of
+      // both at once.
       TextRow(1003, "was") + "\x0A" + Byte(0x20) + Byte(0) + Byte(2) + Wide("i") +
       TextRow(1004, "a") + "\x0A" + Byte(0x80) + Byte(0x20) + Le(1005) + TextRow(1006, "b") +
       "\x0A" + Byte(0) + Byte(0x60) + "\x07" + Byte(0) + Le(1007) + "\x0A" + Byte(0x20) + Byte(0) +
-      Byte(2) + Wide("c") +
+      Byte(2) + Wide("c") + "\x07" + Byte(0x40) + Le(1011) + Byte(2) + Wide("d") + "\x0A" +
+      Byte(0x60) + Byte(0x20) + Short(5) +
       // A row that was deleted; new ones, with a field that is not named and one that is NULL.
       TextRow(1008, "gone") + "\x0C" + "\x0D" + Byte(0xA0) + Byte(0) + Le(1009) + Byte(2) +
       Wide("n") + "\x0D" + Byte(0xC0) + Byte(0x20) + Le(1010) + Short(3);
   EXPECT_EQ(Outcome(Gram(kTexts, rows)),
             "sId,lId,text;1000,1,OK;1001,-,כן;1002,-,-;1003,1,i;1005,1,-;1006,-,-;1007,-,c;"
-            "1009,-,n;1010,3,-");
+            "1011,5,-;1009,-,n;1010,3,-");
   EXPECT_EQ(Outcome(Gram(kTexts, rows, 2)),
-            "sId,lId;1000,1;1001,-;1002,-;1003,1;1005,1;1006,-;1007,-;1009,-;1010,3");
+            "sId,lId;1000,1;1001,-;1002,-;1003,1;1005,1;1006,-;1007,-;1011,5;1009,-;1010,3");
   EXPECT_EQ(Outcome(Gram(kTexts, "")), "sId,lId,text");
   EXPECT_GT(RefusedDamage(Gram(kTexts, rows)), 500U);
 }
@@ -136,6 +146,8 @@ TEST(Adtg, ReadsEveryTypeItKnows) {
       {{"v", 204, 255, 0}, Byte(2) + "\1\2", "!"},
       {{"v", 205, 10, kLong}, Le(2) + "\1\2", "!"},
       {{"v", 12, 16, 0}, Byte(2) + "\1\2", "!"},
+      {{"v", 12, 16, kFixed}, std::string(16, '\1'), "!"},
+      {{"v", 10, 4, kFixed}, "\1\2\3\4", "!"},
       {{"v", 129, 4, kFixed}, "ab  ", "ab  "},
       {{"v", 200, 9, 0}, Byte(1) + "\xE0", "!"},
       {{"v", 129, 255, 0}, Byte(3) + "abc", "abc"},
@@ -154,6 +166,38 @@ TEST(Adtg, ReadsEveryTypeItKnows) {
   for (const auto& [col, bytes, expected] : cases) {
     EXPECT_EQ(Outcome(Gram({col}, "\x07" + bytes)), "v;" + expected) << col.type;
   }
+}
+
+TEST(Adtg, PassesOverRecordSetsWithinTheRows) {
+  const std::vector<Col> parent = {{"sId", 3, 4, kFixed},
+                                   {"lines", 136, 4, kFixed | kNullable},
+                                   {"text", 130, 100, kNullable},
+                                   {"more", 3, 4, kFixed | 0x2000}};
+  const std::vector<Col> child = {{"chapter", 136, 4, kFixed}, {"a", 130, 9, kNullable}};
+  const std::vector<Col> grandchild = {{"b", 3, 4, kFixed}};
+  const auto text = [](const char* letter) { return Byte(2) + Wide(letter); };
+  const std::string parents = "\x07" + Byte(0x40) + Le(1) + text("x") + "\x0A" + Byte(0xA0) +
+                              Byte(0) + Le(2) + text("y") + "\x07" + Byte(0) + Le(3) + "\x0D" +
+                              Byte(0x80) + Byte(0x20) + Le(4);
+  const std::string last = "\x07" + Byte(0x40) + Le(5) + text("z");
+  const std::string children = "\x87" + Le(7) + Byte(0x80) + text("a") + "\x8A" + Le(7) +
+                               Byte(0x40) + Byte(0) + text("b") + "\x87" + Le(7) + Byte(0) +
+                               "\x8C" + Le(7) + "\x8D" + Le(7) + Byte(0x40) + Byte(0) + text("c") +
+                               "\x87" + Le(8) + Le(70000);
+  const std::string sets = Set(child, 2, Le(7)) + Set(grandchild, 1, Le(8)) + Set(child, 2, Le(9));
+  const auto gram = [&](int counted_twice, const std::string& rows) {
+    return kStart + Set(parent, 4 + counted_twice, "", counted_twice) + sets + rows + "\x0F";
+  };
+  const std::string expected = "sId,lines,text,more;2,!,y,!;3,!,-,!;4,!,-,!";
+  EXPECT_EQ(Outcome(gram(0, parents + children)), expected);
+  EXPECT_EQ(Outcome(gram(5, parents + children)), expected);
+  EXPECT_EQ(Outcome(gram(0, parents + children + last)), expected + ";5,!,z,!");
+  EXPECT_GT(RefusedDamage(gram(0, parents + children)), 500U);
+
+  EXPECT_THAT(Outcome(gram(0, "\x87" + Le(6) + "\x01")), HasSubstr("that is not described"));
+  EXPECT_THAT(Outcome(gram(0, parents + "\x8A" + Le(7) + "\x01")), HasSubstr("part 10 stands"));
+  EXPECT_THAT(Outcome(kStart + Set(parent, 4) + Set({child[0]}, 1, Le(7)) + "\x0F"),
+              HasSubstr("a record set within its rows has no number"));
 }
 
 /// Knows one code page, of one letter; the user's is another.
@@ -207,8 +251,6 @@ TEST(Adtg, RefusesWhatItDoesNotUnderstandAndSaysWhy) {
       {good.substr(0, good.size() - 1), "ends too soon"},
       {Gram(kTexts, "", 4), "more to be seen than there are"},
       {Gram({}, ""), "no columns"},
-      {Gram({{"v", 12, 16, kFixed}}, ""), "column \"v\" is of the type 12"},
-      {Gram({{"v", 136, 4, kFixed}}, ""), "of the type 136"},
       {Gram({{"v", 130, 9, 0}}, "\x07" + Byte(3) + "abc"), "not UTF-16"},
       {Gram({{"v", 130, 9, 0}}, "\x07" + Byte(2) + Short(0xDC00)), "not UTF-16"},
       {Gram({{"v", 7, 8, kFixed}}, "\x07" + Le(1e9)), "no calendar has"},
@@ -218,7 +260,8 @@ TEST(Adtg, RefusesWhatItDoesNotUnderstandAndSaysWhy) {
       {Gram({{"v", 129, 0xFFFFFFF0, kFixed}}, "\x07"), "ends too soon"},
       {Gram(kTexts, "\x0C"), "part 12 stands among its rows"},
       {Gram(kTexts, TextRow(1, "x") + "\x0C\x0C"), "part 12 stands"},
-      {Gram(kTexts, "\x87"), "part 135 stands"},
+      {Gram(kTexts, "\x87" + Le(2)), "part 135 stands among its rows, of a record set that is not"},
+      {Gram(kTexts, "\x70"), "part 112 stands"},
   };
   for (const auto& [bytes, why] : cases) {
     EXPECT_THAT(Outcome(bytes), AllOf(StartsWith("!"), HasSubstr(why)));

@@ -81,12 +81,14 @@ TEST(XmlRowset, ReadsWhatWritersLeave) {
                 "<s:AttributeType name='a' rs:number='1'/>",
                 "<rs:data><z:row b='2' last='3' a='1'/></rs:data>"),
        "a,b,last;1,2,3"},
-      // Changes that wait to be sent.
+      // Changes that wait to be sent: of a text, to NULL, from NULL, of several fields at once.
       {Rows("<z:row sId='1'/><rs:insert><z:row sId='2'/><z:row sId='3' c1='c'/></rs:insert>"
             "<rs:delete><z:row sId='4'/></rs:delete>"
             "<rs:update><rs:original><z:row sId='5' c1='was'/><z:row sId='6' c1='six'/>"
-            "</rs:original><z:row c1='is'/><z:row rs:forcenull='c1'/></rs:update>"),
-       "sId,the text;1,-;2,-;3,c;5,is;6,-"},
+            "<z:row sId='7'/><z:row sId='8' c1='e'/></rs:original><z:row c1='is'/>"
+            "<z:row rs:forcenull='c1'/><z:row c1='g'/><z:row sId='9' rs:forcenull='c1'/>"
+            "</rs:update>"),
+       "sId,the text;1,-;2,-;3,c;5,is;6,-;7,g;9,-"},
       {Typed("boolean", "True"), "v;yes"},
       {Typed("boolean", "0"), "v;no"},
       {Typed("fixed.14.4", "-1.5"), "v;-1.5"},
