@@ -1,17 +1,12 @@
-# What the tests of whole runs begin with. It is sourced with their arguments, VOKCUBE RECOMPUTE
-# DATA_DIR WORK_DIR, and enters WORK_DIR, which is made anew. The program compare_sheets stands beside
-# RECOMPUTE.
+# What the tests of whole runs begin with. It is sourced with their arguments, VOKCUBE DATA_DIR WORK_DIR,
+# and enters WORK_DIR, which is made anew.
 set -euo pipefail
-if (($# != 4)); then
-  sed -n '2,/^[^#]/s/^# \{0,1\}//p' "$0" >&2
-  exit 2
-fi
-vokcube=$(realpath "$1") recompute=$(realpath "$2") data=$(realpath "$3")
-compare=$(dirname "$recompute")/compare_sheets
-read_sheet=$(dirname "$(realpath "$0")")/read_sheet.py
-rm -rf "$4"
-mkdir -p "$4"
-work=$(realpath "$4")
+vokcube=$(realpath "$1") data=$(realpath "$2")
+here=$(dirname "$(realpath "$0")")
+recompute=$here/recompute read_sheet=$here/read_sheet.py
+rm -rf "$3"
+mkdir -p "$3"
+work=$(realpath "$3")
 cd "$work"
 export VOKCUBE_REGISTRY=$work/registry.reg
 failures=0

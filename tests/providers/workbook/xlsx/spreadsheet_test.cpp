@@ -58,7 +58,7 @@ TEST_F(SpreadsheetTest, EveryKindOfValueComesBack) {
       {Date::FromCivil(1900, 3, 1), "number:61|14"},
       {"0", "text:0"},
       {"=1+1", "text:=1+1"},
-      {"\t outer blanks \n", "text:\t outer blanks \n"},
+      {" \t outer blanks \n ", "text: \t outer blanks \n "},
       {std::string("nul \0 and \x1F\r", 12), "text:nul _x0000_ and _x001F__x000D_"},
       {"_x0041_", "text:_x005F_x0041_"},
       {"lone \xED\xA0\x80", "text:lone \xEF\xBF\xBD"},

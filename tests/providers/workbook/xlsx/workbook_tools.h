@@ -12,6 +12,7 @@
 #include <string_view>
 #include <vector>
 
+#include "platform/text.h"
 #include "tests/support/failures.h"
 
 namespace vok::xlsx {
@@ -84,7 +85,12 @@ inline std::map<std::string, std::string> CellsOf(std::string_view file) {
   const auto formats = FormatsOf(parts.at("xl/styles.xml"));
   const pugi::xml_document strings = Parsed(parts.at("xl/sharedStrings.xml"));
   std::vector<std::string> texts;
-  for (const auto item : strings.child("sst")) texts.push_back(item.child("t").text().get());
+  for (const auto item : strings.child("sst")) {
+    const pugi::xml_node text = item.child("t");
+    // Excel drops outer blanks of a text that is not marked.
+    const std::string whole = text.text().get();
+    texts.push_back(text.attribute("xml:space") ? whole : std::string(TrimBlanks(whole)));
+  }
   const pugi::xml_document book = Parsed(parts.at("xl/workbook.xml"));
   const std::string name =
       book.child("workbook").child("sheets").child("sheet").attribute("name").value();
