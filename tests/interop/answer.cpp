@@ -1,8 +1,8 @@
 #include "tests/interop/answer.h"
 
 #include <algorithm>
+#include <charconv>
 #include <cmath>
-#include <vector>
 
 #include "platform/failure.h"
 
@@ -22,41 +22,27 @@ std::string ShownCell(const Value& cell) {
   if (cell.Is<std::string>()) return '"' + cell.ToText() + '"';
   const auto* number = cell.As<double>();
   if (number == nullptr) return cell.ToText();
-  return std::isnan(*number) ? "nan" : Value(*number + 0.0).ToText();  // -0 is 0
+  if (std::isnan(*number)) return "nan";
+  char digits[40];
+  const double shown = *number + 0.0;  // -0 is 0
+  return std::string(digits, std::to_chars(digits, digits + sizeof digits, shown).ptr);
 }
 
-std::vector<std::string> AxisLines(const Cellset& cellset, std::size_t axis) {
-  const std::string place = "axis " + std::to_string(axis);
-  std::vector<std::string> lines;
-  for (std::size_t position = 0; position < cellset.PositionCount(axis); ++position) {
-    std::string line = place + ", position " + std::to_string(position) + ':';
-    for (std::size_t i = 0; i < cellset.MembersPerPosition(axis); ++i) {
-      const AxisMember member = cellset.Member(axis, position, i);
-      line += (i == 0 ? " " : " | ") + member.unique_name + ", caption \"" + member.caption +
-              "\", level " + member.level_name;
-    }
-    lines.push_back(line);
-  }
-  lines.push_back(place + " has " + std::to_string(lines.size()) + " positions");
-  return lines;
+std::string ShownCell(const Cellset& cellset, std::size_t ordinal, bool formats) {
+  const Value cell = cellset.Cell(ordinal);
+  const std::string formatted =
+      formats && !cell.Is<CellError>() ? cellset.FormattedCell(ordinal) : "";
+  return ShownCell(cell) + (formatted.empty() ? "" : " as " + formatted);
 }
 
-/// All that is compared, a line for each position and cell.
-std::vector<std::string> Lines(const Cellset& cellset, bool formats) {
-  std::vector<std::string> lines;
-  for (std::size_t i = 0; i < cellset.AxisCount(); ++i) {
-    const auto axis = AxisLines(cellset, i);
-    lines.insert(lines.end(), axis.begin(), axis.end());
+std::string ShownPosition(const Cellset& cellset, std::size_t axis, std::size_t position) {
+  std::string line;
+  for (std::size_t i = 0; i < cellset.MembersPerPosition(axis); ++i) {
+    const AxisMember member = cellset.Member(axis, position, i);
+    line += (i == 0 ? "" : " | ") + member.unique_name + " \"" + member.caption + "\" " +
+            member.level_name;
   }
-  lines.push_back(std::to_string(cellset.AxisCount()) + " axes");
-  for (std::size_t i = 0; i < CellCount(cellset); ++i) {
-    const Value cell = cellset.Cell(i);
-    lines.push_back("cell " + std::to_string(i) + ": " + ShownCell(cell));
-    if (formats && !cell.Is<CellError>()) {
-      lines.push_back("cell " + std::to_string(i) + " in its format: " + cellset.FormattedCell(i));
-    }
-  }
-  return lines;
+  return line + '\n';
 }
 
 bool HasError(const Answer& answer) {
@@ -65,10 +51,6 @@ bool HasError(const Answer& answer) {
     if (answer.cellset->Cell(i).Is<CellError>()) return true;
   }
   return false;
-}
-
-std::string Told(const std::string& server, const std::string& ours) {
-  return "  server: " + server + "\n  ours:   " + ours;
 }
 
 }  // namespace
@@ -86,39 +68,36 @@ Answer Side::Ask(const std::string& catalog, const std::string& mdx) const {
   }
 }
 
-std::string Difference(const Answer& server, const Answer& ours, bool formats) {
-  if (!server.failure.empty() || !ours.failure.empty()) {
-    return HasError(server) && HasError(ours) ? "" : Told(Shown(server), Shown(ours));
-  }
-  const auto server_lines = Lines(*server.cellset, formats);
-  const auto our_lines = Lines(*ours.cellset, formats);
-  const auto [theirs, own] =
-      std::mismatch(server_lines.begin(), server_lines.end(), our_lines.begin(), our_lines.end());
-  if (theirs == server_lines.end() && own == our_lines.end()) return "";
-  return Told(theirs == server_lines.end() ? "no more" : *theirs,
-              own == our_lines.end() ? "no more" : *own);
-}
-
-std::string Shown(const Answer& answer) {
+std::string Shown(const Answer& answer, bool formats) {
   if (!answer.failure.empty()) return "failure: " + answer.failure + '\n';
   const Cellset& cellset = *answer.cellset;
   std::string text;
-  for (std::size_t i = 0; i < cellset.AxisCount(); ++i) {
-    text += "axis " + std::to_string(i) + ':';
-    for (std::size_t position = 0; position < cellset.PositionCount(i); ++position) {
-      for (std::size_t member = 0; member < cellset.MembersPerPosition(i); ++member) {
-        text += (member == 0 ? " " : " | ") + cellset.Member(i, position, member).unique_name;
-      }
-      text += ';';
+  for (std::size_t axis = 0; axis < cellset.AxisCount(); ++axis) {
+    text += "axis " + std::to_string(axis) + '\n';
+    for (std::size_t position = 0; position < cellset.PositionCount(axis); ++position) {
+      text += ShownPosition(cellset, axis, position);
     }
-    text += '\n';
   }
+  text += "cells\n";
   const std::size_t columns = cellset.AxisCount() == 0 ? 1 : cellset.PositionCount(0);
   for (std::size_t i = 0; i < CellCount(cellset); ++i) {
-    text += (i % columns == 0 ? "cells: " : " | ") + ShownCell(cellset.Cell(i));
-    if ((i + 1) % columns == 0) text += '\n';
+    text += ShownCell(cellset, i, formats) + ((i + 1) % columns == 0 ? "\n" : " | ");
   }
   return text;
+}
+
+std::string Difference(const Answer& server, const Answer& ours, bool formats) {
+  const bool one_fails = !server.failure.empty() || !ours.failure.empty();
+  if (one_fails && HasError(server) && HasError(ours)) return "";
+  const std::string theirs = Shown(server, formats), own = Shown(ours, formats);
+  if (theirs == own) return "";
+  const auto same = std::mismatch(theirs.begin(), theirs.end(), own.begin(), own.end()).first;
+  const auto place = static_cast<std::size_t>(same - theirs.begin());
+  const auto line = [place](const std::string& text) {
+    const std::size_t begin = text.substr(0, place).rfind('\n') + 1;
+    return text.substr(begin, text.find('\n', place) - begin);
+  };
+  return "  server: " + line(theirs) + "\n  ours:   " + line(own);
 }
 
 }  // namespace vok::interop

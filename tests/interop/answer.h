@@ -1,5 +1,5 @@
-// One side of the comparison, through the port that both engines answer, and what differs
-// between the answers of two.
+// One side of a comparison, through the port that all engines answer, and what differs between the
+// answers of two.
 #pragma once
 
 #include <map>
@@ -30,12 +30,12 @@ class Side {
   std::map<std::string, std::unique_ptr<CubeConnection>> catalogs_;
 };
 
-/// The first difference in words; "" when there is none. Numbers are equal by ==, failures and
-/// errors of cells with any words. A query that fails as a whole is equal to one with an
-/// error in a cell. `formats`: the formatted cells are to agree as well.
-std::string Difference(const Answer& server, const Answer& ours, bool formats);
+/// A line for each position, and one for each row of cells, with all digits of a number and, when
+/// `formats` says so, what its format makes of it.
+std::string Shown(const Answer& answer, bool formats);
 
-/// One line per axis, and the cells row by row: as case files write an answer.
-std::string Shown(const Answer& answer);
+/// The first line that differs, of both; "" when there is none. Failures and errors of cells are
+/// equal with any words; a query that fails as a whole is equal to one with an error in a cell.
+std::string Difference(const Answer& server, const Answer& ours, bool formats);
 
 }  // namespace vok::interop

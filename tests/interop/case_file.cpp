@@ -3,48 +3,52 @@
 #include <algorithm>
 #include <filesystem>
 #include <fstream>
-#include <set>
+#include <map>
 #include <stdexcept>
-#include <string_view>
 
 namespace vok::interop {
 namespace {
 
-/// What follows `word` and a blank at the beginning of a line.
-bool Follows(const std::string& line, std::string_view word, std::string& rest) {
-  if (!line.starts_with(word) || line.size() <= word.size() || line[word.size()] != ' ') {
-    return false;
-  }
-  rest = line.substr(word.size() + 1);
+/// Takes the word off the beginning of the line.
+bool Follows(std::string& line, const std::string& word) {
+  if (!line.starts_with(word)) return false;
+  line.erase(0, word.size());
   return true;
 }
 
 void ReadFile(const std::filesystem::path& path, std::vector<Case>& cases) {
   std::ifstream in(path);
   std::string catalog;
-  std::string rest;
   const std::size_t first = cases.size();
   for (std::string line; std::getline(in, line);) {
     if (line.starts_with('#')) continue;
-    if (Follows(line, "catalog", rest)) {
-      catalog = rest;
-    } else if (Follows(line, "case", rest)) {
-      cases.push_back({path.stem().string() + '/' + rest, catalog, "", "", ""});
+    if (Follows(line, "catalog ")) {
+      catalog = line;
+    } else if (Follows(line, "case ")) {
+      cases.push_back({path.stem().string() + '/' + line, catalog, "", "", ""});
     } else if (cases.size() == first) {
       throw std::runtime_error(path.string() + " does not begin with a case");
-    } else if (Follows(line, "differs:", rest)) {
-      cases.back().reason = rest;
+    } else if (Follows(line, "differs: ")) {
+      cases.back().reason = line;
     } else {
-      Case& last = cases.back();
-      (last.reason.empty() ? last.query : last.expected) += line + '\n';
+      cases.back().query += line + '\n';
     }
   }
-  if (in.bad() || cases.size() == first) throw std::runtime_error("No cases in " + path.string());
 }
 
 }  // namespace
 
 std::vector<Case> ReadCases(const std::string& folder) {
+  std::map<std::string, std::string> answers;
+  std::ifstream in(folder + "/cases.answers");
+  std::string* answer = nullptr;
+  for (std::string line; std::getline(in, line);) {
+    if (Follows(line, "case ")) {
+      answer = &answers[line];
+    } else {
+      *answer += line + '\n';
+    }
+  }
   std::vector<std::filesystem::path> paths;
   for (const auto& entry : std::filesystem::directory_iterator(folder)) {
     if (entry.path().extension() == ".mdx") paths.push_back(entry.path());
@@ -52,10 +56,9 @@ std::vector<Case> ReadCases(const std::string& folder) {
   std::sort(paths.begin(), paths.end());
   std::vector<Case> cases;
   for (const auto& path : paths) ReadFile(path, cases);
-  std::set<std::string> names;
-  for (const Case& each : cases) {
+  for (Case& each : cases) {
     if (each.query.empty()) throw std::runtime_error(each.name + " has no query");
-    if (!names.insert(each.name).second) throw std::runtime_error(each.name + " is there twice");
+    each.answer = std::move(answers[each.name]);
   }
   return cases;
 }

@@ -1,14 +1,17 @@
 // Asks the embedded engine and a server the same questions and compares their answers.
 //
-//   interop PORT CASES SCHEMAS TABLES FOLDER [RANDOM [SEED]]
+//   interop RUN SEED                          writes the random cubes of SEED into RUN
+//   interop RUN SEED PORT CASES [RANDOM]      asks a server on this machine that serves them
 //
-// PORT: of the server on this machine. CASES: folder of case files. SCHEMAS, TABLES: what the
-// server serves, among them the random cubes of SEED; cube files are built from them in FOLDER.
-// RANDOM: how many random queries of the system's form, and as many on the random cubes, 500 by
-// default. The exit code is 1 when an answer differs.
+// RUN holds schemas in schemas/ and their tables in csv/; cube files are built from them in cubes/.
+// CASES: folder of case files; with VOKCUBE_RECORD in the environment our answers are recorded
+// there. RANDOM: how many random queries of the system's form, and as many on the random cubes, 500
+// by default. The exit code is 1 when an answer differs.
 #include <cstdint>
+#include <cstdlib>
 #include <exception>
 #include <filesystem>
+#include <fstream>
 #include <iostream>
 #include <string>
 
@@ -27,12 +30,30 @@
 namespace vok::interop {
 namespace {
 
-constexpr const char* kBuilderCatalog = "sample";
-constexpr const char* kRandomCatalog = "random";
+constexpr int kRandomCubes = 20;
 constexpr int kQueriesOfEachCube = 25;
 constexpr int kPatienceSeconds = 60;
 /// One in so many random queries may be refused.
 constexpr int kMostRefused = 20;
+
+std::string CubeName(int number) { return "Random" + std::to_string(number); }
+
+plain::RandomCube CubeOf(uint64_t seed, int number) {
+  return plain::MakeRandomCube(seed + static_cast<uint64_t>(number), CubeName(number));
+}
+
+void WriteRandomCubes(const std::string& run, uint64_t seed) {
+  std::ofstream schema(run + "/schemas/random.xml");
+  schema << "<Schema name=\"random\">\n";
+  for (int number = 0; number < kRandomCubes; ++number) {
+    const plain::RandomCube random = CubeOf(seed, number);
+    schema << random.schema;
+    for (const auto& [table, csv] : random.tables) {
+      std::ofstream(run + "/csv/" + table + ".csv") << csv;
+    }
+  }
+  schema << "</Schema>\n";
+}
 
 /// Formats are compared where the query or the measure gives them. For a calculated member without
 /// one the server takes that of some measure in its formula; we show all digits.
@@ -45,31 +66,19 @@ class Comparison {
  public:
   Comparison(const Side& server, const Side& ours) : server_(server), ours_(ours) {}
 
-  /// Of a query of nobody's making the server may refuse what it cannot do.
-  void AskAnyQuery(const Case& asked) {
-    const Answer server = server_.Ask(asked.catalog, asked.query);
-    const Answer ours = ours_.Ask(asked.catalog, asked.query);
+  /// Gives our answer. `may_refuse`: the server may not be able to do what nobody thought of.
+  Answer Ask(const Case& asked, bool may_refuse = false) {
     ++asked_;
-    if (!server.failure.empty() && ours.failure.empty()) {
+    const Answer server = server_.Ask(asked.catalog, asked.query);
+    Answer ours = ours_.Ask(asked.catalog, asked.query);
+    const std::string difference = Difference(server, ours, HasFormats(asked.query));
+    if (may_refuse && !server.failure.empty() && ours.failure.empty()) {
       ++refused_;
-      return;
+    } else if (difference.empty() != asked.reason.empty()) {
+      ++failed_;
+      std::cout << "FAILED " << asked.name << '\n' << asked.query << difference << "\n\n";
     }
-    const std::string difference = Difference(server, ours, HasFormats(asked.query));
-    if (!difference.empty()) Tell(asked, difference);
-  }
-
-  void Ask(const Case& asked) {
-    ++asked_;
-    const Answer server = server_.Ask(asked.catalog, asked.query);
-    const Answer ours = ours_.Ask(asked.catalog, asked.query);
-    const std::string difference = Difference(server, ours, HasFormats(asked.query));
-    if (asked.reason.empty()) {
-      if (!difference.empty()) Tell(asked, difference);
-    } else if (difference.empty()) {
-      Tell(asked, "the answers agree, though they should differ: " + asked.reason);
-    } else if (Shown(ours) != asked.expected) {
-      Tell(asked, "another answer than we should give: " + Shown(ours));
-    }
+    return ours;
   }
 
   int asked() const { return asked_; }
@@ -77,11 +86,6 @@ class Comparison {
   int failed() const { return failed_; }
 
  private:
-  void Tell(const Case& asked, const std::string& what) {
-    ++failed_;
-    std::cout << "FAILED " << asked.name << '\n' << asked.query << what << "\n\n";
-  }
-
   const Side& server_;
   const Side& ours_;
   int asked_ = 0;
@@ -89,19 +93,29 @@ class Comparison {
   int failed_ = 0;
 };
 
-void AskRandomCube(Comparison& comparison, int number, uint64_t seed) {
-  const std::string name = "Random" + std::to_string(number);
-  const uint64_t cube_seed = seed + static_cast<uint64_t>(number);
-  const plain::RandomCube random = plain::MakeRandomCube(cube_seed, name);
+void AskCases(Comparison& comparison, const std::string& folder) {
+  std::string answers;
+  for (const Case& each : ReadCases(folder)) {
+    answers += "case " + each.name + '\n' + Shown(comparison.Ask(each), true);
+  }
+  if (std::getenv("VOKCUBE_RECORD")) std::ofstream(folder + "/cases.answers") << answers;
+  std::cout << comparison.asked() << " cases asked\n";
+}
+
+void AskRandomCube(Comparison& comparison, uint64_t seed, int number) {
+  const std::string name = CubeName(number % kRandomCubes);
+  const plain::RandomCube random = CubeOf(seed, number % kRandomCubes);
   // A count over all of no facts is 0 there: the database says so, without a word of MDX.
   if (random.cube.facts.empty()) return;
-  for (const auto& query :
-       plain::RandomQueries(random.cube, name, cube_seed, true, kQueriesOfEachCube)) {
-    comparison.AskAnyQuery({name, kRandomCatalog, query.mdx + '\n', "", ""});
+  for (const auto& query : plain::RandomQueries(
+           random.cube, name, seed + static_cast<uint64_t>(number), true, kQueriesOfEachCube)) {
+    comparison.Ask({name, "random", query.mdx + '\n', "", ""}, true);
   }
 }
 
-int Run(int argc, char** argv) {
+/// Says so when the server refuses too many random queries to call it a comparison.
+int Compare(const std::string& run, uint64_t seed, const std::string& port,
+            const std::string& cases, int count) {
   PosixFiles files;
   const IcuLocale locale("en_US");
   olap::OlapCubeProvider our_provider(files, locale);
@@ -113,49 +127,47 @@ int Run(int argc, char** argv) {
   xmla::XmlaCubeProvider server_provider(locale, {patient, NewTransport<CurlTransport>()});
   Side ours(our_provider);
   Side server(server_provider);
-  for (const auto& schema : std::filesystem::directory_iterator(argv[3])) {
+  for (const auto& schema : std::filesystem::directory_iterator(run + "/schemas")) {
     const std::string catalog = schema.path().stem().string();
-    const std::string output = argv[5] + ('/' + catalog) + ".cub";
-    olap::BuildCubeFile(files, locale, {schema.path().string(), argv[4], output}, {});
+    const std::string output = run + "/cubes/" + catalog + ".cub";
+    olap::BuildCubeFile(files, locale, {schema.path().string(), run + "/csv", output}, {});
     ours.Open(catalog, "Data Source=" + output);
-    server.Open(catalog, std::string("Data Source=http://127.0.0.1:") + argv[1] +
-                             "/xmla;Initial Catalog=" + catalog);
+    server.Open(catalog,
+                "Data Source=http://127.0.0.1:" + port + "/xmla;Initial Catalog=" + catalog);
   }
   Comparison comparison(server, ours);
-  for (const Case& each : ReadCases(argv[2])) comparison.Ask(each);
-  std::cout << comparison.asked() << " cases asked\n";
-
-  const uint64_t seed = argc > 7 ? std::stoull(argv[7]) : 1;
-  const int count = argc > 6 ? std::stoi(argv[6]) : 500;
+  AskCases(comparison, cases);
   std::cout << "Random queries, seed " << seed << std::endl;
   plain::Dice dice(seed);
   for (int i = 0; i < count; ++i) {
-    comparison.Ask({"random " + std::to_string(i), kBuilderCatalog, RandomQuery(dice), "", ""});
+    comparison.Ask({"random " + std::to_string(i), "sample", RandomQuery(dice), "", ""});
   }
   std::cout << comparison.asked() << " asked with those of the system's form" << std::endl;
-  for (int i = 0; i < count; i += kQueriesOfEachCube) {
-    AskRandomCube(comparison, i / kQueriesOfEachCube, seed);
-  }
+  for (int i = 0; i < count / kQueriesOfEachCube; ++i) AskRandomCube(comparison, seed, i);
   std::cout << comparison.asked() - comparison.failed() << " of " << comparison.asked()
             << " answers are as they should be; " << comparison.refused()
             << " random queries the server cannot answer\n";
-  if (comparison.refused() * kMostRefused > count) {
-    std::cout << "FAILED: the server refuses too many of them to call it a comparison\n";
-    return 1;
-  }
-  return comparison.failed() == 0 ? 0 : 1;
+  const bool is_comparison = comparison.refused() * kMostRefused <= count;
+  if (!is_comparison) std::cout << "FAILED: the server refuses too many to call it a comparison\n";
+  return comparison.failed() == 0 && is_comparison ? 0 : 1;
 }
 
 }  // namespace
 }  // namespace vok::interop
 
 int main(int argc, char** argv) {
-  if (argc < 6) {
-    std::cerr << "usage: interop PORT CASES SCHEMAS TABLES FOLDER [RANDOM [SEED]]\n";
+  using namespace vok::interop;  // NOLINT: a program of one file
+  if (argc != 3 && argc < 5) {
+    std::cerr << "usage: interop RUN SEED [PORT CASES [RANDOM]]\n";
     return 2;
   }
   try {
-    return vok::interop::Run(argc, argv);
+    const uint64_t seed = std::stoull(argv[2]);
+    if (argc > 3) {
+      return Compare(argv[1], seed, argv[3], argv[4], argc > 5 ? std::stoi(argv[5]) : 500);
+    }
+    WriteRandomCubes(argv[1], seed);
+    return 0;
   } catch (const std::exception& error) {
     std::cerr << error.what() << '\n';
     return 2;

@@ -15,19 +15,22 @@ constexpr int kDepth = 3;
 using Hierarchies = std::vector<std::size_t>;
 using Axes = std::vector<Tuples>;
 
-std::string Written(const Axes& axes, const std::vector<Cell>& cells) {
+/// A calculated member stands on the first level.
+std::string Written(const Cube& cube, const Axes& axes, const std::vector<Cell>& cells) {
   std::string text;
   for (std::size_t axis = 0; axis < axes.size(); ++axis) {
     text += "axis " + std::to_string(axis) + "\n";
     for (const Tuple& tuple : axes[axis]) {
       for (const Member* member : tuple) {
-        text += member->unique_name + (member == tuple.back() ? "\n" : " | ");
+        text += member->unique_name + " \"" + member->name + "\" " +
+                cube.hierarchies[member->hierarchy].levels[member->level].name +
+                (member == tuple.back() ? "\n" : " | ");
       }
     }
   }
   text += "cells\n";
   for (std::size_t i = 0; i < cells.size(); ++i) {
-    text += cells[i] ? Shown(*cells[i]) : "-";
+    text += cells[i] ? Shown(*cells[i] + 0.0) : "-";
     text += (i + 1) % axes[0].size() == 0 ? "\n" : " | ";
   }
   return text;
@@ -103,7 +106,7 @@ class QueryMaker {
       if (non_empty[axis]) kept[axis] = NonEmpty(cube_, base_, axes, axis);
     }
     return {with_ + " SELECT " + select + " FROM [" + cube_name + "]" + where_,
-            Written(kept, CellsOf(cube_, base_, kept))};
+            Written(cube_, kept, CellsOf(cube_, base_, kept))};
   }
 
  private:

@@ -10,7 +10,7 @@ namespace vok::plain {
 
 struct RandomQuery {
   std::string mdx;
-  /// The axes and cells, in the words of the MDX case files.
+  /// The axes and cells, in the words of the recorded answers.
   std::string answer;
 };
 
