@@ -62,6 +62,11 @@ TEST(FactStore, ReadsWhatTheFieldsMean) {
        {std::vector<std::string>(10, "0.1"), {"0.3", "-0.1", "-0.2"}},
        {1.0, 0.0},
        1.0},
+      {"small values before a large one",
+       "sum",
+       {{"5", "-7"}, {"9223372036854775807"}},
+       {-2.0, 9223372036854775807.0},
+       9223372036854775805.0},
       {"exponents are digits too", "sum", {{"1E3", "2.5e-3", "+4"}}, {1004.0025}, 1004.0025},
       {"nineteen digits are kept to the last",
        "sum",
@@ -100,12 +105,6 @@ TEST(FactStore, PutsRowsOfOneCellTogether) {
   const test::BuiltCube built(OneColumn("sum", {{"1", "2", "", "4"}, {"8"}, {}}));
   EXPECT_EQ(built.report().cubes[0].facts, 5u);
   EXPECT_EQ(built.report().cubes[0].stored_cells, 2u);
-}
-
-TEST(FactStore, IsEmptyForACubeWithoutFacts) {
-  const test::BuiltCube built(OneColumn("sum", {{}, {}}));
-  const auto lines = built.cube().facts->Read({{0}, {{{0, 1}}}, FactQuery::Group{0, 1}}).at(0);
-  EXPECT_EQ(lines.states, FactColumn(2).states);
 }
 
 TEST(FactStore, IsNotDisturbedByACubeBuiltInItsPlace) {
