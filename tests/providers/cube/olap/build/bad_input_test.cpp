@@ -17,9 +17,8 @@ namespace vok::olap {
 namespace {
 
 struct Change {
-  const char* table;  // nullptr: the schema
-  const char* from;   // the first place where it stands; "" appends
-  const char* to;
+  std::string from;  // the first place where it stands; "" appends
+  std::string to;
   std::vector<const char*> words;
 };
 
@@ -29,10 +28,10 @@ void Replace(std::string& text, const std::string& from, const std::string& to) 
   text.replace(place, from.size(), to);
 }
 
-std::string RefusalOf(const Change& change) {
+/// `table`: "" for the schema.
+std::string RefusalOf(const std::string& table, const Change& change) {
   test::CubeTexts texts = test::SampleLedger();
-  Replace(change.table == nullptr ? texts.schema : texts.tables.at(change.table), change.from,
-          change.to);
+  Replace(table.empty() ? texts.schema : texts.tables.at(table), change.from, change.to);
   const test::TemporaryFolder folder;
   try {
     test::BuildInto(folder, texts);
@@ -43,13 +42,12 @@ std::string RefusalOf(const Change& change) {
   return "";
 }
 
-void ExpectRefusals(const std::vector<Change>& changes) {
+void ExpectRefusals(const std::string& table, const std::vector<Change>& changes) {
   for (const Change& change : changes) {
-    const std::string refusal = RefusalOf(change);
+    const std::string refusal = RefusalOf(table, change);
     for (const char* word : change.words) {
       EXPECT_NE(refusal.find(word), std::string::npos)
-          << std::string(change.to).substr(0, 500) << " gives: " << refusal
-          << "\nwithout: " << word;
+          << change.to.substr(0, 500) << " gives: " << refusal << "\nwithout: " << word;
     }
   }
 }
@@ -67,42 +65,52 @@ std::string ChainedMembers(int count) {
 }
 
 TEST(BadFormula, IsRefusedByMemberLineAndColumn) {
+  const char* kEnd = "</Cube>";
   const std::string begin = R"(<CalculatedMember name="X" dimension="Measures")";
-  const struct {
-    std::string member;
-    std::vector<const char*> words;
-  } cases[] = {
-      {begin + "/>", {"line 41", "\"X\"", "no <Formula>"}},
-      {begin + "><Formula>\n[Measures].[Amount] +\n [Measures].[Nope]</Formula></CalculatedMember>",
+  std::vector<Change> changes = {
+      {kEnd, begin + "/>", {"line 41", "\"X\"", "no <Formula>"}},
+      {kEnd,
+       begin + "><Formula>\n[Measures].[Amount] +\n [Measures].[Nope]</Formula></CalculatedMember>",
        {"schema.xml, line 41: calculated member [Measures].[X], line 3, column 2",
         "\"[Measures].[Nope]\" is not in cube \"QEL\""}},
-      {begin + " formula='Unheard([Measures].[Amount])'/>",
+      {kEnd,
+       begin + " formula='Unheard([Measures].[Amount])'/>",
        {"[Measures].[X], line 1, column 1: not supported: Unheard"}},
-      {begin + " formula='1 2'/>", {"column 3: expected the end of the formula but found \"2\""}},
-      {begin + " formula='{[Date].[2009]}'/>", {"column 1: expected a value but found a set"}},
-      {begin + " formula='[Measures].[Amount'/>", {"line 1, column 12"}},
-      {begin + " formula='1'/>" + begin + " formula='2'/>", {"[Measures].[X] is declared twice"}},
-      {begin + " formula='[Measures].[X] + 1'/>",
+      {kEnd,
+       begin + " formula='1 2'/>",
+       {"column 3: expected the end of the formula but found \"2\""}},
+      {kEnd,
+       begin + " formula='{[Date].[2009]}'/>",
+       {"column 1: expected a value but found a set"}},
+      {kEnd, begin + " formula='[Measures].[Amount'/>", {"line 1, column 12"}},
+      {kEnd,
+       begin + " formula='1'/>" + begin + " formula='2'/>",
+       {"[Measures].[X] is declared twice"}},
+      {kEnd,
+       begin + " formula='[Measures].[X] + 1'/>",
        {"schema.xml, line 41: calculated member [Measures].[X]", "its formula needs itself"}},
-      {ChainedMembers(180), {"[Measures].[X", "more than 1000 steps deep"}},
-      {begin + " hierarchy='[Date]' formula='1'/>",
+      {kEnd, ChainedMembers(180), {"[Measures].[X", "more than 1000 steps deep"}},
+      {kEnd,
+       begin + " hierarchy='[Date]' formula='1'/>",
        {"one of the attributes dimension and hierarchy"}},
-      {"<CalculatedMember name='X' hierarchy='[Nope]' formula='1'/>",
+      {kEnd,
+       "<CalculatedMember name='X' hierarchy='[Nope]' formula='1'/>",
        {"calculated member [Nope].[X]", "\"[Nope]\" is not in cube"}},
-      {begin + " formula='1'><CalculatedMemberProperty name='SOLVE_ORDER' value='x'/>"
+      {kEnd,
+       begin + " formula='1'><CalculatedMemberProperty name='SOLVE_ORDER' value='x'/>"
                "</CalculatedMember>",
        {"SOLVE_ORDER", "\"x\", which is not a number"}},
-      {begin + " formula='1'><CalculatedMemberProperty name='FORMAT_STRING' "
+      {kEnd,
+       begin + " formula='1'><CalculatedMemberProperty name='FORMAT_STRING' "
                "expression='IIf(1=1,&quot;a&quot;,&quot;b&quot;)&quot;'/></CalculatedMember>",
        {"FORMAT_STRING", "not supported"}},
-      {begin + " formula='1'><CalculatedMemberProperty name='Colour' value='red'/>"
+      {kEnd,
+       begin + " formula='1'><CalculatedMemberProperty name='Colour' value='red'/>"
                "</CalculatedMember>",
        {"Colour", "not supported"}},
   };
-  for (const auto& test : cases) {
-    const std::string changed = test.member + "</Cube>";
-    ExpectRefusals({{nullptr, "</Cube>", changed.c_str(), test.words}});
-  }
+  for (Change& change : changes) change.to += kEnd;
+  ExpectRefusals("", changes);
 }
 
 TEST(BadSchema, IsRefusedByName) {
@@ -111,71 +119,72 @@ TEST(BadSchema, IsRefusedByName) {
     levels += "<Level name='L" + std::to_string(i) + "' column='file'/>";
   }
   levels += "<Level name=\"File\"";
-  ExpectRefusals({
-      {nullptr,
-       "<Level name=\"File\"",
-       levels.c_str(),
-       {"line 20", "\"xlFile\" has 133 levels; the limit is 128"}},
-      {nullptr, "</Schema>", "", {"schema.xml, line", "no well-formed XML"}},
-      {nullptr, "<Schema name=\"Ledger\">", "<Schema name=\"\xff\">", {"UTF-8"}},
-      {nullptr, "<Table name=\"fact\"/>", "", {"line 3", "<Cube> \"QEL\"", "no <Table>"}},
-      {nullptr, "\"fact\"", "\"facts\"", {"\"facts.csv\"", "dim_act, dim_date", "fact"}},
-      {nullptr, "\"fact\"", "\"../fact\"", {"there is no file"}},
-      {nullptr, "column=\"amount\"", "column=\"sum\"", {"fact.csv", "\"sum\"", "amount, units"}},
-      {nullptr, "column=\"file\"", "column=\"files\"", {"dim_act.csv", "\"files\""}},
-      {nullptr, "foreignKey=\"ob\"", "", {"<Dimension> \"Opening_Balance\"", "no foreignKey"}},
-      {nullptr, " primaryKey=\"ob\"", "", {"no attribute primaryKey"}},
-      {nullptr, "name=\"Units\"", "name=\"AMOUNT\"", {"two of the name \"AMOUNT\""}},
-      {nullptr, "name=\"Quarter\"", "name=\"year\"", {"two of the name \"year\""}},
-      {nullptr, "name=\"MoneySet\"", "name=\"measures\"", {"holds the measures"}},
-      {nullptr, "defaultMeasure=\"Amount\"", "defaultMeasure=\"Sum\"", {"\"Sum\""}},
-      {nullptr, "\"count\"", "\"median\"", {"median", "not supported", "line 40"}},
-      {nullptr, "<Measure", "<CalculatedMember name=\"X\"/><Measure", {"<CalculatedMember>"}},
-      {nullptr, "<Table name=\"dim_ob\"/>", "<View alias=\"v\"/>", {"<View> is not supported"}},
-      {nullptr,
-       "<Level name=\"File\"",
-       "<Level hideMemberIf=\"IfBlankName\" name=\"File\"",
-       {"hideMemberIf"}},
-      {nullptr,
-       "<Level name=\"File\"",
-       "<Level parentColumn=\"p\" name=\"File\"",
-       {"parentColumn"}},
-      {nullptr,
-       "column=\"file\"/>",
-       "column=\"file\" uniqueMembers=\"true\"/>",
-       {"dim_act.csv, line 5", "duplicate member", "\"File1\"", "\"Ledger2\"", "\"Ledger1\"",
-        "uniqueMembers"}},
-      {nullptr,
-       "column=\"ledger\"",
-       "column=\"act_id\" nameColumn=\"ledger\"",
-       {"\"dim_act\"", "two different keys", "\"Ledger1\""}},
-      {nullptr, "type=\"Integer\"", "type=\"Date\"", {"\"Date\"", "not supported"}},
-      {nullptr, "hasAll=\"true\"", "hasAll=\"yes\"", {"hasAll", "\"yes\""}},
-  });
+  ExpectRefusals(
+      "", {
+              {"<Level name=\"File\"",
+               levels.c_str(),
+               {"line 20", "\"xlFile\" has 133 levels; the limit is 128"}},
+              {"</Schema>", "", {"schema.xml, line", "no well-formed XML"}},
+              {"<Schema name=\"Ledger\">", "<Schema name=\"\xff\">", {"UTF-8"}},
+              {"<Table name=\"fact\"/>", "", {"line 3", "<Cube> \"QEL\"", "no <Table>"}},
+              {"\"fact\"", "\"facts\"", {"\"facts.csv\"", "dim_act, dim_date", "fact"}},
+              {"\"fact\"", "\"../fact\"", {"there is no file"}},
+              {"column=\"amount\"", "column=\"sum\"", {"fact.csv", "\"sum\"", "amount, units"}},
+              {"column=\"file\"", "column=\"files\"", {"dim_act.csv", "\"files\""}},
+              {"foreignKey=\"ob\"", "", {"<Dimension> \"Opening_Balance\"", "no foreignKey"}},
+              {" primaryKey=\"ob\"", "", {"no attribute primaryKey"}},
+              {"name=\"Units\"", "name=\"AMOUNT\"", {"two of the name \"AMOUNT\""}},
+              {"name=\"Quarter\"", "name=\"year\"", {"two of the name \"year\""}},
+              {"name=\"MoneySet\"", "name=\"measures\"", {"holds the measures"}},
+              {"defaultMeasure=\"Amount\"", "defaultMeasure=\"Sum\"", {"\"Sum\""}},
+              {"\"count\"", "\"median\"", {"median", "not supported", "line 40"}},
+              {"<Measure", "<CalculatedMember name=\"X\"/><Measure", {"<CalculatedMember>"}},
+              {"<Table name=\"dim_ob\"/>", "<View alias=\"v\"/>", {"<View> is not supported"}},
+              {"<Level name=\"File\"",
+               "<Level hideMemberIf=\"IfBlankName\" name=\"File\"",
+               {"hideMemberIf"}},
+              {"<Level name=\"File\"", "<Level parentColumn=\"p\" name=\"File\"", {"parentColumn"}},
+              {"column=\"file\"/>",
+               "column=\"file\" uniqueMembers=\"true\"/>",
+               {"dim_act.csv, line 5", "duplicate member", "\"File1\"", "\"Ledger2\"",
+                "\"Ledger1\"", "uniqueMembers"}},
+              {"column=\"ledger\"",
+               "column=\"act_id\" nameColumn=\"ledger\"",
+               {"\"dim_act\"", "two different keys", "\"Ledger1\""}},
+              {"type=\"Integer\"", "type=\"Date\"", {"\"Date\"", "not supported"}},
+              {"hasAll=\"true\"", "hasAll=\"yes\"", {"hasAll", "\"yes\""}},
+          });
 }
 
 TEST(BadTable, IsRefusedWithItsLine) {
-  ExpectRefusals({
-      {"fact", "", "61,0,1,1,0,0,1.00\n", {"fact.csv, line 62", "7 fields", "has 8"}},
-      {"fact", "", "61,0,1,1,0,0,1.00,2,\n", {"fact.csv, line 62", "9 fields"}},
-      {"fact", "", "61,0,1,1,0,0,\"1\n,00\",2\n", {"line 62", "no number", "\"amount\""}},
-      {"fact", "", "61,0,1,1,0,0,1e999,2\n", {"line 62", "1e999", "too large"}},
-      {"fact", "", "61,18,1,1,0,0,1,2\n", {"line 62", "\"18\"", "\"date_id\"", "\"Date\""}},
-      {"fact", "", "61,00,1,1,0,0,1,2\n", {"line 62", "\"00\""}},
-      {"fact", "", "61,,1,1,0,0,1,2\n", {"line 62", "\"\"", "\"date_id\""}},
-      {"fact", "", "\n", {"line 62", "1 fields"}},
-      {"dim_qel", "", "7,\xC3(,7\n", {"dim_qel.csv, line 8", "UTF-8"}},
-      {"dim_qel", "", "7,\"open,7\n", {"line 8", "does not end"}},
-      {"dim_qel", "", "7,\"a\"b,7\n", {"line 8", "after a quoted field"}},
-      {"dim_qel", "", "7,a\"b,7\n", {"line 8", "quote within"}},
-      {"dim_qel", "", "7,a\rb,7\n", {"line 8", "CR without LF"}},
-      {"dim_qel", "", "6,Other,7\n", {"line 8", "duplicate key \"6\"", "line 7 has it"}},
-      {"dim_qel", "", ",Other,7\n", {"line 8", "primary key", "empty"}},
-      {"dim_date", "2009,1,1", "2009,first,1", {"line 2", "\"first\"", "\"Quarter\"", "integer"}},
-      {"dim_ob", "ob\n0\n1\n", "", {"dim_ob.csv", "empty"}},
-      {"dim_ob", "0\n1\n", "", {"dim_ob", "no rows"}},
-      {"dim_ob", "ob\n", "ob,ob\n", {"two columns \"ob\""}},
-  });
+  ExpectRefusals("fact",
+                 {
+                     {"", "61,0,1,1,0,0,1.00\n", {"fact.csv, line 62", "7 fields", "has 8"}},
+                     {"", "61,0,1,1,0,0,1.00,2,\n", {"fact.csv, line 62", "9 fields"}},
+                     {"", "61,0,1,1,0,0,\"1\n,00\",2\n", {"line 62", "no number", "\"amount\""}},
+                     {"", "61,0,1,1,0,0,1e999,2\n", {"line 62", "1e999", "too large"}},
+                     {"", "61,18,1,1,0,0,1,2\n", {"line 62", "\"18\"", "\"date_id\"", "\"Date\""}},
+                     {"", "61,00,1,1,0,0,1,2\n", {"line 62", "\"00\""}},
+                     {"", "61,,1,1,0,0,1,2\n", {"line 62", "\"\"", "\"date_id\""}},
+                     {"", "\n", {"line 62", "1 fields"}},
+                 });
+  ExpectRefusals("dim_qel",
+                 {
+                     {"", "7,\xC3(,7\n", {"dim_qel.csv, line 8", "UTF-8"}},
+                     {"", "7,\"open,7\n", {"line 8", "does not end"}},
+                     {"", "7,\"a\"b,7\n", {"line 8", "after a quoted field"}},
+                     {"", "7,a\"b,7\n", {"line 8", "quote within"}},
+                     {"", "7,a\rb,7\n", {"line 8", "CR without LF"}},
+                     {"", "6,Other,7\n", {"line 8", "duplicate key \"6\"", "line 7 has it"}},
+                     {"", ",Other,7\n", {"line 8", "primary key", "empty"}},
+                 });
+  ExpectRefusals("dim_date",
+                 {{"2009,1,1", "2009,first,1", {"line 2", "\"first\"", "\"Quarter\"", "integer"}}});
+  ExpectRefusals("dim_ob", {
+                               {"ob\n0\n1\n", "", {"dim_ob.csv", "empty"}},
+                               {"0\n1\n", "", {"dim_ob", "no rows"}},
+                               {"ob\n", "ob,ob\n", {"two columns \"ob\""}},
+                           });
 }
 
 using Contents = std::map<std::string, std::string>;

@@ -83,43 +83,13 @@ TEST(Members, OfTheFactTableNeedNoTable) {
   EXPECT_THAT(counts[0].numbers, testing::ElementsAre(1, 2, 1));
 }
 
-TEST(Members, SharedDimensionsServeSeveralCubes) {
-  const std::string cube =
-      "<Cube name=\"%\"><Table name=\"fact\"/><DimensionUsage name=\"When%\" source=\"D\" "
-      "foreignKey=\"id\"/><Measure name=\"N\" aggregator=\"count\"/></Cube>";
-  std::string schema =
-      "<Schema name=\"S\"><Dimension name=\"D\"><Hierarchy primaryKey=\"id\"><Table name=\"d\"/>"
-      "<Level name=\"L\" column=\"id\"/></Hierarchy></Dimension>";
-  for (const char letter : {'A', 'B'}) {
-    for (const char each : cube) schema += each == '%' ? letter : each;
-  }
-  const test::BuiltCube built({schema + "</Schema>", {{"d", "id\n1\n"}, {"fact", "id\n1\n1\n"}}});
-  ASSERT_EQ(built.file().cubes().size(), 2u);
-  EXPECT_EQ(built.file().cubes()[1].model.dimensions[0].name, "WhenB");
-  EXPECT_EQ(built.file().cubes()[1].facts->Read({{0}, {}, {}})[0].numbers[0], 2);
-}
-
 TEST(Dimension, IsTimeWhereALevelIsATimeAndNotByItsTypeAlone) {
-  const struct {
-    const char* type;
-    const char* level;
-    const char* second;
-    bool is_time;
-  } cases[] = {{"StandardDimension", "Regular", "Regular", false},
-               {"TimeDimension", "TimeYears", "TimeMonths", true},
-               {"TimeDimension", "TimeUndefined", "TimeUndefined", false},
-               {"TimeDimension", "TimeYears", "TimeUndefined", true}};
-  for (const auto& each : cases) {
-    const std::string schema =
-        R"(<Schema name="S"><Cube name="C"><Table name="fact"/><Dimension name="D" type=")" +
-        std::string(each.type) +
-        R"(" foreignKey="id"><Hierarchy primaryKey="id"><Table name="d"/>)"
-        R"(<Level name="L" column="k" levelType=")" +
-        each.level + R"("/><Level name="M" column="id" levelType=")" + each.second +
-        R"("/></Hierarchy></Dimension><Measure name="N" aggregator="count"/></Cube></Schema>)";
-    const test::BuiltCube built({schema, {{"d", "id,k\n1,a\n"}, {"fact", "id\n1\n"}}});
-    EXPECT_EQ(built.cube().model.dimensions[0].is_time, each.is_time) << schema;
+  const test::BuiltCube built(test::SampleLedger());
+  std::string times;
+  for (const Dimension& dimension : built.cube().model.dimensions) {
+    if (dimension.is_time) times += dimension.name;
   }
+  EXPECT_EQ(times, "Date");
 }
 
 }  // namespace
