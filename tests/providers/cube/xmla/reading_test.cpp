@@ -133,12 +133,8 @@ TEST(Answers, ThatCannotBeTrustedAreFailures) {
     const char* says;
   } kCases[] = {
       {good.substr(0, good.size() - 60), "ended its answer too early, in the middle of the XML"},
-      {good.substr(0, good.find("</Axes>")), "ended its answer too early"},
       {good + "<more/>", "junk after document element"},
       {"<html><body>Log in</body></html>", "an HTML page (Content-Type text/xml) instead of XML"},
-      {"<!DOCTYPE html>\n<html>", "an HTML page"},
-      {"{\"error\": \"gone\"}", "JSON (Content-Type text/xml) instead of XML"},
-      {"Bad gateway", "Its answer begins: Bad gateway"},
       {"<!DOCTYPE x [<!ENTITY a \"b\">]><x>&a;</x>", "it has a DOCTYPE in line 1"},
       {"<x/>", "its outermost element is \"x\", not a SOAP envelope"},
       {test::Envelope(""), "neither a result nor a failure"},
