@@ -2,10 +2,10 @@
 
 #include <gtest/gtest.h>
 
-#include <vector>
+#include <initializer_list>
 
-#include "platform/failure.h"
 #include "system/automation/bstr.h"
+#include "tests/support/failures.h"
 
 namespace vok::windows {
 namespace {
@@ -35,23 +35,15 @@ TEST(VariantTest, ValuesKeepTheirTypesBothWays) {
     EXPECT_EQ(variant.Get()->vt, c.type);
     EXPECT_EQ(FromVariant(*variant.Get()), c.value) << c.type;
 
+    if ((c.type & VT_ARRAY) != 0) {
+      LONG first = -1;
+      EXPECT_EQ(SafeArrayGetLBound(variant.Get()->parray, 1, &first), S_OK);
+      EXPECT_EQ(first, 0);
+    }
     VARIANT reference;
     reference.vt = VT_BYREF | VT_VARIANT;
     reference.pvarVal = const_cast<VARIANT*>(variant.Get());
     EXPECT_EQ(FromVariant(reference), c.value) << "by reference " << c.type;
-  }
-}
-
-TEST(VariantTest, ArraysBeginAtIndexZero) {
-  for (const Value& value :
-       {Value(Value::TextArray(13)), Value(Value::Int16Array(13)), Value(Value::Array(13))}) {
-    const Variant variant(value);
-    LONG first = -1, last = -1;
-    EXPECT_EQ(SafeArrayGetDim(variant.Get()->parray), 1u);
-    EXPECT_EQ(SafeArrayGetLBound(variant.Get()->parray, 1, &first), S_OK);
-    EXPECT_EQ(SafeArrayGetUBound(variant.Get()->parray, 1, &last), S_OK);
-    EXPECT_EQ(first, 0);
-    EXPECT_EQ(last, 12);
   }
 }
 
@@ -77,13 +69,8 @@ TEST(VariantTest, WhatNoValueHoldsIsATypeMismatch) {
   Variant square;
   square.Get()->parray = SafeArrayCreate(VT_VARIANT, 2, bounds);
   square.Get()->vt = VT_ARRAY | VT_VARIANT;
-  for (const VARIANT* variant : std::vector<const VARIANT*>{&object, square.Get()}) {
-    try {
-      FromVariant(*variant);
-      ADD_FAILURE() << variant->vt;
-    } catch (const Failure& failure) {
-      EXPECT_EQ(failure.number(), failure_number::kTypeMismatch);
-    }
+  for (const VARIANT* variant : std::initializer_list<const VARIANT*>{&object, square.Get()}) {
+    EXPECT_EQ(test::NumberOf([&] { FromVariant(*variant); }), failure_number::kTypeMismatch);
   }
 }
 
