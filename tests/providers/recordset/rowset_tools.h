@@ -44,19 +44,4 @@ inline std::string Outcome(std::string_view bytes, const CodePage& code_page = {
   }
 }
 
-/// Every truncation and every byte with a bit turned over: a failure or a record set, within the
-/// bytes (a sanitizer watches). The number of those that were refused.
-inline std::size_t RefusedDamage(const std::string& bytes) {
-  std::size_t refused = 0;
-  for (std::size_t at = 0; at < bytes.size(); ++at) {
-    refused += Outcome(std::string(bytes.data(), at))[0] == '!';
-    for (const int bit : {0, 3, 7}) {
-      std::string damaged = bytes;
-      damaged[at] = static_cast<char>(damaged[at] ^ (1 << bit));
-      refused += Outcome(damaged)[0] == '!';
-    }
-  }
-  return refused;
-}
-
 }  // namespace vok::recordset::test
