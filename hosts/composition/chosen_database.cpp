@@ -10,11 +10,14 @@ namespace {
 [[noreturn]] void ThrowNoJet(const std::string& file) {
   std::string names;
   for (const std::string& name : SettingsProviders()) names += (names.empty() ? "" : ", ") + name;
-  throw Failure(failure_number::kProviderNotFound,
-                "Provider cannot be found: \"" + file + "\" is a Jet database, and this " +
-                    ProcessWidth() + " host process finds no " + ProcessWidth() +
-                    " provider for it (" + names + "). Install the Access Database Engine of " +
-                    "that width, or use a host program of the width that is installed.");
+  throw Failure(
+      failure_number::kProviderNotFound,
+      "Provider cannot be found: \"" + file + "\" is a Jet database, and this " + ProcessWidth() +
+          " host process finds no " + ProcessWidth() + " provider for it (" + names +
+          "). Install the Access Database Engine of " +
+          "that width, or use a host program of the width that is installed. Without " +
+          "either, take its sets over on Linux: there vokcube settings export sets.json " +
+          "--from FILE, here vokcube settings import sets.json into another folder.");
 }
 
 }  // namespace

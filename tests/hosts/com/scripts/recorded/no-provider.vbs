@@ -8,4 +8,5 @@ cube.GetSetNames names, "Periods"
 Check "error", Err.Number, 3706
 Check "width", InStr(Err.Description, "-bit host process finds no") > 0, True
 Check "names", InStr(Err.Description, "Microsoft.ACE.OLEDB.16.0") > 0, True
+Check "another way", InStr(Err.Description, "settings export sets.json --from FILE") > 0, True
 Finish
