@@ -21,7 +21,7 @@ constexpr ChildLimits kLimits = {32UL << 20, std::chrono::seconds(60)};
 std::string WhyNotWritten(const std::string& file) {
   return "it is a Jet database, which is read here but never written. Nothing was changed. Copy "
          "its "
-         "sets into another settings folder with: vokcube settings import \"" +
+         "sets into another settings folder, and work there: vokcube settings import \"" +
          file + "\" --settings-folder FOLDER";
 }
 

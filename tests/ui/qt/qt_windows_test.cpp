@@ -7,6 +7,7 @@
 #include <filesystem>
 
 #include "providers/recordset/persisted_recordset.h"
+#include "tests/support/jet_shape.h"
 #include "tests/support/ui/real_desk.h"
 #include "tests/ui/qt/ui_driver.h"
 #include "ui/qt/qt_desktop.h"
@@ -31,12 +32,15 @@ struct QtDesk : test::RealDesk {
   };
   struct Database : test::ImpatientDatabase {
     Database(Files& all, const Locale& locale)
-        : ImpatientDatabase(all, locale), files(all), customs(locale) {}
+        : ImpatientDatabase(all, locale, [this](const std::string& path) { return jet(path); }),
+          files(all),
+          customs(locale) {}
     std::unique_ptr<Recordset> OpenRecordset(const std::string& path) override {
       return recordset::OpenPersisted(files, customs, path);
     }
     Files& files;
     const Locale& customs;
+    OpenJetFile jet;
   };
 
   std::unique_ptr<FrmPeriods> OpenDrawn() {
@@ -279,6 +283,55 @@ TEST(QtWindows, AHundredOpeningsLeaveNothing) {
   }
   EXPECT_EQ(QApplication::allWidgets().size(), widgets);
 }
+
+#ifdef JET_READER
+TEST(QtWindows, SetsOfAJetFileAreShownAndNeverWritten) {
+  QtDesk desk;
+  const std::string file = desk.settings + "/CubToQel.mdb";
+  std::filesystem::copy_file(JET_SAMPLES "/CubToQel-28-columns.mdb", file);
+  const std::string before = ReadWholeFile(desk.files, file);
+  jet::JetFiles jet_files(desk.files, desk.customs, {JET_READER},
+                          test::SettingsShape(desk.customs));
+  desk.tables.jet = [&](const std::string& path) { return jet_files.Open(path); };
+  const auto window = desk.OpenDrawn();
+  const test::UiDriver person(R"(
+      focus comboDataSource
+      type Sales
+      press Tab
+      says "sales.cub"
+      press Return
+      says MEASURES
+      press Return
+      click ComboPeriods
+      type P
+      press Tab
+      shot jet
+      press Ctrl+S
+      says Error : -2147217911
+      says read here but never written. Nothing was changed.
+      shot jet-refused
+      press Return
+      says (while saving the data source "Sales")
+      press Return
+      click cmdDeletePeriods
+      press Alt+Y
+      says vokcube settings import
+      press Return
+      click cmdDeleteSource
+      press Alt+Y
+      says vokcube settings import
+      press Return
+      see txtCubeName QEL
+      see TextMeasure(12) Amount
+      see ComboPeriods P
+      see TextPeriod(4) ינו 2016
+      see txtDate1(4)
+      see txtDate2(11) 15/04/2010
+      close)");
+  window->Show();
+  EXPECT_EQ(ReadWholeFile(desk.files, file), before);
+}
+#endif
 
 }  // namespace
 }  // namespace vok

@@ -165,6 +165,9 @@ void UiDriver::Do(const std::string& step) {
   if (verb == "shot") return Shoot(what);
   if (verb == "front") {
     EXPECT_EQ(TitleOf(Front()), what);
+  } else if (verb == "says") {
+    const std::string title = TitleOf(Front());
+    EXPECT_TRUE(title.find(what) != title.npos) << what << " in " << title;
   } else if (verb == "focus") {
     EXPECT_EQ(Front()->focusWidget()->objectName().toStdString(), what);
   } else if (verb == "see") {

@@ -5,6 +5,7 @@
 //   press Ctrl+S | Tab | …      type TEXT      click CONTROL
 //   see CONTROL TEXT            text of a field, label, button or box; a check box's state 0, 1, 2
 //   focus CONTROL               front TITLE    title of the window in front, or the text of a box
+//   says WORDS                  stand in the text of the box in front
 //   await CONTROL | TITLE       until it is to be seen
 //   close                       by the window's own button
 //   shot NAME                   a picture in the folder $VOKCUBE_SCREENSHOTS, where it is set
