@@ -57,13 +57,16 @@ done
 printf ']}' >> odd.json
 expect 0 'Note: one period set is named "Q#1"' settings import odd.json --settings-folder odd
 "$vokcube" settings export odd-again.json --settings-folder odd
-expect 0 "and 11 period sets" settings import odd-again.json --settings-folder again
+for _ in once again; do
+  expect 0 "and 11 period sets" settings import odd-again.json --settings-folder again
+done
 for name in 'A?' 'Q#1' ' pad ' '[x' '*' ''; do
   "$vokcube" settings delete periods "$name" --settings-folder again
 done
 "$vokcube" settings rename periods "it's" Q20 --settings-folder again
+"$vokcube" settings rename periods pad PAD --settings-folder again
 left=$("$vokcube" sets Periods --settings-folder again | LC_ALL=C sort | tr '\n' ' ')
-if [[ $left != "A1 A2 Q20 Q21 pad " ]]; then
+if [[ $left != "A1 A2 PAD Q20 Q21 " ]]; then
   fail "other sets than the named ones were changed; left are $left"
 fi
 

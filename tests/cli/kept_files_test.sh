@@ -98,6 +98,13 @@ kept report.xlsX
 expect 0 "Rows" bash -c 'trap "" HUP; "$@" & sleep 0.1; kill -HUP $!; wait $!' bash "${run[@]}" Demo
 
 cp settings/CubToQel.mdb settings.before
+expect 1 "Nothing was changed" bash -c 'ulimit -f 16 && exec "$@"' bash \
+  "$vokcube" settings import "$data/settings.json" --settings-folder settings
+chmod 0444 settings/CubToQel.mdb
+expect 0 "Demo" "${as_nobody[@]}" "$vokcube" settings export --settings-folder settings
+expect 1 "must not be written" "${as_nobody[@]}" "$vokcube" settings delete periods Demo \
+  --settings-folder settings
+chmod 0644 settings/CubToQel.mdb
 for file in settings/CubToQel.mdb data/schema.xml data/entries.csv; do
   expect 1 "the file there is not a cube" "${build[@]}" data --output "$file"
 done

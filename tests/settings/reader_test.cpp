@@ -96,28 +96,20 @@ TEST_F(ReaderTest, AFieldThatCannotBeReadEndsTheReadAndIsReported) {
     memory.boxes.boxes.clear();
     const bool periods = std::string(table) == "Periods";
     EXPECT_EQ(periods ? ReadPeriods() : ReadSales(), number) << field;
-    EXPECT_EQ(test::NumberOf([&] {
-                if (periods) {
-                  ReadEditedPeriods(host, environment, "2024");
-                } else {
-                  ReadEditedDataSource(host, environment, "Sales");
-                }
-              }),
-              in_window)
-        << field;
+    const auto edit = [&, in_periods = periods] {
+      if (in_periods) {
+        ReadEditedPeriods(host, environment, "2024");
+      } else {
+        ReadEditedDataSource(host, environment, "Sales");
+      }
+    };
+    EXPECT_EQ(test::NumberOf(edit), in_window) << field;
     ASSERT_EQ(memory.boxes.boxes.size(), 1U) << field;
     const std::string& text = memory.boxes.boxes[0].text;
     EXPECT_THAT(text, HasSubstr(std::string("field ") + field + " of the table " + table));
     EXPECT_THAT(text, HasSubstr(std::string("\r\nFunction : ") +
                                 (periods ? "PeriodSettings" : "DataSourceSetting") +
                                 "\r\nModule : ModSettings\r\n"));
-    if (std::string(field) != "Qty12") {
-      const Failure failure = test::FailureOf([&] {
-        if (periods) ReadEditedPeriods(host, environment, "2024");
-        if (!periods) ReadEditedDataSource(host, environment, "Sales");
-      });
-      EXPECT_EQ(failure.number(), number) << field << " of a window";
-    }
     tables = kept;
   }
   tables["Periods"][0]["PeriodName5"] = Null{};
@@ -171,19 +163,10 @@ TEST_F(ReaderTest, LoadingTellsInOneMessageWhatWasNotFound) {
   }
 }
 
-TEST_F(ReaderTest, ListsFollowTheRowsOrHaveOneEmptyEntry) {
-  tables["DataSourceInfo"].push_back({{"SetName", "B"}, {"CubeFile", "gone.cub"}});
-  memory.files.files["a.cub"] = "cube";
-  memory.files.modified["a.cub"] = Date{45292.5};
-  DataSourceList list = ListDataSources(host, environment);
-  EXPECT_EQ(list.names, (Value::Array{"Sales", "B"}));
-  EXPECT_EQ(list.cube_files, (Value::Array{" a.cub ", ""}));
-  EXPECT_EQ(list.file_dates, (Value::Array{Date{45292.5}, Value()}));
-  EXPECT_EQ(ListPeriodSets(host, environment), Value::Array{"2024"});
-
+TEST_F(ReaderTest, ListsWithoutRowsHaveOneEmptyEntry) {
   for (auto& [name, rows] : tables) rows.clear();
   const Value::Array nothing(1);
-  list = ListDataSources(host, environment);
+  const DataSourceList list = ListDataSources(host, environment);
   EXPECT_EQ(list.names, nothing);
   EXPECT_EQ(list.cube_files, nothing);
   EXPECT_EQ(list.file_dates, nothing);

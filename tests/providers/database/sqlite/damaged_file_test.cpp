@@ -1,13 +1,9 @@
 #include <sqlite3.h>
-#include <sys/resource.h>
-#include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
-#include <csignal>
 #include <fstream>
 #include <string>
-#include <vector>
 
 #include "providers/database/sqlite/numbers.h"
 #include "tests/providers/database/sqlite/settings_file.h"
@@ -18,8 +14,6 @@ namespace {
 using test::DescriptionOf;
 using test::FailureOf;
 using test::NumberOf;
-using test::Start;
-using test::StatusOf;
 using namespace testing;
 
 class DamagedFileTest : public test::SettingsFileTest {
@@ -30,16 +24,6 @@ class DamagedFileTest : public test::SettingsFileTest {
   }
   void SetBytes(const std::string& bytes) const {
     std::ofstream(path_, std::ios::binary | std::ios::trunc) << bytes;
-  }
-  /// 0 when the action, in a process that gives up rights, fails so.
-  static int InChild(const std::function<void()>& prepare, const std::function<void()>& action,
-                     int32_t number, const std::string& words) {
-    return StatusOf(Start([&] {
-      prepare();
-      const Failure failure = FailureOf(action);
-      const bool clear = failure.description().find(words) != std::string::npos;
-      if (failure.number() != number || !clear) throw Failure(1, failure.what());
-    }));
   }
 };
 
@@ -128,61 +112,6 @@ TEST_F(DamagedFileTest, CutOrChangedAnywhereItFailsClearlyOrIsRead) {
                                       failure_number::kNoColumn, failure_number::kReadOnly))
         << "byte " << place;
   }
-}
-
-TEST_F(DamagedFileTest, FullDiskKeepsTheOldRows) {
-  CreateFile();
-  Add(*Connect(), "old");
-  const auto limit = [&] {
-    ::signal(SIGXFSZ, SIG_IGN);
-    const rlimit size{std::filesystem::file_size(path_), std::filesystem::file_size(path_)};
-    ::setrlimit(RLIMIT_FSIZE, &size);
-  };
-  const auto save = [&] {
-    const auto connection = Connect();
-    connection->Begin(Purpose::kSave);
-    connection->Execute("delete * from Sets");
-    AddMany(*connection, 2000);
-    connection->Commit();
-  };
-  EXPECT_EQ(InChild(limit, save, failure_number::kUnspecified, "Nothing was changed"), 0);
-  EXPECT_THAT(Names(*Connect(), "Sets"), ElementsAre("old"));
-}
-
-TEST_F(DamagedFileTest, AFileThatCannotBeMadeIsNotThereAndCanBeMadeLater) {
-  for (const rlim_t most : {0, 1, 4096, 20000}) {
-    const auto limit = [most] {
-      ::signal(SIGXFSZ, SIG_IGN);
-      const rlimit size{most, most};
-      ::setrlimit(RLIMIT_FSIZE, &size);
-    };
-    const auto create = [&] { CreateFile(); };
-    EXPECT_EQ(InChild(limit, create, failure_number::kUnspecified, "cannot be made"), 0) << most;
-    EXPECT_TRUE(std::filesystem::is_empty(root_)) << most;
-  }
-  CreateFile();
-  EXPECT_THAT(Names(*Connect(), "Sets"), IsEmpty());
-}
-
-TEST_F(DamagedFileTest, ReadOnlyFileOrFolderCanBeReadAndRefusesToBeWritten) {
-  CreateFile();
-  Add(*Connect(), "old");
-  ::chmod(path_.c_str(), 0444);
-  const auto drop_rights = [] {
-    if (::geteuid() == 0 && ::setuid(65534) != 0) ::_exit(200);
-  };
-  const auto write = [&] {
-    const auto connection = Connect();
-    if (Names(*connection, "Sets").size() != 1) ::_exit(201);
-    Add(*connection, "new");
-  };
-  EXPECT_EQ(InChild(drop_rights, write, failure_number::kReadOnly, "must not be written"), 0);
-  ::chmod(path_.c_str(), 0666);
-  ::chmod(root_.c_str(), 0555);
-  EXPECT_EQ(InChild(drop_rights, write, failure_number::kReadOnly, "permissions"), 0);
-  std::filesystem::remove(path_);
-  const auto create = [&] { CreateFile(); };
-  EXPECT_EQ(InChild(drop_rights, create, failure_number::kUnspecified, "permissions"), 0);
 }
 
 }  // namespace

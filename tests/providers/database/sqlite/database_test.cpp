@@ -1,3 +1,5 @@
+#include <chrono>
+#include <csignal>
 #include <string>
 #include <vector>
 
@@ -7,6 +9,8 @@
 namespace vok {
 namespace {
 
+using namespace std::chrono_literals;
+using namespace testing;
 using test::DescriptionOf;
 using test::NumberOf;
 using DatabaseTest = test::SettingsFileTest;
@@ -230,6 +234,34 @@ TEST_F(DatabaseTest, OpensOnlyWhatIsThereAndCreatesOnlyWhatIsNot) {
   EXPECT_EQ(Names(*connection, "Sets"), std::vector<std::string>{});
   const auto structure = database_.OpenStructure(text_);
   EXPECT_EQ(structure->TableNames(), std::vector<std::string>{"Sets"});
+}
+
+TEST_F(DatabaseTest, ALockOfAnotherIsWaitedForAndThenNamed) {
+  CreateFile();
+  int ready[2];
+  ASSERT_EQ(::pipe(ready), 0);
+  const pid_t holder = test::Start([&] {
+    const auto connection = Connect();
+    connection->Begin(Purpose::kSave);
+    Add(*connection, "held");
+    if (::write(ready[1], "x", 1) != 1) ::_exit(1);
+    ::pause();
+  });
+  char byte;
+  ASSERT_EQ(::read(ready[0], &byte, 1), 1);
+  const auto connection = Connect(1);
+  const auto start = std::chrono::steady_clock::now();
+  const auto add = [&] { Add(*connection, "mine"); };
+  EXPECT_THAT(DescriptionOf(add), AllOf(HasSubstr(path_), HasSubstr("1 seconds")));
+  EXPECT_THAT(std::chrono::steady_clock::now() - start, AllOf(Ge(900ms), Le(5s)));
+  EXPECT_THAT(Names(*connection, "Sets"), IsEmpty());
+  const auto again = std::chrono::steady_clock::now();
+  EXPECT_EQ(NumberOf([&] { Add(*Connect(20), "mine"); }), failure_number::kUnspecified);
+  EXPECT_LT(std::chrono::steady_clock::now() - again, 800ms) << "it was waited for just before";
+  ::kill(holder, SIGKILL);
+  test::StatusOf(holder);
+  EXPECT_EQ(NumberOf(add), 0);
+  EXPECT_EQ(Names(*connection, "Sets"), std::vector<std::string>{"mine"});
 }
 
 }  // namespace
