@@ -50,7 +50,7 @@ std::vector<std::string> PlacesOfJetReader(const std::string& component_folder) 
 OpenJetFile JetFilesOf(const SystemPlatform& platform) {
   const Locale& locale = *platform.locale;
   jet::Shape shape;
-  for (const TableDefinition& table : SettingsTables()) shape.tables.push_back(table.name);
+  shape.tables = SettingsTables();
   shape.nothing = NothingIn;
   shape.complete = [&locale](DatabaseStructure& structure) { CompleteShape(locale, structure); };
   const auto jet_files = std::make_shared<jet::JetFiles>(

@@ -8,7 +8,7 @@ namespace vok::test {
 
 inline jet::Shape SettingsShape(const Locale& locale) {
   jet::Shape shape;
-  for (const TableDefinition& table : SettingsTables()) shape.tables.push_back(table.name);
+  shape.tables = SettingsTables();
   shape.nothing = NothingIn;
   shape.complete = [&locale](DatabaseStructure& structure) { CompleteShape(locale, structure); };
   return shape;

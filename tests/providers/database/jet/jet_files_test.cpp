@@ -194,6 +194,7 @@ TEST_F(JetFilesTest, SaysWhyAFileCannotBeRead) {
       {whole.substr(0, whole.size() - 1), "within a page"},
       {whole.substr(0, 40 * kPage), "is damaged"},
       {changed(36 * kPage, "\1"), "rows, "},  // a page of rows that is none any more
+      {changed(24 * kPage + 125, "\6"), "column CubeFile of the table DataSourceInfo is of a kind"},
   };
   for (const auto& [bytes, words] : rows) {
     SetBytes(bytes);
