@@ -2,7 +2,7 @@
 #pragma once
 
 #include "providers/database/jet/jet_files.h"
-#include "settings/schema.h"
+#include "settings/settings_tables.h"
 
 namespace vok::test {
 

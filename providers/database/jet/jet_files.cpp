@@ -9,9 +9,9 @@
 #include "providers/database/jet/child_program.h"
 #include "providers/database/jet/jet_answer.h"
 #include "providers/database/sqlite/rows.h"
-#include "providers/database/sqlite/schema.h"
 #include "providers/database/sqlite/store_failure.h"
 #include "providers/database/sqlite/structure.h"
+#include "providers/database/sqlite/table_schema.h"
 
 namespace vok::jet {
 namespace {

@@ -14,7 +14,7 @@
 #include "platform/files.h"
 #include "platform/locale.h"
 #include "providers/database/jet/jet_answer.h"
-#include "providers/database/sqlite/lock_patience.h"
+#include "providers/database/sqlite/folder_lock.h"
 #include "providers/database/sqlite/store.h"
 
 namespace vok::jet {

@@ -7,9 +7,9 @@
 
 #include <fstream>
 
-#include "settings/all_sets.h"
-#include "settings/store.h"
-#include "settings/writer.h"
+#include "settings/set_lists.h"
+#include "settings/set_writer.h"
+#include "settings/settings_database.h"
 #include "tests/support/child_process.h"
 #include "tests/support/ui/real_desk.h"
 

@@ -5,9 +5,9 @@
 #include <fstream>
 
 #include "hosts/composition/system_host.h"
-#include "settings/edited_sets.h"
-#include "settings/schema.h"
-#include "settings/writer.h"
+#include "settings/set_reader.h"
+#include "settings/set_writer.h"
+#include "settings/settings_tables.h"
 #include "tests/support/cubes/sample_cube.h"
 #include "tests/ui/win32/ui_driver.h"
 #include "texts/string_table.h"

@@ -3,8 +3,8 @@
 #include <atomic>
 
 #include "platform/failure.h"
-#include "system/windows/owner_window.h"
 #include "system/windows/utf16.h"
+#include "system/windows/windows_message_boxes.h"
 #include "tests/ui/win32/sample_form.h"
 #include "tests/ui/win32/ui_driver.h"
 #include "ui/win32/windows_desktop.h"

@@ -12,7 +12,7 @@
 #include <sstream>
 
 #include "providers/database/sqlite/sqlite_database.h"
-#include "settings/schema.h"
+#include "settings/settings_tables.h"
 #include "system/posix/icu_locale.h"
 #include "system/posix/posix_files.h"
 #include "tests/support/failures.h"
