@@ -6,11 +6,11 @@
 #include <string>
 #include <vector>
 
+#include "native.h"
 #include "providers/cube/olap/olap_provider.h"
 #include "providers/database/sqlite/sqlite_database.h"
+#include "providers/recordset/persisted_recordset.h"
 #include "providers/workbook/xlsx/xlsx_spreadsheet.h"
-#include "system/posix/icu_locale.h"
-#include "system/posix/posix_files.h"
 #include "tests/support/cubes/sample_cube.h"
 #include "tests/support/failing_files.h"
 #include "tests/support/memory_host.h"
@@ -19,13 +19,25 @@
 
 namespace vok::test {
 
-/// Waits a second for locks, not as long as it is told, so that a test need not.
-class ImpatientDatabase : public SqliteDatabase {
+/// Waits a second for locks, not as long as it is told, so that a test need not; reads the table of
+/// a language, too.
+class DeskDatabase : public SqliteDatabase {
  public:
-  using SqliteDatabase::SqliteDatabase;
+  DeskDatabase(Files& all, const Locale& country)
+      : SqliteDatabase(all, country, [this](const std::string& path) { return jet(path); }),
+        files_(all),
+        locale_(country) {}
   std::unique_ptr<Connection> Open(const std::string& path, int32_t) override {
     return SqliteDatabase::Open(path, 1);
   }
+  std::unique_ptr<Recordset> OpenRecordset(const std::string& path) override {
+    return recordset::OpenPersisted(files_, locale_, path);
+  }
+  OpenJetFile jet;
+
+ private:
+  Files& files_;
+  const Locale& locale_;
 };
 
 /// A message under the product's name.
@@ -35,7 +47,7 @@ inline MessageBox Box(const std::string& text, MessageIcon icon = MessageIcon::k
 }
 
 struct RealDesk {
-  RealDesk() {
+  explicit RealDesk(const std::string& country = "en_GB") : locale(country) {
     BuildInto(folder, SampleLedger());
     memory.registry.SetFolder(settings);
     files.CreateDirectory(settings);
@@ -88,10 +100,10 @@ struct RealDesk {
   TemporaryFolder folder;
   std::string settings = folder.File("settings");
   MemoryHost memory;
-  PosixFiles disk;
+  NativeFiles disk;
   FailingFiles files{disk, Failure(failure_number::kDiskFull, "the disk is full")};
-  IcuLocale locale{"en_GB"};
-  ImpatientDatabase database{files, locale};
+  NativeLocale locale;
+  DeskDatabase database{files, locale};
   olap::OlapCubeProvider cube{files, locale};
   xlsx::XlsxSpreadsheet spreadsheet{files};
   Host host{{.folder = folder.path(), .executable_name = kExecutable},

@@ -26,7 +26,7 @@ class ScriptedToolkit : public Toolkit {
   }
   std::string PickFile(const FileDialog& dialog) override {
     dialogs.push_back(dialog);
-    folders.push_back(std::filesystem::current_path());
+    folders.push_back(std::filesystem::current_path().string());
     return picked;
   }
   void OpenOnDesktop(const std::string& path) override { opened.push_back(path); }

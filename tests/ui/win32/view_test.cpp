@@ -1,138 +1,60 @@
+// What Windows alone draws and offers.
 #include <gtest/gtest.h>
 
-#include <atomic>
+#include <map>
 
+#include "drawn_desktop.h"
 #include "platform/failure.h"
-#include "system/windows/utf16.h"
-#include "system/windows/windows_message_boxes.h"
-#include "tests/ui/win32/sample_form.h"
-#include "tests/ui/win32/ui_driver.h"
-#include "ui/win32/windows_desktop.h"
+#include "system/windows/owner_window.h"
+#include "tests/ui/drawn/person.h"
+#include "tests/ui/drawn/sample_form.h"
 
 namespace vok::windows {
 namespace {
 
-constexpr char kDateText[] = "30/12/1899";
-
-vok::MessageBox Box(const char* title) {
-  vok::MessageBox box;
-  box.text = "Yes or no?";
-  box.title = title;
-  box.buttons = MessageButtons::kYesNo;
-  return box;
-}
-
-/// The rules of the sample: a date that is "bad" is refused, one that is "box" is told of.
-struct Desk {
-  Desk() {
-    form.Rule(FormEvent::kLeft, "date", [this] {
-      if (form.Text("date") == "box") desktop.Show(Box("Box"));
-      if (form.Text("date") != "bad") return;
-      form.SetText("date", kDateText);
-      form.Focus = ControlId("date");
-    });
-    form.Rule(FormEvent::kClicked, "child", [this] {
-      child.Caption = "Child";
-      child.Rule(FormEvent::kClicked, "child", [] { throw Failure(91, "from a rule"); });
-      desktop.ShowModal(child);
-    });
-  }
-
-  std::string Told(const std::string& acts) {
-    const UiDriver person(form, acts);
-    desktop.ShowModal(form);
-    return form.Told();
-  }
-
-  WindowsDesktop desktop;
-  SampleForm form, child;
-};
-
-TEST(WindowsDesktopTest, TellsTheFormWhatAPersonDoes) {
-  const struct {
-    const char* acts;
-    const char* told;
-  } rows[] = {
-      {"ab{Tab}{Esc}", "name=ab; left name; clicked cancel"},
-      {"{Alt+D}1/{Enter}", "left name; date=1/; left date; clicked ok"},
-      {"{Alt+D}bad{Tab}x{close}",
-       "left name; date=bad; left date; date=30/12/1899; date=x; clicked cancel"},
-      {"{Alt+D}bad{Enter}{Esc}", "left name; date=bad; left date; date=30/12/1899; clicked cancel"},
-      {"{Alt+D}box{Tab}{wait Box}{Enter}{wait Sample דוגמה}{Esc}",
-       "left name; date=box; left date; clicked cancel"},
-      {"{Alt+D}bad{F5}{Esc}", "left name; date=bad; left date; date=30/12/1899; clicked cancel"},
-      {"{Alt+D}1{Ctrl+S}{Esc}", "left name; date=1; left date; clicked save; clicked cancel"},
-      {"{Alt+D}1{Alt+B}{Esc}", "left name; date=1; left date; clicked box; clicked cancel"},
-      {"{Alt+D}1{Esc}", "left name; date=1; clicked cancel"},
-      {"{Alt+B}{click box}{Esc}", "left name; clicked box; clicked box; clicked cancel"},
-      {"{Alt+T}{Down}{Down}{Esc}",
-       "left name; set=A; clicked set; set=B; clicked set; clicked cancel"},
-      {"{Alt+T}{F4}{Down}{Down}{Enter}{Esc}", "left name; set=B; clicked set; clicked cancel"},
-      {"{Alt+T}{F4}{Down}{Esc}q{Esc}", "left name; set=q; clicked cancel"},
-      {"{F5}{Ctrl+S}{click cancel}",
-       "left name; clicked run; left name; clicked save; left name; clicked cancel"},
-      {"{click list}{close}", "left name; list=second; clicked list; clicked cancel"},
-      {"{click child}{wait Child}z{Enter}{wait Sample דוגמה}{Esc}",
-       "left name; clicked child; clicked cancel"},
-      {"{end}", ""},
-  };
-  for (const auto& row : rows) {
-    SCOPED_TRACE(row.acts);
-    Desk desk;
-    EXPECT_EQ(desk.Told(row.acts), row.told);
-    EXPECT_FALSE(desk.form.Visible);
-    MSG message{};
-    const bool ends = ::PeekMessageW(&message, nullptr, WM_QUIT, WM_QUIT, PM_REMOVE) != FALSE;
-    EXPECT_EQ(ends, std::string(row.acts) == "{end}");
-  }
-}
-
-TEST(WindowsDesktopTest, GivesTheOwnerBackAfterARuleFailed) {
+TEST(WindowsView, GivesTheOwnerBackAfterARuleFailed) {
   const HWND owner = ::CreateWindowExW(0, L"STATIC", L"Host", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 0,
                                        0, 300, 200, nullptr, nullptr, nullptr, nullptr);
   ::SetActiveWindow(owner);
-  Desk desk;
-  desk.child.Caption = "Child";
-  desk.form.Rule(FormEvent::kChanged, "name", [&] {
+  test::DrawnDesktop desktop;
+  test::SampleForm form;
+  form.Rule(FormEvent::kClicked, "run", [&] {
     EXPECT_EQ(::GetWindow(OwnerWindow(), GW_OWNER), owner);
     EXPECT_FALSE(::IsWindowEnabled(owner));
+    throw Failure(91, "from a rule");
   });
-  try {
-    const UiDriver in_child(desk.child, "{Alt+C}");
-    desk.Told("n{Alt+C}");
-    ADD_FAILURE() << "nothing failed";
-  } catch (const Failure& failure) {
-    EXPECT_EQ(failure.description(), "from a rule");
-  }
+  const test::Person person("press F5");
+  EXPECT_THROW(desktop.ShowModal(form), Failure);
   EXPECT_TRUE(::IsWindowEnabled(owner));
   EXPECT_EQ(::GetActiveWindow(), owner);
-  EXPECT_FALSE(desk.form.Visible || desk.child.Visible);
   ::DestroyWindow(owner);
 }
 
-TEST(WindowsDesktopTest, StaysAliveWhileWorkGoesOnBesideIt) {
-  Desk desk;
-  std::atomic<bool> stop = false;
-  std::string failure;
-  MessageAnswer answer{};
-  desk.form.Rule(FormEvent::kClicked, "run", [&] {
-    const DWORD thread_of_windows = ::GetCurrentThreadId();
-    try {
-      desk.desktop.RunBeside([&] {
-        EXPECT_NE(::GetCurrentThreadId(), thread_of_windows);
-        answer = desk.desktop.Show(Box("Ask"));
-        while (!stop) ::Sleep(1);
-        throw Failure(4444, "stopped");
-      });
-    } catch (const Failure& stopped) {
-      failure = stopped.description();
-    }
-  });
-  desk.form.Rule(FormEvent::kClicked, "box", [&] { stop = true; });
-  EXPECT_EQ(desk.Told("{F5}{wait Ask}{Alt+N}{wait Sample דוגמה}{Alt+B}{Esc}"),
-            "left name; clicked run; left name; clicked box; clicked cancel");
-  EXPECT_EQ(answer, MessageAnswer::kNo);
-  EXPECT_EQ(failure, "stopped");
+TEST(WindowsView, ClosesWhenTheThreadIsToldToEndAndPassesThatOn) {
+  test::DrawnDesktop desktop;
+  test::SampleForm form;
+  form.Rule(FormEvent::kClicked, "run", [] { ::PostQuitMessage(7); });
+  const test::Person person("press F5");
+  desktop.ShowModal(form);
+  MSG message{};
+  EXPECT_TRUE(::PeekMessageW(&message, nullptr, WM_QUIT, WM_QUIT, PM_REMOVE));
+  EXPECT_EQ(message.wParam, 7U);
+}
+
+TEST(WindowsView, AListThatIsOpenTellsOnlyWhatWasChosenFromIt) {
+  const struct {
+    const char *script, *told;
+  } rows[] = {{"press Alt+T; press F4; press Down; press Down; press Return; see set B; press Esc",
+               "left name; set=B; clicked set; clicked cancel"},
+              {"press Alt+T; press F4; press Down; press Esc; type q; press Esc",
+               "left name; set=q; clicked cancel"}};
+  for (const auto& row : rows) {
+    test::DrawnDesktop desktop;
+    test::SampleForm form;
+    const test::Person person(row.script);
+    desktop.ShowModal(form);
+    EXPECT_EQ(form.Told(), row.told);
+  }
 }
 
 /// Places of the controls on the screen, by name.
@@ -147,10 +69,18 @@ std::map<std::string, RECT> PlacesOf(const Form& form, HWND window) {
   return places;
 }
 
-TEST(WindowsDesktopTest, PlacesControlsByTheReadingDirectionAndGrowsWithTheWindow) {
+TEST(WindowsView, PlacesControlsByTheReadingDirectionAndGrowsWithTheWindow) {
   for (const bool right_to_left : {false, true}) {
     SCOPED_TRACE(right_to_left);
-    SampleForm form;
+    test::SampleForm form;
+    form.Add({.Name = "tabs",
+              .Type = ControlType::kTabStrip,
+              .Items = {{.Caption = "One"}, {.Caption = "Two"}},
+              .Cell = {5, 0}});
+    form.Add({.Name = "bar",
+              .Type = ControlType::kToolbar,
+              .Items = {{.Caption = "Push"}},
+              .Cell = {6, 0}});
     form.RightToLeft = right_to_left;
     form.Visible = true;
     FormWindow window(form, nullptr);
@@ -179,8 +109,8 @@ TEST(WindowsDesktopTest, PlacesControlsByTheReadingDirectionAndGrowsWithTheWindo
   }
 }
 
-TEST(WindowsDesktopTest, DrawsWhatIsWrongOnItsOwnColourAndWhatStandsForNothingPale) {
-  SampleForm form;
+TEST(WindowsView, DrawsWhatIsWrongOnItsOwnColourAndWhatStandsForNothingPale) {
+  test::SampleForm form;
   form.Visible = true;
   FormWindow window(form, nullptr);
   const HDC canvas = ::GetDC(window.window());
@@ -202,25 +132,6 @@ TEST(WindowsDesktopTest, DrawsWhatIsWrongOnItsOwnColourAndWhatStandsForNothingPa
     EXPECT_EQ(::GetBkColor(canvas), row.back);
   }
   ::ReleaseDC(window.window(), canvas);
-}
-
-TEST(WindowsDesktopTest, LeavesNothingBehind) {
-  const auto objects = [] {
-    return std::pair(::GetGuiResources(::GetCurrentProcess(), GR_GDIOBJECTS),
-                     ::GetGuiResources(::GetCurrentProcess(), GR_USEROBJECTS));
-  };
-  const auto open_and_close = [](int times) {
-    for (int i = 0; i < times; ++i) {
-      SampleForm form;
-      form.Visible = true;
-      FormWindow window(form, nullptr);
-      window.Show();
-    }
-  };
-  open_and_close(2);
-  const auto before = objects();
-  open_and_close(100);
-  EXPECT_EQ(objects(), before);
 }
 
 }  // namespace

@@ -1,4 +1,4 @@
-// A form with a control of every type, which writes down what it is told.
+// A form with a control of every type that windows have, which writes down what it is told.
 #pragma once
 
 #include <functional>
@@ -6,7 +6,7 @@
 
 #include "ui/model/form.h"
 
-namespace vok::windows {
+namespace vok::test {
 
 class SampleForm : public Form {
  public:
@@ -18,11 +18,14 @@ class SampleForm : public Form {
   void Rule(FormEvent event, const std::string& name, std::function<void()> rule);
 
  private:
+  Control& Put(const char* name, ControlType type, const char* caption, const char* container,
+               GridCell cell = {});
   void AddFields();
+  void AddLists();
   void AddButtons();
   void Note(const std::string& what);
 
   std::string told_;
 };
 
-}  // namespace vok::windows
+}  // namespace vok::test

@@ -1,0 +1,40 @@
+// What the main window works on when it is drawn.
+#pragma once
+
+#include <filesystem>
+#include <memory>
+#include <string>
+
+#include "drawn_desktop.h"
+#include "tests/support/ui/real_desk.h"
+
+namespace vok::test {
+
+/// A desk whose windows are drawn, with the texts of a language.
+struct DrawnDesk : RealDesk {
+  struct Desktop : DrawnDesktop {
+    explicit Desktop(std::string file) : cube(std::move(file)) {}
+    std::string PickFile(const FileDialog&) override { return cube; }
+    std::string cube;
+  };
+
+  /// 0, 1 or 2: English, Hebrew (drawn from right to left), Russian.
+  explicit DrawnDesk(int language = 0) {
+    publics.language.RightToLeftMarker = language == 1 ? 1 : 0;
+    memory.registry.ini[settings + "\\Qel.ini|Qel|QelUILanguage"] = std::to_string(language);
+    std::filesystem::copy_file(LANGUAGE_TABLE, folder.File("Lang.rs"));
+  }
+
+  std::unique_ptr<FrmPeriods> OpenDrawn() {
+    auto window = std::make_unique<FrmPeriods>(drawn, publics, desktop);
+    std::string host_database;
+    window->Initialize(host_database);
+    return window;
+  }
+
+  Desktop desktop{Cube()};
+  Host drawn{host.component, files, memory.registry, locale, memory.clock, desktop,
+             database,       cube,  spreadsheet};
+};
+
+}  // namespace vok::test

@@ -1,0 +1,94 @@
+// The main window and those that it opens, as a person works with them on the real system.
+#include <gtest/gtest.h>
+
+#include <filesystem>
+
+#include "settings/edited_sets.h"
+#include "tests/ui/drawn/drawn_desk.h"
+#include "tests/ui/drawn/person.h"
+
+namespace vok::test {
+namespace {
+
+constexpr char kDay[] = R"(
+    focus comboDataSource; type Sales
+    click txtVarnelMDB; type host.mdb
+    click cmdCube; await ComCubeFile; click ComCubeFile; see ComboCube QEL; shot cube-LANGUAGE
+    click cmdOk; see txtCubeName QEL; see CmbObs Ledger1
+
+    click ComMeasure(0); focus CmbMeas(0); type Amount
+    press Tab; focus CmbQty(0); press Down; see CmbQty(0) Amount; press Down; see CmbQty(0) Units
+    click chkCalc(12)
+    click txtCountMoney; press Ctrl+A; type x; press Shift+Tab; see txtCountMoney
+    press Tab; type 2; shot options-LANGUAGE
+    press Return; see TextMeasure(0) Amount
+
+    click ComboPeriods; type 2009
+    click TextPeriod(0); type January; press Tab; focus txtDate1(0)
+    click cmdAutoFill; focus lstInterval; press Down; press Up; press Tab
+    type 15/1/2009; press Tab; press Tab; type 1; press Tab; type 12; shot wizard-LANGUAGE
+    press Return; see txtDate1(0) 01/01/2009; see txtDate2(11) 31/12/2009
+
+    click txtDate1(3); press Ctrl+A; type abc; press F5; see txtDate1(3) 00:00:00; focus txtDate1(3)
+    press Ctrl+A; type abc; press Return; see txtDate1(3) 00:00:00; focus txtDate1(3)
+    press Ctrl+A; type 01/04/2009; press Tab; focus txtDate2(3)
+    click CheckItraPticha(1); see CheckItraPticha(1) 1
+    click txtDate1(1); press Ctrl+A; type 15/3/2009; see txtDate1(1) 15/3/2009
+    press Shift+Tab; see txtDate1(1) 01/01/2009
+
+    click txtOutput; type OUT; press Ctrl+S; shot main-LANGUAGE
+    click comboDataSource; press Tab; focus txtVarnelMDB
+    click cmdDeletePeriods; front Are you shure you want to delete 2009; press Alt+N
+    see ComboPeriods 2009
+    click TextPeriod(0); press Ctrl+A; type Jan 2024; press Tab; shot marked-LANGUAGE
+    click cmdNamePeriods; front Rename these periods, too?; shot rename-LANGUAGE
+    press Return; see TextPeriod(0) 2009-01; see TextPeriod(11) 2009-12; shot named-LANGUAGE
+
+    press F5; front Save the changes?; focus cmdAnswer(0); shot run-LANGUAGE
+    click cmdAnswer(1); await fraResult; see txtResult WORKBOOK; focus cmdOpenWorkbook
+    shot result-LANGUAGE
+
+    click cmdCleanDates; see txtDate2(11)
+    click TextPeriod(0); press Ctrl+A; type Jan 2024
+    click cmdAutoFill; focus lstInterval; press Esc; await txtOutput; shot zero-LANGUAGE
+    click txtDate1(0); press Ctrl+A; type abc
+    press Esc; front Save the changes?; press Esc; see txtDate1(0) abc
+    close; front Save the changes?; shot close-LANGUAGE; click cmdAnswer(1))";
+
+TEST(QueryWindow, IsFilledInSavedRunAndClosedByAPerson) {
+  for (const int language : {0, 1, 2}) {
+    DrawnDesk desk(language);
+    const auto window = desk.OpenDrawn();
+    const std::filesystem::path workbook = desk.folder.File("out.xlsX");
+    std::string day = Replaced(kDay, "OUT", desk.folder.File("out"));
+    day = Replaced(day, "WORKBOOK", std::filesystem::path(workbook).make_preferred().string());
+    const Person person(Replaced(day, "LANGUAGE", std::to_string(language)));
+    window->Show();
+    EXPECT_TRUE(std::filesystem::exists(workbook));
+    const auto source = ReadEditedDataSource(desk.host, desk.publics.environment, "Sales");
+    EXPECT_EQ(source->CountMoney, 2);
+    EXPECT_EQ(source->MoneySets[0].Qty, "Units");
+    EXPECT_TRUE(source->MoneySets[12].IsCalculated);
+    const auto periods = ReadEditedPeriods(desk.host, desk.publics.environment, "2009");
+    EXPECT_EQ(periods->Period(2).FromDate, Date::FromCivil(2009, 1, 1));
+    EXPECT_EQ(periods->Period(1).PeriodName, "January") << "what was discarded";
+  }
+}
+
+TEST(QueryWindow, AHundredOpeningsLeaveNothing) {
+  DrawnDesk desk;
+  const auto open_and_close = [&](int times) {
+    for (int i = 0; i < times; ++i) {
+      const auto window = desk.OpenDrawn();
+      const Person person("close");
+      window->Show();
+    }
+  };
+  open_and_close(2);
+  const int before = desk.desktop.PartsLeft();
+  open_and_close(100);
+  EXPECT_EQ(desk.desktop.PartsLeft(), before);
+}
+
+}  // namespace
+}  // namespace vok::test

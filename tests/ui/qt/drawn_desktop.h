@@ -1,0 +1,16 @@
+// The desktop whose windows tests/ui/drawn tries: Qt's.
+#pragma once
+
+#include <QtWidgets/QApplication>
+
+#include "ui/qt/qt_desktop.h"
+
+namespace vok::test {
+
+class DrawnDesktop : public qt::QtDesktop {
+ public:
+  /// Parts of windows that there are in this process.
+  static int PartsLeft() { return static_cast<int>(QApplication::allWidgets().size()); }
+};
+
+}  // namespace vok::test

@@ -1,0 +1,170 @@
+#include "tests/ui/drawn/person.h"
+
+#include <QtCore/QElapsedTimer>
+#include <QtCore/QScopedValueRollback>
+#include <QtCore/QThread>
+#include <QtCore/QTimer>
+#include <QtGui/QWindow>
+#include <QtTest/QTest>
+#include <QtWidgets/QAbstractButton>
+#include <QtWidgets/QApplication>
+#include <QtWidgets/QCheckBox>
+#include <QtWidgets/QComboBox>
+#include <QtWidgets/QLabel>
+#include <QtWidgets/QLineEdit>
+#include <QtWidgets/QMessageBox>
+#include <QtWidgets/QPushButton>
+#include <cstdlib>
+#include <exception>
+
+#include "front_widget.h"
+
+/// What these keep for the life of the process.
+extern "C" const char* __lsan_default_suppressions();
+extern "C" const char* __lsan_default_suppressions() {
+  return "leak:libfontconfig\nleak:libdbus\n";
+}
+
+namespace vok::test {
+namespace {
+
+/// No display is needed, unless the environment asks for a real one.
+[[maybe_unused]] const bool offscreen = setenv("QT_QPA_PLATFORM", "offscreen", 0) == 0;
+
+constexpr int kAfterAllEvents = 1;  // millisecond
+constexpr int kPatience = 30'000;
+
+QString Qt16(const std::string& text) { return QString::fromStdString(text); }
+
+}  // namespace
+
+QWidget* FrontWindow() { return QApplication::activeModalWidget(); }
+
+QWidget* FrontWidget(const std::string& control) {
+  QWidget* front = FrontWindow();
+  return front == nullptr ? nullptr : front->findChild<QWidget*>(Qt16(control));
+}
+
+namespace front {
+
+/// Not while the screen has not made it the active one, nor while it shows a button pressed whose
+/// key was.
+bool IsReady() {
+  const QWidget* front = FrontWindow();
+  if (front == nullptr) return false;
+  const auto buttons = front->findChildren<QPushButton*>();
+  return front->isActiveWindow() &&
+         std::none_of(buttons.begin(), buttons.end(), [](const auto* b) { return b->isDown(); });
+}
+
+std::string Title() {
+  const QWidget* window = FrontWindow();
+  if (window == nullptr) return "no window";
+  const auto* box = qobject_cast<const QMessageBox*>(window);
+  return (box != nullptr ? box->text() : window->windowTitle()).toStdString();
+}
+
+std::string Focus() {
+  const QWidget* front = FrontWindow();
+  const QWidget* focus = front == nullptr ? nullptr : front->focusWidget();
+  return focus == nullptr ? "" : focus->objectName().toStdString();
+}
+
+std::string Text(const std::string& control) {
+  QWidget* widget = FrontWidget(control);
+  if (auto* edit = qobject_cast<QLineEdit*>(widget)) return edit->text().toStdString();
+  if (auto* combo = qobject_cast<QComboBox*>(widget)) return combo->currentText().toStdString();
+  if (auto* label = qobject_cast<QLabel*>(widget)) return label->text().toStdString();
+  if (auto* box = qobject_cast<QCheckBox*>(widget)) {
+    return box->checkState() == Qt::Checked ? "1" : box->checkState() == Qt::Unchecked ? "0" : "2";
+  }
+  if (auto* button = qobject_cast<QAbstractButton*>(widget)) return button->text().toStdString();
+  return {};
+}
+
+bool Shows(const std::string& control) {
+  const QWidget* widget = FrontWidget(control);
+  return widget != nullptr && widget->isVisible();
+}
+
+void Press(const std::string& keys) {
+  const QKeyCombination key = QKeySequence(Qt16(keys), QKeySequence::PortableText)[0];
+  QWidget* menu = QApplication::activePopupWidget();
+  QTest::keyClick((menu != nullptr ? menu : FrontWindow())->windowHandle(), key.key(),
+                  key.keyboardModifiers());
+}
+
+void Type(const std::string& text) {
+  for (const QChar c : Qt16(text)) {
+    QTest::sendKeyEvent(QTest::Click, FrontWindow()->windowHandle(), Qt::Key_unknown, QString(c),
+                        Qt::NoModifier);
+  }
+}
+
+void Click(const std::string& control) {
+  QWidget* widget = FrontWidget(control);
+  const bool box = qobject_cast<QCheckBox*>(widget) != nullptr;  // alone its mark is sure to be hit
+  constexpr int kInMark = 8;
+  const int from_start = box ? kInMark : widget->width() / 2;
+  const QPoint place(widget->isRightToLeft() ? widget->width() - from_start : from_start,
+                     widget->height() / 2);
+  QWidget* window = widget->window();
+  QTest::mouseClick(window->windowHandle(), Qt::LeftButton, {}, widget->mapTo(window, place));
+}
+
+void Close() { FrontWindow()->close(); }
+
+void Shoot(const std::string& file) { FrontWindow()->grab().save(Qt16(file)); }
+
+}  // namespace front
+
+class Person::AtWork {
+ public:
+  explicit AtWork(const std::string& script) : steps_(StepsOf(script)) { Await(); }
+  ~AtWork() {
+    if (!steps_.empty() && std::uncaught_exceptions() == 0) GiveUp(steps_.front().line);
+  }
+
+ private:
+  /// Through the timer after all that is due, through the queue after a window's loop that ended.
+  void Await() {
+    QTimer::singleShot(kAfterAllEvents, &life_, [this] {
+      QMetaObject::invokeMethod(
+          qApp, [this] { Next(); }, Qt::QueuedConnection);
+    });
+  }
+
+  /// The next step is due before this one is made: it may open a window, whose loop then makes it.
+  void Next() {
+    const int loops = QThread::currentThread()->loopLevel();
+    const Step step = steps_.front();
+    // a mouse click lets events through before it is done
+    if (loops == loops_ || !Holds(step)) {
+      if (waiting_.hasExpired(kPatience)) GiveUp(step.line);
+      return Await();
+    }
+    const QScopedValueRollback making(loops_, loops);
+    waiting_.start();
+    steps_.pop_front();
+    if (steps_.empty()) {
+      QTimer::singleShot(kPatience, &life_, [step] { GiveUp(step.line + "; close all"); });
+    } else {
+      Await();
+    }
+    Do(step);
+  }
+
+  QObject life_;
+  std::deque<Step> steps_;
+  int loops_ = 0;  ///< event loops that were running when the step in work began; 0: none is
+  QElapsedTimer waiting_ = [] {
+    QElapsedTimer timer;
+    timer.start();
+    return timer;
+  }();
+};
+
+Person::Person(const std::string& script) : work_(std::make_unique<AtWork>(script)) {}
+Person::~Person() = default;
+
+}  // namespace vok::test

@@ -1,0 +1,239 @@
+#include "tests/ui/drawn/person.h"
+
+#include <algorithm>
+#include <functional>
+#include <map>
+#include <mutex>
+#include <optional>
+#include <thread>
+#include <vector>
+
+#include "drawn_desktop.h"
+#include "system/automation/ole.h"
+#include "system/windows/utf16.h"
+// after the system's own header
+namespace Gdiplus {
+using std::max;
+using std::min;
+}  // namespace Gdiplus
+#include <gdiplus.h>
+
+namespace vok::test {
+namespace {
+
+constexpr int kMostLooks = 1500;
+constexpr DWORD kBetweenLooks = 20;  // milliseconds
+constexpr DWORD kHandAtRest = 100;   // a click in the midst of a move may miss
+constexpr DWORD kDrawn = 800;
+
+/// A form that is open, as its own thread left it: the person's may not look at it.
+struct OpenForm {
+  HWND window = nullptr;  ///< once it was seen in front
+  std::vector<std::pair<std::string, ControlType>> controls = {};
+};
+
+std::mutex guard;
+std::vector<OpenForm> open_forms;
+
+/// The form of the window in front, whose form is known to be the last one; nullopt for others.
+std::optional<OpenForm> FormInFront() {
+  const HWND front = ::GetForegroundWindow();
+  const std::lock_guard lock(guard);
+  if (open_forms.empty() || ::GetWindowLongPtrW(front, DWLP_USER) == 0) return std::nullopt;
+  OpenForm& last = open_forms.back();
+  const bool is_another = std::any_of(open_forms.begin(), open_forms.end(),
+                                      [&](const OpenForm& form) { return form.window == front; });
+  if (last.window == nullptr && !is_another) last.window = front;
+  return last.window == front ? std::optional(last) : std::nullopt;
+}
+
+struct Part {
+  HWND window = nullptr;
+  ControlType type = ControlType::kLabel;
+};
+
+/// No window where that in front has none of the name.
+Part PartCalled(const std::string& name) {
+  const auto form = FormInFront();
+  int id = windows::kFirstControlId;
+  for (std::size_t i = 0; form && i < form->controls.size(); ++i, ++id) {
+    const auto& [called, type] = form->controls[i];
+    if (called == name) return {::GetDlgItem(form->window, id), type};
+  }
+  return {};
+}
+
+std::string TextIn(HWND part) {
+  wchar_t text[1000] = {};
+  ::SendMessageW(part, WM_GETTEXT, std::size(text), reinterpret_cast<LPARAM>(text));
+  return windows::Utf8(text);
+}
+
+/// A message box has its text in a part that no form has given a number.
+BOOL CALLBACK FindText(HWND part, LPARAM found) {
+  wchar_t kind[16] = {};
+  ::GetClassNameW(part, kind, std::size(kind));
+  auto& text = *reinterpret_cast<std::string*>(found);
+  if (kind == std::wstring(L"Static")) text = TextIn(part);
+  return text.empty() ? TRUE : FALSE;
+}
+
+void SendKey(WORD key, WORD letter, DWORD flags) {
+  INPUT input{};
+  input.type = INPUT_KEYBOARD;
+  input.ki.wVk = key;
+  input.ki.wScan = letter;
+  input.ki.dwFlags = flags;
+  ::SendInput(1, &input, sizeof input);
+}
+
+void Save(HBITMAP picture, const std::string& file) {
+  constexpr CLSID kPng = {
+      0x557CF406, 0x1A04, 0x11D3, {0x9A, 0x73, 0x00, 0x00, 0xF8, 0x1E, 0xF3, 0x2E}};
+  ULONG_PTR session = 0;
+  const Gdiplus::GdiplusStartupInput plain;
+  Gdiplus::GdiplusStartup(&session, &plain, nullptr);
+  Gdiplus::Bitmap(picture, nullptr).Save(windows::Utf16(file).c_str(), &kPng, nullptr);
+  Gdiplus::GdiplusShutdown(session);
+}
+
+}  // namespace
+
+namespace front {
+
+bool IsReady() {
+  const HWND window = ::GetForegroundWindow();
+  if (window == nullptr || ::IsWindowEnabled(window) == FALSE) return false;
+  return ::GetWindowLongPtrW(window, DWLP_USER) == 0 || FormInFront();
+}
+
+std::string Title() {
+  std::string text;
+  const HWND window = ::GetForegroundWindow();
+  if (!FormInFront()) ::EnumChildWindows(window, FindText, reinterpret_cast<LPARAM>(&text));
+  return text.empty() ? TextIn(window) : text;
+}
+
+std::string Focus() {
+  GUITHREADINFO thread{};
+  thread.cbSize = sizeof thread;
+  ::GetGUIThreadInfo(::GetWindowThreadProcessId(::GetForegroundWindow(), nullptr), &thread);
+  const auto form = FormInFront();
+  int id = windows::kFirstControlId;
+  for (std::size_t i = 0; form && i < form->controls.size(); ++i, ++id) {
+    const HWND part = ::GetDlgItem(form->window, id);
+    const bool has = part == thread.hwndFocus || ::IsChild(part, thread.hwndFocus) != FALSE;
+    if (part != nullptr && has) return form->controls[i].first;
+  }
+  return "";
+}
+
+std::string Text(const std::string& control) {
+  const Part part = PartCalled(control);
+  if (part.type != ControlType::kCheckBox) return TextIn(part.window);
+  return std::to_string(::SendMessageW(part.window, BM_GETCHECK, 0, 0));
+}
+
+bool Shows(const std::string& control) {
+  return ::IsWindowVisible(PartCalled(control).window) != FALSE;
+}
+
+void Press(const std::string& keys) {
+  static const std::map<std::string, WORD> kNamed = {
+      {"Tab", VK_TAB}, {"Return", VK_RETURN}, {"Esc", VK_ESCAPE}, {"Down", VK_DOWN},
+      {"Up", VK_UP},   {"Ctrl", VK_CONTROL},  {"Alt", VK_MENU},   {"Shift", VK_SHIFT},
+      {"F4", VK_F4},   {"F5", VK_F5}};
+  const auto plus = keys.find('+');
+  const auto named = kNamed.find(keys.substr(0, plus));
+  const WORD code = named != kNamed.end() ? named->second : static_cast<WORD>(keys.at(0));
+  SendKey(code, 0, 0);
+  if (plus != std::string::npos) Press(keys.substr(plus + 1));
+  SendKey(code, 0, KEYEVENTF_KEYUP);
+}
+
+void Type(const std::string& text) {
+  for (const wchar_t letter : windows::Utf16(text)) {
+    SendKey(0, static_cast<WORD>(letter), KEYEVENTF_UNICODE);
+    SendKey(0, static_cast<WORD>(letter), KEYEVENTF_UNICODE | KEYEVENTF_KEYUP);
+  }
+}
+
+void Click(const std::string& control) {
+  RECT place{};
+  ::GetWindowRect(PartCalled(control).window, &place);
+  ::SetCursorPos((place.left + place.right) / 2, (place.top + place.bottom) / 2);
+  ::Sleep(kHandAtRest);
+  for (const DWORD flags : {DWORD{MOUSEEVENTF_LEFTDOWN}, DWORD{MOUSEEVENTF_LEFTUP}}) {
+    INPUT input{};
+    input.type = INPUT_MOUSE;
+    input.mi.dwFlags = flags;
+    ::SendInput(1, &input, sizeof input);
+  }
+}
+
+void Close() { Press("Alt+F4"); }
+
+void Shoot(const std::string& file) {
+  ::Sleep(kDrawn);
+  RECT place{};
+  ::GetWindowRect(::GetForegroundWindow(), &place);
+  const int width = place.right - place.left, height = place.bottom - place.top;
+  const HDC screen = ::GetDC(nullptr);
+  const HDC canvas = ::CreateCompatibleDC(screen);
+  const HBITMAP picture = ::CreateCompatibleBitmap(screen, width, height);
+  const HGDIOBJ before = ::SelectObject(canvas, picture);
+  ::BitBlt(canvas, 0, 0, width, height, screen, place.left, place.top, SRCCOPY);
+  ::SelectObject(canvas, before);
+  Save(picture, file);
+  ::DeleteObject(picture);
+  ::DeleteDC(canvas);
+  ::ReleaseDC(nullptr, screen);
+}
+
+}  // namespace front
+
+KnownForm::KnownForm(const Form& form) {
+  OpenForm known;
+  for (const Control& control : form.Controls()) {
+    const std::string index = "(" + std::to_string(control.Index) + ")";
+    known.controls.emplace_back(control.Name + (control.Index == kNoIndex ? "" : index),
+                                control.Type);
+  }
+  const std::lock_guard lock(guard);
+  open_forms.push_back(known);
+}
+KnownForm::~KnownForm() {
+  const std::lock_guard lock(guard);
+  open_forms.pop_back();
+}
+
+/// On a thread of its own.
+class Person::AtWork {
+ public:
+  explicit AtWork(const std::string& script) : thread_([script] { Work(script); }) {}
+  ~AtWork() { thread_.join(); }
+
+ private:
+  static void Work(const std::string& script) {
+    for (const Step& step : StepsOf(script)) {
+      Await(step.line, [&] { return Holds(step); });
+      Do(step);
+    }
+    Await("close all", [] {
+      const std::lock_guard lock(guard);
+      return open_forms.empty();
+    });
+  }
+  static void Await(const std::string& step, const std::function<bool()>& holds) {
+    for (int look = 0; !holds(); ++look) {
+      if (look == kMostLooks) GiveUp(step);
+      ::Sleep(kBetweenLooks);
+    }
+  }
+  std::thread thread_;
+};
+
+Person::Person(const std::string& script) : work_(std::make_unique<AtWork>(script)) {}
+Person::~Person() = default;
+
+}  // namespace vok::test
