@@ -3,9 +3,10 @@
 #include <memory>
 
 #include "cli/command.h"
+#include "cli/json_text.h"
 #include "cli/print.h"
 #include "platform/failure.h"
-#include "settings/set_lists.h"
+#include "settings/reader.h"
 
 namespace vok::cli {
 namespace {

@@ -6,6 +6,7 @@
 
 #include "cli/cellset_print.h"
 #include "cli/command.h"
+#include "cli/limit_options.h"
 #include "cli/stop_on_interrupt.h"
 
 namespace vok::cli {

@@ -3,7 +3,7 @@
 #include <memory>
 
 #include "cli/command.h"
-#include "cli/print.h"
+#include "cli/json_text.h"
 
 namespace vok::cli {
 namespace {

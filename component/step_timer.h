@@ -3,7 +3,7 @@
 
 #include <cstdint>
 
-#include "platform/calendar.h"
+#include "platform/clock.h"
 
 namespace vok {
 

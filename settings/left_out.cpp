@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <set>
 
-#include "settings/settings_tables.h"
+#include "settings/schema.h"
 
 namespace vok {
 namespace {

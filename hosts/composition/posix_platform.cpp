@@ -10,7 +10,8 @@
 #include "jet_reader.h"
 #include "providers/database/jet/jet_files.h"
 #include "providers/http/curl/curl_transport.h"
-#include "settings/settings_tables.h"
+#include "settings/schema.h"
+#include "system/posix/file_readers.h"
 #include "system/posix/file_registry.h"
 #include "system/posix/icu_locale.h"
 #include "system/posix/posix_files.h"
@@ -49,7 +50,7 @@ std::vector<std::string> PlacesOfJetReader(const std::string& component_folder) 
 OpenJetFile JetFilesOf(const SystemPlatform& platform) {
   const Locale& locale = *platform.locale;
   jet::Shape shape;
-  shape.tables = SettingsTables();
+  for (const TableDefinition& table : SettingsTables()) shape.tables.push_back(table.name);
   shape.nothing = NothingIn;
   shape.complete = [&locale](DatabaseStructure& structure) { CompleteShape(locale, structure); };
   const auto jet_files = std::make_shared<jet::JetFiles>(

@@ -6,7 +6,7 @@
 #include <memory>
 #include <string>
 
-#include "platform/calendar.h"
+#include "platform/clock.h"
 #include "platform/database.h"
 #include "platform/files.h"
 #include "platform/http.h"

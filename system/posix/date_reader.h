@@ -7,7 +7,7 @@
 #include <string_view>
 
 #include "platform/date.h"
-#include "platform/locale.h"
+#include "platform/month_names.h"
 
 namespace vok {
 

@@ -9,7 +9,7 @@
 #include <utility>
 
 #include "platform/failure.h"
-#include "platform/files.h"
+#include "platform/file_failures.h"
 
 namespace vok {
 namespace {

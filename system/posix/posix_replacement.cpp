@@ -9,7 +9,7 @@
 #include <optional>
 #include <system_error>
 
-#include "platform/files.h"
+#include "platform/file_failures.h"
 
 namespace vok {
 namespace {

@@ -2,7 +2,8 @@
 
 #include <functional>
 
-#include "platform/files.h"
+#include "platform/file_failures.h"
+#include "system/windows/fold_case.h"
 #include "system/windows/system_error.h"
 #include "system/windows/utf16.h"
 

@@ -4,6 +4,7 @@
 #include <string>
 
 #include "platform/locale.h"
+#include "platform/month_names.h"
 
 namespace vok::windows {
 

@@ -6,7 +6,7 @@
 #include <cstring>
 #include <vector>
 
-#include "platform/files.h"
+#include "platform/file_failures.h"
 
 namespace vok::windows {
 namespace {

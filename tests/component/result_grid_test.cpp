@@ -5,7 +5,6 @@
 #include <cmath>
 #include <limits>
 
-#include "component/query_run.h"
 #include "tests/support/component_host.h"
 
 namespace vok::test {

@@ -1,6 +1,7 @@
+#include "cube/last_periods.h"
+
 #include <gtest/gtest.h>
 
-#include "cube/mdx_builder.h"
 #include "tests/support/failures.h"
 
 namespace vok {

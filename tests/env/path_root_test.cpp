@@ -1,3 +1,4 @@
+#include "env/path_root.h"
 
 #include <gtest/gtest.h>
 

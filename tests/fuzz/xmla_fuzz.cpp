@@ -2,8 +2,8 @@
 // many. The first byte chooses the pieces and whether rows or a cellset is expected.
 #include "providers/cube/xmla/answer.h"
 #include "providers/cube/xmla/cellset_reader.h"
+#include "providers/cube/xmla/requests.h"
 #include "providers/cube/xmla/rowset_reader.h"
-#include "providers/cube/xmla/server.h"
 #include "tests/fuzz/fuzz.h"
 
 namespace {

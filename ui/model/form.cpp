@@ -111,11 +111,6 @@ std::string SpokenName(const Form& form, const Control& control) {
 
 const char* TypeName(ControlType type) { return RowOf(type).name; }
 
-Value Control::Property(std::string_view name) const {
-  return std::visit([this](auto member) { return vok::Value(this->*member); },
-                    RowOf(*this, name).member);
-}
-
 void Control::SetProperty(std::string_view name, const vok::Value& value) {
   const Member& member = RowOf(*this, name).member;
   if (const auto* text = std::get_if<std::string Control::*>(&member)) {

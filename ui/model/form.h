@@ -9,8 +9,8 @@
 //
 // Texts: a control carries the number of its text in its `Tag` (a menu in its `Caption`, a tool tip
 // in its `ToolTipText`), the form the number of its caption in its own `Tag`. They stay numbers
-// until the language is applied. `Property` and `SetProperty` reach a control as a late-bound
-// caller does: by name, and failing for a name that its type does not have.
+// until the language is applied. `SetProperty` reaches a control as a late-bound caller
+// does: by name, and failing for a name that its type does not have.
 //
 // Layout: a container (the form or a frame) is a grid; each control names its cell. A column is as
 // wide as its widest control needs, and what is left over goes to the columns that hold a control
@@ -141,8 +141,7 @@ struct Control {
 
   ControlId Id() const { return {Name, Index}; }
 
-  /// A property by its name, without regard to case: the fields above that this type has.
-  vok::Value Property(std::string_view name) const;
+  /// Assigns a property by its name, without regard to case: the fields above that this type has.
   void SetProperty(std::string_view name, const vok::Value& value);
   /// The items under their collection's name: "Tabs", "Buttons" or "ColumnHeaders".
   std::vector<ControlItem>& Collection(std::string_view name);

@@ -5,6 +5,7 @@
 // period number), `cmdOk`, `cmdCancel`.
 #pragma once
 
+#include "settings/date_list.h"
 #include "settings/linear_dates.h"
 #include "ui/model/toolkit.h"
 

@@ -1,5 +1,4 @@
-// What the rules of a window ask of the view that draws it, what they work on, and the desktop that
-// shows windows and message boxes.
+// What the rules of a window ask of the view that draws it, and what they work on.
 #pragma once
 
 #include <cstdint>
@@ -8,7 +7,6 @@
 
 #include "component/publics.h"
 #include "platform/host.h"
-#include "platform/message_box.h"
 #include "ui/model/form.h"
 
 namespace vok {
@@ -48,9 +46,5 @@ struct WindowServices {
   Publics& publics;
   Toolkit& toolkit;
 };
-
-/// Windows and boxes are shown by the thread that opened it; a box of another thread waits for that
-/// one.
-class Desktop : public Toolkit, public MessageBoxes {};
 
 }  // namespace vok

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "platform/cube.h"
+#include "platform/unique_name.h"
 #include "providers/cube/xmla/cell_value.h"
 
 namespace vok::xmla {

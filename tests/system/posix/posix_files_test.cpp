@@ -15,6 +15,7 @@
 #include <string>
 
 #include "platform/failure.h"
+#include "system/posix/file_readers.h"
 #include "system/posix/temporary_file.h"
 #include "tests/support/failures.h"
 #include "tests/support/temporary_folder.h"

@@ -5,8 +5,8 @@
 #include <filesystem>
 #include <fstream>
 
-#include "settings/set_reader.h"
-#include "settings/set_writer.h"
+#include "settings/edited_sets.h"
+#include "settings/writer.h"
 #include "tests/support/ui/real_desk.h"
 #include "ui/model/frm_cube.h"
 #include "ui/model/frm_option.h"
@@ -31,27 +31,19 @@ struct DataSourceTest : testing::Test {
 
 TEST_F(DataSourceTest, ADataSourceWithoutANameIsNamedByTheTime) {
   struct {
-    const char* locale;
-    const char* name;
+    const char *country, *name;
   } const cases[] = {{"en_GB", "Save  15/11 16:32"},
                      {"de_DE", "Save  15.11 16:32"},
-                     {"sv_SE", "Save  15-11 16:32"},
-                     {"he_IL", "Save  15.11 16:32"}};
-  desk.memory.clock.now = Date{Date::FromCivil(2024, 11, 15).serial + (16 * 60 + 32) / 1440.0};
-  for (const auto& [locale_name, name] : cases) {
-    IcuLocale locale(locale_name);
-    Host host{desk.host.component, desk.files,        desk.memory.registry, locale,
-              desk.memory.clock,   desk.memory.boxes, desk.database,        desk.cube,
-              desk.spreadsheet};
-    FrmPeriods window(host, desk.publics, desk.toolkit);
-    std::string database = "host.mdb";
-    EXPECT_EQ(window.Initialize(database), Value(true));
-    for (const char* field : {"TxtFileName", "txtCubeName", "CmbObs"}) {
-      window.form().SetText(field, "x");
+                     {"sv_SE", "Save  15-11 16:32"}};
+  for (const auto& [country, name] : cases) {
+    test::RealDesk abroad(country);
+    abroad.memory.clock.now = Date{Date::FromCivil(2024, 11, 15).serial + (16 * 60 + 32) / 1440.0};
+    const auto window = abroad.Open();
+    for (const char* field : {"txtVarnelMDB", "TxtFileName", "txtCubeName", "CmbObs"}) {
+      window->form().SetText(field, "x");
     }
-    EXPECT_TRUE(window.SaveSettings());
-    EXPECT_EQ(window.form().Text("comboDataSource"), name);
-    EXPECT_TRUE(ReadEditedDataSource(host, desk.publics.environment, name)) << name;
+    EXPECT_TRUE(window->SaveSettings());
+    EXPECT_TRUE(ReadEditedDataSource(abroad.host, abroad.publics.environment, name)) << name;
   }
 }
 
@@ -124,37 +116,29 @@ TEST_F(DataSourceTest, FilesArePickedFromTheSettingsFolder) {
   const auto window = desk.Open();
   Form& form = window->form();
   desk.toolkit.picked = "picked";
-  const auto open_cube = [&] {
-    desk.toolkit.in_window = {[&](Form& selection) {
-      std::filesystem::current_path("/");
-      selection.Click("ComCubeFile");
-    }};
-    form.Click("cmdCube");
-    desk.TakeBoxes();
-  };
   struct {
-    const char* title;
-    const char* filter;
-    int32_t flags;
-    std::function<void()> act;
+    const char* button;
+    const char* field;
+    FileDialog dialog;
   } const cases[] = {
-      {" - Open a file", "*.*|*.*", 4100, [&] { form.Click("cmdVarnelMDB"); }},
-      {" - Open a file", "*.*|*.*", 4100, [&] { form.Click("cmdActFile"); }},
-      {" - Open a file", "Cub files(*.cub)|*.cub", 4100, open_cube},
-      {" - Save a file", "Excel files(*.xlsX)|*.xlsX", 2052, [&] { form.Click("cmdOutput"); }},
+      {"cmdVarnelMDB", "txtVarnelMDB", {" - Open a file", "*.*|*.*", 4100}},
+      {"cmdActFile", "txtActFile", {" - Open a file", "*.*|*.*", 4100}},
+      {"cmdCube", "", {" - Open a file", "Cub files(*.cub)|*.cub", 4100}},
+      {"cmdOutput", "txtOutput", {" - Save a file", "Excel files(*.xlsX)|*.xlsX", 2052, true}},
   };
-  for (const auto& c : cases) {
+  for (const auto& [button, field, wanted] : cases) {
     std::filesystem::current_path("/");
-    c.act();
+    desk.toolkit.in_window = {[](Form& selection) { selection.Click("ComCubeFile"); }};
+    form.Click(button);
     const FileDialog& dialog = desk.toolkit.dialogs.back();
-    EXPECT_EQ(dialog.title, test::kExecutable + std::string(c.title));
-    EXPECT_EQ(dialog.filter, c.filter);
-    EXPECT_EQ(dialog.flags, c.flags);
-    EXPECT_EQ(desk.toolkit.folders.back(), desk.settings) << c.filter;
-  }
-  EXPECT_EQ(desk.toolkit.dialogs.size(), std::size(cases));
-  for (const char* field : {"txtVarnelMDB", "txtActFile", "txtOutput"}) {
-    EXPECT_EQ(form.Text(field), "picked");
+    EXPECT_EQ(dialog.title, test::kExecutable + wanted.title);
+    EXPECT_EQ(dialog.filter, wanted.filter);
+    EXPECT_EQ(dialog.flags, wanted.flags);
+    EXPECT_EQ(dialog.save, wanted.save);
+    EXPECT_EQ(desk.toolkit.folders.back(), desk.settings) << button;
+    if (form.Has(field)) {
+      EXPECT_EQ(form.Text(field), "picked");
+    }
   }
   std::filesystem::current_path("/");
 }

@@ -3,8 +3,7 @@
 #include <algorithm>
 #include <span>
 
-#include "platform/utf8.h"
-#include "providers/cube/olap/build/table_source.h"
+#include "providers/cube/olap/build/bad_input.h"
 #include "providers/cube/olap/storage/bytes.h"
 
 namespace vok::olap {

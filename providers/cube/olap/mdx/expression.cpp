@@ -3,7 +3,7 @@
 #include <numeric>
 
 #include "providers/cube/olap/mdx/cell_evaluator.h"
-#include "providers/cube/olap/mdx/merged_cells.h"
+#include "providers/cube/olap/mdx/leaf_ranges.h"
 
 namespace vok::olap {
 namespace {

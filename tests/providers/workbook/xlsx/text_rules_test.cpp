@@ -2,8 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include "platform/utf8.h"
-
 namespace vok::xlsx {
 namespace {
 
