@@ -30,7 +30,7 @@
 namespace vok::interop {
 namespace {
 
-constexpr int kRandomCubes = 20;
+constexpr int kRandomCubes = 22;
 constexpr int kQueriesOfEachCube = 25;
 constexpr int kPatienceSeconds = 60;
 /// One in so many random queries may be refused.
@@ -143,7 +143,9 @@ int Compare(const std::string& run, uint64_t seed, const std::string& port,
     comparison.Ask({"random " + std::to_string(i), "sample", RandomQuery(dice), "", ""});
   }
   std::cout << comparison.asked() << " asked with those of the system's form" << std::endl;
-  for (int i = 0; i < count / kQueriesOfEachCube; ++i) AskRandomCube(comparison, seed, i);
+  for (int i = 0, all = comparison.asked() + count; comparison.asked() < all; ++i) {
+    AskRandomCube(comparison, seed, i);
+  }
   std::cout << comparison.asked() - comparison.failed() << " of " << comparison.asked()
             << " answers are as they should be; " << comparison.refused()
             << " random queries the server cannot answer\n";
