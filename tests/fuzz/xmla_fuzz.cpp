@@ -1,16 +1,19 @@
 // Answers of any bytes, in pieces of any size: read or refused, and the same in one piece as in
 // many. The first byte chooses the pieces and whether rows or a cellset is expected.
+#include <memory>
+
 #include "providers/cube/xmla/answer.h"
 #include "providers/cube/xmla/cellset_reader.h"
 #include "providers/cube/xmla/requests.h"
 #include "providers/cube/xmla/rowset_reader.h"
 #include "tests/fuzz/fuzz.h"
+#include "tests/interop/answer.h"
 
 namespace {
 
 using namespace vok::xmla;
 
-constexpr std::size_t kShown = 100;
+constexpr std::size_t kMostCells = 1000;
 
 /// Feeds the answer; `random` chooses the pieces, 0: one.
 void Read(const std::string& xml, ResultReader& reader, uint32_t random) {
@@ -25,31 +28,11 @@ void Read(const std::string& xml, ResultReader& reader, uint32_t random) {
   answer.Finish(head);
 }
 
-std::string Shown(const CellsetData& data) {
-  std::string shown;
-  std::size_t cells = 1;
-  for (std::size_t axis = 0; axis < data.AxisCount(); ++axis) {
-    cells *= data.PositionCount(axis);
-    for (std::size_t i = 0; i < data.PositionCount(axis) && i < kShown; ++i) {
-      for (std::size_t k = 0; k < data.MembersPerPosition(axis); ++k) {
-        shown += data.Member(axis, i, k).name + data.Member(axis, i, k).caption;
-      }
-    }
-  }
-  for (std::size_t i = 0; i < cells && i < kShown; ++i) {
-    const vok::Value value = data.Cell(i);
-    shown += std::to_string(value.storage().index()) + data.FormattedCell(i);
-    if (const auto* number = value.As<double>()) shown += std::to_string(*number);
-    if (const auto* text = value.As<std::string>()) shown += *text;
-  }
-  return shown;
-}
-
 std::string Cellset(const std::string& xml, uint32_t random) {
-  CellsetData data;
-  CellsetReader reader(data);
+  auto data = std::make_unique<CellsetData>(kMostCells);
+  CellsetReader reader(*data);
   Read(xml, reader, random);
-  return Shown(data);
+  return vok::interop::Shown({"", std::move(data)}, true);
 }
 
 std::string Rows(const std::string& xml, uint32_t random) {
