@@ -65,23 +65,15 @@ TEST_F(OlapProviderTest, ShowsTheStructureWithMeasuresFirst) {
 }
 
 TEST_F(OlapProviderTest, ListsTheMeasuresThatTheCubeComputes) {
-  test::CubeTexts texts = test::SampleLedger();
-  texts.schema.insert(
-      texts.schema.find("</Cube>"),
-      R"(<CalculatedMember name="Half" dimension="measures" caption="A half" formula="[Measures].[Amount] / 2"/>
-<CalculatedMember name="Inner" dimension="Measures" visible="false" formula="1"/>
-<CalculatedMember name="Ever" hierarchy="[Date]" formula="[Date].[2009] + [Date].[2010]"/>)");
-  const test::BuiltCube built(texts);
+  const test::BuiltCube built(test::SampleTexts("small"));
   const auto catalog = Connected("Provider=MSOLAP;Data Source=" + built.path())->Structure();
   const auto level = catalog->CubeAt(0)->DimensionAt(0)->HierarchyAt(0)->LevelAt(0);
-  ASSERT_EQ(level->MemberCount(), 4u);
-  EXPECT_FALSE(level->MemberAt(2)->IsCalculated());
-  const auto half = level->MemberAt(3);
-  EXPECT_TRUE(half->IsCalculated());
-  EXPECT_EQ(half->Name(), "Half");
-  EXPECT_EQ(half->Caption(), "A half");
-  EXPECT_EQ(half->UniqueName(), "[Measures].[Half]");
-  EXPECT_EQ(half->Parent(), nullptr);
+  ASSERT_EQ(level->MemberCount(), 3u) << "not of other dimensions, nor one that is not visible";
+  EXPECT_FALSE(level->MemberAt(1)->IsCalculated());
+  const auto computed = level->MemberAt(2);
+  EXPECT_TRUE(computed->IsCalculated());
+  EXPECT_EQ(computed->UniqueName(), "[Measures].[Per Unit]");
+  EXPECT_EQ(computed->Parent(), nullptr);
 }
 
 TEST_F(OlapProviderTest, AnswersAfterTheConnectionIsGone) {
@@ -92,46 +84,17 @@ TEST_F(OlapProviderTest, AnswersAfterTheConnectionIsGone) {
   const auto cellset =
       connection->Execute("SELECT {[Measures].[Facts]} ON 0, {[QeL].Members} ON 1 FROM [QEL]");
   connection.reset();
-  ASSERT_EQ(cellset->AxisCount(), 2u);
   ASSERT_EQ(cellset->PositionCount(1), 6u);
-  EXPECT_EQ(cellset->MembersPerPosition(1), 1u);
-  const AxisMember member = cellset->Member(1, 4, 0);
-  EXPECT_EQ(member.caption, "310\tRent ]\t\t\tMiete");
-  EXPECT_EQ(member.unique_name, "[QeL].[310\tRent ]]\t\t\tMiete]");
-  EXPECT_EQ(member.level_name, "[QeL].[QeL]");
+  EXPECT_EQ(cellset->Member(1, 4, 0).caption, "310\tRent ]\t\t\tMiete");
   EXPECT_TRUE(cellset->Cell(5).IsEmpty());
-  EXPECT_EQ(cellset->FormattedCell(5), "");
-  EXPECT_TRUE(cellset->Cell(0).Is<double>());
   EXPECT_THROW(cellset->Cell(6), Failure);
   EXPECT_THROW(cellset->PositionCount(2), Failure);
   EXPECT_THROW(cellset->Member(1, 6, 0), Failure);
-}
-
-TEST_F(OlapProviderTest, GivesBlocksOfCellsAndCaptionsAsItGivesThemOneByOne) {
-  const auto cellset = Connected(RunText("QEL"))
-                           ->Execute(
-                               "SELECT [Measures].Members ON 0, NON EMPTY [Date].Members ON 1, "
-                               "{[QeL].Members} ON 2 FROM [QEL]");
-  const std::size_t columns = cellset->PositionCount(0), rows = cellset->PositionCount(1);
-  const std::size_t cells = columns * rows * cellset->PositionCount(2);
-  for (const std::size_t step : {std::size_t{1}, columns, columns * rows}) {
-    for (const std::size_t first : {0, 1, 7}) {
-      const std::size_t count = (cells - first - 1) / step + 1;
-      std::vector<double> numbers(count);
-      std::vector<CellState> states(count);
-      cellset->ReadCells(first, step, numbers, states);
-      for (std::size_t i = 0; i < count; ++i) {
-        const Value cell = cellset->Cell(first + i * step);
-        ASSERT_EQ(states[i] == CellState::kEmpty, cell.IsEmpty()) << step << ' ' << i;
-        ASSERT_EQ(numbers[i], cell.ToDouble()) << step << ' ' << i;
-      }
-      EXPECT_THROW(cellset->ReadCells(first + step, step, numbers, states), Failure);
-    }
-  }
-  std::vector<std::string_view> captions(rows - 2);
-  cellset->ReadCaptions(1, 0, 2, captions);
-  EXPECT_EQ(captions.back(), cellset->Member(1, rows - 1, 0).caption);
-  EXPECT_THROW(cellset->ReadCaptions(1, 0, 3, captions), Failure);
+  std::vector<double> numbers(4);
+  std::vector<CellState> states(4);
+  EXPECT_THROW(cellset->ReadCells(0, 2, numbers, states), Failure);
+  std::vector<std::string_view> captions(3);
+  EXPECT_THROW(cellset->ReadCaptions(1, 0, 4, captions), Failure);
 }
 
 TEST_F(OlapProviderTest, EndsQueriesThatAreCancelledOrPastALimit) {
