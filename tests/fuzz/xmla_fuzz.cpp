@@ -7,7 +7,7 @@
 #include "providers/cube/xmla/requests.h"
 #include "providers/cube/xmla/rowset_reader.h"
 #include "tests/fuzz/fuzz.h"
-#include "tests/interop/answer.h"
+#include "tests/support/answers/answer.h"
 
 namespace {
 
@@ -32,7 +32,7 @@ std::string Cellset(const std::string& xml, uint32_t random) {
   auto data = std::make_unique<CellsetData>(kMostCells);
   CellsetReader reader(*data);
   Read(xml, reader, random);
-  return vok::interop::Shown({"", std::move(data)}, true);
+  return vok::test::Shown({"", std::move(data)}, true);
 }
 
 std::string Rows(const std::string& xml, uint32_t random) {

@@ -21,7 +21,7 @@
 #include "providers/http/curl/curl_transport.h"
 #include "system/posix/icu_locale.h"
 #include "system/posix/posix_files.h"
-#include "tests/interop/answer.h"
+#include "tests/support/answers/answer.h"
 #include "tests/interop/case_file.h"
 #include "tests/interop/random_queries.h"
 #include "tests/support/reference_olap/random_cube.h"
@@ -29,6 +29,9 @@
 
 namespace vok::interop {
 namespace {
+
+using test::Answer;
+using test::Side;
 
 constexpr int kRandomCubes = 22;
 constexpr int kQueriesOfEachCube = 25;

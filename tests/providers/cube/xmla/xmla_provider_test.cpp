@@ -148,7 +148,6 @@ TEST_F(XmlaProviderTest, FindsACatalogByItsNameOrItsCubes) {
 
 TEST_F(XmlaProviderTest, AnswersStayWhenTheConnectionIsGone) {
   const auto cellset = Connected("Sales")->Execute("SELECT");
-  ASSERT_EQ(cellset->AxisCount(), 2u);
   EXPECT_EQ(cellset->Member(0, 1, 0).name, "m0");
   EXPECT_EQ(cellset->Cell(1), Value(7.0));
   EXPECT_THROW(cellset->PositionCount(2), Failure);

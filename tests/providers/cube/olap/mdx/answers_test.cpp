@@ -9,7 +9,7 @@
 
 #include "native.h"
 #include "providers/cube/olap/olap_provider.h"
-#include "tests/interop/answer.h"
+#include "tests/support/answers/answer.h"
 #include "tests/interop/case_file.h"
 #include "tests/support/cubes/sample_cube.h"
 #include "tests/support/reference_olap/random_cube.h"
@@ -36,7 +36,7 @@ class MdxAnswers : public testing::Test {
   NativeFiles files_;
   NativeLocale locale_{"en_US"};
   olap::OlapCubeProvider provider_{files_, locale_};
-  interop::Side ours_{provider_};
+  Side ours_{provider_};
 };
 
 TEST_F(MdxAnswers, ToWrittenQueriesAreAsRecordedForThreadsThatShareTheCubes) {

@@ -8,7 +8,7 @@
 
 #include "platform/cube.h"
 
-namespace vok::interop {
+namespace vok::test {
 
 /// Axes and cells, or the words of a failure.
 struct Answer {
@@ -38,4 +38,4 @@ std::string Shown(const Answer& answer, bool formats);
 /// equal with any words; a query that fails as a whole is equal to one with an error in a cell.
 std::string Difference(const Answer& server, const Answer& ours, bool formats);
 
-}  // namespace vok::interop
+}  // namespace vok::test

@@ -1,4 +1,4 @@
-#include "tests/interop/answer.h"
+#include "tests/support/answers/answer.h"
 
 #include <algorithm>
 #include <charconv>
@@ -6,7 +6,7 @@
 
 #include "platform/failure.h"
 
-namespace vok::interop {
+namespace vok::test {
 namespace {
 
 std::size_t CellCount(const Cellset& cellset) {
@@ -100,4 +100,4 @@ std::string Difference(const Answer& server, const Answer& ours, bool formats) {
   return "  server: " + line(theirs) + "\n  ours:   " + line(own);
 }
 
-}  // namespace vok::interop
+}  // namespace vok::test
