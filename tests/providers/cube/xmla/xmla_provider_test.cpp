@@ -3,8 +3,10 @@
 
 #include <gmock/gmock.h>
 
+#include <fstream>
 #include <map>
 
+#include "native.h"
 #include "tests/providers/cube/xmla/answers.h"
 #include "tests/providers/cube/xmla/scripted_server.h"
 #include "tests/support/failures.h"
@@ -14,30 +16,27 @@ namespace {
 
 using Texts = std::vector<std::string>;
 
-/// The rows of a rowset; an empty text is not an element.
-std::string Rows(const Texts& columns, const std::vector<Texts>& rows) {
-  std::string xml;
-  for (const Texts& row : rows) {
-    xml += "<row>";
-    for (std::size_t i = 0; i < columns.size(); ++i) {
-      if (!row[i].empty()) xml += "<" + columns[i] + ">" + row[i] + "</" + columns[i] + ">";
-    }
-    xml += "</row>";
-  }
-  return xml;
-}
-
-const Texts kMember = {"MEMBER_NAME", "MEMBER_CAPTION", "MEMBER_UNIQUE_NAME", "PARENT_UNIQUE_NAME"};
-
-/// Answers by what a request asks for and is restricted to; a row of the table per question.
+/// Answers with the first recorded rows of which the request has both texts after "asked".
 class XmlaProviderTest : public testing::Test {
  protected:
+  XmlaProviderTest() {
+    std::ifstream file(VOK_XMLA_ANSWERS + std::string("/catalogs.answers"));
+    for (std::string line; std::getline(file, line);) {
+      if (line.starts_with("asked ")) {
+        answers_.emplace_back(line.substr(6), "");
+      } else {
+        answers_.back().second += line;
+      }
+    }
+    answers_.emplace_back("<Execute <Statement>x &lt; \"y\"&#13;\n\xD7\x90</Statement>",
+                          test::TwoByTwoContent("<Cell CellOrdinal=\"1\"><Value>7</Value></Cell>"));
+  }
   test::Reply Answer(const std::string& request) {
     for (const auto& [asked, rows] : answers_) {
-      const std::size_t bar = asked.find('|');
-      const bool fits =
-          request.find(asked.substr(0, bar)) != std::string::npos &&
-          (bar == std::string::npos || request.find(asked.substr(bar + 1)) != std::string::npos);
+      const std::size_t blank = asked.find(' ');
+      const bool fits = request.find(asked.substr(0, blank)) != std::string::npos &&
+                        (blank == std::string::npos ||
+                         request.find(asked.substr(blank + 1)) != std::string::npos);
       if (!fits) continue;
       ++counts_[asked];
       return test::Http("200 OK", "text/xml", test::Result(rows));
@@ -53,35 +52,9 @@ class XmlaProviderTest : public testing::Test {
     return Connected(name)->Structure()->CubeAt(0);
   }
 
-  const std::vector<std::pair<std::string, std::string>> answers_ = {
-      {"DBSCHEMA_CATALOGS", Rows({"CATALOG_NAME"}, {{"Sales"}, {"Other"}})},
-      {"MDSCHEMA_CUBES|<CATALOG_NAME>Sales",
-       Rows({"CUBE_NAME"}, {{"$Line"}, {"Both"}, {"SalesQEL"}})},
-      {"MDSCHEMA_CUBES|<CATALOG_NAME>Other", Rows({"CUBE_NAME"}, {{"Both"}})},
-      {"MDSCHEMA_DIMENSIONS|<CUBE_NAME>SalesQEL",
-       Rows({"DIMENSION_NAME", "DIMENSION_UNIQUE_NAME", "DIMENSION_ORDINAL", "DIMENSION_TYPE"},
-            {{"ActX", "[ActX]", "3", "3"},
-             {"Date", "[Date]", "1", "1"},
-             {"Measures", "[Measures]", "2", "2"}})},
-      {"MDSCHEMA_HIERARCHIES|[Date]",
-       Rows({"HIERARCHY_NAME", "HIERARCHY_UNIQUE_NAME", "HIERARCHY_ORDINAL"},
-            {{"Date.Fiscal", "[Date].[Fiscal]", "2"}, {"", "[Date]", "1"}})},
-      {"MDSCHEMA_LEVELS|<HIERARCHY_UNIQUE_NAME>[Date]<",
-       Rows({"LEVEL_NAME", "LEVEL_UNIQUE_NAME", "LEVEL_NUMBER", "LEVEL_TYPE"},
-            {{"(All)", "[Date].[(All)]", "1", "20"},
-             {"Month", "[Date].[Month]", "2", "132"},
-             {"Ever", "[Date].[Ever]", "0", "1"}})},
-      {"MDSCHEMA_MEMBERS|[Date].[Month]",
-       Rows(kMember, {{"12", "12.", "[Date].[2010].[12]", "[Date].[2010]"},
-                      {"2", "2.", "[Date].[2010].[2]", "[Date].[2010]"},
-                      {"None", "None.", "[Date].[None]", "[Date].[All]"}})},
-      {"MDSCHEMA_MEMBERS|[Date].[(All)]",
-       Rows(kMember, {{"2010", "", "[Date].[2010]", "[Date].[All]"}})},
-      {"MDSCHEMA_MEMBERS|[Date].[Ever]", Rows(kMember, {{"All", "", "[Date].[All]", ""}})},
-      {"<Execute", test::TwoByTwoContent("<Cell CellOrdinal=\"1\"><Value>7</Value></Cell>")},
-  };
+  std::vector<std::pair<std::string, std::string>> answers_;  // by what is asked
   std::map<std::string, int> counts_;
-  test::SystemLocale locale_;
+  vok::test::NativeLocale locale_{"en_US"};
   test::ScriptedServer http_{[this](const std::string& request) { return Answer(request); }};
   XmlaCubeProvider provider_{locale_, {[] { return HttpSettings(); }, test::SystemTransport()}};
 };
@@ -102,7 +75,7 @@ TEST_F(XmlaProviderTest, ShowsTheStructureAskingOnceForWhatIsLookedAt) {
   EXPECT_TRUE(dates->LevelAt(0)->IsAll());
   EXPECT_FALSE(dates->LevelAt(1)->IsAll()) << "the name does not tell";
   const auto months = dates->LevelAt(2);
-  EXPECT_EQ(counts_["MDSCHEMA_MEMBERS|[Date].[Month]"], 0);
+  EXPECT_EQ(counts_["MDSCHEMA_MEMBERS [Date].[Month]"], 0);
   Texts members;
   for (std::size_t i = 0; i < months->MemberCount(); ++i) {
     const auto member = months->MemberAt(i);
@@ -114,27 +87,28 @@ TEST_F(XmlaProviderTest, ShowsTheStructureAskingOnceForWhatIsLookedAt) {
       << "in the server's order, by its names";
   EXPECT_THROW(months->MemberAt(3), Failure);
   for (const char* asked :
-       {"MEMBERS|[Date].[Month]", "MEMBERS|[Date].[(All)]", "DIMENSIONS|<CUBE_NAME>SalesQEL"}) {
+       {"MEMBERS [Date].[Month]", "MEMBERS [Date].[(All)]", "DIMENSIONS <CUBE_NAME>SalesQEL<"}) {
     EXPECT_EQ(counts_[std::string("MDSCHEMA_") + asked], 1) << asked;
   }
 }
 
 TEST_F(XmlaProviderTest, FindsACatalogByItsNameOrItsCubes) {
-  EXPECT_EQ(Connected("SALES")->DefaultDatabase(), "Sales");
-  EXPECT_EQ(counts_["MDSCHEMA_CUBES|<CATALOG_NAME>Sales"], 0);
-  EXPECT_EQ(Cube("Sales")->Name(), "Both");  // a catalog's first cube
+  EXPECT_EQ(Connected("SALES & MORE")->DefaultDatabase(), "Sales & more");
+  EXPECT_EQ(counts_["MDSCHEMA_CUBES <CATALOG_NAME>Sales &amp; more<"], 0);
+  EXPECT_EQ(Cube("Sales & more")->Name(), "Both");  // a catalog's first cube
   const auto by_cube = Connected("SalesQEL");
-  EXPECT_EQ(by_cube->DefaultDatabase(), "Sales");
-  EXPECT_EQ(by_cube->CatalogNames(), (Texts{"Sales", "Other"}));
+  EXPECT_EQ(by_cube->DefaultDatabase(), "Sales & more");
+  EXPECT_EQ(by_cube->CatalogNames(), (Texts{"Sales & more", "Other"}));
   const struct {
     std::string text;
     const char* says;
     int32_t number = failure_number::kUnspecified;
   } kCases[] = {
       {http_.address() + ";Initial Catalog=[None]",
-       "has no catalog \"None\", and none with a cube of that name. Its catalogs: \"Sales\", "},
+       "has no catalog \"None\", and none with a cube of that name. Its catalogs: \"Sales & "
+       "more\", "},
       {http_.address() + ";Initial Catalog=Both",
-       "a cube \"Both\" in several catalogs: \"Sales\", \"Other\""},
+       "a cube \"Both\" in several catalogs: \"Sales & more\", \"Other\""},
       {"x.cub", "is not the address of a cube server"},
       {http_.address() + ";Provider=Other", "\"Other\"", failure_number::kProviderNotFound},
   };
@@ -147,7 +121,7 @@ TEST_F(XmlaProviderTest, FindsACatalogByItsNameOrItsCubes) {
 }
 
 TEST_F(XmlaProviderTest, AnswersStayWhenTheConnectionIsGone) {
-  const auto cellset = Connected("Sales")->Execute("SELECT");
+  const auto cellset = Connected("Sales & more")->Execute("x < \"y\"\r\n\xD7\x90");
   EXPECT_EQ(cellset->Member(0, 1, 0).name, "m0");
   EXPECT_EQ(cellset->Cell(1), Value(7.0));
   EXPECT_THROW(cellset->PositionCount(2), Failure);
@@ -155,7 +129,7 @@ TEST_F(XmlaProviderTest, AnswersStayWhenTheConnectionIsGone) {
 
   const auto limited =
       provider_.Connect("Data Source=" + http_.address() + ";Max Cells=3", nullptr);
-  EXPECT_THAT(vok::test::DescriptionOf([&] { limited->Execute("SELECT"); }),
+  EXPECT_THAT(vok::test::DescriptionOf([&] { limited->Execute("x < \"y\"\r\n\xD7\x90"); }),
               testing::HasSubstr("it has more than 3 cells"));
 }
 

@@ -10,7 +10,6 @@
 #include <cstdlib>
 
 #include "providers/http/curl/curl_transport.h"
-#include "system/posix/icu_locale.h"
 
 namespace vok::xmla::test {
 
@@ -22,10 +21,6 @@ inline int Poll(pollfd& wait, int milliseconds) { return poll(&wait, 1, millisec
 
 inline void SetVariable(const char* name, const char* text) { setenv(name, text, 1); }
 inline void RemoveVariable(const char* name) { unsetenv(name); }
-
-struct SystemLocale : IcuLocale {
-  SystemLocale() : IcuLocale("en_US") {}
-};
 
 inline NewHttpTransport SystemTransport() { return NewTransport<CurlTransport>(); }
 

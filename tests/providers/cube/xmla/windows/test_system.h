@@ -10,7 +10,6 @@
 #include <cstdlib>
 
 #include "providers/http/winhttp/winhttp_transport.h"
-#include "system/windows/windows_locale.h"
 
 namespace vok::xmla::test {
 
@@ -26,7 +25,6 @@ inline int Poll(pollfd& wait, int milliseconds) { return WSAPoll(&wait, 1, milli
 inline void SetVariable(const char* name, const char* text) { _putenv_s(name, text); }
 inline void RemoveVariable(const char* name) { _putenv_s(name, ""); }
 
-using SystemLocale = windows::WindowsLocale;
 inline NewHttpTransport SystemTransport() { return NewTransport<windows::WinHttpTransport>(); }
 
 }  // namespace vok::xmla::test
