@@ -11,8 +11,9 @@
 
 #include "native.h"
 #include "platform/failure.h"
-#include "providers/cube/olap/build/table_source.h"
+#include "providers/cube/olap/build/read_ahead.h"
 #include "tests/support/cubes/sample_cube.h"
+#include "tests/support/failures.h"
 
 namespace vok::olap {
 namespace {
@@ -80,12 +81,10 @@ TEST(CsvTable, IsAFailureWhenItIsChangedWhileItIsRead) {
     const auto table = source->Open("fact", {"id", "v"});
     std::this_thread::sleep_for(std::chrono::milliseconds(20));  // another time of modification
     std::ofstream(folder.File("fact.csv"), std::ios::binary) << each.after;
-    try {
+    const std::string said = test::DescriptionOf([&] {
       while (table->Next()) EXPECT_EQ(table->Fields()[1].text, "0.25");
-      ADD_FAILURE() << each.words;
-    } catch (const Failure& failure) {
-      EXPECT_NE(failure.description().find(each.words), std::string::npos) << failure.description();
-    }
+    });
+    EXPECT_NE(said.find(each.words), std::string::npos) << said;
   }
 }
 
@@ -97,36 +96,27 @@ TEST(CsvTable, IsComparedWithItsBeginningWhenTheCubeIsWhole) {
     std::ofstream(folder.File("new")) << "id,v\n2,7\n";
     std::filesystem::rename(folder.File("new"), facts);
   };
-  const struct {
-    const char* step;  // during which another program writes
-    std::function<void()> act;
-    bool is_refused;
-  } cases[] = {{"writing C", append, true},
-#ifndef _WIN32  // where a table that is open cannot be replaced
-               {"writing C", replace, false}
-#endif
-  };
+  const BuildRequest request{folder.File("schema.xml"), folder.path(), folder.File("out.cub"), {}};
   test::NativeFiles files;
   std::ofstream(folder.File("schema.xml")) << kSchema;
   std::ofstream(folder.File("d.csv")) << "id,name\n1,a\n2,b\n";
-  const BuildRequest request{folder.File("schema.xml"), folder.path(), folder.File("out.cub"), {}};
-  for (const auto& each : cases) {
+  const auto build = [&](const std::function<void()>& act) {
     std::ofstream(facts) << "id,v\n1,0.25\n";
     std::this_thread::sleep_for(std::chrono::milliseconds(20));
-    const auto progress = [&](const std::string& step, double) {
-      if (step == each.step) each.act();
-    };
-    try {
-      BuildCubeFile(files, test::NativeLocale("en_US"), request, progress);
-      EXPECT_FALSE(each.is_refused);
-      ExpectNamesAndSum(*CubeFile::Open(files, request.output_path), {"a", "b"}, 0.25);
-    } catch (const Failure& failure) {
-      EXPECT_TRUE(each.is_refused);
-      EXPECT_NE(failure.description().find("fact.csv\": it was changed while it was read"),
-                std::string::npos);
-      EXPECT_FALSE(files.Exists(request.output_path));
-    }
-  }
+    return test::DescriptionOf([&] {
+      BuildCubeFile(files, test::NativeLocale("en_US"), request,
+                    [&](const std::string& step, double) {
+                      if (step == "writing C") act();
+                    });
+    });
+  };
+  const std::string said = build(append);
+  EXPECT_NE(said.find("fact.csv\": it was changed while it was read"), std::string::npos) << said;
+  EXPECT_FALSE(files.Exists(request.output_path));
+#ifndef _WIN32  // where a table that is open cannot be replaced
+  build(replace);
+  ExpectNamesAndSum(*CubeFile::Open(files, request.output_path), {"a", "b"}, 0.25);
+#endif
 }
 
 class SqliteTables : public testing::Test {
@@ -163,13 +153,9 @@ TEST_F(SqliteTables, RefusalsNameTheTableTheColumnAndTheRow) {
       {"CREATE TABLE d(id, title); CREATE TABLE fact(id, v)", "no column \"name\""},
       {dimension + facts, "table fact, row 2"}};
   for (const auto& [sql, words] : cases) {
-    try {
-      std::filesystem::remove(folder_.File("data.db"));
-      Build(sql);
-      ADD_FAILURE() << words;
-    } catch (const Failure& failure) {
-      EXPECT_NE(failure.description().find(words), std::string::npos) << failure.description();
-    }
+    std::filesystem::remove(folder_.File("data.db"));
+    const std::string said = test::DescriptionOf([&, &tables = sql] { Build(tables); });
+    EXPECT_NE(said.find(words), std::string::npos) << said;
   }
 }
 
@@ -181,6 +167,53 @@ TEST(TableSource, OtherFilesAreRefused) {
     EXPECT_THROW(BuildCubeFile(files, test::NativeLocale("en_US"),
                                {folder.File("schema.xml"), data, folder.File("out.cub")}, {}),
                  Failure);
+  }
+}
+
+/// All rows, their places and how the table ends.
+std::string Log(TableReader& reader) {
+  std::string log;
+  try {
+    while (reader.Next()) {
+      log += reader.Place();
+      for (const Field& field : reader.Fields()) {
+        log += field.is_null ? "|null" : "|" + std::string(field.text);
+      }
+      log += '\n';
+    }
+    log += "end";
+  } catch (const Failure& failure) {
+    log += failure.description();
+  }
+  return log;
+}
+
+/// Rows over one line or two; of the last one's fields the second is missing when it is bad.
+void WriteTable(const std::string& path, int rows, bool is_bad) {
+  std::ofstream table(path, std::ios::binary);
+  table << "a,b,c\n";
+  for (int row = 1; row <= rows; ++row) {
+    table << row << (row % 7 == 0 ? ",\"say \"\"x\"\"\n\"," : ",,") << "c\n";
+  }
+  if (is_bad) table << "1,c\n";
+}
+
+TEST(ReadAhead, GivesTheSameRowsAndTheSameFailure) {
+  const test::TemporaryFolder folder;
+  const test::NativeFiles files;
+  for (const int rows : {0, 1, 2047, 2048, 2049, 4096, 30000}) {
+    for (const bool is_bad : {false, true}) {
+      WriteTable(folder.File("t.csv"), rows, is_bad);
+      const auto source = OpenCsvFolder(files, folder.path());
+      const std::string expected = Log(*source->Open("t", {"c", "a", "b"}));
+      EXPECT_TRUE(Log(*ReadAhead(source->Open("t", {"c", "a", "b"}))) == expected)
+          << rows << " " << is_bad;
+      const auto left = ReadAhead(source->Open("t", {"a"}));  // while it waits for its reader
+      if (rows > 0) {
+        EXPECT_TRUE(left->Next());
+      }
+      EXPECT_EQ(expected.ends_with("end"), !is_bad);
+    }
   }
 }
 

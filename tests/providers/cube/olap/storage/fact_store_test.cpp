@@ -4,10 +4,12 @@
 #include <gtest/gtest.h>
 
 #include <optional>
+#include <random>
 #include <string>
 #include <vector>
 
 #include "native.h"
+#include "providers/cube/olap/storage/exact.h"
 #include "tests/support/cubes/sample_cube.h"
 
 namespace vok::olap {
@@ -96,6 +98,21 @@ TEST(FactStore, ReadsWhatTheFieldsMean) {
         {"9223372036854775807", "9223372036854775807"}},
        {1.0, 18446744073709551614.0},
        18446744073709551615.0},
+      {"a sum is the double nearest to it",
+       "sum",
+       {{"-900719925474099.3"}, {"0.9223372036854775807"}},
+       {-900719925474099.3, 0.9223372036854775807},
+       -900719925474098.3776627963145224193},
+      {"also past 64 bits",
+       "sum",
+       {std::vector<std::string>(1024, "922337203685477.5807"), {"-92233720368547.5808"}},
+       {944473296573929042.6368, -92233720368547.5808},
+       944381062853560495.056},
+      {"and between two doubles",
+       "sum",
+       {{"9007199254740993"}},
+       {9007199254740992.0},
+       9007199254740992.0},
       {"one value that does not fit makes doubles of all",
        "sum",
        {{"0.25", "1e300"}, {"1.5"}, {"", "-3"}},
@@ -134,6 +151,33 @@ TEST(FactStore, IsNotDisturbedByACubeBuiltInItsPlace) {
   };
   EXPECT_THAT(lines(*old_file), testing::ElementsAre(3, 8));
   EXPECT_THAT(lines(*new_file), testing::ElementsAre(5, 6, 7));
+}
+
+// Where the compiler has no such type there is nothing to compare with.
+TEST(WideInteger, CountsLikeTheCompilersOwn) {
+  std::mt19937_64 random(7);
+  const auto word = [&random] { return static_cast<int64_t>(random()) >> random() % 64; };
+  const auto check = [](WideInteger mine, Int128 own, const char* what) {
+    EXPECT_EQ(static_cast<uint64_t>(mine), static_cast<uint64_t>(own)) << what;
+    EXPECT_EQ(static_cast<uint64_t>(mine >> 64), static_cast<uint64_t>(own >> 64)) << what;
+  };
+  for (int round = 0; round < 20'000; ++round) {
+    const int64_t high = word(), low = word(), narrow = word();
+    const auto bits = static_cast<uint32_t>(random() % 63);
+    const WideInteger a = (WideInteger(high) << bits) + low, b = narrow;
+    const Int128 own_a = (Int128{high} << bits) + low, own_b = narrow;
+    check(a + b, own_a + own_b, "sum");
+    check(a - b, own_a - own_b, "difference");
+    check(-a, -own_a, "negative");
+    check(a & b, own_a & own_b, "common bits");
+    WideInteger both = a;
+    Int128 own_both = own_a;
+    check(both |= b, own_both |= own_b, "all bits");
+    check(a << bits, own_a << bits, "left");
+    check(a >> 2 * bits, own_a >> 2 * bits, "right");
+    EXPECT_EQ(a < b, own_a < own_b);
+    EXPECT_EQ(a == b, own_a == own_b);
+  }
 }
 
 }  // namespace
