@@ -1,11 +1,11 @@
 // Queries of any bytes: read or refused; what is read, written out and read again, is the same.
 // What the sample ledger then answers, within a second, is a result or a failure.
-#include <memory>
-
-#include "providers/cube/olap/mdx/engine.h"
 #include "providers/cube/olap/mdx/parser.h"
+#include "providers/cube/olap/olap_provider.h"
 #include "system/posix/icu_locale.h"
+#include "system/posix/posix_files.h"
 #include "tests/fuzz/fuzz.h"
+#include "tests/support/answers/answer.h"
 #include "tests/support/cubes/sample_cube.h"
 
 namespace {
@@ -17,16 +17,12 @@ std::string Written(const std::string& mdx) {
 
 void Run(const std::string& mdx) {
   static const vok::IcuLocale locale("en_GB");
+  static const vok::PosixFiles files;
   static const vok::test::BuiltCube built(vok::test::SampleLedger());
-  static const auto cube = std::make_shared<const vok::olap::CubeView>(
-      std::shared_ptr<const vok::olap::StoredCube>(built.shared_file(), &built.cube()), locale);
-  vok::olap::QueryLimits limits;
-  limits.max_cells = 5000;
-  limits.timeout_seconds = 1;
-  Refuses([&] {
-    const auto result = RunMdx(cube, mdx, limits);
-    for (std::size_t cell = 0; cell < result->CellCount(); ++cell) result->FormattedCell(cell);
-  });
+  static vok::olap::OlapCubeProvider provider(files, locale);
+  static const auto connection = provider.Connect(
+      "Provider=MSOLAP;Max Cells=5000;Timeout=1;Data Source=" + built.path(), nullptr);
+  Refuses([&] { vok::test::Shown({"", connection->Execute(mdx)}, true); });
 }
 
 }  // namespace

@@ -21,11 +21,10 @@
 #include "providers/http/curl/curl_transport.h"
 #include "system/posix/icu_locale.h"
 #include "system/posix/posix_files.h"
-#include "tests/support/answers/answer.h"
 #include "tests/interop/case_file.h"
 #include "tests/interop/random_queries.h"
+#include "tests/support/answers/answer.h"
 #include "tests/support/reference_olap/random_cube.h"
-#include "tests/support/reference_olap/random_mdx.h"
 
 namespace vok::interop {
 namespace {

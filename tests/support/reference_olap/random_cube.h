@@ -1,5 +1,6 @@
 // Small cubes that a seed makes, as plain members and facts and as the texts that the system builds
-// a cube file from.
+// a cube file from; and random queries on them, each part of which is made as a text and as what it
+// means, side by side.
 #pragma once
 
 #include <cstdint>
@@ -7,6 +8,7 @@
 #include <random>
 #include <string>
 #include <utility>
+#include <vector>
 
 #include "tests/support/reference_olap/reference_cube.h"
 
@@ -46,5 +48,17 @@ struct RandomCube {
   std::map<std::string, std::string> tables;  ///< CSV, by name: the cube's, then a number
 };
 RandomCube MakeRandomCube(uint64_t seed, const std::string& name, const CubeSize& size = {});
+
+struct RandomQuery {
+  std::string mdx;
+  /// The axes and cells, in the words of the recorded answers.
+  std::string answer;
+};
+
+/// Queries with calculated members, a named set, two or three axes and a slicer; expressions nest
+/// three deep. `tame`: only tame forms, no pairs, nothing taken together in the slicer, no NON
+/// EMPTY on sets that pick.
+std::vector<RandomQuery> RandomQueries(const Cube& cube, const std::string& cube_name,
+                                       uint64_t seed, bool tame, int count);
 
 }  // namespace vok::plain

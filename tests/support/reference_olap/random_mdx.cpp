@@ -1,5 +1,3 @@
-#include "tests/support/reference_olap/random_mdx.h"
-
 #include <algorithm>
 #include <sstream>
 #include <utility>

@@ -9,11 +9,10 @@
 
 #include "native.h"
 #include "providers/cube/olap/olap_provider.h"
-#include "tests/support/answers/answer.h"
 #include "tests/interop/case_file.h"
+#include "tests/support/answers/answer.h"
 #include "tests/support/cubes/sample_cube.h"
 #include "tests/support/reference_olap/random_cube.h"
-#include "tests/support/reference_olap/random_mdx.h"
 
 namespace vok::test {
 namespace {

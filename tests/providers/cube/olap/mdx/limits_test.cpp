@@ -100,16 +100,14 @@ TEST(ExactSums, AreRoundedOnceHoweverTheyAreWritten) {
       {"Sum(LastPeriods(2, [Date].[2010].[1]), [Measures].[opening])", "0.3"},
       {"Sum(LastPeriods(2, [Date].[2010].[1]), [Measures].[again])", "0.3"},
   };
-  for (const auto& test : cases) {
-    const std::string line = test.formula.ends_with("[Amount])") ? "[QeL].[All]" : "[QeL].[E]]]";
+  for (const auto& [formula, cell] : cases) {
     EXPECT_EQ(
         AnswerTo("WITH MEMBER [Measures].[opening] AS ([Measures].[Amount], [Opening_Balance].[1]) "
                  "MEMBER [Measures].[again] AS ([Measures].[opening], [ActX].[xlFile].[All]) "
                  "MEMBER [Date].[x] AS " +
-                 test.formula + " SELECT [Date].[x] ON 0, " + line +
-                 " ON 1 FROM QEL WHERE [Area].[S2]"),
-        test.cell)
-        << test.formula;
+                 formula + " SELECT [Date].[x] ON 0 FROM QEL WHERE [Area].[S2]"),
+        cell)
+        << formula;
   }
 }
 
@@ -154,8 +152,6 @@ TEST(QueryLimits, EndAQueryThatNestsTooDeep) {
        "deep"},
       {"WITH MEMBER Measures.x AS " + Repeated("1 + ", 450) + "1 SELECT Measures.x ON 0 FROM QEL",
        "451"},
-      {"WITH MEMBER Measures.x AS Measures.x + 1 SELECT Measures.x ON 0, QeL.Members ON 1 FROM QEL",
-       "[Measures].[x] cannot be computed"},
       {"SELECT [QeL].[A]" + Repeated(".Parent", 300000) + " ON 0 FROM QEL", "operations in a row"},
       {"SELECT Head([QeL].[A])" + Repeated(".Parent", 300000) + " ON 0 FROM QEL",
        "operations in a row"},

@@ -1,10 +1,14 @@
+// How the language is read, and what of it the document names.
 #include "providers/cube/olap/mdx/parser.h"
 
 #include <gtest/gtest.h>
 
+#include <fstream>
+#include <set>
 #include <string>
 
 #include "platform/failure.h"
+#include "providers/cube/olap/mdx/functions/registry.h"
 
 namespace vok::olap {
 namespace {
@@ -72,6 +76,22 @@ TEST(MdxParser, HasLimits) {
   for (int i = 0; i < 2000; ++i) chain += "+1";
   EXPECT_NE(Reading(chain).find("more than 500 operations in a row"), std::string::npos);
   EXPECT_NE(Reading(std::string(kMaxMdxLength + 1, ' ')).find("the limit is"), std::string::npos);
+}
+
+/// The document lists the functions that there are, no more and no fewer.
+TEST(MdxFunctions, AreThoseOfTheDocument) {
+  std::set<std::string> registered;
+  for (const Function& function : Functions()) {
+    registered.insert((function.is_property ? "." : "") + std::string(function.name));
+  }
+  std::set<std::string> documented;
+  std::ifstream document(VOK_MDX_DOCUMENT);
+  for (std::string line; std::getline(document, line);) {
+    if (!line.starts_with("| `")) continue;
+    const std::size_t end = line.find('`', 3);
+    documented.insert(line.substr(3, end - 3));
+  }
+  EXPECT_EQ(documented, registered);
 }
 
 }  // namespace
