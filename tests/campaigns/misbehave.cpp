@@ -5,49 +5,65 @@
 // "STATUS CPU-MILLISECONDS MILLISECONDS PEAK-KILOBYTES". What the command prints goes to standard
 // error. `misbehave --list` prints the misdeeds. Requests that a misdeed is not about are answered
 // well: a catalog "Sales", a cellset of one cell.
-#include <arpa/inet.h>
 #include <libdeflate.h>
-#include <netinet/in.h>
 #include <sys/resource.h>
-#include <sys/socket.h>
 #include <sys/wait.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <chrono>
 #include <cstdio>
 #include <string>
-#include <thread>
 #include <vector>
 
 #include "tests/providers/cube/xmla/answers.h"
+#include "tests/providers/cube/xmla/scripted_server.h"
 
 namespace {
 
-using vok::xmla::test::Envelope;
-using vok::xmla::test::Result;
+using vok::xmla::test::Reply;
 
-constexpr long kForever = -1;
-constexpr long kPacked = -2;  // repeated up to `kBomb` bytes, and all of it sent packed
-
-/// An answer: what comes first, what is repeated how many times, what comes last.
+/// An answer: what comes first, and what is repeated without an end, or packed up to `kBomb` bytes.
 struct Misdeed {
   std::string name;
-  bool of_query = true;  ///< of the answer to a query; else of that to a question for a catalog
+  bool of_query;  ///< of the answer to a query; else of that to a question for a catalog
   std::string first;
   std::string again;
-  long times = kForever;
-  std::string last;
+  bool packed = false;
   int pause = 0;  ///< milliseconds before each repetition
 };
 
-std::string Head(const std::string& more = "") {
-  return "HTTP/1.1 200 OK\r\nContent-Type: text/xml\r\nConnection: close\r\n" + more + "\r\n";
-}
+constexpr std::size_t kPiece = 65536;
+constexpr std::size_t kBomb = 64 << 20;
 
-/// What stands before the part of the sample's result that begins with `mark`.
-std::string Before(const std::string& mark, const std::string& xml) {
-  return Head() + xml.substr(0, xml.find(mark));
+const std::string kHead = "HTTP/1.1 200 OK\r\nContent-Type: text/xml\r\nConnection: close\r\n";
+const std::string kCell = "<Cell CellOrdinal=\"1\"><Value>7</Value></Cell>";
+const std::string kRow = "<row><CATALOG_NAME>Sales</CATALOG_NAME></row>";
+const std::string kCells = vok::xmla::test::TwoByTwo(kCell);
+const std::string kCatalogs = vok::xmla::test::Result(kRow);
+
+std::vector<Misdeed> Misdeeds() {
+  const std::string to_cells = "\r\n" + kCells.substr(0, kCells.find("</CellData>"));
+  const std::string to_axis = "\r\n" + kCells.substr(0, kCells.find("</Tuples>"));
+  const std::string to_rows = "\r\n" + kCatalogs.substr(0, kCatalogs.find("<row>"));
+  const std::string tuple = vok::xmla::test::Tuple("[Date].[m1]", "m1");
+  return {
+      {"slow", true, "\r\n", " ", false, 20},
+      {"endless head", true, "", "X-More: " + std::string(1000, 'a') + "\r\n"},
+      {"endless blanks", true, "\r\n", " "},
+      {"endless text", true, to_cells + "<Cell CellOrdinal=\"1\"><Value>", "a"},
+      {"endless attribute", true, to_cells + "<Cell CellOrdinal=\"", "a"},
+      {"endless name", true, to_cells + "<", "a"},
+      {"endless comment", true, to_cells + "<!--", "a"},
+      {"endless depth", true, to_cells, "<a>"},
+      {"endless attributes", true, to_cells + "<Cell ", "b='1' "},
+      {"repeated cells", true, to_cells, kCell},
+      {"endless tuples", true, to_axis, tuple},
+      {"endless rows", false, to_rows, kRow},
+      {"endless text of a row", false, to_rows + "<row><CATALOG_NAME>", "a"},
+      {"packed text", true, to_cells + "<Cell CellOrdinal=\"1\"><Value>", "a", true},
+      {"packed cells", true, to_cells, kCell, true},
+      {"packed rows", false, to_rows, kRow, true},
+  };
 }
 
 std::string Repeated(const std::string& text, std::size_t bytes) {
@@ -65,123 +81,13 @@ std::string Gzip(const std::string& text) {
   return packed;
 }
 
-std::string Cells() {
-  return vok::xmla::test::TwoByTwo("<Cell CellOrdinal=\"0\"><Value>7</Value></Cell>");
-}
-std::string Catalogs() { return Result("<row><CATALOG_NAME>Sales</CATALOG_NAME></row>"); }
-
-constexpr std::size_t kPiece = 65536;
-constexpr std::size_t kBomb = 64 << 20;
-
-std::vector<Misdeed> Misdeeds() {
-  const std::string cells = Cells();
-  const std::string to_cells = Before("</CellData>", cells);
-  const std::string to_axis = Before("</Tuples>", cells);
-  const std::string to_rows = Before("<row>", Catalogs());
-  const std::string piece = Repeated("a", kPiece);
-  const std::string cell = "<Cell CellOrdinal=\"1\"><Value>7</Value></Cell>";
-  const std::string row = "<row><CATALOG_NAME>Sales</CATALOG_NAME></row>";
-  return {
-      {"silent", true, "", "", 0, "", 0},
-      {"silent to the first question", false, "", "", 0, "", 0},
-      {"slow", true, Head(), " ", kForever, "", 20},
-      {"closes in the middle of the head", true, "HTTP/1.1 200 OK\r\nCont", "", 0, "", 0},
-      {"closes in the middle", true, to_cells, cell, 3, "<Cell CellOrd", 0},
-      {"closes before the promised length", true, Head("Content-Length: 99999\r\n") + cells, "", 0,
-       "", 0},
-      {"no XML", true, Head(), "\x01\xff{]", 100, "", 0},
-      {"endless head", true, "HTTP/1.1 200 OK\r\n", "X-More: " + piece.substr(0, 1000) + "\r\n",
-       kForever, "", 0},
-      {"endless blanks", true, Head(), Repeated(" ", kPiece), kForever, "", 0},
-      {"endless text", true, to_cells + "<Cell CellOrdinal=\"1\"><Value>", piece, kForever, "", 0},
-      {"endless attribute", true, to_cells + "<Cell CellOrdinal=\"", piece, kForever, "", 0},
-      {"endless name", true, to_cells + "<", piece, kForever, "", 0},
-      {"endless comment", true, to_cells + "<!--", piece, kForever, "", 0},
-      {"attribute of 16 MB", true, to_cells + "<Cell CellOrdinal=\"", piece, 256, "\"/>", 0},
-      {"endless depth", true, to_cells, Repeated("<a>", kPiece / 3 * 3), kForever, "", 0},
-      {"endless attributes", true, to_cells + "<Cell ", "b='1' ", kForever, "", 0},
-      {"repeated cells", true, to_cells, Repeated(cell, kPiece), kForever, "", 0},
-      {"endless tuples", true, to_axis,
-       Repeated(vok::xmla::test::Tuple("[Date].[m1]", "m1"), kPiece), kForever, "", 0},
-      {"endless rows", false, to_rows, Repeated(row, kPiece), kForever, "", 0},
-      {"endless text of a row", false, to_rows + "<row><CATALOG_NAME>", piece, kForever, "", 0},
-      {"packed text", true, to_cells + "<Cell CellOrdinal=\"1\"><Value>", piece, kPacked, "", 0},
-      {"packed cells", true, to_cells, cell, kPacked, "", 0},
-      {"packed rows", false, to_rows, row, kPacked, "", 0},
-      {"sends itself", true,
-       "HTTP/1.1 307 Temporary Redirect\r\nLocation: /xmla\r\nContent-Length: 0"
-       "\r\n\r\n",
-       "", 0, "", 0},
-      {"failure that claims success", true,
-       Head() + vok::xmla::test::Fault("No\n0: all is well", "\x1b[2J"), "", 0, "", 0},
-  };
-}
-
-bool Send(int connection, const std::string& bytes) {
-  for (std::size_t sent = 0; sent < bytes.size();) {
-    const ssize_t count = send(connection, bytes.data() + sent, bytes.size() - sent, MSG_NOSIGNAL);
-    if (count <= 0) return false;
-    sent += static_cast<std::size_t>(count);
+Reply ReplyOf(const Misdeed& misdeed) {
+  if (misdeed.packed) {
+    const std::string body = misdeed.first.substr(2) + Repeated(misdeed.again, kBomb);
+    return {kHead + "Content-Encoding: gzip\r\n\r\n" + Gzip(body), true};
   }
-  return true;
-}
-
-/// Packing takes its time: it is done before the client waits for it.
-void Pack(Misdeed& misdeed) {
-  const std::string body = misdeed.first.substr(Head().size()) + Repeated(misdeed.again, kBomb);
-  misdeed.first = Head("Content-Encoding: gzip\r\n") + Gzip(body);
-  misdeed.times = 0;
-}
-
-void Do(const Misdeed& misdeed, int connection) {
-  bool here = Send(connection, misdeed.first);
-  for (long i = 0; here && i != misdeed.times; ++i) {
-    std::this_thread::sleep_for(std::chrono::milliseconds(misdeed.pause));
-    here = Send(connection, misdeed.again);
-  }
-  if (here) Send(connection, misdeed.last);
-}
-
-/// The next request, whole; "" when the client is gone.
-std::string Receive(int connection) {
-  std::string request;
-  char buffer[4096];
-  for (;;) {
-    const std::size_t blank = request.find("\r\n\r\n");
-    if (blank != std::string::npos && request.find("</SOAP-ENV:Envelope>") != std::string::npos) {
-      return request;
-    }
-    const ssize_t count = recv(connection, buffer, sizeof buffer, 0);
-    if (count <= 0) return {};
-    request.append(buffer, static_cast<std::size_t>(count));
-  }
-}
-
-void Serve(const Misdeed& misdeed, int connection) {
-  const std::string request = Receive(connection);
-  const bool query = request.find("<Execute") != std::string::npos;
-  if (query == misdeed.of_query) {
-    Do(misdeed, connection);
-    if (misdeed.first.empty()) Receive(connection);  // silent until the client goes
-  } else {
-    Send(connection, Head() + (query ? Cells() : Catalogs()));
-  }
-  close(connection);
-}
-
-int Listen(std::string& address) {
-  const int listener = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
-  sockaddr_in place{};
-  place.sin_family = AF_INET;
-  place.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-  socklen_t size = sizeof place;
-  auto* raw = reinterpret_cast<sockaddr*>(&place);
-  if (bind(listener, raw, size) != 0 || listen(listener, 8) != 0 ||
-      getsockname(listener, raw, &size) != 0) {
-    return -1;
-  }
-  address = "http://127.0.0.1:" + std::to_string(ntohs(place.sin_port)) + "/xmla";
-  return listener;
+  const std::size_t piece = misdeed.pause > 0 ? 1 : kPiece;
+  return {kHead + misdeed.first, true, false, Repeated(misdeed.again, piece), misdeed.pause};
 }
 
 pid_t Start(char** command, const std::string& address) {
@@ -223,18 +129,13 @@ int main(int count, char** arguments) {
   }
   const auto found = std::find_if(misdeeds.begin(), misdeeds.end(),
                                   [&](const Misdeed& each) { return each.name == wanted; });
-  std::string address;
-  const int listener = Listen(address);
-  if (found == misdeeds.end() || count < 3 || listener < 0) return 2;
-  Misdeed misdeed = *found;
-  if (misdeed.times == kPacked) Pack(misdeed);
-  const pid_t child = Start(arguments + 2, address);
-  std::thread([&] {
-    for (;;) {
-      const int connection = accept4(listener, nullptr, nullptr, SOCK_CLOEXEC);
-      if (connection >= 0) std::thread(Serve, misdeed, connection).detach();
-    }
-  }).detach();
-  Measure(child);
+  if (found == misdeeds.end() || count < 3) return 2;
+  const Reply harm = ReplyOf(*found);
+  vok::xmla::test::ScriptedServer server([&](const std::string& request) {
+    const bool query = request.find("<Execute") != std::string::npos;
+    return query == found->of_query ? harm
+                                    : Reply{kHead + "\r\n" + (query ? kCells : kCatalogs), true};
+  });
+  Measure(Start(arguments + 2, server.address()));
   std::_Exit(0);
 }

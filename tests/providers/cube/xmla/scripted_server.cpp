@@ -1,6 +1,7 @@
 #include "tests/providers/cube/xmla/scripted_server.h"
 
 #include <array>
+#include <chrono>
 #include <optional>
 #include <stdexcept>
 
@@ -91,6 +92,10 @@ void ScriptedServer::Serve(Socket connection) {
     ++requests_;
     const Reply reply = answer_(*request);
     send(connection, reply.bytes.data(), reply.bytes.size(), kSendFlags);
+    while (!reply.again.empty()) {
+      std::this_thread::sleep_for(std::chrono::milliseconds(reply.pause));
+      if (send(connection, reply.again.data(), reply.again.size(), kSendFlags) <= 0) return;
+    }
     if (reply.close) return;
     if (reply.silent) Receive(connection, stopped_);
   }

@@ -14,8 +14,10 @@ namespace vok::xmla::test {
 /// What goes back for one request: bytes as they are, status line and all.
 struct Reply {
   std::string bytes;
-  bool close = false;   ///< ends the connection after them
-  bool silent = false;  ///< then sends nothing more, and waits for the client to go
+  bool close = false;      ///< ends the connection after them
+  bool silent = false;     ///< then sends nothing more, and waits for the client to go
+  std::string again = {};  ///< sent without an end, each time after so many milliseconds
+  int pause = 0;
 };
 
 /// A whole reply, with its length.

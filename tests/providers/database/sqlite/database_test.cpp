@@ -190,6 +190,7 @@ TEST_F(DatabaseTest, SavesHoldAltogetherOrNotAtAll) {
     Add(*connection, "new");
     EXPECT_EQ(Names(*connection, "Sets"), std::vector<std::string>{"new"});
     EXPECT_EQ(Names(*Connect(), "Sets"), std::vector<std::string>{"old"}) << commits;
+    EXPECT_TRUE(std::filesystem::exists(path_ + "-journal")) << "what a kill would need";
     if (commits) save.Commit();
   }
   EXPECT_EQ(Names(*Connect(), "Sets"), std::vector<std::string>{"new"});
