@@ -21,8 +21,15 @@ struct MonthLocale : SimpleLocale {
 
 struct ClMeTest : ::testing::Test, ComponentHost {
   MonthLocale month_locale;
-  Host dated{memory.host.component, memory.files, memory.registry, month_locale, memory.clock,
-             memory.boxes,          database,     provider,        sheets};
+  Host dated{memory.host.component,
+             memory.files,
+             memory.registry,
+             month_locale,
+             memory.clock,
+             memory.boxes,
+             database,
+             cube,
+             sheets};
   Publics publics;
   clMe component{dated, publics};
 

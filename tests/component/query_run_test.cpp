@@ -27,13 +27,6 @@ std::string AsLogged(const std::string& mdx) {
   return entry;
 }
 
-/// One row, one column: Q0.
-FakeAnswer OneCell(double value) {
-  const AxisMember column{"Q0", "Q0", "", ""};
-  const AxisMember row{"", "a\tb", "", ""};
-  return {{{{column}}, {{row}}}, {value}};
-}
-
 struct QueryRunTest : ::testing::Test, ComponentHost {
   QueryRunTest() {
     SetPeriod(1, 1, 3, true);
@@ -47,32 +40,21 @@ struct QueryRunTest : ::testing::Test, ComponentHost {
     return clMe(host, publics).RunQuery(data_source, periods, output);
   }
 
-  /// Answers by the pass: the first two queries after the probe's.
-  void Answer(FakeAnswer first, FakeAnswer second) {
-    cube.answer = [this, first, second](const std::string&) -> FakeAnswer {
-      if (cube.queries.size() == 1) return {{{}, {}}, {}};
-      return cube.queries.size() == 2 ? first : second;
-    };
-  }
-
-  /// The workbook appears at its path with the first pass, as from a program that writes it itself.
-  void WriteItself() {
-    cube.answer = [this, before = cube.answer](const std::string& mdx) {
-      if (cube.queries.size() == 3) memory.files.files["out.xlsX"] = "of the first query";
-      return before(mdx);
+  /// Query `number` fails; the probe's is the first.
+  void Refuse(std::size_t number, const Failure& failure) {
+    cube.on_query = [this, number, failure] {
+      if (cube.queries.size() == number) throw failure;
     };
   }
 
   /// Asks for a stop while the cube is opened (0), probed (1) or queried (2, 3); it goes on at
-  /// that.
+  /// that, and is asked nothing more.
   void StopDuring(std::size_t moment) {
     publics.stop = &stop;
-    AddOpeningBalance();
     if (moment == 0) cube.on_open = [this] { stop.Ask(); };
-    cube.answer = [this, moment](const std::string&) -> FakeAnswer {
+    cube.on_query = [this, moment] {
       EXPECT_LE(cube.queries.size(), moment);
       if (cube.queries.size() == moment) stop.Ask();
-      return cube.queries.size() == 1 ? FakeAnswer{{{}, {}}, {}} : OneCell(1);
     };
   }
 
@@ -102,17 +84,15 @@ struct QueryRunTest : ::testing::Test, ComponentHost {
 };
 
 TEST_F(QueryRunTest, WithoutOpeningBalancesOneQueryIsLoggedRunAndWritten) {
+  TakeOpeningBalancesAway();
   Money()["Measure3"] = "uNITS";
   for (const char* run : {"first", "second, which starts its lists afresh"}) {
     SCOPED_TRACE(run);
     cube.queries.clear();
-    cube.connection_calls.clear();
+    cube.calls.clear();
     sheets.record = {};
     std::string log_when_asked;
-    cube.answer = [&](const std::string&) -> FakeAnswer {
-      log_when_asked = LogOf("MdxQry");
-      return cube.queries.size() == 1 ? FakeAnswer{{{}, {}}, {}} : OneCell(5);
-    };
+    cube.on_query = [&] { log_when_asked = LogOf("MdxQry"); };
     ASSERT_EQ(Run(), 0);
     ASSERT_EQ(cube.queries.size(), 2u);
     EXPECT_THAT(log_when_asked, EndsWith(AsLogged(cube.queries[1])));
@@ -121,20 +101,18 @@ TEST_F(QueryRunTest, WithoutOpeningBalancesOneQueryIsLoggedRunAndWritten) {
     EXPECT_THAT(Logs(), ElementsAre("MdxQry.log"));
     EXPECT_THAT(LogOf("MdxQry"), StartsWith("\r\n\r\nWITH MEMBER [DATE].[Q0] AS \r\n'("));
     EXPECT_THAT(Opened(), ElementsAre("add"));
-    EXPECT_EQ(sheets.record.blocks[0].At(2, 12), Value(5.0));
     EXPECT_EQ(publics.last_run.workbook, "out.xlsX");
-    EXPECT_EQ(publics.last_run.rows, 1u);
-    EXPECT_THAT(publics.cube.CubeMeasures, ElementsAre(Value(), Value("Amount"), Value("Units")));
+    EXPECT_EQ(publics.last_run.rows, 3u);
+    EXPECT_THAT(publics.cube.CubeMeasures,
+                ElementsAre(Value(), Value("Amount"), Value("Units"), Value("Facts")));
     EXPECT_THAT(memory.boxes.boxes, IsEmpty());
-    EXPECT_THAT(cube.connection_calls,
+    EXPECT_THAT(cube.calls,
                 ElementsAre("connect DATA SOURCE=sales.cub;PROVIDER=MSOLAP;Initial Catalog=[QEL];",
                             "close"));
   }
 }
 
-TEST_F(QueryRunTest, TheOpeningBalancePassAppends) {
-  AddOpeningBalance();
-  Answer(OneCell(5), OneCell(6));
+TEST_F(QueryRunTest, TheOpeningBalancePassAppendsToTheWorkbookOfTheFirst) {
   ASSERT_EQ(Run(), 0);
   EXPECT_THAT(Logs(), ElementsAre("MdxQry0.log", "MdxQry1.log"));
   EXPECT_THAT(cube.queries[1],
@@ -143,59 +121,39 @@ TEST_F(QueryRunTest, TheOpeningBalancePassAppends) {
               AllOf(EndsWith("[Opening_Balance].[All].[0])"), Not(HasSubstr("[DATE].[m1]"))));
   EXPECT_THAT(Opened(), ElementsAre("add", "open out.xlsX"));
   EXPECT_EQ(std::count(sheets.record.lines.begin(), sheets.record.lines.end(), "commit"), 1);
-  EXPECT_EQ(sheets.record.blocks[0].rows, 2u);
-  EXPECT_EQ(sheets.record.blocks[25].rows, 1u);
-  EXPECT_EQ(sheets.record.blocks[25].At(1, 12), Value(6.0));
-  EXPECT_EQ(publics.last_run.rows, 2u);
-  EXPECT_EQ(publics.last_run.preview.rows.size(), 2u);
+  EXPECT_EQ(sheets.record.blocks[0].At(2, 13), Value(34.22));
+  EXPECT_EQ(sheets.record.blocks[25].At(1, 13), Value(9.57));
+  EXPECT_EQ(publics.last_run.rows, 3u);
+  EXPECT_EQ(publics.last_run.preview.rows.size(), 3u);
 
   sheets.record = {};
-  cube.queries.clear();
-  Answer({{{}, {}}, {}}, OneCell(6));
+  SetPeriod(1, 5, 7, true, 2009);
   ASSERT_EQ(Run(), 0);
   EXPECT_THAT(Opened(), ElementsAre("add")) << "the first pass left no workbook";
-  EXPECT_EQ(sheets.record.blocks[0].At(2, 12), Value(6.0));
 }
 
 TEST_F(QueryRunTest, AnyPeriodThatAsksForOpeningBalancesMeansASecondPass) {
-  AddOpeningBalance();
-  SetPeriod(1, 1, 3, false);
-  Answer(OneCell(5), {});
-  ASSERT_EQ(Run(), 0);
-  EXPECT_THAT(Logs(), ElementsAre("MdxQry1.log"));
-  EXPECT_EQ(cube.queries.size(), 2u);
-
-  SetPeriod(12, 4, 4, true);
-  cube.queries.clear();
-  Answer(OneCell(5), OneCell(6));
-  ASSERT_EQ(Run(), 0);
-  EXPECT_THAT(Logs(), ElementsAre("MdxQry0.log", "MdxQry1.log"));
-  EXPECT_EQ(cube.queries.size(), 3u);
+  for (const bool asked : {false, true}) {
+    SetPeriod(1, 1, 3, false);
+    SetPeriod(12, 4, 4, asked);
+    cube.queries.clear();
+    ASSERT_EQ(Run(), 0);
+    EXPECT_EQ(cube.queries.size(), asked ? 3u : 2u);
+    EXPECT_EQ(memory.files.files.contains("component\\MdxQry0.log"), asked);
+  }
 }
 
-TEST_F(QueryRunTest, PassesWithoutPeriodsAreLoggedAsSuch) {
+TEST_F(QueryRunTest, PassesWithoutPeriodsAreLoggedAsSuchAndWriteNothing) {
   database.tables["Periods"][0] = {{"SetName", "2010"}, {"includeOpenBalans3", true}};
-  EXPECT_EQ(Run(), 0);
-  EXPECT_EQ(LogOf("MdxQry"), "\r\n\r\nNo valid MDX\r\n");
-  EXPECT_EQ(publics.last_run.queries, 0U);
-  AddOpeningBalance();
   EXPECT_EQ(Run(), 0);
   EXPECT_EQ(LogOf("MdxQry1"), "\r\n\r\nNo valid MDX\r\n");
   EXPECT_EQ(LogOf("MdxQry0"), "\r\n\r\nNo valid MDX\r\n");
+  EXPECT_EQ(publics.last_run.queries, 0U);
+  SetPeriod(1, 4, 4);
+  EXPECT_EQ(Run(), 0);
+  EXPECT_EQ(publics.last_run.queries, 1U) << "which finds nothing";
   EXPECT_THAT(sheets.record.lines, IsEmpty());
-  EXPECT_FALSE(publics.settings.periods.Period(3).IncludeOpenBalance);
-}
-
-TEST_F(QueryRunTest, AnAxisWithoutPositionsWritesNoWorkbook) {
-  const FakeAnswer full = OneCell(1);
-  for (const FakeAnswer& answer : {FakeAnswer{{{}, full.axes[1]}, {}}, {{full.axes[0], {}}, {}}}) {
-    cube.queries.clear();
-    Answer(answer, {});
-    EXPECT_EQ(Run(), 0);
-    EXPECT_THAT(sheets.record.lines, IsEmpty());
-    EXPECT_EQ(publics.last_run.workbook, "");
-    EXPECT_EQ(publics.last_run.queries, 1U);
-  }
+  EXPECT_EQ(publics.last_run.workbook, "");
 }
 
 /// Codes of the system's own are narrower than the platform's numbers, and have a text.
@@ -223,7 +181,7 @@ TEST_F(QueryRunTest, EveryFailureHasItsAnswerAndItsReport) {
        "Datasource Definition: Sales  Not Found!!"},
       {"no connection", [](auto& t) { t.cube.on_open = [] { throw Failure(53, "no cube file"); }; },
        3333, "Function : OpenConnection\r\nModule : ModeConnectFunctions"},
-      {"no dates", [](auto& t) { t.cube.dimensions.pop_back(); }, 4444,
+      {"no dates", [](auto& t) { t.cube.Change("\"Date\"", "\"Dates\""); }, 4444,
        "Function : GetMaxDateAndOpBalance"},
       {"unknown measure of a money set without a period",
        [](auto& t) { t.Money()["Measure12"] = "Amounts"; }, 5555, nullptr},
@@ -235,41 +193,18 @@ TEST_F(QueryRunTest, EveryFailureHasItsAnswerAndItsReport) {
        5555, nullptr},
       {"only the list's empty element matches", [](auto& t) { t.Money()["Measure0"] = ""; }, 5555,
        nullptr},
-      {"query refused",
-       [](auto& t) {
-         t.cube.answer = [&t](const auto&) -> FakeAnswer {
-           if (t.cube.queries.size() > 1) throw Failure(-2147217900, "line 3, column 7");
-           return {{{}, {}}, {}};
-         };
-       },
+      {"query refused", [](auto& t) { t.Refuse(2, Failure(-2147217900, "line 3, column 7")); },
        -2147217900, "line 3, column 7\r\n\r\nFunction : CubtoXls"},
-      {"second query refused",
-       [](auto& t) {
-         t.AddOpeningBalance();
-         t.cube.answer = [&t](const auto&) -> FakeAnswer {
-           if (t.cube.queries.size() == 1) return {{{}, {}}, {}};
-           if (t.cube.queries.size() == 2) return OneCell(1);
-           throw Failure(7, "out of memory");
-         };
-       },
-       7, "Function : CubtoXls"},
+      {"second query refused", [](auto& t) { t.Refuse(3, Failure(7, "out of memory")); }, 7,
+       "Function : CubtoXls"},
       {"stopped while the cube is opened", [](auto& t) { t.StopDuring(0); }, kQueryCancelled,
        nullptr},
       {"stopped in the probe", [](auto& t) { t.StopDuring(1); }, kQueryCancelled, nullptr},
       {"stopped in a query", [](auto& t) { t.StopDuring(2); }, kQueryCancelled, nullptr},
       {"stopped in the second query", [](auto& t) { t.StopDuring(3); }, kQueryCancelled, nullptr},
-      {"three axes",
-       [](auto& t) {
-         t.Answer({{{{}}, {{}}, {}}, {}}, {});
-       },
-       445, "Function : CubtoXls"},
-      {"workbook refused",
-       [](auto& t) {
-         t.Answer(OneCell(1), {});
-         t.sheets.record.failing = "save out.xlsX 51";
-       },
-       1004, "Function : CubtoXls"},
-      {"log refused", [](auto& t) { t.memory.files.refused.insert("component\\MdxQry.log"); }, 75,
+      {"workbook refused", [](auto& t) { t.sheets.record.failing = "save out.xlsX 51"; }, 1004,
+       "Function : CubtoXls"},
+      {"log refused", [](auto& t) { t.memory.files.refused.insert("component\\MdxQry1.log"); }, 75,
        "Function : CubtoXls"},
   };
   struct Case : QueryRunTest {
@@ -296,21 +231,23 @@ TEST_F(QueryRunTest, EveryFailureHasItsAnswerAndItsReport) {
 }
 
 TEST_F(QueryRunTest, WhatAFailedRunCouldNotTakeBackIsInItsReport) {
-  StopDuring(3);
-  WriteItself();
+  publics.stop = &stop;
+  cube.on_query = [this] {  // a program that writes the workbook itself has done so by now
+    if (cube.queries.size() != 3) return;
+    memory.files.files["out.xlsX"] = "of the first query";
+    stop.Ask();
+  };
   EXPECT_EQ(Run(), kQueryCancelled);
   EXPECT_EQ(publics.last_run.workbook, "out.xlsX");
   EXPECT_FALSE(publics.last_run.whole);
 }
 
 TEST_F(QueryRunTest, AWholeWorkbookStaysWhenTheCubeCannotBeClosed) {
-  AddOpeningBalance();
-  Answer(OneCell(5), OneCell(6));
   cube.on_close = [] { throw Failure(-2147467259, "the line is dead"); };
   EXPECT_EQ(Run(), -2147467259);
   EXPECT_EQ(publics.last_run.workbook, "out.xlsX");
   EXPECT_TRUE(publics.last_run.whole);
-  EXPECT_EQ(publics.last_run.rows, 2U);
+  EXPECT_EQ(publics.last_run.rows, 3U);
   EXPECT_THAT(memory.boxes.boxes.back().text, HasSubstr("the line is dead"));
 }
 
@@ -320,7 +257,7 @@ TEST_F(QueryRunTest, AWorkbookInTheWayIsToldBeforeAnythingElse) {
   publics.status.LastError = "of a run before";
   EXPECT_EQ(Run(), 75);
   EXPECT_EQ(publics.status.LastError, "");
-  EXPECT_THAT(cube.connection_calls, IsEmpty());
+  EXPECT_THAT(cube.calls, IsEmpty());
   EXPECT_EQ(memory.files.files["out.xlsX"], "old");
 }
 
@@ -332,9 +269,10 @@ struct TickingClock : FixedClock {
 
 TEST_F(QueryRunTest, StepsAreTimedAlsoWhenTheClockWraps) {
   TickingClock clock;
-  const Host timed{host.component, memory.files, memory.registry, memory.locale, clock,
-                   memory.boxes,   database,     provider,        sheets};
-  Answer(OneCell(5), {});
+  const Host timed{host.component, memory.files, memory.registry,
+                   memory.locale,  clock,        memory.boxes,
+                   database,       cube,         sheets};
+  TakeOpeningBalancesAway();
   ASSERT_EQ(CubtoXls(timed, publics, "Sales", "2010", "out"), 0);
   const RunReport& report = publics.last_run;
   for (const uint32_t step : {report.settings, report.cube, report.mdx, report.grid}) {

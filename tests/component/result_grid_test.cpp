@@ -6,6 +6,7 @@
 #include <limits>
 
 #include "tests/support/component_host.h"
+#include "tests/support/fake_cube.h"
 
 namespace vok::test {
 namespace {

@@ -2,7 +2,9 @@
 
 #include <gmock/gmock.h>
 
-#include "tests/support/fake_cube.h"
+#include "cube/date_list.h"
+#include "tests/support/cubes/watched_cube.h"
+#include "tests/support/failures.h"
 #include "tests/support/memory_host.h"
 
 namespace vok::test {
@@ -11,84 +13,100 @@ namespace {
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 
-FakeLevel Numbered(const std::string& name, int count) {
-  FakeLevel level{name, {}};
-  for (int n = 0; n < count; ++n) level.members.push_back({std::to_string(n)});
-  return level;
-}
-
-/// All, 2009 and 2010, a half-year each, two months each.
-FakeDimension MonthDates() {
-  return {
-      "Date",
-      {{"All dates", {{"All"}}, true},
-       {"Year", {{"2009", 0}, {"2010", 0}}},
-       {"Half", {{"H2", 0}, {"H1", 1}}},
-       {"Month",
-        {{"11", 0, "[d].[11]"}, {"12", 0, "[d].[12]"}, {"1", 1, "[d].[1]"}, {"2", 1, "[d].[2]"}}}}};
-}
-
-FakeDimension DayDates() {
-  FakeDimension dates = MonthDates();
-  dates.levels.push_back(
-      {"Day", {{"30", 0, "[d].[30]"}, {"31", 1, "[d].[31]"}, {"28", 3, "[d].[28]"}}});
-  return dates;
-}
-
-FakeDimension Measures() { return {"Measures", {{"MeasuresLevel", {{"Amount"}, {"Units"}}}}}; }
-
 struct ProbeTest : ::testing::Test {
   ProbeTest() {
-    cube.dimensions = {Measures(), MonthDates()};
-    cube.answer = [](const std::string&) {
-      return FakeAnswer{{{}, {{{"File 1", "", "", ""}}, {{"File 2", "", "", ""}}}}, {}};
-    };
     setting.CubeName = "QEL";
     setting.OBS = "Ledger1";
   }
 
   int32_t Probe() {
-    const auto connection = provider.Connect("", nullptr);
+    const auto connection = cube.Connect("", nullptr);
     return GetMaxDateAndOpBalance(host, *connection, setting, state);
   }
 
-  FakeCube cube;
-  FakeCubeProvider provider{cube};
+  WatchedCube cube;
   MemoryHost memory;
   Host host{memory.host.component, memory.files, memory.registry,
             memory.locale,         memory.clock, memory.boxes,
-            memory.no_database,    provider,     memory.no_spreadsheet};
+            memory.no_database,    cube,         memory.no_spreadsheet};
   DataSourceSetting setting;
   CubeState state;
 };
 
+constexpr char kMonths[] =
+    R"(<Level name="Month" column="m" type="Integer" levelType="TimeMonths"/>)";
+
+/// The dates that begin and end the ledger, told by the month, or by the 28th of each.
 TEST_F(ProbeTest, DatesAreReadByMonthOrByDay) {
-  const Date nov30 = Date::FromCivil(2009, 11, 30), dec31 = Date::FromCivil(2009, 12, 31),
-             feb28 = Date::FromCivil(2010, 2, 28);
-  FakeDimension nameless = DayDates();
-  nameless.levels[3].members[0].name = nameless.levels[4].members[0].name = "";
-  const struct {
-    const char* name;
-    FakeDimension dimension;
-    std::vector<Date> dates;
-    std::vector<std::string> members;
-  } cases[] = {
-      {"by month",
-       MonthDates(),
-       {Date::FromCivil(2009, 11, 1), Date::FromCivil(2009, 12, 1), Date::FromCivil(2010, 1, 1),
-        Date::FromCivil(2010, 2, 1)},
-       {"[d].[11]", "[d].[12]", "[d].[1]", "[d].[2]"}},
-      {"by day", DayDates(), {nov30, dec31, feb28}, {"[d].[30]", "[d].[31]", "[d].[28]"}},
-      {"a first day whose month has no name", nameless, {dec31, feb28}, {"[d].[31]", "[d].[28]"}},
-  };
-  for (const auto& [name, dimension, dates, members] : cases) {
-    cube.dimensions[1] = dimension;
-    ASSERT_EQ(Probe(), 0) << name;
-    EXPECT_EQ(state.CubeDates, dates) << name;
-    EXPECT_EQ(state.FirstDate, dates.front()) << name;
-    EXPECT_EQ(state.LastDate, dates.back()) << name;
-    EXPECT_EQ(state.CubeDateMembers, members) << name;
+  for (const bool by_day : {false, true}) {
+    WatchedCube dates;
+    if (by_day) {
+      dates.Change(kMonths, std::string(kMonths) + R"(<Level name="Day" column="28"/>)");
+      dates.Change("\n", ",28\n", "dim_date");  // the column is called as each of its days
+    }
+    const auto connection = dates.Connect("", nullptr);
+    ASSERT_EQ(GetMaxDateAndOpBalance(host, *connection, setting, state), 0);
+    const int day = by_day ? 28 : 1;
+    EXPECT_EQ(state.FirstDate, Date::FromCivil(2009, 1, day));
+    EXPECT_EQ(state.LastDate, Date::FromCivil(2010, 6, day));
+    EXPECT_EQ(state.CubeDates.size(), 18u);
+    EXPECT_EQ(state.CubeDates[13], Date::FromCivil(2010, 2, day));
+    EXPECT_EQ(state.CubeDateMembers[13],
+              by_day ? "[Date].[2010].[1].[2].[28]" : "[Date].[2010].[1].[2]");
   }
+}
+
+/// The names of a server's date members by level, each below the one above it; "-" is not there.
+using DateNamesByLevel = std::vector<std::vector<std::string>>;
+
+struct ServedMember : CubeMember {
+  ServedMember(const DateNamesByLevel& all, std::size_t l, std::size_t i)
+      : names(all), level(l), index(i) {}
+  std::string Name() const override { return names[level][index]; }
+  std::string Caption() const override { return Name(); }
+  std::string UniqueName() const override { return "[" + Name() + "]"; }
+  std::unique_ptr<CubeMember> Parent() const override {
+    if (names[level - 1][index] == "-") return nullptr;
+    return std::make_unique<ServedMember>(names, level - 1, index);
+  }
+  const DateNamesByLevel& names;
+  std::size_t level, index;
+};
+
+struct ServedLevel : CubeLevel {
+  ServedLevel(const DateNamesByLevel& all, std::size_t l) : names(all), level(l) {}
+  std::string Name() const override { return "Level " + std::to_string(level); }
+  std::string UniqueName() const override { return Name(); }
+  bool IsAll() const override { return level == 0; }
+  std::size_t MemberCount() const override { return names[level].size(); }
+  std::unique_ptr<CubeMember> MemberAt(std::size_t index) const override {
+    return std::make_unique<ServedMember>(names, level, index);
+  }
+  const DateNamesByLevel& names;
+  std::size_t level;
+};
+
+struct ServedDates : CubeHierarchy {
+  explicit ServedDates(DateNamesByLevel all) : names(std::move(all)) {}
+  std::string Name() const override { return "Date"; }
+  std::string UniqueName() const override { return "[Date]"; }
+  std::size_t LevelCount() const override { return names.size(); }
+  std::unique_ptr<CubeLevel> LevelAt(std::size_t index) const override {
+    return std::make_unique<ServedLevel>(names, index);
+  }
+  DateNamesByLevel names;
+};
+
+TEST_F(ProbeTest, DatesOfAServerMayLackNamesAndMembers) {
+  const ServedDates nameless({{"All"}, {"2009", "2010"}, {"H2", "H1"}, {"", "2"}, {"", "28"}});
+  ReadDateRange(memory.locale, nameless, state);
+  ReadDateMembers(memory.locale, nameless, state);
+  EXPECT_THAT(state.CubeDates, ElementsAre(Date::FromCivil(2010, 2, 28)));
+  EXPECT_THAT(state.CubeDateMembers, ElementsAre("[28]"));
+  const ServedDates empty({{"All"}, {"2009"}, {"H1"}, {}});
+  EXPECT_EQ(NumberOf([&] { ReadDateRange(memory.locale, empty, state); }), 3265);
+  const ServedDates orphan({{"All"}, {"2009"}, {"-"}, {"12"}});
+  EXPECT_EQ(NumberOf([&] { ReadDateMembers(memory.locale, orphan, state); }), 91);
 }
 
 TEST_F(ProbeTest, AppendsTheMeasuresToTheListAndReplacesTheRest) {
@@ -97,37 +115,28 @@ TEST_F(ProbeTest, AppendsTheMeasuresToTheListAndReplacesTheRest) {
       "ROWS  FROM  [QEL]";
   for (int time = 0; time < 2; ++time) ASSERT_EQ(Probe(), 0);
   EXPECT_THAT(cube.queries, ElementsAre(query, query));
-  EXPECT_THAT(state.CubeMeasures, ElementsAre(Value(), Value("Amount"), Value("Units"),
-                                              Value("Amount"), Value("Units")));
-  EXPECT_EQ(state.CubeDates.size(), 4u);
-  EXPECT_THAT(state.ObsChildren, ElementsAre("File 1", "File 2"));
+  EXPECT_EQ(state.CubeMeasures,
+            (Value::Array{Value(), "Amount", "Units", "Facts", "Amount", "Units", "Facts"}));
+  EXPECT_EQ(state.CubeDates.size(), 18u);
+  EXPECT_THAT(state.ObsChildren, ElementsAre("File2"));
 }
 
 TEST_F(ProbeTest, FlagsComeFromCountsAndAreClearedForCubesWithoutTheDimensions) {
   const struct {
-    const char* name;
-    std::vector<FakeDimension> more;
+    const char *name, *from, *to;
     bool opening_balance, actx;
   } cases[] = {
-      {"neither dimension", {}, false, false},
-      {"two members on the last level, two levels",
-       {{"Opening_Balance", {Numbered("(All)", 1), Numbered("Key", 2)}},
-        {"actx", {Numbered("(All)", 1), Numbered("File", 2)}}},
-       true,
-       false},
-      {"one member on the last level, three levels",
-       {{"Opening_Balance", {Numbered("x", 2), Numbered("Key", 1)}},
-        {"actx", {Numbered("(All)", 1), Numbered("Ledger", 1), Numbered("File", 2)}}},
-       false,
-       true},
-      {"no levels", {{"Opening_Balance", {}}, {"actx", {}}}, false, false},
+      {"both", "QEL", "QEL", true, true},
+      {"no opening balances", "\"Opening_Balance\" foreign", "\"Opening\" foreign", false, true},
+      {"no level of files", R"(<Level name="File" column="file"/>)", "", true, false},
   };
   for (const auto& c : cases) {
+    WatchedCube other;
+    other.Change(c.from, c.to);
     state.HasOpeningBalance = !c.opening_balance;
     state.HasActX = !c.actx;
-    cube.dimensions = {Measures(), MonthDates()};
-    cube.dimensions.insert(cube.dimensions.end(), c.more.begin(), c.more.end());
-    ASSERT_EQ(Probe(), 0) << c.name;
+    const auto connection = other.Connect("", nullptr);
+    ASSERT_EQ(GetMaxDateAndOpBalance(host, *connection, setting, state), 0) << c.name;
     EXPECT_EQ(state.HasOpeningBalance, c.opening_balance) << c.name;
     EXPECT_EQ(state.HasActX, c.actx) << c.name;
   }
@@ -135,39 +144,24 @@ TEST_F(ProbeTest, FlagsComeFromCountsAndAreClearedForCubesWithoutTheDimensions) 
 
 TEST_F(ProbeTest, FailuresAreReportedAndTheirNumberReturned) {
   const struct {
-    const char* name;
-    std::function<void(FakeCube&)> spoil;
+    std::function<void(WatchedCube&)> spoil;
     int32_t number;
     const char* text;
   } cases[] = {
-      {"no dates", [](FakeCube& c) { c.dimensions.pop_back(); }, 3265, "dimension \"Date\""},
-      {"too few levels", [](FakeCube& c) { c.dimensions[1].levels.pop_back(); }, 3265, "3 levels"},
-      {"no members", [](FakeCube& c) { c.dimensions[1].levels[3].members.clear(); }, 3265, "Month"},
-      {"no parent", [](FakeCube& c) { c.dimensions[1].levels[3].members[1].parent = -1; }, 91,
-       "[d].[12]"},
-      {"months sorted by their names",
-       [](FakeCube& c) {
-         c.dimensions[1].levels[3].members[0].name = "12";
-         c.dimensions[1].levels[3].members[1].name = "11";
-       },
-       5, "[d].[12] stands after [d].[11]"},
-      {"month 13", [](FakeCube& c) { c.dimensions[1].levels[3].members[1].name = "13"; }, 13,
-       "\"13/2009\""},
-      {"no measures", [](FakeCube& c) { c.dimensions.erase(c.dimensions.begin()); }, 3265,
-       "Measures"},
-      {"query refused",
-       [](FakeCube& c) {
-         c.answer = [](const auto&) -> FakeAnswer { throw Failure(-2147217900, "no"); };
-       },
-       -2147217900, "no"},
+      {[](auto& c) { c.Change("\"Date\"", "\"Dates\""); }, 3265, "dimension \"Date\""},
+      {[](auto& c) { c.Change(kMonths, ""); }, 3265, "3 levels"},
+      {[](auto& c) { c.Change("2010,1,1", "2010,1,13", "dim_date"); }, 13, "\"13/2010\""},
+      {[](auto& c) { c.on_query = [] { throw Failure(-2147217900, "no"); }; }, -2147217900, "no"},
   };
   for (const auto& c : cases) {
-    cube.dimensions = {Measures(), MonthDates()};
+    SCOPED_TRACE(c.text);
+    WatchedCube spoilt;
+    c.spoil(spoilt);
     memory.boxes.boxes.clear();
-    c.spoil(cube);
-    EXPECT_EQ(Probe(), c.number) << c.name;
-    ASSERT_EQ(memory.boxes.boxes.size(), 1u) << c.name;
-    EXPECT_THAT(memory.boxes.boxes[0].text, HasSubstr(c.text)) << c.name;
+    const auto connection = spoilt.Connect("", nullptr);
+    EXPECT_EQ(GetMaxDateAndOpBalance(host, *connection, setting, state), c.number);
+    ASSERT_EQ(memory.boxes.boxes.size(), 1u);
+    EXPECT_THAT(memory.boxes.boxes[0].text, HasSubstr(c.text));
     EXPECT_THAT(memory.boxes.boxes[0].text,
                 HasSubstr("Function : GetMaxDateAndOpBalance\r\nModule : ModeConnectFunctions"));
   }
