@@ -2,10 +2,23 @@
 #pragma once
 
 #include <iosfwd>
+#include <string>
+#include <vector>
 
 #include "platform/cube.h"
 
 namespace vok::cli {
+
+/// The headers of one hierarchy of an axis. A caption that several members of the column share gets
+/// the names above it, "2009 / 1", and where even that is shared the member's own name after it,
+/// "Smith (17)".
+struct HeaderColumn {
+  std::string hierarchy;           ///< "ActX.xlFile"; "" where no position tells it
+  std::vector<std::string> texts;  ///< by position
+};
+
+/// One column per member of a position.
+std::vector<HeaderColumn> AxisHeaders(const Cellset& cellset, std::size_t axis);
 
 /// Rows are the positions of every axis but the first, the second axis running fastest; columns are
 /// the first axis. The line above the rows names their hierarchies. Values stand in their formats,

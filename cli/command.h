@@ -1,5 +1,5 @@
-// What the subcommands share. Each subcommand stands in a file of its own, which adds it to the
-// program and carries it out.
+// What the subcommands share: the component, options, output. Each subcommand stands in a file of
+// its own, which adds it to the program and carries it out.
 #pragma once
 
 #include <CLI/CLI.hpp>
@@ -13,6 +13,20 @@
 #include "hosts/composition/system_host.h"
 
 namespace vok::cli {
+
+/// The options `--max-cells`, `--memory` and `--timeout` of a command.
+class LimitOptions {
+ public:
+  /// The object outlives the command.
+  void AddTo(CLI::App& command);
+  /// For the end of a connection text, such as "Max Memory=100;"; "" when none is given.
+  std::string ConnectionText() const;
+
+ private:
+  std::string max_cells_;
+  std::string memory_;
+  std::string timeout_;
+};
 
 /// The component, set up for one command.
 class Session {
@@ -62,12 +76,13 @@ void AddSetsCommand(CLI::App& app, const CommonOptions& common);
 void AddInfoCommand(CLI::App& app, const CommonOptions& common);
 void AddSettingsCommand(CLI::App& app, const CommonOptions& common);
 void AddPeriodsCommand(CLI::App& app, const CommonOptions& common);
-void AddCubeCommand(CLI::App& app, const CommonOptions& common);
 void AddLanguageCommand(CLI::App& app, const CommonOptions& common);
 void AddMdxCommand(CLI::App& app, const CommonOptions& common);
 void AddWindowCommand(CLI::App& app, const CommonOptions& common);
 
 /// Likewise below the subcommand `cube`.
+void AddCubeBuild(CLI::App& cube, const CommonOptions& common);
+void AddCubeInfo(CLI::App& cube, const CommonOptions& common);
 void AddCubeLists(CLI::App& cube, const CommonOptions& common);
 
 }  // namespace vok::cli

@@ -3,7 +3,7 @@
 #include <memory>
 
 #include "cli/command.h"
-#include "cli/json_text.h"
+#include "cli/print.h"
 #include "cube/discovery.h"
 #include "platform/failure.h"
 #include "platform/shown_text.h"

@@ -3,10 +3,9 @@
 #include <memory>
 
 #include "cli/command.h"
-#include "cli/json_text.h"
 #include "cli/print.h"
 #include "platform/failure.h"
-#include "settings/reader.h"
+#include "settings/set_lists.h"
 
 namespace vok::cli {
 namespace {

@@ -97,6 +97,15 @@ int ParseAndRun(CLI::App& app, std::vector<std::string> arguments) {
   return status;
 }
 
+void AddCubeCommand(CLI::App& app, const CommonOptions& common) {
+  auto* command = app.add_subcommand("cube", "Build a cube file, or look into one");
+  command->require_subcommand(1);
+  command->fallthrough();
+  AddCubeBuild(*command, common);
+  AddCubeInfo(*command, common);
+  AddCubeLists(*command, common);
+}
+
 int Main(std::vector<std::string> arguments) {
   CLI::App app("Runs saved cube queries and leaves Excel workbooks.", "vokcube");
   CommonOptions common;

@@ -6,7 +6,6 @@
 
 #include "cli/cellset_print.h"
 #include "cli/command.h"
-#include "cli/limit_options.h"
 #include "cli/stop_on_interrupt.h"
 
 namespace vok::cli {

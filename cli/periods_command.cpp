@@ -8,11 +8,11 @@
 #include "cli/print.h"
 #include "platform/failure.h"
 #include "platform/shown_text.h"
-#include "settings/all_sets.h"
 #include "settings/linear_dates.h"
 #include "settings/period_names.h"
-#include "settings/set_names.h"
-#include "settings/writer.h"
+#include "settings/set_lists.h"
+#include "settings/set_writer.h"
+#include "settings/settings_database.h"
 
 namespace vok::cli {
 namespace {

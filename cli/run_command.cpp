@@ -4,8 +4,6 @@
 #include <memory>
 
 #include "cli/command.h"
-#include "cli/json_text.h"
-#include "cli/limit_options.h"
 #include "cli/print.h"
 #include "cli/stop_on_interrupt.h"
 #include "component/workbook_writer.h"

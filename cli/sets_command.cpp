@@ -3,7 +3,7 @@
 #include <memory>
 
 #include "cli/command.h"
-#include "cli/json_text.h"
+#include "cli/print.h"
 
 namespace vok::cli {
 namespace {

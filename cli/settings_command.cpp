@@ -9,14 +9,13 @@
 #include "cli/command.h"
 #include "cli/settings_document.h"
 #include "env/environment.h"
-#include "platform/database_file.h"
+#include "platform/database.h"
 #include "platform/failure.h"
 #include "platform/shown_text.h"
-#include "settings/all_sets.h"
 #include "settings/exact_sets.h"
 #include "settings/left_out.h"
-#include "settings/set_names.h"
-#include "settings/store.h"
+#include "settings/set_lists.h"
+#include "settings/settings_database.h"
 
 namespace vok::cli {
 namespace {

@@ -6,7 +6,6 @@
 #include <set>
 #include <utility>
 
-#include "cli/json_text.h"
 #include "cli/print.h"
 #include "platform/failure.h"
 #include "platform/text.h"

@@ -4,9 +4,9 @@
 
 #include "component/query_run.h"
 #include "platform/failure.h"
-#include "settings/reader.h"
-#include "settings/schema.h"
-#include "settings/store.h"
+#include "settings/set_lists.h"
+#include "settings/settings_database.h"
+#include "settings/settings_tables.h"
 
 namespace vok {
 namespace {

@@ -13,7 +13,7 @@
 #include "platform/locale.h"
 #include "reports/error_report.h"
 #include "reports/query_log.h"
-#include "settings/reader.h"
+#include "settings/set_reader.h"
 
 namespace vok {
 namespace {
@@ -143,6 +143,18 @@ class QueryRun {
   std::unique_ptr<Cellset> cellset_;  // of the last pass; goes before its connection
 };
 
+CellBlock BuildReported(const Host& host, Publics& publics, const Cellset& cellset, bool append) {
+  const StepTimer timer(host.clock, publics.last_run.grid);
+  try {
+    return BuildResultGrid(cellset, publics.cube.QueryPeriods, append);
+  } catch (...) {
+    const Failure failure = CurrentFailure();
+    ShowErrorReport(host, failure,
+                    {.FunctionName = "DisplayCellsetOmvinExcel", .ModuleName = "ModXls"});
+    throw failure;
+  }
+}
+
 bool IsThere(const Files& files, const std::string& path) {
   try {
     return files.Exists(path);
@@ -176,6 +188,19 @@ int32_t CubtoXls(const Host& host, Publics& publics, const std::string& CubeSetN
     ClearError(publics.status);
     return failure.number();
   }
+}
+
+void DisplayCellsetOmvinExcel(const Host& host, Publics& publics, const Cellset& cellset,
+                              const RunOutput& output, bool append) {
+  const CellBlock grid = BuildReported(host, publics, cellset, append);
+  if (publics.stop != nullptr) publics.stop->Check();
+  const StepTimer timer(host.clock, publics.last_run.writing);
+  const PeriodSet& periods = publics.settings.periods;
+  Arrtoxls(host, grid, output, append, periods);
+  RunReport& report = publics.last_run;
+  report.workbook = output.path;
+  report.rows += append ? grid.rows : grid.rows - kLabelRows;
+  AddToPreview(grid, append, publics.cube.QueryPeriods, periods, report.preview);
 }
 
 }  // namespace vok

@@ -5,6 +5,8 @@
 #include <string>
 
 #include "component/publics.h"
+#include "component/workbook_writer.h"
+#include "platform/cube.h"
 #include "platform/host.h"
 
 namespace vok {
@@ -18,5 +20,10 @@ namespace vok {
 /// The settings, the cube's state and the run's report stay in `publics`.
 int32_t CubtoXls(const Host& host, Publics& publics, const std::string& CubeSetName,
                  const std::string& PeriodsName, const std::string& OutputPath);
+
+/// Builds the grid of the run's query and writes it to the run's workbook, as `Arrtoxls` does,
+/// unless the run is to stop by then. A failure is reported and thrown on.
+void DisplayCellsetOmvinExcel(const Host& host, Publics& publics, const Cellset& cellset,
+                              const RunOutput& output, bool append);
 
 }  // namespace vok

@@ -6,9 +6,7 @@
 #include <cmath>
 #include <string_view>
 
-#include "component/step_timer.h"
 #include "platform/failure.h"
-#include "reports/error_report.h"
 
 namespace vok {
 namespace {
@@ -110,18 +108,6 @@ class RowWriter {
   CellBlock& grid_;
 };
 
-CellBlock BuildReported(const Host& host, Publics& publics, const Cellset& cellset, bool append) {
-  const StepTimer timer(host.clock, publics.last_run.grid);
-  try {
-    return BuildResultGrid(cellset, publics.cube.QueryPeriods, append);
-  } catch (...) {
-    const Failure failure = CurrentFailure();
-    ShowErrorReport(host, failure,
-                    {.FunctionName = "DisplayCellsetOmvinExcel", .ModuleName = "ModXls"});
-    throw failure;
-  }
-}
-
 }  // namespace
 
 Value SheetValue(CellState state, double number) {
@@ -143,19 +129,6 @@ CellBlock BuildResultGrid(const Cellset& cellset, const std::vector<QueryPeriod>
                  QuantityColumn(HighestPeriod(periods)) + cellset.MembersPerPosition(kRows));
   RowWriter(cellset, column_map, grid).Write(rows, label_rows + 1);
   return grid;
-}
-
-void DisplayCellsetOmvinExcel(const Host& host, Publics& publics, const Cellset& cellset,
-                              const RunOutput& output, bool append) {
-  const CellBlock grid = BuildReported(host, publics, cellset, append);
-  if (publics.stop != nullptr) publics.stop->Check();
-  const StepTimer timer(host.clock, publics.last_run.writing);
-  const PeriodSet& periods = publics.settings.periods;
-  Arrtoxls(host, grid, output, append, periods);
-  RunReport& report = publics.last_run;
-  report.workbook = output.path;
-  report.rows += append ? grid.rows : grid.rows - kLabelRows;
-  AddToPreview(grid, append, publics.cube.QueryPeriods, periods, report.preview);
 }
 
 }  // namespace vok

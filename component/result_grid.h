@@ -4,14 +4,12 @@
 // its member; period k has its quantity in column 2k + 10 and its money in column 2k + 11.
 #pragma once
 
-#include <string>
+#include <cstddef>
+#include <cstdint>
 #include <vector>
 
-#include "component/publics.h"
-#include "component/workbook_writer.h"
 #include "cube/cube_state.h"
 #include "platform/cube.h"
-#include "platform/host.h"
 #include "platform/spreadsheet.h"
 
 namespace vok {
@@ -32,10 +30,5 @@ CellBlock BuildResultGrid(const Cellset& cellset, const std::vector<QueryPeriod>
 
 /// A cell's value for the sheet: a double when it is a finite number other than zero, else "".
 Value SheetValue(CellState state, double number);
-
-/// Builds the grid of the run's query and writes it to the run's workbook, as `Arrtoxls` does,
-/// unless the run is to stop by then. A failure is reported and thrown on.
-void DisplayCellsetOmvinExcel(const Host& host, Publics& publics, const Cellset& cellset,
-                              const RunOutput& output, bool append);
 
 }  // namespace vok

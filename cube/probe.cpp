@@ -3,7 +3,7 @@
 #include <string>
 
 #include "cube/date_list.h"
-#include "cube/structure.h"
+#include "cube/discovery.h"
 #include "platform/failure.h"
 #include "reports/error_report.h"
 

@@ -1,4 +1,5 @@
-// The days that dates can be, wherever they come from: 1 January 100 to 31 December 9999.
+// The days that dates can be, wherever they come from, 1 January 100 to 31 December 9999, and the
+// clock that tells today's.
 #pragma once
 
 #include <cstdint>
@@ -17,5 +18,14 @@ bool IsInCalendar(Date date);
 
 /// Nothing for a day that no calendar has, such as 31 April, and for other years.
 std::optional<Date> CalendarDay(int year, int month, int day);
+
+class Clock {
+ public:
+  virtual ~Clock() = default;
+  /// The system's millisecond clock; it wraps.
+  virtual uint32_t Milliseconds() const = 0;
+  /// Local date and time.
+  virtual Date Now() const = 0;
+};
 
 }  // namespace vok

@@ -1,10 +1,81 @@
 #include "platform/connection_text.h"
 
+#include <algorithm>
 #include <charconv>
 #include <utility>
 
-#include "platform/connection_parts.h"
+#include "platform/failure.h"
+#include "platform/shown_text.h"
 #include "platform/text.h"
+
+namespace vok {
+namespace {
+
+class PartReader {
+ public:
+  explicit PartReader(std::string_view text) : text_(text) {}
+
+  ConnectionParts Read() {
+    ConnectionParts parts;
+    while (at_ < text_.size()) {
+      const std::size_t end = std::min(text_.find_first_of("=;", at_), text_.size());
+      const std::string keyword(TrimBlanks(text_.substr(at_, end - at_)));
+      at_ = end + 1;
+      if (end < text_.size() && text_[end] == '=') {
+        if (keyword.empty()) ThrowBadConnectionText(text_, "a value stands without its keyword");
+        parts.emplace_back(LowerAscii(keyword), ReadValue());
+      } else if (!keyword.empty()) {
+        // A password with a ";" in it ends at its "@".
+        ThrowBadConnectionText(text_, "\"" + keyword.substr(keyword.rfind('@') + 1) +
+                                          "\" has no value. A \";\" ends a part: rename a file or "
+                                          "folder that has one in its name");
+      }
+    }
+    return parts;
+  }
+
+ private:
+  std::string ReadValue() {
+    at_ = std::min(text_.find_first_not_of(' ', at_), text_.size());
+    if (at_ < text_.size() && (text_[at_] == '"' || text_[at_] == '\'')) return ReadQuoted();
+    return std::string(RestOfPart());
+  }
+
+  std::string ReadQuoted() {
+    const char quote = text_[at_++];
+    std::string value;
+    for (;; ++at_) {
+      if (at_ >= text_.size()) ThrowBadConnectionText(text_, "a quote is not closed");
+      if (text_[at_] == quote && (++at_ >= text_.size() || text_[at_] != quote)) break;
+      value += text_[at_];
+    }
+    if (!RestOfPart().empty()) {
+      ThrowBadConnectionText(text_, "more text follows a closing quote");
+    }
+    return value;
+  }
+
+  std::string_view RestOfPart() {
+    const std::size_t end = std::min(text_.find(';', at_), text_.size());
+    const std::string_view rest = TrimBlanks(text_.substr(at_, end - at_));
+    at_ = end + 1;
+    return rest;
+  }
+
+  std::string_view text_;
+  std::size_t at_ = 0;
+};
+
+}  // namespace
+
+ConnectionParts SplitConnectionText(std::string_view text) { return PartReader(text).Read(); }
+
+void ThrowBadConnectionText(std::string_view text, const std::string& why) {
+  throw Failure(failure_number::kUnspecified,
+                "The connection text \"" + WithoutUsers(text) + "\" is not understood: " + why);
+}
+
+}  // namespace vok
 
 namespace vok::cube_text {
 namespace {

@@ -8,6 +8,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -71,6 +72,11 @@ class CubeDef {
   virtual std::unique_ptr<CubeDimension> DimensionAt(std::size_t index) const = 0;
   /// nullptr when the cube has no dimension of this name.
   virtual std::unique_ptr<CubeDimension> FindDimension(const std::string& name) const = 0;
+  /// How many facts it was built from; nothing where the provider does not tell.
+  virtual std::optional<uint64_t> FactCount() const { return std::nullopt; }
+  /// Unique names of the members that the cube computes, of all dimensions; none where the provider
+  /// does not tell.
+  virtual std::vector<std::string> CalculatedMembers() const { return {}; }
 };
 
 /// The cubes of one catalog.
@@ -141,10 +147,22 @@ class CubeProvider {
  public:
   virtual ~CubeProvider() = default;
   /// Connects with the text of a connection. `stop` ends the connecting and each query that follows
-  /// with failure `kQueryCancelled`; nullptr: nothing does. It outlives the connection and what
-  /// that gives out. A provider that cannot stop a query passes over it.
+  /// with failure `kQueryCancelled`; nullptr: nothing does. It outlives the connection; answers may
+  /// outlive it. A provider that cannot stop a query passes over it.
   virtual std::unique_ptr<CubeConnection> Connect(const std::string& text,
                                                   const QueryStop* stop) = 0;
 };
 
+/// For providers: failure 3265 for an index of their structure beyond the end. `what` names the
+/// item, such as "The member of level [QeL].[QeL]".
+void CheckCubeIndex(std::size_t index, std::size_t count, const std::string& what);
+
 }  // namespace vok
+
+namespace vok::cube_text {
+
+/// The last part of the name without its brackets, "]]" made "]". Nothing can be told from a part
+/// that is a key (&[17]): the result is then `otherwise`, as it is for a name without brackets.
+std::string LastPart(std::string_view unique_name, std::string_view otherwise);
+
+}  // namespace vok::cube_text

@@ -11,6 +11,7 @@
 #include <utility>
 #include <vector>
 
+#include "platform/files.h"
 #include "platform/value.h"
 
 namespace vok {
@@ -165,5 +166,15 @@ class Database {
   /// Opens a record set that stands in a file of its own. Failure 3706 where nothing reads those.
   virtual std::unique_ptr<Recordset> OpenRecordset(const std::string& path);
 };
+
+enum class DatabaseKind {
+  kNone,    ///< the file is missing
+  kSqlite,  ///< perhaps a settings file of ours
+  kJet,     ///< of any version, ACE's too
+  kOther
+};
+
+/// Failures are those of `ReadBeginning`.
+DatabaseKind KindOfDatabase(const Files& files, const std::string& path);
 
 }  // namespace vok

@@ -57,7 +57,6 @@ inline constexpr int32_t kNotSupported = 445;
 inline constexpr int32_t kAutomation = 1004;
 
 inline constexpr int32_t kWrongArguments = 3001;         // adErrInvalidArgument
-inline constexpr int32_t kFeatureNotAvailable = 3251;    // adErrFeatureNotAvailable
 inline constexpr int32_t kItemNotFound = 3265;           // adErrItemNotFound
 inline constexpr int32_t kObjectClosed = 3704;           // adErrObjectClosed
 inline constexpr int32_t kNoCurrentRecord = 3021;        // adErrNoCurrentRecord

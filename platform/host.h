@@ -3,7 +3,7 @@
 
 #include <string>
 
-#include "platform/clock.h"
+#include "platform/calendar.h"
 #include "platform/cube.h"
 #include "platform/database.h"
 #include "platform/files.h"

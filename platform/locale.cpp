@@ -1,8 +1,10 @@
 #include "platform/locale.h"
 
 #include <algorithm>
+#include <array>
 
 #include "platform/text.h"
+#include "platform/utf8.h"
 
 namespace vok {
 namespace {
@@ -12,11 +14,55 @@ bool IsAscii(std::string_view text) {
                      [](char c) { return static_cast<unsigned char>(c) < 0x80; });
 }
 
+constexpr std::ptrdiff_t kShortestPrefix = 3;  // letters
+
+constexpr std::array<std::string_view, 12> kPassedOver = {" ",      ".",      "-",      "'",
+                                                          "\u00A0", "\u2019", "\u02BC", "\u05F3",
+                                                          "\u200E", "\u200F", "\u061C", "\u202F"};
+
+std::string Plain(std::string_view text) {
+  std::string plain;
+  while (!text.empty()) {
+    const auto passed = std::find_if(kPassedOver.begin(), kPassedOver.end(),
+                                     [&](std::string_view mark) { return text.starts_with(mark); });
+    if (passed == kPassedOver.end()) plain += text.front();
+    text.remove_prefix(passed == kPassedOver.end() ? 1 : passed->size());
+  }
+  return plain;
+}
+
+std::ptrdiff_t LetterCount(std::string_view utf8) {
+  return std::count_if(utf8.begin(), utf8.end(), StartsCharacter);
+}
+
 }  // namespace
 
 bool EqualNoCase(const Locale& locale, std::string_view a, std::string_view b) {
   if (IsAscii(a) && IsAscii(b)) return EqualNoCaseAscii(a, b);
   return locale.FoldCase(a) == locale.FoldCase(b);
+}
+
+void MonthNames::Add(std::string_view folded_name, int month) {
+  months_.emplace(Plain(folded_name), month);
+}
+
+std::optional<int> MonthNames::Named(std::string_view folded) const {
+  const auto found = months_.find(Plain(folded));
+  if (found == months_.end()) return std::nullopt;
+  return found->second;
+}
+
+std::optional<int> MonthNames::NamedOrCutShort(std::string_view folded) const {
+  if (const auto exact = Named(folded)) return exact;
+  const std::string prefix = Plain(folded);
+  if (LetterCount(prefix) < kShortestPrefix) return std::nullopt;
+  std::optional<int> found;
+  for (auto at = months_.lower_bound(prefix); at != months_.end() && at->first.starts_with(prefix);
+       ++at) {
+    if (found && *found != at->second) return std::nullopt;
+    found = at->second;
+  }
+  return found;
 }
 
 }  // namespace vok

@@ -4,6 +4,7 @@
 #include <array>
 
 #include "platform/text.h"
+#include "platform/utf8.h"
 
 namespace vok {
 namespace {
@@ -39,21 +40,6 @@ std::string Shown(const Letter& letter) {
   return "\\u" + Hex(letter.code, 4);
 }
 
-/// What the first byte promises: the letter's bytes, and the least code that takes so many.
-struct Promise {
-  std::size_t bytes;
-  char32_t least;
-};
-
-Promise PromiseOf(unsigned char lead) {
-  if (lead >= 0xF0 && lead < 0xF5) return {4, 0x10000};
-  if (lead >= 0xE0 && lead < 0xF0) return {3, 0x800};
-  if (lead >= 0xC2 && lead < 0xE0) return {2, 0x80};
-  return {1, 0};
-}
-
-bool IsScalar(char32_t code) { return code <= 0x10FFFF && (code < 0xD800 || code > 0xDFFF); }
-
 bool IsHostAndPort(std::string_view authority) {
   const std::size_t host = authority.find_last_of(":]@");  // an address of version 6 has brackets
   if (host == authority.npos || authority[host] == ']') return true;
@@ -69,23 +55,6 @@ bool EndsDrive(std::string_view start) {
 }
 
 }  // namespace
-
-Letter TakeLetter(std::string_view& text) {
-  const auto lead = static_cast<unsigned char>(text[0]);
-  const Promise promise = PromiseOf(lead);
-  char32_t code = lead & (0xFFU >> (promise.bytes + 1));
-  bool valid = promise.bytes > 1 && promise.bytes <= text.size();
-  for (std::size_t i = 1; valid && i < promise.bytes; ++i) {
-    const auto byte = static_cast<unsigned char>(text[i]);
-    valid = (byte & 0xC0) == 0x80;
-    code = code << 6 | (byte & 0x3F);
-  }
-  valid = valid && code >= promise.least && IsScalar(code);
-  const Letter letter = valid ? Letter{code, text.substr(0, promise.bytes), true}
-                              : Letter{lead, text.substr(0, 1), lead < 0x80};
-  text.remove_prefix(letter.bytes.size());
-  return letter;
-}
 
 std::string OneLine(std::string_view text) {
   std::string line;

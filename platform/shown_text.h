@@ -1,21 +1,10 @@
 // Texts from outside, such as names of cubes and words of servers, as people may see them.
 #pragma once
 
-#include <cstddef>
 #include <string>
 #include <string_view>
 
 namespace vok {
-
-/// A letter of a text in UTF-8.
-struct Letter {
-  char32_t code;
-  std::string_view bytes;
-  bool valid;  ///< false: a byte that is not part of UTF-8
-};
-
-/// Takes the first letter off a text that is not empty.
-Letter TakeLetter(std::string_view& text);
 
 /// Characters that would move a terminal's cursor, end the line or turn its direction are written
 /// out: "\t", "\n", "\r", else "\u001b"; a byte that is not UTF-8 as "\xff".

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "platform/utf8.h"
+
 namespace vok {
 namespace {
 
@@ -10,18 +12,10 @@ struct Step {
   std::size_t units;
 };
 
-bool IsContinuation(char byte) { return (static_cast<unsigned char>(byte) & 0xC0) == 0x80; }
-
 Step NextCharacter(std::string_view rest) {
-  const auto lead = static_cast<unsigned char>(rest[0]);
-  const std::size_t wanted = lead >= 0xF0 && lead < 0xF8   ? 4
-                             : lead >= 0xE0 && lead < 0xF0 ? 3
-                             : lead >= 0xC2 && lead < 0xE0 ? 2
-                                                           : 1;
-  if (rest.size() < wanted) return {1, 1};
-  const auto tail = rest.substr(1, wanted - 1);
-  if (!std::all_of(tail.begin(), tail.end(), IsContinuation)) return {1, 1};
-  return {wanted, wanted == 4 ? std::size_t{2} : std::size_t{1}};
+  const std::size_t bytes = CharacterSize(rest);
+  if (bytes == 0) return {1, 1};
+  return {bytes, bytes == 4 ? std::size_t{2} : std::size_t{1}};
 }
 
 }  // namespace

@@ -4,10 +4,9 @@
 #include <set>
 
 #include "platform/failure.h"
-#include "settings/schema.h"
-#include "settings/set_fields.h"
-#include "settings/set_names.h"
-#include "settings/store.h"
+#include "settings/set_rows.h"
+#include "settings/settings_database.h"
+#include "settings/settings_tables.h"
 
 namespace vok {
 namespace {

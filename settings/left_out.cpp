@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <set>
 
-#include "settings/schema.h"
+#include "settings/settings_tables.h"
 
 namespace vok {
 namespace {

@@ -1,4 +1,4 @@
-// Stored rows of settings as records.
+// Stored rows of settings as records, and records as the fields of stored rows.
 #pragma once
 
 #include <string>
@@ -44,5 +44,12 @@ void ReadInfoRow(const SetRow& row, DataSourceSetting& setting);
 void ReadMoneyRow(const SetRow& row, DataSourceSetting& setting, NullRule null_quantity);
 /// All dates are cleared first; a NULL name leaves the name of its period.
 void ReadPeriodsRow(const SetRow& row, PeriodSet& set);
+
+/// Dates that are not set are the zero date.
+Fields PeriodFields(const PeriodSet& set);
+/// Without the money sets; `AccFile` is always empty.
+Fields InfoFields(const DataSourceSetting& setting);
+/// An empty `Measure` is that of money set 0, a `MoneySet` that is not set NULL.
+Fields MoneyFields(const DataSourceSetting& setting);
 
 }  // namespace vok

@@ -3,6 +3,7 @@
 #include <optional>
 
 #include "platform/failure.h"
+#include "platform/utf8.h"
 #include "texts/string_table.h"
 #include "texts/text_numbers.h"
 
@@ -22,13 +23,8 @@ std::optional<std::string> FindText(Recordset& table, int number) try {
   return std::nullopt;
 }
 
-/// Hebrew, Arabic and their neighbours, U+0590 to U+08FF, by the first two bytes of a character.
-bool IsFromRight(unsigned char first, unsigned char second) {
-  constexpr unsigned char kStart = 0xD6, kFirstThere = 0x90, kEnd = 0xDF;
-  constexpr unsigned char kMore = 0xE0, kLastOfMore = 0xA3;
-  if (first == kMore) return second <= kLastOfMore;
-  return first > kStart ? first <= kEnd : first == kStart && second >= kFirstThere;
-}
+/// Hebrew, Arabic and their neighbours.
+bool IsFromRight(char32_t code) { return code >= 0x0590 && code <= 0x08FF; }
 
 }  // namespace
 
@@ -68,12 +64,9 @@ std::string GetLangString(Language& language, int number) {
 }
 
 bool IsReadFromRight(Language& language) {
-  const std::string text = GetLangString(language, text_number::kDataSource);
-  for (std::size_t at = 1; at < text.size(); ++at) {
-    if (IsFromRight(static_cast<unsigned char>(text[at - 1]),
-                    static_cast<unsigned char>(text[at]))) {
-      return true;
-    }
+  const std::string name = GetLangString(language, text_number::kDataSource);
+  for (std::string_view text = name; !text.empty();) {
+    if (IsFromRight(TakeLetter(text).code)) return true;
   }
   return false;
 }

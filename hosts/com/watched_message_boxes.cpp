@@ -1,7 +1,7 @@
 #include "hosts/com/watched_message_boxes.h"
 
 #include "reports/query_log.h"
-#include "system/windows/session.h"
+#include "system/windows/windows_message_boxes.h"
 
 namespace vok::windows {
 namespace {

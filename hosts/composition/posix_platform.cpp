@@ -10,8 +10,7 @@
 #include "jet_reader.h"
 #include "providers/database/jet/jet_files.h"
 #include "providers/http/curl/curl_transport.h"
-#include "settings/schema.h"
-#include "system/posix/file_readers.h"
+#include "settings/settings_tables.h"
 #include "system/posix/file_registry.h"
 #include "system/posix/icu_locale.h"
 #include "system/posix/posix_files.h"
@@ -50,7 +49,7 @@ std::vector<std::string> PlacesOfJetReader(const std::string& component_folder) 
 OpenJetFile JetFilesOf(const SystemPlatform& platform) {
   const Locale& locale = *platform.locale;
   jet::Shape shape;
-  for (const TableDefinition& table : SettingsTables()) shape.tables.push_back(table.name);
+  shape.tables = SettingsTables();
   shape.nothing = NothingIn;
   shape.complete = [&locale](DatabaseStructure& structure) { CompleteShape(locale, structure); };
   const auto jet_files = std::make_shared<jet::JetFiles>(

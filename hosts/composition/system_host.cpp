@@ -1,14 +1,17 @@
 #include "hosts/composition/system_host.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <functional>
+#include <string>
+#include <string_view>
 #include <utility>
 
 #include "env/environment.h"
-#include "hosts/composition/console_message_boxes.h"
 #include "hosts/composition/overriding_registry.h"
 #include "hosts/composition/system_platform.h"
 #include "platform/connection_text.h"
+#include "platform/shown_text.h"
 #include "providers/cube/olap/olap_provider.h"
 #include "providers/cube/xmla/xmla_provider.h"
 #include "providers/cube/xmla/xmla_settings.h"
@@ -19,6 +22,20 @@
 
 namespace vok {
 namespace {
+
+/// The system's own line ends are "\r\n". Lines after the first are indented, and what else a
+/// terminal might obey is written out: no text from outside can pass for a message of its own.
+std::string Paragraphs(std::string_view text) {
+  constexpr std::string_view kLineEnd = "\r\n";
+  std::string shown;
+  while (!text.empty()) {
+    const std::size_t end = std::min(text.find(kLineEnd), text.size());
+    if (!shown.empty() && end > 0) shown += "  ";
+    shown += OneLine(text.substr(0, end)) + '\n';
+    text.remove_prefix(std::min(end + kLineEnd.size(), text.size()));
+  }
+  return shown;
+}
 
 /// The settings database, and record sets that stand in files of their own.
 class FileDatabase : public SqliteDatabase {
@@ -62,6 +79,14 @@ ComponentInfo Component(const std::string& folder) {
 }
 
 }  // namespace
+
+MessageAnswer ConsoleMessageBoxes::Show(const MessageBox& box) {
+  const std::string text =
+      Paragraphs(box.title.empty() ? box.text : OneLine(box.title) + ": " + box.text);
+  std::fwrite(text.data(), 1, text.size(), stream_);
+  std::fflush(stream_);
+  return box.buttons == MessageButtons::kOk ? MessageAnswer::kOk : MessageAnswer::kNo;
+}
 
 struct SystemHost::Providers {
   Providers(const std::string& settings_folder, MessageBoxes* message_boxes)

@@ -1,12 +1,25 @@
 // Puts every provider together that this operating system has.
 #pragma once
 
+#include <cstdio>
 #include <memory>
 #include <string>
 
 #include "platform/host.h"
+#include "platform/message_box.h"
 
 namespace vok {
+
+/// Prints "title: text", further lines indented, and answers OK, or No to a question. The stream
+/// stays the caller's.
+class ConsoleMessageBoxes : public MessageBoxes {
+ public:
+  explicit ConsoleMessageBoxes(std::FILE* stream) : stream_(stream) {}
+  MessageAnswer Show(const MessageBox& box) override;
+
+ private:
+  std::FILE* stream_;
+};
 
 /// Owns the providers; the `Host` refers to them and lives no longer.
 class SystemHost {

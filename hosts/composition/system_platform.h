@@ -6,7 +6,7 @@
 #include <memory>
 #include <string>
 
-#include "platform/clock.h"
+#include "platform/calendar.h"
 #include "platform/database.h"
 #include "platform/files.h"
 #include "platform/http.h"

@@ -2,7 +2,7 @@
 
 #include "hosts/composition/query_window.h"
 #include "platform/failure.h"
-#include "system/windows/session.h"
+#include "system/windows/windows_message_boxes.h"
 
 namespace vok {
 

@@ -1,7 +1,7 @@
 #include <filesystem>
 #include <utility>
 
-#include "hosts/composition/chosen_database.h"
+#include "hosts/composition/provider_choice.h"
 #include "hosts/composition/system_platform.h"
 #include "providers/http/winhttp/winhttp_transport.h"
 #include "system/windows/file_readers.h"

@@ -1,17 +1,44 @@
 #include "providers/recordset/adtg_column.h"
 
 #include <algorithm>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
 
+#include "platform/utf8.h"
 #include "providers/recordset/adtg_values.h"
-#include "providers/recordset/utf16.h"
 
 namespace vok::recordset {
 namespace {
 
+uint32_t UnitAt(std::string_view bytes, std::size_t at) {
+  return static_cast<uint32_t>(static_cast<unsigned char>(bytes[at])) |
+         static_cast<uint32_t>(static_cast<unsigned char>(bytes[at + 1])) << 8;
+}
+
+/// Nothing when the bytes are not UTF-16LE: an odd count, half a pair of surrogates.
+std::optional<std::string> Utf8OfUtf16(std::string_view bytes) {
+  if (bytes.size() % 2 != 0) return std::nullopt;
+  std::string text;
+  text.reserve(bytes.size());
+  for (std::size_t at = 0; at < bytes.size(); at += 2) {
+    uint32_t character = UnitAt(bytes, at);
+    if (character >= 0xD800 && character < 0xE000) {
+      if (character >= 0xDC00 || at + 4 > bytes.size()) return std::nullopt;
+      const uint32_t low = UnitAt(bytes, at += 2);
+      if (low < 0xDC00 || low >= 0xE000) return std::nullopt;
+      character = 0x10000 + ((character - 0xD800) << 10) + (low - 0xDC00);
+    }
+    AppendUtf8(text, character);
+  }
+  return text;
+}
+
 constexpr uint32_t kIsFixedLength = 0x10;
 constexpr uint32_t kIsLong = 0x80;
 constexpr uint32_t kIsChildSet = 0x2000;
-constexpr uint16_t kChildSet = 136;
+constexpr uint16_t kChildSetType = 136;
 constexpr uint32_t kLongestShortText = 255;
 
 /// How the values of a type are stored. Those of types that are not known take the bytes that the
@@ -108,7 +135,9 @@ AdtgColumn::AdtgColumn(ByteReader part) {
   column_.type = Type();
 }
 
-bool AdtgColumn::IsChildSet() const { return type_ == kChildSet || (flags_ & kIsChildSet) != 0; }
+bool AdtgColumn::IsChildSet() const {
+  return type_ == kChildSetType || (flags_ & kIsChildSet) != 0;
+}
 
 FieldType AdtgColumn::Type() const {
   if (IsChildSet()) return FieldType::kUnshown;

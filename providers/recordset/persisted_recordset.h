@@ -1,17 +1,37 @@
-// A record set out of a file, for reading: the whole of it in memory, the file is not held.
+// A record set out of a file, for reading: the whole of it in memory, the file is not held. It is
+// filtered and searched by a criterion, such as "field = 1" or "[field]='text'".
 #pragma once
 
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <string_view>
+#include <variant>
 #include <vector>
 
 #include "platform/database.h"
 #include "platform/files.h"
 #include "platform/locale.h"
+#include "platform/value.h"
 #include "providers/recordset/rowset.h"
 
 namespace vok::recordset {
+
+/// One field, "=", and a number or a text in single quotes (doubled inside).
+class Criterion {
+ public:
+  /// Failure 3001 for any other text.
+  explicit Criterion(std::string_view text);
+
+  const std::string& field() const { return field_; }
+  /// A number equals a number, and a text that writes it; a text equals a text without regard to
+  /// case. NULL equals nothing.
+  bool IsMet(const Locale& locale, const Value& value) const;
+
+ private:
+  std::string field_;
+  std::variant<double, std::string> wanted_;
+};
 
 /// Failures: 3021 without a current row, 3265 for a field that is not there, 13 for a value that
 /// cannot be shown.

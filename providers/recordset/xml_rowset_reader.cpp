@@ -12,7 +12,6 @@
 #include <utility>
 
 #include "providers/recordset/rowset.h"
-#include "providers/recordset/xml_names.h"
 #include "providers/recordset/xml_schema.h"
 #include "providers/recordset/xml_values.h"
 #include "providers/xml/xml_parser.h"

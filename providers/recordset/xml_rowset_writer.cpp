@@ -3,8 +3,9 @@
 
 #include "platform/failure.h"
 #include "platform/text.h"
+#include "platform/utf8.h"
 #include "providers/recordset/rowset.h"
-#include "providers/recordset/xml_names.h"
+#include "providers/recordset/xml_schema.h"
 #include "providers/recordset/xml_values.h"
 
 namespace vok::recordset {
@@ -17,25 +18,14 @@ using namespace xml_names;
                                                   "\" cannot be written as XML: " + why);
 }
 
-/// Checks one character of UTF-8 and gives its length in bytes.
+/// Checks one character and gives its length in bytes.
 std::size_t CharacterLength(std::string_view text, std::size_t at) {
-  const auto lead = static_cast<unsigned char>(text[at]);
-  if (lead < 0x80) return 1;
-  const std::size_t length = lead >= 0xF0 ? 4 : lead >= 0xE0 ? 3 : 2;
-  constexpr uint32_t kLeast[] = {0, 0, 0x80, 0x800, 0x10000};
-  uint32_t character = lead & (0xFFU >> (length + 1));
-  bool whole = lead >= 0xC0 && lead < 0xF8 && at + length <= text.size();
-  for (std::size_t next = at + 1; whole && next < at + length; ++next) {
-    const auto byte = static_cast<unsigned char>(text[next]);
-    whole = (byte & 0xC0) == 0x80;
-    character = character << 6 | (byte & 0x3FU);
+  const std::string_view rest = text.substr(at);
+  if (CharacterSize(rest) == 0) ThrowNoXml(text, "it is not Unicode text");
+  if (rest.starts_with("\uFFFE") || rest.starts_with("\uFFFF")) {
+    ThrowNoXml(text, "it has a code that is not a character");
   }
-  const bool surrogate = character >= 0xD800 && character < 0xE000;
-  const bool no_character = character == 0xFFFE || character == 0xFFFF || character > 0x10FFFF;
-  if (!whole || character < kLeast[length] || surrogate || no_character) {
-    ThrowNoXml(text, "it is not Unicode text");
-  }
-  return length;
+  return CharacterSize(rest);
 }
 
 const char* Entity(char c) {

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 
-#include "providers/recordset/xml_names.h"
 #include "providers/recordset/xml_values.h"
 
 namespace vok::recordset {

@@ -1,4 +1,4 @@
-// The schema of the XML form: which attributes a row has, and what they mean.
+// The names of the XML form, and its schema: which attributes a row has, and what they mean.
 #pragma once
 
 #include <map>
@@ -54,3 +54,11 @@ class XmlSchema {
 };
 
 }  // namespace vok::recordset
+
+namespace vok::recordset::xml_names {
+
+inline constexpr std::string_view kSchemaSpace = "uuid:BDC6E3F0-6DA3-11d1-A2A3-00AA00C14882";
+inline constexpr std::string_view kTypeSpace = "uuid:C2F41010-65B3-11d1-A29F-00AA00C14882";
+inline constexpr std::string_view kRowsetSpace = "urn:schemas-microsoft-com:rowset";
+
+}  // namespace vok::recordset::xml_names

@@ -7,7 +7,7 @@
 #include <string_view>
 
 #include "platform/date.h"
-#include "platform/month_names.h"
+#include "platform/locale.h"
 
 namespace vok {
 

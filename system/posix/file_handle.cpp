@@ -9,7 +9,7 @@
 #include <utility>
 
 #include "platform/failure.h"
-#include "platform/file_failures.h"
+#include "platform/files.h"
 
 namespace vok {
 namespace {

@@ -1,8 +1,10 @@
 // The registry in a text file, and the private profile in ini files.
 #pragma once
 
+#include <cstddef>
 #include <map>
 #include <string>
+#include <string_view>
 
 #include "platform/files.h"
 #include "platform/locale.h"
@@ -10,6 +12,14 @@
 #include "system/posix/registry_text.h"
 
 namespace vok {
+
+inline constexpr std::size_t kLargestIniText = std::size_t{1} << 20;  // bytes; the rest is not read
+
+/// The value of the first such key in the first such section; "" when there is none. Names without
+/// regard to case; blanks around names and values, one pair of quotes around a value and lines that
+/// begin with ";" do not count. `bytes` are UTF-8, or UTF-16LE with its byte order mark.
+std::string IniValue(const Locale& locale, std::string_view bytes, const std::string& section,
+                     const std::string& key);
 
 /// Reads the file anew whenever a key is opened under a root; nothing is ever written. A missing
 /// file is an empty registry; of one that cannot be read the statuses and `Problem` say so, and no

@@ -12,8 +12,8 @@
 #include <cstdlib>
 
 #include "platform/failure.h"
-#include "system/posix/code_page.h"
 #include "system/posix/date_reader.h"
+#include "system/posix/unicode_text.h"
 
 namespace vok {
 namespace {

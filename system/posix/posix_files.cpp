@@ -6,10 +6,11 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <filesystem>
 #include <utility>
 
 #include "platform/failure.h"
-#include "platform/file_failures.h"
+#include "platform/files.h"
 #include "system/posix/file_handle.h"
 #include "system/posix/posix_replacement.h"
 #include "system/posix/system_clock.h"
@@ -88,6 +89,11 @@ class PosixReader : public FileReader {
   struct stat opened_;
 };
 
+mode_t ModeOf(const std::filesystem::path& path) {
+  struct stat status {};
+  return stat(path.c_str(), &status) == 0 ? status.st_mode : 0;
+}
+
 }  // namespace
 
 bool PosixFiles::Exists(const std::string& path) const { return HasKind(path, false); }
@@ -137,6 +143,17 @@ Date PosixFiles::LastModified(const std::string& path) const {
 void PosixFiles::ChangeDirectory(const std::string& path) {
   const std::string native = Checked(path);
   if (::chdir(native.c_str()) != 0) ThrowSystemFailure(errno, "change to the folder", native);
+}
+
+std::string AdviceOnReaders(const std::string& native_path) {
+  std::error_code ignored;
+  std::filesystem::path folder = std::filesystem::absolute(native_path, ignored);
+  bool readable = (ModeOf(folder) & (S_IRGRP | S_IROTH)) != 0;
+  while (readable && folder.has_relative_path()) {
+    folder = folder.parent_path();
+    readable = (ModeOf(folder) & (S_IXGRP | S_IXOTH)) != 0;
+  }
+  return readable ? "chmod 600 " + native_path : "";
 }
 
 }  // namespace vok

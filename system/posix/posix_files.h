@@ -27,4 +27,8 @@ class PosixFiles : public Files {
   std::string NativePath(const std::string& path) const override;
 };
 
+/// What to do so that nobody but its owner can read the file; "" when nobody else can, or there is
+/// no such file.
+std::string AdviceOnReaders(const std::string& native_path);
+
 }  // namespace vok

@@ -9,7 +9,7 @@
 #include <optional>
 #include <system_error>
 
-#include "platform/file_failures.h"
+#include "platform/files.h"
 
 namespace vok {
 namespace {

@@ -3,7 +3,7 @@
 
 #include <ctime>
 
-#include "platform/clock.h"
+#include "platform/calendar.h"
 
 namespace vok {
 

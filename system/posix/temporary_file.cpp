@@ -25,29 +25,29 @@ constexpr std::string_view kStart = ".vokcube-";
 constexpr std::string_view kEnd = ".tmp";
 
 /// What a signal handler may read at any moment: the paths of the temporaries that are there.
-struct Place {
+struct Slot {
   std::atomic<bool> is_taken = false;
   std::atomic<bool> is_filled = false;
   std::array<char, PATH_MAX> path{};
 };
-std::array<Place, 16> places;
+std::array<Slot, 16> slots;
 
-/// The place's index; that of no place when all are taken.
+/// The slot's index; that of no slot when all are taken.
 std::size_t Note(const std::string& path) {
   std::size_t index = 0;
-  while (index < places.size() && places[index].is_taken.exchange(true)) ++index;
-  if (index < places.size()) {
-    Place& place = places[index];
-    std::snprintf(place.path.data(), place.path.size(), "%s", path.c_str());
-    place.is_filled = true;
+  while (index < slots.size() && slots[index].is_taken.exchange(true)) ++index;
+  if (index < slots.size()) {
+    Slot& slot = slots[index];
+    std::snprintf(slot.path.data(), slot.path.size(), "%s", path.c_str());
+    slot.is_filled = true;
   }
   return index;
 }
 
 void Erase(std::size_t index) {
-  if (index >= places.size()) return;
-  places[index].is_filled = false;
-  places[index].is_taken = false;
+  if (index >= slots.size()) return;
+  slots[index].is_filled = false;
+  slots[index].is_taken = false;
 }
 
 bool IsTemporaryName(std::string_view name) {
@@ -124,8 +124,8 @@ void TemporaryFile::Forget() noexcept {
 }
 
 void RemoveTemporaries() noexcept {
-  for (const Place& place : places) {
-    if (place.is_filled) ::unlink(place.path.data());
+  for (const Slot& slot : slots) {
+    if (slot.is_filled) ::unlink(slot.path.data());
   }
 }
 

@@ -1,10 +1,35 @@
 #include "system/posix/unicode_text.h"
 
+#include <unicode/ucnv.h>
 #include <unicode/unistr.h>
 
 #include <algorithm>
+#include <iterator>
+#include <memory>
 
 namespace vok {
+namespace {
+
+constexpr int kWestern = 1252;
+
+struct LanguageCodePage {
+  std::string_view language;
+  int code_page;
+};
+
+constexpr LanguageCodePage kCodePages[] = {
+    {"ar", 1256}, {"be", 1251}, {"bg", 1251}, {"cs", 1250}, {"el", 1253}, {"et", 1257},
+    {"fa", 1256}, {"he", 1255}, {"hr", 1250}, {"hu", 1250}, {"iw", 1255}, {"ja", 932},
+    {"kk", 1251}, {"ko", 949},  {"lt", 1257}, {"lv", 1257}, {"mk", 1251}, {"pl", 1250},
+    {"ro", 1250}, {"ru", 1251}, {"sk", 1250}, {"sl", 1250}, {"sr", 1251}, {"th", 874},
+    {"tr", 1254}, {"uk", 1251}, {"vi", 1258}, {"zh", 936},
+};
+
+struct CloseConverter {
+  void operator()(UConverter* converter) const { ucnv_close(converter); }
+};
+
+}  // namespace
 
 std::string TextOfBytes(std::string_view bytes) {
   if (bytes.starts_with("\xEF\xBB\xBF")) return std::string(bytes.substr(3));
@@ -40,6 +65,27 @@ std::string_view TrimSpace(std::string_view text) {
   const std::size_t first = text.find_first_not_of(" \t");
   if (first == std::string_view::npos) return {};
   return text.substr(first, text.find_last_not_of(" \t") - first + 1);
+}
+
+int CodePageOf(std::string_view language) {
+  const auto* found =
+      std::find_if(std::begin(kCodePages), std::end(kCodePages),
+                   [&](const LanguageCodePage& row) { return row.language == language; });
+  return found == std::end(kCodePages) ? kWestern : found->code_page;
+}
+
+std::optional<std::string> TextOfCodePage(std::string_view bytes, int code_page) {
+  UErrorCode status = U_ZERO_ERROR;
+  const std::string name = "windows-" + std::to_string(code_page);
+  const std::unique_ptr<UConverter, CloseConverter> converter(ucnv_open(name.c_str(), &status));
+  ucnv_setToUCallBack(converter.get(), UCNV_TO_U_CALLBACK_STOP, nullptr, nullptr, nullptr, &status);
+  if (U_FAILURE(status)) return std::nullopt;
+  const icu::UnicodeString text(bytes.data(), static_cast<int32_t>(bytes.size()), converter.get(),
+                                status);
+  if (U_FAILURE(status)) return std::nullopt;
+  std::string utf8;
+  text.toUTF8String(utf8);
+  return utf8;
 }
 
 }  // namespace vok

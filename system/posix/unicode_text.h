@@ -1,6 +1,7 @@
-// Text files as the platform's editors leave them.
+// Text files as the platform's editors leave them, and texts of its code pages.
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -18,5 +19,12 @@ std::string_view TakeLine(std::string_view& rest);
 
 /// Blanks and tabs removed at both ends.
 std::string_view TrimSpace(std::string_view text);
+
+/// The number of the code page that programs older than Unicode use for a language: 1255 for "he".
+int CodePageOf(std::string_view language);
+
+/// The text as UTF-8. Nothing for a code page that ICU does not have, and for bytes that are no
+/// text in it.
+std::optional<std::string> TextOfCodePage(std::string_view bytes, int code_page);
 
 }  // namespace vok

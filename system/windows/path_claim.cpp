@@ -2,8 +2,7 @@
 
 #include <functional>
 
-#include "platform/file_failures.h"
-#include "system/windows/fold_case.h"
+#include "platform/files.h"
 #include "system/windows/system_error.h"
 #include "system/windows/utf16.h"
 

@@ -4,7 +4,7 @@
 #include <filesystem>
 
 #include "platform/failure.h"
-#include "platform/file_failures.h"
+#include "platform/files.h"
 #include "system/windows/utf16.h"
 
 namespace vok::windows {

@@ -1,5 +1,5 @@
 // Texts at the operating system's edge: UTF-16 for its wide calls, the user's code page for its
-// ANSI ones.
+// ANSI ones. Case folding by the system's own tables.
 #pragma once
 
 #include <string>
@@ -17,5 +17,9 @@ std::string AnsiText(std::string_view utf8);
 /// Whether the user's code page has all of its characters.
 bool HasAnsiForm(std::string_view utf8);
 std::string Utf8OfAnsi(std::string_view ansi);
+
+/// Letter by letter, the same in every country; of the letters whose folded form is longer, the
+/// German sharp s alone becomes "ss".
+std::string FoldedCase(std::string_view text);
 
 }  // namespace vok::windows

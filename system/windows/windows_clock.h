@@ -1,7 +1,7 @@
 // The system's clocks, in the user's time zone.
 #pragma once
 
-#include "platform/clock.h"
+#include "platform/calendar.h"
 #include "system/windows/system_header.h"
 
 namespace vok::windows {

@@ -4,7 +4,7 @@
 #include <utility>
 
 #include "platform/failure.h"
-#include "platform/file_failures.h"
+#include "platform/files.h"
 #include "system/windows/system_error.h"
 #include "system/windows/windows_clock.h"
 #include "system/windows/windows_replacement.h"

@@ -5,7 +5,6 @@
 #include <charconv>
 
 #include "platform/failure.h"
-#include "system/windows/fold_case.h"
 #include "system/windows/system_header.h"
 #include "system/windows/utf16.h"
 

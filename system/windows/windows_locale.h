@@ -4,7 +4,6 @@
 #include <string>
 
 #include "platform/locale.h"
-#include "platform/month_names.h"
 
 namespace vok::windows {
 

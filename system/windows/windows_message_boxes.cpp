@@ -2,12 +2,13 @@
 
 #include <utility>
 
-#include "system/windows/owner_window.h"
 #include "system/windows/system_header.h"
 #include "system/windows/utf16.h"
 
 namespace vok::windows {
 namespace {
+
+thread_local HWND front = nullptr;
 
 DWORD StyleOf(const vok::MessageBox& box) {
   // Yes or no is asked where something may be lost: not to be answered by a key too many.
@@ -54,6 +55,24 @@ void CALLBACK OpenHelp(HELPINFO* asked) {
 }
 
 }  // namespace
+
+HWND OwnerWindow() {
+  if (front != nullptr && ::IsWindow(front) != FALSE) return front;
+  const HWND active = ::GetActiveWindow();
+  return active == nullptr ? nullptr : ::GetAncestor(active, GA_ROOT);
+}
+
+FrontWindow::FrontWindow(HWND window) : behind_(std::exchange(front, window)) {}
+
+FrontWindow::~FrontWindow() { front = behind_; }
+
+bool HasVisibleScreen() {
+  USEROBJECTFLAGS flags{};
+  DWORD needed = 0;
+  const BOOL told = ::GetUserObjectInformationW(::GetProcessWindowStation(), UOI_FLAGS, &flags,
+                                                sizeof flags, &needed);
+  return told == FALSE || (flags.dwFlags & WSF_VISIBLE) != 0;
+}
 
 MessageAnswer WindowsMessageBoxes::Show(const vok::MessageBox& box) {
   const std::wstring text = Utf16(box.text);

@@ -6,7 +6,7 @@
 #include <cstring>
 #include <vector>
 
-#include "platform/file_failures.h"
+#include "platform/files.h"
 
 namespace vok::windows {
 namespace {

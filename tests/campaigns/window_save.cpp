@@ -9,8 +9,8 @@
 
 #include "hosts/composition/system_host.h"
 #include "platform/failure.h"
-#include "settings/edited_sets.h"
-#include "settings/writer.h"
+#include "settings/set_reader.h"
+#include "settings/set_writer.h"
 #include "tests/support/ui/scripted_toolkit.h"
 #include "ui/model/frm_periods.h"
 

@@ -5,6 +5,7 @@
 #include <cmath>
 #include <limits>
 
+#include "component/query_run.h"
 #include "tests/support/component_host.h"
 #include "tests/support/fake_cube.h"
 

@@ -1,7 +1,6 @@
-#include "cube/date_names.h"
-
 #include <gmock/gmock.h>
 
+#include "cube/date_list.h"
 #include "native.h"
 #include "tests/support/failures.h"
 

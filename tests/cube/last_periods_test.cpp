@@ -1,7 +1,6 @@
-#include "cube/last_periods.h"
-
 #include <gtest/gtest.h>
 
+#include "cube/mdx_builder.h"
 #include "tests/support/failures.h"
 
 namespace vok {

@@ -1,4 +1,3 @@
-#include "env/path_root.h"
 
 #include <gtest/gtest.h>
 

@@ -1,6 +1,6 @@
 #include "platform/text.h"
+#include "system/posix/file_registry.h"
 #include "system/posix/icu_locale.h"
-#include "system/posix/ini_text.h"
 #include "tests/fuzz/fuzz.h"
 
 void FuzzOne(std::string_view bytes) {

@@ -4,8 +4,8 @@
 
 #include "providers/cube/xmla/answer.h"
 #include "providers/cube/xmla/cellset_reader.h"
-#include "providers/cube/xmla/requests.h"
 #include "providers/cube/xmla/rowset_reader.h"
+#include "providers/cube/xmla/server.h"
 #include "tests/fuzz/fuzz.h"
 #include "tests/support/answers/answer.h"
 

@@ -1,8 +1,8 @@
-#include "platform/unique_name.h"
-
 #include <gtest/gtest.h>
 
 #include <utility>
+
+#include "platform/cube.h"
 
 namespace vok::cube_text {
 namespace {

@@ -1,10 +1,8 @@
-#include "settings/reader.h"
-
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "settings/all_sets.h"
-#include "settings/edited_sets.h"
+#include "settings/set_lists.h"
+#include "settings/set_reader.h"
 #include "tests/support/failures.h"
 #include "tests/support/memory_host.h"
 #include "tests/support/table_database.h"

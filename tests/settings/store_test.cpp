@@ -1,6 +1,4 @@
 // Settings on a real database in a temporary folder.
-#include "settings/store.h"
-
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -9,13 +7,13 @@
 #include <functional>
 
 #include "providers/database/sqlite/sqlite_database.h"
-#include "settings/all_sets.h"
-#include "settings/edited_sets.h"
 #include "settings/exact_sets.h"
 #include "settings/left_out.h"
-#include "settings/reader.h"
-#include "settings/schema.h"
-#include "settings/writer.h"
+#include "settings/set_lists.h"
+#include "settings/set_reader.h"
+#include "settings/set_writer.h"
+#include "settings/settings_database.h"
+#include "settings/settings_tables.h"
 #include "system/posix/icu_locale.h"
 #include "system/posix/posix_files.h"
 #include "tests/support/child_process.h"

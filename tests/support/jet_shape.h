@@ -2,13 +2,13 @@
 #pragma once
 
 #include "providers/database/jet/jet_files.h"
-#include "settings/schema.h"
+#include "settings/settings_tables.h"
 
 namespace vok::test {
 
 inline jet::Shape SettingsShape(const Locale& locale) {
   jet::Shape shape;
-  for (const TableDefinition& table : SettingsTables()) shape.tables.push_back(table.name);
+  shape.tables = SettingsTables();
   shape.nothing = NothingIn;
   shape.complete = [&locale](DatabaseStructure& structure) { CompleteShape(locale, structure); };
   return shape;

@@ -3,7 +3,7 @@
 
 #include <vector>
 
-#include "platform/clock.h"
+#include "platform/calendar.h"
 #include "platform/message_box.h"
 
 namespace vok::test {

@@ -5,8 +5,8 @@
 #include <cstdio>
 
 #include "env/environment.h"
-#include "settings/edited_sets.h"
-#include "settings/writer.h"
+#include "settings/set_reader.h"
+#include "settings/set_writer.h"
 #include "texts/language.h"
 #include "texts/string_table.h"
 #include "texts/text_numbers.h"

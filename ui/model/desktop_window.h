@@ -4,8 +4,8 @@
 #include <memory>
 #include <string>
 
-#include "ui/model/desktop.h"
 #include "ui/model/frm_periods.h"
+#include "ui/model/toolkit.h"
 
 namespace vok {
 

@@ -5,7 +5,6 @@
 // period number), `cmdOk`, `cmdCancel`.
 #pragma once
 
-#include "settings/date_list.h"
 #include "settings/linear_dates.h"
 #include "ui/model/toolkit.h"
 

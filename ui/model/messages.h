@@ -1,7 +1,9 @@
-// Message boxes of the windows.
+// Message boxes of the windows, and questions in small windows with a button for each answer.
 #pragma once
 
+#include <optional>
 #include <string>
+#include <vector>
 
 #include "reports/error_report.h"
 #include "ui/model/toolkit.h"
@@ -24,5 +26,17 @@ bool RunReported(const WindowServices& services, const ErrorReport& report, Proc
     return false;
   }
 }
+
+/// Numbers are those of texts.
+struct Question {
+  int title;                                   ///< what is asked
+  int heading;                                 ///< of the rows
+  std::vector<std::vector<std::string>> rows;  ///< what it is asked about, in columns
+  std::vector<int> answers;                    ///< the first one is the default button
+};
+
+/// The position of the answer; nothing for "Cancel", which Escape and closing the window choose,
+/// too. Controls: `cmdAnswer`, an array, and `cmdCancel`.
+std::optional<std::size_t> Ask(const WindowServices& services, const Question& question);
 
 }  // namespace vok

@@ -6,7 +6,6 @@
 #include "texts/string_table.h"
 #include "texts/text_numbers.h"
 #include "ui/model/messages.h"
-#include "ui/model/question.h"
 
 namespace vok {
 

@@ -9,7 +9,6 @@
 #include "texts/text_numbers.h"
 #include "ui/model/frm_liniar_dates.h"
 #include "ui/model/messages.h"
-#include "ui/model/question.h"
 
 namespace vok {
 namespace {

@@ -11,7 +11,7 @@
 // than its row's dates is marked.
 #pragma once
 
-#include "settings/date_list.h"
+#include "settings/linear_dates.h"
 #include "settings/records.h"
 #include "ui/model/panel.h"
 #include "ui/model/toolkit.h"

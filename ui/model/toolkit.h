@@ -1,4 +1,5 @@
-// What the rules of a window ask of the view that draws it, and what they work on.
+// What the rules of a window ask of the view that draws it, what they work on, and the desktop that
+// shows windows and message boxes.
 #pragma once
 
 #include <cstdint>
@@ -7,6 +8,7 @@
 
 #include "component/publics.h"
 #include "platform/host.h"
+#include "platform/message_box.h"
 #include "ui/model/form.h"
 
 namespace vok {
@@ -46,5 +48,9 @@ struct WindowServices {
   Publics& publics;
   Toolkit& toolkit;
 };
+
+/// Windows and boxes are shown by the thread that opened it; a box of another thread waits for that
+/// one.
+class Desktop : public Toolkit, public MessageBoxes {};
 
 }  // namespace vok

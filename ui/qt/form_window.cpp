@@ -8,7 +8,7 @@
 #include <QtWidgets/QLabel>
 #include <algorithm>
 
-#include "ui/qt/appearance.h"
+#include "ui/qt/application.h"
 #include "ui/qt/form_layout.h"
 
 namespace vok::qt {

@@ -4,7 +4,7 @@
 #include <memory>
 #include <vector>
 
-#include "ui/model/desktop.h"
+#include "ui/model/toolkit.h"
 #include "ui/qt/form_window.h"
 
 namespace vok::qt {

@@ -11,7 +11,7 @@ bool FillsHeight(const Control& control) {
          control.Type == kListView || control.Type == kChart;
 }
 
-Place EdgesOf(const Control* frame, const LayoutSizes& sizes) {
+Area EdgesOf(const Control* frame, const LayoutSizes& sizes) {
   if (frame == nullptr) return {sizes.margin, sizes.margin, 2 * sizes.margin, 2 * sizes.margin};
   if (frame->Caption.empty()) return {};
   return {sizes.frame_edge, sizes.frame_top, 2 * sizes.frame_edge,
@@ -59,15 +59,15 @@ FormLayout::Container FormLayout::Read(const Form& form, const Control* frame,
   return container;
 }
 
-std::map<const Control*, Place> FormLayout::Arrange(Extent client) const {
-  std::map<const Control*, Place> places;
+std::map<const Control*, Area> FormLayout::Arrange(Extent client) const {
+  std::map<const Control*, Area> places;
   Arrange(root_, {0, 0, client.width, client.height}, places);
   return places;
 }
 
-void FormLayout::Arrange(const Container& container, const Place& area,
-                         std::map<const Control*, Place>& places) {
-  const Place& edges = container.edges;
+void FormLayout::Arrange(const Container& container, const Area& area,
+                         std::map<const Control*, Area>& places) {
+  const Area& edges = container.edges;
   const auto inner = container.grid.Arrange({area.left + edges.left, area.top + edges.top,
                                              area.width - edges.width, area.height - edges.height});
   for (std::size_t i = 0; i < inner.size(); ++i) {

@@ -31,20 +31,20 @@ class FormLayout {
   /// What the form needs, its margins with it.
   Extent Least() const { return least_; }
   /// The places of the controls and frames that are shown.
-  std::map<const Control*, Place> Arrange(Extent client) const;
+  std::map<const Control*, Area> Arrange(Extent client) const;
 
  private:
   struct Container {
     const Control* frame = nullptr;  ///< nullptr: the form
-    Place edges;                     ///< around the grid: left, top, and both sides in all
+    Area edges;                      ///< around the grid: left, top, and both sides in all
     std::vector<const Control*> controls;
     std::map<const Control*, Container> frames;
     Grid grid{{}, {}};
     Extent Least() const;
   };
   Container Read(const Form& form, const Control* frame, const LayoutSizes& sizes) const;
-  static void Arrange(const Container& container, const Place& area,
-                      std::map<const Control*, Place>& places);
+  static void Arrange(const Container& container, const Area& area,
+                      std::map<const Control*, Area>& places);
 
   Container root_;
   Extent least_;

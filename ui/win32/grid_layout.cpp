@@ -80,14 +80,14 @@ Extent Grid::Least() const {
           SizeOf(rows_, 0, static_cast<int>(rows_.size()), gap_.height)};
 }
 
-std::vector<Place> Grid::Arrange(const Place& area) const {
+std::vector<Area> Grid::Arrange(const Area& area) const {
   const Tracks columns = Grown(columns_, area.width, gap_.width);
   const Tracks rows = Grown(rows_, area.height, gap_.height);
-  std::vector<Place> places;
+  std::vector<Area> places;
   for (const GridItem& item : items_) {
     const Stretch across = StretchOf(columns, item.cell.column, item.cell.columns, gap_.width);
     const Stretch down = StretchOf(rows, item.cell.row, item.cell.rows, gap_.height);
-    Place place{area.left + across.start, area.top + down.start, across.size, down.size};
+    Area place{area.left + across.start, area.top + down.start, across.size, down.size};
     if (item.at_end) {
       place.left += place.width - item.least.width;
       place.width = item.least.width;

@@ -16,12 +16,12 @@ struct Extent {
   friend bool operator==(const Extent&, const Extent&) = default;
 };
 
-struct Place {
+struct Area {
   int left = 0;
   int top = 0;
   int width = 0;
   int height = 0;
-  friend bool operator==(const Place&, const Place&) = default;
+  friend bool operator==(const Area&, const Area&) = default;
 };
 
 struct GridItem {
@@ -42,7 +42,7 @@ class Grid {
   Extent Least() const;
   /// The places of the items, in their order. What the area has beyond the least extent goes to
   /// those that grow; what it lacks is taken from them, as far as it can be.
-  std::vector<Place> Arrange(const Place& area) const;
+  std::vector<Area> Arrange(const Area& area) const;
 
  private:
   /// A row or a column.

@@ -63,13 +63,13 @@ bool WidgetSet::Refresh() {
   return other_room;
 }
 
-void WidgetSet::Arrange(const std::map<const Control*, Place>& places) {
+void WidgetSet::Arrange(const std::map<const Control*, Area>& places) {
   for (const auto& widget : widgets_) {
     if (widget == nullptr) continue;
     const auto wanted = places.find(&widget->control());
     const auto now = places_.find(&widget->control());
     if (wanted == places.end() || (now != places_.end() && now->second == wanted->second)) continue;
-    const Place& place = wanted->second;
+    const Area& place = wanted->second;
     ::SetWindowPos(widget->window(), nullptr, place.left, place.top, place.width,
                    widget->WindowHeight(place.height), SWP_NOZORDER | SWP_NOACTIVATE);
   }

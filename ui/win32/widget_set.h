@@ -30,7 +30,7 @@ class WidgetSet {
   /// Shows what the controls say now. True when one of them may need other room than before.
   bool Refresh();
   /// Moves the windows that stand elsewhere.
-  void Arrange(const std::map<const Control*, Place>& places);
+  void Arrange(const std::map<const Control*, Area>& places);
 
   /// Menus have a number, too.
   int IdOf(const Control& control) const;
@@ -48,7 +48,7 @@ class WidgetSet {
   Form& form_;
   HWND dialog_;
   std::vector<std::unique_ptr<Widget>> widgets_;  ///< by the position of their controls
-  std::map<const Control*, Place> places_;        ///< where they stand
+  std::map<const Control*, Area> places_;         ///< where they stand
   ToolTips tips_;
   SpokenNames names_;
 };

@@ -6,9 +6,9 @@
 
 #include "platform/failure.h"
 #include "system/automation/apartment.h"
-#include "system/windows/owner_window.h"
 #include "system/windows/pumped_wait.h"
 #include "system/windows/utf16.h"
+#include "system/windows/windows_message_boxes.h"
 #include "ui/win32/dpi_and_theme.h"
 // after the system's own header
 #include <commdlg.h>

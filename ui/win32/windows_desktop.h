@@ -10,7 +10,7 @@
 #include <vector>
 
 #include "system/windows/windows_message_boxes.h"
-#include "ui/model/desktop.h"
+#include "ui/model/toolkit.h"
 #include "ui/win32/form_window.h"
 #include "ui/win32/task_queue.h"
 

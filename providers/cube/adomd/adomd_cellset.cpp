@@ -1,7 +1,7 @@
 #include "providers/cube/adomd/adomd_cellset.h"
 
+#include "platform/cube.h"
 #include "platform/failure.h"
-#include "platform/unique_name.h"
 
 namespace vok::windows {
 namespace {

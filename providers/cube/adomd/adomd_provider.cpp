@@ -4,7 +4,6 @@
 
 #include "providers/cube/adomd/adomd_cellset.h"
 #include "providers/cube/adomd/adomd_structure.h"
-#include "providers/cube/adomd/schema_rows.h"
 
 namespace vok::windows {
 namespace {

@@ -2,10 +2,42 @@
 
 #include <utility>
 
-#include "providers/cube/adomd/level_members.h"
+#include "platform/failure.h"
 
 namespace vok::windows {
 namespace {
+
+constexpr int32_t kAllRemainingRows = -1;
+
+using Rows = std::vector<std::vector<std::string>>;
+
+std::string Text(const VARIANT& cell) {
+  const Value value = FromVariant(cell);
+  return value.IsNull() ? std::string() : value.ToText();
+}
+
+/// From the array that holds, for each row, its columns one after the other.
+Rows RowsIn(SAFEARRAY* array, std::size_t columns) {
+  LONG first = 0, last = -1;
+  if (SafeArrayGetDim(array) != 2 || FAILED(SafeArrayGetLBound(array, 2, &first)) ||
+      FAILED(SafeArrayGetUBound(array, 2, &last)) || array->rgsabound[1].cElements != columns) {
+    throw Failure(failure_number::kTypeMismatch,
+                  "Type mismatch: the cube provider's schema rows have another shape than asked");
+  }
+  Rows rows(static_cast<std::size_t>(last - first + 1), std::vector<std::string>(columns));
+  const ArrayAccess<VARIANT> cells(array);
+  for (std::size_t row = 0; row < rows.size(); ++row) {
+    for (std::size_t column = 0; column < columns; ++column) {
+      rows[row][column] = Text(cells[row * columns + column]);
+    }
+  }
+  return rows;
+}
+
+Object OpenSchema(const Object& connection, int32_t schema, const Value::Array& restrictions) {
+  if (restrictions.empty()) return connection.Child(L"OpenSchema", schema);
+  return connection.Child(L"OpenSchema", schema, restrictions);
+}
 
 /// A collection of the data objects, counted from 0.
 class Collection {
@@ -122,6 +154,63 @@ class AdomdCube : public CubeDef {
 };
 
 }  // namespace
+
+Rows SchemaRows(const Object& connection, int32_t schema, const Value::Array& restrictions,
+                const std::vector<std::string>& columns) {
+  const Object records = OpenSchema(connection, schema, restrictions);
+  Rows rows;
+  if (!records.Read(L"EOF").ToBoolean()) {
+    const Value::Array names(columns.begin(), columns.end());
+    const Variant table = records.Call(L"GetRows", kAllRemainingRows, LeftOut(), names);
+    if (table.Get()->vt == (VT_ARRAY | VT_VARIANT)) {
+      rows = RowsIn(table.Get()->parray, columns.size());
+    }
+  }
+  records.Call(L"Close");
+  return rows;
+}
+
+LevelMembers::LevelMembers(Object connection, std::string cube, std::vector<std::string> levels)
+    : connection_(std::move(connection)), cube_(std::move(cube)) {
+  for (std::string& level : levels) levels_.push_back({std::move(level), {}, {}});
+}
+
+LevelMembers::Level& LevelMembers::Read(std::size_t index) const {
+  if (index >= levels_.size()) {
+    throw Failure(failure_number::kItemNotFound, "The cube's hierarchy has no such level.");
+  }
+  Level& level = levels_[index];
+  if (level.members) return level;
+  // Catalog and schema are the connection's; the dimension and the hierarchy follow from the level.
+  const Value::Array restrictions{Value(), Value(), cube_, Value(), Value(), level.unique_name};
+  std::vector<MemberRow> members;
+  for (auto& row : SchemaRows(connection_, kMembersSchema, restrictions,
+                              {"MEMBER_NAME", "MEMBER_CAPTION", "MEMBER_UNIQUE_NAME",
+                               "PARENT_UNIQUE_NAME", "MEMBER_TYPE"})) {
+    level.by_unique_name.emplace(row[2], members.size());
+    members.push_back({std::move(row[0]), std::move(row[1]), std::move(row[2]), std::move(row[3]),
+                       std::move(row[4])});
+  }
+  level.members = std::move(members);
+  return level;
+}
+
+const std::vector<MemberRow>& LevelMembers::At(std::size_t level) const {
+  return *Read(level).members;
+}
+
+const MemberRow* LevelMembers::Find(std::size_t level, const std::string& unique_name) const {
+  const Level& read = Read(level);
+  const auto found = read.by_unique_name.find(unique_name);
+  return found == read.by_unique_name.end() ? nullptr : &(*read.members)[found->second];
+}
+
+std::unique_ptr<CubeMember> LevelMember::Parent() const {
+  if (level_ == 0 || row_.parent.empty()) return nullptr;
+  const MemberRow* parent = members_->Find(level_ - 1, row_.parent);
+  if (parent == nullptr) return nullptr;
+  return std::make_unique<LevelMember>(members_, level_ - 1, *parent);
+}
 
 AdomdCatalog::AdomdCatalog(const Locale& locale, Object connection)
     : locale_(locale), connection_(std::move(connection)) {

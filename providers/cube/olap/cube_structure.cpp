@@ -3,24 +3,14 @@
 #include "platform/failure.h"
 
 namespace vok::olap {
-namespace {
-
-void CheckIndex(std::size_t index, std::size_t count, const std::string& what) {
-  if (index < count) return;
-  throw Failure(failure_number::kItemNotFound, what + " number " + std::to_string(index) +
-                                                   " was asked for; there are " +
-                                                   std::to_string(count) + ", counted from 0.");
-}
-
-}  // namespace
 
 std::unique_ptr<CubeDef> OlapCatalog::CubeAt(std::size_t index) const {
-  CheckIndex(index, CubeCount(), "The catalog's cube");
+  CheckCubeIndex(index, CubeCount(), "The catalog's cube");
   return std::make_unique<OlapCubeDef>(cube_);
 }
 
 std::unique_ptr<CubeDimension> OlapCubeDef::DimensionAt(std::size_t index) const {
-  CheckIndex(index, DimensionCount(), "The dimension of cube \"" + Name() + "\"");
+  CheckCubeIndex(index, DimensionCount(), "The dimension of cube \"" + Name() + "\"");
   return std::make_unique<OlapDimension>(cube_, index);
 }
 
@@ -30,6 +20,14 @@ std::unique_ptr<CubeDimension> OlapCubeDef::FindDimension(const std::string& nam
     if (cube_->SameName(dimension->Name(), name)) return dimension;
   }
   return nullptr;
+}
+
+std::vector<std::string> OlapCubeDef::CalculatedMembers() const {
+  std::vector<std::string> names;
+  for (const CalculatedDefinition& member : cube_->model().calculated) {
+    names.push_back(member.above + "." + Bracketed(member.name));
+  }
+  return names;
 }
 
 OlapDimension::OlapDimension(std::shared_ptr<const CubeView> cube, std::size_t index)
@@ -44,12 +42,12 @@ OlapDimension::OlapDimension(std::shared_ptr<const CubeView> cube, std::size_t i
 }
 
 std::unique_ptr<CubeHierarchy> OlapDimension::HierarchyAt(std::size_t index) const {
-  CheckIndex(index, HierarchyCount(), "The hierarchy of dimension \"" + Name() + "\"");
+  CheckCubeIndex(index, HierarchyCount(), "The hierarchy of dimension \"" + Name() + "\"");
   return std::make_unique<OlapHierarchy>(cube_, hierarchies_[index]);
 }
 
 std::unique_ptr<CubeLevel> OlapHierarchy::LevelAt(std::size_t index) const {
-  CheckIndex(index, LevelCount(), "The level of hierarchy " + UniqueName());
+  CheckCubeIndex(index, LevelCount(), "The level of hierarchy " + UniqueName());
   return std::make_unique<OlapLevel>(cube_, id_, static_cast<uint32_t>(index));
 }
 
@@ -58,7 +56,7 @@ std::size_t OlapLevel::MemberCount() const {
 }
 
 std::unique_ptr<CubeMember> OlapLevel::MemberAt(std::size_t index) const {
-  CheckIndex(index, MemberCount(), "The member of level " + UniqueName());
+  CheckCubeIndex(index, MemberCount(), "The member of level " + UniqueName());
   if (index >= Members().size()) {
     const auto& calculated = cube_->CalculatedMeasures();
     return std::make_unique<OlapCalculatedMeasure>(cube_, *calculated[index - Members().size()]);

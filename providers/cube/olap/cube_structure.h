@@ -29,6 +29,8 @@ class OlapCubeDef : public CubeDef {
   std::size_t DimensionCount() const override { return cube_->model().dimensions.size() + 1; }
   std::unique_ptr<CubeDimension> DimensionAt(std::size_t index) const override;
   std::unique_ptr<CubeDimension> FindDimension(const std::string& name) const override;
+  std::optional<uint64_t> FactCount() const override { return cube_->model().fact_count; }
+  std::vector<std::string> CalculatedMembers() const override;
 
  private:
   std::shared_ptr<const CubeView> cube_;

@@ -2,8 +2,8 @@
 
 #include <algorithm>
 
+#include "platform/cube.h"
 #include "platform/failure.h"
-#include "platform/unique_name.h"
 
 namespace vok::xmla {
 namespace {

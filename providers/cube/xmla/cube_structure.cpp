@@ -5,16 +5,6 @@
 #include "platform/failure.h"
 
 namespace vok::xmla {
-namespace {
-
-void CheckIndex(std::size_t index, std::size_t count, const std::string& what) {
-  if (index < count) return;
-  throw Failure(failure_number::kItemNotFound, what + " number " + std::to_string(index) +
-                                                   " was asked for; there are " +
-                                                   std::to_string(count) + ", counted from 0.");
-}
-
-}  // namespace
 
 XmlaCatalog::XmlaCatalog(const Locale& locale, const std::shared_ptr<Server>& server,
                          const std::string& catalog, const std::string& cube)
@@ -28,12 +18,12 @@ XmlaCatalog::XmlaCatalog(const Locale& locale, const std::shared_ptr<Server>& se
 }
 
 std::unique_ptr<CubeDef> XmlaCatalog::CubeAt(std::size_t index) const {
-  CheckIndex(index, CubeCount(), "The catalog's cube");
+  CheckCubeIndex(index, CubeCount(), "The catalog's cube");
   return std::make_unique<XmlaCubeDef>(cubes_[index], locale_);
 }
 
 std::unique_ptr<CubeDimension> XmlaCubeDef::DimensionAt(std::size_t index) const {
-  CheckIndex(index, DimensionCount(), "The dimension of cube \"" + Name() + "\"");
+  CheckCubeIndex(index, DimensionCount(), "The dimension of cube \"" + Name() + "\"");
   return std::make_unique<XmlaDimension>(cube_, cube_->Dimensions()[index]);
 }
 
@@ -45,17 +35,17 @@ std::unique_ptr<CubeDimension> XmlaCubeDef::FindDimension(const std::string& nam
 }
 
 std::unique_ptr<CubeHierarchy> XmlaDimension::HierarchyAt(std::size_t index) const {
-  CheckIndex(index, HierarchyCount(), "The hierarchy of dimension \"" + Name() + "\"");
+  CheckCubeIndex(index, HierarchyCount(), "The hierarchy of dimension \"" + Name() + "\"");
   return std::make_unique<XmlaHierarchy>(cube_, cube_->Hierarchies(node_)[index]);
 }
 
 std::unique_ptr<CubeLevel> XmlaHierarchy::LevelAt(std::size_t index) const {
-  CheckIndex(index, LevelCount(), "The level of hierarchy " + UniqueName());
+  CheckCubeIndex(index, LevelCount(), "The level of hierarchy " + UniqueName());
   return std::make_unique<XmlaLevel>(cube_, node_, index);
 }
 
 std::unique_ptr<CubeMember> XmlaLevel::MemberAt(std::size_t index) const {
-  CheckIndex(index, MemberCount(), "The member of level " + UniqueName());
+  CheckCubeIndex(index, MemberCount(), "The member of level " + UniqueName());
   return std::make_unique<XmlaMember>(cube_, hierarchy_, level_, index);
 }
 

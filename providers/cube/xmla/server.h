@@ -1,17 +1,33 @@
 // One cube server: asks it and reads its answers as they arrive. Shared by a connection and all
-// that was asked of it; its HTTP connection is kept from one question to the next.
+// that was asked of it; its HTTP connection is kept from one question to the next. Questions are
+// SOAP envelopes.
 #pragma once
 
+#include <cstddef>
 #include <functional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "providers/cube/xmla/cellset_data.h"
 #include "providers/cube/xmla/http_client.h"
-#include "providers/cube/xmla/requests.h"
 #include "providers/cube/xmla/rowset_reader.h"
 
 namespace vok::xmla {
+
+inline constexpr std::size_t kMaxNames = 10'000;  // of a list of the structure
+inline constexpr std::size_t kMaxLevelMembers = 10'000'000;
+
+struct DiscoverRequest {
+  std::string kind;  ///< such as MDSCHEMA_MEMBERS
+  std::vector<std::pair<std::string, std::string>> restrictions;
+  std::string catalog;                ///< "": the server's default
+  std::size_t most_rows = kMaxNames;  ///< that are taken; more are a failure
+};
+
+std::string DiscoverEnvelope(const DiscoverRequest& request);
+/// The statement reaches the server byte for byte, carriage returns with it.
+std::string ExecuteEnvelope(const std::string& catalog, const std::string& statement);
 
 /// Who asks, and by which means; called for each connection.
 struct ServerAccess {

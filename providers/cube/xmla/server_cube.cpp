@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "platform/unique_name.h"
+#include "platform/cube.h"
 #include "providers/cube/xmla/cell_value.h"
 
 namespace vok::xmla {

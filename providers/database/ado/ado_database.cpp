@@ -1,11 +1,12 @@
 #include "providers/database/ado/ado_database.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "platform/text.h"
 #include "providers/database/ado/ado_connection.h"
 #include "providers/database/ado/adox_structure.h"
-#include "providers/database/ado/settings_providers.h"
+#include "system/automation/object.h"
 
 namespace vok::windows {
 namespace {
@@ -32,6 +33,21 @@ class AdoxNewDatabase : public NewDatabase {
 };
 
 }  // namespace
+
+const std::vector<std::string>& SettingsProviders() {
+  static const std::vector<std::string> names{"Microsoft.Jet.OLEDB.4.0", "Microsoft.ACE.OLEDB.16.0",
+                                              "Microsoft.ACE.OLEDB.15.0",
+                                              "Microsoft.ACE.OLEDB.12.0"};
+  return names;
+}
+
+std::string FindSettingsProvider() {
+  const auto& names = SettingsProviders();
+  const auto found = std::find_if(names.begin(), names.end(), HasInProcessServer);
+  return found == names.end() ? std::string() : *found;
+}
+
+std::string ProcessWidth() { return sizeof(void*) == 8 ? "64-bit" : "32-bit"; }
 
 std::unique_ptr<Connection> AdoDatabase::Open(const std::string& path, int32_t timeout) {
   return std::make_unique<AdoConnection>(ProviderText() + SourceText(path), timeout);

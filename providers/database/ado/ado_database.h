@@ -7,10 +7,22 @@
 
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "platform/database.h"
 
 namespace vok::windows {
+
+/// Names to look for, the first that is found is taken: Jet, where the settings come from, then the
+/// database engine that followed it, the newest version first.
+const std::vector<std::string>& SettingsProviders();
+
+/// The provider to use; "" when this process can load none of them: a provider has the width (32 or
+/// 64 bit) of the processes that it serves.
+std::string FindSettingsProvider();
+
+/// "32-bit" or "64-bit": of this process.
+std::string ProcessWidth();
 
 /// Needs a provider that `FindSettingsProvider` finds; asks for it at each call.
 class AdoDatabase : public Database {

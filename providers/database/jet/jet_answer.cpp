@@ -36,6 +36,7 @@ TableRows TableOf(const Json& json) {
   table.definition.name = json.at("name").get<std::string>();
   auto& columns = table.definition.columns;
   for (const Json& column : json.at("columns")) columns.push_back(ColumnOf(column));
+  table.unread = json.at("unread").get<std::vector<std::string>>();
   for (const Json& row : json.at("rows")) {
     auto& values = table.rows.emplace_back();
     for (std::size_t i = 0; i < columns.size(); ++i) {

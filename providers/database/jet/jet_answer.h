@@ -13,6 +13,7 @@ namespace vok::jet {
 
 struct TableRows {
   TableDefinition definition;
+  std::vector<std::string> unread;       ///< columns whose kind is not read
   std::vector<std::vector<Value>> rows;  ///< a value per column
 };
 

@@ -9,9 +9,9 @@
 #include "providers/database/jet/child_program.h"
 #include "providers/database/jet/jet_answer.h"
 #include "providers/database/sqlite/rows.h"
-#include "providers/database/sqlite/schema.h"
 #include "providers/database/sqlite/store_failure.h"
 #include "providers/database/sqlite/structure.h"
+#include "providers/database/sqlite/table_schema.h"
 
 namespace vok::jet {
 namespace {
@@ -30,6 +30,20 @@ std::string WhyNotWritten(const std::string& file) {
   for (const std::string& place : places) tried += (tried.empty() ? "" : ", ") + place;
   ThrowUnusable(file, "it is a Jet database, and the program that reads those is not there (" +
                           tried + "). It is built where libmdb is found (Debian: mdbtools-dev).");
+}
+
+/// A wanted column that is left out must not seem to be empty.
+void CheckUnread(const std::string& file, const Locale& locale, const TableDefinition& wanted,
+                 const std::vector<std::string>& unread) {
+  for (const ColumnDefinition& column : wanted.columns) {
+    const bool is_unread = std::any_of(unread.begin(), unread.end(), [&](const std::string& name) {
+      return EqualNoCase(locale, column.name, name);
+    });
+    if (!is_unread) continue;
+    ThrowUnusable(file, "its column " + column.name + " of the table " + wanted.name +
+                            " is of a kind that is not read, such as a memo. In Access, make it "
+                            "a text, a whole number, a date or a yes/no, as it was made.");
+  }
 }
 
 void AddRows(SqliteStore& store, const Locale& locale, const Shape& shape, const TableRows& table) {
@@ -57,6 +71,12 @@ std::shared_ptr<SqliteStore> JetFiles::Open(const std::string& path) {
   if (answer.tables.empty()) {
     ThrowUnusable(native, "it is a Jet database, but has none of the tables of settings.");
   }
+  for (const TableRows& table : answer.tables) {
+    for (const TableDefinition& wanted : shape_.tables) {
+      if (wanted.name != table.definition.name) continue;
+      CheckUnread(native, locale_, wanted, table.unread);
+    }
+  }
   auto store = SqliteStore::InMemory(locale_, patience_, native);
   WriteScope scope(*store);
   try {
@@ -77,7 +97,7 @@ JetAnswer JetFiles::Read(const std::string& native) const {
   });
   if (reader == readers_.end()) ThrowNoReader(native, readers_);
   std::vector<std::string> arguments = {native};
-  arguments.insert(arguments.end(), shape_.tables.begin(), shape_.tables.end());
+  for (const TableDefinition& table : shape_.tables) arguments.push_back(table.name);
   const ChildAnswer printed = RunChild(*reader, arguments, kLimits);
   if (auto answer = ParseAnswer(printed.output)) return *std::move(answer);
   ThrowUnusable(native,

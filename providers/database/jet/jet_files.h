@@ -14,14 +14,14 @@
 #include "platform/files.h"
 #include "platform/locale.h"
 #include "providers/database/jet/jet_answer.h"
-#include "providers/database/sqlite/lock_patience.h"
+#include "providers/database/sqlite/folder_lock.h"
 #include "providers/database/sqlite/store.h"
 
 namespace vok::jet {
 
 /// What the settings want of a file.
 struct Shape {
-  std::vector<std::string> tables;
+  std::vector<TableDefinition> tables;
   /// What stands for a NULL in a column: nobody can save the set again that a read of it would fail
   /// on.
   std::function<Value(const ColumnDefinition&)> nothing;
@@ -36,7 +36,8 @@ class JetFiles {
 
   /// What the file holds, as a store that refuses to be written. Every failure is -2147467259,
   /// names the file and says why it cannot be read: another version of the format, a password,
-  /// encryption, damage, none of the wanted tables, or that the program is not there.
+  /// encryption, damage, none of the wanted tables, a wanted column of a kind that is not read, or
+  /// that the program is not there.
   std::shared_ptr<SqliteStore> Open(const std::string& path);
 
  private:

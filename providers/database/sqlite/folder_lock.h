@@ -1,6 +1,8 @@
-// Keeps other processes from a settings file while it is being made.
+// Keeps other processes from a settings file while it is being made, and keeps a command from
+// waiting twice for their locks.
 #pragma once
 
+#include <chrono>
 #include <cstdint>
 #include <string>
 
@@ -25,6 +27,24 @@ class FolderLock {
   static constexpr std::intptr_t kNone = -1;
 
   std::intptr_t lock_ = kNone;  ///< the operating system's
+};
+
+/// A caller that has waited for a file in vain does not wait for it again at once: one command
+/// often touches the file more than once. For the connections of one database, which are one
+/// thread's.
+class LockPatience {
+ public:
+  /// The time to wait for a lock of `file`: `seconds`, without end for 0; hardly any within a
+  /// minute of a wait in vain.
+  std::chrono::milliseconds For(const std::string& file, int32_t seconds) const;
+
+  void WaitedInVain(const std::string& file);
+  /// The lock was got.
+  void Forget() { file_.clear(); }
+
+ private:
+  std::string file_;  ///< waited for in vain; empty: none
+  std::chrono::steady_clock::time_point since_;
 };
 
 }  // namespace vok

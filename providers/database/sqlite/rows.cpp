@@ -2,7 +2,6 @@
 
 #include "platform/failure.h"
 #include "providers/database/sqlite/like_pattern.h"
-#include "providers/database/sqlite/numbers.h"
 #include "providers/database/sqlite/query.h"
 
 namespace vok {

@@ -1,13 +1,22 @@
 // Reading, deleting and inserting rows.
 #pragma once
 
+#include <cstdint>
 #include <string>
 #include <vector>
 
 #include "platform/value.h"
-#include "providers/database/sqlite/schema.h"
 #include "providers/database/sqlite/statement.h"
 #include "providers/database/sqlite/store.h"
+#include "providers/database/sqlite/table_schema.h"
+
+namespace vok::failure_number {
+
+inline constexpr int32_t kNoColumn = -2147217904;         // DB_E_PARAMNOTOPTIONAL
+inline constexpr int32_t kObjectExists = -2147217857;     // DB_E_TABLEEXISTS
+inline constexpr int32_t kWrongColumnType = -2147217913;  // DB_E_DATATYPEMISMATCH
+
+}  // namespace vok::failure_number
 
 namespace vok {
 

@@ -15,10 +15,61 @@
 #include "platform/database.h"
 #include "platform/files.h"
 #include "platform/locale.h"
-#include "providers/database/sqlite/lock_patience.h"
+#include "providers/database/sqlite/folder_lock.h"
+#include "providers/database/sqlite/rows.h"
 #include "providers/database/sqlite/store.h"
 
 namespace vok {
+
+/// They stay readable when the store is closed; a row that is added then fails with 3704.
+class SqliteRows : public WritableTable {
+ public:
+  /// Failures: -2147217900 a statement that is not understood, -2147217865 no such table,
+  /// -2147217904 no such column.
+  SqliteRows(std::shared_ptr<SqliteStore> store, const std::string& source);
+
+  int32_t Count() const override { return static_cast<int32_t>(selection_.rows.size()); }
+  bool AtEnd() const override { return position_ >= selection_.rows.size(); }
+  void MoveFirst() override;
+  void MoveNext() override;
+
+  int32_t FieldCount() const override;
+  std::string FieldName(int32_t index) const override;
+  Value Field(int32_t index) const override;
+  Value Field(const std::string& name) const override;
+
+  void Add(const Fields& fields) override;
+
+ private:
+  void CheckNotAtEnd() const;
+  std::size_t IndexOf(const std::string& name) const;
+  std::size_t Checked(int32_t index) const;
+  Value FieldAt(std::size_t place) const;
+
+  std::shared_ptr<SqliteStore> store_;
+  Selection selection_;
+  std::size_t position_ = 0;
+};
+
+class SqliteConnection : public Connection {
+ public:
+  explicit SqliteConnection(std::shared_ptr<SqliteStore> store) : store_(std::move(store)) {}
+  /// Closes the store, also for tables and structures that are still there.
+  ~SqliteConnection() override { store_->Close(); }
+
+  std::unique_ptr<Rows> Query(const std::string& statement) override;
+  std::unique_ptr<WritableTable> OpenTable(const std::string& name) override;
+  void Execute(const std::string& statement) override;
+  std::unique_ptr<DatabaseStructure> OpenStructure() override;
+
+  /// One transaction, for either purpose, that keeps every other writer out from its beginning.
+  void Begin(Purpose purpose) override;
+  void Commit() override;
+  void Rollback() noexcept override { store_->RollBack(); }
+
+ private:
+  std::shared_ptr<SqliteStore> store_;
+};
 
 /// The store that answers for a genuine Jet database; takes the system's path. Empty where there is
 /// nothing to read those with.

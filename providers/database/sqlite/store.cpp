@@ -6,7 +6,7 @@
 #include <memory>
 #include <utility>
 
-#include "platform/database_file.h"
+#include "platform/database.h"
 #include "platform/failure.h"
 #include "platform/whole_path.h"
 #include "providers/database/sqlite/folder_lock.h"

@@ -12,7 +12,7 @@
 
 #include "platform/files.h"
 #include "platform/locale.h"
-#include "providers/database/sqlite/lock_patience.h"
+#include "providers/database/sqlite/folder_lock.h"
 
 struct sqlite3;
 struct sqlite3_stmt;

@@ -1,8 +1,8 @@
 #include "providers/database/sqlite/structure.h"
 
 #include "platform/failure.h"
-#include "providers/database/sqlite/schema.h"
 #include "providers/database/sqlite/store_failure.h"
+#include "providers/database/sqlite/table_schema.h"
 
 namespace vok {
 

@@ -3,8 +3,9 @@
 #include <filesystem>
 
 #include "platform/failure.h"
-#include "providers/workbook/excel/cell_array.h"
+#include "platform/spreadsheet.h"
 #include "system/automation/object.h"
+#include "system/automation/variant.h"
 #include "system/windows/path_claim.h"
 #include "system/windows/utf16.h"
 
@@ -19,6 +20,24 @@ constexpr int32_t kFirstLabelColumn = 12;
 
 /// Positions as the program takes them.
 int32_t Number(std::size_t position) { return static_cast<int32_t>(position); }
+
+/// An array of VARIANTs with two dimensions counted from 1, rows first.
+Variant CellArray(const CellBlock& block) {
+  SAFEARRAYBOUND bounds[] = {{static_cast<ULONG>(block.rows), 1},
+                             {static_cast<ULONG>(block.columns), 1}};
+  Variant array;
+  array.Get()->parray = SafeArrayCreate(VT_VARIANT, 2, bounds);
+  if (array.Get()->parray == nullptr) throw std::bad_alloc();
+  array.Get()->vt = VT_ARRAY | VT_VARIANT;
+  const ArrayAccess<VARIANT> elements(array.Get()->parray);
+  for (std::size_t column = 0; column < block.columns; ++column) {
+    for (std::size_t row = 0; row < block.rows; ++row) {
+      // The first dimension runs fastest.
+      elements[column * block.rows + row] = Variant(block.At(row + 1, column + 1)).Detach();
+    }
+  }
+  return array;
+}
 
 class ExcelApplication : public SpreadsheetApplication {
  public:

@@ -3,8 +3,9 @@
 #include <cstring>
 #include <string>
 
-#include "providers/workbook/xlsx/sheet_xml.h"
+#include "providers/workbook/xlsx/sheet.h"
 #include "providers/workbook/xlsx/text_rules.h"
+#include "providers/workbook/xlsx/workbook_parts.h"
 
 namespace vok::xlsx {
 namespace {

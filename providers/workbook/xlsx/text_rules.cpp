@@ -2,8 +2,9 @@
 
 #include <charconv>
 #include <cstdint>
-#include <cstring>
 #include <optional>
+
+#include "platform/utf8.h"
 
 namespace vok::xlsx {
 namespace {
@@ -13,44 +14,9 @@ constexpr std::size_t kEscapeSize = 7;  // _xHHHH_
 
 uint8_t Byte(std::string_view text, std::size_t at) { return static_cast<uint8_t>(text[at]); }
 
-bool IsContinuation(std::string_view text, std::size_t at, uint8_t low = 0x80,
-                    uint8_t high = 0xBF) {
-  return at < text.size() && Byte(text, at) >= low && Byte(text, at) <= high;
-}
-
-/// Bytes of the well-formed character at the front; 0 when there is none.
-std::size_t CharacterSize(std::string_view text) {
-  const uint8_t lead = Byte(text, 0);
-  if (lead < 0x80) return 1;
-  if (lead >= 0xC2 && lead <= 0xDF) return IsContinuation(text, 1) ? 2 : 0;
-  if (lead >= 0xE0 && lead <= 0xEF) {
-    const uint8_t low = lead == 0xE0 ? 0xA0 : 0x80;
-    const uint8_t high = lead == 0xED ? 0x9F : 0xBF;
-    return IsContinuation(text, 1, low, high) && IsContinuation(text, 2) ? 3 : 0;
-  }
-  if (lead >= 0xF0 && lead <= 0xF4) {
-    const uint8_t low = lead == 0xF0 ? 0x90 : 0x80;
-    const uint8_t high = lead == 0xF4 ? 0x8F : 0xBF;
-    const bool whole =
-        IsContinuation(text, 1, low, high) && IsContinuation(text, 2) && IsContinuation(text, 3);
-    return whole ? 4 : 0;
-  }
-  return 0;
-}
-
 bool IsSurrogate(std::string_view text) {
-  return Byte(text, 0) == 0xED && IsContinuation(text, 1, 0xA0) && IsContinuation(text, 2);
-}
-
-/// Bytes of plain ASCII at the front, eight at a time.
-std::size_t AsciiPrefix(std::string_view text) {
-  std::size_t at = 0;
-  for (; at + 8 <= text.size(); at += 8) {
-    uint64_t eight;
-    std::memcpy(&eight, text.data() + at, 8);
-    if ((eight & 0x8080808080808080u) != 0) break;
-  }
-  return at;
+  return text.size() > 2 && Byte(text, 0) == 0xED && Byte(text, 1) >= 0xA0 &&
+         !StartsCharacter(text[1]) && !StartsCharacter(text[2]);
 }
 
 /// The value of "_xHHHH" at the front, the final "_" not looked at.
@@ -122,17 +88,6 @@ std::optional<Substitute> SubstituteFor(std::string_view text) {
 }
 
 }  // namespace
-
-bool IsUtf8(std::string_view text) {
-  while (!text.empty()) {
-    text.remove_prefix(AsciiPrefix(text));
-    if (text.empty()) break;
-    const std::size_t size = CharacterSize(text);
-    if (size == 0) return false;
-    text.remove_prefix(size);
-  }
-  return true;
-}
 
 std::string ToUtf8(std::string_view bytes) {
   std::string text;

@@ -19,7 +19,6 @@ namespace vok::xlsx {
 inline constexpr std::size_t kMaxTextUnits = 32'767;
 
 /// Valid UTF-8, by the rules above.
-bool IsUtf8(std::string_view text);
 std::string ToUtf8(std::string_view bytes);
 
 /// Appends a clean text as XML character data or attribute value, with the format's escapes.

@@ -2,9 +2,8 @@
 
 #include <algorithm>
 
-#include "providers/workbook/xlsx/shared_strings.h"
-#include "providers/workbook/xlsx/sheet_xml.h"
-#include "providers/workbook/xlsx/styles.h"
+#include "providers/workbook/xlsx/sheet.h"
+#include "providers/workbook/xlsx/text_pool.h"
 #include "providers/workbook/xlsx/workbook_parts.h"
 #include "providers/workbook/xlsx/zip_writer.h"
 

@@ -1,9 +1,72 @@
 #include "providers/workbook/xlsx/workbook_parts.h"
 
+#include <algorithm>
+#include <iterator>
+
 #include "providers/workbook/xlsx/text_rules.h"
 
 namespace vok::xlsx {
 namespace {
+
+constexpr uint32_t kFirstOwnId = 164;
+
+struct BuiltIn {
+  uint32_t id;
+  std::string_view code;
+};
+
+/// Number formats that every program knows by their number and shows as its language has them.
+constexpr BuiltIn kBuiltIns[] = {
+    {0, "General"},
+    {1, "0"},
+    {2, "0.00"},
+    {3, "#,##0"},
+    {4, "#,##0.00"},
+    {9, "0%"},
+    {10, "0.00%"},
+    {11, "0.00E+00"},
+    {12, "# ?/?"},
+    {13, "# ?\?/?\?"},
+    {14, "mm-dd-yy"},
+    {15, "d-mmm-yy"},
+    {16, "d-mmm"},
+    {17, "mmm-yy"},
+    {18, "h:mm AM/PM"},
+    {19, "h:mm:ss AM/PM"},
+    {20, "h:mm"},
+    {21, "h:mm:ss"},
+    {22, "m/d/yy h:mm"},
+    {37, "#,##0 ;(#,##0)"},
+    {38, "#,##0 ;[Red](#,##0)"},
+    {39, "#,##0.00;(#,##0.00)"},
+    {40, "#,##0.00;[Red](#,##0.00)"},
+    {45, "mm:ss"},
+    {46, "[h]:mm:ss"},
+    {47, "mmss.0"},
+    {48, "##0.0E+0"},
+    {49, "@"},
+};
+
+uint32_t IdOf(std::string_view code, std::size_t index) {
+  const auto found = std::find_if(std::begin(kBuiltIns), std::end(kBuiltIns),
+                                  [&](const BuiltIn& known) { return known.code == code; });
+  return found != std::end(kBuiltIns) ? found->id : kFirstOwnId + static_cast<uint32_t>(index);
+}
+
+void AppendOwnFormats(ByteBuffer& xml, const Workbook& workbook) {
+  ByteBuffer own;
+  std::size_t count = 0;
+  for (std::size_t i = 0; i < workbook.formats.size(); ++i) {
+    const uint32_t id = IdOf(workbook.formats[i], i);
+    if (id < kFirstOwnId) continue;
+    ++count;
+    own << "<numFmt numFmtId=\"" << std::to_string(id) << "\" formatCode=\"";
+    AppendXmlText(own, workbook.formats[i]);
+    own << "\"/>";
+  }
+  if (count == 0) return;
+  xml << "<numFmts count=\"" << std::to_string(count) << "\">" << own.View() << "</numFmts>";
+}
 
 constexpr std::string_view kDeclaration =
     "<?xml version=\"1.0\" encoding=\"UTF-8\" standalone=\"yes\"?>\n";
@@ -28,6 +91,27 @@ std::string_view BesideWorkbook(std::string_view name) {
 }
 
 }  // namespace
+
+void AppendStyles(ByteBuffer& xml, const Workbook& workbook) {
+  xml << "<?xml version=\"1.0\" encoding=\"UTF-8\" standalone=\"yes\"?>\n"
+         "<styleSheet xmlns=\"http://schemas.openxmlformats.org/spreadsheetml/2006/main\">";
+  AppendOwnFormats(xml, workbook);
+  xml << "<fonts count=\"1\"><font><sz val=\"11\"/><name val=\"Calibri\"/><family "
+         "val=\"2\"/></font>"
+         "</fonts><fills count=\"2\"><fill><patternFill patternType=\"none\"/></fill>"
+         "<fill><patternFill patternType=\"gray125\"/></fill></fills>"
+         "<borders count=\"1\"><border><left/><right/><top/><bottom/><diagonal/></border></borders>"
+         "<cellStyleXfs count=\"1\"><xf numFmtId=\"0\" fontId=\"0\" fillId=\"0\" borderId=\"0\"/>"
+         "</cellStyleXfs><cellXfs count=\""
+      << std::to_string(workbook.formats.size()) << "\">";
+  for (std::size_t i = 0; i < workbook.formats.size(); ++i) {
+    xml << "<xf numFmtId=\"" << std::to_string(IdOf(workbook.formats[i], i))
+        << "\" fontId=\"0\" fillId=\"0\" borderId=\"0\" xfId=\"0\""
+        << (i == 0 ? "/>" : " applyNumberFormat=\"1\"/>");
+  }
+  xml << "</cellXfs><cellStyles count=\"1\"><cellStyle name=\"Normal\" xfId=\"0\" builtinId=\"0\"/>"
+         "</cellStyles></styleSheet>";
+}
 
 std::string part::Sheet(std::size_t index) {
   return "xl/worksheets/sheet" + std::to_string(index + 1) + ".xml";

@@ -1,5 +1,4 @@
-// The small parts that tie a workbook file together: which parts there are, how they relate, and
-// the list of sheets.
+// The parts of a workbook file: which there are, how they relate, and what each holds.
 #pragma once
 
 #include <string>
@@ -26,5 +25,10 @@ void AppendRelations(ByteBuffer& xml);
 void AppendApplication(ByteBuffer& xml);
 void AppendWorkbookXml(ByteBuffer& xml, const Workbook& workbook);
 void AppendWorkbookRelations(ByteBuffer& xml, std::size_t sheets);
+void AppendStyles(ByteBuffer& xml, const Workbook& workbook);
+
+/// `selected`: the sheet is the one shown when the workbook is opened.
+void AppendSheet(ByteBuffer& xml, const Workbook& workbook, const Sheet& sheet, bool selected,
+                 TextOrder& order);
 
 }  // namespace vok::xlsx

@@ -6,6 +6,7 @@
 #include "platform/calendar.h"
 #include "platform/failure.h"
 #include "platform/text.h"
+#include "platform/utf8.h"
 #include "providers/workbook/xlsx/cell_reference.h"
 #include "providers/workbook/xlsx/text_rules.h"
 #include "providers/workbook/xlsx/workbook.h"

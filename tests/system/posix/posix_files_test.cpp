@@ -15,7 +15,6 @@
 #include <string>
 
 #include "platform/failure.h"
-#include "system/posix/file_readers.h"
 #include "system/posix/temporary_file.h"
 #include "tests/support/failures.h"
 #include "tests/support/temporary_folder.h"

@@ -10,7 +10,6 @@
 #include "platform/failure.h"
 #include "system/posix/file_registry.h"
 #include "system/posix/icu_locale.h"
-#include "system/posix/ini_text.h"
 #include "system/posix/posix_files.h"
 #include "tests/support/temporary_folder.h"
 

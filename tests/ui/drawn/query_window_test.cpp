@@ -3,7 +3,7 @@
 
 #include <filesystem>
 
-#include "settings/edited_sets.h"
+#include "settings/set_reader.h"
 #include "tests/ui/drawn/drawn_desk.h"
 #include "tests/ui/drawn/person.h"
 

@@ -5,8 +5,8 @@
 #include <filesystem>
 #include <fstream>
 
-#include "settings/edited_sets.h"
-#include "settings/writer.h"
+#include "settings/set_reader.h"
+#include "settings/set_writer.h"
 #include "tests/support/ui/real_desk.h"
 #include "ui/model/frm_cube.h"
 #include "ui/model/frm_option.h"

@@ -2,7 +2,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "settings/edited_sets.h"
+#include "settings/set_reader.h"
 #include "tests/support/ui/real_desk.h"
 
 namespace vok {

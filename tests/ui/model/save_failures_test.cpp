@@ -5,9 +5,9 @@
 
 #include <csignal>
 
-#include "settings/all_sets.h"
-#include "settings/store.h"
-#include "settings/writer.h"
+#include "settings/set_lists.h"
+#include "settings/set_writer.h"
+#include "settings/settings_database.h"
 #include "tests/support/ui/real_desk.h"
 
 namespace vok {

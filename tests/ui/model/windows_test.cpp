@@ -4,7 +4,7 @@
 
 #include <charconv>
 
-#include "settings/edited_sets.h"
+#include "settings/set_reader.h"
 #include "tests/support/ui/real_desk.h"
 #include "texts/string_table.h"
 #include "texts/text_numbers.h"

@@ -3,7 +3,8 @@
 #include <algorithm>
 #include <span>
 
-#include "providers/cube/olap/build/bad_input.h"
+#include "platform/utf8.h"
+#include "providers/cube/olap/build/table_source.h"
 #include "providers/cube/olap/storage/bytes.h"
 
 namespace vok::olap {

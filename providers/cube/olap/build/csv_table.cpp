@@ -4,7 +4,6 @@
 #include <map>
 #include <utility>
 
-#include "providers/cube/olap/build/bad_input.h"
 #include "providers/cube/olap/build/csv_scanner.h"
 #include "providers/cube/olap/build/table_source.h"
 

@@ -6,10 +6,10 @@
 #include <memory>
 #include <utility>
 
-#include "providers/cube/olap/build/bad_input.h"
 #include "providers/cube/olap/build/fact_sorter.h"
 #include "providers/cube/olap/build/member_tree.h"
 #include "providers/cube/olap/build/read_ahead.h"
+#include "providers/cube/olap/build/table_source.h"
 #include "providers/cube/olap/build/value_column.h"
 
 namespace vok::olap {

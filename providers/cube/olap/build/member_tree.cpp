@@ -8,7 +8,7 @@
 #include <tuple>
 #include <utility>
 
-#include "providers/cube/olap/build/bad_input.h"
+#include "providers/cube/olap/build/table_source.h"
 
 namespace vok::olap {
 namespace {

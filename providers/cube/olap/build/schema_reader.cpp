@@ -8,8 +8,9 @@
 #include <string_view>
 #include <utility>
 
-#include "providers/cube/olap/build/bad_input.h"
+#include "platform/utf8.h"
 #include "providers/cube/olap/build/schema.h"
+#include "providers/cube/olap/build/table_source.h"
 #include "providers/cube/olap/mdx/resolver.h"
 #include "providers/cube/olap/storage/bytes.h"
 #include "providers/cube/olap/storage/format.h"

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <array>
 
-#include "providers/cube/olap/storage/cell_block.h"
+#include "providers/cube/olap/storage/aggregate_block.h"
 
 namespace vok::olap {
 namespace {
@@ -80,7 +80,7 @@ std::string SliceCells::Block(std::size_t first, uint32_t count) {
     }
     parts.push_back({column.part, column.valid_part});
   }
-  return CellBlockBytes(count, leaves_, parts);
+  return AggregateBlockBytes(count, leaves_, parts);
 }
 
 void SliceCells::Add(std::size_t column, std::size_t cell, int64_t value, bool is_new) {

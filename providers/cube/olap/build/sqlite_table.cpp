@@ -4,7 +4,7 @@
 #include <charconv>
 #include <utility>
 
-#include "providers/cube/olap/build/bad_input.h"
+#include "platform/utf8.h"
 #include "providers/cube/olap/build/table_source.h"
 #include "providers/cube/olap/storage/bytes.h"
 

@@ -1,4 +1,5 @@
-// The tables that a cube is built from: a folder of CSV files, or a SQLite database.
+// The tables that a cube is built from, a folder of CSV files or a SQLite database, and failures
+// about them.
 #pragma once
 
 #include <cstdint>
@@ -8,6 +9,7 @@
 #include <string_view>
 #include <vector>
 
+#include "platform/failure.h"
 #include "platform/files.h"
 
 namespace vok::olap {
@@ -59,5 +61,14 @@ std::unique_ptr<TableSource> OpenSqliteDatabase(const Files& files, const std::s
 /// Where each of `wanted` stands in `there`. Failure: not there, naming the column and the table.
 std::vector<std::size_t> PlacesOf(const std::vector<std::string>& wanted,
                                   const std::vector<std::string>& there, const std::string& table);
+
+/// -2147467259: "WHERE: WHAT".
+Failure BadInput(const std::string& where, const std::string& what);
+
+/// "a, b, c", cut after the first twenty.
+std::string Listed(const std::vector<std::string>& names);
+
+/// In quotes, cut short when it is long.
+std::string Quoted(std::string_view text);
 
 }  // namespace vok::olap

@@ -132,37 +132,6 @@ class Range : public SetExpression {
   Place place_;
 };
 
-class Number : public ValueExpression {
- public:
-  explicit Number(double number) : number_(number) {}
-  bool DependsOn(HierarchyId) const override { return false; }
-  Column Compute(CellEvaluator& evaluator, const Block& block) const override {
-    Column column = evaluator.NewColumn(block);
-    for (std::size_t row = 0; row < column.size(); ++row) column.SetNumber(row, number_);
-    return column;
-  }
-
- private:
-  double number_;
-};
-
-class Text : public ValueExpression {
- public:
-  explicit Text(std::string text) : ValueExpression(ValueKind::kText), text_(std::move(text)) {}
-  bool DependsOn(HierarchyId) const override { return false; }
-  Column Compute(CellEvaluator& evaluator, const Block& block) const override {
-    Column column = evaluator.NewColumn(block);
-    for (std::size_t row = 0; row < column.size(); ++row) {
-      evaluator.guard().CheckAt(row);
-      column.SetText(row, text_);
-    }
-    return column;
-  }
-
- private:
-  std::string text_;
-};
-
 class CellValue : public ValueExpression {
  public:
   explicit CellValue(std::vector<MemberPtr> members) : members_(std::move(members)) {}
@@ -293,10 +262,6 @@ SetPtr NewNamedSet(std::size_t index, const SetExpression& set) {
 SetPtr NewRange(MemberPtr first, MemberPtr last, Place place) {
   return std::make_unique<Range>(std::move(first), std::move(last), place);
 }
-
-ValuePtr NewNumber(double number) { return std::make_unique<Number>(number); }
-
-ValuePtr NewText(std::string text) { return std::make_unique<Text>(std::move(text)); }
 
 ValuePtr NewCellValue(std::vector<MemberPtr> members) {
   return std::make_unique<CellValue>(std::move(members));

@@ -26,8 +26,6 @@ SetPtr NewNamedSet(std::size_t index, const SetExpression& set);
 /// All members from one to another of the same level; none when one is missing.
 SetPtr NewRange(MemberPtr first, MemberPtr last, Place place);
 
-ValuePtr NewNumber(double number);
-ValuePtr NewText(std::string text);
 /// The cell at the tuple; no members: the current cell.
 ValuePtr NewCellValue(std::vector<MemberPtr> members);
 

@@ -62,8 +62,8 @@ std::size_t CellGrid::size() const {
   return count;
 }
 
-CellGrid::Place CellGrid::At(std::size_t ordinal) const {
-  Place place;
+CellGrid::GridCell CellGrid::At(std::size_t ordinal) const {
+  GridCell place;
   std::size_t stride = 1;
   for (std::size_t axis = 0; axis < axes_.size(); ++axis) {
     const std::size_t count = KeptCount(axis);
@@ -92,7 +92,7 @@ void CellGrid::Read(std::size_t first, std::size_t step, std::span<double> numbe
     return;
   }
   for (std::size_t i = 0; i < numbers.size(); ++i) {
-    const Place place = At(first + i * step);
+    const GridCell place = At(first + i * step);
     numbers[i] = columns_[place.column].numbers[place.row];
     states[i] = columns_[place.column].states[place.row];
   }
@@ -117,7 +117,7 @@ void CellGrid::ReadAlong(std::size_t column, std::size_t position, std::span<dou
 }
 
 std::string CellGrid::Text(std::size_t ordinal) const {
-  const Place place = At(ordinal);
+  const GridCell place = At(ordinal);
   const auto& texts = columns_[place.column].texts;
   return texts.empty() ? std::string() : texts[place.row];
 }

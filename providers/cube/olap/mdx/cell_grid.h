@@ -43,12 +43,12 @@ class CellGrid {
     bool keeps_all = true;
     Rows kept;
   };
-  struct Place {
+  struct GridCell {
     std::size_t column = 0;
     std::size_t row = 0;
   };
 
-  Place At(std::size_t ordinal) const;
+  GridCell At(std::size_t ordinal) const;
   void ReadAlong(std::size_t column, std::size_t position, std::span<double> numbers,
                  std::span<CellState> states) const;
   std::size_t KeptCount(std::size_t axis) const;

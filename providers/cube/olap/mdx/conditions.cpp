@@ -77,28 +77,6 @@ class SameMember : public ValueExpression {
   MemberPtr with_;
 };
 
-class Logical : public ValueExpression {
- public:
-  explicit Logical(bool value) : ValueExpression(ValueKind::kLogical), value_(value) {}
-  bool DependsOn(HierarchyId) const override { return false; }
-  Column Compute(CellEvaluator& evaluator, const Block& block) const override {
-    Column column = evaluator.NewColumn(block);
-    for (std::size_t row = 0; row < column.size(); ++row) column.SetLogical(row, value_);
-    return column;
-  }
-
- private:
-  bool value_;
-};
-
-class Nothing : public ValueExpression {
- public:
-  bool DependsOn(HierarchyId) const override { return false; }
-  Column Compute(CellEvaluator& evaluator, const Block& block) const override {
-    return evaluator.NewColumn(block);
-  }
-};
-
 }  // namespace
 
 ValuePtr NewChoice(ValuePtr condition, ValuePtr yes, ValuePtr no) {
@@ -108,9 +86,5 @@ ValuePtr NewChoice(ValuePtr condition, ValuePtr yes, ValuePtr no) {
 ValuePtr NewSameMember(MemberPtr member, MemberPtr with) {
   return std::make_unique<SameMember>(std::move(member), std::move(with));
 }
-
-ValuePtr NewLogical(bool value) { return std::make_unique<Logical>(value); }
-
-ValuePtr NewNothing() { return std::make_unique<Nothing>(); }
 
 }  // namespace vok::olap

@@ -9,8 +9,5 @@ namespace vok::olap {
 ValuePtr NewChoice(ValuePtr condition, ValuePtr yes, ValuePtr no);
 /// Whether both are the same member; `with` nullptr: whether there is no such member.
 ValuePtr NewSameMember(MemberPtr member, MemberPtr with);
-ValuePtr NewLogical(bool value);
-/// An empty value.
-ValuePtr NewNothing();
 
 }  // namespace vok::olap

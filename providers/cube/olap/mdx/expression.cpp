@@ -3,7 +3,7 @@
 #include <numeric>
 
 #include "providers/cube/olap/mdx/cell_evaluator.h"
-#include "providers/cube/olap/mdx/leaf_ranges.h"
+#include "providers/cube/olap/mdx/merged_cells.h"
 
 namespace vok::olap {
 namespace {

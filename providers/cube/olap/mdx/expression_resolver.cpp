@@ -5,7 +5,7 @@
 
 #include "providers/cube/olap/mdx/basic_expressions.h"
 #include "providers/cube/olap/mdx/conditions.h"
-#include "providers/cube/olap/mdx/cross_join.h"
+#include "providers/cube/olap/mdx/constants.h"
 #include "providers/cube/olap/mdx/functions/registry.h"
 #include "providers/cube/olap/mdx/operators.h"
 #include "providers/cube/olap/mdx/set_operations.h"

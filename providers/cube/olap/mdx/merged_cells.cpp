@@ -5,10 +5,18 @@
 #include <vector>
 
 #include "providers/cube/olap/mdx/distinct_tuples.h"
-#include "providers/cube/olap/mdx/leaf_ranges.h"
 
 namespace vok::olap {
 namespace {
+
+bool BeginsBefore(const IdRange& a, const IdRange& b) { return a.begin < b.begin; }
+
+void Ascend(std::vector<IdRange>& ranges) {
+  std::erase_if(ranges, [](const IdRange& range) { return range.size() == 0; });
+  if (!std::is_sorted(ranges.begin(), ranges.end(), BeginsBefore)) {
+    std::sort(ranges.begin(), ranges.end(), BeginsBefore);
+  }
+}
 
 constexpr int kMostSteps = 100;  // from one calculated member to the next
 
@@ -71,6 +79,40 @@ bool HasTwice(const TupleSet& set, const std::vector<MemberIds>& factors) {
 }
 
 }  // namespace
+
+void Append(IdRange range, std::vector<IdRange>& ranges) {
+  if (!ranges.empty() && ranges.back().end == range.begin) {
+    ranges.back().end = range.end;
+  } else {
+    ranges.push_back(range);
+  }
+}
+
+std::vector<IdRange> Merged(std::vector<IdRange> ranges) {
+  Ascend(ranges);
+  std::size_t last = 0;
+  for (std::size_t i = 1; i < ranges.size(); ++i) {
+    if (ranges[i].begin <= ranges[last].end) {
+      ranges[last].end = std::max(ranges[last].end, ranges[i].end);
+    } else {
+      ranges[++last] = ranges[i];
+    }
+  }
+  if (!ranges.empty()) ranges.resize(last + 1);
+  return ranges;
+}
+
+bool Disjoint(std::vector<IdRange> ranges) {
+  Ascend(ranges);
+  for (std::size_t i = 1; i < ranges.size(); ++i) {
+    if (ranges[i].begin < ranges[i - 1].end) return false;
+  }
+  return true;
+}
+
+bool CoversAll(const std::vector<IdRange>& merged, uint32_t leaf_count) {
+  return merged.size() == 1 && merged[0] == IdRange{0, leaf_count};
+}
 
 bool AddsUp(Aggregator aggregator) {
   return aggregator == Aggregator::kSum || aggregator == Aggregator::kCount;

@@ -1,4 +1,4 @@
-// Sets joined and compared, tuple by tuple.
+// Sets joined, compared and crossed, tuple by tuple.
 #pragma once
 
 #include "providers/cube/olap/mdx/expression.h"
@@ -18,5 +18,9 @@ SetPtr NewExcept(SetPtr first, SetPtr second, Place place);
 /// The tuples of the first set that are in the second, each once unless `all`.
 SetPtr NewIntersect(SetPtr first, SetPtr second, bool all, Place place);
 SetPtr NewDistinct(SetPtr set);
+
+/// The first set runs slowest. Failure -2147217900: a hierarchy that is in both, or, on evaluation,
+/// more than `kMaxTuples`.
+SetPtr NewCrossJoin(SetPtr first, SetPtr second, Place place);
 
 }  // namespace vok::olap

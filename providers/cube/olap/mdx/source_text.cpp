@@ -3,13 +3,9 @@
 #include <algorithm>
 #include <utility>
 
+#include "platform/utf8.h"
+
 namespace vok::olap {
-namespace {
-
-bool StartsCharacter(char c) { return (static_cast<unsigned char>(c) & 0xC0) != 0x80; }
-
-}  // namespace
-
 SourceText::SourceText(std::string text, std::string title)
     : text_(std::move(text)), title_(std::move(title)) {
   if (text_.size() > kMaxMdxLength) {

@@ -64,7 +64,4 @@ class ByteReader {
   const std::string& file_name_;
 };
 
-/// True when the whole text is well-formed UTF-8: no surrogates, no longer form than needed.
-bool IsUtf8(std::string_view text);
-
 }  // namespace vok::olap

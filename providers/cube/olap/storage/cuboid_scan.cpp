@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <array>
 
-#include "providers/cube/olap/storage/cell_block.h"
+#include "providers/cube/olap/storage/aggregate_block.h"
 
 namespace vok::olap {
 namespace {
@@ -50,8 +50,8 @@ class Scan {
   void AddBlock(uint32_t block, uint32_t group) {
     if (block == kNoBlock) return;
     const HeldBlock held = blocks_.Read(block);
-    const CellBlock cells(held.bytes(), inner_count_, cuboids_.formats, blocks_.file_name());
-    CellBlock::Cursor cursor;
+    const AggregateBlock cells(held.bytes(), inner_count_, cuboids_.formats, blocks_.file_name());
+    AggregateBlock::Cursor cursor;
     for (const IdRange& range : inner_) {
       for (uint32_t begin = range.begin; begin < range.end; begin += kBatch) {
         watch_.Count(kBatch);
@@ -60,8 +60,9 @@ class Scan {
     }
   }
 
-  void AddCells(const CellBlock& cells, IdRange leaves, CellBlock::Cursor& cursor, uint32_t group) {
-    const CellBlock::Run run = cells.Find(leaves, cursor, groups_.data());
+  void AddCells(const AggregateBlock& cells, IdRange leaves, AggregateBlock::Cursor& cursor,
+                uint32_t group) {
+    const AggregateBlock::Run run = cells.Find(leaves, cursor, groups_.data());
     const auto groups = std::span(groups_).first(run.count);
     if (grouping_.hierarchy() == cuboids_.inner) {
       grouping_.Map(groups);
@@ -71,7 +72,7 @@ class Scan {
     for (const CellTarget& target : targets_) AddColumn(cells, run, target);
   }
 
-  void AddColumn(const CellBlock& cells, CellBlock::Run run, const CellTarget& target) {
+  void AddColumn(const AggregateBlock& cells, AggregateBlock::Run run, const CellTarget& target) {
     const bool has_nulls = cuboids_.formats[target.column].has_nulls;
     cells.Values(target.column, run, values_.data());
     if (has_nulls) cells.Validity(target.column, run, validity_.data());

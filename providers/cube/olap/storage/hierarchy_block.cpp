@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <numeric>
 
+#include "platform/utf8.h"
 #include "providers/cube/olap/storage/bytes.h"
 
 namespace vok::olap {
@@ -71,8 +72,7 @@ class Checker {
     uint64_t last = 0;
     for (const uint64_t offset : offsets) {
       // A text that begins within a character is cut wrongly.
-      const bool cuts = offset < columns_.texts.size() &&
-                        (static_cast<unsigned char>(columns_.texts[offset]) & 0xC0) == 0x80;
+      const bool cuts = offset < columns_.texts.size() && !StartsCharacter(columns_.texts[offset]);
       if (offset < last || offset > columns_.texts.size() || cuts) Refuse("a name is misplaced");
       last = offset;
     }

@@ -76,8 +76,12 @@ JetTable::JetTable(MdbHandle& file, const std::string& name, unsigned long page,
   }
   for (guint i = 0; i < table_->columns->len; ++i) {
     const auto* column = static_cast<const MdbColumn*>(g_ptr_array_index(table_->columns, i));
-    if (DataType(*column) == 0 || (!wanted.empty() && !wanted.contains(column->name))) continue;
-    columns_.push_back({column->name, static_cast<int>(i), column});
+    if (!wanted.empty() && !wanted.contains(column->name)) continue;
+    if (DataType(*column) == 0) {
+      unread_.emplace_back(column->name);
+    } else {
+      columns_.push_back({column->name, static_cast<int>(i), column});
+    }
   }
 }
 

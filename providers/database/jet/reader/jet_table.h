@@ -29,6 +29,8 @@ class JetTable {
 
   /// [{"name": …, "type": the number of ADO's data type, "size": UTF-16 units of a text, else 0}].
   Json Columns() const;
+  /// The names of those that are left out for their kind.
+  const std::vector<std::string>& Unread() const { return unread_; }
   std::size_t ColumnNamed(const std::string& name) const;
   /// In the order of their pages. Fails when they are fewer than the table says it has.
   std::vector<Row> Rows();
@@ -52,6 +54,7 @@ class JetTable {
   MdbCatalogEntry entry_{};
   MdbTableDef* table_ = nullptr;
   std::vector<Column> columns_;
+  std::vector<std::string> unread_;
 };
 
 }  // namespace vok::jet

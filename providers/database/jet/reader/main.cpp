@@ -1,7 +1,8 @@
 // vokcubeq17-jet FILE TABLE…: what these tables of a Jet 4 database hold, as JSON on standard
 // output.
 //
-//   {"tables": [{"name": …, "columns": [{"name", "type", "size"}…], "rows": [[…]…]}…]}
+//   {"tables": [{"name": …, "columns": [{"name", "type", "size"}…], "unread": [name…],
+//                "rows": [[…]…]}…]}
 //   {"failure": why the file cannot be read, and what to do}
 //
 // Tables that are not there are left out. The component runs this program because damaged files
@@ -36,7 +37,10 @@ void SetLimits() {
 
 Json TableNamed(const vok::jet::JetFile& file, const std::string& name, unsigned long page) {
   vok::jet::JetTable table(file.handle(), name, page);
-  return {{"name", name}, {"columns", table.Columns()}, {"rows", table.Rows()}};
+  return {{"name", name},
+          {"columns", table.Columns()},
+          {"unread", table.Unread()},
+          {"rows", table.Rows()}};
 }
 
 Json Read(const std::string& path, const std::vector<std::string>& names) {

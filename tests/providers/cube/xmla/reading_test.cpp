@@ -10,6 +10,7 @@
 #include "providers/cube/xmla/cellset_reader.h"
 #include "providers/cube/xmla/login.h"
 #include "providers/cube/xmla/rowset_reader.h"
+#include "providers/cube/xmla/server.h"
 #include "providers/cube/xmla/xmla_settings.h"
 #include "test_system.h"
 #include "tests/providers/cube/xmla/answers.h"

@@ -12,7 +12,7 @@
 #include <sstream>
 
 #include "providers/database/sqlite/sqlite_database.h"
-#include "settings/schema.h"
+#include "settings/settings_tables.h"
 #include "system/posix/icu_locale.h"
 #include "system/posix/posix_files.h"
 #include "tests/support/failures.h"
@@ -194,6 +194,7 @@ TEST_F(JetFilesTest, SaysWhyAFileCannotBeRead) {
       {whole.substr(0, whole.size() - 1), "within a page"},
       {whole.substr(0, 40 * kPage), "is damaged"},
       {changed(36 * kPage, "\1"), "rows, "},  // a page of rows that is none any more
+      {changed(24 * kPage + 125, "\6"), "column CubeFile of the table DataSourceInfo is of a kind"},
   };
   for (const auto& [bytes, words] : rows) {
     SetBytes(bytes);

@@ -5,7 +5,7 @@
 #include <fstream>
 #include <string>
 
-#include "providers/database/sqlite/numbers.h"
+#include "providers/database/sqlite/rows.h"
 #include "tests/providers/database/sqlite/settings_file.h"
 
 namespace vok {

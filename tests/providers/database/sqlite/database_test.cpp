@@ -3,7 +3,7 @@
 #include <string>
 #include <vector>
 
-#include "providers/database/sqlite/numbers.h"
+#include "providers/database/sqlite/rows.h"
 #include "tests/providers/database/sqlite/settings_file.h"
 
 namespace vok {

@@ -7,6 +7,7 @@
 
 #include "providers/cube/olap/mdx/basic_expressions.h"
 #include "providers/cube/olap/mdx/cell_evaluator.h"
+#include "providers/cube/olap/mdx/constants.h"
 #include "providers/cube/olap/mdx/functions/registry.h"
 #include "providers/cube/olap/mdx/merged_cells.h"
 #include "providers/cube/olap/mdx/operators.h"

@@ -6,13 +6,31 @@
 
 #include "providers/cube/olap/mdx/cell_evaluator.h"
 #include "providers/cube/olap/mdx/distinct_tuples.h"
+#include "providers/cube/olap/mdx/expression.h"
 #include "providers/cube/olap/mdx/functions/registry.h"
-#include "providers/cube/olap/mdx/hierarchy_order.h"
 #include "providers/cube/olap/mdx/member_moves.h"
 #include "providers/cube/olap/mdx/whole_number.h"
 
 namespace vok::olap {
 namespace {
+
+/// All members of a hierarchy, each directly before its children.
+MemberIds InHierarchyOrder(const CubeView& cube, HierarchyId hierarchy) {
+  MemberIds order;
+  std::vector<IdRange> open = {cube.LevelMembers(hierarchy, 0)};  // one per level on the way down
+  while (!open.empty()) {
+    IdRange& rest = open.back();
+    if (rest.size() == 0) {
+      open.pop_back();
+      continue;
+    }
+    const MemberId member = rest.begin++;
+    order.push_back(member);
+    const IdRange children = cube.Children(hierarchy, member);
+    if (children.size() > 0) open.push_back(children);
+  }
+  return order;
+}
 
 class MembersSet : public SetExpression {
  public:

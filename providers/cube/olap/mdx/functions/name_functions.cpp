@@ -3,8 +3,8 @@
 #include <string>
 #include <utility>
 
-#include "providers/cube/olap/mdx/basic_expressions.h"
 #include "providers/cube/olap/mdx/cell_evaluator.h"
+#include "providers/cube/olap/mdx/constants.h"
 #include "providers/cube/olap/mdx/functions/registry.h"
 
 namespace vok::olap {

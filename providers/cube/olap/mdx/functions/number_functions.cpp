@@ -3,8 +3,8 @@
 #include <cmath>
 #include <utility>
 
-#include "providers/cube/olap/mdx/basic_expressions.h"
 #include "providers/cube/olap/mdx/cell_evaluator.h"
+#include "providers/cube/olap/mdx/constants.h"
 #include "providers/cube/olap/mdx/functions/registry.h"
 #include "providers/cube/olap/mdx/operators.h"
 

@@ -5,7 +5,6 @@
 
 #include "providers/cube/olap/mdx/basic_expressions.h"
 #include "providers/cube/olap/mdx/cell_evaluator.h"
-#include "providers/cube/olap/mdx/cross_join.h"
 #include "providers/cube/olap/mdx/functions/registry.h"
 #include "providers/cube/olap/mdx/set_operations.h"
 #include "providers/cube/olap/mdx/whole_number.h"

@@ -1,0 +1,126 @@
+// vokcube cube build: making a cube file from tables.
+#include <chrono>
+#include <cstdint>
+#include <iostream>
+#include <map>
+#include <memory>
+
+#include "cli/command.h"
+#include "cli/terminal.h"
+#include "platform/failure.h"
+#include "platform/shown_text.h"
+#include "providers/cube/olap/build/build_cube.h"
+#include "providers/cube/olap/storage/cube_file.h"
+#include "providers/cube/olap/storage/format.h"
+
+namespace vok::cli {
+namespace {
+
+[[noreturn]] void Refuse(const std::string& path, const std::string& why) {
+  throw Failure(failure_number::kFileExists, "Cannot write \"" + path + "\": " + why);
+}
+
+/// The cube file that a new one is to take the place of.
+class OldCube {
+ public:
+  /// Looks at the file, if there is one. Failure 58 for a file that is neither a cube's nor empty:
+  /// a mistyped name must not cost another file.
+  OldCube(const Files& files, const std::string& path);
+
+  /// Failure 58 when a cube that has facts here has none in the new file.
+  void RefuseEmptied(const olap::BuildReport& made) const;
+
+ private:
+  std::string path_;
+  std::map<std::string, uint64_t> facts_;  ///< of each cube; none of a damaged file
+};
+
+OldCube::OldCube(const Files& files, const std::string& path) : path_(path) {
+  if (!files.Exists(path)) return;
+  const std::string begin = ReadBeginning(files, path, olap::kFileMagic.size());
+  if (begin.empty()) return;
+  if (begin != std::string(olap::kFileMagic.begin(), olap::kFileMagic.end())) {
+    Refuse(path, "the file there is not a cube. Give another name, or delete it first.");
+  }
+  try {
+    const auto opened = olap::CubeFile::Open(files, path);
+    for (const olap::StoredCube& cube : opened->cubes()) {
+      facts_[cube.model.name] = cube.model.fact_count;
+    }
+  } catch (const Failure&) {  // a damaged one may be replaced by anything
+    facts_.clear();
+  }
+}
+
+void OldCube::RefuseEmptied(const olap::BuildReport& made) const {
+  for (const auto& cube : made.cubes) {
+    const auto before = facts_.find(cube.name);
+    if (cube.facts > 0 || before == facts_.end() || before->second == 0) continue;
+    Refuse(path_, "cube " + cube.name + " has " + std::to_string(before->second) +
+                      " facts there and would have none. Nothing was changed. Look into the data, "
+                      "or add --allow-empty.");
+  }
+}
+
+/// One line on standard error that is written over and over; nothing when that is not a terminal.
+class ProgressLine {
+ public:
+  void Show(const std::string& what, double done) const {
+    if (terminal_) {
+      std::cerr << "\r\033[K" << OneLine(what) << ' ' << static_cast<int>(done * 100) << " %"
+                << std::flush;
+    }
+  }
+  ~ProgressLine() {
+    if (terminal_) std::cerr << "\r\033[K";
+  }
+
+ private:
+  bool terminal_ = ErrorsAreShown();
+};
+
+struct BuildOptions {
+  olap::BuildRequest request;
+  bool allow_empty = false;
+};
+
+void Build(const CommonOptions& common, const BuildOptions& options) {
+  const auto session = common.NewSession();
+  const auto start = std::chrono::steady_clock::now();
+  olap::BuildRequest request = options.request;
+  const OldCube old(session->host().files, request.output_path);
+  if (!options.allow_empty) {
+    request.check = [&old](const olap::BuildReport& made) { old.RefuseEmptied(made); };
+  }
+  olap::BuildReport report;
+  {
+    const ProgressLine line;
+    report = olap::BuildCubeFile(
+        session->host().files, session->host().locale, request,
+        [&line](const std::string& what, double done) { line.Show(what, done); });
+  }
+  const std::chrono::duration<double> taken = std::chrono::steady_clock::now() - start;
+  for (const auto& cube : report.cubes) {
+    std::cout << OneLine(cube.name) << ": " << cube.facts << " facts, " << cube.stored_cells
+              << " stored cells\n";
+  }
+  std::cout << OneLine(request.output_path) << ": " << report.file_bytes << " bytes, "
+            << static_cast<int>(taken.count() * 1000) << " ms\n";
+}
+
+}  // namespace
+
+void AddCubeBuild(CLI::App& cube, const CommonOptions& common) {
+  const auto options = std::make_shared<BuildOptions>();
+  olap::BuildRequest& request = options->request;
+  auto* build = cube.add_subcommand("build", "Build a cube file from tables");
+  build->add_option("--schema", request.schema_path, "The schema, XML")->required();
+  build->add_option("--data", request.data_path, "Folder of CSV files, or SQLite database")
+      ->required();
+  build->add_option("--output", request.output_path, "The cube file to write")->required();
+  build->add_flag("--allow-empty", options->allow_empty,
+                  "Let a cube without facts take the place of one that has some");
+  build->callback([&common, options] { Build(common, *options); });
+}
+
+}  // namespace vok::cli
