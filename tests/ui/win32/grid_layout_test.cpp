@@ -4,7 +4,7 @@
 
 namespace vok::windows {
 
-void PrintTo(const Place& place, std::ostream* out) {
+void PrintTo(const Area& place, std::ostream* out) {
   *out << place.left << "," << place.top << " " << place.width << "x" << place.height;
 }
 
@@ -16,7 +16,7 @@ TEST(Grid, GivesEachItemItsPlace) {
     std::vector<GridItem> items;
     Extent least;
     Extent more;  ///< than the least
-    std::vector<Place> places;
+    std::vector<Area> places;
   } rows[] = {
       {"nothing", {}, {0, 0}, {9, 9}, {}},
       {"a column is as wide as its widest, and no gap is where nothing stands",

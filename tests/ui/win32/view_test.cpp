@@ -5,7 +5,7 @@
 
 #include "drawn_desktop.h"
 #include "platform/failure.h"
-#include "system/windows/owner_window.h"
+#include "system/windows/windows_message_boxes.h"
 #include "tests/ui/drawn/person.h"
 #include "tests/ui/drawn/sample_form.h"
 
