@@ -17,12 +17,10 @@ unset DISPLAY WAYLAND_DISPLAY QT_QPA_PLATFORM VOKCUBE_REGISTRY
 root=$(realpath "$(dirname "${BASH_SOURCE[0]}")/../..")
 build=$root/build/campaigns
 vokcube=${VOKCUBE:-$build/bin/vokcube}  # an installed one, if you like
-window_save=$build/tests/campaigns/window_save
 misbehave=$build/tests/campaigns/misbehave
 generate=$build/examples/vok_examples_generate
 
 # NAME | KIND TARGET | ARGUMENTS. A target is a file, the settings in a folder, or the output alone.
-# The program is vokcube, except for window-save, which presses the button of the settings window.
 commands=(
   'run-two-passes|file two.xlsX|run --data-source Domestic --periods Demo --output two'
   'run-one-pass|file one.xlsX|run --data-source Domestic --periods "Months 2024" --output one'
@@ -33,7 +31,6 @@ commands=(
   'import-first|settings fresh|settings import new.json'
   'delete|settings settings|settings delete periods "Months 2024"'
   'fill|settings settings|periods fill Demo --interval month --from 2023-01-31'
-  'window-save|settings settings|'
   'export|file export.json|settings export export.json'
   'language|file Lang.rs|language build texts.csv Lang.rs'
   'texts|file own.csv|language texts own.csv'
@@ -57,7 +54,6 @@ choose() {
   [[ $kind == settings ]] && folder=$path
   eval "words=($arguments)"
   program=("$vokcube" --settings-folder "$folder" "${words[@]}")
-  [[ $name == window-save ]] && program=("$window_save" "$folder")
   next=("${program[@]}")
   [[ $kind == settings ]] && next=("$vokcube" --settings-folder "$folder" settings import new.json)
   return 0
@@ -109,7 +105,7 @@ build_programs() {
   "$root/scripts/install-packages" campaigns || exit
   [[ -e $build/build.ninja ]] || cmake -S "$root" -B "$build" -G Ninja -DCMAKE_BUILD_TYPE=Release \
     -DVOKCUBE_TESTS=ON -DCMAKE_CXX_COMPILER_LAUNCHER="$(command -v ccache)" > /dev/null || exit
-  cmake --build "$build" --target vokcube vok_examples_generate window_save misbehave > "$build/log" ||
+  cmake --build "$build" --target vokcube vok_examples_generate misbehave > "$build/log" ||
     { cat "$build/log"; exit 1; }
 }
 
@@ -182,17 +178,10 @@ world() {
   : > faults
   mkfifo pause
   (make_start "$@") > start.log 2>&1 || { cat start.log; exit 1; }
-  # Whole states between the old and the new one: a database with nothing in it yet; one of the two
-  # settings of the window.
+  # A whole state between the old and the new one: a database with nothing in it yet.
   echo "{}" > none.json
   "$vokcube" settings import none.json --settings-folder made > /dev/null
   "$vokcube" settings export --settings-folder made | sum > known/import-first.between
-  choose "$(rows none window-save)"
-  local part
-  for part in periods source; do
-    begin_trial
-    (cd trial && "$window_save" settings $part && content > ../known/window-save.between-$part) || exit
-  done
 }
 
 # Waits without a process of its own.

@@ -6,7 +6,6 @@
 #include <string>
 #include <vector>
 
-#include "hosts/composition/overriding_registry.h"
 #include "platform/failure.h"
 #include "system/posix/file_registry.h"
 #include "system/posix/icu_locale.h"
@@ -110,20 +109,6 @@ TEST_F(RegistryTest, HandlesAndBuffersAreChecked) {
   EXPECT_NE(registry.CloseKey(key), 0);
   EXPECT_NE(registry.QueryValue(key, "MDBPath", type, nullptr, size), 0);
   EXPECT_NE(registry.OpenKey(key, "x", parent), 0);
-}
-
-TEST_F(RegistryTest, AnotherSettingsFolderCanBeGiven) {
-  const std::string path = "software\\vok\\varnel 17";
-  SetFile("r.reg", kHeader + kKey + "\"MDBPath\"=\"below\"\n\"Other\"=\"o\"");
-  FileRegistry below(files_, locale_, root_ + "/r.reg");
-  OverridingRegistry registry(below, locale_, "/given");
-  EXPECT_EQ(Read(registry, path, "mdbpath"), "/given");
-  EXPECT_EQ(Read(registry, path, "Other"), "o");
-  EXPECT_EQ(Read(registry, "Software\\Other", "MDBPath"), "-key 2");
-  FileRegistry none(files_, locale_, root_ + "/none.reg");
-  OverridingRegistry alone(none, locale_, "/given");
-  EXPECT_EQ(Read(alone, path, "MDBPath"), "/given");
-  EXPECT_EQ(Read(alone, path, "Other"), "-value 2");
 }
 
 TEST(IniText, IsReadAsThePrivateProfileCallReads) {
