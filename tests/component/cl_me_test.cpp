@@ -21,15 +21,7 @@ struct MonthLocale : SimpleLocale {
 
 struct ClMeTest : ::testing::Test, ComponentHost {
   MonthLocale month_locale;
-  Host dated{memory.host.component,
-             memory.files,
-             memory.registry,
-             month_locale,
-             memory.clock,
-             memory.boxes,
-             database,
-             cube,
-             sheets};
+  Host dated = memory.On(database, cube, sheets, month_locale, memory.clock);
   Publics publics;
   clMe component{dated, publics};
 
@@ -38,8 +30,6 @@ struct ClMeTest : ::testing::Test, ComponentHost {
     return component.RunQuery(data_source, periods, output);
   }
 };
-
-TEST_F(ClMeTest, VersionIsPlainDecimals) { EXPECT_EQ(component.Version(), "16.8.28"); }
 
 TEST_F(ClMeTest, ASuccessfulRunGivesThePeriodsAndTheNames) {
   SetPeriod(1, 1, 3, true);
@@ -92,12 +82,7 @@ TEST_F(ClMeTest, QinfoGivesFourLists) {
       Value(Value::Array{Value::Array{"2010"}, Value::Array{"Sales", "Old"},
                          Value::Array{"sales.cub", ""}, Value::Array{Date{45000.5}, Value()}}));
   EXPECT_EQ(publics.environment.SettingsFolder, "set");
-}
-
-TEST_F(ClMeTest, QinfoIsEmptyAfterAFailure) {
   database.tables.erase("Periods");
-  EXPECT_TRUE(component.Qinfo().IsEmpty());
-  memory.files.files.clear();
   EXPECT_TRUE(component.Qinfo().IsEmpty());
   EXPECT_THAT(memory.boxes.boxes, IsEmpty());
 }
@@ -147,16 +132,6 @@ TEST_F(ClMeTest, ShowQCformReportsThroughErrorAlone) {
     EXPECT_EQ(number, c.error) << c.calls;
     EXPECT_EQ(calls, c.calls);
   }
-  EXPECT_THAT(memory.boxes.boxes, IsEmpty());
-}
-
-TEST_F(ClMeTest, ShowQCformWithoutWindowsFailsAndShowsNothing) {
-  int32_t error = 0;
-  std::string name = "db";
-  EXPECT_EQ(component.ShowQCform(error, name), Value(Value::Array(1)));
-  EXPECT_EQ(error, failure_number::kNotSupported);
-  EXPECT_THAT(publics.status.LastError, ::testing::HasSubstr("no windows"));
-  EXPECT_EQ(publics.help_file, "");
   EXPECT_THAT(memory.boxes.boxes, IsEmpty());
 }
 

@@ -269,9 +269,7 @@ struct TickingClock : FixedClock {
 
 TEST_F(QueryRunTest, StepsAreTimedAlsoWhenTheClockWraps) {
   TickingClock clock;
-  const Host timed{host.component, memory.files, memory.registry,
-                   memory.locale,  clock,        memory.boxes,
-                   database,       cube,         sheets};
+  const Host timed = memory.On(database, cube, sheets, memory.locale, clock);
   TakeOpeningBalancesAway();
   ASSERT_EQ(CubtoXls(timed, publics, "Sales", "2010", "out"), 0);
   const RunReport& report = publics.last_run;

@@ -18,9 +18,7 @@ struct DiscoveryTest : ::testing::Test {
 
   WatchedCube cube;
   MemoryHost memory;
-  Host host{memory.host.component, memory.files, memory.registry,
-            memory.locale,         memory.clock, memory.boxes,
-            memory.no_database,    cube,         memory.no_spreadsheet};
+  Host host = memory.On(memory.no_database, cube, memory.no_spreadsheet);
 };
 
 TEST_F(DiscoveryTest, CatalogsEndInQelAndTheDefaultOneIsChosen) {
@@ -79,9 +77,7 @@ TEST_F(DiscoveryTest, MeasuresMoneySetsAndMembersAreReadOverOneConnectionEach) {
   for (const auto& [from, to, members] : cases) {
     WatchedCube other;
     other.Change(from, to);
-    const Host there{host.component,     memory.files, memory.registry,
-                     memory.locale,      memory.clock, memory.boxes,
-                     memory.no_database, other,        memory.no_spreadsheet};
+    const Host there = memory.On(memory.no_database, other, memory.no_spreadsheet);
     EXPECT_EQ(ReadObsMembers(there, "HTTP://server/xmla", "QEL"), members) << to;
   }
 }

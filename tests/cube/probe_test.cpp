@@ -26,9 +26,7 @@ struct ProbeTest : ::testing::Test {
 
   WatchedCube cube;
   MemoryHost memory;
-  Host host{memory.host.component, memory.files, memory.registry,
-            memory.locale,         memory.clock, memory.boxes,
-            memory.no_database,    cube,         memory.no_spreadsheet};
+  Host host = memory.On(memory.no_database, cube, memory.no_spreadsheet);
   DataSourceSetting setting;
   CubeState state;
 };

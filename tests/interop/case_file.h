@@ -22,7 +22,8 @@ struct Case {
   std::string answer;  ///< ours; empty: not recorded yet
 };
 
-/// std::runtime_error for a line before the first case and a case without a query.
+/// std::runtime_error for a line before the first case, a case without a query and a name used
+/// twice.
 std::vector<Case> ReadCases(const std::string& folder);
 
 }  // namespace vok::interop

@@ -43,15 +43,7 @@ struct ComponentHost {
   TableDatabase database;
   WatchedCube cube;
   RecordingSpreadsheet sheets;
-  Host host{memory.host.component,
-            memory.files,
-            memory.registry,
-            memory.locale,
-            memory.clock,
-            memory.boxes,
-            database,
-            cube,
-            sheets};
+  Host host = memory.On(database, cube, sheets);
 };
 
 }  // namespace vok::test

@@ -191,16 +191,14 @@ struct MemoryHost {
   NoCube no_cube;
   NoSpreadsheet no_spreadsheet;
 
-  Host On(Database& database) {
-    return {{.folder = "component", .executable_name = kExecutable},
-            files,
-            registry,
-            locale,
-            clock,
-            boxes,
-            database,
-            no_cube,
-            no_spreadsheet};
+  Host On(Database& database) { return On(database, no_cube, no_spreadsheet, locale, clock); }
+  Host On(Database& database, CubeProvider& cube, Spreadsheet& spreadsheet) {
+    return On(database, cube, spreadsheet, locale, clock);
+  }
+  Host On(Database& database, CubeProvider& cube, Spreadsheet& spreadsheet, Locale& customs,
+          Clock& time) {
+    const ComponentInfo component{.folder = "component", .executable_name = kExecutable};
+    return {component, files, registry, customs, time, boxes, database, cube, spreadsheet};
   }
   Host host = On(no_database);
 };

@@ -15,9 +15,8 @@ struct WindowHost {
 
   IcuLocale locale;
   MemoryHost memory;
-  Host host{memory.host.component, memory.files, memory.registry,    locale,
-            memory.clock,          memory.boxes, memory.no_database, memory.no_cube,
-            memory.no_spreadsheet};
+  Host host =
+      memory.On(memory.no_database, memory.no_cube, memory.no_spreadsheet, locale, memory.clock);
   Publics publics;
   ScriptedToolkit toolkit;
   WindowServices services{host, publics, toolkit};
