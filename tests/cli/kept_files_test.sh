@@ -5,16 +5,6 @@
 #   kept_files_test.sh VOKCUBE DATA_DIR WORK_DIR
 source "$(dirname "$0")/start.sh"
 
-# expect STATUS WORDS COMMAND...: the command ends so and says so.
-expect() {
-  local status=0 wanted=$1 words=$2
-  shift 2
-  "$@" > said 2>&1 < /dev/null || status=$?
-  if ((status != wanted)) || [[ $(< said) != *"$words"* ]]; then
-    fail "$* ended with $status, wanted $wanted and: $words"
-  fi
-}
-
 # kept FILE: it is as it was, and has no temporary beside it.
 kept() {
   cmp -s "$1" "$1.before" || fail "$1 has changed"

@@ -13,35 +13,6 @@ namespace {
 using testing::AllOf;
 using testing::HasSubstr;
 
-TEST(SettingsDocument, KeepsEverySettingThroughExportAndImport) {
-  const std::string text = R"({"dataSources": [{"SetName": " מכירות?", "VarnelMDB": "host.mdb",
-      "CubeFile": "C:\\a b\\x.cub", "CubeName": "QEL", "OBS": "Ledger \"1\"", "ActFile": "a",
-      "CountMoney": -2, "MoneySets": [{"MoneySet": "NIS", "Measure": "Amount", "Qty": "Units"},
-      {"MoneySet": null, "Measure": "Сумма", "IsCalculated": true}]}],
-    "periods": [{"SetName": "2024", "Periods": [{"PeriodName": "Feb", "FromDate": "2024-02-01",
-      "UntillDate": "2024-02-29", "includeOpenBalans": true}, {"FromDate": ""}]}]})";
-  const SettingsDocument first = ParseSettingsDocument(text, "test");
-  const SettingsDocument document = ParseSettingsDocument(PrintSettingsDocument(first), "again");
-
-  ASSERT_EQ(document.data_sources.size(), 1u);
-  const DataSourceSetting& source = document.data_sources[0];
-  EXPECT_EQ(source.SetName, " מכירות?") << "as it may be stored";
-  EXPECT_EQ(source.CubeFile, "C:\\a b\\x.cub");
-  EXPECT_EQ(source.OBS, "Ledger \"1\"");
-  EXPECT_EQ(source.CountMoney, -2);
-  EXPECT_EQ(source.MoneySets[0].MoneySet, Value("NIS"));
-  EXPECT_EQ(source.MoneySets[0].Qty, "Units");
-  EXPECT_TRUE(source.MoneySets[1].MoneySet.IsNull());
-  EXPECT_TRUE(source.MoneySets[1].IsCalculated);
-  EXPECT_TRUE(source.MoneySets[12].MoneySet.IsNull());
-  ASSERT_EQ(document.periods.size(), 1u);
-  const PeriodSet& periods = document.periods[0];
-  EXPECT_EQ(periods.Period(1).FromDate, Date::FromCivil(2024, 2, 1));
-  EXPECT_EQ(periods.Period(1).UntilDate, Date::FromCivil(2024, 2, 29));
-  EXPECT_TRUE(periods.Period(1).IncludeOpenBalance);
-  EXPECT_TRUE(periods.Period(2).FromDate.IsZero());
-}
-
 std::string Source(const std::string& members) {
   return R"({"dataSources": [{"SetName": "S", )" + members + "}]}";
 }

@@ -1,8 +1,8 @@
-# What the tests of the command line begin with. It is sourced with their arguments, VOKCUBE DATA_DIR
+# What the tests of whole programs begin with. It is sourced with their arguments, VOKCUBE DATA_DIR
 # WORK_DIR, and enters WORK_DIR, which is made anew. DATA_DIR holds schema.xml, settings.json and the
 # tables as CSV. What a command says goes into the file "said".
 set -euo pipefail
-vokcube=$(realpath "$1") data=$(realpath "$2")
+vokcube=$(realpath "$1") data=$(realpath "$2") tests=$(realpath "$(dirname "$0")/..")
 rm -rf "$3"
 mkdir -p "$3"
 cd "$3"
@@ -15,6 +15,19 @@ fail() {
   [[ ! -e said ]] || cat -v said | sed 's/^/  | /' >&2
   failures=$((failures + 1))
 }
+
+# expect STATUS WORDS COMMAND...: the command ends so and says so.
+expect() {
+  local status=0 wanted=$1 words=$2
+  shift 2
+  "$@" > said 2>&1 < /dev/null || status=$?
+  if ((status != wanted)) || [[ $(< said) != *"$words"* ]]; then
+    fail "$* ended with $status, wanted $wanted and: $words"
+  fi
+}
+
+# sheet WORKBOOK: the cells of its sheet "Data" as another program reads them, as CSV.
+sheet() { "$tests/end_to_end/read_sheet.py" "$1"; }
 
 # The last command of a test.
 finish() {

@@ -5,14 +5,15 @@
 #   end_to_end_test.sh VOKCUBE DATA_DIR WORK_DIR
 #
 # DATA_DIR is an output of the examples' generator.
-source "$(dirname "$0")/start.sh"
+source "$(dirname "$0")/../cli/start.sh"
+recompute=$tests/end_to_end/recompute
 
 # All workbooks at once: starting the program is what takes long.
 convert_with_libreoffice() {
-  local profile=${work//%/%25}
-  HOME=$work soffice --headless "-env:UserInstallation=file://${profile// /%20}/office" \
+  local profile=${PWD//%/%25}
+  HOME=$PWD soffice --headless "-env:UserInstallation=file://${profile// /%20}/office" \
     --convert-to 'csv:Text - txt - csv (StarCalc):44,34,76,1,,0,true,false' \
-    --outdir "$work/office-csv" "$@" > office.log 2>&1 || fail "LibreOffice: see $work/office.log"
+    --outdir office-csv "$@" > said 2>&1 || fail "LibreOffice"
 }
 
 # Texts that a reader may take for something else.
@@ -27,7 +28,7 @@ while IFS=$'\t' read -r source periods; do
   number=$((number + 1))
   "$recompute" data "$source" "$periods" > "pair$number.csv"
   "$vokcube" run --settings-folder settings --data-source "$source" --periods "$periods" \
-    --output "pair$number" > "pair$number.log" 2>&1 || fail "$source, $periods:" "$(< "pair$number.log")"
+    --output "pair$number" > said 2>&1 || fail "$source, $periods"
 done < <("$recompute" data)
 for text in '=1+1' '12/31/2024' 'TRUE' '  _x0041_ <a &> 😀 '; do
   grep -qF "\"$text\"" pair1.csv || fail "no line \"$text\""
@@ -36,8 +37,8 @@ done
 convert_with_libreoffice pair*.xlsX
 for book in pair*.xlsX; do
   name=${book%.xlsX}
-  "$read_sheet" "$book" | diff "$name.csv" - || fail "$book as openpyxl reads it"
+  sheet "$book" | diff "$name.csv" - || fail "$book as openpyxl reads it"
   diff "$name.csv" "office-csv/$name.csv" || fail "$book as LibreOffice reads it"
 done
-echo "$number runs, $failures failures"
-((number > 0 && failures == 0))
+((number > 0)) || fail "no settings to run"
+finish

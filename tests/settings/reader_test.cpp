@@ -171,24 +171,5 @@ TEST_F(ReaderTest, ListsWithoutRowsHaveOneEmptyEntry) {
   EXPECT_EQ(ListPeriodSets(host, environment), nothing);
 }
 
-TEST_F(ReaderTest, AllSetsAreReadWithNullsAsEmpty) {
-  tables["DataSourceInfo"] = {{{"SetName", "Год"}, {"VarnelMDB", "host.mdb"}}, {{"SetName", "B"}}};
-  tables["MoneySetsMeasures"] = {MoneyRow("orphan"), MoneyRow("ГОД")};
-  for (const char* field : {"CountMoney", "Measure3", "Qty0"}) {
-    tables["MoneySetsMeasures"][1][field] = Null{};
-  }
-  tables["Periods"][0]["FromDate1"] = Null{};
-  const auto sources = ReadAllDataSources(host, environment);
-  ASSERT_EQ(sources.size(), 2U);
-  EXPECT_EQ(sources[0].VarnelMDB, "host.mdb");
-  EXPECT_EQ(sources[0].MoneySets[0].Qty, "");
-  EXPECT_EQ(sources[0].MoneySets[1].Qty, "Units") << "found without regard to case";
-  EXPECT_EQ(sources[1].MoneySets[1].Qty, "") << "no row of money sets";
-  const auto sets = ReadAllPeriodSets(host, environment);
-  ASSERT_EQ(sets.size(), 1U);
-  EXPECT_TRUE(sets[0].Period(1).FromDate.IsZero());
-  EXPECT_EQ(sets[0].Period(2).FromDate, Date{45292});
-}
-
 }  // namespace
 }  // namespace vok

@@ -235,6 +235,7 @@ TEST_F(StoreTest, AnotherDatabaseIsReadWithWhatItLacksToldWhatIsLeftOutAndNotWri
   add("MoneySetsMeasures", {{"SetName", "SALES"}, {"Measure3", "Amount"}});
   add("MoneySetsMeasures", {{"SetName", "Gone"}});
   add("Main", {{"SetName", "Sales"}});
+  add("Periods", {{"SetName", "P"}});
   OpenSettings(host, environment)
       ->OpenStructure()
       ->AppendColumn("Periods", {"Colour", ColumnType::kText, 0, true});
@@ -245,7 +246,9 @@ TEST_F(StoreTest, AnotherDatabaseIsReadWithWhatItLacksToldWhatIsLeftOutAndNotWri
   const auto sources = ReadAllDataSources(host, *connection);
   ASSERT_EQ(sources.size(), 1U);
   EXPECT_EQ(sources[0].MoneySets[3].Measure + sources[0].MoneySets[3].Qty, "Amount");
-  EXPECT_EQ(ReadAllPeriodSets(*connection).size(), 0U);
+  const auto sets = ReadAllPeriodSets(*connection);
+  ASSERT_EQ(sets.size(), 1U);
+  EXPECT_TRUE(sets[0].Period(1).FromDate.IsZero());
   EXPECT_THAT(LeftOut(host, *connection, sources),
               testing::ElementsAre(HasSubstr("AccFile of the data source \"Sales\", \"a.idx\""),
                                    HasSubstr("table Main (1)"), HasSubstr("money sets of \"Gone\""),
