@@ -202,6 +202,26 @@ TEST(Faults, AStopEndsAQuestionSoonWhetherTheServerIsSilentOrSends) {
   }
 }
 
+/// Sends pieces until it is stopped, which it asks for itself.
+struct Flood : HttpTransport {
+  explicit Flood(QueryStop& of_question) : stop(of_question) {}
+  Transfer Post(const HttpRequest&, HttpBody& body) override {
+    for (int piece = 0; piece < 1000; ++piece) {
+      stop.Ask();
+      body.Take({200, kXml}, " ");
+    }
+    return {};
+  }
+  QueryStop& stop;
+};
+
+TEST(Faults, AStopIsLookedAtOnEveryPiece) {
+  QueryStop stop;
+  const auto flood = [&](auto&&...) { return std::make_unique<Flood>(stop); };
+  Server server("http://h/", HttpSettings(), flood, &stop);
+  EXPECT_EQ(Ask(server).number(), kQueryCancelled);
+}
+
 TEST(Faults, PasswordsGoToTheServerAndNowhereElse) {
   std::string seen;
   ScriptedServer http([&](const std::string& request) {

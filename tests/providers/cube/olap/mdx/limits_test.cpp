@@ -5,6 +5,7 @@
 #include <chrono>
 #include <functional>
 #include <memory>
+#include <regex>
 #include <string>
 
 #include "native.h"
@@ -34,15 +35,10 @@ std::shared_ptr<const olap::CubeView> SmallCube() {
 /// Members m0 to m`times` that each make something of the one before, which stands for every "#".
 std::string Chained(const std::string& first, const std::string& next, int times) {
   std::string with = "WITH MEMBER Measures.m0 AS " + first;
+  const std::regex before("#");
   for (int i = 1; i <= times; ++i) {
-    with += " MEMBER Measures.m" + std::to_string(i) + " AS ";
-    for (const char letter : next) {
-      if (letter == '#') {
-        with += "Measures.m" + std::to_string(i - 1);
-      } else {
-        with += letter;
-      }
-    }
+    with += " MEMBER Measures.m" + std::to_string(i) + " AS " +
+            std::regex_replace(next, before, "Measures.m" + std::to_string(i - 1));
   }
   return with;
 }
@@ -204,8 +200,6 @@ TEST(QueryLimits, EndAQueryThatGrowsOrNeedsTooMuchMemory) {
   } cases[] = {
       {few, "SELECT " + kMany + " ON 0 FROM QEL",
        "column 24: a cross join of 9 by 6 is past the limit"},
-      {few, "SELECT QeL.Members * Date.Members ON 0 FROM QEL", "past the limit of 20 tuples"},
-      {few, "SELECT QeL.Members ON 0, Date.Members ON 1 FROM QEL", "more than 20 cells"},
       {few, "SELECT {QeL.Members, QeL.Members, QeL.Members, QeL.Members} ON 0 FROM QEL",
        "column 8: the set has 24 tuples; the limit is 20"},
       {few,

@@ -166,13 +166,11 @@ TEST(DamagedCubeFile, FailureSaysWhatIsWrong) {
   newer[8] = std::byte{3};
   Bytes other = good;
   other[0] = std::byte{'x'};
-  const Bytes cut(good.begin(), good.end() - 8);
   const struct {
     const Bytes& bytes;
     const char* words;
   } cases[] = {{newer, "format version 3, newer than this program reads"},
-               {other, "is not a cube file"},
-               {cut, "damaged or was cut short"}};
+               {other, "is not a cube file"}};
   for (const auto& each : cases) {
     const std::string said = test::DescriptionOf([&] { CubeFile::Open(each.bytes, "sample.cub"); });
     EXPECT_NE(said.find(each.words), std::string::npos) << said;
