@@ -22,44 +22,40 @@ struct WorkbookWriterTest : ::testing::Test, ComponentHost {
 
   void Write(bool append) { Arrtoxls(host, grid, output, append, periods); }
 
-  /// The lines of the opening steps, those of the 24 labels, and those of the saving.
-  static Lines WithLabels(Lines opening, const Lines& saving) {
-    for (int column = 12; column <= 35; ++column) {
-      opening.push_back("formula 1," + std::to_string(column));
-    }
-    opening.insert(opening.end(), saving.begin(), saving.end());
-    return opening;
-  }
-
-  const Lines saving{"save out.xlsX 51", "updating on", "alerts on", "quit", "release"};
   PeriodSet periods;
   CellBlock grid{2, 13};
   RunOutput output = NewRunOutput(host, "out.xlsX", false);
 };
 
-TEST_F(WorkbookWriterTest, WritesANewWorkbookInOrder) {
-  Write(false);
-  EXPECT_THAT(sheets.record.lines,
-              ElementsAreArray(WithLabels({"create", "alerts off", "version", "add", "select 1",
-                                           "name Data", "format A:K @", "formula 1,1"},
-                                          saving)));
+TEST_F(WorkbookWriterTest, OpensWritesLabelsAndSavesInOrder) {
+  sheets.record.sheets = {"Sheet1", "DATA", "Data2", "data"};
+  sheets.record.region_rows = 7;
+  memory.files.files["out.xlsX"] = "first";
+  const struct {
+    bool append;
+    Lines opening;
+  } cases[] = {{true, {"open out.xlsX", "select 2", "select 4", "region A1", "formula 8,1"}},
+               {false, {"add", "select 1", "name Data", "format A:K @", "formula 1,1"}}};
+  for (auto [append, opening] : cases) {
+    sheets.record.lines.clear();
+    sheets.record.blocks.clear();
+    Write(append);
+    EXPECT_EQ(memory.files.files.contains("out.xlsX"), append);
+    Lines lines{"create", "alerts off", "version"};
+    for (int column = 12; column <= 35; ++column) {
+      opening.push_back("formula 1," + std::to_string(column));
+    }
+    for (const Lines& part :
+         {opening, Lines{"save out.xlsX 51", "updating on", "alerts on", "quit", "release"}}) {
+      lines.insert(lines.end(), part.begin(), part.end());
+    }
+    EXPECT_THAT(sheets.record.lines, ElementsAreArray(lines));
+  }
   EXPECT_EQ(sheets.record.blocks[0].columns, 13u);
   for (const auto& [block, label] :
        {std::pair{1, "Q1>Jan 2016"}, {2, "M1>Jan 2016"}, {13, "Q7>"}, {24, "M12>Dec"}}) {
     EXPECT_EQ(sheets.record.blocks.at(block).values, (std::vector<Value>{label}));
   }
-}
-
-TEST_F(WorkbookWriterTest, AppendsBelowTheRowsOfTheDataSheet) {
-  sheets.record.sheets = {"Sheet1", "DATA", "Data2", "data"};
-  sheets.record.region_rows = 7;
-  memory.files.files["out.xlsX"] = "first";
-  Write(true);
-  EXPECT_THAT(sheets.record.lines,
-              ElementsAreArray(WithLabels({"create", "alerts off", "version", "open out.xlsX",
-                                           "select 2", "select 4", "region A1", "formula 8,1"},
-                                          saving)));
-  EXPECT_TRUE(memory.files.files.contains("out.xlsX"));
 }
 
 TEST_F(WorkbookWriterTest, StaysOnTheActiveSheetWhenThereIsNoDataSheet) {

@@ -11,6 +11,7 @@
 #include "providers/database/sqlite/sqlite_database.h"
 #include "providers/recordset/persisted_recordset.h"
 #include "providers/workbook/xlsx/xlsx_spreadsheet.h"
+#include "settings/set_reader.h"
 #include "tests/support/cubes/sample_cube.h"
 #include "tests/support/failing_files.h"
 #include "tests/support/memory_host.h"
@@ -93,6 +94,12 @@ struct RealDesk {
     std::string host_database;
     window->Initialize(host_database);
     return window;
+  }
+  std::optional<PeriodSet> StoredPeriods(const std::string& name) const {
+    return ReadEditedPeriods(host, publics.environment, name);
+  }
+  std::optional<DataSourceSetting> StoredSource(const std::string& name) const {
+    return ReadEditedDataSource(host, publics.environment, name);
   }
   std::vector<MessageBox> TakeBoxes() { return std::exchange(memory.boxes.boxes, {}); }
   std::string Cube() const { return folder.File("sample.cub"); }

@@ -3,7 +3,6 @@
 
 #include <filesystem>
 
-#include "settings/set_reader.h"
 #include "tests/ui/drawn/drawn_desk.h"
 #include "tests/ui/drawn/person.h"
 
@@ -65,11 +64,11 @@ TEST(QueryWindow, IsFilledInSavedRunAndClosedByAPerson) {
     const Person person(Replaced(day, "LANGUAGE", std::to_string(language)));
     window->Show();
     EXPECT_TRUE(std::filesystem::exists(workbook));
-    const auto source = ReadEditedDataSource(desk.host, desk.publics.environment, "Sales");
+    const auto source = desk.StoredSource("Sales");
     EXPECT_EQ(source->CountMoney, 2);
     EXPECT_EQ(source->MoneySets[0].Qty, "Units");
     EXPECT_TRUE(source->MoneySets[12].IsCalculated);
-    const auto periods = ReadEditedPeriods(desk.host, desk.publics.environment, "2009");
+    const auto periods = desk.StoredPeriods("2009");
     EXPECT_EQ(periods->Period(2).FromDate, Date::FromCivil(2009, 1, 1));
     EXPECT_EQ(periods->Period(1).PeriodName, "January") << "what was discarded";
   }

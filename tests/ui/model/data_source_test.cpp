@@ -5,7 +5,6 @@
 #include <filesystem>
 #include <fstream>
 
-#include "settings/set_reader.h"
 #include "settings/set_writer.h"
 #include "tests/support/ui/real_desk.h"
 #include "ui/model/frm_cube.h"
@@ -43,7 +42,7 @@ TEST_F(DataSourceTest, ADataSourceWithoutANameIsNamedByTheTime) {
       window->form().SetText(field, "x");
     }
     EXPECT_TRUE(window->SaveSettings());
-    EXPECT_TRUE(ReadEditedDataSource(abroad.host, abroad.publics.environment, name)) << name;
+    EXPECT_TRUE(abroad.StoredSource(name)) << name;
   }
 }
 
@@ -51,7 +50,7 @@ TEST_F(DataSourceTest, MeasuresThatTheCubeLacksAreMarkedAndTold) {
   const auto window = desk.Open();
   desk.FillIn(window->form());
   window->form().Click("ComSaveSet");
-  auto setting = *ReadEditedDataSource(desk.host, desk.publics.environment, "Sales");
+  auto setting = *desk.StoredSource("Sales");
   setting.MoneySets[2].Measure = setting.MoneySets[5].Measure = "Profit";
   setting.MoneySets[4].Measure = "AMOUNT";
   setting.MoneySets[6].Measure = "Loss";

@@ -2,7 +2,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "settings/set_reader.h"
 #include "tests/support/ui/real_desk.h"
 
 namespace vok {
@@ -66,31 +65,13 @@ TEST_F(QuestionsTest, WhatCannotBeDoneIsToldAndChangesNothing) {
          form.Raise(FormEvent::kClicked, "comboDataSource");
        },
        {}},
-      {"close with changes, the question left",
-       [&] {
-         form.Visible = true;
-         Answer(kCancelled);
-         form.Click("mnuClose");
-         EXPECT_TRUE(form.Visible);
-       },
-       {}},
-      {"close without saving",
-       [&] {
-         Answer(1);
-         form.Click("cmdClose");
-         EXPECT_FALSE(form.Visible);
-       },
-       {}},
   };
   for (const auto& [what, act, boxes] : cases) {
     act();
     EXPECT_EQ(desk.TakeBoxes(), boxes) << what;
   }
-  EXPECT_TRUE(ReadEditedPeriods(desk.host, desk.publics.environment, "periods"))
+  EXPECT_TRUE(desk.StoredPeriods("periods"))
       << "the period set is saved before the data source is refused";
-  EXPECT_THAT(asked, testing::Each("Save the changes?|Changes that are not saved:|unknown|Save|"
-                                   "Discard|Cancel"));
-  EXPECT_EQ(asked.size(), 2U);
 }
 
 TEST_F(QuestionsTest, ASetIsDeletedOnlyWhenThePersonSaysSo) {
@@ -155,9 +136,7 @@ TEST_F(QuestionsTest, UnsavedEntriesAreAskedAboutBeforeAnotherSetReplacesThem) {
               "Save the changes?|Changes that are not saved:|half 1|Save|Discard|Cancel");
     EXPECT_EQ(form.Text("ComboPeriods"), name);
     EXPECT_EQ(form.Text({"TextPeriod", 0}), period);
-    EXPECT_EQ(
-        ReadEditedPeriods(desk.host, desk.publics.environment, "Half 1")->Period(1).PeriodName,
-        stored);
+    EXPECT_EQ(desk.StoredPeriods("Half 1")->Period(1).PeriodName, stored);
     Answer(1);
     form.SetText("ComboPeriods", "half 1");
     form.Raise(FormEvent::kClicked, "ComboPeriods");
@@ -204,9 +183,7 @@ TEST_F(QuestionsTest, ChangedSetsShowInTheTitleAndARunSaysWhichOfThemItReads) {
     EXPECT_EQ(desk.publics.last_run.workbook.empty(), std::string(c.ran).empty());
     EXPECT_EQ(form.Text({"TextPeriod", 0}), "R&D");
     EXPECT_EQ(changed(), c.changed);
-    EXPECT_EQ(
-        ReadEditedPeriods(desk.host, desk.publics.environment, "Half 1")->Period(1).PeriodName,
-        c.stored);
+    EXPECT_EQ(desk.StoredPeriods("Half 1")->Period(1).PeriodName, c.stored);
   }
   EXPECT_EQ(asked.size(), 3U);
   form.SetText("ComboPeriods", "");

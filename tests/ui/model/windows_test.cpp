@@ -4,7 +4,6 @@
 
 #include <charconv>
 
-#include "settings/set_reader.h"
 #include "tests/support/ui/real_desk.h"
 #include "texts/string_table.h"
 #include "texts/text_numbers.h"
@@ -35,7 +34,7 @@ TEST_F(WindowsTest, WhatIsSavedIsShownAgain) {
     EXPECT_EQ(second->form().At(control.Id()).Text, control.Text) << control.Name;
     EXPECT_EQ(second->form().At(control.Id()).Value, control.Value) << control.Name;
   }
-  const auto stored = ReadEditedDataSource(desk.host, desk.publics.environment, "sales");
+  const auto stored = desk.StoredSource("sales");
   EXPECT_EQ(stored->MoneySets[1].MoneySet, Value("NIS"));
   EXPECT_TRUE(stored->MoneySets[2].MoneySet.IsNull());
 }
