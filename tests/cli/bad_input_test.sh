@@ -113,8 +113,9 @@ expect 1 'no data source named "Nothing"' settings rename data-source Nothing Ne
 expect 1 'is named "Q#1"; a name may not contain #' settings rename periods Demo 'Q#1' --settings-folder good
 expect 1 'a saved set named "export" already' settings rename data-source Domestic export \
   --settings-folder good
-expect 1 "Datasource Definition: Nothing  Not Found!!" run --settings-folder good \
-  --data-source Nothing --periods Demo --output out
+for missing in "Datasource Definition: Nothing  Not Found!!" "Periods Definition: none  Not Found!!"; do
+  expect 1 "$missing" run --settings-folder good --data-source Nothing --periods none --output out
+done
 expect 1 "damaged or was cut short" cube info short.cub
 expect 0 "Ledger" cube members ledger.cub --json
 expect 1 "There is no cube file" cube measures missing.cub

@@ -131,36 +131,6 @@ TEST_F(ReaderTest, PeriodsReplaceAllDatesButKeepANameWhereNoneIsStored) {
   EXPECT_TRUE(current.periods.Period(12).UntilDate.IsZero()) << "cleared before reading";
 }
 
-TEST_F(ReaderTest, LoadingTellsInOneMessageWhatWasNotFound) {
-  tables["DataSourceInfo"].push_back({{"SetName", "no money"}});
-  const std::string source = "Datasource Definition: ", set = "Periods Definition: ";
-  struct {
-    const char* data_source;
-    const char* periods;
-    std::string text;
-  } const cases[] = {
-      {"Sales", "2024", ""},
-      {"Sales", "", ""},
-      {"", "2024", source + "  Not Found!! \r\n"},
-      {"no money", "2024", source + "no money  Not Found!! \r\n"},
-      {"Sales", "2025", set + "2025  Not Found!! "},
-      {"a", "b", source + "a  Not Found!! \r\n" + set + "b  Not Found!! "},
-  };
-  for (const auto& [data_source, periods, text] : cases) {
-    memory.boxes.boxes.clear();
-    current = {};
-    const int32_t result = LoadSettings(host, environment, current, {}, data_source, periods);
-    EXPECT_EQ(result, text.empty() ? 0 : 9999) << data_source << periods;
-    ASSERT_EQ(memory.boxes.boxes.size(), text.empty() ? 0U : 1U) << data_source << periods;
-    if (text.empty()) continue;
-    const MessageBox box{
-        text, test::kExecutable, MessageIcon::kInformation, MessageButtons::kOk, "", 0};
-    EXPECT_EQ(memory.boxes.boxes[0], box);
-    const bool has_periods = text.find(set) == std::string::npos;
-    EXPECT_EQ(current.periods.SetName, has_periods ? "2024" : "") << "periods are always tried";
-  }
-}
-
 TEST_F(ReaderTest, ListsWithoutRowsHaveOneEmptyEntry) {
   for (auto& [name, rows] : tables) rows.clear();
   const Value::Array nothing(1);
