@@ -2,9 +2,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <fstream>
-#include <iterator>
-
 #include "tests/providers/recordset/rowset_tools.h"
 #include "tests/support/memory_host.h"
 
@@ -14,11 +11,6 @@ namespace {
 using std::string_literals::operator""s;
 using testing::HasSubstr;
 using testing::StartsWith;
-
-std::string Recorded(const std::string& name) {
-  std::ifstream stream(VOK_RECORDSETS "/" + name, std::ios::binary);
-  return std::string(std::istreambuf_iterator<char>(stream), {});
-}
 
 /// The file with the bytes that stand there once replaced.
 std::string Changed(std::string bytes, const std::string& from, const std::string& to) {

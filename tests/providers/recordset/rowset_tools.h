@@ -1,6 +1,8 @@
 // Record sets as texts, and reading ones that lie in memory.
 #pragma once
 
+#include <fstream>
+#include <iterator>
 #include <span>
 #include <string>
 #include <string_view>
@@ -32,6 +34,12 @@ inline std::string Shown(const Rowset& rowset) {
 
 inline Rowset Read(std::string_view bytes, const CodePage& code_page = {}) {
   return ReadRowset(std::as_bytes(std::span(bytes.data(), bytes.size())), "Lang.rs", code_page);
+}
+
+/// A file of those that are also replayed with damage.
+inline std::string Recorded(const std::string& name) {
+  std::ifstream stream(VOK_RECORDSETS "/" + name, std::ios::binary);
+  return std::string(std::istreambuf_iterator<char>(stream), {});
 }
 
 /// What the bytes hold, or "!" and why they are refused. A value that cannot be shown is "!".

@@ -152,14 +152,6 @@ TEST_F(JetFilesTest, FollowsARowThatMovedToAnotherPlace) {
   EXPECT_THAT(names, Not(Contains("מכירות 1")));
 }
 
-TEST_F(JetFilesTest, ReadsTextsInTheShortForm) {
-  std::string bytes = Sample(54);
-  const std::string seven("S\0a\0l\0e\0s\0 \0007\0", 14);
-  bytes.replace(bytes.find(seven, 36 * kPage), seven.size(), "\xFF\xFESales seven.");
-  SetBytes(bytes);
-  EXPECT_THAT(Names("DataSourceInfo"), AllOf(Contains("Sales seven."), Not(Contains("Sales 7"))));
-}
-
 TEST_F(JetFilesTest, SaysWhyAFileCannotBeRead) {
   const std::string whole = Sample(54);
   const auto changed = [&](std::size_t at, const std::string& bytes) {
