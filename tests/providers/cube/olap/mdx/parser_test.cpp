@@ -53,8 +53,6 @@ TEST(MdxParser, ReadsWhatIsWrittenOrNamesThePlaceOfWhatIsWrong) {
        "MDX, line 3, column 3: expected \"FROM\" but found \"x\""},
       {"WITH MEMBER [M].[x] AS\n '1 +' SELECT FROM Q",
        "MDX, line 2, column 6: expected an expression but found the end of the text"},
-      {"WITH MEMBER [M].[x] AS '1 2' SELECT FROM Q",
-       "MDX, line 1, column 27: expected the end of the formula but found \"2\""},
       {"WITH MEMBER [M].[x] AS 'a", "MDX, line 1, column 24: the text has no end (')"},
       {"SELECT a ON AXIS(1.5) FROM Q",
        "MDX, line 1, column 18: expected an axis (COLUMNS, ROWS, PAGES, CHAPTERS, SECTIONS or a "
@@ -72,9 +70,6 @@ TEST(MdxParser, ReadsWhatIsWrittenOrNamesThePlaceOfWhatIsWrong) {
 TEST(MdxParser, HasLimits) {
   const std::string nested = "SELECT " + std::string(200, '(') + "1" + std::string(200, ')');
   EXPECT_EQ(Reading(nested), "MDX, line 1, column 108: expressions nest more than 100 deep");
-  std::string chain = "SELECT 1";
-  for (int i = 0; i < 2000; ++i) chain += "+1";
-  EXPECT_NE(Reading(chain).find("more than 500 operations in a row"), std::string::npos);
   EXPECT_NE(Reading(std::string(kMaxMdxLength + 1, ' ')).find("the limit is"), std::string::npos);
 }
 
