@@ -266,7 +266,7 @@ bool FrmPeriods::SaveIfWanted(int save, int leave) {
 
 void FrmPeriods::RunQuery() {
   if (form_.Text(kDataSource).empty() || form_.Text("txtOutput").empty()) {
-    ShowMessage(services_, StringTableText(text_number::kNothingToRun),
+    ShowMessage(services_, GetLangString(services_.publics.language, text_number::kNothingToRun),
                 services_.host.component.product_name, MessageIcon::kExclamation);
     return;
   }
@@ -291,8 +291,8 @@ void FrmPeriods::ShowRunResult(const Value::Array& parts) {
     const std::string message = parts[1].ToText();
     if (!message.empty()) ShowMessage(services_, message, title, MessageIcon::kExclamation);
   } else if (services_.publics.last_run.workbook.empty()) {
-    ShowMessage(services_, StringTableText(text_number::kNoWorkbook), title,
-                MessageIcon::kInformation);
+    ShowMessage(services_, GetLangString(services_.publics.language, text_number::kNoWorkbook),
+                title, MessageIcon::kInformation);
   }
 }
 
@@ -303,7 +303,8 @@ void FrmPeriods::Close() {
 void FrmPeriods::PickOutput() {
   GoToSettingsFolder(services_.host, services_.publics.environment);
   const std::string picked = services_.toolkit.PickFile(
-      {.title = services_.host.component.executable_name + StringTableText(text_number::kSaveAFile),
+      {.title = services_.host.component.executable_name +
+                GetLangString(services_.publics.language, text_number::kSaveAFile),
        .filter = "Excel files(*.xlsX)|*.xlsX",
        .flags = kPathMustExist | kHideReadOnly,
        .save = true});

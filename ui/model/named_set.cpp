@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "platform/text.h"
-#include "texts/string_table.h"
+#include "texts/language.h"
 #include "texts/text_numbers.h"
 #include "ui/model/messages.h"
 
@@ -33,7 +33,7 @@ bool NamedSet::MayBeSaved() const {
   if (unseen_.empty() || !EqualNoCase(services_.host.locale, Name(), unseen_) || !IsStored()) {
     return true;
   }
-  ShowMessage(services_, StringTableText(text_number::kUnseen) + unseen_,
+  ShowMessage(services_, GetLangString(services_.publics.language, text_number::kUnseen) + unseen_,
               services_.host.component.product_name, MessageIcon::kExclamation);
   return false;
 }

@@ -10,6 +10,7 @@ namespace vok::test {
 namespace {
 
 constexpr char kDay[] = R"(
+    press F5; front NOTHING; press Return
     focus comboDataSource; type Sales
     click txtVarnelMDB; type host.mdb
     click cmdCube; await ComCubeFile; click ComCubeFile; see ComboCube QEL; shot cube-LANGUAGE
@@ -54,12 +55,17 @@ constexpr char kDay[] = R"(
     press Esc; front Save the changes?; press Esc; see txtDate1(0) abc
     close; front Save the changes?; shot close-LANGUAGE; click cmdAnswer(1))";
 
+/// What it says in each language of a run without a data source.
+constexpr const char* kNothingToRun[] = {"Choose a data source", "יש לבחור מקור נתונים",
+                                         "Выберите источник данных"};
+
 TEST(QueryWindow, IsFilledInSavedRunAndClosedByAPerson) {
   for (const int language : {0, 1, 2}) {
     DrawnDesk desk(language);
     const auto window = desk.OpenDrawn();
     const std::filesystem::path workbook = desk.folder.File("out.xlsX");
     std::string day = Replaced(kDay, "OUT", desk.folder.File("out"));
+    day = Replaced(day, "NOTHING", kNothingToRun[language]);
     day = Replaced(day, "WORKBOOK", std::filesystem::path(workbook).make_preferred().string());
     const Person person(Replaced(day, "LANGUAGE", std::to_string(language)));
     window->Show();
