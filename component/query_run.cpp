@@ -151,7 +151,7 @@ CellBlock BuildReported(const Host& host, Publics& publics, const Cellset& cells
     const Failure failure = CurrentFailure();
     ShowErrorReport(host, failure,
                     {.FunctionName = "DisplayCellsetOmvinExcel", .ModuleName = "ModXls"});
-    throw failure;
+    throw Failure(failure);
   }
 }
 

@@ -60,7 +60,7 @@ std::string Lines(std::string_view text, int16_t width) {
 
 std::string LogFolder(const Host& host, Environment& environment) {
   if (!FindSettingsFolder(host, environment)) return environment.SettingsFolder;
-  const std::string folder = environment.SettingsFolder + "\\Log";
+  std::string folder = environment.SettingsFolder + "\\Log";
   if (!host.files.IsDirectory(folder)) MakeDirectories(host, folder);
   return folder;
 }

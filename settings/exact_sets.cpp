@@ -80,10 +80,10 @@ std::vector<Fields> StoredFields(Rows& rows) {
 
 bool RenameRows(const Locale& locale, Connection& connection, const std::string& table,
                 const std::string& name, const std::string& new_name) {
-  const std::vector<Fields> stored = StoredFields(*RowsOf(connection, table, name));
+  std::vector<Fields> stored = StoredFields(*RowsOf(connection, table, name));
   DeleteRows(connection, table, name);
   const auto rows = connection.OpenTable(table);
-  for (Fields fields : stored) {
+  for (Fields& fields : stored) {
     for (auto& [field, value] : fields) {
       if (EqualNoCase(locale, field, "SetName")) value = new_name;
     }

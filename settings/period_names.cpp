@@ -82,7 +82,7 @@ std::optional<Interval> NamedMonth(const Locale& locale, const std::string& name
 }  // namespace
 
 std::string IntervalName(Date from, Date until) {
-  const std::string first = MonthText(from);
+  std::string first = MonthText(from);
   const std::string last = MonthText(until);
   const std::string year = first.substr(0, kYearDigits);
   const int months = Interval{from, until}.Months();

@@ -57,7 +57,7 @@ bool OpenLanguageTable(const Host& host, Language& language) {
 }
 
 std::string GetLangString(Language& language, int number) {
-  const std::string own = StringTableText(number);
+  std::string own = StringTableText(number);
   if (!language.LanguageTable || language.LanguageMissing) return own;
   if (auto text = FindText(*language.LanguageTable, number)) return *std::move(text);
   return own.empty() ? std::to_string(number) : own;

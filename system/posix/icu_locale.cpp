@@ -258,7 +258,7 @@ std::string IcuLocale::ShortDate(Date date) const {
 std::string IcuLocale::DateText(Date date) const {
   const double seconds = std::round(date.serial * kSecondsOfDay);
   const double days = std::floor(seconds / kSecondsOfDay);
-  const std::string time = Print(*customs_->time, seconds);
+  std::string time = Print(*customs_->time, seconds);
   if (days == 0) return time;
   const std::string day = Print(*customs_->date, days * kSecondsOfDay);
   return seconds == days * kSecondsOfDay ? day : day + " " + time;

@@ -152,6 +152,7 @@ void RunResult::ShowRows(const RunPreview& preview) {
 
 void RunResult::ShowMoney(const std::vector<MoneyTotal>& money) {
   std::vector<double> totals;
+  totals.reserve(money.size());
   for (const MoneyTotal& period : money) totals.push_back(period.total);
   const int decimals = DecimalsOf(totals);
   std::vector<Bar>& bars = form_.At(kMoney).Bars;

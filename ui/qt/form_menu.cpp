@@ -17,7 +17,7 @@ bool HasEntries(const Form& form, const Control& menu) {
 }  // namespace
 
 QMenuBar* FormMenu::Build(Form& form, QWidget& window,
-                          std::function<void(const ControlId&)> clicked) {
+                          const std::function<void(const ControlId&)>& clicked) {
   QMenuBar* bar = nullptr;
   for (const Control& control : form.Controls()) {
     if (control.Type != ControlType::kMenu) continue;

@@ -13,7 +13,8 @@ namespace vok::qt {
 class FormMenu {
  public:
   /// Adds the form's menus to `window`; nullptr for a form without any. `clicked` gets the entry.
-  QMenuBar* Build(Form& form, QWidget& window, std::function<void(const ControlId&)> clicked);
+  QMenuBar* Build(Form& form, QWidget& window,
+                  const std::function<void(const ControlId&)>& clicked);
   void Draw();
 
  private:

@@ -20,7 +20,7 @@ Grid::Tracks Grid::TracksOf(std::vector<Span> spans, int gap) {
                    [](const Span& a, const Span& b) { return a.count < b.count; });
   Tracks tracks;
   for (const Span& span : spans) {
-    const auto end = static_cast<std::size_t>(span.first + span.count);
+    const auto end = static_cast<std::size_t>(span.first) + static_cast<std::size_t>(span.count);
     if (tracks.size() < end) tracks.resize(end);
     MakeRoom(tracks, span, gap);
   }

@@ -112,7 +112,7 @@ AxisMember CellsetData::Member(std::size_t axis, std::size_t position, std::size
 
 /// The first cell from `from` on whose ordinal is not less. A cell stands at its ordinal when none
 /// before it is empty, else somewhere before.
-CellsetData::Cells::const_iterator CellsetData::FindFrom(Cells::const_iterator from,
+CellsetData::Cells::const_iterator CellsetData::FindFrom(const Cells::const_iterator& from,
                                                          std::size_t ordinal) const {
   if (ordinal < cells_.size()) {
     const auto there = cells_.begin() + static_cast<std::ptrdiff_t>(ordinal);

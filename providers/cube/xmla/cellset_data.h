@@ -76,7 +76,7 @@ class CellsetData : public Cellset {
   const Axis& At(std::size_t axis) const;
   std::size_t LevelIndex(std::string_view name);
   using Cells = std::deque<StoredCell>;
-  Cells::const_iterator FindFrom(Cells::const_iterator from, std::size_t ordinal) const;
+  Cells::const_iterator FindFrom(const Cells::const_iterator& from, std::size_t ordinal) const;
   const StoredCell* Find(std::size_t ordinal) const;
 
   TextArena texts_;

@@ -49,7 +49,7 @@ std::string KnownKind(const std::string& content_type, std::string_view beginnin
 
 std::string Kind(const std::string& content_type, std::string_view beginning) {
   if (beginning.empty()) return "nothing";
-  const std::string known = KnownKind(content_type, beginning);
+  std::string known = KnownKind(content_type, beginning);
   if (!known.empty()) return known;
   return content_type.empty() ? "something else than XML"
                               : "the Content-Type " + Excerpt(content_type) + " instead of XML";

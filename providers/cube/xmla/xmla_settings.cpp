@@ -57,7 +57,7 @@ void ReadSeconds(const SettingLookup& lookup, const std::string& key, int& secon
 
 std::string ServerHost(const SettingLookup& lookup) {
   constexpr const char* kKey = "Server";
-  const std::string text = Text(lookup, kKey);
+  std::string text = Text(lookup, kKey);
   if (text.find_first_of("/\\@?# \t") != std::string::npos) {
     Refuse(kKey, "must be a host's name, such as olap.example or olap.example:8443");
   }

@@ -39,6 +39,7 @@ void SqliteRows::Add(const Fields& fields) {
   const Locale& locale = store_->locale();
   const auto& columns = selection_.table.columns;
   std::vector<Value> row;
+  row.reserve(columns.size());
   for (const ColumnDefinition& column : columns) row.push_back(ToStored(locale, column, Null{}));
   for (const auto& [name, value] : fields) {
     const std::size_t place = IndexOf(name);

@@ -78,12 +78,12 @@ class Parser {
     if (TakeMark('[')) {
       const std::size_t end = text_.find(']', at_);
       if (end == std::string_view::npos) Fail("the closing bracket is missing");
-      const std::string name(text_.substr(at_, end - at_));
+      std::string name(text_.substr(at_, end - at_));
       if (name.empty()) Fail(expected + " was expected");
       at_ = end + 1;
       return name;
     }
-    const std::string name(PeekWord());
+    std::string name(PeekWord());
     if (name.empty() || (name[0] >= '0' && name[0] <= '9')) Fail(expected + " was expected");
     at_ += name.size();
     return name;

@@ -155,6 +155,7 @@ std::vector<uint32_t> MemberTree::Ordered(std::size_t level,
   std::sort(order.begin(), order.end(),
             [](const Position& a, const Position& b) { return a.Rank() < b.Rank(); });
   std::vector<uint32_t> nodes;
+  nodes.reserve(order.size());
   for (const Position& position : order) nodes.push_back(position.node);
   return nodes;
 }

@@ -348,7 +348,7 @@ class SchemaReader {
   }
 
   std::string Required(Node node, const char* attribute) const {
-    const std::string value = Text(node, attribute, "");
+    std::string value = Text(node, attribute, "");
     if (value.empty()) throw Bad(node, std::string("has no attribute ") + attribute);
     return value;
   }

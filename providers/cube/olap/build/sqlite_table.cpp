@@ -90,7 +90,7 @@ std::string SelectText(const std::string& table, const std::vector<std::string>&
 
 class SqliteReader : public TableReader {
  public:
-  SqliteReader(std::shared_ptr<const Database> database, const std::string& table,
+  SqliteReader(const std::shared_ptr<const Database>& database, const std::string& table,
                const std::vector<std::string>& columns)
       : where_(database->path() + ", table " + table),
         row_count_(CountRows(database, table)),

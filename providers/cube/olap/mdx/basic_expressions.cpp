@@ -17,6 +17,7 @@ bool AnyDependsOn(const Pointers& expressions, HierarchyId hierarchy) {
 
 std::vector<HierarchyId> HierarchiesOf(const std::vector<MemberPtr>& members) {
   std::vector<HierarchyId> hierarchies;
+  hierarchies.reserve(members.size());
   for (const MemberPtr& member : members) hierarchies.push_back(member->hierarchy());
   return hierarchies;
 }

@@ -182,7 +182,7 @@ class Evaluation {
   std::size_t block_axis_ = 0;
 };
 
-std::unique_ptr<MdxResult> Evaluate(std::shared_ptr<const CubeView> cube, Query query,
+std::unique_ptr<MdxResult> Evaluate(const std::shared_ptr<const CubeView>& cube, Query query,
                                     const SourceText& source, const QueryGuard& guard) {
   auto result = std::make_unique<MdxResult>(cube, std::move(query));
   Evaluation(*cube, result->query(), source, guard).Run(*result);

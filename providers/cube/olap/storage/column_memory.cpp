@@ -24,7 +24,7 @@ struct SizeClass {
 };
 
 SizeClass ClassOf(std::size_t bytes) {
-  const int shift = std::bit_width(bytes - 1) - 1 - kStepBits;
+  const int shift = static_cast<int>(std::bit_width(bytes - 1)) - 1 - kStepBits;
   const std::size_t steps = (bytes - 1) >> shift;  // 8 to 15
   return {(static_cast<std::size_t>(shift) << kStepBits) + steps, (steps + 1) << shift};
 }

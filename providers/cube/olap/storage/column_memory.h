@@ -42,10 +42,12 @@ struct ColumnAllocator {
   template <typename Other>
   explicit ColumnAllocator(const ColumnAllocator<Other>& /*other*/) {}
 
+  // NOLINTBEGIN(bugprone-sizeof-expression): T may be a pointer
   T* allocate(std::size_t count) { return static_cast<T*>(TakeColumnMemory(count * sizeof(T))); }
   void deallocate(T* memory, std::size_t count) noexcept {
     ReturnColumnMemory(memory, count * sizeof(T));
   }
+  // NOLINTEND(bugprone-sizeof-expression)
   bool operator==(const ColumnAllocator& /*other*/) const { return true; }
 };
 

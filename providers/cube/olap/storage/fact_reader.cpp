@@ -136,6 +136,7 @@ std::vector<FactColumn> StoredFacts::Read(const FactQuery& query) const {
   if (!planned.empty()) AddByPlan(slice, grouping, planned, watch);
   if (!others.empty()) AddFacts(slice, grouping, others, watch);
   std::vector<FactColumn> results;
+  results.reserve(tallies.size());
   for (const auto& tally : tallies) results.push_back(tally->Result(grouping.count()));
   return results;
 }

@@ -143,6 +143,7 @@ std::string HierarchyBlock(const NewHierarchy& hierarchy) {
   const auto children = FirstChildren(hierarchy);
   const auto leaves = LeafRangesOf(hierarchy, children);
   std::vector<uint32_t> parents;
+  parents.reserve(members.size());
   for (const NewMember& member : members) parents.push_back(member.parent);
 
   ByteWriter out;
