@@ -8,6 +8,7 @@
 #include <thread>
 
 #include "platform/failure.h"
+#include "providers/database/sqlite/folder_lock.h"
 #include "system/windows/path_claim.h"
 #include "system/windows/system_error.h"
 #include "system/windows/utf16.h"
@@ -99,6 +100,19 @@ TEST_F(WindowsFilesTest, KnowsWhenAFileChanged) {
   const double changed = files_.LastModified(Path("file")).serial;
   EXPECT_GE(changed, before - 2 * kSecond);
   EXPECT_LE(changed, WindowsClock().Now().serial + kSecond);
+}
+
+TEST_F(WindowsFilesTest, AFolderLockKeepsOthersOutOfFoldersOfAnyName) {
+  for (const char* name : {"plain", "הגדרות 📗"}) {
+    const std::string inner = Path(name);
+    files_.CreateDirectory(inner);
+    const std::string file = files_.NativePath(inner + "/CubToQel.mdb");
+    const FolderLock alone(file, FolderLock::Kind::kAlone, 1);
+    // The lock is a thread's: one that has it already would get it again.
+    std::thread([&] {
+      EXPECT_THROW(FolderLock(file, FolderLock::Kind::kShared, 1), Failure) << name;
+    }).join();
+  }
 }
 
 }  // namespace
