@@ -25,15 +25,11 @@
 #include "providers/http/curl/curl_transport.h"
 #include "system/posix/icu_locale.h"
 #include "system/posix/posix_files.h"
-#include "tests/interop/case_file.h"
 #include "tests/support/answers/answer.h"
 #include "tests/support/reference_olap/random_cube.h"
 
-namespace vok::interop {
+namespace vok::test {
 namespace {
-
-using test::Answer;
-using test::Side;
 
 constexpr int kRandomCubes = 22;
 constexpr int kQueriesOfEachCube = 25;
@@ -124,35 +120,26 @@ std::string RandomQuery(plain::Dice& dice) {
   return BuildQueryMdx(setting, state, static_cast<int16_t>(dice.Below(2)));
 }
 
-class Comparison {
- public:
-  Comparison(const Side& server, const Side& ours) : server_(server), ours_(ours) {}
-
+struct Comparison {
   /// Gives our answer. `may_refuse`: the server may not be able to do what nobody thought of.
-  Answer Ask(const Case& asked, bool may_refuse = false) {
-    ++asked_;
-    const Answer server = server_.Ask(asked.catalog, asked.query);
-    Answer ours = ours_.Ask(asked.catalog, asked.query);
-    const std::string difference = Difference(server, ours, HasFormats(asked.query));
-    if (may_refuse && !server.failure.empty() && ours.failure.empty()) {
-      ++refused_;
-    } else if (difference.empty() != asked.reason.empty()) {
-      ++failed_;
-      std::cout << "FAILED " << asked.name << '\n' << asked.query << difference << "\n\n";
+  Answer Ask(const Case& question, bool may_refuse = false) {
+    ++asked;
+    const Answer theirs = server.Ask(question.catalog, question.query);
+    Answer own = ours.Ask(question.catalog, question.query);
+    const std::string difference = Difference(theirs, own, HasFormats(question.query));
+    if (may_refuse && !theirs.failure.empty() && own.failure.empty()) {
+      ++refused;
+    } else if (difference.empty() != question.reason.empty()) {
+      ++failed;
+      std::cout << "FAILED " << question.name << '\n' << question.query << difference << "\n\n";
     }
-    return ours;
+    return own;
   }
 
-  int asked() const { return asked_; }
-  int refused() const { return refused_; }
-  int failed() const { return failed_; }
-
- private:
-  const Side& server_;
-  const Side& ours_;
-  int asked_ = 0;
-  int refused_ = 0;  ///< by the server alone
-  int failed_ = 0;
+  const Side& server;
+  const Side& ours;
+  int asked = 0, failed = 0;
+  int refused = 0;  ///< by the server alone
 };
 
 void AskCases(Comparison& comparison, const std::string& folder) {
@@ -161,7 +148,7 @@ void AskCases(Comparison& comparison, const std::string& folder) {
     answers += "case " + each.name + '\n' + Shown(comparison.Ask(each), true);
   }
   if (std::getenv("VOKCUBE_RECORD")) std::ofstream(folder + "/cases.answers") << answers;
-  std::cout << comparison.asked() << " cases asked\n";
+  std::cout << comparison.asked << " cases asked\n";
 }
 
 void AskRandomCube(Comparison& comparison, uint64_t seed, int number) {
@@ -197,30 +184,30 @@ int Compare(const std::string& run, uint64_t seed, const std::string& port,
     server.Open(catalog,
                 "Data Source=http://127.0.0.1:" + port + "/xmla;Initial Catalog=" + catalog);
   }
-  Comparison comparison(server, ours);
+  Comparison comparison{server, ours};
   AskCases(comparison, cases);
   std::cout << "Random queries, seed " << seed << std::endl;
   plain::Dice dice(seed);
   for (int i = 0; i < count; ++i) {
     comparison.Ask({"random " + std::to_string(i), "sample", RandomQuery(dice), "", ""});
   }
-  std::cout << comparison.asked() << " asked with those of the system's form" << std::endl;
-  for (int i = 0, all = comparison.asked() + count; comparison.asked() < all; ++i) {
+  std::cout << comparison.asked << " asked with those of the system's form" << std::endl;
+  for (int i = 0, all = comparison.asked + count; comparison.asked < all; ++i) {
     AskRandomCube(comparison, seed, i);
   }
-  std::cout << comparison.asked() - comparison.failed() << " of " << comparison.asked()
-            << " answers are as they should be; " << comparison.refused()
+  std::cout << comparison.asked - comparison.failed << " of " << comparison.asked
+            << " answers are as they should be; " << comparison.refused
             << " random queries the server cannot answer\n";
-  const bool is_comparison = comparison.refused() * kMostRefused <= count;
+  const bool is_comparison = comparison.refused * kMostRefused <= count;
   if (!is_comparison) std::cout << "FAILED: the server refuses too many to call it a comparison\n";
-  return comparison.failed() == 0 && is_comparison ? 0 : 1;
+  return comparison.failed == 0 && is_comparison ? 0 : 1;
 }
 
 }  // namespace
-}  // namespace vok::interop
+}  // namespace vok::test
 
 int main(int argc, char** argv) {
-  using namespace vok::interop;  // NOLINT: a program of one file
+  using namespace vok::test;  // NOLINT: a program of one file
   if (argc != 3 && argc < 5) {
     std::cerr << "usage: interop RUN SEED [PORT CASES [RANDOM]]\n";
     return 2;

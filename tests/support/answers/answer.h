@@ -1,10 +1,21 @@
-// One side of a comparison, through the port that all engines answer, and what differs between the
-// answers of two.
+// Written queries and how they are answered: one side of a comparison, through the port that all
+// engines answer, and what differs between the answers of two.
+//
+// The queries stand in text files. The embedded engine is asked in every build, a server beside it
+// by scripts/test --interop.
+//
+//   case NAME
+//   SELECT …                            the query, over as many lines as it needs
+//   differs: REASON                     only where our answer is another than the server's
+//
+// A line "catalog NAME" gives the schema for all cases after it; a line of "#" is a remark. Our
+// answers stand in cases.answers, after a line "case FILE/NAME" each, as `Shown` writes them.
 #pragma once
 
 #include <map>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "platform/cube.h"
 
@@ -37,5 +48,17 @@ std::string Shown(const Answer& answer, bool formats);
 /// The first line that differs, of both; "" when there is none. Failures and errors of cells are
 /// equal with any words; a query that fails as a whole is equal to one with an error in a cell.
 std::string Difference(const Answer& server, const Answer& ours, bool formats);
+
+struct Case {
+  std::string name;  ///< with the file's
+  std::string catalog;
+  std::string query;
+  std::string reason;  ///< why the answers differ; empty: they agree
+  std::string answer;  ///< ours; empty: not recorded yet
+};
+
+/// std::runtime_error for a line before the first case, a case without a query and a name used
+/// twice.
+std::vector<Case> ReadCases(const std::string& folder);
 
 }  // namespace vok::test

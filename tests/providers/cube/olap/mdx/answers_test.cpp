@@ -9,7 +9,6 @@
 
 #include "native.h"
 #include "providers/cube/olap/olap_provider.h"
-#include "tests/interop/case_file.h"
 #include "tests/support/answers/answer.h"
 #include "tests/support/cubes/sample_cube.h"
 #include "tests/support/reference_olap/random_cube.h"
@@ -47,9 +46,9 @@ TEST_F(MdxAnswers, ToWrittenQueriesAreAsRecordedForThreadsThatShareTheCubes) {
     olap::BuildCubeFile(files_, locale_, {schema, interop + "/sample/tables", output}, {});
     ours_.Open(catalog, "Data Source=" + output);
   }
-  const std::vector<interop::Case> cases = interop::ReadCases(interop + "/cases");
+  const std::vector<Case> cases = ReadCases(interop + "/cases");
   const auto ask_all = [&] {
-    for (const interop::Case& each : cases) {
+    for (const Case& each : cases) {
       EXPECT_EQ(Shown(ours_.Ask(each.catalog, each.query), true), each.answer) << each.name << "\n"
                                                                                << each.query;
     }
