@@ -35,8 +35,14 @@ struct OpenForm {
 std::mutex guard;
 std::vector<OpenForm> open_forms;
 
-/// The form of the window in front, whose form is known to be the last one; nullopt for others.
-std::optional<OpenForm> FormInFront() {
+struct Part {
+  std::string name = {};
+  ControlType type = ControlType::kLabel;
+  HWND window = nullptr;
+};
+
+/// Of the form that was opened last, when its window is in front; nullopt while another is.
+std::optional<std::vector<Part>> PartsInFront() {
   const HWND front = ::GetForegroundWindow();
   const std::lock_guard lock(guard);
   if (open_forms.empty() || ::GetWindowLongPtrW(front, DWLP_USER) == 0) return std::nullopt;
@@ -44,23 +50,25 @@ std::optional<OpenForm> FormInFront() {
   const bool is_another = std::any_of(open_forms.begin(), open_forms.end(),
                                       [&](const OpenForm& form) { return form.window == front; });
   if (last.window == nullptr && !is_another) last.window = front;
-  return last.window == front ? std::optional(last) : std::nullopt;
+  if (last.window != front) return std::nullopt;
+  std::vector<Part> parts;
+  int id = windows::kFirstControlId;
+  for (const auto& [name, type] : last.controls) {
+    parts.push_back({name, type, ::GetDlgItem(front, id++)});
+  }
+  return parts;
 }
 
-struct Part {
-  HWND window = nullptr;
-  ControlType type = ControlType::kLabel;
-};
-
-/// No window where that in front has none of the name.
-Part PartCalled(const std::string& name) {
-  const auto form = FormInFront();
-  int id = windows::kFirstControlId;
-  for (std::size_t i = 0; form && i < form->controls.size(); ++i, ++id) {
-    const auto& [called, type] = form->controls[i];
-    if (called == name) return {::GetDlgItem(form->window, id), type};
+template <typename Condition>
+Part PartWith(Condition condition) {
+  for (const Part& part : PartsInFront().value_or(std::vector<Part>())) {
+    if (part.window != nullptr && condition(part)) return part;
   }
   return {};
+}
+
+Part PartCalled(const std::string& name) {
+  return PartWith([&](const Part& part) { return part.name == name; });
 }
 
 std::string TextIn(HWND part) {
@@ -104,13 +112,13 @@ namespace front {
 bool IsReady() {
   const HWND window = ::GetForegroundWindow();
   if (window == nullptr || ::IsWindowEnabled(window) == FALSE) return false;
-  return ::GetWindowLongPtrW(window, DWLP_USER) == 0 || FormInFront();
+  return ::GetWindowLongPtrW(window, DWLP_USER) == 0 || PartsInFront();
 }
 
 std::string Title() {
   std::string text;
   const HWND window = ::GetForegroundWindow();
-  if (!FormInFront()) ::EnumChildWindows(window, FindText, reinterpret_cast<LPARAM>(&text));
+  if (!PartsInFront()) ::EnumChildWindows(window, FindText, reinterpret_cast<LPARAM>(&text));
   return text.empty() ? TextIn(window) : text;
 }
 
@@ -118,14 +126,11 @@ std::string Focus() {
   GUITHREADINFO thread{};
   thread.cbSize = sizeof thread;
   ::GetGUIThreadInfo(::GetWindowThreadProcessId(::GetForegroundWindow(), nullptr), &thread);
-  const auto form = FormInFront();
-  int id = windows::kFirstControlId;
-  for (std::size_t i = 0; form && i < form->controls.size(); ++i, ++id) {
-    const HWND part = ::GetDlgItem(form->window, id);
-    const bool has = part == thread.hwndFocus || ::IsChild(part, thread.hwndFocus) != FALSE;
-    if (part != nullptr && has) return form->controls[i].first;
-  }
-  return "";
+  return PartWith([&](const Part& part) {
+           return part.window == thread.hwndFocus ||
+                  ::IsChild(part.window, thread.hwndFocus) != FALSE;
+         })
+      .name;
 }
 
 std::string Text(const std::string& control) {
