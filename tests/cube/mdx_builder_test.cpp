@@ -6,7 +6,6 @@ namespace vok {
 namespace {
 
 using ::testing::EndsWith;
-using ::testing::HasSubstr;
 
 /// Four months of 2010; periods 1 (January to March, with quantity) and 2 (April, without).
 struct MdxBuilderTest : ::testing::Test {
@@ -55,14 +54,6 @@ TEST_F(MdxBuilderTest, BuildsTheWholeQuery) {
       "[DATE].[m1] \r\n"
       "} ON COLUMNS,  NON Empty {[QeL].[QeL].Members}  ON ROWS  FROM  [QEL] "
       "WHERE ( [ActX].[xlFile].[All].[Ledger1], [Opening_Balance].[All].[0])");
-}
-
-TEST_F(MdxBuilderTest, NamesTheFirstPairOfColumnsEvenWithoutPeriods) {
-  const char* columns = "SELECT NON EMPTY{ \r\n[DATE].[Q0], \r\n[DATE].[m0] \r\n} ON COLUMNS";
-  cube.QueryPeriods.pop_back();
-  EXPECT_THAT(BuildQueryMdx(setting, cube, 0), HasSubstr(columns));
-  cube.QueryPeriods.clear();
-  EXPECT_THAT(BuildQueryMdx(setting, cube, 0), HasSubstr(std::string("WITH ") + columns));
 }
 
 TEST_F(MdxBuilderTest, EscapesNothingAndFiltersByTheOpeningBalanceOnlyWhenTheCubeHasOne) {

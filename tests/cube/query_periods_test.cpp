@@ -1,11 +1,9 @@
 #include "cube/query_periods.h"
 
-#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 
 namespace vok {
 namespace {
-
-using ::testing::ElementsAre;
 
 Date DayOf2010(int month, int day) { return Date::FromCivil(2010, month, day); }
 const Date kNoDate{};
@@ -16,11 +14,6 @@ struct QueryPeriodsTest : ::testing::Test {
     cube.FirstDate = DayOf2010(2, 1);
     cube.LastDate = DayOf2010(10, 31);
     cube.HasOpeningBalance = true;
-    for (int n = 0; n < kMoneySetCount; ++n) {
-      auto& money = settings.data_source.MoneySets.at(static_cast<std::size_t>(n));
-      money.Measure = "Amount" + std::to_string(n);
-      money.Qty = "Units" + std::to_string(n);
-    }
   }
 
   void Set(int number, Date from, Date until, bool opening = false) {
@@ -70,28 +63,6 @@ TEST_F(QueryPeriodsTest, TakesWhatOverlapsTheCubeAndInTheOpeningPassWhatBeginsIn
   }
   Set(1, DayOf2010(3, 1), DayOf2010(3, 31), false);
   EXPECT_FALSE(PrepareQueryPeriods(settings, cube, true)) << "not asked";
-}
-
-TEST_F(QueryPeriodsTest, PairsPeriodsWithMoneySetsByNumberAndStartsAfresh) {
-  Set(2, DayOf2010(3, 1), DayOf2010(3, 31), true);
-  Set(12, DayOf2010(4, 1), DayOf2010(4, 30));
-  const auto numbers_and_measures = [this] {
-    std::vector<std::string> found;
-    for (const QueryPeriod& p : cube.QueryPeriods) {
-      found.push_back(std::to_string(p.PeriodNumber) + " " + p.PeriodLabel.ToText() + " " +
-                      p.PeriodMeasure + " " + p.PeriodQty + " " +
-                      std::to_string(p.PeriodOpenBalance));
-    }
-    return found;
-  };
-  for (int call = 0; call < 2; ++call) {
-    EXPECT_TRUE(PrepareQueryPeriods(settings, cube, false));
-    EXPECT_THAT(numbers_and_measures(),
-                ElementsAre("2 P2 Amount2 Units2 -1", "12 P12 Amount12 Units12 0"));
-  }
-  cube.HasOpeningBalance = false;
-  PrepareQueryPeriods(settings, cube, false);
-  EXPECT_EQ(cube.QueryPeriods[0].PeriodOpenBalance, 0);
 }
 
 }  // namespace
