@@ -133,9 +133,13 @@ expect 1 "begins neither" language show ledger.cub
 expect 0 "1205,&OBS member,," language show Lang.rs
 expect 1 "takes no connection" mdx http://127.0.0.1:1/xmla 'select from x'
 open=$(mktemp -d)
-chmod 755 "$open"
 printf '[Xmla]\nPassword=secret\n' > "$open/Qel.ini"
-expect 1 "Keep them out: chmod 600 $open/Qel.ini" cube info http://127.0.0.1:1/ --settings-folder "$open"
+while read -r folder file told; do
+  chmod "$folder" "$open"
+  chmod "$file" "$open/Qel.ini"
+  expect 1 "takes no connection" cube info http://127.0.0.1:1/ --settings-folder "$open"
+  [[ $(grep -cF "Keep them out: chmod 600 $open/Qel.ini" said) == "$told" ]] || fail "rights $folder $file"
+done <<< $'755 644 1\n755 640 1\n755 600 0\n700 644 0'
 rm -r "$open"
 evil=$'\ec\n1111: forged' shown='\u001bc\n1111: forged'
 mkdir hostile

@@ -27,10 +27,6 @@ TEST(PathRoot, IsTheDriveOrShareInLowerCase) {
   };
   const test::SimpleLocale locale;
   for (const auto& [path, root] : cases) EXPECT_EQ(GetPathRoot(locale, path), root) << path;
-}
-
-TEST(PathRoot, IsAbsentElsewhere) {
-  const test::SimpleLocale locale;
   for (const char* path : {"", "\\", "\\a\\b", "a\\b", "ab\\c", "reports", "reports\\c:\\", "/home",
                            "\\\\srv", "\\\\srv\\", "\\\\srv\\\\a", "\\\\\\share\\a", "\\\\"}) {
     EXPECT_EQ(GetPathRoot(locale, path), std::nullopt) << path;

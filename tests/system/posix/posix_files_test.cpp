@@ -207,23 +207,6 @@ TEST_F(PosixFilesTest, WhereAnyoneCanMakeFilesThoseOfOthersAreNeitherFollowedNor
   }
 }
 
-TEST_F(PosixFilesTest, KnowsWhetherOthersCanReadAFile) {
-  files_.CreateDirectory(At("folder"));
-  files_.Append(At("folder\\Qel.ini"), "x");
-  const std::string folder = root_ + "/folder";
-  const std::string file = folder + "/Qel.ini";
-  const struct {
-    mode_t folder, file;
-    bool readable;
-  } rows[] = {{0755, 0644, true}, {0755, 0640, true}, {0755, 0600, false}, {0700, 0644, false}};
-  for (const auto& [folder_mode, file_mode, readable] : rows) {
-    ::chmod(folder.c_str(), folder_mode);
-    ::chmod(file.c_str(), file_mode);
-    EXPECT_EQ(AdviceOnReaders(file), readable ? "chmod 600 " + file : "") << file_mode;
-  }
-  EXPECT_EQ(AdviceOnReaders(folder + "/none"), "");
-}
-
 TEST_F(PosixFilesTest, AFileThatADiskCannotLookForIsNotCalledMissing) {
   const auto failure_at = [&](const std::string& name) {
     return NumberOf([&] { EXPECT_FALSE(files_.Exists(At(name))); });
