@@ -7,6 +7,7 @@
 #include <fstream>
 #include <set>
 #include <stdexcept>
+#include <vector>
 
 #include "platform/failure.h"
 
@@ -20,23 +21,36 @@ std::size_t CellCount(const Cellset& cellset) {
 }
 
 /// Numbers have the same text only when they are equal.
-std::string ShownCell(const Value& cell) {
-  if (cell.IsEmpty()) return "-";
-  if (cell.Is<CellError>()) return "error";
-  if (cell.Is<std::string>()) return '"' + cell.ToText() + '"';
-  const auto* number = cell.As<double>();
-  if (number == nullptr) return cell.ToText();
-  if (std::isnan(*number)) return "nan";
+std::string ShownCell(double number, CellState state, const std::string& text) {
+  if (state == CellState::kEmpty) return "-";
+  if (state == CellState::kError) return "error";
+  if (state == CellState::kText) return '"' + text + '"';
+  if (state == CellState::kLogical) return number != 0 ? "True" : "False";
+  if (std::isnan(number)) return "nan";
   char digits[40];
-  const double shown = *number + 0.0;  // -0 is 0
-  return std::string(digits, std::to_chars(digits, digits + sizeof digits, shown).ptr);
+  number += 0.0;  // -0 is 0
+  return std::string(digits, std::to_chars(digits, digits + sizeof digits, number).ptr);
 }
 
-std::string ShownCell(const Cellset& cellset, std::size_t ordinal, bool formats) {
-  const Value cell = cellset.Cell(ordinal);
-  const std::string formatted =
-      formats && !cell.Is<CellError>() ? cellset.FormattedCell(ordinal) : "";
-  return ShownCell(cell) + (formatted.empty() ? "" : " as " + formatted);
+/// A line for each row. Cells are read in blocks of a column, as the run does, texts one by one.
+std::vector<std::string> ShownRows(const Cellset& cellset, bool formats) {
+  const std::size_t columns = cellset.AxisCount() == 0 ? 1 : cellset.PositionCount(0);
+  std::vector<std::string> rows(columns == 0 ? 0 : CellCount(cellset) / columns);
+  std::vector<double> numbers(rows.size());
+  std::vector<CellState> states(rows.size());
+  for (std::size_t column = 0; column < columns; ++column) {
+    cellset.ReadCells(column, columns, numbers, states);
+    for (std::size_t row = 0; row < rows.size(); ++row) {
+      const std::size_t ordinal = row * columns + column;
+      const bool has_text = states[row] == CellState::kText;
+      rows[row] += (column == 0 ? "" : " | ") +
+                   ShownCell(numbers[row], states[row], has_text ? cellset.CellText(ordinal) : "");
+      if (!formats || states[row] == CellState::kError) continue;
+      const std::string formatted = cellset.FormattedCell(ordinal);
+      if (!formatted.empty()) rows[row] += " as " + formatted;
+    }
+  }
+  return rows;
 }
 
 std::string ShownPosition(const Cellset& cellset, std::size_t axis, std::size_t position) {
@@ -110,10 +124,7 @@ std::string Shown(const Answer& answer, bool formats) {
     }
   }
   text += "cells\n";
-  const std::size_t columns = cellset.AxisCount() == 0 ? 1 : cellset.PositionCount(0);
-  for (std::size_t i = 0; i < CellCount(cellset); ++i) {
-    text += ShownCell(cellset, i, formats) + ((i + 1) % columns == 0 ? "\n" : " | ");
-  }
+  for (const std::string& row : ShownRows(cellset, formats)) text += row + '\n';
   return text;
 }
 
