@@ -209,10 +209,12 @@ Transfer CurlTransport::EarlyEnd(int number) const {
     const std::string words = handle_->error.data();
     return {EndOf(code), words.empty() ? curl_easy_strerror(code) : words};
   }
-  curl_off_t total = 0;  // microseconds
-  curl_easy_getinfo(handle_->curl, CURLINFO_TOTAL_TIME_T, &total);
-  const bool over = settings_.total_seconds > 0 &&
-                    total >= static_cast<curl_off_t>(settings_.total_seconds) * 1'000'000;
+  // The library's own total time may lie a little below the limit that it has kept.
+  curl_off_t until_sending = 0;
+  curl_easy_getinfo(handle_->curl, CURLINFO_PRETRANSFER_TIME_T, &until_sending);
+  const int total = settings_.total_seconds;
+  const int connect = settings_.connect_seconds;
+  const bool over = total > 0 && (until_sending > 0 || connect == 0 || total <= connect);
   return {over ? TransferEnd::kTotalSeconds : TransferEnd::kConnectSeconds};
 }
 
