@@ -2,16 +2,10 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
-#include <fstream>
-#include <iterator>
-#include <map>
 #include <string>
 #include <vector>
 
-#include "native.h"
-#include "platform/failure.h"
 #include "tests/support/cubes/sample_cube.h"
-#include "tests/support/failing_files.h"
 #include "tests/support/failures.h"
 
 namespace vok::olap {
@@ -181,37 +175,6 @@ TEST(BadTable, IsRefusedWithItsLine) {
                                {"0\n1\n", "", {"dim_ob", "no rows"}},
                                {"ob\n", "ob,ob\n", {"two columns \"ob\""}},
                            });
-}
-
-using Contents = std::map<std::string, std::string>;
-
-Contents ContentsOf(const test::TemporaryFolder& folder) {
-  Contents contents;
-  for (const auto& entry : std::filesystem::directory_iterator(folder.path())) {
-    std::ifstream stream(entry.path(), std::ios::binary);
-    contents[entry.path().filename().string()].assign(std::istreambuf_iterator<char>(stream), {});
-  }
-  return contents;
-}
-
-TEST(BadOutput, LeavesTheOldFileAloneAndNothingBehind) {
-  const test::TemporaryFolder folder;
-  test::BuildInto(folder, test::SampleLedger());
-  std::ofstream(folder.File("fact.csv"), std::ios::app) << "61,0,1,1,0,0,1.00,2\n";
-  const Contents before = ContentsOf(folder);
-  test::NativeFiles files;
-  test::FailingFiles disk(files, Failure(failure_number::kDiskFull, "Disk full"));
-  const BuildRequest request{folder.File("schema.xml"), folder.path(), folder.File("sample.cub")};
-  do {
-    EXPECT_EQ(ContentsOf(folder), before) << disk.fail_at;
-    disk.calls = 0;
-    ++disk.fail_at;
-    const auto number =
-        test::NumberOf([&] { BuildCubeFile(disk, test::NativeLocale("en_US"), request, {}); });
-    EXPECT_TRUE(number == 0 || number == failure_number::kDiskFull) << number;
-  } while (disk.calls >= disk.fail_at);
-  EXPECT_GT(disk.calls, 10);
-  EXPECT_NE(ContentsOf(folder), before);
 }
 
 }  // namespace

@@ -83,13 +83,14 @@ TEST(Members, OfTheFactTableNeedNoTable) {
   EXPECT_THAT(counts[0].numbers, testing::ElementsAre(1, 2, 1));
 }
 
-TEST(Dimension, IsTimeWhereALevelIsATimeAndNotByItsTypeAlone) {
+TEST(Ledger, HasDatesAloneForTimesAndNamesItsAllLevel) {
   const test::BuiltCube built(test::SampleLedger());
   std::string times;
   for (const Dimension& dimension : built.cube().model.dimensions) {
     if (dimension.is_time) times += dimension.name;
   }
   EXPECT_EQ(times, "Date");
+  EXPECT_EQ(built.cube().model.hierarchies[2].levels()[0].name, "Everything");
 }
 
 }  // namespace
