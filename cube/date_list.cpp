@@ -8,6 +8,7 @@
 #include <string_view>
 #include <utility>
 
+#include "platform/calendar.h"
 #include "platform/date.h"
 #include "platform/failure.h"
 #include "platform/text.h"

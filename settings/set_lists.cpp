@@ -32,7 +32,8 @@ Value::Array ListPeriodSets(const Host& host, const Environment& environment) {
 }
 
 DataSourceList ListDataSources(const Host& host, const Environment& environment) {
-  const auto rows = OpenSettings(host, environment)->Query("SELECT SetName,CubeFile FROM DataSourceInfo ");
+  const auto rows =
+      OpenSettings(host, environment)->Query("SELECT SetName,CubeFile FROM DataSourceInfo ");
   DataSourceList list;
   for (; !rows->AtEnd(); rows->MoveNext()) {
     const std::string stored = rows->Field("CubeFile").ToText();

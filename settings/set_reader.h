@@ -1,6 +1,6 @@
-// One stored setting by its name, for a query run and for the window that edits it. Names are matched
-// without regard to case and to blanks around them; the wildcards "*", "?", "#" and "[" of the
-// database match by pattern.
+// One stored setting by its name, for a query run and for the window that edits it. Names are
+// matched without regard to case and to blanks around them; the wildcards "*", "?", "#" and "[" of
+// the database match by pattern.
 #pragma once
 
 #include <cstdint>

@@ -1,7 +1,7 @@
+#include "providers/database/sqlite/folder_lock.h"
+
 #include <algorithm>
 #include <climits>
-
-#include "providers/database/sqlite/folder_lock.h"
 
 namespace vok {
 namespace {
