@@ -30,39 +30,13 @@ vok::Value Run(vokcubeq17::clMe& me, std::string source, std::string periods, st
   return me.RunQuery(source, periods, output);
 }
 
-void TryRunQuery(vokcubeq17::clMe& me, const std::string& output, int& messages) {
-  const vok::Value missing = Run(me, "Nothing", "Demo", output);
-  Expect(missing == vok::Value(vok::Value::Array{int16_t{2222}, "Cann't read Settings"}),
-         "RunQuery of a set that is not there");
-  Expect(messages > 0, "ShowMessagesWith: no message came");
-  const vok::Value whole = Run(me, "Domestic", "Demo", output);
-  const auto& parts = Parts(whole);
-  Expect(parts.size() == 5, "RunQuery: not five parts");
-  if (parts.size() != 5) return;
-  const auto* names = parts[0].As<vok::Value::TextArray>();
-  Expect(names != nullptr && names->size() == 13 && names->at(1) == "Jan 2024", "RunQuery: names");
-  Expect(parts[3] == vok::Value("Domestic") && parts[4] == vok::Value("Demo"), "RunQuery: sets");
-}
-
 void TryLists(vokcubeq17::clMe& me) {
+  const vok::Value sources = vok::Value::Array{"Domestic", "Export"};
   const vok::Value info = me.Qinfo();
-  Expect(Parts(info).size() == 4, "Qinfo: not four lists");
-  if (Parts(info).size() != 4) return;
-  const auto& sets = Parts(Parts(info)[0]);
-  Expect(!sets.empty() && sets[0] == vok::Value("Demo"), "Qinfo: period sets");
-  Expect(Parts(info)[1] == vok::Value(vok::Value::Array{"Domestic", "Export"}), "Qinfo: sources");
-  const auto& dates = Parts(Parts(info)[3]);
-  Expect(dates.size() == 2 && dates[0].ToDate().Year() >= 2024, "Qinfo: the cube files' dates");
+  Expect(Parts(info).size() == 4 && Parts(info)[1] == sources, "Qinfo");
   vok::Value names;
   std::string table = "DataSourceInfo";
-  Expect(me.GetSetNames(names, table) == 0 && names == Parts(info)[1], "GetSetNames");
-  table = "Nothing";
-  try {
-    me.GetSetNames(names, table);
-    Expect(false, "GetSetNames of a table that is not there threw nothing");
-  } catch (const vok::Failure& failure) {
-    Expect(failure.number() == vok::failure_number::kNoTable, failure.what());
-  }
+  Expect(me.GetSetNames(names, table) == 0 && names == sources, "GetSetNames");
 }
 
 /// There is no screen here.
@@ -74,12 +48,11 @@ void TryWindow(vokcubeq17::clMe& me) {
 }
 
 /// A message's handler calls again: the call that shows the message would have to end first.
-void TryCallsInsideACall(const std::string& output) {
+void TryCallsInsideACall(vokcubeq17::clMe& me, const std::string& output) {
   constexpr int32_t kOwnCallInProgress = 6666;
   bool told = false;
   vokcubeq17::ShowMessagesWith([&](const std::string&, const std::string&) {
     told = true;
-    vokcubeq17::clMe me;
     const auto run = Run(me, "Domestic", "Demo", output);
     Expect(Parts(run).size() == 2 && Parts(run)[0] == vok::Value(kOwnCallInProgress) &&
                Parts(run)[1].ToText().find("in progress") != std::string::npos,
@@ -94,9 +67,10 @@ void TryCallsInsideACall(const std::string& output) {
       Expect(failure.number() == kOwnCallInProgress, failure.what());
     }
   });
-  vokcubeq17::clMe me;
-  Expect(Parts(Run(me, "Nothing", "Demo", output)).at(0) == vok::Value(int16_t{2222}), "the call");
-  Expect(told, "the call said nothing");
+  Expect(Run(me, "Nothing", "Demo", output) ==
+             vok::Value(vok::Value::Array{int16_t{2222}, "Cann't read Settings"}),
+         "RunQuery of a set that is not there");
+  Expect(told, "ShowMessagesWith: no message came");
 }
 
 std::string Bytes(const std::string& file) {
@@ -109,7 +83,11 @@ void TryManyThreads(const std::string& output) {
   constexpr int kThreads = 8, kRuns = 10;
   const std::string sources[] = {"Domestic", "Export"};
   vokcubeq17::clMe alone;
-  for (const std::string& source : sources) Run(alone, source, "Demo", output + source);
+  for (const std::string& source : sources) {
+    const vok::Value result = Run(alone, source, "Demo", output + source);
+    const auto* names = Parts(result).at(0).As<vok::Value::TextArray>();
+    Expect(names != nullptr && names->size() == 13 && names->at(1) == "Jan 2024", "the names");
+  }
   const std::string wanted[] = {Bytes(output + "Domestic.xlsX"), Bytes(output + "Export.xlsX")};
   Expect(!wanted[0].empty() && wanted[0] != wanted[1], "the workbooks of one thread");
   std::atomic<int> right = 0;
@@ -122,10 +100,7 @@ void TryManyThreads(const std::string& output) {
       const auto& parts = Parts(result);
       right += parts.size() == 5 && parts[3] == vok::Value(source) &&
                Bytes(own + ".xlsX") == wanted[number % 2];
-      std::string table = "Periods";
-      vok::Value names;
-      me.GetSetNames(names, table);
-      Expect(Parts(me.Qinfo()).size() == 4 && !Parts(names).empty(), "the lists of many threads");
+      Expect(Parts(me.Qinfo()).size() == 4, "the lists of many threads");
     }
   };
   std::vector<std::thread> threads;
@@ -138,14 +113,11 @@ void TryManyThreads(const std::string& output) {
 }  // namespace
 
 int main(int, char** arguments) {
-  int messages = 0;
-  vokcubeq17::ShowMessagesWith([&](const std::string&, const std::string&) { ++messages; });
   vokcubeq17::clMe me;
   Expect(me.Version() == arguments[1], "Version " + me.Version());
-  TryRunQuery(me, arguments[2], messages);
   TryLists(me);
   TryWindow(me);
-  TryCallsInsideACall(std::string(arguments[2]) + "-inside");
+  TryCallsInsideACall(me, std::string(arguments[2]) + "-inside");
   TryManyThreads(arguments[2]);
   return surprises;
 }
