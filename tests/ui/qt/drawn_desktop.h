@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QtWidgets/QApplication>
+#include <string>
 
 #include "ui/qt/qt_desktop.h"
 
@@ -12,5 +13,9 @@ class DrawnDesktop : public qt::QtDesktop {
   /// Parts of windows that there are in this process.
   static int PartsLeft() { return static_cast<int>(QApplication::allWidgets().size()); }
 };
+
+/// The widgets of the window in front; nullptr for what is not there.
+QWidget* FrontWindow();
+QWidget* FrontWidget(const std::string& control);
 
 }  // namespace vok::test

@@ -17,7 +17,7 @@
 #include <cstdlib>
 #include <exception>
 
-#include "front_widget.h"
+#include "drawn_desktop.h"
 
 /// What these keep for the life of the process.
 extern "C" const char* __lsan_default_suppressions();

@@ -6,12 +6,11 @@
 #include <QtWidgets/QApplication>
 #include <QtWidgets/QTableView>
 
-#include "front_widget.h"
+#include "drawn_desktop.h"
 #include "platform/failure.h"
 #include "tests/support/temporary_folder.h"
 #include "tests/ui/drawn/person.h"
 #include "tests/ui/drawn/sample_form.h"
-#include "ui/qt/qt_desktop.h"
 
 namespace vok::test {
 namespace {
