@@ -7,10 +7,15 @@
 
 #include "platform/failure.h"
 #include "settings/period_names.h"
-#include "tests/support/ui/window_host.h"
+#include "system/posix/icu_locale.h"
+#include "tests/support/memory_host.h"
+#include "tests/support/ui/scripted_toolkit.h"
 
 namespace vok {
 namespace {
+
+using testing::AllOf;
+using testing::HasSubstr;
 
 constexpr int kRow = 4;
 
@@ -20,29 +25,38 @@ const MessageBox kInvalid{
     "Invalid date entered at period", test::kExecutable, kCritical, {}, "", 0};
 
 struct Window {
-  explicit Window(const std::string& locale) : desk(locale), dates(desk.services, form) {
+  explicit Window(const std::string& country) : locale(country) {
     const Panel panel(form);
     for (int row = 0; row < kPeriodCount; ++row) dates.AddPeriodTo(panel, row, row);
     dates.AddCommandsTo(panel);
     dates.Load();
   }
-  /// "control" is clicked, "control text" typed into and left, each in `kRow` where it has rows.
+  /// "control" is clicked, "control gray" grayed, "control text" typed into and left, each in
+  /// `kRow` where it has rows.
   void Do(const std::string& step) {
     const std::string control = step.substr(0, step.find(' '));
     const bool in_row = form.Has({control, kRow});
     const ControlId id(control, in_row ? kRow : kNoIndex);
     if (control == step) return form.Click(id);
-    form.SetText(id, step.substr(control.size() + 1));
+    const std::string text = step.substr(control.size() + 1);
+    if (text == "gray") return form.SetValue(id, kGrayed);
+    form.SetText(id, text);
     form.Leave(id);
   }
   std::string Dates(int row) const {
     return form.Text({"txtDate1", row}) + "|" + form.Text({"txtDate2", row});
   }
-  const std::vector<MessageBox>& boxes() const { return desk.memory.boxes.boxes; }
+  const std::vector<MessageBox>& boxes() const { return memory.boxes.boxes; }
 
-  test::WindowHost desk;
+  IcuLocale locale;
+  test::MemoryHost memory;
+  Host host =
+      memory.On(memory.no_database, memory.no_cube, memory.no_spreadsheet, locale, memory.clock);
+  Publics publics;
+  test::ScriptedToolkit toolkit;
+  const WindowServices services{host, publics, toolkit};
   Form form{"frm", "0"};
-  PeriodDates dates;
+  PeriodDates dates{services, form};
 };
 
 TEST(PeriodDates, TypedDatesAreBroughtIntoTheFormOfTheCountryAndChecked) {
@@ -55,10 +69,7 @@ TEST(PeriodDates, TypedDatesAreBroughtIntoTheFormOfTheCountryAndChecked) {
   } const cases[] = {
       {"en_GB", "chkFromD;chkUntilD;txtDate1 15/03/2024;txtDate2 10/02/2025",
        "01/03/2024|28/02/2025"},
-      {"en_GB", "chkUntilD;txtDate2 10/02/2024", "|29/02/2024"},
-      {"en_GB", "txtDate1 5/3/24;txtDate2 5/3/24", "05/03/2024|05/03/2024"},
       {"en_US", "chkFromD;chkUntilD;txtDate1 3/15/2024;txtDate2 4/10/2024", "3/1/2024|4/30/2024"},
-      {"en_US", "txtDate1 March 5, 2024;txtDate2 5 Apr 2024", "3/5/2024|4/5/2024"},
       {"sv_SE", "chkFromD;chkUntilD;txtDate1 2024-12-15;txtDate2 2024-12-15",
        "2024-12-01|2024-12-31"},
       {"he_IL", "chkFromD;chkUntilD;txtDate1 15 במרץ 2024;txtDate2 10.4.2024",
@@ -66,9 +77,15 @@ TEST(PeriodDates, TypedDatesAreBroughtIntoTheFormOfTheCountryAndChecked) {
       {"en_GB", "txtDate1 15/03/2024;txtDate2 14/03/2024", "15/03/2024|", "txtDate2", {kInvalid}},
       {"en_GB", "chkUntilD;txtDate1 15/03/2024;txtDate2 14/03/2024", "15/03/2024|31/03/2024"},
       {"en_GB", "txtDate1 abc", "00:00:00|", "txtDate1"},
-      {"en_US", "txtDate1 15/15/2024", "12:00:00 AM|", "txtDate1"},
       {"en_GB", "txtDate2 30/02/2024", "|", "txtDate2"},
       {"en_GB", "chkFromD;chkUntilD;txtDate1 ;txtDate2 ", "|"},
+      {"en_GB", "chkFromD gray;txtDate1 15/03/2024", "01/03/2024|"},
+      // a period with its opening balance begins with its year
+      {"en_GB", "CheckItraPticha;txtDate1 15/03/2024", "01/01/2024|"},
+      {"en_US", "txtDate1 3/15/2024;CheckItraPticha", "1/1/2024|"},
+      {"sv_SE", "txtDate1 2024-03-15;CheckItraPticha", "2024-01-01|"},
+      {"he_IL", "CheckItraPticha;txtDate1 15.3.2024", "1.1.2024|"},
+      {"en_GB", "CheckItraPticha gray;txtDate1 15/03/2024", "15/03/2024|"},
       // with both dates there the from date is compared, and stays as typed
       {"en_GB", "txtDate2 10/02/2024;txtDate1 15/02/2024", "|10/02/2024", "", {kNotValid}},
       {"en_GB", "chkFromD;txtDate2 10/02/2024;txtDate1 5/2/2024", "5/2/2024|10/02/2024"},
@@ -93,67 +110,84 @@ TEST(PeriodDates, TypedDatesAreBroughtIntoTheFormOfTheCountryAndChecked) {
     for (const char* field : {"txtDate1", "txtDate2"}) {
       EXPECT_EQ(window.form.At({field, kRow}).Error, marked == field) << field;
     }
-    const auto shown = [&](const char* field) {
-      return window.desk.locale.ParseDate(window.form.Text({field, kRow})).value_or(Date{});
-    };
-    DateList from, until;
-    from(kRow + 1) = shown("txtDate1");
-    until(kRow + 1) = shown("txtDate2");
-    EXPECT_EQ(window.dates.FromDates, from);
-    EXPECT_EQ(window.dates.UntilDates, until);
     if (marked.empty()) continue;
     window.form.SetText({marked, kRow}, "soon");
     EXPECT_TRUE(window.form.At({marked, kRow}).Error);
     window.form.SetText({marked, kRow}, "2024-03-01");
     EXPECT_FALSE(window.form.At({marked, kRow}).Error);
   }
-  Window grayed("en_GB");
-  grayed.form.SetValue("chkFromD", kGrayed);
-  grayed.Do("txtDate1 15/03/2024");
-  EXPECT_EQ(grayed.Dates(kRow), "01/03/2024|") << "is more than unchecked";
 }
 
-TEST(PeriodDates, APeriodWithItsOpeningBalanceBeginsWithItsYear) {
+/// The first and the last of the rows that have a from date.
+std::string Ends(const PeriodDates& dates) {
+  const IcuLocale iso("sv_SE");
+  std::vector<std::string> filled;
+  for (int number = 1; number <= kPeriodCount; ++number) {
+    const Date from = dates.FromDates(number);
+    if (from.IsZero()) continue;
+    filled.push_back(std::to_string(number) + ": " + iso.ShortDate(from) + " " +
+                     iso.ShortDate(dates.UntilDates(number)));
+  }
+  return filled.front() + ", " + filled.back();
+}
+
+TEST(PeriodDates, TheWizardFillsForwardsFromAStartAndBackwardsFromAnEnd) {
   struct {
-    const char *locale, *typed;
-    int box;
-    const char* from;
+    int interval;
+    const char *start, *end, *today, *first, *shown, *last, *ends;
   } const cases[] = {
-      {"en_GB", "15/03/2024", kChecked, "01/01/2024"}, {"en_US", "3/15/2024", kChecked, "1/1/2024"},
-      {"sv_SE", "2024-03-15", kChecked, "2024-01-01"}, {"he_IL", "15.3.2024", kChecked, "1.1.2024"},
-      {"en_GB", "15/03/2024", kGrayed, "15/03/2024"},  {"en_GB", "soon", kChecked, "soon"},
+      {0, "2024-03-15", "2024-03-14", "", "1", "1", "3",
+       "1: 2024-03-01 2024-03-31, 3: 2024-01-01 2024-01-31"},
+      {3, "", "2024-08-10", "", "", "", "3", "1: 2021-09-01 2022-08-31, 3: 2023-09-01 2024-08-31"},
+      {2, "2024-11-05", "", "", "12", "12", "11",
+       "11: 2025-05-01 2025-10-31, 12: 2024-11-01 2025-04-30"},
+      {0, "", "", "2024-01-31", "13", "", "",
+       "1: 2023-01-01 2023-01-31, 12: 2023-12-01 2023-12-31"},
+      {1, "", "", "2024-06-30", "0", "", "", "1: 2021-07-01 2021-09-30, 12: 2024-04-01 2024-06-30"},
+      {2, "", "", "2024-01-31", "-1", "", "",
+       "1: 2018-01-01 2018-06-30, 12: 2023-07-01 2023-12-31"},
+      {2, "", "", "2024-12-01", " 2 ", " 2 ", "3",
+       "2: 2024-01-01 2024-06-30, 3: 2024-07-01 2024-12-31"},
+      {3, "no date", "", "2024-05-15", "3x", "", "nan",
+       "1: 2012-01-01 2012-12-31, 12: 2023-01-01 2023-12-31"},
+      {0, "2024-01-01", "", "", "1e1", "1e1", "11.5",
+       "10: 2024-01-01 2024-01-31, 12: 2024-03-01 2024-03-31"},
   };
-  for (const auto& [locale, typed, box, from] : cases) {
-    for (const bool box_first : {false, true}) {
-      Window window(locale);
-      if (box_first) window.form.SetValue({"CheckItraPticha", kRow}, box);
-      window.form.SetText({"txtDate1", kRow}, typed);
-      window.form.SetValue({"CheckItraPticha", kRow}, box);
-      EXPECT_EQ(window.Dates(kRow), from + std::string("|")) << locale << box_first;
+  for (const char* country : {"en_GB", "en_US", "sv_SE", "he_IL"}) {
+    for (const auto& c : cases) {
+      SCOPED_TRACE(std::string(country) + c.ends);
+      Window window(country);
+      window.memory.clock.now = window.locale.ParseDate(c.today).value_or(Date{});
+      window.toolkit.in_window = {[&](Form& wizard) {
+        wizard.Choose("lstInterval", c.interval);
+        wizard.SetText({"txtDate", 0}, c.start);
+        wizard.SetText({"txtDate", 1}, c.end);
+        wizard.SetText("txtP1", "5");
+        wizard.SetText("txtP1", c.first);
+        wizard.SetText("txtP2", c.last);
+        EXPECT_EQ(wizard.Text("txtP1"), c.shown);
+        wizard.Click("cmdOk");
+      }};
+      window.form.Click("cmdAutoFill");
+      EXPECT_EQ(Ends(window.dates), c.ends);
     }
   }
-}
-
-TEST(PeriodDates, AutoFillShowsWhatTheWizardFilledAndTheRest) {
-  for (const bool filled : {true, false}) {
-    Window window("en_GB");
-    window.Do("txtDate1 05/05/2023");
-    window.desk.toolkit.in_window = {[&](Form& wizard) {
-      wizard.SetText({"txtDate", 0}, "31/1/2024");
-      wizard.SetText("txtP1", "2");
-      wizard.SetText("txtP2", "3");
-      wizard.Click(filled ? "cmdOk" : "cmdCancel");
-    }};
-    const std::string before = window.dates.Entered();
-    window.form.Click("cmdAutoFill");
-    EXPECT_EQ(window.dates.Entered() == before, !filled) << "looking at the wizard changes nothing";
-    const std::string none = "30/12/1899|30/12/1899";
-    EXPECT_EQ(window.Dates(kRow), "05/05/2023|30/12/1899");
-    EXPECT_EQ(window.Dates(1), filled ? "01/01/2024|31/01/2024" : none);
-    EXPECT_EQ(window.Dates(11), none);
-    EXPECT_EQ(window.form.At({"txtDate1", 1}).Dimmed, !filled);
-    EXPECT_TRUE(window.form.At({"Comupd", 11}).Enabled);
-  }
+  Window window("en_GB");
+  window.Do("txtDate1 05/05/2023");
+  window.toolkit.in_window = {[](Form& wizard) {
+    wizard.SetText({"txtDate", 0}, "2024-01-01");
+    wizard.SetText("txtP1", "12");
+    wizard.SetText("txtP2", "12.6");
+    wizard.Click("cmdOk");
+  }};
+  window.form.Click("cmdAutoFill");
+  EXPECT_EQ(Ends(window.dates), "5: 2023-05-05 1899-12-30, 12: 2024-01-01 2024-01-31");
+  EXPECT_TRUE(window.form.At({"txtDate1", 1}).Dimmed);
+  EXPECT_TRUE(window.form.At({"Comupd", 1}).Enabled);
+  ASSERT_EQ(window.boxes().size(), 1U);
+  EXPECT_THAT(window.boxes()[0].text,
+              AllOf(HasSubstr("Error : 9\r\n"),
+                    HasSubstr("Function : cmdOk_Click\r\nModule : frmLiniarDates")));
 }
 
 TEST(PeriodDates, ANameIsMarkedWhileItSaysAnotherTimeThanItsRow) {
@@ -165,17 +199,13 @@ TEST(PeriodDates, ANameIsMarkedWhileItSaysAnotherTimeThanItsRow) {
       {"en_GB", "Jan 2024", "2013-01-01", "2013-01-31", true},
       {"en_GB", "Jan 2013", "2013-01-01", "2013-01-31", false},
       {"ru_RU", "январь 2013", "2013-02-01", "2013-02-28", true},
-      {"he_IL", "ינואר 2013", "2013-01-01", "2013-01-31", false},
       {"en_GB", "Jan 2013", "2013-01-01", "2013-03-31", true},
       {"en_GB", "January", "2013-02-01", "2013-02-28", false},  // of which year is not said
-      {"en_GB", "2013-01", "2013-02-01", "2013-02-28", true, false},
       {"en_GB", "2013 Q1", "2013-04-01", "2013-06-30", true, false},
-      {"en_GB", "2013 Q1", "2013-01-01", "2013-06-30", true, false},
       {"en_GB", "2013 Q1", "2013-02-01", "2013-02-28", false, false},
       {"en_GB", "2013-07 - 2014-06", "2013-07-01", "2014-06-30", false, false},
       {"en_GB", "2013", "2013-07-01", "2014-06-30", false, false},  // a business year
       {"en_GB", "2013", "2014-07-01", "2015-06-30", true, false},
-      {"en_GB", "2013-13", "2013-12-01", "2013-12-31", false},
       {"en_GB", "Budget of 2012 for 2013", "2013-01-01", "2013-12-31", false},
       {"en_GB", "Budget 2012", "2013-01-01", "2013-12-31", true},
       {"en_GB", "Plan 20125", "2013-01-01", "2013-12-31", false},
@@ -203,43 +233,34 @@ TEST(PeriodDates, ANameIsMarkedWhileItSaysAnotherTimeThanItsRow) {
 }
 
 TEST(PeriodDates, PeriodsAreNamedByTheirDatesAndGivenNamesOnlyWhenThePersonSaysSo) {
-  constexpr std::size_t kKept = 0, kKeepGiven = 1, kAll = 2;
-  struct {
-    const char *from, *until;
-    const char* names[3];  ///< before or cancelled, with given names kept, and all renamed
-  } const rows[] = {
-      {"2013-01-01", "2013-03-31", {"2024-01", "2013 Q1", "2013 Q1"}},
-      {"2013-04-01", "2013-09-30", {"", "2013-04 - 2013-09", "2013-04 - 2013-09"}},
-      {"2013-02-01", "2013-03-31", {"Jan & Feb 2024", "Jan & Feb 2024", "2013-02 - 2013-03"}},
-      {"2013-01-01", "2013-12-31", {"2013", "2013", "2013"}},
-      {"", "2013-03-31", {"Spring", "Spring", "Spring"}},
-      {"2013-03-31", "2013-01-01", {"Wrong", "Wrong", "Wrong"}}};
-  const ControlId buttons[] = {"cmdCancel", {"cmdAnswer", 1}, {"cmdAnswer", 0}};
-  for (const std::size_t answer : {kKept, kKeepGiven, kAll}) {
+  const std::pair<ControlId, const char*> answers[] = {
+      {"cmdCancel", "2024-01|Jan & Feb 2024|Wrong"},
+      {{"cmdAnswer", 1}, "2013 Q1|Jan & Feb 2024|Wrong"},
+      {{"cmdAnswer", 0}, "2013 Q1|2013-02 - 2013-03|Wrong"}};
+  for (const auto& [button, named] : answers) {
     Window window("en_GB");
-    for (int row = 0; row < static_cast<int>(std::size(rows)); ++row) {
-      window.form.SetText({"TextPeriod", row}, rows[row].names[kKept]);
-      window.form.SetText({"txtDate1", row}, rows[row].from);
-      window.form.SetText({"txtDate2", row}, rows[row].until);
-    }
-    window.desk.toolkit.in_window = {[&](Form& question) {
-      EXPECT_EQ(question.Caption, "Rename these periods, too?");
+    PeriodSet set;
+    set.Period(1) = {"2024-01", Date::FromCivil(2013, 1, 1), Date::FromCivil(2013, 3, 31), false};
+    set.Period(2) = {"Jan & Feb 2024", Date::FromCivil(2013, 2, 1), Date::FromCivil(2013, 3, 31),
+                     false};
+    set.Period(3) = {"Wrong", Date::FromCivil(2013, 3, 31), Date::FromCivil(2013, 1, 1), false};
+    window.dates.Show(set);
+    window.toolkit.in_window = {[&, &id = button](Form& question) {
       EXPECT_EQ(question.At({"lblRow", 0}).Caption, "Jan && Feb 2024");
       EXPECT_EQ(question.At({"lblRow", 1}).Caption, "2013-02 - 2013-03");
       EXPECT_FALSE(question.Has({"lblRow", 2}));
-      question.Click(buttons[answer]);
+      question.Click(id);
     }};
     window.form.Click("cmdNamePeriods");
-    for (int row = 0; row < static_cast<int>(std::size(rows)); ++row) {
-      EXPECT_EQ(window.form.Text({"TextPeriod", row}), rows[row].names[answer]);
-    }
-    if (answer == kAll) window.form.Click("cmdNamePeriods");
-    EXPECT_EQ(window.desk.toolkit.shown.size(), 1U) << "asked once, and then nothing more to ask";
+    const Form& form = window.form;
+    EXPECT_EQ(form.Text({"TextPeriod", 0}) + "|" + form.Text({"TextPeriod", 1}) + "|" +
+                  form.Text({"TextPeriod", 2}),
+              named);
   }
 }
 
-TEST(PeriodDates, AShownSetIsReadAgainAndLeavesNothingOfTheOneBefore) {
-  Window window("de_DE"), fresh("de_DE"), copy("de_DE");
+TEST(PeriodDates, AShownSetLeavesNothingOfTheOneBefore) {
+  Window window("de_DE");
   const std::string empty = window.dates.Entered();
   PeriodSet before, after;
   before.Period(1) = {"", Date::FromCivil(2023, 1, 1), Date::FromCivil(2023, 12, 31), true};
@@ -248,21 +269,15 @@ TEST(PeriodDates, AShownSetIsReadAgainAndLeavesNothingOfTheOneBefore) {
   after.Period(2) = {"", Date{}, Date{}, true};
   window.dates.Show(before);
   window.dates.Show(after);
-  EXPECT_EQ(window.Dates(0), "15.03.2024|");
-  fresh.dates.Show(after);
-  EXPECT_EQ(fresh.dates.Entered(), window.dates.Entered());
-  copy.dates.Show(window.dates.Read());
-  EXPECT_EQ(copy.dates.Entered(), window.dates.Entered());
+  EXPECT_EQ(window.Dates(0) + window.Dates(6), "15.03.2024||");
   window.form.SetText({"txtDate2", 5}, "morgen");
   EXPECT_THROW(window.dates.Read(), Failure);
   EXPECT_TRUE(window.form.At({"txtDate2", 5}).Error);
   window.dates.Show(before);
   EXPECT_FALSE(window.form.At({"txtDate2", 5}).Error);
-  window.form.SetText({"txtDate2", 5}, "morgen");
+  window.form.SetText({"txtDate1", 0}, "morgen");
   window.form.Click("cmdCleanDates");
   EXPECT_EQ(window.dates.Entered(), empty);
-  EXPECT_EQ(window.dates.FromDates, DateList());
-  EXPECT_EQ(window.dates.UntilDates, DateList());
 }
 
 }  // namespace

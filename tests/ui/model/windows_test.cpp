@@ -1,36 +1,53 @@
-// The main query window, driven by the names of its controls alone.
+// The main query window and those that it opens, driven by the names of their controls alone.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <charconv>
+#include <filesystem>
+#include <fstream>
 
+#include "settings/set_writer.h"
 #include "tests/support/ui/real_desk.h"
 #include "texts/string_table.h"
 #include "texts/text_numbers.h"
+#include "ui/model/frm_cube.h"
 
 namespace vok {
 namespace {
 
 using test::Box;
+using testing::AllOf;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
 
+MessageBox Critical(const std::string& text) {
+  return {text, test::kExecutable, MessageIcon::kCritical, MessageButtons::kOk, "", 0};
+}
+
 struct WindowsTest : testing::Test {
+  void SaveAll() {
+    desk.FillIn(form);
+    form.Click("ComSaveSet");
+    form.SetText("txtOutput", desk.folder.File("out"));
+    EXPECT_THAT(desk.TakeBoxes(), IsEmpty());
+  }
+
   test::RealDesk desk;
+  const WindowServices services{desk.host, desk.publics, desk.toolkit};
+  std::unique_ptr<FrmPeriods> window = desk.Open();
+  Form& form = window->form();
+  const std::string workbook = desk.folder.File("out.xlsX");
 };
 
 TEST_F(WindowsTest, WhatIsSavedIsShownAgain) {
-  const auto first = desk.Open();
-  EXPECT_FALSE(first->form().At("cmdHelp").Enabled);  // no help file lies beside the component
-  desk.FillIn(first->form());
-  first->form().Click("ComSaveSet");
-  EXPECT_THAT(desk.TakeBoxes(), IsEmpty());
+  SaveAll();
+  EXPECT_FALSE(form.At("cmdHelp").Enabled);  // no help file lies beside the component
   const auto second = desk.Open();
   second->form().Choose("comboDataSource", 0);
   second->form().Choose("ComboPeriods", 0);
-  for (const Control& control : first->form().Controls()) {
-    if (control.Name.starts_with("chk")) continue;  // these two are not stored
+  for (const Control& control : form.Controls()) {
+    if (control.Name.starts_with("chk") || control.Name == "txtOutput") continue;  // not stored
     EXPECT_EQ(second->form().At(control.Id()).Text, control.Text) << control.Name;
     EXPECT_EQ(second->form().At(control.Id()).Value, control.Value) << control.Name;
   }
@@ -40,15 +57,8 @@ TEST_F(WindowsTest, WhatIsSavedIsShownAgain) {
 }
 
 TEST_F(WindowsTest, ARunIsShownWithItsRowsAndMoney) {
-  const auto window = desk.Open();
-  Form& form = window->form();
-  desk.FillIn(form);
-  form.Click("ComSaveSet");
-  form.SetText("txtOutput", desk.folder.File("out"));
+  SaveAll();
   form.Click("cmdQuery");
-  const std::string workbook = desk.folder.File("out.xlsX");
-  EXPECT_TRUE(form.At("fraResult").Visible);
-  EXPECT_EQ(form.Text("txtResult"), workbook);
   const Control& list = form.At("lvwRows");
   EXPECT_EQ(form.At("lblResultRows").Caption, std::to_string(list.Rows.size()) + " rows in 0.0 s");
   std::string headers, bars;
@@ -61,42 +71,42 @@ TEST_F(WindowsTest, ARunIsShownWithItsRowsAndMoney) {
   form.Click("cmdOpenWorkbook");
   form.Click("cmdOpenFolder");
   EXPECT_THAT(desk.toolkit.opened, ElementsAre(workbook, desk.folder.path()));
+  desk.files.Delete(workbook);
+  form.Click("cmdOpenWorkbook");
+  EXPECT_THAT(
+      desk.TakeBoxes(),
+      ElementsAre(Box("The workbook is not there any more; run the query again: " + workbook)));
 }
 
 TEST_F(WindowsTest, EveryControlHasItsTextInTheStringTable) {
-  const auto window = desk.Open();
   const auto is_number = [](const std::string& text) {
     int number = 0;
     std::from_chars(text.data(), text.data() + text.size(), number);
     return number >= text_number::kMainWindow;
   };
-  const auto check = [&](Form& form) {
-    EXPECT_NE(form.Caption, "") << form.Name;
-    for (const Control& control : form.Controls()) {
+  const auto check = [&](Form& shown) {
+    EXPECT_NE(shown.Caption, "") << shown.Name;
+    for (const Control& control : shown.Controls()) {
       if (control.Name == "lblNumber") continue;  // of a row
       EXPECT_FALSE(is_number(control.Caption) || is_number(control.ToolTipText)) << control.Name;
       const bool captioned = control.Type == ControlType::kCommandButton ||
                              control.Type == ControlType::kLabel ||
                              control.Type == ControlType::kMenu;
-      EXPECT_EQ(captioned && control.Caption.empty(), false) << control.Name;
+      EXPECT_FALSE(captioned && control.Caption.empty()) << control.Name;
     }
   };
-  check(window->form());
+  check(form);
   for (const char* button : {"cmdCube", "cmdOptions", "cmdAutoFill"}) {
     desk.toolkit.in_window = {check};
-    window->form().Click(button);
+    form.Click(button);
   }
   EXPECT_THAT(desk.toolkit.shown, ElementsAre("frmCube", "FrmOption", "frmLiniarDates"));
 }
 
 TEST_F(WindowsTest, AQueryThatRunsCanBeStoppedAndNothingElseBeDone) {
-  const auto window = desk.Open();
-  Form& form = window->form();
-  desk.FillIn(form);
-  form.Click("ComSaveSet");
-  form.SetText("txtOutput", desk.folder.File("out"));
+  SaveAll();
   form.Visible = true;
-  const auto state = [&form] {
+  const auto state = [&] {
     std::string states;
     for (const Control& control : form.Controls()) {
       if (control.Name.starts_with("cmdOpen")) continue;  // by what the run left
@@ -105,59 +115,122 @@ TEST_F(WindowsTest, AQueryThatRunsCanBeStoppedAndNothingElseBeDone) {
     return states;
   };
   const std::string before = state();
-  WriteWholeFile(desk.disk, desk.folder.File("out.xlsX"), "old");
-  const auto close = [&form] {  // as a view does at Escape, and when its window is closed
-    for (const Control& control : form.Controls()) {
-      if (control.Cancel) return form.Click(control.Id());
-    }
+  WriteWholeFile(desk.disk, workbook, "old");
+  const std::pair<const char*, std::function<void()>> cases[] = {
+      {"stopped before its end", [&] { form.Click("cmdStop"), form.Click("cmdStop"); }},
+      {"", [] { throw Failure(7, "Out of memory"); }},  // the thread fails
+      {"0.0 s", [&] { form.Click("cmdQuery"), form.Click("mnuClose"); }},
   };
-  struct {
-    const char* what;
-    std::function<void()> act;
-    const char* said;
-    std::size_t boxes = 0;
-  } const cases[] = {
-      {"stopped", [&] { form.Click("cmdStop"); }, "stopped before its end"},
-      {"closed, twice", [&] { close(), close(); }, "stopped before its end"},
-      {"the thread fails", [] { throw Failure(7, "Out of memory"); }, "", 1},
-      {"other commands", [&] { form.Click("cmdQuery"), form.Click("mnuClose"); }, "0.0 s"},
-  };
-  for (const auto& c : cases) {
-    SCOPED_TRACE(c.what);
-    desk.toolkit.in_run = [&] {
+  for (const auto& [said, act] : cases) {
+    SCOPED_TRACE(said);
+    desk.toolkit.in_run = [&, &act = act] {
       EXPECT_TRUE(form.At("fraProgress").Visible);
       EXPECT_EQ(form.Focus->name, "cmdStop");
-      c.act();
+      EXPECT_TRUE(form.At("cmdStop").Cancel) << "what Escape and the window's own button click";
+      act();
     };
     form.Click("mnuRun");
     EXPECT_EQ(state(), before);
-    EXPECT_EQ(desk.TakeBoxes().size(), c.boxes);
-    EXPECT_THAT(form.At("lblResultRows").Caption, HasSubstr(c.said));
-    const bool whole = std::string(c.said) == "0.0 s";
-    EXPECT_EQ(ReadWholeFile(desk.disk, desk.folder.File("out.xlsX")) != "old", whole);
+    EXPECT_EQ(desk.TakeBoxes().empty(), *said != '\0');
+    EXPECT_THAT(form.At("lblResultRows").Caption, HasSubstr(said));
+    const bool whole = std::string(said) == "0.0 s";
+    EXPECT_EQ(ReadWholeFile(desk.disk, workbook) != "old", whole);
     EXPECT_EQ(form.At("cmdOpenFolder").Enabled, whole);
     EXPECT_FALSE(form.At("fraProgress").Visible);
   }
-  desk.files.Delete(desk.folder.File("out.xlsX"));
-  form.Click("cmdOpenWorkbook");
-  EXPECT_THAT(desk.TakeBoxes(), ElementsAre(Box("The workbook is not there any more; run the query "
-                                                "again: " +
-                                                desk.folder.File("out.xlsX"))));
 }
 
-TEST_F(WindowsTest, TheHostProgramOpensTheWindowOnItsDatabase) {
-  desk.files.Append(desk.host.component.folder + "\\VarnelHeb.Chm", "");
-  clMe me(desk.host, desk.publics, [&](const Host& host, Publics& publics) {
-    return std::make_unique<FrmPeriods>(host, publics, desk.toolkit);
-  });
-  desk.toolkit.in_window = {[](Form& form) {
-    EXPECT_EQ(form.Text("txtVarnelMDB"), "C:\\host.mdb");
-    form.Click("mnuContents");
-  }};
-  int32_t error = 7;
+TEST_F(WindowsTest, OpensOnTheHostProgramsDatabaseWithItsHelp) {
+  desk.publics.help_file = "VarnelHeb.Chm";
   std::string database = "C:\\host.mdb";
-  EXPECT_EQ(me.ShowQCform(error, database), Value(true));
-  EXPECT_THAT(desk.toolkit.help, ElementsAre(HasSubstr("VarnelHeb.Chm")));
+  EXPECT_EQ(window->Initialize(database), Value(true));
+  EXPECT_EQ(form.Text("txtVarnelMDB"), database);
+  form.Click("mnuContents");
+  EXPECT_THAT(desk.toolkit.help, ElementsAre("VarnelHeb.Chm"));
+}
+
+TEST_F(WindowsTest, WhatTheCubeLacksIsMarkedAndToldAndKept) {
+  SaveAll();
+  auto setting = *desk.StoredSource("Sales");
+  setting.CountMoney = 20;
+  setting.MoneySets[2].Measure = setting.MoneySets[5].Measure = "Profit";
+  setting.MoneySets[4].Measure = "AMOUNT";
+  setting.MoneySets[6].Measure = "Loss";
+  SaveMoneyMeasures(desk.host, desk.publics.environment, setting);
+  form.Raise(FormEvent::kClicked, "comboDataSource");
+  EXPECT_THAT(desk.TakeBoxes(), ElementsAre(Critical("MEASURES \r\n\r\nProfit\r\nLoss")));
+  for (int row = 0; row < kMoneySetCount; ++row) {
+    const bool missing = row == 2 || row == 5 || row == 6;
+    EXPECT_EQ(form.At({"TextMeasure", row}).Error, missing) << row;
+    EXPECT_EQ(form.At({"ComMeasure", row}).Caption, missing ? "Error" : "Measure");
+  }
+  desk.files.Delete(desk.Cube());
+  const auto gone = [](const std::string& procedure) {
+    return testing::Field(&MessageBox::text,
+                          AllOf(HasSubstr("sample.cub"), HasSubstr("Function : " + procedure)));
+  };
+  form.Raise(FormEvent::kClicked, "comboDataSource");
+  EXPECT_THAT(desk.TakeBoxes(),
+              ElementsAre(gone("UpdObsList\r\nModule : FrmPeriosd\r\n"),
+                          Critical("MEASURES \r\n\r\nAmount\r\nProfit\r\nAMOUNT\r\nLoss")));
+  desk.toolkit.in_window = {[](Form& option) { option.Click("cmdOk"); }};
+  form.Click("cmdOptions");
+  EXPECT_THAT(desk.TakeBoxes(), ElementsAre(gone("SetCmbMeas2\r\nModule : FrmPeriods\r\n")));
+  form.Click("ComSaveSet");
+  const auto kept = desk.StoredSource("Sales");
+  EXPECT_EQ(kept->OBS + kept->MoneySets[6].Measure, "Ledger1Loss");
+  EXPECT_EQ(kept->CountMoney, 20) << "another program's; only a typed one is refused";
+  desk.toolkit.in_window = {[](Form& option) {
+    option.SetText("txtCountMoney", "14");
+    EXPECT_EQ(option.Text("txtCountMoney"), "");
+  }};
+  form.Click("cmdOptions");
+}
+
+TEST_F(WindowsTest, FilesArePickedFromTheSettingsFolder) {
+  desk.toolkit.picked = "picked";
+  desk.toolkit.in_window = {[](Form& selection) { selection.Click("ComCubeFile"); }};
+  for (const char* button : {"cmdVarnelMDB", "cmdActFile", "cmdCube", "cmdOutput"}) {
+    std::filesystem::current_path("/");
+    form.Click(button);
+  }
+  std::filesystem::current_path("/");
+  std::vector<std::string> told;
+  for (const FileDialog& dialog : desk.toolkit.dialogs) {
+    told.push_back(dialog.title + "; " + dialog.filter + "; " + std::to_string(dialog.flags) +
+                   (dialog.save ? "; save" : ""));
+  }
+  const std::string program = test::kExecutable, open = program + " - Open a file; ";
+  EXPECT_THAT(told,
+              ElementsAre(open + "*.*|*.*; 4100", open + "*.*|*.*; 4100",
+                          open + "Cub files(*.cub)|*.cub; 4100",
+                          program + " - Save a file; Excel files(*.xlsX)|*.xlsX; 2052; save"));
+  EXPECT_THAT(desk.toolkit.folders, testing::Each(desk.settings));
+  for (const char* field : {"txtVarnelMDB", "txtActFile", "txtOutput"}) {
+    EXPECT_THAT(form.Text(field), testing::StartsWith("picked"));
+  }
+}
+
+TEST_F(WindowsTest, ACubeIsChosenFromAFileThatHasOne) {
+  std::ofstream(desk.folder.File("bad.cub")) << "no cube";
+  frmCube selection(services);
+  desk.toolkit.in_window = {[&](Form& shown) {
+    const std::string good = desk.Cube(), bad = desk.folder.File("bad.cub");
+    for (const std::string& picked : {good, good, std::string(), bad}) {
+      desk.toolkit.picked = picked;
+      shown.Click("ComCubeFile");
+      EXPECT_EQ(shown.Text("TxtFileName"), picked.empty() ? good : picked);
+      EXPECT_EQ(shown.At("ComboCube").Enabled, picked != bad);
+      EXPECT_EQ(shown.At("ComboCube").List.size(), picked == bad ? 0U : 1U);
+    }
+    shown.Click("cmdOk");
+  }};
+  EXPECT_FALSE(selection.ShowForm()) << "no cube is chosen in a file that has none";
+  const auto boxes = desk.TakeBoxes();
+  ASSERT_EQ(boxes.size(), 1U);
+  EXPECT_THAT(boxes[0].text, HasSubstr("Function : ComCubeFile_Click\r\nModule : frmCube"));
+  selection.UpdListCube(nullptr);
+  EXPECT_THAT(desk.TakeBoxes(), ElementsAre(Box("QeL cube not found...")));
 }
 
 }  // namespace
