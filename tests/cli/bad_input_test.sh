@@ -49,7 +49,7 @@ expect 0 "no-utf8-�.xlsX" run --settings-folder good --data-source Domestic --
   --output $'no-utf8-\xff' --json
 printf '{"dataSources": [{"SetName": "S", "CountMoney": 1e400}]}' > huge.json
 
-every=$tests/fuzz/corpus/settings_document/every_field.json
+every=$tests/fuzz/corpus/documents/every_field.json
 expect 0 "Imported 1 data sources" settings import "$every" --settings-folder every
 "$vokcube" settings export every.json --settings-folder every
 cmp -s every.json "$every" || fail "a field came back as another"

@@ -28,3 +28,10 @@ bool Refuses(Act act) {
     return true;
   }
 }
+
+/// Aborts unless `rewrite` refuses the bytes, or makes of its own text that text again.
+template <typename Rewrite>
+void IsRewrittenTheSame(std::string_view bytes, Rewrite rewrite) {
+  std::string first;
+  if (!Refuses([&] { first = rewrite(bytes); }) && rewrite(first) != first) std::abort();
+}
