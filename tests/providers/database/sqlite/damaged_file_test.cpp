@@ -11,29 +11,21 @@
 namespace vok {
 namespace {
 
-using test::DescriptionOf;
 using test::FailureOf;
 using test::NumberOf;
 using namespace testing;
 
-class DamagedFileTest : public test::SettingsFileTest {
- protected:
-  std::string Bytes() const {
-    std::ifstream stream(path_, std::ios::binary);
-    return std::string(std::istreambuf_iterator<char>(stream), {});
-  }
+struct DamagedFileTest : test::SettingsFileTest {
+  std::string Bytes() const { return ReadWholeFile(files_, path_); }
   void SetBytes(const std::string& bytes) const {
     std::ofstream(path_, std::ios::binary | std::ios::trunc) << bytes;
   }
 };
 
-int good_reads = 0;  // of the store's, before one that fails
-bool fails_on = false;
+int good_reads = 0;  // of the store's, before those that fail
 
 ssize_t BrokenRead(int file, void* bytes, std::size_t size, off64_t from) {
-  const bool fails = good_reads == 0 || (fails_on && good_reads < 0);
-  --good_reads;
-  if (!fails) return ::pread64(file, bytes, size, from);
+  if (good_reads-- > 0) return ::pread64(file, bytes, size, from);
   errno = EIO;
   return -1;
 }
@@ -43,22 +35,17 @@ TEST_F(DamagedFileTest, AFileThatItsDiskCannotReadIsNotCalledDamaged) {
   sqlite3_vfs* system = sqlite3_vfs_find(nullptr);
   const auto broken = reinterpret_cast<sqlite3_syscall_ptr>(BrokenRead);
   ASSERT_EQ(system->xSetSystemCall(system, "pread64", broken), SQLITE_OK);
-  for (const bool on : {false, true}) {
-    fails_on = on;
-    int refused = 0;
-    for (bool fails = true; fails && refused < 1000; refused += fails ? 1 : 0) {
-      good_reads = refused;
-      try {
-        Connect();
-        fails = false;
-      } catch (const Failure& failure) {
-        EXPECT_THAT(failure.description(), AllOf(HasSubstr("cannot read it (Input/output error)"),
-                                                 HasSubstr("leave it as it is"), HasSubstr(path_)))
-            << refused;
-      }
-    }
-    EXPECT_THAT(refused, AllOf(Gt(2), Lt(1000)));
+  int refused = 0;
+  for (bool fails = true; fails && refused < 1000; refused += fails ? 1 : 0) {
+    good_reads = refused;
+    const Failure failure = FailureOf([&] { Connect(); });
+    fails = failure.number() != 0;
+    if (!fails) continue;
+    EXPECT_THAT(failure.description(), AllOf(HasSubstr("cannot read it (Input/output error)"),
+                                             HasSubstr("leave it as it is"), HasSubstr(path_)))
+        << refused;
   }
+  EXPECT_THAT(refused, AllOf(Gt(2), Lt(1000)));
   system->xSetSystemCall(system, "pread64", nullptr);
 }
 
@@ -73,9 +60,6 @@ TEST_F(DamagedFileTest, WhatIsNoSettingsFileIsNamedAndLeftAlone) {
   const std::string head("\0\1\0\0", 4);
   const std::pair<std::string, std::string> rows[] = {
       {head + "Standard Jet DB" + std::string(4000, '\0'), "is a Jet database"},
-      {head + "Standard ACE DB" + std::string(4000, '\0'), "is a Jet database"},
-      {head + "Standard Jet DB", "is a Jet database"},
-      {"", "is empty"},
       {"x", "cut short"},
       {std::string(100000, 'x'), "not a settings database"},
       {other, path_},
@@ -90,9 +74,6 @@ TEST_F(DamagedFileTest, WhatIsNoSettingsFileIsNamedAndLeftAlone) {
     EXPECT_EQ(Bytes(), bytes) << words;
     EXPECT_FALSE(std::filesystem::exists(path_ + "-journal"));
   }
-  std::filesystem::remove(path_);
-  std::filesystem::create_directory(path_);
-  EXPECT_THAT(DescriptionOf([&] { Connect(); }), HasSubstr("is a folder"));
 }
 
 TEST_F(DamagedFileTest, CutOrChangedAnywhereItFailsClearlyOrIsRead) {
