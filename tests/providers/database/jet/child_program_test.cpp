@@ -25,11 +25,9 @@ TEST(ChildProgramTest, TellsWhatWasPrintedAndHowItEnded) {
     const char* output;
     const char* end;
   } rows[] = {
-      {RunShell("echo A; echo error >&2"), "A\n", "code 0"},
-      {RunShell("printf A; exit 3"), "A", "code 3"},
+      {RunShell("echo A; echo error >&2; exit 3"), "A\n", "code 3"},
       {RunShell("printf A; kill -SEGV $$"), "A", "signal 11 (Segmentation fault)"},
       {RunShell("printf A; exec sleep 100", second), "A", "longer than 1 seconds"},
-      {RunShell("while :; do :; done", second), "", "longer than 1 seconds"},
       {RunShell("cat; ls /proc/self/fd | wc -l"), "4\n", "code 0"},  // three, and the folder itself
   };
   for (const auto& row : rows) {
@@ -43,21 +41,13 @@ TEST(ChildProgramTest, TellsWhatWasPrintedAndHowItEnded) {
               testing::AllOf(HasSubstr("/nowhere/x"), HasSubstr("No such file")));
 }
 
-TEST(ChildProgramTest, RunsInHostProgramsThatCloseTheirStreamsOrIgnoreSignals) {
-  const auto answers = [](const std::function<void()>& prepare) {
-    return test::StatusOf(test::Start([&] {
-      prepare();
-      if (RunShell("echo A; kill -PIPE $$; echo B").output != "A\n") throw Failure(1, "not A");
-    }));
-  };
-  EXPECT_EQ(answers([] {
-              for (const int stream : {STDIN_FILENO, STDOUT_FILENO}) ::close(stream);
-            }),
-            0);
-  EXPECT_EQ(answers([] {
-              for (const int number : {SIGCHLD, SIGPIPE}) std::signal(number, SIG_IGN);
-            }),
-            0);
+TEST(ChildProgramTest, RunsInHostProgramsThatCloseTheirStreamsAndIgnoreSignals) {
+  const pid_t host = test::Start([] {
+    for (const int stream : {STDIN_FILENO, STDOUT_FILENO}) ::close(stream);
+    for (const int number : {SIGCHLD, SIGPIPE}) std::signal(number, SIG_IGN);
+    if (RunShell("echo A; kill -PIPE $$; echo B").output != "A\n") throw Failure(1, "not A");
+  });
+  EXPECT_EQ(test::StatusOf(host), 0);
 }
 
 }  // namespace
