@@ -30,24 +30,11 @@ expect 0 "stored cells" cube build --schema "$data/schema.xml" --data "$data" --
 expect 0 "Imported 2 data sources" settings import "$data/settings.json" --settings-folder good
 head -c 5000 ledger.cub > short.cub
 cp ledger.cub $'no-utf8-\xff.cub'
-printf 'number,2 Hebrew\n1000,x\n1000,y\n' > twice.csv
 "$vokcube" language texts own.csv
 expect 0 "Wrote" language build own.csv Lang.rs
 cp Lang.rs old.rs
-many='CrossJoin(CrossJoin([QeL].[QeL].Members, [ActX].[xlFile].Members), [Date].Members)'
-endless='<CalculatedMember name="m0" dimension="Measures"><Formula>[Measures].[Amount]</Formula></CalculatedMember>'
-for n in {1..60}; do
-  endless+="<CalculatedMember name=\"m$n\" dimension=\"Measures\">"
-  endless+="<Formula>[Measures].[m$((n - 1))] + Count(Filter($many, [Measures].[Amount] > 1e15 + $n))"
-  endless+="</Formula></CalculatedMember>"
-done
-sed "s|</Cube>|$endless</Cube>|" "$data/schema.xml" > endless.xml
-expect 0 "stored cells" cube build --schema endless.xml --data "$data" --output endless.cub
-sed "s|ledger.cub|$PWD/endless.cub|; s|\"Measure\": \"[^\"]*\"|\"Measure\": \"m60\"|" "$data/settings.json" > endless.json
-expect 0 "Imported 2 data sources" settings import endless.json --settings-folder endless
 expect 0 "no-utf8-�.xlsX" run --settings-folder good --data-source Domestic --periods Demo \
   --output $'no-utf8-\xff' --json
-printf '{"dataSources": [{"SetName": "S", "CountMoney": 1e400}]}' > huge.json
 
 every=$tests/fuzz/corpus/documents/every_field.json
 expect 0 "Imported 1 data sources" settings import "$every" --settings-folder every
@@ -75,16 +62,6 @@ if [[ $left != "A1 A2 PAD Q20 Q21 " ]]; then
   fail "other sets than the named ones were changed; left are $left"
 fi
 
-# A database that cannot be made is not there, and can be made later.
-mkdir -p small
-for kilobytes in 0 1 20; do
-  (trap '' XFSZ && ulimit -f "$kilobytes" &&
-    ! "$vokcube" settings import "$data/settings.json" --settings-folder small) 2>&1 | cat > said
-  if [[ $(grep -c "was not made, as reported above" said) != 1 || $(ls -A small) ]]; then
-    fail "a full disk left $(ls -A small)"
-  fi
-done
-expect 0 "Imported 2 data sources" settings import "$data/settings.json" --settings-folder small
 before=$(find . | sort)
 
 unset QT_QPA_PLATFORM WAYLAND_DISPLAY DISPLAY
@@ -100,15 +77,12 @@ expect 0 "Demo" info --settings-folder good
 rm registry.reg
 PATH=$(dirname "$vokcube"):$PATH vokcube=$(basename "$vokcube") \
   expect 1 "$(dirname "$vokcube")/CubToQel.mdb; make it" info
-expect 1 "first page is cut short" info --settings-folder jet
 expect 1 "first page is cut short" settings import "$data/settings.json" --settings-folder jet
-expect 1 "first page is cut short" settings export --settings-folder jet
 expect 1 "it is empty or cut short" sets Periods --settings-folder empty
 expect 1 "$PWD/folder/CubToQel.mdb; make it" info --settings-folder folder
 expect 1 "A file of that name is in the way" settings import "$data/settings.json" --settings-folder file
 expect 1 "It has: DataSourceInfo, Main" sets Nothing --settings-folder good
 expect 1 'no period set named "Nothing"' settings delete periods Nothing --settings-folder good
-expect 1 "1e400" settings import huge.json --settings-folder good
 expect 1 'no data source named "Nothing"' settings rename data-source Nothing New --settings-folder good
 expect 1 'is named "Q#1"; a name may not contain #' settings rename periods Demo 'Q#1' --settings-folder good
 expect 1 'a saved set named "export" already' settings rename data-source Domestic export \
@@ -118,16 +92,11 @@ for missing in "Datasource Definition: Nothing  Not Found!!" "Periods Definition
 done
 expect 1 "damaged or was cut short" cube info short.cub
 expect 0 "Ledger" cube members ledger.cub --json
-expect 1 "There is no cube file" cube measures missing.cub
 expect 0 "no-utf8-�.cub" cube info $'no-utf8-\xff.cub' --json
-expect 1 "damaged or was cut short" cube catalogs short.cub
 expect 1 'no catalog "Nothing"' cube members ledger.cub --catalog Nothing
 expect 1 '"b.cub" has no value. A ";" ends a part: rename a file' mdx 'a;b.cub' 'select from x'
 expect 1 'line 1, column 8: "x" is not in cube' mdx ledger.cub 'select x on 0 from LedgerQEL'
 expect 1 'no catalog "Nothing". It has: "LedgerQEL"' mdx ledger.cub --catalog Nothing 'select from x'
-expect 1 "twice.csv, line 3: number 1000 stands in line 2 already" language build twice.csv Lang.rs
-expect 1 "missing.csv" language build missing.csv Lang.rs
-expect 1 "Check that the folder exists" language build own.csv missing/Lang.rs
 expect 1 "neither as the binary nor as the XML form" language show own.csv
 expect 1 "begins neither" language show ledger.cub
 expect 0 "1205,&OBS member,," language show Lang.rs
@@ -155,8 +124,6 @@ expect 0 'Ledger\u009b2J\n1111: forgedQEL: ' cube build --schema hostile/schema.
   --output hostile/ledger.cub
 expect 0 'Ledger\u009b2J\n1111: forgedQEL, ' cube info hostile/ledger.cub
 expect 0 'Amount\u009b2J\n1111: forged]"' cube info hostile/ledger.cub --json
-expect 0 'Ledger\u009b2J\n1111: forgedQEL' cube catalogs hostile/ledger.cub
-expect 0 'Amount\u009b2J\n1111: forged' cube measures hostile/ledger.cub
 expect 0 "Domestic$shown" cube members hostile/ledger.cub
 expect 1 "It has: \"Ledger\u009b2J" mdx hostile/ledger.cub --catalog x 'select from x'
 expect 1 "[x$shown]\" is not in cube" mdx ledger.cub "select [x$evil] on 0 from LedgerQEL"
@@ -189,11 +156,6 @@ fill() {
   expect 0 "$1" periods fill "${@:2}" --settings-folder good
 }
 fill " 3  2024-03-01  2024-03-31  2024-03" Run --interval month --from 2024-01-31 --first 1 --last 3
-fill "12  2023-01-01  2023-12-31  2023" run --interval year --until 2023-12-31 --first 12
-fill " 2  2024-07-01  2024-09-30  2024 Q3" run --interval quarter --from 2024-07-01 --first 2 --last 2
-fill " 2  2023-11-01  2024-04-30  2023-11 - 2024-04" run --interval half-year --until 2024-04-01 \
-  --last 2
-fill " 1  2024-07-01  2024-12-31  2024 H2" run --interval half-year --from 2024-07-09 --last 1
 fill " 1  2024-01-01  2024-12-31  Jan 2024" Demo --interval year --from 2024-01-01 --last 1
 expect 1 "a name may not contain *" periods fill 'R*' --interval year --settings-folder good
 expect 1 "first page is cut short" window --settings-folder jet
@@ -225,29 +187,15 @@ if ! cmp -s Lang.rs old.rs; then
   fail "the language table changed"
 fi
 
-# interrupt WORDS ARGUMENT...: Ctrl-C ends the program, which says so.
-interrupt() {
-  local status=0 words=$1
-  shift
-  env --default-signal=INT "$vokcube" "$@" > said 2>&1 < /dev/null &
-  local running=$!
-  # The query runs once the program has worked for a second of its own time.
-  for _ in {1..600}; do
-    read -ra times < "/proc/$running/stat"
-    ((times[13] + times[14] < $(getconf CLK_TCK))) || break
-    sleep 0.1
-  done
-  kill -INT "$running"
-  wait "$running" || status=$?
-  if ((status != 130)) || [[ $(grep -cF -- "$words" said) != 1 ]]; then
-    fail "Ctrl-C in $1 left status $status"
-  fi
-}
-interrupt "stopped before its end" mdx endless.cub --timeout 60 \
-  'SELECT [Measures].[m60] ON 0 FROM [LedgerQEL]'
-interrupt "stopped before its end; nothing was written" run --data-source Domestic --periods Demo \
-  --output out --settings-folder endless
-rm -rf endless/Log
+# Ctrl-C ends a query that takes long; five seconds are enough to begin it.
+many='[Date].Members * [QeL].[QeL].Members * [ActX].[xlFile].Members * [MoneySet].Members'
+endless="SELECT Filter($many, Count(Filter($many, Count(Filter($many, 1 > 2)) > 0)) > 0) ON 0"
+status=0
+timeout --preserve-status --signal INT 5 env --default-signal=INT \
+  "$vokcube" mdx ledger.cub --timeout 60 "$endless FROM [LedgerQEL]" > said 2>&1 || status=$?
+if ((status != 130)) || ! grep -qF "stopped before its end" said; then
+  fail "Ctrl-C left status $status"
+fi
 
 if [[ $(find . | sort) != "$before" ]]; then
   fail "files were left:" "$(find . | sort | comm -3 - <(echo "$before"))"

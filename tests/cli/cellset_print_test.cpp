@@ -34,36 +34,25 @@ TEST(PrintedCellset, TellsEveryRowFromEveryOther) {
     const char* table;
     const char* csv;
   } cases[] = {
-      {"levels below one another",
+      {"levels below one another, siblings of one caption, a position that comes twice",
        {{kAmount,
          {{Member("[2009]")},
-          {Member("[2009].[1]")},
           {Member("[2009].[1].[1]")},
           {Member("[2010].[1]")},
-          {Member("[2010].[2]")}}},
-        {1.0, 2.0, 3.0, 4.5, CellState::kEmpty}},
+          {Member("[2010].[1]")},
+          {Member("[17]", "Cohen")},
+          {Member("&[a]]b]", "Cohen")}}},
+        {1.0, 2.0, 3.0, 3.0, 4.5, CellState::kEmpty}},
        "H             Amount\n"
        "------------  ------\n"
        "2009               1\n"
-       "2009 / 1           2\n"
-       "2009 / 1 / 1       3\n"
-       "2010 / 1         4.5\n"
-       "2\n",
-       "H,Amount\r\n2009,1\r\n2009 / 1,2\r\n2009 / 1 / 1,3\r\n2010 / 1,4.5\r\n2,\r\n"},
-      {"captions that siblings share, and a position that comes twice",
-       {{kAmount,
-         {{Member("[17]", "Cohen")},
-          {Member("&[a]]b]", "Cohen")},
-          {Member("[1]")},
-          {Member("[1]")}}},
-        {1.0, 2.0, 3.0, 3.0}},
-       "H            Amount\n"
-       "-----------  ------\n"
-       "Cohen (17)        1\n"
-       "Cohen (a]b)       2\n"
-       "1                 3\n"
-       "1                 3\n",
-       "H,Amount\r\nCohen (17),1\r\nCohen (a]b),2\r\n1,3\r\n1,3\r\n"},
+       "2009 / 1 / 1       2\n"
+       "2010 / 1           3\n"
+       "2010 / 1           3\n"
+       "Cohen (17)       4.5\n"
+       "Cohen (a]b)\n",
+       "H,Amount\r\n2009,1\r\n2009 / 1 / 1,2\r\n2010 / 1,3\r\n2010 / 1,3\r\n"
+       "Cohen (17),4.5\r\nCohen (a]b),\r\n"},
       {"three axes, two hierarchies on one",
        {{{{Measure("Amount"), Member("[A]")}, {Measure("Amount"), Member("[B]")}},
          {{Member("[r1]")}, {Member("[r2]")}},

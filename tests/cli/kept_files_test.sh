@@ -87,16 +87,6 @@ expect 0 "Rows" "${run[@]}" Demo
 kept report.xlsX
 expect 0 "Rows" bash -c 'trap "" HUP; "$@" & sleep 0.1; kill -HUP $!; wait $!' bash "${run[@]}" Demo
 
-# Two runs at once leave the workbook of one of them.
-expect 0 "Rows" "${run[@]}" "Months 2024"
-cp report.xlsX months
-for _ in {1..5}; do
-  "${run[@]}" "Months 2024" > /dev/null 2>&1 &
-  expect 0 "" "${run[@]}" Demo
-  wait
-  cmp -s report.xlsX report.xlsX.before || cmp -s report.xlsX months || fail "a workbook of neither run"
-done
-
 cp settings/CubToQel.mdb settings.before
 expect 1 "Nothing was changed" bash -c 'ulimit -f 16 && exec "$@"' bash \
   "$vokcube" settings import "$data/settings.json" --settings-folder settings
@@ -118,9 +108,4 @@ for file in damaged.cub empty.cub new.cub; do
   expect 0 "0 facts" "${build[@]}" none --output "$file"
 done
 expect 0 "0 facts" "${build[@]}" none --output ledger.cub --allow-empty
-mkfifo pipe.xlsX
-run[7]=pipe
-expect 1 "it is a device or a pipe" "${run[@]}" Demo
-[[ -p pipe.xlsX ]] || fail "the pipe is gone"
-
 finish

