@@ -1,16 +1,9 @@
-// A cube server that does its clients harm:
-//   misbehave MISDEED COMMAND...
-//
-// runs the command with the server's address for each argument "URL", and prints how it ended:
-// "STATUS CPU-MILLISECONDS MILLISECONDS PEAK-KILOBYTES". What the command prints goes to standard
-// error. `misbehave --list` prints the misdeeds. Requests that a misdeed is not about are answered
+// A cube server that does its clients harm: `misbehave MISDEED` prints its address and serves until
+// it is ended; `misbehave` prints the misdeeds. Requests that a misdeed is not about are answered
 // well: a catalog "Sales", a cellset of one cell.
 #include <libdeflate.h>
-#include <sys/resource.h>
-#include <sys/wait.h>
+#include <unistd.h>
 
-#include <algorithm>
-#include <chrono>
 #include <cstdio>
 #include <string>
 #include <vector>
@@ -90,52 +83,24 @@ Reply ReplyOf(const Misdeed& misdeed) {
   return {kHead + misdeed.first, true, false, Repeated(misdeed.again, piece), misdeed.pause};
 }
 
-pid_t Start(char** command, const std::string& address) {
-  std::vector<char*> words;
-  for (; *command != nullptr; ++command) {
-    words.push_back(std::string(*command) == "URL" ? const_cast<char*>(address.c_str()) : *command);
-  }
-  words.push_back(nullptr);
-  const pid_t child = fork();
-  if (child != 0) return child;
-  dup2(STDERR_FILENO, STDOUT_FILENO);
-  execvp(words.front(), words.data());
-  _exit(127);
-}
-
-long Milliseconds(const timeval& time) { return time.tv_sec * 1000 + time.tv_usec / 1000; }
-
-/// Waits for the command and prints how it ended.
-void Measure(pid_t child) {
-  const auto begun = std::chrono::steady_clock::now();
-  int status = 0;
-  rusage use{};
-  wait4(child, &status, 0, &use);
-  const std::chrono::duration<double, std::milli> taken = std::chrono::steady_clock::now() - begun;
-  std::printf("%d %ld %.0f %ld\n", WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status),
-              Milliseconds(use.ru_utime) + Milliseconds(use.ru_stime), taken.count(),
-              use.ru_maxrss);
+/// Until the process is ended.
+void Serve(const Misdeed& misdeed) {
+  const Reply harm = ReplyOf(misdeed);
+  const vok::xmla::test::ScriptedServer server([&](const std::string& request) {
+    const bool query = request.find("<Execute") != std::string::npos;
+    return query == misdeed.of_query ? harm
+                                     : Reply{kHead + "\r\n" + (query ? kCells : kCatalogs), true};
+  });
+  std::puts(server.address().c_str());
   std::fflush(stdout);
+  ::pause();
 }
 
 }  // namespace
 
-int main(int count, char** arguments) {
-  const auto misdeeds = Misdeeds();
-  const std::string wanted = count > 1 ? arguments[1] : "--list";
-  if (wanted == "--list") {
-    for (const Misdeed& each : misdeeds) std::puts(each.name.c_str());
-    return 0;
+int main(int, char** arguments) {
+  for (const Misdeed& each : Misdeeds()) {
+    if (arguments[1] == nullptr) std::puts(each.name.c_str());
+    if (arguments[1] != nullptr && each.name == arguments[1]) Serve(each);
   }
-  const auto found = std::find_if(misdeeds.begin(), misdeeds.end(),
-                                  [&](const Misdeed& each) { return each.name == wanted; });
-  if (found == misdeeds.end() || count < 3) return 2;
-  const Reply harm = ReplyOf(*found);
-  vok::xmla::test::ScriptedServer server([&](const std::string& request) {
-    const bool query = request.find("<Execute") != std::string::npos;
-    return query == found->of_query ? harm
-                                    : Reply{kHead + "\r\n" + (query ? kCells : kCatalogs), true};
-  });
-  Measure(Start(arguments + 2, server.address()));
-  std::_Exit(0);
 }
