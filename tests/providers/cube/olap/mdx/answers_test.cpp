@@ -2,12 +2,15 @@
 #include <gtest/gtest.h>
 
 #include <cstdlib>
+#include <fstream>
+#include <set>
 #include <sstream>
 #include <string>
 #include <thread>
 #include <vector>
 
 #include "native.h"
+#include "providers/cube/olap/mdx/functions/registry.h"
 #include "providers/cube/olap/olap_provider.h"
 #include "tests/support/answers/answer.h"
 #include "tests/support/cubes/sample_cube.h"
@@ -64,6 +67,22 @@ TEST_F(MdxAnswers, ToRandomQueriesAreThoseOfPlainLoops) {
   uint64_t last = 40;
   if (const char* seeds = std::getenv("VOKCUBE_SEEDS")) std::istringstream(seeds) >> first >> last;
   for (uint64_t seed = first; seed <= last; ++seed) ExpectPlainAnswers(seed);
+}
+
+/// The document lists the functions that there are, no more and no fewer.
+TEST(MdxFunctions, AreThoseOfTheDocument) {
+  std::set<std::string> registered;
+  for (const olap::Function& function : olap::Functions()) {
+    registered.insert((function.is_property ? "." : "") + std::string(function.name));
+  }
+  std::set<std::string> documented;
+  std::ifstream document(VOK_MDX_DOCUMENT);
+  for (std::string line; std::getline(document, line);) {
+    if (!line.starts_with("| `")) continue;
+    const std::size_t end = line.find('`', 3);
+    documented.insert(line.substr(3, end - 3));
+  }
+  EXPECT_EQ(documented, registered);
 }
 
 }  // namespace

@@ -12,6 +12,7 @@
 #include "native.h"
 #include "platform/failure.h"
 #include "providers/cube/olap/mdx/engine.h"
+#include "providers/cube/olap/mdx/parser.h"
 #include "tests/support/cubes/sample_cube.h"
 #include "tests/support/failures.h"
 
@@ -146,6 +147,8 @@ TEST(QueryLimits, EndAQueryThatNestsTooDeep) {
        "21"},
       {"SELECT [Measures].[Mixed] ON 0 FROM QEL",
        "calculated member [Measures].[Mixed], line 2, column 3: the text \"x\" is where a number"},
+      {std::string(olap::kMaxMdxLength + 1, ' '), "the limit is"},
+      {"SELECT " + Repeated("(", 200) + "1", "column 108: expressions nest more than 100 deep"},
       {"SELECT " + Repeated("(", 99) + "[QeL].[A]" + Repeated(")", 99) + " ON 0 FROM QEL", "1"},
   };
   for (const auto& test : cases) {
