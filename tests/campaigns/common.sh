@@ -64,11 +64,8 @@ rows() {
   local without=$1 row wanted
   shift
   for row in "${commands[@]}"; do
-    if (($# == 0)); then
-      [[ $row == *"|$without "* ]] || echo "$row"
-    else
-      for wanted in "$@"; do [[ $row == "$wanted|"* ]] && echo "$row"; done
-    fi
+    (($# > 0)) || [[ $row == *"|$without "* ]] || echo "$row"
+    for wanted in "$@"; do [[ $row == "$wanted|"* ]] && echo "$row"; done
   done
 }
 
@@ -89,11 +86,7 @@ content() {
   esac
 }
 
-sum() {
-  local all
-  all=$(sha1sum)
-  echo "${all%% *}"
-}
+sum() { sha1sum | cut -d ' ' -f 1; }
 files() { find . -path '*/Log' -prune -o -type f -print | sort; }
 printed() { sed -E 's/[0-9]+ ms/T ms/g' "$1"; }
 begin_trial() {

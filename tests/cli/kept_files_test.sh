@@ -34,11 +34,8 @@ build=("$vokcube" cube build --schema data/schema.xml --data)
 run=("$vokcube" run --settings-folder settings --data-source Domestic --output report.XLSX --periods)
 expect 0 "stored cells" "${build[@]}" data --output ledger.cub
 expect 0 "Imported" "$vokcube" settings import "$data/settings.json" --settings-folder settings
-cat > periods.json << 'JSON'
-{"dataSources": [], "periods": [{"SetName": "Never", "Periods": [{"PeriodName": "1950",
-  "FromDate": "1950-01-01", "UntillDate": "1950-12-31", "includeOpenBalans": false}]}]}
-JSON
-expect 0 "Imported" "$vokcube" settings import periods.json --settings-folder settings
+expect 0 "1950" "$vokcube" periods fill Never --interval year --from 1950-01-01 --last 1 \
+  --settings-folder settings
 mkdir many none
 cp "$data"/*.csv many
 cp "$data"/*.csv none

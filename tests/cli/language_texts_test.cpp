@@ -20,7 +20,6 @@ using recordset::FieldType;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
-using testing::StartsWith;
 using vok::test::FailureOf;
 
 LanguageTexts Shipped() {
@@ -46,41 +45,8 @@ TEST(LanguageTexts, ReadsACsvFileOfTranslators) {
   }
 }
 
-TEST(LanguageTexts, ABadFileIsRefusedWithItsLine) {
-  const std::string line(kLongestText, 'x');
-  EXPECT_NO_THROW(ParseLanguageTexts("number,1\n1," + line + "\n", "t.csv"));
-  const struct {
-    std::string csv;
-    const char* why;
-  } cases[] = {
-      {"number;1;2\n", "t.csv, line 1: the first column must be headed number, and commas"},
-      {"number\n", "line 1: no column of a language"},
-      {"number,Hebrew\n", "line 1: column \"Hebrew\" does not begin with the number"},
-      {"number,1,1 English\n", "language 1 has two columns"},
-      {"number,1\n1,a\n\n", "line 3: has 1 fields, the header has 2"},
-      {"number,1\n1,\"a\nb\"\nx,c\n", "line 4: \"x\" is not the number"},
-      {"number,1\n0,a\n", "\"0\" is not the number"},
-      {"number,1\n5,a\n6,b\n5,c\n", "line 4: number 5 stands in line 2 already"},
-      {"number,1\n1,a\x02\n", "line 2: a text has a control character"},
-      {"number,1\n1," + line + "x\n", "line 2: a text is longer than 1000"},
-      {"number,1\n1,\xE9\n", "line 2: a field is not valid UTF-8"},
-      {"number,1\n1,\"a\n", "line 2: a quoted field does not end"},
-  };
-  for (const auto& [csv, why] : cases) {
-    const Failure failure = FailureOf([&] { ParseLanguageTexts(csv, "t.csv"); });
-    EXPECT_EQ(failure.number(), failure_number::kUnspecified) << why;
-    EXPECT_THAT(failure.description(), AllOf(StartsWith("t.csv"), HasSubstr(why)));
-  }
-}
-
-TEST(LanguageTexts, ATableHoldsTheTextsThatThereAre) {
-  const LanguageTexts texts = {{1000, {"a", "", "c"}}, {1001, {}}, {1002, {"", "b", ""}}};
-  const auto table = ToLanguageTable(texts);
-  EXPECT_EQ(table.rows,
-            (std::vector<recordset::Row>{{1000, 1, "a"}, {1000, 3, "c"}, {1002, 2, "b"}}));
-  EXPECT_EQ(FromLanguageTable(table, "Lang.rs"), (LanguageTexts{texts[0], texts[2]}));
-
-  // Of another maker: numbers as texts, rows that no search finds, the first of two.
+TEST(LanguageTexts, ATableOfAnotherMakerIsReadOrRefused) {
+  // Numbers as texts, rows that no search finds, the first of two.
   const recordset::Rowset other = {
       {{"LID", FieldType::kText}, {"SID", FieldType::kText}, {"t", FieldType::kText}},
       {{"2", "1001", "b"},

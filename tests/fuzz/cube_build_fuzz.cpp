@@ -1,7 +1,7 @@
 // A schema and its tables: they are refused, or become a cube file that opens and says as much.
 //
 // The input is the schema; then for each table a line "@name" and the lines of its CSV file.
-#include <algorithm>
+#include <sstream>
 
 #include "providers/cube/olap/build/build_cube.h"
 #include "providers/cube/olap/storage/cube_file.h"
@@ -13,16 +13,13 @@ namespace {
 
 void Split(std::string_view input, vok::test::MemoryFiles& files) {
   std::string path = "/schema.xml";
-  for (std::size_t begin = 0; begin <= input.size();) {
-    const std::size_t end = std::min(input.find("\n@", begin), input.size());
-    std::string text(input.substr(begin, end - begin));
-    if (begin > 0) {
-      const std::size_t line = std::min(text.find('\n'), text.size());
-      path = "/data/" + text.substr(0, line) + ".csv";
-      text.erase(0, line + 1);
+  std::istringstream lines{std::string(input)};
+  for (std::string line; std::getline(lines, line);) {
+    if (line.starts_with('@')) {
+      path = "/data/" + line.substr(1) + ".csv";
+    } else {
+      files.files[path] += line + (lines.eof() ? "" : "\n");
     }
-    files.files[path] = text;
-    begin = end + 2;
   }
 }
 

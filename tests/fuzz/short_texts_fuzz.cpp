@@ -1,4 +1,4 @@
-// Any bytes as a registry file, as an ini file, as a statement with its pattern, as a connection text.
+// Any bytes as a registry file, an ini file, a statement with its pattern, a connection text.
 #include "platform/connection_text.h"
 #include "platform/text.h"
 #include "providers/database/sqlite/like_pattern.h"

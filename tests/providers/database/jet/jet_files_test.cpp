@@ -73,7 +73,7 @@ class JetFilesTest : public Test {
       for (; !rows->AtEnd(); rows->MoveNext()) {
         for (int32_t i = 0; i < rows->FieldCount(); ++i) {
           const Value value = rows->Field(i);
-          content << (value.IsNull()      ? "NULL"
+          content << (value.IsNull()     ? "NULL"
                       : value.As<Date>() ? std::to_string(value.ToDouble())
                                          : '"' + value.ToText() + '"')
                   << '\n';
@@ -129,7 +129,8 @@ TEST_F(JetFilesTest, FollowsARowThatMovedToAnotherPlace) {
   const auto names = Names("DataSourceInfo");
   EXPECT_EQ(names.size(), 41U);
   EXPECT_EQ(names.front(), "Sales 0");
-  EXPECT_THAT(names, AllOf(Not(Contains("מכירות 1")), IsSupersetOf({"Продажи 2", "Größe 10", "P"})));
+  EXPECT_THAT(names,
+              AllOf(Not(Contains("מכירות 1")), IsSupersetOf({"Продажи 2", "Größe 10", "P"})));
 }
 
 TEST_F(JetFilesTest, SaysWhyAFileCannotBeRead) {

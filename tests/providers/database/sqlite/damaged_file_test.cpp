@@ -36,11 +36,10 @@ TEST_F(DamagedFileTest, AFileThatItsDiskCannotReadIsNotCalledDamaged) {
   const auto broken = reinterpret_cast<sqlite3_syscall_ptr>(BrokenRead);
   ASSERT_EQ(system->xSetSystemCall(system, "pread64", broken), SQLITE_OK);
   int refused = 0;
-  for (bool fails = true; fails && refused < 1000; refused += fails ? 1 : 0) {
+  for (; refused < 1000; ++refused) {
     good_reads = refused;
     const Failure failure = FailureOf([&] { Connect(); });
-    fails = failure.number() != 0;
-    if (!fails) continue;
+    if (failure.number() == 0) break;
     EXPECT_THAT(failure.description(), AllOf(HasSubstr("cannot read it (Input/output error)"),
                                              HasSubstr("leave it as it is"), HasSubstr(path_)))
         << refused;
@@ -78,7 +77,7 @@ TEST_F(DamagedFileTest, WhatIsNoSettingsFileIsNamedAndLeftAlone) {
 
 TEST_F(DamagedFileTest, CutOrChangedAnywhereItFailsClearlyOrIsRead) {
   CreateFile();
-  AddMany(*Connect(), 40);
+  for (int i = 0; i < 40; ++i) Add(*Connect(), std::to_string(i), std::string(250, 'x'));
   const std::string whole = Bytes();
   for (std::size_t length = 0; length < whole.size(); length += whole.size() / 97) {
     SetBytes(whole.substr(0, length));

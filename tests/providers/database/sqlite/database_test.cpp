@@ -112,29 +112,11 @@ TEST_F(DatabaseTest, FailuresCarryTheProvidersNumbers) {
   EXPECT_EQ(NumberOf([&] { connection->Begin(Purpose::kSave); }), number::kInvalidCall);
 }
 
-TEST_F(DatabaseTest, SavesHoldAltogetherOrNotAtAll) {
-  CreateFile();
-  const auto connection = Connect();
-  Add(*connection, "old");
-  for (const bool commits : {false, true}) {
-    Transaction save(*connection, commits ? Purpose::kSave : Purpose::kChange);
-    connection->Execute("delete * from Sets");
-    Add(*connection, "new");
-    EXPECT_EQ(Names(*connection, "Sets"), std::vector<std::string>{"new"});
-    EXPECT_EQ(Names(*Connect(), "Sets"), std::vector<std::string>{"old"}) << commits;
-    EXPECT_TRUE(std::filesystem::exists(path_ + "-journal")) << "what a kill would need";
-    if (commits) save.Commit();
-  }
-  EXPECT_EQ(Names(*Connect(), "Sets"), std::vector<std::string>{"new"});
-}
-
 TEST_F(DatabaseTest, StructureGrowsUnderItsRows) {
   CreateFile();
   const auto connection = Connect();
   Add(*connection, "old");
   const auto structure = connection->OpenStructure();
-  structure->AppendTable({"Quote\"d [x]", {{"a", ColumnType::kText, 255, false}}});
-  EXPECT_EQ(structure->TableNames(), (std::vector<std::string>{"Sets", "Quote\"d [x]"}));
   structure->AppendColumn("sets", {"IsNew", ColumnType::kBoolean, 0, false});
   structure->AppendColumn("sets", {"Qty", ColumnType::kText, 0, false});
   EXPECT_EQ(structure->ColumnCount("Sets"), 8);
@@ -149,7 +131,6 @@ TEST_F(DatabaseTest, StructureGrowsUnderItsRows) {
   EXPECT_EQ(NumberOf([&] { structure->AppendColumn("None", {"a"}); }), number::kItemNotFound);
   const IndexDefinition taken{"primarykey", "SetName"};
   EXPECT_EQ(NumberOf([&] { structure->AppendIndex("Sets", taken); }), number::kObjectExists);
-  structure->AppendIndex("Sets", {"NameId", "SetName"});
 }
 
 TEST_F(DatabaseTest, ALockOfAnotherIsWaitedForAndThenNamed) {

@@ -44,13 +44,6 @@ class SettingsFileTest : public testing::Test {
     connection.OpenTable("Sets")->Add({{"SetName", name}, {"Caption", caption}});
   }
 
-  static void AddMany(Connection& connection, int count) {
-    const auto rows = connection.OpenTable("Sets");
-    for (int row = 0; row < count; ++row) {
-      rows->Add({{"SetName", std::to_string(row)}, {"Caption", std::string(250, 'x')}});
-    }
-  }
-
   static std::vector<std::string> Names(Connection& connection, const std::string& source) {
     std::vector<std::string> names;
     const auto rows = connection.Query(source);

@@ -13,29 +13,6 @@ namespace {
 using test::DescriptionOf;
 using test::NumberOf;
 
-/// Such as "select [a] [b] from [t] where [n] like [pattern]".
-std::string Shown(const Statement& statement) {
-  std::string text = statement.kind == Statement::Kind::kSelect ? "select" : "delete";
-  for (const std::string& column : statement.columns) text += " [" + column + "]";
-  text += " from [" + statement.table + "]";
-  if (!statement.filter) return text;
-  const auto& [column, sought, is_pattern] = *statement.filter;
-  return text + " where [" + column + (is_pattern ? "] like [" : "] = [") + sought + "]";
-}
-
-TEST(Statement, ReadsTheFormsThatSettingsUse) {
-  const std::pair<const char*, const char*> rows[] = {
-      {" [My Sets] ; ", "select from [My Sets]"},
-      {"Select [a b] ,\r\n c\tFrom t;", "select [a b] [c] from [t]"},
-      {"select*from t where n like'דוח \"1\"; --'  ",
-       "select from [t] where [n] like [דוח \"1\"; --]"},
-      {"delete * from t WHERE setname like 'a*'", "delete from [t] where [setname] like [a*]"},
-      {"delete * from t where n='it''s''x'", "delete from [t] where [n] = [it's'x]"},
-      {"select * from t where n = '' ;", "select from [t] where [n] = []"},
-  };
-  for (const auto& [text, shown] : rows) EXPECT_EQ(Shown(ParseStatement(text)), shown);
-}
-
 TEST(Statement, SaysWhereItStopsUnderstanding) {
   const std::vector<std::pair<std::string, std::string>> bad = {
       {"", "character 1: select, delete or a table's name"},

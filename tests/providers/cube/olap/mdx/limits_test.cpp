@@ -83,21 +83,14 @@ const std::string kMany =
 
 /// Tenths that are added one by one make 0.30000000000000004.
 TEST(ExactSums, AreRoundedOnceHoweverTheyAreWritten) {
-  const struct {
-    std::string formula;
-    std::string cell;
-  } cases[] = {
-      {"Sum(LastPeriods(2, [Date].[2010].[1]), [Measures].[Amount])", "0.3"},
-      {"Sum(LastPeriods(2, [Date].[2010].[1]), [Measures].[again])", "0.3"},
-  };
-  for (const auto& [formula, cell] : cases) {
+  for (const std::string measure : {"Amount", "again"}) {
     EXPECT_EQ(
         AnswerTo("WITH MEMBER [Measures].[opening] AS ([Measures].[Amount], [Opening_Balance].[1]) "
                  "MEMBER [Measures].[again] AS ([Measures].[opening], [ActX].[xlFile].[All]) "
-                 "MEMBER [Date].[x] AS " +
-                 formula + " SELECT [Date].[x] ON 0 FROM QEL WHERE [Area].[S2]"),
-        cell)
-        << formula;
+                 "MEMBER [Date].[x] AS Sum(LastPeriods(2, [Date].[2010].[1]), [Measures].[" +
+                 measure + "]) SELECT [Date].[x] ON 0 FROM QEL WHERE [Area].[S2]"),
+        "0.3")
+        << measure;
   }
 }
 
@@ -134,8 +127,6 @@ TEST(QueryLimits, EndAQueryThatNestsTooDeep) {
   } cases[] = {
       {Chained("1", sums(45), 25) + " SELECT Measures.m25 ON 0 FROM QEL", "deep"},
       {Chained("1", long_sum, 5) + " SELECT Measures.m5 ON 0, QeL.Members ON 1 FROM QEL", "deep"},
-      {Chained("1", "IIf(# > 1, 1, Abs(Round(#)))", 800) + " SELECT Measures.m800 ON 0 FROM QEL",
-       "deep"},
       {"WITH MEMBER Measures.x AS " + Repeated("1 + ", 450) + "1 SELECT Measures.x ON 0 FROM QEL",
        "451"},
       {"SELECT [QeL].[A]" + Repeated(".Parent", 300000) + " ON 0 FROM QEL", "operations in a row"},
