@@ -12,7 +12,7 @@
 #include "native.h"
 #include "platform/failure.h"
 #include "providers/cube/olap/mdx/engine.h"
-#include "providers/cube/olap/mdx/parser.h"
+#include "providers/cube/olap/mdx/source_text.h"
 #include "tests/support/cubes/sample_cube.h"
 #include "tests/support/failures.h"
 
