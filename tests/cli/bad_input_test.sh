@@ -195,7 +195,7 @@ fi
 many='[Date].Members * [QeL].[QeL].Members * [ActX].[xlFile].Members * [MoneySet].Members'
 endless="SELECT Filter($many, Count(Filter($many, Count(Filter($many, 1 > 2)) > 0)) > 0) ON 0"
 status=0
-timeout --preserve-status --signal INT 5 env --default-signal=INT \
+timeout --foreground --preserve-status --signal INT 5 env --default-signal=INT \
   "$vokcube" mdx ledger.cub --timeout 60 "$endless FROM [LedgerQEL]" > said 2>&1 || status=$?
 if ((status != 130)) || ! grep -qF "stopped before its end" said; then
   fail "Ctrl-C left status $status"

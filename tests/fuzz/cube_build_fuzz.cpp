@@ -12,13 +12,13 @@
 namespace {
 
 void Split(std::string_view input, vok::test::MemoryFiles& files) {
-  std::string path = "/schema.xml";
+  std::string* file = &files.files["/schema.xml"];
   std::istringstream lines{std::string(input)};
   for (std::string line; std::getline(lines, line);) {
     if (line.starts_with('@')) {
-      path = "/data/" + line.substr(1) + ".csv";
+      file = &files.files["/data/" + line.substr(1) + ".csv"];
     } else {
-      files.files[path] += line + (lines.eof() ? "" : "\n");
+      *file += line + (lines.eof() ? "" : "\n");
     }
   }
 }
