@@ -10,7 +10,6 @@ namespace vok::test {
 namespace {
 
 constexpr char kDay[] = R"(
-    press F5; front NOTHING; press Return
     focus comboDataSource; type Sales
     click txtVarnelMDB; type host.mdb
     click cmdCube; await ComCubeFile; click ComCubeFile; see ComboCube QEL; shot cube-LANGUAGE
@@ -36,7 +35,7 @@ constexpr char kDay[] = R"(
     click txtDate1(1); press Ctrl+A; type 15/3/2009; see txtDate1(1) 15/3/2009
     press Shift+Tab; see txtDate1(1) 01/01/2009
 
-    click txtOutput; type OUT; press Ctrl+S; shot main-LANGUAGE
+    click txtOutput; press F5; front NOTHING; press Return; type OUT; press Ctrl+S; shot main-LANGUAGE
     click comboDataSource; press Tab; focus txtVarnelMDB
     click cmdDeletePeriods; front Are you shure you want to delete 2009; press Alt+N
     see ComboPeriods 2009
