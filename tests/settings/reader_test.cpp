@@ -14,17 +14,7 @@ using testing::HasSubstr;
 
 struct ReaderTest : testing::Test {
   ReaderTest() {
-    test::TableRow money = {{"SetName", "S"}}, periods = money;
-    for (int i = 0; i <= kPeriodCount; ++i) {
-      const std::string number = std::to_string(i);
-      money["Qty" + number] = "Units";
-      periods["PeriodName" + number] = "new";
-      periods["FromDate" + number] = Date{45292};
-      periods["UntillDate" + number] = Date{45322};
-    }
-    tables["DataSourceInfo"] = {{{"SetName", "S"}}};
-    tables["MoneySetsMeasures"] = {money};
-    tables["Periods"] = {periods};
+    for (auto& [table, rows] : tables) rows = {{{"SetName", "S"}}};
   }
   int32_t ReadPeriods() { return PeriodSettings(host, environment, set, "S"); }
 
@@ -66,16 +56,19 @@ TEST_F(ReaderTest, AFieldThatCannotBeReadEndsTheReadAndIsReported) {
 }
 
 TEST_F(ReaderTest, PeriodsReplaceAllDatesButKeepANameWhereNoneIsStored) {
+  test::TableRow& row = tables["Periods"][0];
+  row["PeriodName5"] = Null{};
+  row["PeriodName6"] = "new";
+  row["UntillDate2"] = Date{45292};
   set.Period(5) = set.Period(6) = {"old", Date{1}, Date{2}, false};
-  tables["Periods"][0]["PeriodName5"] = Null{};
   ASSERT_EQ(ReadPeriods(), 0);
   EXPECT_EQ(set.Period(5).PeriodName + set.Period(6).PeriodName, "oldnew");
-  EXPECT_EQ(set.Period(5).FromDate, Date{45292});
-  EXPECT_EQ(set.Period(6).UntilDate, Date{45322});
+  EXPECT_TRUE(set.Period(5).FromDate.IsZero() && set.Period(6).UntilDate.IsZero());
   EXPECT_EQ(ReadEditedPeriods(host, environment, "S")->Period(5).PeriodName, "");
-  tables["Periods"][0]["FromDate3"] = Null{};
+  row["FromDate3"] = Null{};
+  set.Period(2) = set.Period(12) = {"old", Date{1}, Date{2}, false};
   EXPECT_EQ(ReadPeriods(), 94);
-  EXPECT_EQ(set.Period(2).UntilDate, Date{45322});
+  EXPECT_EQ(set.Period(2).UntilDate, Date{45292});
   EXPECT_TRUE(set.Period(12).UntilDate.IsZero()) << "cleared before reading";
 }
 

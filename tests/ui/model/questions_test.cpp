@@ -25,13 +25,11 @@ std::string SaidBy(const Form& question) {
 }
 
 struct QuestionsTest : testing::Test {
-  /// The next question is answered with its button `answer`; with "Cancel" for `kCancelled`.
-  static constexpr int kCancelled = -1;
-  void Answer(int answer) {
-    desk.toolkit.in_window = {[this, answer](Form& question) {
+  /// The next question is answered with this button.
+  void Answer(const ControlId& button) {
+    desk.toolkit.in_window = {[this, button](Form& question) {
       asked.push_back(SaidBy(question));
-      question.Click(answer == kCancelled ? ControlId("cmdCancel")
-                                          : ControlId("cmdAnswer", answer));
+      question.Click(button);
     }};
   }
   void SaveAll() {
@@ -141,11 +139,11 @@ TEST_F(QuestionsTest, UnsavedEntriesAreAskedAboutBeforeAnotherSetReplacesThem) {
   EXPECT_EQ(form.Text({"TextPeriod", 0}), "Spring")
       << "a typed name loads while nothing is unsaved";
   struct {
-    int answer;
+    ControlId answer;
     const char *name, *period, *stored;
-  } const cases[] = {{kCancelled, "half 1", "Edited", "Spring"},
-                     {1, "Other", "Autumn", "Spring"},
-                     {0, "Other", "Autumn", "Edited"}};
+  } const cases[] = {{"cmdCancel", "half 1", "Edited", "Spring"},
+                     {{"cmdAnswer", 1}, "Other", "Autumn", "Spring"},
+                     {{"cmdAnswer", 0}, "Other", "Autumn", "Edited"}};
   for (const auto& [answer, name, period, stored] : cases) {
     form.SetText({"TextPeriod", 0}, "Edited");
     form.SetText("ComboPeriods", "Other");
@@ -159,7 +157,7 @@ TEST_F(QuestionsTest, UnsavedEntriesAreAskedAboutBeforeAnotherSetReplacesThem) {
     EXPECT_EQ(form.Text("ComboPeriods"), name);
     EXPECT_EQ(form.Text({"TextPeriod", 0}), period);
     EXPECT_EQ(desk.StoredPeriods("Half 1")->Period(1).PeriodName, stored);
-    Answer(1);
+    Answer({"cmdAnswer", 1});
     form.SetText("ComboPeriods", "half 1");
     form.Raise(FormEvent::kClicked, "ComboPeriods");
     EXPECT_THAT(desk.TakeBoxes(), IsEmpty());
@@ -182,7 +180,7 @@ TEST_F(QuestionsTest, ChangedSetsShowInTheTitleAndARunSaysWhichOfThemItReads) {
   EXPECT_EQ(changed(), "");
   form.Type({"TextPeriod", 0}, "R&D");
   form.SetText("txtOutput", desk.folder.File("out"));
-  Answer(0);
+  Answer({"cmdAnswer", 0});
   desk.toolkit.in_run = [&] { EXPECT_EQ(changed(), "") << "as the run is shown"; };
   form.Click("mnuRun");
   EXPECT_THAT(asked, ElementsAre("Save the changes?|Changes that are not saved:|Half 1|"
