@@ -31,7 +31,6 @@ class ApplyLanguageTest : public testing::Test {
 };
 
 TEST_F(ApplyLanguageTest, EachTypeOfControlTakesItsTextsFromItsOwnPlace) {
-  const std::string own = StringTableText(1201) + "|";
   const std::vector<ControlItem> items = {{"1205", "x", "x", "1280"}, {"", "y", "y", "tip"}};
   struct {
     ControlType type;
@@ -40,8 +39,6 @@ TEST_F(ApplyLanguageTest, EachTypeOfControlTakesItsTextsFromItsOwnPlace) {
     std::vector<ControlItem> items = {};
   } const cases[] = {
       {kLabel, "1205", "x", "1280", "OBS!|1280"},
-      {kLabel, "1201", "x", "", own},
-      {kLabel, "1999", "x", "", "1999|"},
       {kLabel, "", "x", "", "x|"},
       {kCommandButton, "1205", "x", "1280", "OBS!|Tip!"},
       {kCommandButton, "0", "x", "0", "x|0"},
