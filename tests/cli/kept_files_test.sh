@@ -84,6 +84,16 @@ expect 0 "Rows" "${run[@]}" Demo
 kept report.xlsX
 expect 0 "Rows" bash -c 'trap "" HUP; "$@" & sleep 0.1; kill -HUP $!; wait $!' bash "${run[@]}" Demo
 
+# Two runs at once leave the workbook of one of them.
+expect 0 "Rows" "${run[@]}" "Months 2024"
+cp report.xlsX months
+for _ in {1..5}; do
+  "${run[@]}" "Months 2024" > /dev/null 2>&1 &
+  expect 0 "" "${run[@]}" Demo
+  wait
+  cmp -s report.xlsX report.xlsX.before || cmp -s report.xlsX months || fail "neither run's workbook"
+done
+
 cp settings/CubToQel.mdb settings.before
 expect 1 "Nothing was changed" bash -c 'ulimit -f 16 && exec "$@"' bash \
   "$vokcube" settings import "$data/settings.json" --settings-folder settings
