@@ -27,7 +27,7 @@ double ParseNumber(const std::string& text) {
   const char* end = text.data() + text.size();
   const auto result = std::from_chars(text.data(), end, number);
   if (result.ec != std::errc{} || result.ptr != end) {
-    throw Failure(failure_number::kTypeMismatch, "Type mismatch: \"" + text + "\" is no number");
+    throw Failure(failure_number::kTypeMismatch, "Type mismatch: \"" + text + "\" is not a number");
   }
   return number;
 }

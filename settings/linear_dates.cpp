@@ -62,7 +62,7 @@ Date& DateList::operator()(int number) {
 
 Date DateOf(const Locale& locale, const std::string& text) {
   const auto date = locale.ParseDate(text);
-  if (!date) throw Failure(failure_number::kTypeMismatch, "\"" + text + "\" is no date");
+  if (!date) throw Failure(failure_number::kTypeMismatch, "\"" + text + "\" is not a date");
   return *date;
 }
 

@@ -34,8 +34,9 @@ bool IsOurs(const Files& files, const std::string& path) {
 [[noreturn]] void ThrowNoCubeProvider(const std::string& file) {
   const std::string width = sizeof(void*) == 8 ? "64-bit" : "32-bit";
   throw Failure(failure_number::kProviderNotFound,
-                "Provider cannot be found: \"" + file + "\" is no cube file of this program, and " +
-                    "this " + width + " host process finds no " + width + " " + kProvider +
+                "Provider cannot be found: \"" + file +
+                    "\" is not a cube file of this program, and this " + width +
+                    " host process finds no " + width + " " + kProvider +
                     " provider. Install the OLE DB provider for OLAP of that width, or build the " +
                     "cube with \"vokcube cube build\".");
 }

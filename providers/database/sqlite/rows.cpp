@@ -35,7 +35,7 @@ class RowFilter {
     if (column.type != ColumnType::kText) {
       throw Failure(
           failure_number::kWrongColumnType,
-          "Data type mismatch in criteria expression: column " + column.name + " is no text");
+          "Data type mismatch in criteria expression: column " + column.name + " is not a text");
     }
     column_ = Quoted(column.name);
     if (filter->is_pattern) {

@@ -74,7 +74,7 @@ Date ToStoredDate(const Locale& locale, const ColumnDefinition& column, const Va
     const auto read = locale.ParseDate(*text);
     if (!read) {
       throw Failure(failure_number::kTypeMismatch,
-                    "Type mismatch: \"" + *text + "\" is no date for column " + column.name);
+                    "Type mismatch: \"" + *text + "\" is not a date for column " + column.name);
     }
     date = *read;
   } else {
