@@ -25,12 +25,12 @@ TupleSet Chosen(const QueryGuard& guard, const TupleSet& from, const TupleSet& b
   return chosen;
 }
 
-class CombinedSet : public SetExpression {
+/// A set made of two. The sets are taken by reference: `hierarchies` may be asked of them in the
+/// same call.
+class SetOfTwo : public SetExpression {
  public:
-  CombinedSet(Operation operation, std::vector<HierarchyId> hierarchies, SetPtr first,
-              SetPtr second, Place place)
+  SetOfTwo(std::vector<HierarchyId> hierarchies, SetPtr&& first, SetPtr&& second, Place place)
       : SetExpression(std::move(hierarchies)),
-        operation_(operation),
         first_(std::move(first)),
         second_(std::move(second)),
         place_(place) {}
@@ -38,6 +38,19 @@ class CombinedSet : public SetExpression {
   bool DependsOn(HierarchyId hierarchy) const override {
     return first_->DependsOn(hierarchy) || second_->DependsOn(hierarchy);
   }
+
+ protected:
+  SetPtr first_;
+  SetPtr second_;
+  Place place_;
+};
+
+class CombinedSet : public SetOfTwo {
+ public:
+  CombinedSet(Operation operation, std::vector<HierarchyId> hierarchies, SetPtr first,
+              SetPtr second, Place place)
+      : SetOfTwo(std::move(hierarchies), std::move(first), std::move(second), place),
+        operation_(operation) {}
 
   TupleSet Compute(CellEvaluator& evaluator, const Context& context) const override {
     TupleSet a = first_->Evaluate(evaluator, context);
@@ -62,9 +75,6 @@ class CombinedSet : public SetExpression {
 
  private:
   Operation operation_;
-  SetPtr first_;
-  SetPtr second_;
-  Place place_;
 };
 
 SetPtr Combined(Operation operation, SetPtr first, SetPtr second, Place place) {
@@ -92,25 +102,20 @@ std::vector<HierarchyId> Both(const std::vector<HierarchyId>& first,
   return both;
 }
 
-class CrossJoinSet : public SetExpression {
+class CrossJoinSet : public SetOfTwo {
  public:
   CrossJoinSet(SetPtr first, SetPtr second, Place place)
-      : SetExpression(Both(first->hierarchies(), second->hierarchies())),
-        first_(std::move(first)),
-        second_(std::move(second)),
-        place_(place) {}
-
-  bool DependsOn(HierarchyId hierarchy) const override {
-    return first_->DependsOn(hierarchy) || second_->DependsOn(hierarchy);
-  }
+      : SetOfTwo(Both(first->hierarchies(), second->hierarchies()), std::move(first),
+                 std::move(second), place) {}
 
   TupleSet Compute(CellEvaluator& evaluator, const Context& context) const override {
     const TupleSet a = first_->Evaluate(evaluator, context);
     const TupleSet b = second_->Evaluate(evaluator, context);
     const std::size_t most = evaluator.guard().max_tuples();
-    if (b.size() > 0 && a.size() > most / b.size()) {
-      place_.Fail("a cross join of " + std::to_string(a.size()) + " by " +
-                  std::to_string(b.size()) + " is past the limit of " + std::to_string(most) +
+    const std::size_t of_each = b.size();
+    if (of_each > 0 && a.size() > most / of_each) {
+      place_.Fail("a cross join of " + std::to_string(a.size()) + " by " + std::to_string(of_each) +
+                  " is past the limit of " + std::to_string(most) +
                   " tuples. Ask for fewer members");
     }
     TupleSet joined{hierarchies(), {}};
@@ -126,11 +131,6 @@ class CrossJoinSet : public SetExpression {
     }
     return joined;
   }
-
- private:
-  SetPtr first_;
-  SetPtr second_;
-  Place place_;
 };
 
 }  // namespace
