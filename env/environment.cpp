@@ -23,7 +23,6 @@ void Record(OpenKeyTable& open_keys, RegistryKey handle, std::string name) {
   }
 }
 
-constexpr char kSettingsKey[] = "Software\\Vok\\Varnel 17";
 constexpr uint32_t kIniBufferSize = 255;
 
 /// People should not wonder whose settings they see.

@@ -13,6 +13,9 @@
 
 namespace vok {
 
+/// The current user's key that holds the system's values.
+inline constexpr char kSettingsKey[] = "Software\\Vok\\Varnel 17";
+
 /// A key that was opened and its full name. Closing a key leaves its entry in place.
 struct OpenKey {
   RegistryKey handle = 0;

@@ -2,10 +2,12 @@
 
 #include <utility>
 
+#include "env/environment.h"
+
 namespace vok {
 namespace {
 
-constexpr RegistryKey kSettingsKey = 0x7FFFFFFF;  // no registry below hands this one out
+constexpr RegistryKey kDecidedKey = 0x7FFFFFFF;  // no registry below hands this one out
 constexpr int32_t kNotFound = 2;
 constexpr int32_t kMoreData = 234;
 
@@ -16,17 +18,17 @@ OverridingRegistry::OverridingRegistry(Registry& below, const Locale& locale, st
 
 int32_t OverridingRegistry::OpenKey(RegistryKey parent, const std::string& path,
                                     RegistryKey& opened) {
-  if (parent != kCurrentUser || !EqualNoCase(locale_, path, "Software\\Vok\\Varnel 17")) {
+  if (parent != kCurrentUser || !EqualNoCase(locale_, path, kSettingsKey)) {
     return below_.OpenKey(parent, path, opened);
   }
   if (below_key_ == 0 && below_.OpenKey(parent, path, below_key_) != 0) below_key_ = 0;
-  opened = kSettingsKey;
+  opened = kDecidedKey;
   return 0;
 }
 
 int32_t OverridingRegistry::QueryValue(RegistryKey key, const std::string& name, uint32_t& type,
                                        std::string* buffer, uint32_t& size) {
-  if (key != kSettingsKey) return below_.QueryValue(key, name, type, buffer, size);
+  if (key != kDecidedKey) return below_.QueryValue(key, name, type, buffer, size);
   if (!EqualNoCase(locale_, name, "MDBPath")) {
     return below_key_ == 0 ? kNotFound : below_.QueryValue(below_key_, name, type, buffer, size);
   }
@@ -40,7 +42,7 @@ int32_t OverridingRegistry::QueryValue(RegistryKey key, const std::string& name,
 }
 
 int32_t OverridingRegistry::CloseKey(RegistryKey key) {
-  if (key != kSettingsKey) return below_.CloseKey(key);
+  if (key != kDecidedKey) return below_.CloseKey(key);
   if (below_key_ != 0) below_.CloseKey(std::exchange(below_key_, 0));
   return 0;
 }

@@ -6,6 +6,7 @@
 #include <utility>
 #include <vector>
 
+#include "env/environment.h"
 #include "hosts/composition/system_platform.h"
 #include "jet_reader.h"
 #include "providers/database/jet/jet_files.h"
@@ -57,14 +58,23 @@ OpenJetFile JetFilesOf(const SystemPlatform& platform) {
   return [jet_files](const std::string& path) { return jet_files->Open(path); };
 }
 
+/// The registry's values where no registry text has them.
+RegistryKeys OwnFolderNamed(const Locale& locale, const std::string& folder) {
+  if (folder.empty()) return {};
+  const std::string key = locale.FoldCase(std::string("HKEY_CURRENT_USER\\") + kSettingsKey);
+  return {{key, {{locale.FoldCase("MDBPath"), {kRegistryString, folder + '\0'}}}}};
+}
+
 }  // namespace
 
 SystemPlatform NewSystemPlatform() {
   SystemPlatform platform;
   platform.files = std::make_unique<PosixFiles>();
   platform.locale = std::make_unique<IcuLocale>(IcuLocale::NameFromEnvironment());
-  platform.registry = std::make_unique<FileRegistry>(*platform.files, *platform.locale,
-                                                     FileRegistry::FileFromEnvironment());
+  platform.own_settings_folder = FileRegistry::DataFolderFromEnvironment();
+  platform.registry = std::make_unique<FileRegistry>(
+      *platform.files, *platform.locale, FileRegistry::FilesFromEnvironment(),
+      OwnFolderNamed(*platform.locale, platform.own_settings_folder));
   platform.clock = std::make_unique<SystemClock>();
   platform.transport = NewTransport<CurlTransport>();
   platform.advice_on_readers = AdviceOnReaders;

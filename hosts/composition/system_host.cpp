@@ -7,6 +7,7 @@
 #include <string_view>
 #include <utility>
 
+#include "env/directories.h"
 #include "env/environment.h"
 #include "hosts/composition/overriding_registry.h"
 #include "hosts/composition/system_platform.h"
@@ -40,10 +41,17 @@ std::string Paragraphs(std::string_view text) {
 /// The settings database, and record sets that stand in files of their own.
 class FileDatabase : public SqliteDatabase {
  public:
-  explicit FileDatabase(const SystemPlatform& platform)
+  /// The user's own settings folder is made with its first database: nobody else makes it.
+  FileDatabase(const SystemPlatform& platform, std::function<void()> make_own_folder)
       : SqliteDatabase(*platform.files, *platform.locale, platform.open_jet_file),
         files_(*platform.files),
-        locale_(*platform.locale) {}
+        locale_(*platform.locale),
+        own_database_(SettingsDatabase(platform.own_settings_folder)),
+        make_own_folder_(std::move(make_own_folder)) {}
+  std::unique_ptr<NewDatabase> Create(const std::string& path) override {
+    if (path == own_database_) make_own_folder_();
+    return SqliteDatabase::Create(path);
+  }
   std::unique_ptr<Recordset> OpenRecordset(const std::string& path) override {
     return recordset::OpenPersisted(files_, locale_, path);
   }
@@ -51,6 +59,8 @@ class FileDatabase : public SqliteDatabase {
  private:
   const Files& files_;
   const Locale& locale_;
+  std::string own_database_;  ///< in the user's own settings folder
+  std::function<void()> make_own_folder_;
 };
 
 /// Cubes by their connection text: a server's address, or a file.
@@ -91,7 +101,10 @@ MessageAnswer ConsoleMessageBoxes::Show(const MessageBox& box) {
 struct SystemHost::Providers {
   Providers(const std::string& settings_folder, MessageBoxes* message_boxes)
       : overriding(*platform.registry, *platform.locale, settings_folder),
-        database(SystemDatabase(*platform.files, std::make_unique<FileDatabase>(platform))),
+        database(SystemDatabase(
+            *platform.files,
+            std::make_unique<FileDatabase>(
+                platform, [this] { MakeDirectories(host, platform.own_settings_folder); }))),
         cube(std::make_unique<FileOrServer>(platform, [this] { return ServerSettings(); })),
         told_of_readers(message_boxes != nullptr),
         spreadsheet(*platform.files),

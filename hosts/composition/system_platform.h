@@ -27,6 +27,8 @@ struct SystemPlatform {
   /// Genuine Jet databases where the system has no data objects for them; else empty.
   OpenJetFile open_jet_file;
   std::string component_folder;  ///< of the file that this code was loaded from
+  /// The user's own, where the registry names none; "" where that is the component's.
+  std::string own_settings_folder;
 };
 
 SystemPlatform NewSystemPlatform();

@@ -1,5 +1,6 @@
 #include "system/posix/file_registry.h"
 
+#include <algorithm>
 #include <cstdlib>
 #include <string_view>
 #include <utility>
@@ -29,6 +30,17 @@ std::string Variable(const char* name) {
   return value == nullptr ? "" : value;
 }
 
+constexpr const char* kOwnFile = "/vokcube/registry.reg";
+
+/// As the base directories of desktops are found: a relative path does not count. "" for a user
+/// without a home.
+std::string UserFolder(const char* variable, const char* below_home) {
+  std::string folder = Variable(variable);
+  if (folder.starts_with('/')) return folder;
+  const std::string home = Variable("HOME");
+  return home.empty() ? home : home + below_home;
+}
+
 }  // namespace
 
 std::string IniValue(const Locale& locale, std::string_view bytes, const std::string& section,
@@ -53,14 +65,28 @@ std::string IniValue(const Locale& locale, std::string_view bytes, const std::st
   return {};
 }
 
-FileRegistry::FileRegistry(const Files& files, const Locale& locale, std::string file)
-    : files_(files), locale_(locale), file_(std::move(file)) {}
+FileRegistry::FileRegistry(const Files& files, const Locale& locale, std::vector<std::string> paths,
+                           RegistryKeys otherwise)
+    : files_(files), locale_(locale), paths_(std::move(paths)), otherwise_(std::move(otherwise)) {}
 
-std::string FileRegistry::FileFromEnvironment() {
-  if (auto file = Variable("VOKCUBE_REGISTRY"); !file.empty()) return file;
-  std::string folder = Variable("XDG_CONFIG_HOME");
-  if (folder.empty()) folder = Variable("HOME") + "/.config";
-  return folder + "/vokcube/registry.reg";
+std::vector<std::string> FileRegistry::FilesFromEnvironment() {
+  if (auto file = Variable("VOKCUBE_REGISTRY"); !file.empty()) return {file};
+  std::vector<std::string> files;
+  const std::string own = UserFolder("XDG_CONFIG_HOME", "/.config");
+  if (!own.empty()) files.push_back(own + kOwnFile);
+  std::string shared = Variable("XDG_CONFIG_DIRS");
+  if (shared.empty()) shared = "/etc/xdg";
+  for (std::string_view rest = shared; !rest.empty();) {
+    const std::string_view folder = rest.substr(0, rest.find(':'));
+    if (folder.starts_with('/')) files.push_back(std::string(folder) + kOwnFile);
+    rest.remove_prefix(std::min(folder.size() + 1, rest.size()));
+  }
+  return files;
+}
+
+std::string FileRegistry::DataFolderFromEnvironment() {
+  const std::string folder = UserFolder("XDG_DATA_HOME", "/.local/share");
+  return folder.empty() ? "" : folder + "/vokcube";
 }
 
 std::string FileRegistry::NameOf(RegistryKey key) const {
@@ -79,13 +105,32 @@ std::string FileRegistry::NameOf(RegistryKey key) const {
   }
 }
 
+RegistryKeys FileRegistry::ReadAll() const {
+  RegistryKeys all;
+  const auto add = [&all](RegistryKeys keys) {
+    for (auto& [name, values] : keys) all[name].merge(values);
+  };
+  for (const std::string& path : paths_) {
+    try {
+      add(ReadRegistryText(locale_, ReadWholeFile(files_, path), path));
+    } catch (const Failure& failure) {
+      const int32_t number = failure.number();
+      const bool missing =
+          number == failure_number::kFileNotFound || number == failure_number::kPathNotFound;
+      if (!missing) throw;
+    }
+  }
+  add(otherwise_);
+  return all;
+}
+
 int32_t FileRegistry::OpenKey(RegistryKey parent, const std::string& path, RegistryKey& opened) {
   const std::string root = NameOf(parent);
   problem_.clear();
   if (root.empty()) return kInvalidHandle;
   try {
     const std::string name = root + "\\" + locale_.FoldCase(path);
-    RegistryKeys keys = ReadRegistryText(locale_, ReadWholeFile(files_, file_), file_);
+    RegistryKeys keys = ReadAll();
     const auto first = keys.lower_bound(name);
     const bool itself = first != keys.end() && first->first == name;
     const auto below = keys.lower_bound(name + "\\");
@@ -95,10 +140,6 @@ int32_t FileRegistry::OpenKey(RegistryKey parent, const std::string& path, Regis
     open_[opened] = {name, itself ? std::move(first->second) : RegistryValues{}};
     return kSuccess;
   } catch (const Failure& failure) {
-    const int32_t number = failure.number();
-    if (number == failure_number::kFileNotFound || number == failure_number::kPathNotFound) {
-      return kNotFound;
-    }
     problem_ = failure.description();
     return kUnreadable;
   }

@@ -1,10 +1,11 @@
-// The registry in a text file, and the private profile in ini files.
+// The registry in text files, and the private profile in ini files.
 #pragma once
 
 #include <cstddef>
 #include <map>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "platform/files.h"
 #include "platform/locale.h"
@@ -21,17 +22,22 @@ inline constexpr std::size_t kLargestIniText = std::size_t{1} << 20;  // bytes; 
 std::string IniValue(const Locale& locale, std::string_view bytes, const std::string& section,
                      const std::string& key);
 
-/// Reads the file anew whenever a key is opened under a root; nothing is ever written. A missing
-/// file is an empty registry; of one that cannot be read the statuses and `Problem` say so, and no
-/// failure leaves here. `files` and `locale` outlive it.
+/// Reads its files anew whenever a key is opened under a root; nothing is ever written. A value
+/// is that of the first file that has it. A missing file is an empty one; of one that cannot be
+/// read the statuses and `Problem` say so, and no failure leaves here. `files` and `locale` outlive
+/// it.
 class FileRegistry : public Registry {
  public:
-  /// `file` in the standard registry text form.
-  FileRegistry(const Files& files, const Locale& locale, std::string file);
+  /// `paths` in the standard registry text form; `otherwise`, its names case folded, holds the
+  /// values that no file has.
+  FileRegistry(const Files& files, const Locale& locale, std::vector<std::string> paths,
+               RegistryKeys otherwise = {});
 
-  /// `$VOKCUBE_REGISTRY`, else "vokcube/registry.reg" under `$XDG_CONFIG_HOME`, else under
-  /// "~/.config".
-  static std::string FileFromEnvironment();
+  /// `$VOKCUBE_REGISTRY`, or "vokcube/registry.reg" under `$XDG_CONFIG_HOME` ("~/.config") and then
+  /// under each of `$XDG_CONFIG_DIRS` ("/etc/xdg").
+  static std::vector<std::string> FilesFromEnvironment();
+  /// "vokcube" under `$XDG_DATA_HOME` ("~/.local/share"); "" for a user without a home.
+  static std::string DataFolderFromEnvironment();
 
   int32_t OpenKey(RegistryKey parent, const std::string& path, RegistryKey& opened) override;
   int32_t QueryValue(RegistryKey key, const std::string& name, uint32_t& type, std::string* buffer,
@@ -49,10 +55,12 @@ class FileRegistry : public Registry {
   };
 
   std::string NameOf(RegistryKey key) const;
+  RegistryKeys ReadAll() const;
 
   const Files& files_;
   const Locale& locale_;
-  std::string file_;
+  std::vector<std::string> paths_;
+  RegistryKeys otherwise_;
   std::map<RegistryKey, OpenedKey> open_;
   RegistryKey next_ = 1;
   std::string problem_;

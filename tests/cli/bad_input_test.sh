@@ -85,8 +85,16 @@ done
 expect 1 "registry.reg" info
 expect 0 "Demo" info --settings-folder good
 rm registry.reg
-PATH=$(dirname "$vokcube"):$PATH vokcube=$(basename "$vokcube") \
+HOME='' XDG_DATA_HOME='' PATH=$(dirname "$vokcube"):$PATH vokcube=$(basename "$vokcube") \
   expect 1 "$(dirname "$vokcube")/CubToQel.mdb; make it" info
+for home in share home/.local/share; do
+  HOME=$PWD/home XDG_DATA_HOME=${share-$PWD/share} \
+    expect 1 "$PWD/$home/vokcube/CubToQel.mdb; make it with vokcube settings import, or name" info
+  HOME=$PWD/home XDG_DATA_HOME=${share-$PWD/share} expect 0 "[]" sets Periods --json
+  [[ -s $home/vokcube/CubToQel.mdb ]] || fail "nobody's settings folder is not made"
+  share=
+done
+rm -r home share
 expect 1 "first page is cut short" settings import "$data/settings.json" --settings-folder jet
 expect 1 "it is empty or cut short" sets Periods --settings-folder empty
 expect 1 "$PWD/folder/CubToQel.mdb; make it" info --settings-folder folder

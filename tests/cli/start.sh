@@ -6,7 +6,7 @@ vokcube=$(realpath "$1") data=$(realpath "$2") tests=$(realpath "$(dirname "$0")
 rm -rf "$3"
 mkdir -p "$3"
 cd "$3"
-export VOKCUBE_REGISTRY=$PWD/registry.reg
+export VOKCUBE_REGISTRY=$PWD/registry.reg XDG_DATA_HOME=$PWD/share
 failures=0
 
 # fail WORDS: what was wrong, and what was said last.

@@ -82,7 +82,7 @@ TEST_F(RegistryTest, ReadsWhatTheStandardTextHolds) {
       {"\"MDBPath\"=\"a\"\n[-HKEY_CURRENT_USER\\Software\\Vok]", "-key 2"},
   };
   for (const auto& [line, value] : lines) rows.emplace_back(kHeader + kKey + line, value);
-  FileRegistry registry(files_, locale_, root_ + "/r.reg");
+  FileRegistry registry(files_, locale_, {root_ + "/r.reg"});
   EXPECT_EQ(Read(registry, path, "MDBPath"), "-key 2");
   for (const auto& [bytes, value] : rows) {
     SetFile("r.reg", bytes);
@@ -91,9 +91,32 @@ TEST_F(RegistryTest, ReadsWhatTheStandardTextHolds) {
   }
 }
 
+TEST_F(RegistryTest, AValueIsThatOfTheFirstFileThatHasIt) {
+  const std::string value = kHeader + kKey + "\"MDBPath\"=";
+  const struct {
+    std::string own, shared, read;
+  } rows[] = {
+      {value + "\"/own\"", value + "\"/shared\"", "/own"},
+      {kHeader + kKey + "\"Other\"=\"x\"", value + "\"/shared\"", "/shared"},
+      {kHeader + kKey, kHeader, "/otherwise"},
+      {value + "\"\"", value + "\"/shared\"", ""},
+      {value + "\"/own\"", "torn", "-key 1015"},
+  };
+  const std::string key = locale_.FoldCase("HKEY_CURRENT_USER\\Software\\Vok\\Varnel 17");
+  FileRegistry registry(
+      files_, locale_, {root_ + "/own.reg", root_ + "/none.reg", root_ + "/shared.reg"},
+      {{key, {{locale_.FoldCase("MDBPath"), {kRegistryString, std::string("/otherwise\0", 11)}}}}});
+  EXPECT_EQ(Read(registry, "Software\\Vok\\Varnel 17", "MDBPath"), "/otherwise");
+  for (const auto& row : rows) {
+    SetFile("own.reg", row.own);
+    SetFile("shared.reg", row.shared);
+    EXPECT_EQ(Read(registry, "Software\\Vok\\Varnel 17", "MDBPath"), row.read) << row.own;
+  }
+}
+
 TEST_F(RegistryTest, HandlesAndBuffersAreChecked) {
   SetFile("r.reg", kHeader + kKey + "\"MDBPath\"=\"abc\"");
-  FileRegistry registry(files_, locale_, root_ + "/r.reg");
+  FileRegistry registry(files_, locale_, {root_ + "/r.reg"});
   RegistryKey parent = 0;
   RegistryKey key = 0;
   ASSERT_EQ(registry.OpenKey(kCurrentUser, "software", parent), 0);
@@ -136,7 +159,7 @@ TEST(IniText, IsReadAsThePrivateProfileCallReads) {
 TEST_F(RegistryTest, ProfileTextsAreCutAtWholeCharacters) {
   std::string hebrew;  // 300 characters of two bytes each
   for (int i = 0; i < 300; ++i) hebrew += "א";
-  FileRegistry registry(files_, locale_, root_ + "/none.reg");
+  FileRegistry registry(files_, locale_, {root_ + "/none.reg"});
   const struct {
     std::string value;
     uint32_t size;
@@ -165,7 +188,7 @@ class CutFiles : public PosixFiles {
 
 TEST_F(RegistryTest, AFileThatIsCutShortWhileItIsReadIsAFailure) {
   const CutFiles files;
-  FileRegistry registry(files, locale_, root_ + "/r.reg");
+  FileRegistry registry(files, locale_, {root_ + "/r.reg"});
   SetFile("r.reg", kHeader + kKey);
   RegistryKey key = 0;
   EXPECT_EQ(registry.OpenKey(kCurrentUser, "Software", key), 1015);
@@ -174,14 +197,35 @@ TEST_F(RegistryTest, AFileThatIsCutShortWhileItIsReadIsAFailure) {
 }
 
 TEST(FileRegistry, IsFoundByTheEnvironment) {
+  using Paths = std::vector<std::string>;
+  const struct {
+    const char *own, *config, *shared, *data;
+    Paths files;
+    const char* folder;
+  } rows[] = {
+      {"",
+       "",
+       "",
+       "",
+       {"/home/u/.config/vokcube/registry.reg", "/etc/xdg/vokcube/registry.reg"},
+       "/home/u/.local/share/vokcube"},
+      {"",
+       "/cfg",
+       "/a::b:/c:",
+       "/data",
+       {"/cfg/vokcube/registry.reg", "/a/vokcube/registry.reg", "/c/vokcube/registry.reg"},
+       "/data/vokcube"},
+      {"r.reg", "/cfg", "/a", "data", {"r.reg"}, "/home/u/.local/share/vokcube"},
+  };
   ::setenv("HOME", "/home/u", 1);
-  ::unsetenv("XDG_CONFIG_HOME");
-  ::unsetenv("VOKCUBE_REGISTRY");
-  EXPECT_EQ(FileRegistry::FileFromEnvironment(), "/home/u/.config/vokcube/registry.reg");
-  ::setenv("XDG_CONFIG_HOME", "/cfg", 1);
-  EXPECT_EQ(FileRegistry::FileFromEnvironment(), "/cfg/vokcube/registry.reg");
-  ::setenv("VOKCUBE_REGISTRY", "/r.reg", 1);
-  EXPECT_EQ(FileRegistry::FileFromEnvironment(), "/r.reg");
+  for (const auto& row : rows) {
+    ::setenv("VOKCUBE_REGISTRY", row.own, 1);
+    ::setenv("XDG_CONFIG_HOME", row.config, 1);
+    ::setenv("XDG_CONFIG_DIRS", row.shared, 1);
+    ::setenv("XDG_DATA_HOME", row.data, 1);
+    EXPECT_EQ(FileRegistry::FilesFromEnvironment(), row.files);
+    EXPECT_EQ(FileRegistry::DataFolderFromEnvironment(), row.folder);
+  }
 }
 
 }  // namespace

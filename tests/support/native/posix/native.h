@@ -12,6 +12,6 @@ using NativeLocale = IcuLocale;
 /// Holds no keys.
 class NativeRegistry : PosixFiles, IcuLocale, public FileRegistry {
  public:
-  NativeRegistry() : IcuLocale("en_GB"), FileRegistry(*this, *this, "none") {}
+  NativeRegistry() : IcuLocale("en_GB"), FileRegistry(*this, *this, {"none"}) {}
 };
 }  // namespace vok::test
