@@ -63,6 +63,16 @@ void PrepareDatabase(Session& session) {
                                                        " was not made, as reported above");
 }
 
+std::string CubeText(const std::string& source, const std::string& catalog) {
+  const auto quoted = [](const std::string& text) {
+    std::string value = "\"";
+    for (const char c : text) value += c == '"' ? "\"\"" : std::string(1, c);
+    return value + '"';
+  };
+  const std::string text = "Provider=MSOLAP;Data Source=" + quoted(source);
+  return catalog.empty() ? text : text + ";Initial Catalog=" + quoted("[" + catalog + "]");
+}
+
 void WriteOutput(Files& files, const std::string& path, const std::string& text) {
   if (path.empty() || path == "-") {
     std::cout << text;

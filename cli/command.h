@@ -4,11 +4,14 @@
 
 #include <CLI/CLI.hpp>
 #include <memory>
+#include <ostream>
 #include <stdexcept>
 #include <string>
+#include <vector>
 
 #include "component/cl_me.h"
 #include "component/publics.h"
+#include "cube/requirements.h"
 #include "hosts/composition/query_window.h"
 #include "hosts/composition/system_host.h"
 
@@ -66,6 +69,20 @@ void FindDatabase(Session& session);
 /// database up to date.
 void PrepareDatabase(Session& session);
 
+/// The text of a connection to a cube file or a server; with a catalog, to that. Both may hold any
+/// character.
+std::string CubeText(const std::string& source, const std::string& catalog = {});
+
+struct CheckedCube {
+  std::string name;
+  std::vector<CubeLack> lacks;
+};
+
+/// What each cube of a file or a server lacks for saved queries; with a catalog, that one.
+std::vector<CheckedCube> CheckCubes(const Host& host, const std::string& source,
+                                    const std::string& catalog = {});
+void PrintLacks(const CheckedCube& cube, std::ostream& out);
+
 /// Writes the text to a file; to standard output for the path "-" and for none.
 void WriteOutput(Files& files, const std::string& path, const std::string& text);
 
@@ -82,6 +99,7 @@ void AddWindowCommand(CLI::App& app, const CommonOptions& common);
 
 /// Likewise below the subcommand `cube`.
 void AddCubeBuild(CLI::App& cube, const CommonOptions& common);
+void AddCubeCheck(CLI::App& cube, const CommonOptions& common);
 void AddCubeInfo(CLI::App& cube, const CommonOptions& common);
 void AddCubeLists(CLI::App& cube, const CommonOptions& common);
 

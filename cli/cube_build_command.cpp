@@ -106,6 +106,9 @@ void Build(const CommonOptions& common, const BuildOptions& options) {
   }
   std::cout << OneLine(request.output_path) << ": " << report.file_bytes << " bytes, "
             << static_cast<int>(taken.count() * 1000) << " ms\n";
+  for (const CheckedCube& cube : CheckCubes(session->host(), request.output_path)) {
+    if (!cube.lacks.empty()) PrintLacks(cube, std::cerr);
+  }
 }
 
 }  // namespace

@@ -59,19 +59,10 @@ Json Describe(const CubeDef& cube, const std::string& catalog) {
   return description;
 }
 
-/// As a value of a connection text, which may hold any character.
-std::string InQuotes(const std::string& text) {
-  std::string quoted = "\"";
-  for (const char c : text) quoted += c == '"' ? "\"\"" : std::string(1, c);
-  return quoted + '"';
-}
-
 Json DescribeCubes(CubeProvider& provider, const std::string& source) {
-  const std::string text = "Provider=MSOLAP;Data Source=" + InQuotes(source);
   Json cubes = Json::array();
-  for (const std::string& name : provider.Connect(text, nullptr)->CatalogNames()) {
-    const auto connection =
-        provider.Connect(text + ";Initial Catalog=" + InQuotes("[" + name + "]"), nullptr);
+  for (const std::string& name : provider.Connect(CubeText(source), nullptr)->CatalogNames()) {
+    const auto connection = provider.Connect(CubeText(source, name), nullptr);
     const auto catalog = connection->Structure();
     for (std::size_t i = 0; i < catalog->CubeCount(); ++i) {
       cubes.push_back(Describe(*catalog->CubeAt(i), name));

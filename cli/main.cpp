@@ -102,6 +102,7 @@ void AddCubeCommand(CLI::App& app, const CommonOptions& common) {
   command->require_subcommand(1);
   command->fallthrough();
   AddCubeBuild(*command, common);
+  AddCubeCheck(*command, common);
   AddCubeInfo(*command, common);
   AddCubeLists(*command, common);
 }

@@ -51,6 +51,9 @@ std::string Advice(Session& session, int32_t code) {
     case failure_number::kInvalidMeasure:
       return " (cube " + source.CubeName + " of " + source.CubeFile + " has no measure " +
              MissingMeasures(session, publics) + "; see vokcube cube info)";
+    case failure_number::kItemNotFound:
+    case failure_number::kSyntax:
+      return " (vokcube cube check \"" + source.CubeFile + "\" lists all that the cube lacks)";
     default:
       return {};
   }

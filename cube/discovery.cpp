@@ -54,6 +54,8 @@ std::unique_ptr<CubeDef> FirstCube(const CubeCatalog& catalog, const std::string
   return catalog.CubeAt(0);
 }
 
+bool IsMoneyMeasure(const std::string& name) { return name.find("Quantity") == std::string::npos; }
+
 std::vector<std::string> MemberNames(const CubeHierarchy& hierarchy) {
   std::vector<std::string> names;
   for (std::size_t level = TopLevel(hierarchy); level < hierarchy.LevelCount(); ++level) {
@@ -97,7 +99,7 @@ Value::Array GetMeasFromCube(const Host& host, const std::string& cube_file,
   WalkDimensions(host, cube_file, catalog, [&](const CubeDimension& dimension) {
     if (dimension.Name() != "Measures") return;
     for (const std::string& name : MemberNames(*dimension.HierarchyAt(0))) {
-      if (name.find("Quantity") == std::string::npos) measures.emplace_back(name);
+      if (IsMoneyMeasure(name)) measures.emplace_back(name);
     }
   });
   return measures;

@@ -20,6 +20,9 @@ namespace vok {
 /// The catalog's first cube. Failure 3265 when it has none; `cube_name` is for its text.
 std::unique_ptr<CubeDef> FirstCube(const CubeCatalog& catalog, const std::string& cube_name);
 
+/// Whether a measure of this name is offered for money columns.
+bool IsMoneyMeasure(const std::string& name);
+
 /// Names of the members of all levels, from the top. The member of the all level, which stands
 /// for no one in particular, is left out.
 std::vector<std::string> MemberNames(const CubeHierarchy& hierarchy);

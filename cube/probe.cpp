@@ -4,6 +4,7 @@
 
 #include "cube/date_list.h"
 #include "cube/discovery.h"
+#include "cube/requirements.h"
 #include "platform/failure.h"
 #include "reports/error_report.h"
 
@@ -19,14 +20,6 @@ std::unique_ptr<CubeDimension> DimensionNamed(const CubeDef& cube, const std::st
                   "The cube \"" + cube.Name() + "\" has no dimension \"" + name + "\"");
   }
   return dimension;
-}
-
-bool FindOpeningBalance(const CubeDef& cube) {
-  const auto dimension = cube.FindDimension("Opening_Balance");
-  if (!dimension) return false;
-  const auto hierarchy = dimension->HierarchyAt(0);
-  const std::size_t levels = hierarchy->LevelCount();
-  return levels > 0 && hierarchy->LevelAt(levels - 1)->MemberCount() > 1;
 }
 
 bool FindActX(const CubeDef& cube) {
@@ -54,7 +47,7 @@ void Probe(const Locale& locale, CubeConnection& connection, const DataSourceSet
   const auto date_dimension = DimensionNamed(*cube, "Date");
   const auto dates = date_dimension->HierarchyAt(0);
   ReadDateRange(locale, *dates, state);
-  state.HasOpeningBalance = FindOpeningBalance(*cube);
+  state.HasOpeningBalance = HasOpeningBalances(*cube);
   state.HasActX = FindActX(*cube);
   state.ObsChildren = ReadObsChildren(connection, data_source);
   ReadDateMembers(locale, *dates, state);
@@ -64,6 +57,14 @@ void Probe(const Locale& locale, CubeConnection& connection, const DataSourceSet
 
 }  // namespace
 
+bool HasOpeningBalances(const CubeDef& cube) {
+  const auto dimension = cube.FindDimension("Opening_Balance");
+  if (!dimension) return false;
+  const auto hierarchy = dimension->HierarchyAt(0);
+  const std::size_t levels = hierarchy->LevelCount();
+  return levels > 0 && hierarchy->LevelAt(levels - 1)->MemberCount() > 1;
+}
+
 int32_t GetMaxDateAndOpBalance(const Host& host, CubeConnection& connection,
                                const DataSourceSetting& data_source, CubeState& cube) {
   try {
@@ -71,9 +72,10 @@ int32_t GetMaxDateAndOpBalance(const Host& host, CubeConnection& connection,
     return 0;
   } catch (...) {
     const Failure failure = CurrentFailure();
-    ShowErrorReport(
-        host, failure,
-        {.FunctionName = "GetMaxDateAndOpBalance", .ModuleName = "ModeConnectFunctions"});
+    ShowErrorReport(host, failure,
+                    {.Extra = kAdviceOnCube,
+                     .FunctionName = "GetMaxDateAndOpBalance",
+                     .ModuleName = "ModeConnectFunctions"});
     return failure.number();
   }
 }

@@ -16,4 +16,8 @@ namespace vok {
 int32_t GetMaxDateAndOpBalance(const Host& host, CubeConnection& connection,
                                const DataSourceSetting& data_source, CubeState& cube);
 
+/// Whether the cube keeps opening balances apart: at least two members in the last level of its
+/// dimension "Opening_Balance".
+bool HasOpeningBalances(const CubeDef& cube);
+
 }  // namespace vok

@@ -112,6 +112,19 @@ for missing in "Datasource Definition: Nothing  Not Found!!" "Periods Definition
 done
 expect 1 "damaged or was cut short" cube info short.cub
 expect 0 "Ledger" cube members ledger.cub --json
+expect 0 "Cube LedgerQEL has all" cube check ledger.cub
+sed 's/"Date"/"Dates"/; s/"ActX"/"Acts"/' "$data/schema.xml" > lacking.xml
+for words in 'dimension "Date": a query' 'dimension "ActX": the ledger'; do
+  expect 0 "$words" cube build --schema lacking.xml --data "$data" --output lacking.cub
+  expect 1 "$words" cube check lacking.cub
+done
+sed 's/name="QeL"/name="Lines"/g' "$data/schema.xml" > lacking.xml
+expect 0 'no dimension "QeL"' cube build --schema lacking.xml --data "$data" --output lacking.cub
+sed 's/ledger.cub/lacking.cub/' "$data/settings.json" > lacking.json
+expect 0 "Imported" settings import lacking.json --settings-folder lacking
+expect 1 '(vokcube cube check "lacking.cub" lists all' run --data-source Domestic --periods Demo --output out \
+  --settings-folder lacking
+rm -r lacking.xml lacking.cub lacking.json lacking
 expect 0 "no-utf8-�.cub" cube info $'no-utf8-\xff.cub' --json
 expect 1 'no catalog "Nothing"' cube members ledger.cub --catalog Nothing
 expect 1 '"b.cub" has no value. A ";" ends a part: rename a file' mdx 'a;b.cub' 'select from x'

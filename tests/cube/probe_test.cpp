@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 
 #include "cube/date_list.h"
+#include "cube/requirements.h"
 #include "tests/support/cubes/watched_cube.h"
 #include "tests/support/failures.h"
 #include "tests/support/memory_host.h"
@@ -160,9 +161,55 @@ TEST_F(ProbeTest, FailuresAreReportedAndTheirNumberReturned) {
     EXPECT_EQ(GetMaxDateAndOpBalance(host, *connection, setting, state), c.number);
     ASSERT_EQ(memory.boxes.boxes.size(), 1u);
     EXPECT_THAT(memory.boxes.boxes[0].text, HasSubstr(c.text));
+    EXPECT_THAT(memory.boxes.boxes[0].text, HasSubstr("\"vokcube cube check\" lists all"));
     EXPECT_THAT(memory.boxes.boxes[0].text,
                 HasSubstr("Function : GetMaxDateAndOpBalance\r\nModule : ModeConnectFunctions"));
   }
+}
+
+TEST_F(ProbeTest, AllThatACubeLacksIsListedWithTheLineThatMendsIt) {
+  const struct {
+    const char *from, *to;
+    std::vector<std::string> words;  ///< of each lack and its line, in order
+  } cases[] = {
+      {"QEL", "QEL", {}},
+      {"\"QEL\"", "\"Books\"", {"\"Books\" does not end in QEL", "<Cube name=\"BooksQEL\">"}},
+      {"\"Date\"", "\"Dates\"", {"no dimension \"Date\"", "<Dimension name=\"Date\""}},
+      {"hasAll=\"true\" allMemberName=\"All\" primaryKey=\"date_id\"",
+       "hasAll=\"false\" primaryKey=\"date_id\"",
+       {"[Date] has no all level", "hasAll=\"true\""}},
+      {kMonths, "", {"has 3 levels", "<Level name=\"Year\""}},
+      {"column=\"q\" type=\"Integer\"", "column=\"m\"", {"stands after", "ordinalColumn"}},
+      {"name=\"QeL\" hasAll",
+       "name=\"Lines\" hasAll",
+       {"no hierarchy \"QeL\"", "<Hierarchy name=\"QeL\""}},
+      {"\"QeL\" type", "\"Line\" type", {"no dimension \"QeL\"", "<Dimension name=\"QeL\""}},
+      {"\"ActX\"", "\"Acts\"", {"no dimension \"ActX\"", "<Dimension name=\"ActX\""}},
+      {"xlFile", "Files", {"no hierarchy \"xlFile\"", "<Hierarchy name=\"xlFile\""}},
+      {"allMemberName=\"All\" allLevelName",
+       "allLevelName",
+       {"no member [ActX].[xlFile].[All]", "allMemberName=\"All\""}},
+      {"allMemberName=\"All\" primaryKey=\"ob\"",
+       "primaryKey=\"ob\"",
+       {"[Opening_Balance].[All].[0]", "Opening_Balance", "[Opening_Balance].[All].[1]", ""}},
+      {"<Measure name=\"", "<Measure name=\"Quantity of ", {"no measure without", "<Measure name"}},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.to);
+    WatchedCube other;
+    other.Change("defaultMeasure=\"Amount\"", "").Change(c.from, c.to);
+    const auto connection = other.Connect("", nullptr);
+    const auto lacks =
+        FindLacks(memory.locale, *connection, connection->Structure()->CubeAt(0)->Name());
+    ASSERT_EQ(2 * lacks.size(), c.words.size()) << (lacks.empty() ? "" : lacks[0].what);
+    for (std::size_t i = 0; i < lacks.size(); ++i) {
+      EXPECT_THAT(lacks[i].what, HasSubstr(c.words[2 * i]));
+      EXPECT_THAT(lacks[i].mend, HasSubstr(c.words[2 * i + 1]));
+    }
+  }
+  WatchedCube many;
+  many.Change("\"Date\"", "\"D\"").Change("\"QeL\" type", "\"L\" type").Change("\"ActX\"", "\"A\"");
+  EXPECT_EQ(FindLacks(memory.locale, *many.Connect("", nullptr), "QEL").size(), 3u);
 }
 
 }  // namespace
