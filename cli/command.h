@@ -31,12 +31,19 @@ class LimitOptions {
   std::string timeout_;
 };
 
+// The program's exit statuses; 0 is success.
+inline constexpr int kFailed = 1;
+inline constexpr int kWrongArguments = 2;
+inline constexpr int kNothingWritten = 3;
+inline constexpr int kInterrupted = 130;
+
 /// The component, set up for one command.
 class Session {
  public:
-  explicit Session(const std::string& settings_folder) : host_(settings_folder) {}
+  explicit Session(const SystemHostOptions& options) : host_(options) {}
 
   const Host& host() const { return host_.host(); }
+  CubeProvider& cube_files() { return host_.cube_files(); }
   Publics& publics() { return publics_; }
   clMe& me() { return me_; }
 
@@ -50,12 +57,27 @@ class Session {
 struct CommonOptions {
   std::string settings_folder;  ///< absolute; empty: the registry decides
 
-  std::unique_ptr<Session> NewSession() const { return std::make_unique<Session>(settings_folder); }
+  /// The settings folder of `options` is not looked at.
+  std::unique_ptr<Session> NewSession(SystemHostOptions options = {}) const {
+    options.settings_folder = settings_folder;
+    return std::make_unique<Session>(options);
+  }
+};
+
+/// Ends the program with a status and says why. It is not a failure of the command itself.
+class EndWith : public std::runtime_error {
+ public:
+  EndWith(int status, const std::string& why) : std::runtime_error(why), status_(status) {}
+  int status() const { return status_; }
+
+ private:
+  int status_;
 };
 
 /// The work went well but there was nothing to write; says why.
-class NothingWritten : public std::runtime_error {
-  using std::runtime_error::runtime_error;
+class NothingWritten : public EndWith {
+ public:
+  explicit NothingWritten(const std::string& why) : EndWith(kNothingWritten, why) {}
 };
 
 /// Finds the settings folder. Failure 57 when the registry, which should name it, cannot be read:

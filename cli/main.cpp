@@ -13,11 +13,6 @@
 namespace vok::cli {
 namespace {
 
-constexpr int kFailed = 1;
-constexpr int kWrongArguments = 2;
-constexpr int kNothingWritten = 3;
-constexpr int kInterrupted = 130;
-
 /// A relative folder means one below the current directory of now.
 void AddCommonOptions(CLI::App& app, CommonOptions& common) {
   app.add_option_function<std::string>(
@@ -89,9 +84,9 @@ int ParseAndRun(CLI::App& app, std::vector<std::string> arguments) {
     app.parse(std::move(arguments));
   } catch (const CLI::ParseError& error) {
     status = Explain(app, error);
-  } catch (const NothingWritten& reason) {
+  } catch (const EndWith& reason) {
     std::cerr << OneLine(reason.what()) << '\n';
-    status = kNothingWritten;
+    status = reason.status();
   }
   Flush();
   return status;

@@ -1,13 +1,15 @@
-// vokcube run: one saved query into a workbook.
-#include <algorithm>
+// vokcube run: saved queries into workbooks.
 #include <iostream>
+#include <iterator>
 #include <memory>
+#include <utility>
 
 #include "cli/command.h"
+#include "cli/jobs_document.h"
 #include "cli/print.h"
+#include "cli/run_jobs.h"
+#include "cli/run_outcome.h"
 #include "cli/stop_on_interrupt.h"
-#include "component/workbook_writer.h"
-#include "env/environment.h"
 #include "platform/failure.h"
 #include "platform/shown_text.h"
 
@@ -15,97 +17,28 @@ namespace vok::cli {
 namespace {
 
 struct RunOptions {
-  std::string data_source;
-  std::string periods;
-  std::string output;
+  RunRequest request;
+  std::string jobs;
+  std::size_t threads = 0;
   LimitOptions limits;
+  std::string log;
   bool json = false;
+  bool quiet = false;
 };
 
-std::string MissingMeasures(const Session& session, const Publics& publics) {
-  std::string missing;
-  for (const auto& money_set : publics.settings.data_source.MoneySets) {
-    const auto& known = publics.cube.CubeMeasures;
-    const bool found = std::any_of(known.begin() + 1, known.end(), [&](const Value& name) {
-      return EqualNoCase(session.host().locale, name.ToText(), money_set.Measure);
-    });
-    const std::string quoted = "\"" + money_set.Measure + "\"";
-    if (!found && missing.find(quoted) == std::string::npos) {
-      missing += (missing.empty() ? "" : ", ") + quoted;
-    }
+/// Prints what the outcome of a run will not tell.
+class OtherMessageBoxes : public MessageBoxes {
+ public:
+  MessageAnswer Show(const MessageBox& box) override {
+    if (std::exchange(is_noted_, false)) return MessageAnswer::kOk;
+    return console_.Show(box);
   }
-  return missing;
-}
+  void Note(const Failure&) override { is_noted_ = true; }
 
-/// What to do about a code whose message is fixed. The other codes have been explained by a message
-/// box on standard error.
-std::string Advice(Session& session, int32_t code) {
-  const Publics& publics = session.publics();
-  const auto& source = publics.settings.data_source;
-  switch (code) {
-    case failure_number::kDatabaseNotFound:
-      return " (" +
-             session.host().files.NativePath(SettingsDatabase(publics.environment.SettingsFolder)) +
-             "; make it with vokcube settings import, or name another folder with "
-             "--settings-folder)";
-    case failure_number::kInvalidMeasure:
-      return " (cube " + source.CubeName + " of " + source.CubeFile + " has no measure " +
-             MissingMeasures(session, publics) + "; see vokcube cube info)";
-    case failure_number::kItemNotFound:
-    case failure_number::kSyntax:
-      return " (vokcube cube check \"" + source.CubeFile + "\" lists all that the cube lacks)";
-    default:
-      return {};
-  }
-}
-
-/// What stands at the output path though this run put nothing there.
-std::string OldWorkbookText(const Files& files, const std::string& path) {
-  try {
-    return files.Exists(path) ? "; " + path + " is that of an earlier run" : "";
-  } catch (const Failure&) {  // what failed before is the thing to tell
-    return {};
-  }
-}
-
-std::string FailureText(const RunReport& report, const std::string& known) {
-  if (report.stopped) return "The query was stopped before its end; nothing was written";
-  if (report.whole)
-    return "The run failed as reported above, after " + report.workbook + " was whole";
-  return known.empty() ? "The query failed as reported above; no workbook was completed" : known;
-}
-
-Failure ResultFailure(Session& session, const Value::Array& result, const RunOptions& options) {
-  const int32_t code = result.at(0).ToInt32();
-  const RunReport& report = session.publics().last_run;
-  std::string text = FailureText(report, result.at(1).ToText()) + Advice(session, code);
-  if (!report.whole) text += OldWorkbookText(session.host().files, WorkbookPath(options.output));
-  return Failure(code, text);
-}
-
-/// Why a run that went well left no workbook.
-NothingWritten NoWorkbook(Session& session, const RunOptions& options) {
-  const Publics& publics = session.publics();
-  const CubeState& cube = publics.cube;
-  return NothingWritten("No workbook: " +
-                        (publics.last_run.queries > 0
-                             ? std::string("the cube has no facts for what was asked")
-                             : "no period meets the cube's dates " + IsoDate(cube.FirstDate) +
-                                   " to " + IsoDate(cube.LastDate)) +
-                        OldWorkbookText(session.host().files, WorkbookPath(options.output)));
-}
-
-Json Document(const RunReport& report) {
-  return {{"workbook", report.workbook},
-          {"rows", report.rows},
-          {"milliseconds",
-           {{"settings", report.settings},
-            {"cube", report.cube},
-            {"mdx", report.mdx},
-            {"grid", report.grid},
-            {"workbook", report.writing},
-            {"total", report.total}}}};
-}
+ private:
+  ConsoleMessageBoxes console_{stderr};
+  bool is_noted_ = false;
+};
 
 void Print(const RunReport& report) {
   if (!report.workbook.empty()) {
@@ -117,57 +50,126 @@ void Print(const RunReport& report) {
             << report.writing << " ms; in all " << report.total << " ms\n";
 }
 
-Value RunStoppable(Session& session, RunOptions& options) {
+void Print(const RunOutcome& outcome, const RunOptions& options) {
+  const bool is_good = ExitStatus(outcome) == 0;
+  if (options.json && !(is_good && options.quiet)) {
+    std::cout << JsonText(Document(outcome));
+  } else if (outcome.code == 0 && !options.quiet) {
+    Print(outcome.report);
+  }
+  if (is_good && !outcome.text.empty()) std::cerr << OneLine(outcome.text) << '\n';
+}
+
+/// Adds the outcome to the log that was asked for.
+void Log(Session& session, const RunOptions& options, const RunOutcome& outcome) {
+  if (options.log.empty()) return;
+  session.host().files.Append(options.log, LogLine(outcome, session.host().clock.Now()));
+}
+
+void RunOne(const CommonOptions& common, const RunOptions& options) {
+  OtherMessageBoxes boxes;
+  const auto session = common.NewSession({.message_boxes = &boxes, .is_command = true});
   QueryStop stop;
   const StopOnInterrupt interrupt(stop);
-  session.publics().stop = &stop;
-  session.publics().keep_old_workbook = true;
-  session.publics().cube_limits = options.limits.ConnectionText();
-  Value result = session.me().RunQuery(options.data_source, options.periods, options.output);
-  session.publics().stop = nullptr;
-  return result;
+  const RunOutcome outcome =
+      RunSaved(*session, options.request, options.limits.ConnectionText(), stop);
+  Print(outcome, options);
+  Log(*session, options, outcome);
+  if (outcome.code != 0) throw Failure(outcome.code, outcome.text);
+  if (outcome.report.workbook.empty()) throw NothingWritten(outcome.text);
 }
 
-void Run(const CommonOptions& common, RunOptions& options) {
+std::string ReadJobs(const Files& files, const std::string& path) {
+  if (path != "-") return ReadWholeFile(files, path);
+  return {std::istreambuf_iterator<char>(std::cin), {}};
+}
+
+/// On one line, with the names of the run before what became of it.
+std::string JobLine(const RunOutcome& outcome) {
+  Json line{{"dataSource", outcome.request.data_source},
+            {"periods", outcome.request.periods},
+            {"output", outcome.request.output}};
+  line.update(Document(outcome));
+  return OneLine(line.dump(-1, ' ', false, Json::error_handler_t::replace)) + '\n';
+}
+
+void PrintNow(const std::string& line) {
+  if (std::cout << line << std::flush) return;
+  throw Failure(failure_number::kDeviceError,
+                "Standard output could not be written; the runs that had not begun were left out");
+}
+
+void RunAll(const CommonOptions& common, const RunOptions& options) {
   const auto session = common.NewSession();
   FindFolder(*session);
-  options.output = OutputPath(session->host().files, options.output);
-  const Value result = RunStoppable(*session, options);
-  const auto& parts = *result.As<Value::Array>();
-  if (parts.size() == 2) throw ResultFailure(*session, parts, options);
-
-  const Publics& publics = session->publics();
-  if (options.json) {
-    std::cout << JsonText(Document(publics.last_run));
-  } else {
-    Print(publics.last_run);
-  }
-  if (publics.last_run.workbook.empty()) throw NoWorkbook(*session, options);
+  const std::string origin = options.jobs == "-" ? "standard input" : options.jobs;
+  QueryStop stop;
+  const StopOnInterrupt interrupt(stop);
+  std::size_t failed = 0;
+  int status = 0;
+  const auto ended = [&](const RunOutcome& outcome) {
+    const int own = ExitStatus(outcome);
+    status = WorseStatus(status, own);
+    failed += own == 0 ? 0 : 1;
+    if (own != 0 || !options.quiet) PrintNow(JobLine(outcome));
+    Log(*session, options, outcome);
+  };
+  Jobs jobs{ParseJobs(ReadJobs(session->host().files, options.jobs), origin),
+            options.limits.ConnectionText(), options.threads,
+            [&](MessageBoxes& boxes) {
+              return common.NewSession({.message_boxes = &boxes,
+                                        .is_command = true,
+                                        .keep_open = true,
+                                        .cube_files = &session->cube_files()});
+            },
+            ended};
+  const std::size_t count = jobs.requests.size();
+  RunJobs(jobs, stop);
+  if (status == 0) return;
+  throw EndWith(status, std::to_string(failed) + " of " + std::to_string(count) +
+                            " runs left no workbook, as their lines say");
 }
 
-/// What is wrong with an output path; "" for nothing.
-std::string NamesFile(const std::string& path) {
-  return path.empty() || path.ends_with('/') || path.ends_with('\\')
-             ? "names no file, only a folder"
-             : "";
+void Run(const CommonOptions& common, const RunOptions& options) {
+  if (options.jobs.empty()) {
+    RunOne(common, options);
+  } else {
+    RunAll(common, options);
+  }
 }
 
 }  // namespace
 
 void AddRunCommand(CLI::App& app, const CommonOptions& common) {
   const auto options = std::make_shared<RunOptions>();
-  auto* command = app.add_subcommand("run", "Run a saved query into a workbook");
-  command->add_option("--data-source", options->data_source, "Name of the data-source setting")
-      ->required();
-  command->add_option("--periods", options->periods, "Name of the period set")->required();
+  auto* command = app.add_subcommand("run", "Run saved queries into workbooks");
+  RunRequest& request = options->request;
+  const std::vector one = {
+      command->add_option("--data-source", request.data_source, "Name of the data-source setting"),
+      command->add_option("--periods", request.periods, "Name of the period set"),
+      command->add_option("--output", request.output,
+                          "The workbook's path; \".xlsX\" is added where it has no such ending")};
+  one.back()->check(NamesFile, "", "");
+  auto* many = command->add_option("--jobs", options->jobs,
+                                   "File of runs instead, \"-\" for standard input: "
+                                   "[{\"dataSource\": …, \"periods\": …, \"output\": …}, …]");
+  for (auto* option : one) many->excludes(option);
   command
-      ->add_option("--output", options->output,
-                   "The workbook's path; \".xlsX\" is added where it has no such ending")
-      ->required()
-      ->check(NamesFile, "", "");
+      ->add_option(
+          "--threads", options->threads,
+          "Runs at a time; else four for each core: a run waits for the disk most of its time")
+      ->check(CLI::Range(1, 1024))
+      ->needs(many);
   options->limits.AddTo(*command);
-  command->add_flag("--json", options->json, "Print one JSON document");
-  command->callback([&common, options] { Run(common, *options); });
+  command->add_option("--log", options->log, "File to which a line for each run is added");
+  command->add_flag("--quiet", options->quiet, "Print nothing about runs that went well");
+  command->add_flag("--json", options->json, "Print one JSON document, of a failure too");
+  command->callback([&common, options, one, many] {
+    for (const auto* option : one) {
+      if (many->empty() && option->empty()) throw CLI::RequiredError(option->get_name());
+    }
+    Run(common, *options);
+  });
 }
 
 }  // namespace vok::cli

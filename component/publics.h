@@ -6,6 +6,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <string>
 
 #include "component/run_preview.h"
@@ -27,12 +28,24 @@ struct RunReport {
   std::size_t rows = 0;     ///< rows written to it by all passes, without the labels
   RunPreview preview;       ///< of what the workbook holds
   bool stopped = false;     ///< ended because it was asked to
+  int32_t code = 0;         ///< what the run returned
+  /// Why it failed, each failure that was reported once; of a run that went well what it had to
+  /// say. One line.
+  std::string cause;
   uint32_t settings = 0;
   uint32_t cube = 0;  ///< connecting, probing and checking the measures
   uint32_t mdx = 0;   ///< building, logging and executing the queries
   uint32_t grid = 0;
   uint32_t writing = 0;  ///< the workbook
   uint32_t total = 0;    ///< the whole run
+};
+
+/// A part of a run that begins, and the share of the whole at its begin and end: from 0 to 1. The
+/// shares are estimates.
+struct RunStep {
+  const char* name;  ///< "settings", "cube", "query", "workbook"
+  double begin = 0;
+  double end = 1;
 };
 
 struct Publics {
@@ -47,6 +60,8 @@ struct Publics {
   std::string cube_limits;  ///< for the connection of the next run, such as "Max Memory=100;"
   /// Whether an old workbook stays until the next run's is whole. Else it is deleted first.
   bool keep_old_workbook = false;
+  /// Called on the run's thread before each step; empty: nobody is told.
+  std::function<void(const RunStep&)> on_step;
 };
 
 }  // namespace vok

@@ -4,6 +4,7 @@
 #include <memory>
 
 #include "component/result_grid.h"
+#include "component/run_cause.h"
 #include "component/step_timer.h"
 #include "cube/connection.h"
 #include "cube/mdx_builder.h"
@@ -26,11 +27,13 @@ struct Pass {
   const char* log_name;
   int16_t open_balance_key;
   bool open_balance;
+  double begin;  ///< its share of the run
+  double end;
 };
 
-constexpr Pass kOnlyPass{"MdxQry", 0, false};
-constexpr Pass kFirstPass{"MdxQry1", 1, false};
-constexpr Pass kOpenBalancePass{"MdxQry0", 0, true};
+constexpr Pass kOnlyPass{"MdxQry", 0, false, 0.1, 1};
+constexpr Pass kFirstPass{"MdxQry1", 1, false, 0.1, 0.6};
+constexpr Pass kOpenBalancePass{"MdxQry0", 0, true, 0.6, 1};
 
 class QueryRun {
  public:
@@ -54,10 +57,17 @@ class QueryRun {
     if (publics_.stop != nullptr) publics_.stop->Check();
   }
 
+  void Begin(const char* name, double begin, double end) const {
+    if (publics_.on_step) publics_.on_step({name, begin, end});
+  }
+
   bool Load(const std::string& data_source, const std::string& periods) {
+    Begin("settings", 0, 0.02);
     const StepTimer timer(host_.clock, publics_.last_run.settings);
     FindSettingsFolder(host_, publics_.environment);
-    if (!host_.files.Exists(SettingsDatabase(publics_.environment.SettingsFolder))) {
+    const std::string database = SettingsDatabase(publics_.environment.SettingsFolder);
+    if (!host_.files.Exists(database)) {
+      publics_.last_run.cause = "There is no file \"" + host_.files.NativePath(database) + "\"";
       throw Failure(failure_number::kDatabaseNotFound, "Database not Found");
     }
     return LoadSettings(host_, publics_.environment, publics_.settings, publics_.cube.CubeMeasures,
@@ -65,6 +75,7 @@ class QueryRun {
   }
 
   int32_t PrepareCube() {
+    Begin("cube", 0.02, kOnlyPass.begin);
     const StepTimer timer(host_.clock, publics_.last_run.cube);
     const DataSourceSetting& setting = publics_.settings.data_source;
     const int32_t opened =
@@ -76,10 +87,22 @@ class QueryRun {
     const int32_t probed = GetMaxDateAndOpBalance(host_, *connection_, setting, publics_.cube);
     CheckStop();
     if (probed != 0) return failure_number::kInvalidDate;
-    const auto& money_sets = setting.MoneySets;
-    const bool known = std::all_of(money_sets.begin(), money_sets.end(),
-                                   [this](const auto& set) { return IsCubeMeasure(set.Measure); });
-    return known ? kDone : failure_number::kInvalidMeasure;
+    const std::string missing = MissingMeasures();
+    if (missing.empty()) return kDone;
+    publics_.last_run.cause =
+        "cube " + setting.CubeName + " of " + setting.CubeFile + " has no measure " + missing;
+    return failure_number::kInvalidMeasure;
+  }
+
+  std::string MissingMeasures() const {
+    std::string missing;
+    for (const MoneySetEntry& set : publics_.settings.data_source.MoneySets) {
+      const std::string quoted = "\"" + set.Measure + "\"";
+      if (!IsCubeMeasure(set.Measure) && missing.find(quoted) == std::string::npos) {
+        missing += (missing.empty() ? "" : ", ") + quoted;
+      }
+    }
+    return missing;
   }
 
   bool IsCubeMeasure(const std::string& measure) const {
@@ -108,7 +131,10 @@ class QueryRun {
       return;
     }
     cellset_.reset();
+    const double queried = (pass.begin + pass.end) / 2;
+    Begin("query", pass.begin, queried);
     Execute(pass);
+    Begin("workbook", queried, pass.end);
     if (cellset_->PositionCount(0) > 0 && cellset_->PositionCount(1) > 0) {
       // Only a workbook of this run is appended to: an earlier pass may have written none.
       const bool append = !publics_.last_run.workbook.empty();
@@ -172,11 +198,8 @@ void ForgetRemoved(const Files& files, const Publics& publics, RunReport& report
   report.preview = {};
 }
 
-}  // namespace
-
-int32_t CubtoXls(const Host& host, Publics& publics, const std::string& CubeSetName,
-                 const std::string& PeriodsName, const std::string& OutputPath) {
-  publics.last_run = {};
+int32_t RunReporting(const Host& host, Publics& publics, const std::string& CubeSetName,
+                     const std::string& PeriodsName, const std::string& OutputPath) {
   const StepTimer timer(host.clock, publics.last_run.total);
   try {
     return QueryRun(host, publics).Run(CubeSetName, PeriodsName, OutputPath);
@@ -188,6 +211,24 @@ int32_t CubtoXls(const Host& host, Publics& publics, const std::string& CubeSetN
     ClearError(publics.status);
     return failure.number();
   }
+}
+
+/// The host with other message boxes.
+Host WithBoxes(const Host& host, MessageBoxes& boxes) {
+  return {host.component, host.files,    host.registry, host.locale,     host.clock,
+          boxes,          host.database, host.cube,     host.spreadsheet};
+}
+
+}  // namespace
+
+int32_t CubtoXls(const Host& host, Publics& publics, const std::string& CubeSetName,
+                 const std::string& PeriodsName, const std::string& OutputPath) {
+  RunReport& report = publics.last_run;
+  report = {};
+  RunCause cause(host.message_boxes);
+  report.code = RunReporting(WithBoxes(host, cause), publics, CubeSetName, PeriodsName, OutputPath);
+  if (report.cause.empty()) report.cause = cause.text();
+  return report.code;
 }
 
 void DisplayCellsetOmvinExcel(const Host& host, Publics& publics, const Cellset& cellset,

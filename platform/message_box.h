@@ -6,6 +6,8 @@
 
 namespace vok {
 
+class Failure;
+
 enum class MessageIcon { kNone, kCritical, kQuestion, kExclamation, kInformation };
 enum class MessageButtons { kOk, kYesNo, kYesNoCancel };
 enum class MessageAnswer { kOk, kCancel, kYes, kNo };
@@ -25,6 +27,8 @@ class MessageBoxes {
  public:
   virtual ~MessageBoxes() = default;
   virtual MessageAnswer Show(const MessageBox& box) = 0;
+  /// A failure that the next box tells, for who wants it without the box's other words.
+  virtual void Note(const Failure&) {}
 };
 
 }  // namespace vok

@@ -29,6 +29,7 @@ std::string ErrorReportText(const Failure& failure, ErrorReport& report,
 
 void ShowErrorReport(const Host& host, const Failure& failure, ErrorReport report) {
   if (failure.number() == kQueryCancelled) return;
+  host.message_boxes.Note(failure);
   MessageBox box;
   box.text = ErrorReportText(failure, report, host.component);
   box.title = host.component.product_name;

@@ -26,7 +26,7 @@ std::string ErrorReportText(const Failure& failure, ErrorReport& report,
                             const ComponentInfo& component);
 
 /// Shows the report in a box with the critical icon. A query that was stopped is not an error and
-/// shows nothing.
+/// shows nothing. The boxes are told the failure first.
 void ShowErrorReport(const Host& host, const Failure& failure, ErrorReport report);
 
 /// The process-wide texts of the last error, for a host program's status line.

@@ -67,6 +67,7 @@ int32_t LoadSettings(const Host& host, const Environment& environment, CurrentSe
     missing += "Periods Definition: " + periods + "  Not Found!! ";
   }
   if (missing.empty()) return kFound;
+  host.message_boxes.Note(Failure(kNotFound, missing));
   MessageBox box;
   box.text = missing;
   box.title = host.component.executable_name;

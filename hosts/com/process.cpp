@@ -67,7 +67,7 @@ class PumpingSignal : public TurnSignal {
 /// answer where they are installed.
 struct Process {
   WindowsMessageBoxes shown_boxes;
-  SystemHost system{"", &shown_boxes};
+  SystemHost system{{.message_boxes = &shown_boxes}};
   const Host& base = system.host();
   WatchedMessageBoxes message_boxes{shown_boxes, base};
   AdomdCubeProvider platform_cube{base.locale};

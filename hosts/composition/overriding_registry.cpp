@@ -13,12 +13,19 @@ constexpr int32_t kMoreData = 234;
 
 }  // namespace
 
-OverridingRegistry::OverridingRegistry(Registry& below, const Locale& locale, std::string folder)
-    : below_(below), locale_(locale), value_(std::move(folder) + '\0') {}
+OverridingRegistry::OverridingRegistry(Registry& below, const Locale& locale,
+                                       const std::string& folder)
+    : below_(below), locale_(locale) {
+  Use(folder);
+}
+
+void OverridingRegistry::Use(const std::string& folder) {
+  value_ = folder.empty() ? "" : folder + '\0';
+}
 
 int32_t OverridingRegistry::OpenKey(RegistryKey parent, const std::string& path,
                                     RegistryKey& opened) {
-  if (parent != kCurrentUser || !EqualNoCase(locale_, path, kSettingsKey)) {
+  if (value_.empty() || parent != kCurrentUser || !EqualNoCase(locale_, path, kSettingsKey)) {
     return below_.OpenKey(parent, path, opened);
   }
   if (below_key_ == 0 && below_.OpenKey(parent, path, below_key_) != 0) below_key_ = 0;

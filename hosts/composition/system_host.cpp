@@ -1,6 +1,7 @@
 #include "hosts/composition/system_host.h"
 
 #include <algorithm>
+#include <atomic>
 #include <cstdio>
 #include <functional>
 #include <string>
@@ -9,6 +10,7 @@
 
 #include "env/directories.h"
 #include "env/environment.h"
+#include "hosts/composition/kept_open.h"
 #include "hosts/composition/overriding_registry.h"
 #include "hosts/composition/system_platform.h"
 #include "platform/connection_text.h"
@@ -66,16 +68,16 @@ class FileDatabase : public SqliteDatabase {
 /// Cubes by their connection text: a server's address, or a file.
 class FileOrServer : public CubeProvider {
  public:
-  FileOrServer(const SystemPlatform& platform, std::function<HttpSettings()> settings)
-      : files_(*platform.files, *platform.locale),
-        servers_(*platform.locale, {std::move(settings), platform.transport}) {}
+  FileOrServer(const SystemPlatform& platform, CubeProvider& files,
+               std::function<HttpSettings()> settings)
+      : files_(files), servers_(*platform.locale, {std::move(settings), platform.transport}) {}
   std::unique_ptr<CubeConnection> Connect(const std::string& text, const QueryStop* stop) override {
     const bool is_server = cube_text::NamesServer(cube_text::ParseConnectionText(text));
     return is_server ? servers_.Connect(text, stop) : files_.Connect(text, stop);
   }
 
  private:
-  olap::OlapCubeProvider files_;
+  CubeProvider& files_;
   xmla::XmlaCubeProvider servers_;
 };
 
@@ -99,23 +101,29 @@ MessageAnswer ConsoleMessageBoxes::Show(const MessageBox& box) {
 }
 
 struct SystemHost::Providers {
-  Providers(const std::string& settings_folder, MessageBoxes* message_boxes)
-      : overriding(*platform.registry, *platform.locale, settings_folder),
+  explicit Providers(const SystemHostOptions& options)
+      : overriding(*platform.registry, *platform.locale, options.settings_folder),
         database(SystemDatabase(
             *platform.files,
             std::make_unique<FileDatabase>(
                 platform, [this] { MakeDirectories(host, platform.own_settings_folder); }))),
-        cube(std::make_unique<FileOrServer>(platform, [this] { return ServerSettings(); })),
-        told_of_readers(message_boxes != nullptr),
+        cube_files(*platform.files, *platform.locale),
+        kept_cube_files(cube_files),
+        cube(std::make_unique<FileOrServer>(
+            platform, options.cube_files != nullptr ? *options.cube_files : cube_files,
+            [this] { return ServerSettings(); })),
+        kept_database(*database),
+        kept_cubes(*cube),
+        prints(options.is_command || options.message_boxes == nullptr),
         spreadsheet(*platform.files),
         host{Component(platform.component_folder),
              *platform.files,
-             settings_folder.empty() ? *platform.registry : overriding,
+             overriding,
              *platform.locale,
              *platform.clock,
-             message_boxes != nullptr ? *message_boxes : console,
-             *database,
-             *cube,
+             options.message_boxes != nullptr ? *options.message_boxes : console,
+             options.keep_open ? kept_database : *database,
+             options.keep_open ? kept_cubes : *cube,
              spreadsheet} {}
 
   /// Those of Qel.ini in the settings folder of the moment, and of the environment.
@@ -131,7 +139,8 @@ struct SystemHost::Providers {
 
   /// Once, and only where messages are printed: elsewhere a window would wait for a person.
   void TellOfReaders(const std::string& file) {
-    if (std::exchange(told_of_readers, true)) return;
+    static std::atomic<bool> told = false;
+    if (!prints || told.exchange(true)) return;
     const std::string native = host.files.NativePath(file);
     const std::string advice = platform.advice_on_readers(native);
     if (advice.empty()) return;
@@ -146,18 +155,28 @@ struct SystemHost::Providers {
   OverridingRegistry overriding;
   ConsoleMessageBoxes console{stderr};
   std::unique_ptr<Database> database;
+  olap::OlapCubeProvider cube_files;
+  KeptCubes kept_cube_files;
   std::unique_ptr<CubeProvider> cube;
-  bool told_of_readers;
+  KeptDatabases kept_database;
+  KeptCubes kept_cubes;
+  bool prints;
   xlsx::XlsxSpreadsheet spreadsheet;
   Environment environment;  ///< of the servers' settings
   Host host;
 };
 
-SystemHost::SystemHost(const std::string& settings_folder, MessageBoxes* message_boxes)
-    : providers_(std::make_unique<Providers>(settings_folder, message_boxes)) {}
+SystemHost::SystemHost(const SystemHostOptions& options)
+    : providers_(std::make_unique<Providers>(options)) {}
 
 SystemHost::~SystemHost() = default;
 
 const Host& SystemHost::host() const { return providers_->host; }
+
+CubeProvider& SystemHost::cube_files() { return providers_->kept_cube_files; }
+
+void SystemHost::UseSettingsFolder(const std::string& folder) {
+  providers_->overriding.Use(folder);
+}
 
 }  // namespace vok

@@ -21,17 +21,28 @@ class ConsoleMessageBoxes : public MessageBoxes {
   std::FILE* stream_;
 };
 
+struct SystemHostOptions {
+  std::string settings_folder = {};       ///< in place of the registry's value; "": that decides
+  MessageBoxes* message_boxes = nullptr;  ///< the caller's; nullptr: printed to standard error
+  bool is_command = false;  ///< so that warnings are printed, also where the caller has boxes
+  bool keep_open = false;   ///< settings databases and cubes, for the runs of one thread
+  CubeProvider* cube_files = nullptr;  ///< that of another host, to share with it what is open
+};
+
 /// Owns the providers; the `Host` refers to them and lives no longer.
 class SystemHost {
  public:
-  /// `settings_folder` stands in for the registry's value; empty: the registry decides.
-  /// `message_boxes` are the caller's and outlive this object; nullptr: printed to standard error.
-  explicit SystemHost(const std::string& settings_folder, MessageBoxes* message_boxes = nullptr);
+  /// The caller's message boxes outlive this object.
+  explicit SystemHost(const SystemHostOptions& options);
   ~SystemHost();
   SystemHost(const SystemHost&) = delete;
   SystemHost& operator=(const SystemHost&) = delete;
 
   const Host& host() const;
+  /// Keeps cube files open for the runs of many threads, which may use it at once.
+  CubeProvider& cube_files();
+  /// From the next look for the settings folder on; "": the registry decides.
+  void UseSettingsFolder(const std::string& folder);
 
  private:
   struct Providers;

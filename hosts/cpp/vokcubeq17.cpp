@@ -42,7 +42,7 @@ class HandlerMessageBoxes : public vok::MessageBoxes {
 
 struct Process {
   HandlerMessageBoxes message_boxes;
-  vok::SystemHost host{"", &message_boxes};
+  vok::SystemHost host{{.message_boxes = &message_boxes}};
   vok::Publics publics;
   vok::CallTurns turns;
   vok::clMe me{host.host(), publics, vok::OpenQueryWindow, &turns};

@@ -110,6 +110,32 @@ expect 1 'a saved set named "export" already' settings rename data-source Domest
 for missing in "Datasource Definition: Nothing  Not Found!!" "Periods Definition: none  Not Found!!"; do
   expect 1 "$missing" run --settings-folder good --data-source Nothing --periods none --output out
 done
+sed 's/ledger.cub/short.cub/' "$data/settings.json" > short.json
+expect 0 "Imported" settings import short.json --settings-folder short
+rm short.json
+expect 1 '3333: Connection error (The cube file short.cub is damaged' "${run[@]}" --settings-folder short
+while IFS=$'\t' read -r words contents; do
+  printf '%b' "$contents" > jobs
+  expect 1 "$words" run --settings-folder good --jobs jobs
+done < "$tests/cli/refused_jobs.txt"
+cat > jobs << 'END'
+[{"dataSource": "Nothing", "periods": "Demo", "output": "missing/out"},
+ {"dataSource": "Nothing", "periods": "Demo", "output": "out"},
+ {"dataSource": "Domestic", "periods": "Demo", "output": "folder"},
+ {"dataSource": "Domestic", "periods": "Demo", "output": "good/out"}]
+END
+expect 1 '"output":"good/out","workbook":"good/out.xlsX","rows":' run --settings-folder good --jobs jobs
+for words in "3 of 4 runs left no workbook" '"cause":"Path/file access error: \"folder\" is a folder' \
+  '"cause":"Cannot write \"missing/out.xlsX\": No such file or directory. Check that the folder exists;' \
+  '"output":"out","workbook":"","rows":0'; do
+  [[ $(grep -cF -- "$words" said) == 1 ]] || fail "of four runs nobody tells $words"
+done
+expect 1 '"cause": "Cann'"'"'t read Settings (Datasource Definition: Nothing' \
+  run --settings-folder good --data-source Nothing --periods Demo --output out --json
+"$vokcube" run --settings-folder good --jobs jobs > said 2>&1 > /dev/full || true
+grep -qF "the runs that had not begun were left out" said || fail "jobs with a full standard output"
+rm jobs good/out.xlsX
+rm -r short
 expect 1 "damaged or was cut short" cube info short.cub
 expect 0 "Ledger" cube members ledger.cub --json
 expect 0 "Cube LedgerQEL has all" cube check ledger.cub
@@ -122,7 +148,7 @@ sed 's/name="QeL"/name="Lines"/g' "$data/schema.xml" > lacking.xml
 expect 0 'no dimension "QeL"' cube build --schema lacking.xml --data "$data" --output lacking.cub
 sed 's/ledger.cub/lacking.cub/' "$data/settings.json" > lacking.json
 expect 0 "Imported" settings import lacking.json --settings-folder lacking
-expect 1 '(vokcube cube check "lacking.cub" lists all' run --data-source Domestic --periods Demo --output out \
+expect 1 'vokcube cube check "lacking.cub" lists all' run --data-source Domestic --periods Demo --output out \
   --settings-folder lacking
 rm -r lacking.xml lacking.cub lacking.json lacking
 expect 0 "no-utf8-�.cub" cube info $'no-utf8-\xff.cub' --json

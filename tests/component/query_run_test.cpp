@@ -174,38 +174,49 @@ TEST_F(QueryRunTest, EveryFailureHasItsAnswerAndItsReport) {
     std::function<void(QueryRunTest&)> spoil;
     int32_t code;
     const char* report;  ///< part of the last box, nullptr for none
+    const char* cause;   ///< all that is told of it on one line
   } cases[] = {
       {"no database", [](auto& t) { t.memory.files.files.erase("component\\CubToQel.mdb"); }, 1111,
-       "Error : 1111\r\n\r\nDatabase not Found\r\n\r\nFunction : CubtoXls\r\nModule : ModCubtoXls"},
-      {"no such data source", [](auto& t) { t.database.tables["DataSourceInfo"].clear(); }, 2222,
-       "Datasource Definition: Sales  Not Found!!"},
+       "Error : 1111\r\n\r\nDatabase not Found\r\n\r\nFunction : CubtoXls\r\nModule : ModCubtoXls",
+       "There is no file \"component\\CubToQel.mdb\""},
+      {"no such sets",
+       [](auto& t) {
+         t.database.tables["DataSourceInfo"].clear();
+         t.database.tables["Periods"].clear();
+       },
+       2222, "Datasource Definition: Sales  Not Found!!",
+       "Datasource Definition: Sales  Not Found!! Periods Definition: 2010  Not Found!!"},
       {"no connection", [](auto& t) { t.cube.on_open = [] { throw Failure(53, "no cube file"); }; },
-       3333, "Function : OpenConnection\r\nModule : ModeConnectFunctions"},
+       3333, "Function : OpenConnection\r\nModule : ModeConnectFunctions", "no cube file"},
       {"no dates", [](auto& t) { t.cube.Change("\"Date\"", "\"Dates\""); }, 4444,
-       "Function : GetMaxDateAndOpBalance"},
+       "Function : GetMaxDateAndOpBalance", "The cube \"QEL\" has no dimension \"Date\""},
       {"unknown measure of a money set without a period",
-       [](auto& t) { t.Money()["Measure12"] = "Amounts"; }, 5555, nullptr},
+       [](auto& t) { t.Money()["Measure12"] = "Amounts"; }, 5555, nullptr,
+       "cube QEL of sales.cub has no measure \"Amounts\""},
       {"unknown measure of money set 0, which no period shows",
        [](auto& t) {
          t.Money() = {{"SetName", "Sales"}, {"Measure0", "Amounts"}};
          for (int n = 1; n <= 12; ++n) t.Money()["Measure" + std::to_string(n)] = "Amount";
        },
-       5555, nullptr},
+       5555, nullptr, "cube QEL of sales.cub has no measure \"Amounts\""},
       {"only the list's empty element matches", [](auto& t) { t.Money()["Measure0"] = ""; }, 5555,
-       nullptr},
+       nullptr, "cube QEL of sales.cub has no measure \"\""},
       {"query refused", [](auto& t) { t.Refuse(2, Failure(-2147217900, "line 3, column 7")); },
-       -2147217900, "line 3, column 7\r\n\r\nFunction : CubtoXls"},
+       -2147217900, "line 3, column 7\r\n\r\nFunction : CubtoXls", "line 3, column 7"},
       {"second query refused", [](auto& t) { t.Refuse(3, Failure(7, "out of memory")); }, 7,
-       "Function : CubtoXls"},
+       "Function : CubtoXls", "out of memory"},
       {"stopped while the cube is opened", [](auto& t) { t.StopDuring(0); }, kQueryCancelled,
-       nullptr},
-      {"stopped in the probe", [](auto& t) { t.StopDuring(1); }, kQueryCancelled, nullptr},
-      {"stopped in a query", [](auto& t) { t.StopDuring(2); }, kQueryCancelled, nullptr},
-      {"stopped in the second query", [](auto& t) { t.StopDuring(3); }, kQueryCancelled, nullptr},
+       nullptr, ""},
+      {"stopped in the probe", [](auto& t) { t.StopDuring(1); }, kQueryCancelled, nullptr, ""},
+      {"stopped in a query", [](auto& t) { t.StopDuring(2); }, kQueryCancelled, nullptr, ""},
+      {"stopped in the second query", [](auto& t) { t.StopDuring(3); }, kQueryCancelled, nullptr,
+       ""},
       {"workbook refused", [](auto& t) { t.sheets.record.failing = "save out.xlsX 51"; }, 1004,
-       "Function : CubtoXls"},
+       "Function : CubtoXls", "refused"},
       {"log refused", [](auto& t) { t.memory.files.refused.insert("component\\MdxQry1.log"); }, 75,
-       "Function : CubtoXls"},
+       "Function : CubtoXls",
+       "Path/File access error: component\\MdxQry1.log A query is sent only after it is in the "
+       "log. Get the right to write there, or choose another settings folder."},
   };
   struct Case : QueryRunTest {
     void TestBody() override {}
@@ -221,6 +232,8 @@ TEST_F(QueryRunTest, EveryFailureHasItsAnswerAndItsReport) {
       EXPECT_EQ(run.memory.files.files.contains("out.xlsX"), keep_old);
       EXPECT_THAT(run.sheets.record.lines, Not(Contains("commit")));
       EXPECT_EQ(run.publics.last_run.stopped, c.code == kQueryCancelled);
+      EXPECT_EQ(run.publics.last_run.code, c.code);
+      EXPECT_EQ(run.publics.last_run.cause, c.cause);
       EXPECT_EQ(run.publics.last_run.workbook, "");
       EXPECT_EQ(run.publics.last_run.preview.rows.size(), 0U);
       EXPECT_EQ(run.memory.boxes.boxes.empty(), c.report == nullptr);

@@ -23,13 +23,25 @@ sed -i 's/\tStock: Tea\t/\t=1+1\t/; s/\tStock: Honey\t/\t12\/31\/2024\t/; s/\tSt
 "$vokcube" cube build --schema data/schema.xml --data data --output ledger.cub
 "$vokcube" settings import data/settings.json --settings-folder settings
 
-number=0
+number=0 jobs=()
 while IFS=$'\t' read -r source periods; do
   number=$((number + 1))
   "$recompute" data "$source" "$periods" > "pair$number.csv"
-  "$vokcube" run --settings-folder settings --data-source "$source" --periods "$periods" \
-    --output "pair$number" > said 2>&1 || fail "$source, $periods"
+  job='{"dataSource": "%s", "periods": "%s", "output": "pair%s"}'
+  # shellcheck disable=SC2059
+  jobs+=("$(printf "$job, ${job/pair/again}" "$source" "$periods" $number "$source" "$periods" $number)")
 done < <("$recompute" data)
+(
+  IFS=,
+  echo "[${jobs[*]}]"
+) > jobs.json
+expect 0 "" "$vokcube" run --settings-folder settings --jobs jobs.json --log runs.log
+[[ $(grep -c '^{"dataSource":"[DE].*"code":0,"cause":""}$' said) == $((2 * number)) &&
+  $(grep -cE '^20[-0-9T:]+ 0 "[DE].* rows, [0-9]+ ms$' runs.log) == $((2 * number)) ]] ||
+  fail "a line for each run"
+for ((i = 1; i <= number; ++i)); do
+  cmp "pair$i.xlsX" "again$i.xlsX" || fail "a run beside others"
+done
 for text in '=1+1' '12/31/2024' 'TRUE' '  _x0041_ <a &> 😀 '; do
   grep -qF "\"$text\"" pair1.csv || fail "no line \"$text\""
 done
