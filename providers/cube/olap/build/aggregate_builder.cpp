@@ -2,32 +2,39 @@
 
 #include <algorithm>
 #include <array>
-#include <limits>
-#include <map>
+#include <memory>
+#include <mutex>
+#include <utility>
+
+#include "platform/in_order.h"
+#include "providers/cube/olap/build/slice_rows.h"
 
 namespace vok::olap {
 namespace {
 
 constexpr std::size_t kBatch = SliceCells::kMostRows;
 
-struct Rows {
-  uint64_t begin = 0;
-  uint64_t end = 0;
-};
-
-/// The member of the level that each leaf stands below, counted from the level's first.
-std::vector<uint32_t> MembersOfLeaves(const NewHierarchy& hierarchy, uint32_t level) {
-  const IdRange leaves = hierarchy.levels.back().members;
-  std::vector<uint32_t> members(leaves.size());
-  for (MemberId leaf = leaves.begin; leaf < leaves.end; ++leaf) {
-    MemberId member = leaf;
-    for (std::size_t at = hierarchy.levels.size() - 1; at > level; --at) {
-      member = hierarchy.members[member].parent;
-    }
-    members[leaf - leaves.begin] = member - hierarchy.levels[level].members.begin;
+/// Memory that threads use one after the other.
+template <typename Thing>
+class Idle {
+ public:
+  /// Null when all is in use.
+  std::unique_ptr<Thing> Take() {
+    const std::lock_guard lock(mutex_);
+    if (things_.empty()) return nullptr;
+    auto thing = std::move(things_.back());
+    things_.pop_back();
+    return thing;
   }
-  return members;
-}
+  void Put(std::unique_ptr<Thing> thing) {
+    const std::lock_guard lock(mutex_);
+    things_.push_back(std::move(thing));
+  }
+
+ private:
+  std::mutex mutex_;
+  std::vector<std::unique_ptr<Thing>> things_;
+};
 
 /// Builds the cuboids of one set, slice by slice.
 class SetBuilder {
@@ -42,7 +49,7 @@ class SetBuilder {
         columns_(AggregatedColumns(cube, facts)),
         inner_count_(cube.hierarchies[choice.inner].LeafCount()) {}
 
-  NewCuboidSet Build() {
+  NewCuboidSet Build(unsigned threads) {
     for (const uint32_t level : set_.time_levels) {
       Time& time = times_.emplace_back();
       time.periods = 1;
@@ -50,11 +57,17 @@ class SetBuilder {
         time.periods = cube_.hierarchies[choice_.time].levels[level].members.size();
         time.period_of_leaf = MembersOfLeaves(cube_.hierarchies[choice_.time], level);
       }
-      time.cells.emplace_back(columns_, facts_, std::size_t{time.periods} * inner_count_);
     }
-    const auto rows_of_slice = FindSlices();
-    for (Time& time : times_) time.table.assign(slices_ * time.periods, kNoBlock);
-    for (const auto& [slice, rows] : rows_of_slice) BuildSlice(slice, rows);
+    const auto rows_of_slice = FindSlices(set_.outer, cube_, facts_, threads);
+    for (Time& time : times_) time.table.assign(SliceCount() * time.periods, kNoBlock);
+    auto next = rows_of_slice.begin();
+    RunInOrder(ThreadsInMemory(threads), [&]() -> Working {
+      if (next == rows_of_slice.end()) return {};
+      return [this, &slice = *next++]() -> Taking {
+        const auto blocks = std::make_shared<const SliceBlocks>(BuildSlice(slice.second));
+        return [this, number = slice.first, blocks] { Write(number, *blocks); };
+      };
+    });
     return Finish();
   }
 
@@ -62,103 +75,107 @@ class SetBuilder {
   struct Time {
     uint32_t periods = 1;
     std::vector<uint32_t> period_of_leaf;
-    std::vector<SliceCells> cells;  // one; a vector since it is made late
     std::vector<uint32_t> table;
     uint64_t cell_count = 0;
   };
+  /// Of one slice, the cells of each of the times.
+  using TimeCells = std::vector<SliceCells>;
+  struct PeriodBlock {
+    std::size_t time = 0;
+    uint32_t period = 0;
+    std::size_t cells = 0;
+    std::string bytes;
+  };
+  using SliceBlocks = std::vector<PeriodBlock>;
 
-  const ColumnSource& LeavesOf(uint32_t hierarchy) const {
-    return std::find_if(facts_.keys.begin(), facts_.keys.end(),
-                        [&](const NewKeyColumn& key) { return key.hierarchy == hierarchy; })
-        ->leaves;
-  }
-
-  /// Where the facts of each slice lie: as few runs as facts are sorted by the outer hierarchies.
-  std::map<uint64_t, std::vector<Rows>> FindSlices() {
-    std::vector<std::vector<uint32_t>> members;
-    slices_ = 1;
+  uint64_t SliceCount() const {
+    uint64_t slices = 1;
     for (const auto& [hierarchy, level] : set_.outer) {
-      members.push_back(MembersOfLeaves(cube_.hierarchies[hierarchy], level));
-      slices_ *= cube_.hierarchies[hierarchy].levels[level].members.size();
+      slices *= cube_.hierarchies[hierarchy].levels[level].members.size();
     }
-    std::map<uint64_t, std::vector<Rows>> found;
-    std::array<int64_t, kBatch> leaves;
-    std::array<uint64_t, kBatch> slices;
-    uint64_t last = std::numeric_limits<uint64_t>::max();
-    std::vector<Rows>* runs = nullptr;
-    for (uint64_t first = 0; first < facts_.rows; first += kBatch) {
-      const auto count = std::min<uint64_t>(kBatch, facts_.rows - first);
-      slices.fill(0);
-      for (std::size_t place = 0; place < members.size(); ++place) {
-        const auto [hierarchy, level] = set_.outer[place];
-        const uint64_t radix = cube_.hierarchies[hierarchy].levels[level].members.size();
-        LeavesOf(hierarchy)(first, std::span(leaves).first(count));
-        for (std::size_t row = 0; row < count; ++row) {
-          slices[row] = slices[row] * radix + members[place][static_cast<std::size_t>(leaves[row])];
-        }
-      }
-      for (std::size_t row = 0; row < count; ++row) {
-        if (slices[row] != last) {
-          runs = &found[slices[row]];
-          runs->push_back({first + row, first + row});
-          last = slices[row];
-        }
-        runs->back().end = first + row + 1;
-      }
-    }
-    return found;
+    return slices;
   }
 
-  void BuildSlice(uint64_t slice, const std::vector<Rows>& runs) {
-    for (Time& time : times_) time.cells.front().Clear();
+  /// The slices that are added up at once take so much memory together, or are one.
+  unsigned ThreadsInMemory(unsigned threads) const {
+    constexpr uint64_t kBytesPerFact = 16;
+    uint64_t bytes = 0;
+    for (const Time& time : times_) {
+      bytes += uint64_t{time.periods} * inner_count_ * SliceCells::CellBytes(columns_.size());
+    }
+    return static_cast<unsigned>(
+        std::clamp<uint64_t>(kBytesPerFact * facts_.rows / bytes, 1, threads));
+  }
+
+  SliceBlocks BuildSlice(const std::vector<Rows>& runs) {
+    std::unique_ptr<TimeCells> cells = idle_cells_.Take();
+    if (cells == nullptr) {
+      cells = std::make_unique<TimeCells>();
+      for (const Time& time : times_) {
+        cells->emplace_back(columns_, facts_, std::size_t{time.periods} * inner_count_);
+      }
+    }
+    for (SliceCells& of_time : *cells) of_time.Clear();
     for (const Rows& rows : runs) {
       for (uint64_t first = rows.begin; first < rows.end; first += kBatch) {
-        AddFacts(first, std::min<uint64_t>(kBatch, rows.end - first));
+        AddFacts(first, std::min<uint64_t>(kBatch, rows.end - first), cells->back());
       }
     }
-    for (std::size_t index = times_.size() - 1; index > 0; --index) {
-      AddPeriods(times_[index], times_[index - 1]);
-    }
-    for (Time& time : times_) WriteSlice(slice, time);
+    for (std::size_t time = times_.size() - 1; time > 0; --time) AddPeriods(time, *cells);
+    SliceBlocks blocks = BlocksOf(*cells);
+    idle_cells_.Put(std::move(cells));
+    return blocks;
   }
 
-  void AddFacts(uint64_t first, std::size_t count) {
+  void AddFacts(uint64_t first, std::size_t count, SliceCells& cells) const {
     std::array<int64_t, kBatch> values;
     std::array<std::size_t, kBatch> places{};
-    Time& finest = times_.back();
     if (choice_.time != kNoTime) {
-      LeavesOf(choice_.time)(first, std::span(values).first(count));
+      LeavesOf(facts_, choice_.time)(first, std::span(values).first(count));
       for (std::size_t row = 0; row < count; ++row) {
         places[row] = std::size_t{inner_count_} *
-                      finest.period_of_leaf[static_cast<std::size_t>(values[row])];
+                      times_.back().period_of_leaf[static_cast<std::size_t>(values[row])];
       }
     }
-    LeavesOf(choice_.inner)(first, std::span(values).first(count));
+    LeavesOf(facts_, choice_.inner)(first, std::span(values).first(count));
     for (std::size_t row = 0; row < count; ++row) {
       places[row] += static_cast<std::size_t>(values[row]);
     }
-    finest.cells.front().AddRows(facts_, columns_, first, std::span(places).first(count));
+    cells.AddRows(facts_, columns_, first, std::span(places).first(count));
   }
 
-  void AddPeriods(const Time& finer, Time& coarser) const {
-    const auto& leaf_periods = finer.period_of_leaf;
-    for (std::size_t leaf = 0; leaf < leaf_periods.size(); ++leaf) {
-      if (leaf > 0 && leaf_periods[leaf] == leaf_periods[leaf - 1]) continue;
-      const std::size_t from = std::size_t{leaf_periods[leaf]} * inner_count_;
-      const std::size_t to = std::size_t{coarser.period_of_leaf[leaf]} * inner_count_;
+  /// Adds the cells of a time up into those of the next longer one.
+  void AddPeriods(std::size_t time, TimeCells& cells) const {
+    const auto& finer = times_[time].period_of_leaf;
+    const auto& coarser = times_[time - 1].period_of_leaf;
+    for (std::size_t leaf = 0; leaf < finer.size(); ++leaf) {
+      if (leaf > 0 && finer[leaf] == finer[leaf - 1]) continue;
+      const std::size_t from = std::size_t{finer[leaf]} * inner_count_;
+      const std::size_t to = std::size_t{coarser[leaf]} * inner_count_;
       for (uint32_t inner = 0; inner < inner_count_; ++inner) {
-        if (!finer.cells.front().IsPresent(from + inner)) continue;
-        coarser.cells.front().AddCell(to + inner, finer.cells.front(), from + inner);
+        if (!cells[time].IsPresent(from + inner)) continue;
+        cells[time - 1].AddCell(to + inner, cells[time], from + inner);
       }
     }
   }
 
-  void WriteSlice(uint64_t slice, Time& time) {
-    for (uint32_t period = 0; period < time.periods; ++period) {
-      const auto bytes = time.cells.front().Block(std::size_t{period} * inner_count_, inner_count_);
-      if (bytes.empty()) continue;
-      time.table[slice * time.periods + period] = writer_.AddBlock(bytes);
-      time.cell_count += time.cells.front().LastBlockCells();
+  SliceBlocks BlocksOf(TimeCells& cells) const {
+    SliceBlocks blocks;
+    for (std::size_t time = 0; time < times_.size(); ++time) {
+      for (uint32_t period = 0; period < times_[time].periods; ++period) {
+        auto bytes = cells[time].Block(std::size_t{period} * inner_count_, inner_count_);
+        if (bytes.empty()) continue;
+        blocks.push_back({time, period, cells[time].LastBlockCells(), std::move(bytes)});
+      }
+    }
+    return blocks;
+  }
+
+  void Write(uint64_t slice, const SliceBlocks& blocks) {
+    for (const PeriodBlock& block : blocks) {
+      Time& time = times_[block.time];
+      time.table[slice * time.periods + block.period] = writer_.AddBlock(block.bytes);
+      time.cell_count += block.cells;
     }
   }
 
@@ -181,8 +198,8 @@ class SetBuilder {
   CubeWriter& writer_;
   std::vector<AggregatedColumn> columns_;
   uint32_t inner_count_;
-  uint64_t slices_ = 1;
   std::vector<Time> times_;
+  Idle<TimeCells> idle_cells_;
 };
 
 }  // namespace
@@ -205,13 +222,13 @@ std::vector<AggregatedColumn> AggregatedColumns(const NewCube& cube, const NewFa
 }
 
 NewAggregates BuildAggregates(const AggregateChoice& choice, const NewCube& cube,
-                              const NewFacts& facts, CubeWriter& writer) {
+                              const NewFacts& facts, unsigned threads, CubeWriter& writer) {
   NewAggregates aggregates{choice.inner, choice.time, {}, {}};
   for (const AggregatedColumn& column : AggregatedColumns(cube, facts)) {
     aggregates.columns.push_back(column.value_column);
   }
   for (const ChosenSet& set : choice.sets) {
-    aggregates.sets.push_back(SetBuilder(choice, set, cube, facts, writer).Build());
+    aggregates.sets.push_back(SetBuilder(choice, set, cube, facts, writer).Build(threads));
   }
   return aggregates;
 }

@@ -12,8 +12,8 @@ namespace vok::olap {
 /// Those of a cube; measures of one value column share it.
 std::vector<AggregatedColumn> AggregatedColumns(const NewCube& cube, const NewFacts& facts);
 
-/// Writes the blocks; what it returns is still to be added to the cube.
+/// Adds up on `threads`, writes the blocks; what it returns is still to be added to the cube.
 NewAggregates BuildAggregates(const AggregateChoice& choice, const NewCube& cube,
-                              const NewFacts& facts, CubeWriter& writer);
+                              const NewFacts& facts, unsigned threads, CubeWriter& writer);
 
 }  // namespace vok::olap

@@ -3,6 +3,7 @@
 #include <optional>
 #include <utility>
 
+#include "platform/in_order.h"
 #include "providers/cube/olap/build/aggregate_builder.h"
 #include "providers/cube/olap/build/aggregate_choice.h"
 #include "providers/cube/olap/build/fact_loader.h"
@@ -48,7 +49,7 @@ std::optional<uint32_t> TimeOf(const NewCube& cube, uint32_t inner) {
 }
 
 void AddAggregates(const NewCube& cube, const LoadedFacts& loaded, uint64_t value_bytes,
-                   CubeWriter& writer) {
+                   unsigned threads, CubeWriter& writer) {
   if (loaded.facts.rows == 0 || AggregatedColumns(cube, loaded.facts).empty()) return;
   std::vector<uint32_t> sort_order;
   for (const NewKeyColumn& key : loaded.facts.keys) sort_order.push_back(key.hierarchy);
@@ -57,11 +58,11 @@ void AddAggregates(const NewCube& cube, const LoadedFacts& loaded, uint64_t valu
   const AggregateChoice choice = ChooseAggregates(
       cube.hierarchies, sort_order, TimeOf(cube, sort_order.back()), loaded.facts.rows, value_bits);
   if (choice.sets.empty()) return;
-  writer.AddAggregates(BuildAggregates(choice, cube, loaded.facts, writer));
+  writer.AddAggregates(BuildAggregates(choice, cube, loaded.facts, threads, writer));
 }
 
 BuildReport::Cube AddCube(const CubeSchema& schema, const Locale& locale, const TableSource& source,
-                          const Progress& progress, CubeWriter& writer) {
+                          unsigned threads, const Progress& progress, CubeWriter& writer) {
   std::vector<LoadedHierarchy> hierarchies;
   for (const DimensionSchema& dimension : schema.dimensions) {
     for (const HierarchySchema& hierarchy : dimension.hierarchies) {
@@ -76,7 +77,7 @@ BuildReport::Cube AddCube(const CubeSchema& schema, const Locale& locale, const 
     }
     CheckFormulas(locale, schema, structure);
   }
-  const LoadedFacts loaded = LoadFacts(source, schema, hierarchies, progress);
+  const LoadedFacts loaded = LoadFacts(source, schema, hierarchies, threads, progress);
   NewCube cube = CubeOf(schema);
   cube.fact_count = loaded.fact_count;
   for (LoadedHierarchy& hierarchy : hierarchies) {
@@ -85,7 +86,7 @@ BuildReport::Cube AddCube(const CubeSchema& schema, const Locale& locale, const 
   progress("writing " + schema.name, 0);
   const uint64_t value_bytes = writer.Begin(cube, loaded.facts);
   progress("adding up " + schema.name, 0);
-  AddAggregates(cube, loaded, value_bytes, writer);
+  AddAggregates(cube, loaded, value_bytes, threads, writer);
   writer.End();
   return {schema.name, loaded.fact_count, loaded.facts.rows};
 }
@@ -97,10 +98,11 @@ BuildReport BuildCubeFile(Files& files, const Locale& locale, const BuildRequest
   const Progress report_progress = progress ? progress : [](const std::string&, double) {};
   const auto cubes = ReadSchema(files, locale, request.schema_path);
   const auto source = OpenTableSource(files, request.data_path);
-  CubeWriter writer(files, request.output_path);
+  const unsigned threads = request.threads == 0 ? ProcessorCount() : request.threads;
+  CubeWriter writer(files, request.output_path, threads);
   BuildReport report;
   for (const CubeSchema& cube : cubes) {
-    report.cubes.push_back(AddCube(cube, locale, *source, report_progress, writer));
+    report.cubes.push_back(AddCube(cube, locale, *source, threads, report_progress, writer));
   }
   source->CheckUnchanged();
   if (request.check) request.check(report);

@@ -27,6 +27,7 @@ struct BuildRequest {
   std::string output_path;
   /// Sees what was built before it takes its place; what it throws leaves all as it was.
   std::function<void(const BuildReport&)> check = {};
+  unsigned threads = 0;  ///< that work on it, 0: as many as can run at once
 };
 
 /// Writes all cubes of the schema into one file, whole or not at all. `progress` (may be empty) is

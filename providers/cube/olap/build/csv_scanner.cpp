@@ -1,132 +1,100 @@
 #include "providers/cube/olap/build/csv_scanner.h"
 
 #include <algorithm>
-#include <span>
+#include <bit>
+#include <cstring>
 
 #include "platform/utf8.h"
 #include "providers/cube/olap/build/table_source.h"
-#include "providers/cube/olap/storage/bytes.h"
 
 namespace vok::olap {
 namespace {
 
 constexpr std::size_t kMostColumns = 10000;
-constexpr std::size_t kLongestRow = std::size_t{16} << 20;
+
+bool EndsField(char letter) {
+  return letter == ',' || letter == '\n' || letter == '\r' || letter == '"';
+}
+
+/// Passes over letters of ASCII that come after the comma there: digits, Latin letters, the point.
+/// Eight at a time, so that it stops up to seven before the end of the text.
+std::size_t SkipPlain(std::string_view text, std::size_t at) {
+  constexpr uint64_t kEach = 0x0101010101010101;
+  constexpr uint64_t kHighBits = kEach * 0x80;
+  constexpr uint64_t kAfterComma = kEach * (',' + 1);
+  for (uint64_t letters; text.size() - at >= sizeof(letters); at += sizeof(letters)) {
+    std::memcpy(&letters, text.data() + at, sizeof(letters));
+    // A byte up to the comma borrows, which sets its high bit; the first that does so is exact.
+    const uint64_t found = ((letters - kAfterComma) | letters) & kHighBits;
+    if (found != 0) return at + static_cast<std::size_t>(std::countr_zero(found)) / 8;
+  }
+  return at;
+}
 
 }  // namespace
 
 CsvScanner::CsvScanner(std::string_view text, const std::string& path) : text_(text), path_(path) {
-  SkipMark();
-}
-
-CsvScanner::CsvScanner(const FileReader& file, const std::string& path)
-    : file_(&file), path_(path) {
-  Widen();
-  SkipMark();
-}
-
-void CsvScanner::SkipMark() {
   constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
   if (text_.starts_with(kByteOrderMark)) at_ = kByteOrderMark.size();
 }
 
-/// A row that ends after the window, which it can within quotes alone, is scanned again in a wider
-/// one.
-bool CsvScanner::NextRow(std::vector<Field>& fields) {
-  for (;;) {
-    fields.clear();
-    if (AtEnd() && !SeesEnd()) Widen();
-    if (AtEnd()) return false;
-    const std::size_t begin = at_;
-    line_ = next_line_++;
-    if (ScanRow(fields)) return true;
-    at_ = begin;
-    next_line_ = line_;
-    Widen();
-  }
+CsvScanner::CsvScanner(const RowBlock& block, const std::string& path)
+    : CsvScanner(block.text, path) {
+  is_cut_ = block.is_cut;
+  next_line_ = block.first_line;
+  if (next_line_ > 1) at_ = 0;
 }
 
-bool CsvScanner::ScanRow(std::vector<Field>& fields) {
-  is_cut_ = false;
+bool CsvScanner::NextRow(std::vector<Field>& fields) {
+  fields.clear();
+  if (AtEnd()) return false;
+  line_ = next_line_++;
   unquoted_count_ = 0;
   do {
     if (fields.size() >= kMostColumns) throw Bad("has more than 10000 fields");
-    fields.push_back(NextField());
-    if (is_cut_) return false;
+    ReadField(fields.emplace_back());
   } while (TakeComma());
+  if (is_cut_ && AtEnd()) throw TooLong();
   TakeLineEnd();
   return true;
 }
 
-/// The window begins with the current row and has at least one more line end, or the file's.
-void CsvScanner::Widen() {
-  line_ = next_line_;
-  piece_.erase(0, at_);
-  window_begin_ += at_;
-  at_ = 0;
-  std::size_t lines_end = 0;
-  do {
-    if (piece_.size() > kLongestRow) {
-      throw Bad("the row is longer than " + std::to_string(kLongestRow >> 20) +
-                " MB; a quote may be missing");
-    }
-    const std::size_t before = piece_.size();
-    ReadPiece();
-    lines_end = std::string_view(piece_).substr(before).rfind('\n');
-    lines_end = lines_end == std::string_view::npos ? 0 : before + lines_end + 1;
-    if (window_begin_ + piece_.size() == file_->Size()) lines_end = piece_.size();
-  } while (lines_end == 0 && window_begin_ + piece_.size() < file_->Size());
-  text_ = std::string_view(piece_).substr(0, lines_end);
-}
-
-void CsvScanner::ReadPiece() {
-  constexpr uint64_t kPiece = uint64_t{1} << 20;
-  const std::size_t before = piece_.size();
-  const uint64_t from = window_begin_ + before;
-  piece_.resize(before + static_cast<std::size_t>(std::min(kPiece, file_->Size() - from)));
-  file_->Read(from, std::as_writable_bytes(std::span(piece_).subspan(before)));
-  if (window_begin_ + piece_.size() == file_->Size() && file_->HasChanged()) {
-    throw FileChanged(path_);
-  }
-}
-
 Failure CsvScanner::Bad(const std::string& what) const { return BadInput(PlaceOf(line_), what); }
 
-Field CsvScanner::NextField() {
-  if (!AtEnd() && text_[at_] == '"') return QuotedField();
+void CsvScanner::ReadField(Field& field) {
+  if (!AtEnd() && text_[at_] == '"') return ReadQuotedField(field);
   const std::size_t begin = at_;
   unsigned char seen = 0;
-  for (; !AtEnd(); ++at_) {
+  for (at_ = SkipPlain(text_, at_); !AtEnd(); at_ = SkipPlain(text_, at_ + 1)) {
     const char letter = text_[at_];
-    if (letter == ',' || letter == '\n' || letter == '\r') break;
-    if (letter == '"') throw Bad("there is a quote within a field that does not begin with one");
+    if (EndsField(letter)) break;
     seen |= static_cast<unsigned char>(letter);
   }
-  const std::string_view field = text_.substr(begin, at_ - begin);
-  if (seen >= 0x80) CheckUtf8(field);
-  return {field, field.empty()};
+  if (!AtEnd() && text_[at_] == '"') {
+    throw Bad("there is a quote within a field that does not begin with one");
+  }
+  field.text = text_.substr(begin, at_ - begin);
+  field.is_null = field.text.empty();
+  if (seen >= 0x80) CheckUtf8(field.text);
 }
 
-Field CsvScanner::QuotedField() {
+void CsvScanner::ReadQuotedField(Field& field) {
   const std::size_t begin = ++at_;
   bool doubled = false;
   for (;; ++at_) {
     at_ = text_.find('"', at_);
     if (at_ == std::string_view::npos) {
-      at_ = text_.size();
-      is_cut_ = !SeesEnd();
-      if (is_cut_) return {};
-      throw Bad("a quoted field does not end");
+      throw is_cut_ ? TooLong() : Bad("a quoted field does not end");
     }
     if (at_ + 1 >= text_.size() || text_[at_ + 1] != '"') break;
     doubled = true;
     ++at_;
   }
-  std::string_view field = text_.substr(begin, at_ - begin);
+  const std::string_view text = text_.substr(begin, at_ - begin);
   ++at_;
-  next_line_ += static_cast<uint64_t>(std::count(field.begin(), field.end(), '\n'));
-  CheckUtf8(field);
-  return {doubled ? Unquoted(field) : field, false};
+  next_line_ += static_cast<uint64_t>(std::count(text.begin(), text.end(), '\n'));
+  CheckUtf8(text);
+  field.text = doubled ? Unquoted(text) : text;
 }
 
 std::string_view CsvScanner::Unquoted(std::string_view field) {
@@ -154,6 +122,11 @@ void CsvScanner::TakeLineEnd() {
                                  : "there is text after a quoted field");
   }
   ++at_;
+}
+
+Failure CsvScanner::TooLong() const {
+  return Bad("the row is longer than " + std::to_string(RowBlocks::kLongestRow >> 20) +
+             " MB; a quote may be missing");
 }
 
 void CsvScanner::CheckUtf8(std::string_view field) const {

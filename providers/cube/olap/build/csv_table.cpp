@@ -2,36 +2,39 @@
 #include <algorithm>
 #include <filesystem>
 #include <map>
+#include <optional>
 #include <utility>
 
 #include "providers/cube/olap/build/csv_scanner.h"
+#include "providers/cube/olap/build/row_blocks.h"
 #include "providers/cube/olap/build/table_source.h"
 
 namespace vok::olap {
 namespace {
 
-class CsvReader : public TableReader {
+/// Where a table's columns are that are asked for.
+struct CsvLayout {
+  std::string path;
+  std::size_t width = 0;  ///< fields of a row
+  std::vector<std::size_t> places;
+};
+
+class CsvPart : public TableReader {
  public:
-  CsvReader(std::shared_ptr<const FileReader> file, std::string path,
-            const std::vector<std::string>& columns)
-      : path_(std::move(path)), file_(std::move(file)), scanner_(*file_, path_) {
-    if (!scanner_.NextRow(row_)) throw BadInput(path_, "is empty; a header row is expected");
-    std::vector<std::string> header;
-    for (const Field& field : row_) header.emplace_back(field.text);
-    width_ = header.size();
-    places_ = PlacesOf(columns, header, path_);
-    picked_.resize(columns.size());
-    row_estimate_ = Estimate();
-  }
+  CsvPart(RowBlock block, std::shared_ptr<const CsvLayout> layout)
+      : layout_(std::move(layout)),
+        block_(std::move(block)),
+        scanner_(block_, layout_->path),
+        picked_(layout_->places.size()) {}
 
   bool Next() override {
     if (!scanner_.NextRow(row_)) return false;
-    if (row_.size() != width_) {
+    if (row_.size() != layout_->width) {
       throw scanner_.Bad("has " + std::to_string(row_.size()) + " fields, the header has " +
-                         std::to_string(width_));
+                         std::to_string(layout_->width));
     }
-    for (std::size_t index = 0; index < places_.size(); ++index) {
-      picked_[index] = row_[places_[index]];
+    for (std::size_t index = 0; index < picked_.size(); ++index) {
+      picked_[index] = row_[layout_->places[index]];
     }
     return true;
   }
@@ -40,37 +43,51 @@ class CsvReader : public TableReader {
   std::string PlaceOf(uint64_t line) const override { return scanner_.PlaceOf(line); }
   uint64_t Line() const override { return scanner_.line(); }
 
-  double Done() const override {
-    return static_cast<double>(scanner_.position()) / static_cast<double>(scanner_.size());
-  }
-
-  uint64_t RowEstimate() const override { return row_estimate_; }
-
  private:
-  uint64_t Estimate() const {
-    constexpr std::size_t kSample = 65536;
-    const auto sample = scanner_.Ahead().substr(0, kSample);
-    const auto lines = 1 + std::count(sample.begin(), sample.end(), '\n');
-    const uint64_t rest = scanner_.size() - scanner_.position();
-    return rest * static_cast<uint64_t>(lines) / (sample.size() + 1) + 1;
-  }
-
-  std::string path_;
-  std::shared_ptr<const FileReader> file_;
+  std::shared_ptr<const CsvLayout> layout_;
+  RowBlock block_;
   CsvScanner scanner_;
   std::vector<Field> row_;
-  std::size_t width_ = 0;
-  std::vector<std::size_t> places_;
   std::vector<Field> picked_;
-  uint64_t row_estimate_ = 0;
+};
+
+class CsvParts : public TableParts {
+ public:
+  CsvParts(std::unique_ptr<ByteSource> source, const std::string& path,
+           const std::vector<std::string>& columns)
+      : blocks_(std::move(source)), layout_(std::make_shared<CsvLayout>()) {
+    RowBlock block = blocks_.Next().value_or(RowBlock());
+    CsvScanner scanner(block, path);
+    std::vector<Field> row;
+    if (!scanner.NextRow(row)) throw BadInput(path, "is empty; a header row is expected");
+    std::vector<std::string> header;
+    for (const Field& field : row) header.emplace_back(field.text);
+    *layout_ = {path, header.size(), PlacesOf(columns, header, path)};
+    block.first_line = scanner.next_line();
+    block.text.erase(0, scanner.position());
+    first_ = std::move(block);
+  }
+
+  std::unique_ptr<TableReader> Next() override {
+    auto block = first_ ? std::exchange(first_, {}) : blocks_.Next();
+    if (!block) return nullptr;
+    return std::make_unique<CsvPart>(std::move(*block), layout_);
+  }
+
+  double Done() const override { return blocks_.Done(); }
+
+ private:
+  RowBlocks blocks_;
+  std::shared_ptr<CsvLayout> layout_;
+  std::optional<RowBlock> first_;  // after the header, until it is given
 };
 
 class CsvFolder : public TableSource {
  public:
   CsvFolder(const Files& files, std::string path) : files_(files), path_(std::move(path)) {}
 
-  std::unique_ptr<TableReader> Open(const std::string& table,
-                                    const std::vector<std::string>& columns) const override {
+  std::unique_ptr<TableParts> OpenParts(const std::string& table,
+                                        const std::vector<std::string>& columns) const override {
     // A table's name is a file's name, never a way out of the folder.
     const bool is_name = table.find_first_of("/\\") == std::string::npos;
     const std::string path = path_ + "/" + table + ".csv";
@@ -81,7 +98,7 @@ class CsvFolder : public TableSource {
     }
     auto& file = opened_[path];
     if (file == nullptr) file = files_.Open(path);
-    return std::make_unique<CsvReader>(file, path, columns);
+    return std::make_unique<CsvParts>(BytesOfFile(file, path), path, columns);
   }
 
   void CheckUnchanged() const override {

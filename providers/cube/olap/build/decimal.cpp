@@ -93,4 +93,10 @@ Decimal ParseDecimal(std::string_view text) {
   return {NumberFit::kDecimal, negative ? -number : number, static_cast<uint8_t>(scale)};
 }
 
+bool ShiftDecimal(int64_t& number, int places) {
+  if (number == 0) return true;
+  if (places >= static_cast<int>(kPowersOfTen.size())) return false;
+  return !__builtin_mul_overflow(number, kPowersOfTen[static_cast<std::size_t>(places)], &number);
+}
+
 }  // namespace vok::olap

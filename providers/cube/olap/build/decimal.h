@@ -21,4 +21,7 @@ struct Decimal {
 /// "-12.50", ".5", "1E-3". No blanks, no thousands separators.
 Decimal ParseDecimal(std::string_view text);
 
+/// Makes `number` * 10^`places` of it; false when that does not fit.
+bool ShiftDecimal(int64_t& number, int places);
+
 }  // namespace vok::olap

@@ -1,300 +1,171 @@
 #include "providers/cube/olap/build/fact_loader.h"
 
 #include <algorithm>
-#include <bit>
 #include <limits>
 #include <memory>
 #include <utility>
 
-#include "providers/cube/olap/build/fact_sorter.h"
-#include "providers/cube/olap/build/member_tree.h"
-#include "providers/cube/olap/build/read_ahead.h"
-#include "providers/cube/olap/build/table_source.h"
-#include "providers/cube/olap/build/value_column.h"
+#include "platform/in_order.h"
+#include "providers/cube/olap/build/fact_merger.h"
+#include "providers/cube/olap/build/fact_run.h"
 
 namespace vok::olap {
 namespace {
 
-/// The key of a fact in a hierarchy without a table: the keys of its levels, told apart by lengths.
-void JoinKeys(std::span<const Field> fields, std::string& key) {
-  key.clear();
-  for (const Field& field : fields) {
-    key += field.is_null ? "-" : std::to_string(field.text.size());
-    key += ':';
-    key += field.text;
-  }
-}
-
-void LoadRows(const TableSource& source, const HierarchySchema& schema, MemberTree& tree,
-              KeyMap& keys, std::vector<uint32_t>& node_of_row) {
-  auto columns = tree.Columns();
-  columns.push_back(schema.primary_key);
-  const auto reader = source.Open(schema.table, columns);
-  std::vector<uint64_t> lines;
-  while (reader->Next()) {
-    const auto fields = reader->Fields();
-    const Field& key = fields.back();
-    if (key.is_null) {
-      throw BadInput(reader->Place(),
-                     "the primary key, column " + Quoted(schema.primary_key) + ", is empty");
-    }
-    const auto row = static_cast<uint32_t>(node_of_row.size());
-    if (const auto other = keys.Insert(key.text, row)) {
-      throw BadInput(reader->Place(), "duplicate key " + Quoted(key.text) + " in column " +
-                                          Quoted(schema.primary_key) + "; line " +
-                                          std::to_string(lines[*other]) + " has it already");
-    }
-    lines.push_back(reader->Line());
-    node_of_row.push_back(tree.Add(fields.first(fields.size() - 1), *reader));
-  }
-}
-
-/// The members are those that the facts name.
-void LoadRowsOfFacts(const TableSource& source, const std::string& fact_table, MemberTree& tree,
-                     const std::vector<std::string>& key_columns, KeyMap& keys,
-                     std::vector<uint32_t>& node_of_row) {
-  auto columns = tree.Columns();
-  const std::size_t own = columns.size();
-  columns.insert(columns.end(), key_columns.begin(), key_columns.end());
-  const auto reader = source.Open(fact_table, columns);
-  std::string key;
-  while (reader->Next()) {
-    const auto fields = reader->Fields();
-    JoinKeys(fields.subspan(own), key);
-    if (keys.Insert(key, static_cast<uint32_t>(node_of_row.size()))) continue;
-    node_of_row.push_back(tree.Add(fields.first(own), *reader));
-  }
-}
-
-/// Reads the fact table into packed keys and value columns.
 template <typename Key>
 class Loader {
  public:
   Loader(const TableSource& source, const CubeSchema& cube,
-         const std::vector<LoadedHierarchy>& hierarchies, const Progress& progress)
-      : source_(source), cube_(cube), hierarchies_(hierarchies), progress_(progress) {}
+         const std::vector<LoadedHierarchy>& hierarchies, const FactPlan& plan, unsigned threads,
+         const Progress& progress)
+      : source_(source),
+        cube_(cube),
+        hierarchies_(hierarchies),
+        plan_(plan),
+        threads_(threads),
+        progress_(progress),
+        different_(plan.values.size()),
+        different_count_(plan.values.size()) {}
 
   LoadedFacts Load() {
-    PlanKeys();
-    PlanValues();
-    ReadRows();
-    LoadedFacts loaded;
-    loaded.fact_count = keys_->size();
+    ReadRuns();
     progress_("sorting the facts of " + cube_.name, 0);
-    Arrange();
-    loaded.facts = Facts();
-    return loaded;
+    const auto formats = Formats();
+    const auto ranges =
+        std::make_shared<const Ranges>(MergeRuns(plan_, std::move(runs_), formats, threads_));
+    return {fact_count_, FactsOf(ranges, formats)};
   }
 
  private:
-  struct KeyPlan {
-    uint32_t hierarchy = 0;
-    uint32_t shift = 0;
-    uint32_t bits = 0;
-    std::size_t first_column = 0;
-  };
-  struct ValuePlan {
-    std::string column;
-    Aggregator aggregator;
-    std::size_t place = 0;
-  };
+  using Ranges = std::vector<FactRange<Key>>;
 
-  void PlanKeys() {
-    for (const uint32_t index : SortOrder(hierarchies_)) {
-      const LoadedHierarchy& hierarchy = hierarchies_[index];
-      const auto bits = static_cast<uint32_t>(std::bit_width(hierarchy.members.LeafCount() - 1));
-      key_plans_.push_back({index, 0, bits, columns_.size()});
-      columns_.insert(columns_.end(), hierarchy.fact_columns.begin(), hierarchy.fact_columns.end());
-    }
-    for (auto plan = key_plans_.rbegin(); plan != key_plans_.rend(); ++plan) {
-      plan->shift = key_bits_;
-      key_bits_ += plan->bits;
-    }
-  }
-
-  /// Measures that aggregate one column in one way share their stored values.
-  void PlanValues() {
-    values_ = std::make_shared<std::vector<ValueColumn>>();
-    for (const MeasureSchema& measure : cube_.measures) {
-      const auto same =
-          std::find_if(value_plans_.begin(), value_plans_.end(), [&](const ValuePlan& plan) {
-            return plan.column == measure.column && plan.aggregator == measure.aggregator;
-          });
-      value_of_measure_.push_back(static_cast<uint32_t>(same - value_plans_.begin()));
-      if (same != value_plans_.end()) continue;
-      value_plans_.push_back({measure.column, measure.aggregator, columns_.size()});
-      if (!measure.column.empty()) columns_.push_back(measure.column);
-      values_->emplace_back(measure.aggregator);
-    }
-  }
-
-  void ReadRows() {
-    const auto reader = ReadAhead(source_.Open(cube_.fact_table, columns_));
-    keys_ = std::make_shared<std::vector<Key>>();
-    keys_->reserve(reader->RowEstimate());
-    for (ValueColumn& column : *values_) column.Reserve(reader->RowEstimate());
+  void ReadRuns() {
+    const auto parts = source_.OpenParts(cube_.fact_table, plan_.columns);
     const std::string what = "reading " + cube_.fact_table;
-    constexpr uint64_t kReportRows = 1 << 18;
-    while (reader->Next()) {
-      if (keys_->size() == std::numeric_limits<uint32_t>::max()) {
-        throw BadInput(reader->Place(), "a cube holds at most 4294967295 facts");
+    progress_(what, 0);
+    RunInOrder(threads_, [&]() -> Working {
+      const std::shared_ptr<TableReader> part = parts->Next();
+      if (part == nullptr) return {};
+      return [this, &what, part, done = parts->Done()]() -> Taking {
+        const auto run = std::make_shared<FactRun<Key>>(ReadRun<Key>(plan_, hierarchies_, *part));
+        return [this, &what, run, done] {
+          AddRun(std::move(*run));
+          progress_(what, done);
+        };
+      };
+    });
+  }
+
+  void AddRun(FactRun<Key> run) {
+    fact_count_ += run.keys.size();
+    if (fact_count_ > std::numeric_limits<uint32_t>::max()) {
+      throw BadInput("table " + Quoted(cube_.fact_table), "a cube holds at most 4294967295 facts");
+    }
+    for (std::size_t index = 0; index < run.values.size(); ++index) {
+      if (plan_.values[index].aggregator == Aggregator::kDistinctCount) {
+        RenumberDifferent(index, run.values[index]);
       }
-      if (keys_->size() % kReportRows == 0) progress_(what, reader->Done());
-      ReadRow(*reader);
     }
+    runs_.push_back(std::move(run));
   }
 
-  void ReadRow(const TableReader& reader) {
-    const auto fields = reader.Fields();
-    Key key = 0;
-    for (const KeyPlan& plan : key_plans_) key |= Key{LeafOf(plan, reader)} << plan.shift;
-    keys_->push_back(key);
-    for (std::size_t index = 0; index < value_plans_.size(); ++index) {
-      const ValuePlan& plan = value_plans_[index];
-      const Field field = plan.column.empty() ? Field{} : fields[plan.place];
-      if ((*values_)[index].Add(field)) continue;
-      throw BadInput(reader.Place(), Quoted(field.text) + " in column " + Quoted(plan.column) +
-                                         " is no number (a point for decimals, no blanks), or " +
-                                         "one too large");
+  /// Each run numbers the different texts for itself.
+  void RenumberDifferent(std::size_t index, ValueReader& value) {
+    std::vector<uint32_t> numbers;
+    for (const std::string& text : value.TakeDifferent().KeysByNumber()) {
+      const auto known = different_[index].Insert(text, different_count_[index]);
+      numbers.push_back(known ? *known : different_count_[index]++);
     }
+    value.column().Renumber(numbers);
   }
 
-  uint32_t LeafOf(const KeyPlan& plan, const TableReader& reader) {
-    const LoadedHierarchy& hierarchy = hierarchies_[plan.hierarchy];
-    const Field* field = &reader.Fields()[plan.first_column];
-    if (!hierarchy.has_table) {
-      JoinKeys({field, hierarchy.fact_columns.size()}, joined_);
-      return hierarchy.leaves.Find(joined_);
+  std::vector<ValueFormat> Formats() {
+    std::vector<ValueFormat> formats;
+    for (std::size_t index = 0; index < plan_.values.size(); ++index) {
+      std::vector<ValueColumn*> columns;
+      for (FactRun<Key>& run : runs_) columns.push_back(&run.values[index].column());
+      formats.push_back(MakeAlike(columns, threads_));
     }
-    const uint32_t leaf = field->is_null ? KeyMap::kAbsent : hierarchy.leaves.Find(field->text);
-    if (leaf == KeyMap::kAbsent) {
-      throw BadInput(reader.Place(), "the key " + Quoted(field->text) + " in column " +
-                                         Quoted(hierarchy.fact_columns[0]) +
-                                         " is not in the table of dimension " +
-                                         Quoted(hierarchy.members.dimension_name));
-    }
-    return leaf;
+    return formats;
   }
 
-  /// Sorts, and puts rows with equal keys together where that loses nothing.
-  void Arrange() {
-    const auto order = SortKeys(*keys_, key_bits_);
-    const bool join = std::all_of(values_->begin(), values_->end(),
-                                  [](const ValueColumn& column) { return column.CanJoin(); });
-    std::vector<Key>& keys = *keys_;
-    std::vector<uint32_t> starts;
-    std::size_t cells = 0;
-    for (std::size_t row = 0; row < keys.size(); ++row) {
-      if (join && row > 0 && keys[row] == keys[cells - 1]) continue;
-      keys[cells++] = keys[row];
-      starts.push_back(static_cast<uint32_t>(row));
-    }
-    starts.push_back(static_cast<uint32_t>(keys.size()));
-    keys.resize(cells);
-    for (ValueColumn& column : *values_) column.Arrange(order, starts);
-  }
-
-  NewFacts Facts() const {
+  NewFacts FactsOf(const std::shared_ptr<const Ranges>& ranges,
+                   const std::vector<ValueFormat>& formats) const {
     NewFacts facts;
-    facts.rows = keys_->size();
-    facts.value_of_measure = value_of_measure_;
-    for (const KeyPlan& plan : key_plans_) {
-      const Key mask = (Key{1} << plan.bits) - 1;
-      facts.keys.push_back({plan.hierarchy, [keys = keys_, mask, shift = plan.shift](
-                                                uint64_t first, std::span<int64_t> leaves) {
-                              for (int64_t& leaf : leaves) {
-                                leaf = static_cast<int64_t>((*keys)[first++] >> shift & mask);
-                              }
-                            }});
+    facts.rows = ranges->back().first_row + ranges->back().keys.size();
+    facts.value_of_measure = plan_.value_of_measure;
+    for (const FactPlan::KeyPart& part : plan_.keys) {
+      const Key mask = (Key{1} << part.bits) - 1;
+      facts.keys.push_back(
+          {part.hierarchy,
+           InRanges(ranges, [mask, shift = part.shift](const FactRange<Key>& range, uint64_t first,
+                                                       std::span<int64_t> leaves) {
+             for (int64_t& leaf : leaves) {
+               leaf = static_cast<int64_t>(range.keys[first++] >> shift & mask);
+             }
+           })});
     }
-    for (std::size_t index = 0; index < values_->size(); ++index) {
-      facts.values.push_back(ValueSource(index));
+    for (std::size_t index = 0; index < formats.size(); ++index) {
+      const auto values = [index](const auto& range, uint64_t first, std::span<int64_t> out) {
+        range.values[index].Copy(first, out);
+      };
+      const auto validity = [index](const auto& range, uint64_t first, std::span<int64_t> out) {
+        range.values[index].CopyValidity(first, out);
+      };
+      facts.values.push_back(
+          {formats[index], InRanges(ranges, values), InRanges(ranges, validity)});
     }
     return facts;
   }
 
-  NewValueColumn ValueSource(std::size_t index) const {
-    const auto at = [values = values_, index](uint64_t first, std::span<int64_t> out) {
-      for (int64_t& value : out) value = (*values)[index].At(first++);
+  /// `copy` fills a span from rows of one range.
+  template <typename Copy>
+  static ColumnSource InRanges(const std::shared_ptr<const Ranges>& ranges, const Copy& copy) {
+    return [ranges, copy](uint64_t first, std::span<int64_t> out) {
+      auto range = std::upper_bound(ranges->begin(), ranges->end(), first,
+                                    [](uint64_t row, const FactRange<Key>& each) {
+                                      return row < each.first_row;
+                                    }) -
+                   1;
+      for (; !out.empty(); ++range) {
+        const uint64_t skipped = first - range->first_row;
+        const auto count = std::min<uint64_t>(out.size(), range->keys.size() - skipped);
+        copy(*range, skipped, out.first(count));
+        out = out.subspan(count);
+        first += count;
+      }
     };
-    const auto validity = [values = values_, index](uint64_t first, std::span<int64_t> out) {
-      for (int64_t& valid : out) valid = (*values)[index].IsNull(first++) ? 0 : 1;
-    };
-    return {(*values_)[index].Format(), at, validity};
   }
 
   const TableSource& source_;
   const CubeSchema& cube_;
   const std::vector<LoadedHierarchy>& hierarchies_;
+  const FactPlan& plan_;
+  unsigned threads_;
   const Progress& progress_;
-  std::vector<std::string> columns_;
-  std::vector<KeyPlan> key_plans_;
-  std::vector<ValuePlan> value_plans_;
-  std::vector<uint32_t> value_of_measure_;
-  uint32_t key_bits_ = 0;
-  std::shared_ptr<std::vector<Key>> keys_;
-  std::shared_ptr<std::vector<ValueColumn>> values_;
-  std::string joined_;
+  uint64_t fact_count_ = 0;
+  std::vector<FactRun<Key>> runs_;
+  std::vector<KeyMap> different_;  // of each value that is a count of different ones
+  std::vector<uint32_t> different_count_;
 };
-
-uint32_t KeyBits(const std::vector<LoadedHierarchy>& hierarchies) {
-  uint32_t bits = 0;
-  for (const LoadedHierarchy& hierarchy : hierarchies) {
-    bits += static_cast<uint32_t>(std::bit_width(hierarchy.members.LeafCount() - 1));
-  }
-  return bits;
-}
 
 }  // namespace
 
-LoadedHierarchy LoadHierarchy(const TableSource& source, const CubeSchema& cube,
-                              const DimensionSchema& dimension, const HierarchySchema& hierarchy) {
-  LoadedHierarchy loaded;
-  loaded.is_time = dimension.is_time;
-  loaded.has_table = !hierarchy.table.empty();
-  MemberTree tree(hierarchy);
-  std::vector<uint32_t> node_of_row;
-  if (loaded.has_table) {
-    loaded.fact_columns = {dimension.foreign_key};
-    LoadRows(source, hierarchy, tree, loaded.leaves, node_of_row);
-  } else {
-    for (const LevelSchema& level : hierarchy.levels) loaded.fact_columns.push_back(level.column);
-    LoadRowsOfFacts(source, cube.fact_table, tree, loaded.fact_columns, loaded.leaves, node_of_row);
-  }
-  std::vector<uint32_t> leaf_of_node;
-  const std::string table = loaded.has_table ? hierarchy.table : cube.fact_table;
-  loaded.members = tree.Finish(dimension.name, "table " + Quoted(table), leaf_of_node);
-  for (uint32_t& node : node_of_row) node = leaf_of_node[node];
-  loaded.leaves.Finish(node_of_row);
-  return loaded;
-}
-
-std::vector<uint32_t> SortOrder(const std::vector<LoadedHierarchy>& hierarchies) {
-  std::vector<uint32_t> others;
-  std::vector<uint32_t> times;
-  for (uint32_t index = 0; index < hierarchies.size(); ++index) {
-    (hierarchies[index].is_time ? times : others).push_back(index);
-  }
-  const auto fewer = [&](uint32_t a, uint32_t b) {
-    return hierarchies[a].members.LeafCount() < hierarchies[b].members.LeafCount();
-  };
-  std::stable_sort(others.begin(), others.end(), fewer);
-  std::stable_sort(times.begin(), times.end(), fewer);
-  others.insert(others.empty() ? others.end() : others.end() - 1, times.begin(), times.end());
-  return others;
-}
-
 LoadedFacts LoadFacts(const TableSource& source, const CubeSchema& cube,
-                      const std::vector<LoadedHierarchy>& hierarchies, const Progress& progress) {
+                      const std::vector<LoadedHierarchy>& hierarchies, unsigned threads,
+                      const Progress& progress) {
   constexpr uint32_t kWidest = 127;
-  const uint32_t bits = KeyBits(hierarchies);
-  if (bits > kWidest) {
-    throw BadInput("cube " + Quoted(cube.name),
-                   "its hierarchies have too many members together: " + std::to_string(bits) +
-                       " bits a key, at most " + std::to_string(kWidest) + " are possible");
+  const FactPlan plan = PlanFacts(cube, hierarchies);
+  if (plan.key_bits > kWidest) {
+    throw BadInput(
+        "cube " + Quoted(cube.name),
+        "its hierarchies have too many members together: " + std::to_string(plan.key_bits) +
+            " bits a key, at most " + std::to_string(kWidest) + " are possible");
   }
-  if (bits < 64) return Loader<NarrowKey>(source, cube, hierarchies, progress).Load();
-  return Loader<WideKey>(source, cube, hierarchies, progress).Load();
+  if (plan.key_bits < 64) {
+    return Loader<NarrowKey>(source, cube, hierarchies, plan, threads, progress).Load();
+  }
+  return Loader<WideKey>(source, cube, hierarchies, plan, threads, progress).Load();
 }
 
 }  // namespace vok::olap

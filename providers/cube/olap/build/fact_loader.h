@@ -1,11 +1,12 @@
-// Reading a cube's dimensions and facts from their tables.
+// Reading a cube's facts from their table.
 #pragma once
 
+#include <cstdint>
 #include <functional>
 #include <string>
 #include <vector>
 
-#include "providers/cube/olap/build/key_map.h"
+#include "providers/cube/olap/build/hierarchy_loader.h"
 #include "providers/cube/olap/build/schema.h"
 #include "providers/cube/olap/build/table_source.h"
 #include "providers/cube/olap/storage/cube_writer.h"
@@ -14,31 +15,15 @@ namespace vok::olap {
 
 using Progress = std::function<void(const std::string& what, double done)>;
 
-/// One hierarchy and how a fact finds its leaf in it.
-struct LoadedHierarchy {
-  NewHierarchy members;
-  bool is_time = false;
-  /// The fact table's columns whose values are the key of `leaves`: the foreign key, or the levels'
-  /// own columns when the hierarchy has no table.
-  std::vector<std::string> fact_columns;
-  bool has_table = false;
-  KeyMap leaves;
-};
-
-LoadedHierarchy LoadHierarchy(const TableSource& source, const CubeSchema& cube,
-                              const DimensionSchema& dimension, const HierarchySchema& hierarchy);
-
-/// Hierarchies in the order in which facts are to be sorted: those with few leaves first, so that
-/// their slices are long runs; time after them, just before the largest, so that the periods of a
-/// query are runs within each.
-std::vector<uint32_t> SortOrder(const std::vector<LoadedHierarchy>& hierarchies);
-
 struct LoadedFacts {
   uint64_t fact_count = 0;
   NewFacts facts;
 };
 
+/// Parts of the table are read and sorted on `threads` threads, then put together by ranges of
+/// their keys. `progress` is told on the caller's.
 LoadedFacts LoadFacts(const TableSource& source, const CubeSchema& cube,
-                      const std::vector<LoadedHierarchy>& hierarchies, const Progress& progress);
+                      const std::vector<LoadedHierarchy>& hierarchies, unsigned threads,
+                      const Progress& progress);
 
 }  // namespace vok::olap

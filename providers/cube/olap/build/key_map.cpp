@@ -32,6 +32,13 @@ std::optional<uint32_t> KeyMap::Insert(std::string_view key, uint32_t number) {
   return is_new ? std::nullopt : std::optional(place->second);
 }
 
+std::vector<std::string> KeyMap::KeysByNumber() const {
+  std::vector<std::string> keys(integers_.size() + texts_.size());
+  for (const auto& [key, number] : integers_) keys[number] = std::to_string(key);
+  for (const auto& [key, number] : texts_) keys[number] = key;
+  return keys;
+}
+
 void KeyMap::Finish(const std::vector<uint32_t>& numbers) {
   for (auto& [key, number] : integers_) number = numbers[number];
   for (auto& [key, number] : texts_) number = numbers[number];

@@ -17,6 +17,8 @@ class KeyMap {
 
   /// The number that the key already had, if it had one; it keeps it then.
   std::optional<uint32_t> Insert(std::string_view key, uint32_t number);
+  /// The keys of the numbers from 0 on, where these are all that there are.
+  std::vector<std::string> KeysByNumber() const;
   /// Replaces every number n by `numbers[n]` and prepares for fast look-ups.
   void Finish(const std::vector<uint32_t>& numbers);
   uint32_t Find(std::string_view key) const;

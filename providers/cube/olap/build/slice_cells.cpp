@@ -8,6 +8,10 @@
 namespace vok::olap {
 namespace {
 
+bool IsSum(Aggregator aggregator) {
+  return aggregator == Aggregator::kSum || aggregator == Aggregator::kCount;
+}
+
 int64_t Joined(Aggregator aggregator, int64_t a, int64_t b) {
   if (aggregator == Aggregator::kMin) return std::min(a, b);
   if (aggregator == Aggregator::kMax) return std::max(a, b);
@@ -48,10 +52,24 @@ void SliceCells::AddRows(const NewFacts& facts, const std::vector<AggregatedColu
     const NewValueColumn& from = facts.values[columns[index].value_column];
     from.values(first, std::span(values).first(cells.size()));
     if (from.format.has_nulls) from.validity(first, std::span(validity).first(cells.size()));
+    if (IsSum(columns_[index].aggregator)) {
+      AddSums(columns_[index], cells, values.data(), validity.data());
+      continue;
+    }
     for (std::size_t row = 0; row < cells.size(); ++row) {
       if (from.format.has_nulls && validity[row] == 0) continue;
       Add(index, cells[row], values[row], new_cells_[row] != 0);
     }
+  }
+}
+
+/// A cell is 0 before its first fact, as is a value that is NULL.
+void SliceCells::AddSums(Column& column, std::span<const std::size_t> cells, const int64_t* values,
+                         const int64_t* validity) {
+  for (std::size_t row = 0; row < cells.size(); ++row) column.values[cells[row]] += values[row];
+  if (column.validity.empty()) return;
+  for (std::size_t row = 0; row < cells.size(); ++row) {
+    column.validity[cells[row]] |= static_cast<uint8_t>(validity[row]);
   }
 }
 

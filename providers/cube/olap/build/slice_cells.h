@@ -20,6 +20,10 @@ struct AggregatedColumn {
 class SliceCells {
  public:
   static constexpr std::size_t kMostRows = 1024;
+  /// What a cell takes, at most.
+  static constexpr std::size_t CellBytes(std::size_t columns) {
+    return 1 + columns * (sizeof(int64_t) + 1);
+  }
 
   SliceCells(const std::vector<AggregatedColumn>& columns, const NewFacts& facts,
              std::size_t count);
@@ -48,6 +52,8 @@ class SliceCells {
     std::vector<uint8_t> valid_part{};
   };
 
+  static void AddSums(Column& column, std::span<const std::size_t> cells, const int64_t* values,
+                      const int64_t* validity);
   /// `is_new`: no fact was added to the cell before.
   void Add(std::size_t column, std::size_t cell, int64_t value, bool is_new);
 

@@ -2,6 +2,7 @@
 
 #include <array>
 #include <charconv>
+#include <exception>
 #include <utility>
 
 #include "platform/utf8.h"
@@ -88,7 +89,8 @@ std::string SelectText(const std::string& table, const std::vector<std::string>&
   return sql + "NULL FROM " + QuotedName(table);
 }
 
-class SqliteReader : public TableReader {
+/// Not for several threads at once.
+class SqliteReader {
  public:
   SqliteReader(const std::shared_ptr<const Database>& database, const std::string& table,
                const std::vector<std::string>& columns)
@@ -98,22 +100,21 @@ class SqliteReader : public TableReader {
         fields_(columns.size()),
         numbers_(columns.size()) {}
 
-  bool Next() override {
-    if (!statement_.Step()) return false;
+  bool Next() {
+    // A statement that is done, or failed, would begin anew.
+    if (std::exchange(is_done_, true) || !statement_.Step()) return false;
     ++row_;
     for (std::size_t column = 0; column < fields_.size(); ++column) ReadField(column);
+    is_done_ = false;
     return true;
   }
 
-  std::span<const Field> Fields() const override { return fields_; }
-  std::string PlaceOf(uint64_t row) const override {
-    return where_ + ", row " + std::to_string(row);
-  }
-  uint64_t Line() const override { return row_; }
-  double Done() const override {
+  std::span<const Field> Fields() const { return fields_; }
+  std::string PlaceOf(uint64_t row) const { return where_ + ", row " + std::to_string(row); }
+  uint64_t Line() const { return row_; }
+  double Done() const {
     return row_count_ == 0 ? 1 : static_cast<double>(row_) / static_cast<double>(row_count_);
   }
-  uint64_t RowEstimate() const override { return row_count_; }
 
  private:
   static uint64_t CountRows(const std::shared_ptr<const Database>& database,
@@ -139,10 +140,10 @@ class SqliteReader : public TableReader {
         return;
       }
       case SQLITE_BLOB:
-        throw BadInput(Place(), "a field holds bytes, neither a text nor a number");
+        throw BadInput(PlaceOf(row_), "a field holds bytes, neither a text nor a number");
       default:
         field = {statement_.Text(index), false};
-        if (!IsUtf8(field.text)) throw BadInput(Place(), "a field is not valid UTF-8");
+        if (!IsUtf8(field.text)) throw BadInput(PlaceOf(row_), "a field is not valid UTF-8");
     }
   }
 
@@ -150,8 +151,74 @@ class SqliteReader : public TableReader {
   uint64_t row_count_;
   Statement statement_;
   uint64_t row_ = 0;
+  bool is_done_ = false;
   std::vector<Field> fields_;
   std::vector<std::array<char, 32>> numbers_;
+};
+
+/// Rows that own their texts, and what was wrong with the row after them.
+class SqlitePart : public TableReader {
+ public:
+  explicit SqlitePart(std::shared_ptr<SqliteReader> reader) : reader_(std::move(reader)) {
+    first_line_ = reader_->Line() + 1;
+    try {
+      while (rows_ < kRowsOfPart && reader_->Next()) Add();
+    } catch (...) {
+      failure_ = std::current_exception();
+    }
+    const char* text = texts_.data();
+    for (Field& field : fields_) {
+      field.text = {text, field.text.size()};
+      text += field.text.size();
+    }
+  }
+  bool IsEmpty() const { return rows_ == 0 && failure_ == nullptr; }
+
+  bool Next() override {
+    if (taken_ < rows_) return ++taken_ > 0;
+    if (failure_ != nullptr) std::rethrow_exception(failure_);
+    return false;
+  }
+  std::span<const Field> Fields() const override {
+    const std::size_t width = fields_.size() / rows_;
+    return std::span(fields_).subspan((taken_ - 1) * width, width);
+  }
+  std::string PlaceOf(uint64_t row) const override { return reader_->PlaceOf(row); }
+  uint64_t Line() const override { return first_line_ + taken_ - 1; }
+
+ private:
+  static constexpr std::size_t kRowsOfPart = 65536;
+
+  void Add() {
+    ++rows_;
+    for (const Field& field : reader_->Fields()) {
+      texts_.insert(texts_.end(), field.text.begin(), field.text.end());
+      fields_.push_back(field);
+    }
+  }
+
+  std::shared_ptr<SqliteReader> reader_;
+  uint64_t first_line_ = 1;
+  std::size_t rows_ = 0;
+  std::size_t taken_ = 0;
+  std::vector<char> texts_;  // one after the other
+  std::vector<Field> fields_;
+  std::exception_ptr failure_;
+};
+
+class SqliteParts : public TableParts {
+ public:
+  explicit SqliteParts(std::shared_ptr<SqliteReader> reader) : reader_(std::move(reader)) {}
+
+  std::unique_ptr<TableReader> Next() override {
+    auto part = std::make_unique<SqlitePart>(reader_);
+    if (part->IsEmpty()) return nullptr;
+    return part;
+  }
+  double Done() const override { return reader_->Done(); }
+
+ private:
+  std::shared_ptr<SqliteReader> reader_;
 };
 
 class SqliteSource : public TableSource {
@@ -159,8 +226,8 @@ class SqliteSource : public TableSource {
   SqliteSource(const Files& files, const std::string& path)
       : database_(std::make_shared<Database>(files, path)) {}
 
-  std::unique_ptr<TableReader> Open(const std::string& table,
-                                    const std::vector<std::string>& columns) const override {
+  std::unique_ptr<TableParts> OpenParts(const std::string& table,
+                                        const std::vector<std::string>& columns) const override {
     Statement statement(database_, "SELECT name FROM pragma_table_xinfo(?1)");
     statement.Bind(table);
     const auto there = FirstColumn(statement);
@@ -173,7 +240,7 @@ class SqliteSource : public TableSource {
                          ", which the schema names. Tables there: " + Listed(FirstColumn(tables)));
     }
     PlacesOf(columns, there, database_->path() + ", table " + table);
-    return std::make_unique<SqliteReader>(database_, table, columns);
+    return std::make_unique<SqliteParts>(std::make_shared<SqliteReader>(database_, table, columns));
   }
 
   /// The database keeps writers out of a table that is read.

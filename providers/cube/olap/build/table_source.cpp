@@ -1,10 +1,37 @@
 #include "providers/cube/olap/build/table_source.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "platform/text.h"
 
 namespace vok::olap {
+namespace {
+
+class WholeTable : public TableReader {
+ public:
+  explicit WholeTable(std::unique_ptr<TableParts> parts)
+      : parts_(std::move(parts)), part_(parts_->Next()) {}
+
+  bool Next() override {
+    while (part_ != nullptr && !part_->Next()) part_ = parts_->Next();
+    return part_ != nullptr;
+  }
+  std::span<const Field> Fields() const override { return part_->Fields(); }
+  std::string PlaceOf(uint64_t line) const override { return part_->PlaceOf(line); }
+  uint64_t Line() const override { return part_->Line(); }
+
+ private:
+  std::unique_ptr<TableParts> parts_;
+  std::unique_ptr<TableReader> part_;
+};
+
+}  // namespace
+
+std::unique_ptr<TableReader> TableSource::Open(const std::string& table,
+                                               const std::vector<std::string>& columns) const {
+  return std::make_unique<WholeTable>(OpenParts(table, columns));
+}
 
 std::unique_ptr<TableSource> OpenTableSource(const Files& files, const std::string& path) {
   if (files.IsDirectory(path)) return OpenCsvFolder(files, path);

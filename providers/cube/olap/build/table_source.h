@@ -19,8 +19,8 @@ struct Field {
   bool is_null = false;
 };
 
-/// Reads some columns of a table, row by row. Failures name the file, the line (or row) and what is
-/// wrong with it.
+/// Reads some columns of a table, or of a part of one, row by row. Failures name the file, the line
+/// (or row) and what is wrong with it.
 class TableReader {
  public:
   virtual ~TableReader() = default;
@@ -33,18 +33,28 @@ class TableReader {
   /// The current line or row.
   virtual uint64_t Line() const = 0;
   std::string Place() const { return PlaceOf(Line()); }
-  /// How far the reading is, 0 to 1.
+};
+
+/// A table in parts of whole rows, whose number and borders its content alone decides.
+class TableParts {
+ public:
+  virtual ~TableParts() = default;
+  /// The rows after those of the part before, for any thread to read, also after the next call;
+  /// null after the last part. What is wrong with a row is a failure of the part, not of this call.
+  virtual std::unique_ptr<TableReader> Next() = 0;
+  /// How far the parts that were given reach, 0 to 1.
   virtual double Done() const = 0;
-  /// A guess at the number of rows, never far too small.
-  virtual uint64_t RowEstimate() const = 0;
 };
 
 class TableSource {
  public:
   virtual ~TableSource() = default;
   /// Failures: no such table, no such column; both list what there is.
-  virtual std::unique_ptr<TableReader> Open(const std::string& table,
-                                            const std::vector<std::string>& columns) const = 0;
+  virtual std::unique_ptr<TableParts> OpenParts(const std::string& table,
+                                                const std::vector<std::string>& columns) const = 0;
+  /// The same, all rows one after the other.
+  std::unique_ptr<TableReader> Open(const std::string& table,
+                                    const std::vector<std::string>& columns) const;
   /// To be called when all is read. Failure `FileChanged` for a table that is not any more what it
   /// was when it was first opened.
   virtual void CheckUnchanged() const = 0;

@@ -1,72 +1,107 @@
 #include "providers/cube/olap/build/value_column.h"
 
 #include <algorithm>
+#include <atomic>
 #include <bit>
-#include <charconv>
-#include <cmath>
 #include <limits>
 
+#include "platform/in_order.h"
 #include "providers/cube/olap/build/decimal.h"
 #include "providers/cube/olap/storage/exact.h"
 
 namespace vok::olap {
 namespace {
 
-/// `number` * 10^`places`; false when it does not fit.
-bool Shift(int64_t& number, int places) {
-  if (number == 0) return true;
-  if (places >= static_cast<int>(kPowersOfTen.size())) return false;
-  return !__builtin_mul_overflow(number, kPowersOfTen[static_cast<std::size_t>(places)], &number);
+template <typename Value>
+void Gather(std::vector<Value>& values, std::span<const uint32_t> order) {
+  std::vector<Value> gathered(order.size());
+  for (std::size_t row = 0; row < order.size(); ++row) gathered[row] = values[order[row]];
+  values = std::move(gathered);
 }
 
 }  // namespace
 
-bool ValueColumn::Add(const Field& field) {
-  if (aggregator_ == Aggregator::kCount) {
-    values_.Add(field.is_null ? 0 : 1);
-    return true;
+void IntegerColumn::Widen() {
+  wide_.reserve(narrow_.capacity());
+  wide_.assign(narrow_.begin(), narrow_.end());
+  narrow_ = {};
+  is_wide_ = true;
+}
+
+void IntegerColumn::Copy(std::size_t first, std::span<int64_t> values) const {
+  if (is_wide_) {
+    std::copy_n(wide_.begin() + static_cast<std::ptrdiff_t>(first), values.size(), values.begin());
+  } else {
+    std::copy_n(narrow_.begin() + static_cast<std::ptrdiff_t>(first), values.size(),
+                values.begin());
   }
-  if (field.is_null) {
-    AddNull();
-    return true;
+}
+
+void IntegerColumn::Append(const IntegerColumn& other, std::size_t begin, std::size_t end) {
+  if (is_wide_ || other.is_wide_) {
+    for (std::size_t row = begin; row < end; ++row) Add(other.At(row));
+    return;
   }
-  if (aggregator_ == Aggregator::kDistinctCount) {
-    const auto known = different_.Insert(field.text, different_count_);
-    values_.Add(known ? *known : different_count_++);
-  } else if (!AddNumber(field.text)) {
-    return false;
+  narrow_.insert(narrow_.end(), other.narrow_.begin() + static_cast<std::ptrdiff_t>(begin),
+                 other.narrow_.begin() + static_cast<std::ptrdiff_t>(end));
+}
+
+void IntegerColumn::Reorder(std::span<const uint32_t> order) {
+  if (is_wide_) {
+    Gather(wide_, order);
+  } else {
+    Gather(narrow_, order);
   }
-  if (!nulls_.empty()) nulls_.push_back(false);
-  return true;
 }
 
 void ValueColumn::AddNull() {
-  if (nulls_.empty()) {
-    nulls_.reserve(values_.capacity());
-    nulls_.resize(values_.size());
-  }
+  if (nulls_.empty()) nulls_.resize(values_.size());
   nulls_.push_back(true);
   values_.Add(0);
 }
 
-bool ValueColumn::AddNumber(std::string_view text) {
-  const Decimal decimal = ParseDecimal(text);
-  if (decimal.fit == NumberFit::kNone) return false;
-  if (kind_ == NumberKind::kDecimal) {
-    int64_t number = decimal.number;
-    if (decimal.fit == NumberFit::kDecimal && RaiseScale(decimal.scale) &&
-        Shift(number, scale_ - decimal.scale)) {
-      values_.Add(number);
-      return true;
-    }
-    TurnIntoDoubles();
+void ValueColumn::Append(const ValueColumn& other, std::size_t begin, std::size_t end) {
+  kind_ = other.kind_;
+  scale_ = other.scale_;
+  if (HasNulls() || other.HasNulls()) {
+    nulls_.resize(values_.size());
+    for (std::size_t row = begin; row < end; ++row) nulls_.push_back(other.IsNull(row));
   }
-  double value = 0;
-  if (text[0] == '+') text.remove_prefix(1);
-  const auto error = std::from_chars(text.data(), text.data() + text.size(), value).ec;
-  if (error != std::errc()) return false;
-  values_.Add(std::bit_cast<int64_t>(value));
-  return true;
+  values_.Append(other.values_, begin, end);
+}
+
+void ValueColumn::Reorder(std::span<const uint32_t> order) {
+  values_.Reorder(order);
+  if (!nulls_.empty()) Gather(nulls_, order);
+}
+
+void ValueColumn::Join(std::span<const uint32_t> starts, Aggregator aggregator) {
+  ValueColumn joined;
+  joined.kind_ = kind_;
+  joined.scale_ = scale_;
+  joined.Reserve(starts.size() - 1);
+  for (std::size_t cell = 0; cell + 1 < starts.size(); ++cell) {
+    bool is_null = true;
+    int64_t value = 0;
+    for (uint32_t row = starts[cell]; row < starts[cell + 1]; ++row) {
+      if (IsNull(row)) continue;
+      value = is_null ? values_.At(row) : Joined(aggregator, value, values_.At(row));
+      is_null = false;
+    }
+    if (is_null) {
+      joined.AddNull();
+    } else {
+      joined.Add(value);
+    }
+  }
+  *this = std::move(joined);
+}
+
+int64_t ValueColumn::Joined(Aggregator aggregator, int64_t a, int64_t b) const {
+  if (aggregator == Aggregator::kSum || aggregator == Aggregator::kCount) return a + b;
+  const bool less =
+      kind_ == NumberKind::kDouble ? std::bit_cast<double>(a) < std::bit_cast<double>(b) : a < b;
+  return less == (aggregator == Aggregator::kMin) ? a : b;
 }
 
 bool ValueColumn::RaiseScale(uint8_t scale) {
@@ -74,10 +109,10 @@ bool ValueColumn::RaiseScale(uint8_t scale) {
   const int places = scale - scale_;
   for (std::size_t row = 0; row < values_.size(); ++row) {
     int64_t value = values_.At(row);
-    if (!Shift(value, places)) return false;
+    if (!ShiftDecimal(value, places)) return false;
   }
   values_.Replace([places](int64_t value) {
-    Shift(value, places);
+    ShiftDecimal(value, places);
     return value;
   });
   scale_ = scale;
@@ -85,55 +120,59 @@ bool ValueColumn::RaiseScale(uint8_t scale) {
 }
 
 void ValueColumn::TurnIntoDoubles() {
+  if (kind_ == NumberKind::kDouble) return;
   values_.Replace(
       [this](int64_t value) { return std::bit_cast<int64_t>(NearestDouble(value, scale_)); });
   kind_ = NumberKind::kDouble;
   scale_ = 0;
 }
 
-ValueFormat ValueColumn::Format() const {
+void ValueColumn::Renumber(std::span<const uint32_t> numbers) {
+  IntegerColumn renumbered;
+  renumbered.Reserve(size());
+  for (std::size_t row = 0; row < size(); ++row) {
+    renumbered.Add(IsNull(row) ? 0 : numbers[static_cast<std::size_t>(values_.At(row))]);
+  }
+  values_ = std::move(renumbered);
+}
+
+Int128 ValueColumn::Magnitude() const {
   Int128 total = 0;
-  if (kind_ == NumberKind::kDecimal) {
-    for (std::size_t row = 0; row < values_.size(); ++row) {
-      const Int128 value = values_.At(row);
-      total += value < 0 ? -value : value;
-    }
+  for (std::size_t row = 0; row < values_.size(); ++row) {
+    const Int128 value = values_.At(row);
+    total += value < 0 ? -value : value;
   }
-  return {kind_, scale_, total <= std::numeric_limits<int64_t>::max(), !nulls_.empty()};
+  return total;
 }
 
-bool ValueColumn::CanJoin() const {
-  const bool is_extreme = aggregator_ == Aggregator::kMin || aggregator_ == Aggregator::kMax;
-  if (aggregator_ == Aggregator::kDistinctCount) return false;
-  return is_extreme || (kind_ == NumberKind::kDecimal && Format().is_narrow);
+void ValueColumn::CopyValidity(std::size_t first, std::span<int64_t> valid) const {
+  for (int64_t& each : valid) each = IsNull(first++) ? 0 : 1;
 }
 
-int64_t ValueColumn::Joined(int64_t a, int64_t b) const {
-  if (aggregator_ == Aggregator::kSum || aggregator_ == Aggregator::kCount) return a + b;
-  const bool less =
-      kind_ == NumberKind::kDouble ? std::bit_cast<double>(a) < std::bit_cast<double>(b) : a < b;
-  return less == (aggregator_ == Aggregator::kMin) ? a : b;
-}
-
-void ValueColumn::Arrange(const std::vector<uint32_t>& order, const std::vector<uint32_t>& starts) {
-  const std::size_t cells = starts.size() - 1;
-  IntegerColumn values;
-  values.Reserve(cells);
-  std::vector<bool> nulls(nulls_.empty() ? 0 : cells);
-  for (std::size_t cell = 0; cell < cells; ++cell) {
-    bool is_null = true;
-    int64_t value = 0;
-    for (uint32_t place = starts[cell]; place < starts[cell + 1]; ++place) {
-      const uint32_t row = order[place];
-      if (IsNull(row)) continue;
-      value = is_null ? values_.At(row) : Joined(value, values_.At(row));
-      is_null = false;
-    }
-    values.Add(value);
-    if (is_null) nulls[cell] = true;
+ValueFormat MakeAlike(std::span<ValueColumn* const> columns, unsigned threads) {
+  ValueFormat format;
+  bool has_doubles = false;
+  for (const ValueColumn* column : columns) {
+    format.scale = std::max(format.scale, column->scale());
+    format.has_nulls = format.has_nulls || column->HasNulls();
+    has_doubles = has_doubles || column->kind() == NumberKind::kDouble;
   }
-  values_ = std::move(values);
-  nulls_ = std::move(nulls);
+  std::atomic<bool> fits = !has_doubles;
+  InParallel(threads, columns.size(), [&](std::size_t index) {
+    if (fits && !columns[index]->RaiseScale(format.scale)) fits = false;
+  });
+  if (!fits) {
+    InParallel(threads, columns.size(),
+               [&](std::size_t index) { columns[index]->TurnIntoDoubles(); });
+    return {NumberKind::kDouble, 0, true, format.has_nulls};
+  }
+  std::vector<Int128> magnitudes(columns.size());
+  InParallel(threads, columns.size(),
+             [&](std::size_t index) { magnitudes[index] = columns[index]->Magnitude(); });
+  Int128 total = 0;
+  for (const Int128 magnitude : magnitudes) total += magnitude;
+  format.is_narrow = total <= std::numeric_limits<int64_t>::max();
+  return format;
 }
 
 }  // namespace vok::olap

@@ -1,26 +1,25 @@
-// The values of one measure column while the facts are read.
+// The values of one measure column on their way from the tables into the cube file.
 #pragma once
 
 #include <cstddef>
 #include <cstdint>
-#include <string>
-#include <string_view>
+#include <span>
 #include <utility>
 #include <vector>
 
-#include "providers/cube/olap/build/key_map.h"
-#include "providers/cube/olap/build/table_source.h"
 #include "providers/cube/olap/storage/format.h"
 #include "providers/cube/olap/storage/model.h"
+#include "providers/cube/olap/storage/wide_integer.h"
 
 namespace vok::olap {
 
+/// Integers, in 32 bits each while all of them fit.
 class IntegerColumn {
  public:
   void Reserve(std::size_t rows) { narrow_.reserve(rows); }
-  std::size_t capacity() const { return is_wide_ ? wide_.capacity() : narrow_.capacity(); }
   std::size_t size() const { return is_wide_ ? wide_.size() : narrow_.size(); }
   int64_t At(std::size_t row) const { return is_wide_ ? wide_[row] : narrow_[row]; }
+  void Copy(std::size_t first, std::span<int64_t> values) const;
 
   void Add(int64_t value) {
     if (!is_wide_ && static_cast<int32_t>(value) != value) Widen();
@@ -30,64 +29,71 @@ class IntegerColumn {
       narrow_.push_back(static_cast<int32_t>(value));
     }
   }
+  void Append(const IntegerColumn& other, std::size_t begin, std::size_t end);
+  /// Row i of the result is row `order[i]`.
+  void Reorder(std::span<const uint32_t> order);
 
   /// Replaces every value v by `change(v)`.
   template <typename Change>
   void Replace(const Change& change) {
     IntegerColumn changed;
-    changed.Reserve(capacity());
+    changed.Reserve(size());
     for (std::size_t row = 0; row < size(); ++row) changed.Add(change(At(row)));
     *this = std::move(changed);
   }
 
  private:
-  void Widen() {
-    wide_.reserve(narrow_.capacity());
-    wide_.assign(narrow_.begin(), narrow_.end());
-    narrow_ = {};
-    is_wide_ = true;
-  }
+  void Widen();
 
   bool is_wide_ = false;
   std::vector<int32_t> narrow_;
   std::vector<int64_t> wide_;
 };
 
-/// Keeps decimal values as integers of one scale, the largest that came; all of them turn into
-/// doubles when one does not fit. Counts are 1 or 0. For a count of different values each is a
-/// number that stands for the text as it is written.
+/// Decimal values as integers of one scale, or doubles as their bits, with NULLs among them.
 class ValueColumn {
  public:
-  explicit ValueColumn(Aggregator aggregator) : aggregator_(aggregator) {}
+  void Reserve(std::size_t rows) { values_.Reserve(rows); }
+  void Add(int64_t value) {
+    values_.Add(value);
+    if (!nulls_.empty()) nulls_.push_back(false);
+  }
+  void AddNull();
+  /// `other` has the same kind and scale.
+  void Append(const ValueColumn& other, std::size_t begin, std::size_t end);
+  void Reorder(std::span<const uint32_t> order);
+  /// Row i of the result is made of rows `starts[i]` up to `starts[i + 1]`.
+  void Join(std::span<const uint32_t> starts, Aggregator aggregator);
 
-  void Reserve(uint64_t rows) { values_.Reserve(rows); }
-  /// False when the text is not a number, or one that no double holds.
-  bool Add(const Field& field);
-
-  ValueFormat Format() const;
-  /// Joins and reorders: row i of the result is made of rows `order[starts[i]]` up to
-  /// `order[starts[i + 1]]`. Only columns that `CanJoin` are given more than one.
-  void Arrange(const std::vector<uint32_t>& order, const std::vector<uint32_t>& starts);
-  /// Whether joining values loses nothing.
-  bool CanJoin() const;
-
-  int64_t At(uint64_t row) const { return values_.At(row); }
-  bool IsNull(uint64_t row) const { return !nulls_.empty() && nulls_[row]; }
-
- private:
-  bool AddNumber(std::string_view text);
+  /// False, and nothing is changed, when a value would not fit.
   bool RaiseScale(uint8_t scale);
   void TurnIntoDoubles();
-  void AddNull();
-  int64_t Joined(int64_t a, int64_t b) const;
+  /// Replaces every number n by `numbers[n]`.
+  void Renumber(std::span<const uint32_t> numbers);
 
-  Aggregator aggregator_;
+  NumberKind kind() const { return kind_; }
+  uint8_t scale() const { return scale_; }
+  bool HasNulls() const { return !nulls_.empty(); }
+  std::size_t size() const { return values_.size(); }
+  /// What the values without their signs add up to.
+  Int128 Magnitude() const;
+
+  void Copy(std::size_t first, std::span<int64_t> values) const { values_.Copy(first, values); }
+  /// 1 or 0.
+  void CopyValidity(std::size_t first, std::span<int64_t> valid) const;
+
+ private:
+  bool IsNull(std::size_t row) const { return !nulls_.empty() && nulls_[row]; }
+  int64_t Joined(Aggregator aggregator, int64_t a, int64_t b) const;
+
   NumberKind kind_ = NumberKind::kDecimal;
   uint8_t scale_ = 0;
   IntegerColumn values_;
   std::vector<bool> nulls_;  // empty while there is none
-  KeyMap different_;         // only for a count of different values
-  uint32_t different_count_ = 0;
 };
+
+/// Brings the columns, parts of one, to one kind and scale: the largest that there is, or doubles
+/// when a value does not fit that. What is common to them then.
+ValueFormat MakeAlike(std::span<ValueColumn* const> columns, unsigned threads);
 
 }  // namespace vok::olap

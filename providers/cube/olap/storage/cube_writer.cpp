@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "platform/in_order.h"
 #include "providers/cube/olap/storage/blocks.h"
 #include "providers/cube/olap/storage/hierarchy_block.h"
 #include "providers/cube/olap/storage/packed_column.h"
@@ -33,11 +34,26 @@ void PutLevels(ByteWriter& out, const std::vector<Level>& levels) {
   }
 }
 
+struct PackedChunk {
+  PackedChunk(const ColumnSource& source, uint64_t first, uint64_t rows) {
+    std::vector<int64_t> values(std::min<uint64_t>(rows - first, kChunkRows));
+    source(first, values);
+    const auto [low, high] = std::minmax_element(values.begin(), values.end());
+    entry = {*low, *high, kNoBlock, PackedWidth(*low, *high)};
+    if (entry.width > 0) bytes = Pack(values, entry.low, entry.width);
+  }
+
+  ChunkEntry entry;  // its block is not known yet
+  std::string bytes;
+};
+
 }  // namespace
 
-CubeWriter::CubeWriter(Files& files, const std::string& path) : CubeWriter(files.Replace(path)) {}
+CubeWriter::CubeWriter(Files& files, const std::string& path, unsigned threads)
+    : CubeWriter(files.Replace(path), threads) {}
 
-CubeWriter::CubeWriter(std::unique_ptr<FileReplacement> file) : file_(std::move(file)) {
+CubeWriter::CubeWriter(std::unique_ptr<FileReplacement> file, unsigned threads)
+    : file_(std::move(file)), threads_(threads) {
   Write(BytesOf(FileHeader{kFileMagic, kFormatVersion, 0}));
 }
 
@@ -173,15 +189,18 @@ ByteWriter CubeWriter::FactsSection(const NewFacts& facts, uint64_t& value_bytes
 
 std::vector<ChunkEntry> CubeWriter::AddColumn(uint64_t rows, const ColumnSource& source) {
   std::vector<ChunkEntry> chunks;
-  std::vector<int64_t> buffer(std::min<uint64_t>(rows, kChunkRows));
-  for (uint64_t first = 0; first < rows; first += kChunkRows) {
-    const auto values = std::span(buffer).first(std::min<uint64_t>(rows - first, kChunkRows));
-    source(first, values);
-    const auto [low, high] = std::minmax_element(values.begin(), values.end());
-    ChunkEntry chunk{*low, *high, kNoBlock, PackedWidth(*low, *high)};
-    if (chunk.width > 0) chunk.block = AddBlock(Pack(values, chunk.low, chunk.width));
-    chunks.push_back(chunk);
-  }
+  uint64_t next = 0;
+  RunInOrder(threads_, [&]() -> Working {
+    if (next >= rows) return {};
+    const uint64_t first = std::exchange(next, next + kChunkRows);
+    return [this, &source, &chunks, rows, first]() -> Taking {
+      const auto chunk = std::make_shared<const PackedChunk>(source, first, rows);
+      return [this, &chunks, chunk] {
+        chunks.push_back(chunk->entry);
+        if (chunk->entry.width > 0) chunks.back().block = AddBlock(chunk->bytes);
+      };
+    };
+  });
   return chunks;
 }
 

@@ -34,7 +34,7 @@ struct NewHierarchy {
   uint32_t LeafCount() const { return levels.back().members.size(); }
 };
 
-/// Fills the span with a column's values from row `first` on.
+/// Fills the span with a column's values from row `first` on. Several threads may call it at once.
 using ColumnSource = std::function<void(uint64_t first, std::span<int64_t> values)>;
 
 struct NewKeyColumn {
@@ -89,8 +89,9 @@ struct NewCube {
 /// commits; without it nothing has happened to the file. Failures are those of `FileReplacement`.
 class CubeWriter {
  public:
-  CubeWriter(Files& files, const std::string& path);
-  explicit CubeWriter(std::unique_ptr<FileReplacement> file);
+  /// Columns are packed on `threads`.
+  CubeWriter(Files& files, const std::string& path, unsigned threads = 1);
+  explicit CubeWriter(std::unique_ptr<FileReplacement> file, unsigned threads = 1);
 
   /// Returns how many bytes the facts' values take.
   uint64_t Begin(const NewCube& cube, const NewFacts& facts);
@@ -110,6 +111,7 @@ class CubeWriter {
   std::vector<ChunkEntry> AddColumn(uint64_t rows, const ColumnSource& source);
 
   std::unique_ptr<FileReplacement> file_;
+  unsigned threads_;
   uint64_t position_ = 0;
   std::vector<BlockEntry> directory_;
   ByteWriter cubes_;

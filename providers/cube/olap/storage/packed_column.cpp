@@ -46,17 +46,23 @@ uint32_t PackedWidth(int64_t low, int64_t high) {
 }
 
 std::string Pack(std::span<const int64_t> values, int64_t low, uint32_t width) {
+  constexpr uint32_t kWordBits = 64;
   const auto size = static_cast<std::size_t>((uint64_t{values.size()} * width + 7) / 8);
   std::string bytes(size + sizeof(uint64_t), '\0');
-  for (std::size_t index = 0; index < values.size(); ++index) {
-    const uint64_t bit = index * width;
-    const uint64_t packed = static_cast<uint64_t>(values[index]) - static_cast<uint64_t>(low);
-    char* place = bytes.data() + bit / 8;
-    uint64_t word;
-    std::memcpy(&word, place, sizeof(word));
-    word |= packed << (bit % 8);
+  char* place = bytes.data();
+  uint64_t word = 0;
+  uint32_t used = 0;  // bits of the word
+  for (const int64_t value : values) {
+    const uint64_t packed = static_cast<uint64_t>(value) - static_cast<uint64_t>(low);
+    word |= packed << used;
+    used += width;
+    if (used < kWordBits) continue;
     std::memcpy(place, &word, sizeof(word));
+    place += sizeof(word);
+    used -= kWordBits;
+    word = used == 0 ? 0 : packed >> (width - used);
   }
+  std::memcpy(place, &word, sizeof(word));
   bytes.resize(size);
   return bytes;
 }

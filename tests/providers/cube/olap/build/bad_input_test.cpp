@@ -144,8 +144,8 @@ TEST(BadTable, HasNumbersThatAreNone) {
 }
 
 TEST(BadTable, IsRefusedWithItsLine) {
-  std::string many;  // of them some thousands are read ahead
-  for (int i = 0; i < 30000; ++i) many += "61,0,1,1,0,0,1,2\n";
+  std::string many;  // parts of them are read at once
+  for (int i = 0; i < 120000; ++i) many += "61,0,1,1,0,0,1,2\n";
   ExpectRefusals("fact",
                  {
                      {"", "61,0,1,1,0,0,1.00\n", {"fact.csv, line 62", "7 fields", "has 8"}},
@@ -155,8 +155,9 @@ TEST(BadTable, IsRefusedWithItsLine) {
                      {"", "61,00,1,1,0,0,1,2\n", {"line 62", "\"00\""}},
                      {"", "61,,1,1,0,0,1,2\n", {"line 62", "\"\"", "\"date_id\""}},
                      {"", "\n", {"line 62", "1 fields"}},
-                     {"", many + "61,0\n", {"line 30062", "2 fields"}},
-                     {"", "61,0\n" + many, {"line 62", "2 fields"}},
+                     {"", many + "61,0\n", {"line 120062", "2 fields"}},
+                     {"", "61,0\n" + many + "61\n", {"line 62", "2 fields"}},
+                     {"", "6\"1,0\n" + many + "6\"1\n", {"line 62", "quote within"}},
                  });
   ExpectRefusals("dim_qel",
                  {

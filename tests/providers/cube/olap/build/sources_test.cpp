@@ -52,11 +52,48 @@ TEST(CsvTable, IsReadInPiecesThatCutAnything) {
   std::string lines;
   while (lines.size() < (std::size_t{5} << 19)) lines += "a \xC3\xBC,\r\n";
   std::string facts = "id,v\r\n";
-  constexpr int kFacts = 120'000;
+  constexpr int kFacts = 240'000;
   for (int i = 0; i < kFacts; ++i) facts += i % 3 == 0 ? "1,\"0.25\"\r\n" : "2,0.25\r\n";
   const test::BuiltCube built(
       {kSchema, {{"d", "id,name\n1,a\n2,\"" + lines + "\"\n"}, {"fact", facts}}});
   ExpectNamesAndSum(built.file(), {"a", lines}, 0.25 * kFacts);
+}
+
+/// Rows of several parts, whose values become decimals, NULL, doubles and new texts in a late one.
+std::string RowsOfManyParts() {
+  std::string rows = "id,v,w,t\n";
+  for (int i = 0; i < 300'000; ++i) {
+    const bool late = i >= 260'000;
+    rows += std::to_string(i * 7 % 3 + 1) + (late ? ",0.25" : ",2") + (late ? "," : ",1") +
+            (i == 299'999 ? "1e40" : "") + ",t" + std::to_string(late ? i % 9 : i % 4) + "\n";
+  }
+  return rows;
+}
+
+TEST(CsvTable, GivesTheSameCubeHoweverManyThreadsReadIt) {
+  std::string schema = kSchema;
+  schema.insert(schema.find("</Cube>"), R"(<Measure name="W" column="w" aggregator="sum"/>
+    <Measure name="T" column="t" aggregator="distinct-count"/>
+    <Measure name="N" column="w" aggregator="count"/>)");
+  const test::TemporaryFolder folder;
+  std::ofstream(folder.File("schema.xml")) << schema;
+  std::ofstream(folder.File("d.csv")) << "id,name\n3,c\n1,a\n2,b\n";
+  std::ofstream(folder.File("fact.csv"), std::ios::binary) << RowsOfManyParts();
+  test::NativeFiles files;
+  std::vector<std::string> cubes;
+  for (const unsigned threads : {1U, 3U}) {
+    const BuildRequest request{
+        folder.File("schema.xml"), folder.path(), folder.File("out.cub"), {}, threads};
+    BuildCubeFile(files, test::NativeLocale("en_US"), request, {});
+    cubes.push_back(ReadWholeFile(files, request.output_path));
+  }
+  EXPECT_TRUE(cubes[0] == cubes[1]);
+  const auto file = CubeFile::Open(files, folder.File("out.cub"));
+  const auto sums = file->cubes().at(0).facts->Read({{0, 1, 2, 3}, {}, {}});
+  const double expected[] = {530'000, 1e40, 9, 260'001};
+  for (std::size_t measure = 0; measure < 4; ++measure) {
+    EXPECT_EQ(sums[measure].numbers[0], expected[measure]) << measure;
+  }
 }
 
 TEST(CsvTable, IsAFailureWhenItIsChangedWhileItIsRead) {
@@ -141,6 +178,8 @@ TEST_F(SqliteTables, AreReadWithTheirTypes) {
   const auto file = Build(
       "CREATE TABLE d(id INTEGER, name TEXT); INSERT INTO d VALUES (1, 'a'), (2, NULL);"
       "CREATE TABLE f(id INTEGER, v REAL); INSERT INTO f VALUES (1, 0.1), (2, 0.2), (2, NULL);"
+      "WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < 131069) "
+      "INSERT INTO f SELECT 1, 0 FROM n;"  // two parts, to the last row
       "CREATE VIEW fact AS SELECT * FROM f");
   ExpectNamesAndSum(*file, {"a", "#null"}, 0.3);
 }

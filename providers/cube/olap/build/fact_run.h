@@ -1,0 +1,52 @@
+// The facts of one part of the fact table, sorted.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "providers/cube/olap/build/fact_sorter.h"
+#include "providers/cube/olap/build/hierarchy_loader.h"
+#include "providers/cube/olap/build/schema.h"
+#include "providers/cube/olap/build/table_source.h"
+#include "providers/cube/olap/build/value_reader.h"
+
+namespace vok::olap {
+
+/// What is read of the fact table, and what becomes of it.
+struct FactPlan {
+  struct KeyPart {
+    uint32_t hierarchy = 0;
+    uint32_t shift = 0;
+    uint32_t bits = 0;
+    std::size_t first_column = 0;  ///< of those of the hierarchy, among `columns`
+  };
+  struct Value {
+    std::string column;  ///< "" for a count of all facts
+    Aggregator aggregator;
+    std::size_t place = 0;  ///< among `columns`
+  };
+
+  std::vector<std::string> columns;
+  std::vector<KeyPart> keys;  ///< the first to sort by first, in the highest bits
+  uint32_t key_bits = 0;
+  std::vector<Value> values;
+  std::vector<uint32_t> value_of_measure;
+};
+
+FactPlan PlanFacts(const CubeSchema& cube, const std::vector<LoadedHierarchy>& hierarchies);
+
+template <typename Key>
+struct FactRun {
+  std::vector<Key> keys;
+  std::vector<ValueReader> values;  ///< in the order of the plan's
+};
+
+/// All rows of a part, those with equal keys in the order of the part. Several threads may read a
+/// part each.
+template <typename Key>
+FactRun<Key> ReadRun(const FactPlan& plan, const std::vector<LoadedHierarchy>& hierarchies,
+                     TableReader& part);
+
+}  // namespace vok::olap

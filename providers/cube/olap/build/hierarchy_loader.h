@@ -1,0 +1,38 @@
+// Reading a cube's dimensions from their tables.
+#pragma once
+
+#include <cstdint>
+#include <span>
+#include <string>
+#include <vector>
+
+#include "providers/cube/olap/build/key_map.h"
+#include "providers/cube/olap/build/schema.h"
+#include "providers/cube/olap/build/table_source.h"
+#include "providers/cube/olap/storage/cube_writer.h"
+
+namespace vok::olap {
+
+/// One hierarchy and how a fact finds its leaf in it.
+struct LoadedHierarchy {
+  NewHierarchy members;
+  bool is_time = false;
+  /// The fact table's columns whose values are the key of `leaves`: the foreign key, or the levels'
+  /// own columns when the hierarchy has no table.
+  std::vector<std::string> fact_columns;
+  bool has_table = false;
+  KeyMap leaves;
+};
+
+LoadedHierarchy LoadHierarchy(const TableSource& source, const CubeSchema& cube,
+                              const DimensionSchema& dimension, const HierarchySchema& hierarchy);
+
+/// Hierarchies in the order in which facts are to be sorted: those with few leaves first, so that
+/// their slices are long runs; time after them, just before the largest, so that the periods of a
+/// query are runs within each.
+std::vector<uint32_t> SortOrder(const std::vector<LoadedHierarchy>& hierarchies);
+
+/// The key of a fact in a hierarchy without a table: the keys of its levels, told apart by lengths.
+void JoinKeys(std::span<const Field> fields, std::string& key);
+
+}  // namespace vok::olap
