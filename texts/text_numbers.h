@@ -69,11 +69,12 @@ inline constexpr int kDeleteDataSource = 1218;
 inline constexpr int kDeletePeriods = 1219;
 inline constexpr int kRunQuery = 1220;
 inline constexpr int kWorkbook = 1221;
-inline constexpr int kMeasureOfMoneySet = 1222;
 inline constexpr int kChooseCube = 1223;
 inline constexpr int kSourceFrame = 1224;
 inline constexpr int kPeriodsFrame = 1225;
 inline constexpr int kNamePeriods = 1226;
+inline constexpr int kQuantity = 1227;
+inline constexpr int kCopyMeasure = 1228;
 
 // The run of the main query window and what it left.
 inline constexpr int kRunning = 1230;
@@ -113,6 +114,7 @@ inline constexpr int kTipWorkbook = 1287;
 inline constexpr int kTipMeasure = 1288;
 inline constexpr int kTipNamePeriods = 1289;
 inline constexpr int kTipOtherDates = 1290;
+inline constexpr int kTipCopyMeasure = 1291;
 
 // The money-set options window.
 inline constexpr int kMoneySet = 1300;

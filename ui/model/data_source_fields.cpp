@@ -21,7 +21,7 @@ constexpr char kName[] = "comboDataSource";
 constexpr char kObs[] = "CmbObs";
 constexpr char kLineEnd[] = "\r\n";
 constexpr const char* kNeeded[] = {"txtVarnelMDB", "TxtFileName", "txtCubeName", kObs};
-constexpr int kNameWidth = 22;
+constexpr int kNameWidth = 15;
 
 /// What stands between the numbers of a date or time in this country.
 std::string SeparatorIn(const std::string& text) {
@@ -65,9 +65,9 @@ void DataSourceFields::AddTo(Panel panel) {
   panel.Field({0, 1}, kComboBox, kName, "lblDataSource", kNameWidth, text_number::kTipDataSource)
       .Grows = true;
   AddPath(panel, {1, 0}, "lblVarnelMDB", text_number::kHostDatabase, "txtVarnelMDB");
-  panel.Button({1, 2}, "cmdVarnelMDB", text_number::kBrowse);
+  panel.Button({1, 2}, "cmdVarnelMDB", text_number::kBrowse).Label = "lblVarnelMDB";
   AddPath(panel, {2, 0}, "lblActFile", text_number::kActFile, "txtActFile");
-  panel.Button({2, 2}, "cmdActFile", text_number::kBrowse);
+  panel.Button({2, 2}, "cmdActFile", text_number::kBrowse).Label = "lblActFile";
   AddPath(panel, {0, 3}, "lblCubeFile", text_number::kCubeFile, "TxtFileName").Locked = true;
   panel.Button({0, 5}, "cmdCube", text_number::kChooseCube);
   AddPath(panel, {1, 3}, "lblCubeName", text_number::kCubeName, "txtCubeName").Locked = true;
@@ -84,20 +84,54 @@ Control& DataSourceFields::AddPath(Panel& panel, GridCell cell, const char* labe
   return path;
 }
 
-void DataSourceFields::AddMeasureTo(Panel panel, GridCell cell, int row) {
-  Control& measure =
-      panel.Field(cell, ControlType::kTextBox, {"TextMeasure", row}, "lblMeasures", kNameWidth);
-  measure.Locked = measure.Grows = true;
-  measure.Row = std::to_string(row);
-  ++cell.column;
-  panel.Button(cell, {"ComMeasure", row}, text_number::kMeasure, text_number::kTipMeasure).Row =
-      measure.Row;
+void DataSourceFields::AddHeadingsTo(Panel panel, GridCell cell) {
+  for (const auto& [label, text] : {std::pair("lblMoneySet", text_number::kMoneySet),
+                                    std::pair("lblMeasure", text_number::kMeasure),
+                                    std::pair("lblQty", text_number::kQuantity)}) {
+    panel.Label(cell, label, text);
+    ++cell.column;
+  }
+}
+
+void DataSourceFields::AddMoneyTo(Panel panel, GridCell cell, int row) {
+  constexpr int kWidth = 10;
+  const std::string number = std::to_string(row);
+  if (row == 0) {
+    Control& copy = panel.Button({cell.row, cell.column - 1}, "cmdCopyMeasure",
+                                 text_number::kCopyMeasure, text_number::kTipCopyMeasure);
+    copy.Symbol = "↓";
+    copy.Row = number;
+  }
+  for (const auto& [field, label] :
+       {std::pair("TextMoney", "lblMoneySet"), std::pair("TextMeasure", "lblMeasure"),
+        std::pair("TextQty", "lblQty")}) {
+    Control& shown = panel.Field(cell, ControlType::kTextBox, {field, row}, label, kWidth);
+    shown.Locked = shown.Grows = true;
+    shown.Row = number;
+    ++cell.column;
+  }
+  Control& options =
+      panel.Button(cell, {"ComMeasure", row}, text_number::kMeasure, text_number::kTipMeasure);
+  options.Symbol = "…";
+  options.Row = number;
+}
+
+/// Each keeps the money set that it is.
+void DataSourceFields::CopyFirstMeasure() {
+  const MoneySetEntry& first = setting_.MoneySets.front();
+  for (MoneySetEntry& entry : setting_.MoneySets) {
+    entry.Measure = first.Measure;
+    entry.Qty = first.Qty;
+    entry.IsCalculated = first.IsCalculated;
+  }
+  ShowMeasures();
 }
 
 void DataSourceFields::AddRules() {
   using enum FormEvent;
   form_.On(kClicked, "cmdCube", [this](int) { ChooseCube(); });
   form_.On(kClicked, "cmdOptions", [this](int) { EditMoneySets(0); });
+  form_.On(kClicked, "cmdCopyMeasure", [this](int) { CopyFirstMeasure(); });
   form_.On(kClicked, "ComMeasure", [this](int row) { EditMoneySets(row); });
   form_.On(kClicked, "cmdVarnelMDB", [this](int) { PickInto("txtVarnelMDB"); });
   form_.On(kClicked, "cmdActFile", [this](int) { PickInto("txtActFile"); });
@@ -150,7 +184,10 @@ void DataSourceFields::MarkMeasure(int row, bool missing) {
 
 void DataSourceFields::ShowMeasures() {
   for (int row = 0; row < kMoneySetCount; ++row) {
-    form_.SetText({"TextMeasure", row}, setting_.MoneySets[static_cast<std::size_t>(row)].Measure);
+    const MoneySetEntry& entry = setting_.MoneySets[static_cast<std::size_t>(row)];
+    form_.SetText({"TextMoney", row}, entry.MoneySet.IsNull() ? "" : entry.MoneySet.ToText());
+    form_.SetText({"TextMeasure", row}, entry.Measure);
+    form_.SetText({"TextQty", row}, entry.Qty);
     MarkMeasure(row, false);
   }
 }

@@ -2,7 +2,8 @@
 //
 // Controls: `comboDataSource` (its name), `txtVarnelMDB` with `cmdVarnelMDB`, `TxtFileName` and
 // `txtCubeName` with `cmdCube`, `CmbObs`, `txtActFile` with `cmdActFile`, `cmdOptions`; per money
-// set `TextMeasure` (its measure) and `ComMeasure` (opens the options at it), arrays of thirteen.
+// set `TextMoney` (the member that it is), `TextMeasure`, `TextQty` and `ComMeasure` (opens the
+// options at it), arrays of thirteen; `cmdCopyMeasure` gives all of them the measures of the first.
 //
 // The money sets themselves are kept here; the options window edits them.
 #pragma once
@@ -24,8 +25,9 @@ class DataSourceFields {
   DataSourceFields& operator=(const DataSourceFields&) = delete;
 
   void AddTo(Panel panel);
-  /// The measure of money set `row`, in `cell` and the one after it.
-  void AddMeasureTo(Panel panel, GridCell cell, int row);
+  static void AddHeadingsTo(Panel panel, GridCell cell);
+  /// What money set `row` is and measures, in `cell` and the three after it.
+  static void AddMoneyTo(Panel panel, GridCell cell, int row);
 
   /// Shows the stored data source of that name, or of `comboDataSource` for an empty one; an
   /// unknown name changes nothing and is false. Measures that the cube lacks are marked and told in
@@ -58,6 +60,7 @@ class DataSourceFields {
   MeasureChoices SetCmbMeas2();
   void ChooseCube();
   void EditMoneySets(int row);
+  void CopyFirstMeasure();
   void PickInto(const char* field);
 
   const WindowServices& services_;

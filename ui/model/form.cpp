@@ -106,6 +106,7 @@ std::string WithoutAccessMark(const std::string& caption) {
 std::string SpokenName(const Form& form, const Control& control) {
   const bool labelled = !control.Label.empty() && form.Has(control.Label);
   std::string name = WithoutAccessMark(labelled ? form.At(control.Label).Caption : control.Caption);
+  if (labelled && control.Type == kCommandButton) name += " " + WithoutAccessMark(control.Caption);
   return control.Row.empty() ? name : name + " " + control.Row;
 }
 

@@ -12,11 +12,14 @@
 // until the language is applied. `SetProperty` reaches a control as a late-bound caller
 // does: by name, and failing for a name that its type does not have.
 //
-// Layout: a container (the form or a frame) is a grid; each control names its cell. A column is as
-// wide as its widest control needs, and what is left over goes to the columns that hold a control
-// that grows; heights likewise. The order of the controls is the tab order. Failures: 340 for a
-// control or array element that the form does not have, 438 for a property that the control's type
-// does not have.
+// Layout: a container (a region of the form, or a frame) is a grid; each control names its cell. A
+// column is as wide as its widest control needs, and what is left over goes to the columns that
+// hold a control that grows; heights likewise. A window is as large as its controls need and its
+// screen allows, and never leaves the screen. The order of the controls is the tab order, those of
+// the foot last.
+//
+// Failures: 340 for a control or array element that the form does not have, 438 for a property that
+// the control's type does not have.
 #pragma once
 
 #include <deque>
@@ -77,6 +80,15 @@ struct GridCell {
   int rows = 1;
 };
 
+/// Where a control stands that is in no frame.
+enum class Region {
+  kBody,
+  /// Beside the body, with a splitter between them, while the window is wide enough for both; else
+  /// below it. Both scroll together where the window is too small.
+  kBeside,
+  kFoot  ///< at the window's lower edge, always to be seen
+};
+
 /// One bar of a chart.
 struct Bar {
   std::string caption;
@@ -124,19 +136,22 @@ struct Control {
   bool Error = false;          ///< drawn as wrong, in the error back colour
   bool Dimmed = false;         ///< a text that stands for nothing, drawn pale
   std::string Container = {};  ///< name of the frame or menu that it stands in; "": the form
+  vok::Region Region = vok::Region::kBody;  ///< of the form, for a control in no frame
   vok::Font Font = {};
   std::vector<ControlItem> Items = {};
   std::vector<std::vector<std::string>> Rows = {};  ///< list view: texts by row and column
   std::vector<Bar> Bars = {};                       ///< chart
 
   GridCell Cell = {};
-  int Width = 0;           ///< least width in characters of its font; 0: what its caption needs
-  int Height = 1;          ///< least height in lines of its font, of a list, list view or chart
-  bool Grows = false;      ///< takes the width that is left over
-  bool GrowsDown = false;  ///< takes the height that is left over
-  bool AtEnd = false;      ///< as wide as it needs, at the end of its cells, not filling them
-  std::string Label = {};  ///< name of the label that says what it holds and whose key leads to it
-  std::string Row = {};    ///< which of several like rows it stands in, such as "3"
+  int Width = 0;            ///< least width in characters of its font; 0: what its caption needs
+  int Height = 1;           ///< least height in lines of its font, of a list, list view or chart
+  bool Grows = false;       ///< takes the width that is left over
+  bool GrowsDown = false;   ///< takes the height that is left over
+  bool AtEnd = false;       ///< as wide as it needs, at the end of its cells, not filling them
+  bool Dense = false;       ///< a frame whose rows stand close together
+  std::string Symbol = {};  ///< a button's: drawn in place of its caption, which is spoken
+  std::string Label = {};   ///< name of the label that says what it holds and whose key leads to it
+  std::string Row = {};     ///< which of several like rows it stands in, such as "3"
   std::string Shortcut = {};  ///< key of a menu entry from anywhere in the window: "F5", "Ctrl+S"
 
   ControlId Id() const { return {Name, Index}; }
@@ -149,8 +164,8 @@ struct Control {
 
 class Form;
 
-/// What a screen reader calls the control: the caption of its label or its own, without access
-/// marks, and its row. "" where neither says anything.
+/// What a screen reader calls the control: the caption of its label or its own, of a button both,
+/// without access marks, and its row. "" where neither says anything.
 std::string SpokenName(const Form& form, const Control& control);
 
 /// A caption as it is read: "&Run" is "Run", "&&" is "&".
@@ -177,7 +192,8 @@ class Form {
   std::string Caption;
   vok::Font Font;
   bool RightToLeft = false;
-  bool Visible = false;  ///< a modal view ends when a rule makes it false
+  bool Remembered = false;  ///< its size, place and splitter are kept for the person
+  bool Visible = false;     ///< a modal view ends when a rule makes it false
   /// Where a rule wants the focus. A view moves it there after the event and clears this.
   std::optional<ControlId> Focus;
 

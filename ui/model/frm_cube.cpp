@@ -17,6 +17,7 @@ constexpr int kFileWidth = 44;
 
 frmCube::frmCube(const WindowServices& services)
     : services_(services), form_("frmCube", std::to_string(text_number::kCubeWindow)) {
+  form_.Remembered = true;
   Panel window(form_);
   Panel fields = window.Frame({0, 0}, "fraFields");
   form_.At("fraFields").Grows = true;
@@ -27,7 +28,7 @@ frmCube::frmCube(const WindowServices& services)
   fields.Button({0, 2}, "ComCubeFile", text_number::kOpenCubeFile);
   fields.Label({1, 0}, "lblCube", text_number::kCatalogOfWindow);
   fields.Field({1, 1}, ControlType::kComboBox, "ComboCube", "lblCube", kFileWidth).Locked = true;
-  window.OkAndCancel({1, 0});
+  window.OkAndCancel();
   form_.On(FormEvent::kClicked, "ComCubeFile", [this](int) { PickFile(); });
   form_.On(FormEvent::kClicked, "cmdOk", [this](int) { Ok(); });
   form_.On(FormEvent::kClicked, "cmdCancel", [this](int) { form_.Visible = false; });

@@ -59,7 +59,7 @@ void frmLiniarDates::AddControls() {
   row(2, "lblEnd", text_number::kEndDate, {"txtDate", 1}, kDateWidth);
   row(3, "lblP1", text_number::kFirstPeriod, "txtP1", kDateWidth);
   row(4, "lblP2", text_number::kLastPeriod, "txtP2", kDateWidth);
-  window.OkAndCancel({1, 0});
+  window.OkAndCancel();
   form_.SetList("lstInterval",
                 {StringTableText(text_number::kMonth), StringTableText(text_number::kQuarter),
                  StringTableText(text_number::kHalfYear), StringTableText(text_number::kYear)});

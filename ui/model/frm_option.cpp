@@ -8,7 +8,7 @@
 namespace vok {
 namespace {
 
-constexpr int kOptionWidth = 24;
+constexpr int kOptionWidth = 18;
 
 /// The count that the text means: 0 to 13; nothing for any other text.
 std::optional<int16_t> CountIn(const std::string& text) {
@@ -23,6 +23,7 @@ std::optional<int16_t> CountIn(const std::string& text) {
 
 FrmOption::FrmOption(const WindowServices& services, const MeasureChoices& choices)
     : services_(services), form_("FrmOption", std::to_string(text_number::kOptionWindow)) {
+  form_.Remembered = true;
   Panel window(form_);
   Panel rows = window.Frame({0, 0}, "fraRows");
   form_.At("fraRows").Grows = true;
@@ -34,7 +35,7 @@ FrmOption::FrmOption(const WindowServices& services, const MeasureChoices& choic
   Panel count = window.Frame({1, 0}, "fraCount");
   count.Label({0, 0}, "lblCountMoney", text_number::kCountMoney);
   count.Field({0, 1}, ControlType::kTextBox, "txtCountMoney", "lblCountMoney", 4);
-  window.OkAndCancel({2, 0});
+  window.OkAndCancel();
   form_.On(FormEvent::kChanged, "txtCountMoney", [this](int) { CountChanged(); });
   form_.On(FormEvent::kClicked, "cmdOk", [this](int) {
     confirmed_ = true;

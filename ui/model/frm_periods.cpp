@@ -58,6 +58,7 @@ FrmPeriods::FrmPeriods(const Host& host, Publics& publics, Toolkit& toolkit)
                    .load = [this] { return LoadPeriodSet(""); },
                    .save = [this] { return SavePeriods(); },
                    .unnamed = [] { return std::string(kUnnamedPeriods); }}) {
+  form_.Remembered = true;
   AddControls();
   AddMenus();
   AddRules();
@@ -68,7 +69,7 @@ void FrmPeriods::AddControls() {
   Panel source = window.Frame({0, 0}, "fraSource", text_number::kSourceFrame);
   source_.AddTo(source);
   Panel periods = window.Frame({1, 0}, "fraPeriods", text_number::kPeriodsFrame);
-  form_.At("fraPeriods").Grows = true;
+  form_.At("fraPeriods").Grows = form_.At("fraPeriods").Dense = true;
   Panel period_set = AddPeriods(periods);
   Panel workbook = window.Frame({2, 0}, "fraWorkbook");
   workbook.Label({0, 0}, "lblOutput", text_number::kWorkbook);
@@ -76,42 +77,42 @@ void FrmPeriods::AddControls() {
       .Field({0, 1}, ControlType::kTextBox, "txtOutput", "lblOutput", kPathWidth,
              text_number::kTipWorkbook)
       .Grows = true;
-  workbook.Button({0, 2}, "cmdOutput", text_number::kBrowse);
-  Panel buttons = window.Frame({3, 0}, "fraButtons");
+  workbook.Button({0, 2}, "cmdOutput", text_number::kBrowse).Label = "lblOutput";
+  progress_.AddTo(window.Foot(0, "fraProgress"));
+  Panel buttons = window.Foot(1, "fraButtons");
   buttons.Button({0, 0}, "ComSaveSet", text_number::kSave);
   buttons.Button({0, 1}, "cmdHelp", text_number::kHelp);
   Control& run = buttons.Button({0, 2}, "cmdQuery", text_number::kRunQuery);
   run.Default = run.Grows = run.AtEnd = true;
   buttons.Button({0, 3}, "cmdClose", text_number::kClose).Cancel = true;
-  result_.AddTo(window, {0, 1, 1, 4});
-  progress_.AddTo(window, {4, 0, 2});
+  result_.AddTo(window);
   // Last: from a name that was just typed Tab must not lead to its deletion.
-  source.Button({0, 2}, "cmdDeleteSource", text_number::kDeleteDataSource);
-  period_set.Button({0, 2}, "cmdDeletePeriods", text_number::kDeletePeriods);
+  source.Button({0, 2}, "cmdDeleteSource", text_number::kDeleteDataSource).Label = "lblDataSource";
+  period_set.Button({0, 2}, "cmdDeletePeriods", text_number::kDeletePeriods).Label = "lblPeriods";
 }
 
 /// Money set n is measured in period n, so their fields share a row. Money set 0 is in no period.
 Panel FrmPeriods::AddPeriods(Panel panel) {
-  constexpr int kMeasureColumn = 6;
-  constexpr int kColumns = kMeasureColumn + 2;
+  constexpr int kMoneyColumn = 6;
+  constexpr int kColumns = kMoneyColumn + 4;
   Panel chooser = panel.Frame({0, 0, kColumns}, "fraPeriodSet");
   chooser.Label({0, 0}, "lblPeriods", text_number::kPeriodSet);
   chooser
       .Field({0, 1}, ControlType::kComboBox, kPeriods, "lblPeriods", kSetNameWidth,
              text_number::kTipPeriods)
       .Grows = true;
+  chooser.Button({0, 3}, "cmdOptions", text_number::kOptions);
   constexpr int kHeadings = 1;
   dates_.AddHeadingsTo(panel, kHeadings);
-  panel.Label({kHeadings, kMeasureColumn, 2}, "lblMeasures", text_number::kMeasureOfMoneySet);
+  DataSourceFields::AddHeadingsTo(panel, {kHeadings, kMoneyColumn});
   for (int number = 0; number < kMoneySetCount; ++number) {
     const int row = kHeadings + 1 + number;
     panel.Label({row, 0}, {"lblNumber", number}, 0).Caption = std::to_string(number);
     if (number > 0) dates_.AddPeriodTo(panel, row, number - 1);
-    source_.AddMeasureTo(panel, {row, kMeasureColumn}, number);
+    DataSourceFields::AddMoneyTo(panel, {row, kMoneyColumn}, number);
   }
   Panel commands = panel.Frame({kHeadings + 1 + kMoneySetCount, 0, kColumns}, "fraCommands");
   dates_.AddCommandsTo(commands);
-  commands.Button({0, 5}, "cmdOptions", text_number::kOptions);
   return chooser;
 }
 

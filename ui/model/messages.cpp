@@ -56,7 +56,7 @@ std::optional<std::size_t> Ask(const WindowServices& services, const Question& q
   Panel window(form);
   AddRows(window.Frame({0, 0}, "fraRows"), question);
   form.At("fraRows").Grows = true;
-  AddAnswers(window.Frame({1, 0}, "fraButtons"), question.answers);
+  AddAnswers(window.Foot(0, "fraButtons"), question.answers);
   form.On(FormEvent::kClicked, "cmdAnswer", [&](int answer) {
     chosen = static_cast<std::size_t>(answer);
     form.Visible = false;

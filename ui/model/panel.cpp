@@ -44,8 +44,15 @@ Panel Panel::Frame(GridCell cell, const std::string& name, int text) {
   return {form_, name};
 }
 
-void Panel::OkAndCancel(GridCell cell) {
-  Panel buttons = Frame(cell, "fraButtons");
+Panel Panel::Foot(int row, const std::string& name) {
+  Control& foot = Add({row, 0}, ControlType::kFrame, name, 0, 0);
+  foot.Region = Region::kFoot;
+  foot.Grows = true;
+  return {form_, name};
+}
+
+void Panel::OkAndCancel() {
+  Panel buttons = Foot(0, "fraButtons");
   Control& ok = buttons.Button({0, 0}, "cmdOk", text_number::kOk);
   ok.Default = ok.Grows = ok.AtEnd = true;
   buttons.Button({0, 1}, "cmdCancel", text_number::kCancel).Cancel = true;

@@ -22,8 +22,10 @@ class Panel {
   Control& Button(GridCell cell, const ControlId& id, int text, int tip = 0);
   /// A frame, drawn around its controls when it has a text.
   Panel Frame(GridCell cell, const std::string& name, int text = 0);
-  /// `cmdOk` and `cmdCancel` at the end of a row of their own, which Enter and Escape click.
-  void OkAndCancel(GridCell cell);
+  /// A frame of the form's foot, in that row of it.
+  Panel Foot(int row, const std::string& name);
+  /// `cmdOk` and `cmdCancel` at the end of the foot, which Enter and Escape click.
+  void OkAndCancel();
 
  private:
   Panel(Form& form, std::string container) : form_(form), container_(std::move(container)) {}

@@ -17,8 +17,8 @@ constexpr char kName[] = "TextPeriod";
 constexpr char kFrom[] = "txtDate1";
 constexpr char kUntil[] = "txtDate2";
 constexpr char kOpening[] = "CheckItraPticha";
-constexpr int kPeriodNameWidth = 14;
-constexpr int kDateWidth = 11;
+constexpr int kPeriodNameWidth = 12;
+constexpr int kDateWidth = 10;
 
 std::string DayMonthYear(Date date) {
   std::array<char, 40> text{};
@@ -37,7 +37,7 @@ void PeriodDates::AddHeadingsTo(Panel panel, int row) {
   panel.Label({row, 1}, "lblPeriodName", text_number::kPeriodName);
   panel.Label({row, 2}, "lblFromDate", text_number::kFromDate);
   panel.Label({row, 3}, "lblUntilDate", text_number::kUntilDate);
-  panel.Label({row, 4, 2}, "lblItraPticha", text_number::kOpeningBalance);
+  panel.Label({row, 4}, "lblItraPticha", text_number::kOpeningBalance);
 }
 
 void PeriodDates::AddPeriodTo(Panel panel, int grid_row, int row) {
@@ -52,6 +52,7 @@ void PeriodDates::AddPeriodTo(Panel panel, int grid_row, int row) {
   controls[0]->Grows = true;
   controls[3]->Label = "lblItraPticha";
   controls[4]->Enabled = false;
+  controls[4]->Symbol = "↵";
 }
 
 void PeriodDates::AddCommandsTo(Panel panel) {

@@ -72,9 +72,8 @@ QueryProgress::QueryProgress(const WindowServices& services, Form& form)
   form_.On(FormEvent::kClicked, kStop, [this](int) { Stop(); });
 }
 
-void QueryProgress::AddTo(Panel window, GridCell cell) {
+void QueryProgress::AddTo(Panel frame) {
   constexpr int kBarWidth = 20;
-  Panel frame = window.Frame(cell, kProgressFrame);
   form_.At(kProgressFrame).Visible = false;
   frame.Label({0, 0}, kLabel, text_number::kRunning);
   frame.Field({0, 1}, ControlType::kProgressBar, "prgQuery", kLabel, kBarWidth).Grows = true;

@@ -21,7 +21,8 @@ class QueryProgress {
   QueryProgress(const QueryProgress&) = delete;
   QueryProgress& operator=(const QueryProgress&) = delete;
 
-  void AddTo(Panel window, GridCell cell);
+  /// `frame` is `fraProgress`.
+  void AddTo(Panel frame);
 
   /// What `clMe::RunQuery` gives; returns when the query is over. An old workbook stays unless a
   /// whole new one takes its place. Failures are those of

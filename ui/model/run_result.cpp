@@ -84,12 +84,13 @@ RunResult::RunResult(const WindowServices& services, Form& form)
            [this](int) { Open(workbook_.substr(0, workbook_.find_last_of("/\\"))); });
 }
 
-void RunResult::AddTo(Panel window, GridCell cell) {
-  constexpr int kWidth = 50;
+void RunResult::AddTo(Panel window) {
+  constexpr int kWidth = 44;
   constexpr int kColumns = 3;
-  Panel frame = window.Frame(cell, kResultFrame, text_number::kResultFrame);
+  Panel frame = window.Frame({}, kResultFrame, text_number::kResultFrame);
   Control& pane = form_.At(kResultFrame);
   pane.Visible = false;
+  pane.Region = Region::kBeside;
   pane.Grows = pane.GrowsDown = true;
   frame.Label({0, 0, kColumns}, "lblResult", text_number::kWorkbookAt);
   frame.Field({1, 0, kColumns}, ControlType::kTextBox, kPath, "lblResult", kWidth).Locked = true;

@@ -20,7 +20,7 @@ class RunResult {
   RunResult(const RunResult&) = delete;
   RunResult& operator=(const RunResult&) = delete;
 
-  void AddTo(Panel window, GridCell cell);
+  void AddTo(Panel window);
 
   /// Shows what `Publics::last_run` says. A workbook that is not whole could not be removed.
   void Show();

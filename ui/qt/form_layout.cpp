@@ -4,26 +4,46 @@
 
 namespace vok::qt {
 
-FormLayout::FormLayout(QWidget& window) { grids_[""].layout = new QGridLayout(&window); }
+FormLayout::FormLayout(QWidget& window, ScrolledBody& body) {
+  auto* parts = new QVBoxLayout(&window);
+  parts->setContentsMargins({});
+  parts->setSpacing(0);
+  auto* foot = new QWidget(&window);
+  parts->addWidget(&body, 1);
+  parts->addWidget(foot);
+  regions_[Region::kBody].layout = new QGridLayout(&body.body());
+  regions_[Region::kBeside].layout = new QGridLayout(&body.beside());
+  regions_[Region::kFoot].layout = new QGridLayout(foot);
+}
+
+FormLayout::Grid& FormLayout::GridOf(const Control& control) {
+  const auto frame = frames_.find(control.Container);
+  return frame != frames_.end() ? frame->second : regions_.at(control.Region);
+}
 
 void FormLayout::Place(const Control& control, QWidget& widget) {
   const GridCell& cell = control.Cell;
-  const auto found = grids_.find(control.Container);
-  Grid& grid = found != grids_.end() ? found->second : grids_.at("");
+  Grid& grid = GridOf(control);
   grid.layout->addWidget(&widget, cell.row, cell.column, cell.rows, cell.columns,
                          control.AtEnd ? Qt::AlignRight : Qt::Alignment());
   grid.controls.push_back(&control);
   if (control.Type != ControlType::kFrame) return;
-  Grid& inner = grids_[control.Name];
+  Grid& inner = frames_[control.Name];
   inner.layout = new QGridLayout(&widget);
+  constexpr int kBetweenDenseRows = 1;  // pixel
+  if (control.Dense) inner.layout->setVerticalSpacing(kBetweenDenseRows);
   if (control.Caption.empty()) inner.layout->setContentsMargins({});
 }
 
 void FormLayout::Finish() {
-  for (const auto& [name, grid] : grids_) {
-    ShareWidth(grid);
-    ShareHeight(grid);
-  }
+  const auto share = [](const auto& grids) {
+    for (const auto& [name, grid] : grids) {
+      ShareWidth(grid);
+      ShareHeight(grid);
+    }
+  };
+  share(regions_);
+  share(frames_);
 }
 
 /// A control over several columns gives its share to the last of them, unless one of them grows for

@@ -7,12 +7,13 @@
 #include <vector>
 
 #include "ui/model/form.h"
+#include "ui/qt/scrolled_body.h"
 
 namespace vok::qt {
 
 class FormLayout {
  public:
-  explicit FormLayout(QWidget& window);
+  FormLayout(QWidget& window, ScrolledBody& body);
 
   /// Containers are placed before what stands in them.
   void Place(const Control& control, QWidget& widget);
@@ -24,10 +25,12 @@ class FormLayout {
     QGridLayout* layout;
     std::vector<const Control*> controls;
   };
+  Grid& GridOf(const Control& control);
   static void ShareWidth(const Grid& grid);
   static void ShareHeight(const Grid& grid);
 
-  std::map<std::string, Grid> grids_;  ///< by the container's name
+  std::map<Region, Grid> regions_;
+  std::map<std::string, Grid> frames_;  ///< by name
 };
 
 }  // namespace vok::qt

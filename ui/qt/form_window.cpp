@@ -1,11 +1,15 @@
 #include "ui/qt/form_window.h"
 
 #include <QtCore/QScopedValueRollback>
+#include <QtCore/QSettings>
 #include <QtGui/QFocusEvent>
 #include <QtGui/QFontDatabase>
+#include <QtGui/QScreen>
+#include <QtGui/QWindow>
 #include <QtWidgets/QAbstractButton>
 #include <QtWidgets/QComboBox>
 #include <QtWidgets/QLabel>
+#include <QtWidgets/QStyle>
 #include <algorithm>
 
 #include "ui/qt/application.h"
@@ -20,9 +24,15 @@ QString NameOf(const Control& control) {
   return control.Index == kNoIndex ? name : QStringLiteral("%1(%2)").arg(name).arg(control.Index);
 }
 
+/// The person's own, of all host programs.
+QSettings PlacesOfWindows() {
+  return QSettings(QStringLiteral("VokCubeQ17"), QStringLiteral("windows"));
+}
+
 }  // namespace
 
-FormWindow::FormWindow(Form& form, QWidget* owner) : QDialog(owner), form_(form) {
+FormWindow::FormWindow(Form& form, QWidget* owner)
+    : QDialog(owner), form_(form), body_(new ScrolledBody(*this)) {
   setFont(FontOf(form.Font));
   setLayoutDirection(form.RightToLeft ? Qt::RightToLeft : Qt::LeftToRight);
   setWindowModality(Qt::ApplicationModal);
@@ -49,14 +59,25 @@ void FormWindow::AddViews() {
 }
 
 void FormWindow::LayOut() {
-  FormLayout grids(*this);
+  FormLayout grids(*this, *body_);
   for (const Item& item : items_) grids.Place(item.control, item.view->widget());
   grids.Finish();
   if (QMenuBar* bar = menu_.Build(form_, *this, [this](const ControlId& id) { Clicked(id); })) {
     layout()->setMenuBar(bar);
   }
-  for (std::size_t i = 1; i < items_.size(); ++i) {
-    setTabOrder(&items_[i - 1].view->widget(), &items_[i].view->widget());
+  SetTabOrder();
+}
+
+/// In the order of the form, the foot last.
+void FormWindow::SetTabOrder() {
+  QWidget* before = nullptr;
+  for (const bool in_body : {true, false}) {
+    for (const Item& item : items_) {
+      QWidget& widget = item.view->widget();
+      if (body_->isAncestorOf(&widget) != in_body) continue;
+      if (before != nullptr) setTabOrder(before, &widget);
+      before = &widget;
+    }
   }
 }
 
@@ -73,9 +94,12 @@ void FormWindow::Run() {
   form_.Visible = true;
   Refresh();
   if (focusWidget() == nullptr) FocusFirst();
+  Recall();
+  FitScreen();
   show();
   if (form_.Visible) loop_.exec();
   form_.Visible = false;
+  Remember();
   hide();
   if (parentWidget() != nullptr) parentWidget()->activateWindow();  // not every desktop does
   if (failure_ != nullptr) std::rethrow_exception(std::exchange(failure_, nullptr));
@@ -92,6 +116,47 @@ void FormWindow::Draw() {
   setWindowTitle(Text(form_.Caption));
   menu_.Draw();
   for (const Item& item : items_) Draw(item);
+  const bool beside_before = !body_->beside().isHidden();
+  body_->ShowBeside(HasBeside());
+  if (!beside_before && HasBeside() && isVisible()) FitScreen();
+}
+
+bool FormWindow::HasBeside() const {
+  return std::any_of(items_.begin(), items_.end(), [](const Item& item) {
+    return item.control.Region == Region::kBeside && item.control.Visible;
+  });
+}
+
+/// As large as it needs and the screen allows, and wholly on it. The desktop adds a title bar.
+void FormWindow::FitScreen() {
+  if (isMaximized()) return;
+  const int title = style()->pixelMetric(QStyle::PM_TitleBarHeight, nullptr, this);
+  const QMargins frame = isVisible() ? windowHandle()->frameMargins() : QMargins(0, title, 0, 0);
+  const QRect room = screen()->availableGeometry().marginsRemoved(frame);
+  QSize needed = sizeHint();
+  if (needed.height() > room.height()) {
+    needed.rwidth() += style()->pixelMetric(QStyle::PM_ScrollBarExtent, nullptr, this);
+  }
+  QRect place(pos(), size().expandedTo(needed).boundedTo(room.size()));
+  if (!testAttribute(Qt::WA_Moved) && !isVisible()) return resize(place.size());
+  place.moveRight(std::min(place.right(), room.right()));
+  place.moveBottom(std::min(place.bottom(), room.bottom()));
+  place.moveTopLeft({std::max(place.left(), room.left()), std::max(place.top(), room.top())});
+  setGeometry(place);
+}
+
+void FormWindow::Remember() const {
+  if (!form_.Remembered) return;
+  QSettings places = PlacesOfWindows();
+  places.setValue(Text(form_.Name + "/place"), saveGeometry());
+  places.setValue(Text(form_.Name + "/split"), body_->Split());
+}
+
+void FormWindow::Recall() {
+  if (!form_.Remembered) return;
+  const QSettings places = PlacesOfWindows();
+  restoreGeometry(places.value(Text(form_.Name + "/place")).toByteArray());
+  body_->SetSplit(places.value(Text(form_.Name + "/split")).toByteArray());
 }
 
 void FormWindow::Draw(const Item& item) {
@@ -114,6 +179,7 @@ void FormWindow::MoveFocus() {
   const QScopedValueRollback drawing(drawing_, true);
   if (auto* button = qobject_cast<QAbstractButton*>(focusWidget())) button->setDown(false);
   widget->setFocus(Qt::TabFocusReason);  // chooses the text, to be typed anew
+  body_->Reveal(*widget);
 }
 
 void FormWindow::FocusFirst() {
@@ -142,6 +208,7 @@ bool FormWindow::IsPassedOver(QObject* watched, QEvent& wheel) {
 
 bool FormWindow::eventFilter(QObject* watched, QEvent* event) {
   if (event->type() == QEvent::Wheel) return IsPassedOver(watched, *event);
+  if (event->type() == QEvent::FocusIn) body_->Reveal(*static_cast<QWidget*>(watched));
   if (event->type() != QEvent::FocusOut || drawing_) return false;
   const auto reason = static_cast<QFocusEvent*>(event)->reason();
   if (reason == Qt::ActiveWindowFocusReason || reason == Qt::PopupFocusReason ||

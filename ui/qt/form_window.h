@@ -17,6 +17,7 @@
 #include "ui/model/form.h"
 #include "ui/qt/control_view.h"
 #include "ui/qt/form_menu.h"
+#include "ui/qt/scrolled_body.h"
 
 namespace vok::qt {
 
@@ -46,9 +47,14 @@ class FormWindow : public QDialog, private Listener {
 
   void AddViews();
   void LayOut();
+  void SetTabOrder();
   void NameFields();
   void Draw();
   void Draw(const Item& item);
+  bool HasBeside() const;
+  void FitScreen();
+  void Remember() const;
+  void Recall();
   void MoveFocus();
   void FocusFirst();
   static bool IsPassedOver(QObject* watched, QEvent& wheel);
@@ -65,6 +71,7 @@ class FormWindow : public QDialog, private Listener {
   Form& form_;
   std::vector<Item> items_;
   FormMenu menu_;
+  ScrolledBody* body_;
   std::deque<ControlId> left_;
   bool drawing_ = false;
   QEventLoop loop_;

@@ -65,14 +65,15 @@ class Button : public ControlView {
   Button(const Control& control, QPushButton& button, Listener& to)
       : ControlView(button), button_(button) {
     button.setMinimumWidth(TextWidth(control, button));
+    if (!control.Symbol.empty()) button.setFixedWidth(button.fontMetrics().height() * 2);
     // A person who gives up is not held by the field that the mouse would leave.
     if (control.Cancel) button.setFocusPolicy(Qt::TabFocus);
     QObject::connect(&button, &QPushButton::clicked, &button,
                      [&to, id = control.Id()] { to.Clicked(id); });
   }
   void Draw(const Control& control) override {
-    Write<QAbstractButton>(button_, Text(control.Caption), &QAbstractButton::setText,
-                           &QAbstractButton::text);
+    const std::string& drawn = control.Symbol.empty() ? control.Caption : control.Symbol;
+    Write<QAbstractButton>(button_, Text(drawn), &QAbstractButton::setText, &QAbstractButton::text);
     button_.setDefault(control.Default);
   }
 

@@ -40,8 +40,8 @@ class ButtonWidget : public Widget {
  public:
   using Widget::Widget;
   Extent Least(const Metrics& metrics) const override {
-    // The usual width of buttons; one in each of many rows is kept small.
-    const int usual = metrics.Across(control_.Row.empty() ? 50 : 20);
+    if (!control_.Symbol.empty()) return {metrics.Across(16), metrics.Down(13)};
+    const int usual = metrics.Across(50);
     const int caption = metrics.WidthOf(Utf16(control_.Caption)) + metrics.Across(12);
     return {std::max({usual, caption, metrics.Letters(control_.Width)}), metrics.Down(14)};
   }

@@ -21,14 +21,6 @@ struct EmptyTemplate {
   WORD menu = 0, window_class = 0, title = 0;
 };
 
-/// What the screen that the window is on has for windows.
-RECT WorkArea(HWND window) {
-  MONITORINFO screen{};
-  screen.cbSize = sizeof screen;
-  ::GetMonitorInfoW(::MonitorFromWindow(window, MONITOR_DEFAULTTONEAREST), &screen);
-  return screen.rcWork;
-}
-
 }  // namespace
 
 FormWindow::FormWindow(Form& form) : form_(form), error_brush_(::CreateSolidBrush(kErrorBack)) {}
@@ -38,11 +30,15 @@ FormWindow::FormWindow(Form& form, HWND owner) : FormWindow(form) {
   MakeDialog(owner);
   HandleDensityOurselves(window_);
   UseDensity();
-  widgets_.emplace(form_, window_, *metrics_);
+  panel_.emplace(window_, form_.RightToLeft);
+  widgets_.emplace(form_, window_, panel_->window(), *metrics_);
   menu_.emplace(form_, window_, [this](const Control& control) { return widgets_->IdOf(control); });
   WriteControls();
   Measure();
   PlaceOver(owner);
+  if (!form_.Remembered || !RecallPlace(form_.Name, window_, place_)) return;
+  needed_ = {};  // it may need more than it did, in another language
+  Measure();
 }
 
 void FormWindow::MakeDialog(HWND owner) {
@@ -61,13 +57,17 @@ void FormWindow::MakeDialog(HWND owner) {
 }
 
 FormWindow::~FormWindow() {
+  if (window_ != nullptr && form_.Remembered) {
+    place_.maximized = ::IsZoomed(window_) != FALSE;
+    RememberPlace(form_.Name, window_, place_);
+  }
   widgets_.reset();
   if (window_ != nullptr) ::DestroyWindow(window_);
   ::DeleteObject(error_brush_);
 }
 
 void FormWindow::Show() {
-  ::ShowWindow(window_, SW_SHOW);
+  ::ShowWindow(window_, place_.maximized ? SW_SHOWMAXIMIZED : SW_SHOW);
   ::SetForegroundWindow(window_);
   MoveFocus();
   if (focused_ != nullptr) return;
@@ -129,6 +129,15 @@ INT_PTR FormWindow::Handle(UINT message, WPARAM wparam, LPARAM lparam) {
     case WM_DPICHANGED:
       MoveToDensity(*reinterpret_cast<const RECT*>(lparam));
       return FALSE;
+    case WM_MOUSEWHEEL:
+      return panel_ ? ::SendMessageW(panel_->window(), message, wparam, lparam) : FALSE;
+    case kSplit:
+      place_.split = static_cast<int>(wparam);
+      Arrange();
+      return TRUE;
+    case kScrolled:
+      Arrange();
+      return TRUE;
     case WM_NCDESTROY:
       window_ = nullptr;
       return FALSE;
@@ -197,6 +206,7 @@ bool FormWindow::SettleFocus() {
   Widget* const taken = WidgetOf(::GetFocus());
   if (taken == nullptr || taken == focused_ || !IsOpen()) return true;
   Widget* const left = std::exchange(focused_, taken);
+  Reveal(*taken);
   if (left != nullptr) {
     Tell([&] {
       form_.Leave(left->control().Id());
@@ -226,6 +236,16 @@ void FormWindow::MoveFocus() {
   if (widget == nullptr || ::IsWindowEnabled(widget->window()) == FALSE) return;
   focused_ = widget;
   ::SendMessageW(window_, WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(widget->window()), TRUE);
+  Reveal(*widget);
+}
+
+/// What is below the body for want of room comes into sight with its frame.
+void FormWindow::Reveal(const Widget& widget) {
+  const Control* outer = &widget.control();
+  if (panel_->Shows(widget.window())) return;
+  while (!outer->Container.empty()) outer = &form_.At(outer->Container);
+  if (outer->Region == Region::kBeside) panel_->Reveal(widgets_->Of(outer->Id())->window());
+  panel_->Reveal(widget.window());
 }
 
 // ---- what it shows
@@ -291,41 +311,58 @@ LayoutSizes FormWindow::Sizes() const {
   };
   return {.least = least,
           .gap = {metrics_->Across(4), metrics_->Down(3)},
+          .dense_gap = metrics_->Pixels(1),
           .margin = metrics_->Across(7),
           .frame_top = metrics_->Lines(1) + metrics_->Down(3),
           .frame_edge = metrics_->Across(6)};
 }
 
-/// Works out anew what the controls need; a window that has become too small grows.
+/// Works out anew what the controls need; the window grows where they need more than before. One
+/// that the person made smaller stays so.
 void FormWindow::Measure() {
   layout_.emplace(form_, Sizes());
-  // How many lines the menu bar takes depends on the width, and shows only then.
+  const Extent before = needed_;
   bool grown = false;
-  while (Grow()) grown = true;
+  // How many lines the menu bar takes depends on the width, and shows only then.
+  while (Grow(before)) grown = true;
   RECT own{};
   ::GetWindowRect(window_, &own);
-  if (grown) PlaceAmid(own);
+  if (grown) PlaceAmid(window_, own);
   Arrange();
 }
 
-bool FormWindow::Grow() {
+bool FormWindow::Grow(Extent before) {
   RECT now{};
   ::GetWindowRect(window_, &now);
-  const Extent least = WholeSize();
-  const int width = std::max(static_cast<int>(now.right - now.left), least.width);
-  const int height = std::max(static_cast<int>(now.bottom - now.top), least.height);
+  needed_ = WholeSize();
+  const auto grown = [](LONG is, int needed, int was) {
+    return needed > was ? std::max(static_cast<int>(is), needed) : static_cast<int>(is);
+  };
+  const int width = grown(now.right - now.left, needed_.width, before.width);
+  const int height = grown(now.bottom - now.top, needed_.height, before.height);
   ::SetWindowPos(window_, nullptr, 0, 0, width, height, SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
-  RECT grown{};
-  ::GetWindowRect(window_, &grown);
-  return grown.right - grown.left > now.right - now.left ||
-         grown.bottom - grown.top > now.bottom - now.top;
+  RECT after{};
+  ::GetWindowRect(window_, &after);
+  return after.right - after.left > now.right - now.left ||
+         after.bottom - after.top > now.bottom - now.top;
 }
 
 void FormWindow::Arrange() {
   if (!layout_) return;
   RECT client{};
   ::GetClientRect(window_, &client);
-  widgets_->Arrange(layout_->Arrange({client.right, client.bottom}));
+  const int foot = layout_->FootHeight();
+  panel_->Place({0, 0, client.right, std::max(0, static_cast<int>(client.bottom) - foot)},
+                [this](int width) { return layout_->LeastPage(width); });
+  const Extent page = panel_->page(), offset = panel_->offset();
+  panel_->SetSplitter(layout_->Splitter(page, place_.split));
+  FormLayout::Places places = layout_->ArrangePage(page, place_.split);
+  for (auto& [control, place] : places) {
+    place.left -= offset.width;
+    place.top -= offset.height;
+  }
+  places.merge(layout_->ArrangeFoot({client.right, client.bottom}));
+  widgets_->Arrange(places);
   ::RedrawWindow(window_, nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_ALLCHILDREN);
 }
 
@@ -343,35 +380,26 @@ Extent FormWindow::WholeSize() const {
   const RECT work = WorkArea(window_);
   const Extent edges = Edges();
   const Extent least = layout_->Least();
-  return {std::min(least.width + edges.width, static_cast<int>(work.right - work.left)),
-          std::min(least.height + edges.height, static_cast<int>(work.bottom - work.top))};
+  const int height = static_cast<int>(work.bottom - work.top);
+  const bool scrolls = least.height + edges.height > height;
+  const int width = least.width + (scrolls ? ::GetSystemMetrics(SM_CXVSCROLL) : 0) + edges.width;
+  return {std::min(width, static_cast<int>(work.right - work.left)),
+          std::min(least.height + edges.height, height)};
 }
 
 void FormWindow::Limit(MINMAXINFO& limits) const {
   if (!layout_) return;
-  const Extent least = WholeSize();
-  limits.ptMinTrackSize = {least.width, least.height};
+  constexpr int kLetters = 40, kLines = 8;
+  const Extent whole = WholeSize();
+  limits.ptMinTrackSize = {std::min(whole.width, metrics_->Letters(kLetters)),
+                           std::min(whole.height, metrics_->Lines(kLines) + layout_->FootHeight())};
 }
 
 /// Amid its owner, or the screen.
 void FormWindow::PlaceOver(HWND owner) {
   RECT amid = WorkArea(owner == nullptr ? window_ : owner);
   if (owner != nullptr && ::IsIconic(owner) == FALSE) ::GetWindowRect(owner, &amid);
-  PlaceAmid(amid);
-}
-
-/// As far as it then is wholly on the screen.
-void FormWindow::PlaceAmid(const RECT& amid) {
-  const RECT work = WorkArea(window_);
-  RECT own{};
-  ::GetWindowRect(window_, &own);
-  const auto inside = [](LONG middle, LONG size, LONG begin, LONG end) {
-    return static_cast<int>(std::max(begin, std::min(middle - size / 2, end - size)));
-  };
-  ::SetWindowPos(window_, nullptr,
-                 inside((amid.left + amid.right) / 2, own.right - own.left, work.left, work.right),
-                 inside((amid.top + amid.bottom) / 2, own.bottom - own.top, work.top, work.bottom),
-                 0, 0, SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
+  PlaceAmid(window_, amid);
 }
 
 }  // namespace vok::windows

@@ -15,7 +15,9 @@
 #include "ui/win32/form_layout.h"
 #include "ui/win32/form_menu.h"
 #include "ui/win32/metrics.h"
+#include "ui/win32/scroll_panel.h"
 #include "ui/win32/widget_set.h"
+#include "ui/win32/window_place.h"
 
 namespace vok::windows {
 
@@ -55,6 +57,7 @@ class FormWindow {
   bool SettleFocus();
   bool LeaveField();
   void MoveFocus();
+  void Reveal(const Widget& widget);
 
   Widget* WidgetOf(HWND part) const;
   void WriteControls();
@@ -63,20 +66,22 @@ class FormWindow {
   void MoveToDensity(const RECT& place);
   LayoutSizes Sizes() const;
   void Measure();
-  bool Grow();
+  bool Grow(Extent before);
   void Arrange();
   Extent Edges() const;
   Extent WholeSize() const;
   void PlaceOver(HWND owner);
-  void PlaceAmid(const RECT& amid);
   void Limit(MINMAXINFO& limits) const;
 
   Form& form_;
   HWND window_ = nullptr;
   std::unique_ptr<Metrics> metrics_;
+  std::optional<ScrollPanel> panel_;
   std::optional<WidgetSet> widgets_;
   std::optional<FormLayout> layout_;
   std::optional<FormMenu> menu_;
+  Extent needed_;  ///< of the whole window
+  RememberedPlace place_;
   std::string caption_;
   Widget* focused_ = nullptr;  ///< where the form knows the focus to be
   bool writing_ = false;

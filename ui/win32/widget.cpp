@@ -35,10 +35,6 @@ void Widget::SetMetrics(const Metrics& metrics) {
 
 void Widget::SetState(bool shown, bool enabled) {
   const bool acts = shown && enabled;
-  const HWND focus = ::GetFocus();
-  const bool focused = focus == window_ || ::IsChild(window_, focus) != FALSE;
-  // Otherwise the keyboard would be lost with it.
-  if (focused && !acts) ::SendMessageW(::GetParent(window_), WM_NEXTDLGCTL, 0, FALSE);
   if (acts != (::IsWindowEnabled(window_) != FALSE)) ::EnableWindow(window_, acts);
   if (shown != shown_) ::ShowWindow(window_, shown ? SW_SHOWNA : SW_HIDE);
   shown_ = shown;
@@ -51,8 +47,9 @@ bool Widget::Refresh() {
     dimmed_ = control_.Dimmed;
     ::InvalidateRect(window_, nullptr, TRUE);
   }
-  if (caption_ == control_.Caption) return false;
-  caption_ = control_.Caption;
+  const std::string& drawn = control_.Symbol.empty() ? control_.Caption : control_.Symbol;
+  if (caption_ == drawn) return false;
+  caption_ = drawn;
   ::SetWindowTextW(window_, Utf16(caption_).c_str());
   return true;
 }

@@ -2,14 +2,20 @@
 
 #include <set>
 
-#include "ui/win32/form_layout.h"
-
 namespace vok::windows {
 
 using enum ControlType;
 
-WidgetSet::WidgetSet(Form& form, HWND dialog, const Metrics& metrics)
-    : form_(form), dialog_(dialog), widgets_(form.Controls().size()), tips_(dialog) {
+namespace {
+
+bool IsTabStop(const Widget& widget) {
+  return (::GetWindowLongPtrW(widget.window(), GWL_STYLE) & WS_TABSTOP) != 0;
+}
+
+}  // namespace
+
+WidgetSet::WidgetSet(Form& form, HWND dialog, HWND panel, const Metrics& metrics)
+    : form_(form), dialog_(dialog), panel_(panel), widgets_(form.Controls().size()), tips_(dialog) {
   MakeAll(metrics);
 }
 
@@ -36,7 +42,8 @@ void WidgetSet::Make(std::size_t position, const Metrics& metrics) {
   if (control.Type == kMenu) return;
   const int id = kFirstControlId + static_cast<int>(position);
   auto widget = MakeWidget(control);
-  widget->Create(dialog_, id, metrics);
+  const bool in_foot = RegionOf(form_, control) == Region::kFoot;
+  widget->Create(in_foot ? dialog_ : panel_, id, metrics);
   ::SetWindowPos(widget->window(), HWND_BOTTOM, 0, 0, 0, 0,
                  SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
   if (control.Default) ::SendMessageW(dialog_, DM_SETDEFID, static_cast<WPARAM>(id), 0);
@@ -49,13 +56,42 @@ void WidgetSet::SetMetrics(const Metrics& metrics) {
   }
 }
 
+/// The keyboard would be lost with a control that nothing can be done with any more. The system's
+/// own search for the next one never ends where there is none.
+void WidgetSet::KeepFocus() const {
+  const Widget* focused = Of(::GetFocus());
+  if (focused == nullptr || Acts(focused->control())) return;
+  for (const auto& widget : widgets_) {
+    if (widget == nullptr || !Acts(widget->control()) || !IsTabStop(*widget)) continue;
+    ::SetFocus(widget->window());
+    return;
+  }
+  ::SetFocus(dialog_);
+}
+
+/// What can be used from now on comes first, for the focus to go there.
+bool WidgetSet::RefreshStates() {
+  bool other_room = false, panel_acts = false;
+  for (const bool acts : {true, false}) {
+    for (const auto& widget : widgets_) {
+      if (widget == nullptr || Acts(widget->control()) != acts) continue;
+      const bool shown = IsShown(form_, widget->control());
+      other_room |= shown != widget->IsShown();
+      widget->SetState(shown, widget->control().Enabled);
+      panel_acts |= acts && IsTabStop(*widget) && ::GetParent(widget->window()) == panel_;
+    }
+    if (!acts) continue;
+    if (panel_acts) ::EnableWindow(panel_, TRUE);
+    KeepFocus();
+  }
+  if (!panel_acts) ::EnableWindow(panel_, FALSE);
+  return other_room;
+}
+
 bool WidgetSet::Refresh() {
-  bool other_room = false;
+  bool other_room = RefreshStates();
   for (const auto& widget : widgets_) {
     if (widget == nullptr) continue;
-    const bool shown = IsShown(form_, widget->control());
-    other_room |= shown != widget->IsShown();
-    widget->SetState(shown, widget->control().Enabled);
     other_room |= widget->Refresh();
     tips_.Refresh(*widget);
     names_.Refresh(form_, *widget);
@@ -97,8 +133,8 @@ Widget* WidgetSet::With(int id) const {
 }
 
 Widget* WidgetSet::Of(HWND part) const {
-  if (::IsChild(dialog_, part) == FALSE) return nullptr;
-  while (::GetParent(part) != dialog_) part = ::GetParent(part);
+  if (::IsChild(dialog_, part) == FALSE || part == panel_) return nullptr;
+  while (::GetParent(part) != dialog_ && ::GetParent(part) != panel_) part = ::GetParent(part);
   return With(::GetDlgCtrlID(part));
 }
 

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "ui/model/form.h"
+#include "ui/win32/form_layout.h"
 #include "ui/win32/metrics.h"
 #include "ui/win32/tooltips.h"
 #include "ui/win32/widget.h"
@@ -21,8 +22,9 @@ inline constexpr int kFirstControlId = 100;
 
 class WidgetSet {
  public:
-  /// Makes the windows of all controls but menus.
-  WidgetSet(Form& form, HWND dialog, const Metrics& metrics);
+  /// Makes the windows of all controls but menus, those of the foot in `dialog`, the others in its
+  /// part `panel`.
+  WidgetSet(Form& form, HWND dialog, HWND panel, const Metrics& metrics);
   WidgetSet(const WidgetSet&) = delete;
   WidgetSet& operator=(const WidgetSet&) = delete;
 
@@ -42,11 +44,15 @@ class WidgetSet {
   Widget* Of(const ControlId& id) const;
 
  private:
+  bool Acts(const Control& control) const { return control.Enabled && IsShown(form_, control); }
+  void KeepFocus() const;
+  bool RefreshStates();
   void Make(std::size_t position, const Metrics& metrics);
   void MakeAll(const Metrics& metrics);
 
   Form& form_;
   HWND dialog_;
+  HWND panel_;
   std::vector<std::unique_ptr<Widget>> widgets_;  ///< by the position of their controls
   std::map<const Control*, Area> places_;         ///< where they stand
   ToolTips tips_;

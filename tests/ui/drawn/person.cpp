@@ -18,6 +18,8 @@ std::pair<std::string, std::string> FirstWord(const std::string& text) {
 void TakePicture(const std::string& name) {
   const char* const folder = std::getenv("VOKCUBE_SCREENSHOTS");
   if (folder != nullptr) front::Shoot(std::string(folder) + "/" + name + ".png");
+  const std::string misfits = front::Misfits();
+  if (!misfits.empty()) GiveUp("shot " + name + ": cannot be seen: " + misfits);
 }
 
 }  // namespace

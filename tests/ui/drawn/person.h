@@ -5,10 +5,11 @@
 // front by then, as soon as that takes keys; what is to be seen is waited for:
 //
 //   press Ctrl+S | Tab | …    type TEXT      click CONTROL     close: by the window's own button
-//   see CONTROL TEXT          text of a field, label, button or box; a check box is 0, 1, or 2 for
-//   grayed focus CONTROL             has the focus await CONTROL             is to be seen front
-//   TITLE               how the title of the window in front, or the text of a box, begins shot
-//   NAME                 a picture in the folder $VOKCUBE_SCREENSHOTS, where it is set
+//   see CONTROL TEXT    text of a field, label, button or box; a check box is 0, 1, or 2 for grayed
+//   focus CONTROL       has the focus          await CONTROL       is to be seen
+//   front TITLE         how the title of the window in front, or the text of a box, begins
+//   shot NAME           all of the window can be seen or scrolled to; a picture in the folder
+//                       $VOKCUBE_SCREENSHOTS, where it is set
 //
 // A control is named as in the form: "txtDate1(0)". A step that cannot be made, or a window that
 // stays open after the last, ends the program with a word about it.
@@ -60,6 +61,9 @@ void Press(const std::string& keys);
 void Type(const std::string& text);
 void Click(const std::string& control);
 void Close();
+/// What of the window in front cannot be seen: texts that are longer than their boxes, and what
+/// leaves its container or the screen. "" when all can.
+std::string Misfits();
 /// Into the file without regard to the environment.
 void Shoot(const std::string& file);
 

@@ -71,7 +71,9 @@ void SampleForm::AddLists() {
 
 void SampleForm::AddButtons() {
   const char* const b = "buttons";
-  Put(b, kFrame, "", "", {4, 0});
+  Control& foot = Put(b, kFrame, "", "");
+  foot.Region = Region::kFoot;
+  foot.Grows = true;
   Put("child", kCommandButton, "&Child...", b);
   Control& ok = Put("ok", kCommandButton, "OK", b, {0, 1});
   ok.Default = ok.Grows = ok.AtEnd = true;

@@ -4,6 +4,7 @@
 #include <QtCore/QScopedValueRollback>
 #include <QtCore/QThread>
 #include <QtCore/QTimer>
+#include <QtGui/QScreen>
 #include <QtGui/QWindow>
 #include <QtTest/QTest>
 #include <QtWidgets/QAbstractButton>
@@ -14,10 +15,14 @@
 #include <QtWidgets/QLineEdit>
 #include <QtWidgets/QMessageBox>
 #include <QtWidgets/QPushButton>
+#include <QtWidgets/QScrollArea>
+#include <QtWidgets/QScrollBar>
 #include <cstdlib>
 #include <exception>
+#include <fstream>
 
 #include "drawn_desktop.h"
+#include "tests/support/temporary_folder.h"
 
 /// What these keep for the life of the process.
 extern "C" const char* __lsan_default_suppressions();
@@ -28,8 +33,19 @@ extern "C" const char* __lsan_default_suppressions() {
 namespace vok::test {
 namespace {
 
-/// No display is needed, unless the environment asks for a real one.
-[[maybe_unused]] const bool offscreen = setenv("QT_QPA_PLATFORM", "offscreen", 0) == 0;
+/// What the windows remember of their places goes with the tests. No display is needed, unless the
+/// environment asks for a real one: it is that of a small laptop.
+struct Screen {
+  Screen() {
+    const std::string file = folder.File("screen.json");
+    std::ofstream(file) << R"({"screens": [{"name": "small", "x": 0, "y": 0, "width": 1366,
+        "height": 768, "logicalDpi": 96, "logicalBaseDpi": 96, "dpr": 1}]})";
+    setenv("QT_QPA_PLATFORM", ("offscreen:configfile=" + file).c_str(), 0);
+    setenv("XDG_CONFIG_HOME", folder.path().c_str(), 1);
+  }
+  TemporaryFolder folder;
+};
+const Screen screen;
 
 constexpr int kAfterAllEvents = 1;  // millisecond
 constexpr int kPatience = 30'000;
@@ -108,11 +124,54 @@ void Click(const std::string& control) {
   const int from_start = box ? kInMark : widget->width() / 2;
   const QPoint place(widget->isRightToLeft() ? widget->width() - from_start : from_start,
                      widget->height() / 2);
+  for (QWidget* area = widget->parentWidget(); area != nullptr; area = area->parentWidget()) {
+    if (auto* body = qobject_cast<QScrollArea*>(area)) body->ensureWidgetVisible(widget);
+  }
   QWidget* window = widget->window();
   QTest::mouseClick(window->windowHandle(), Qt::LeftButton, {}, widget->mapTo(window, place));
 }
 
 void Close() { FrontWindow()->close(); }
+
+namespace {
+
+bool HoldsItsText(const QWidget& widget) {
+  if (const auto* label = qobject_cast<const QLabel*>(&widget); label && label->wordWrap()) {
+    return label->heightForWidth(label->width()) <= label->height();
+  }
+  const auto* button = qobject_cast<const QAbstractButton*>(&widget);
+  if (button == nullptr && qobject_cast<const QLabel*>(&widget) == nullptr) return true;
+  const QString text = button != nullptr ? button->text() : QString();
+  const int around = qobject_cast<const QCheckBox*>(button) != nullptr
+                         ? widget.sizeHint().width() - widget.fontMetrics().horizontalAdvance(text)
+                         : 0;
+  const int needed = button != nullptr
+                         ? widget.fontMetrics().size(Qt::TextShowMnemonic, text).width() + around
+                         : widget.sizeHint().width();
+  return needed <= widget.width() && widget.fontMetrics().height() <= widget.height();
+}
+
+}  // namespace
+
+std::string Misfits() {
+  const QWidget* window = FrontWindow();
+  QStringList misfits;
+  if (!window->screen()->availableGeometry().contains(window->frameGeometry())) {
+    misfits.append(QStringLiteral("the window"));
+  }
+  for (const QWidget* widget : window->findChildren<QWidget*>()) {
+    const bool named = !widget->objectName().isEmpty() && !widget->objectName().startsWith(u"qt_");
+    if (!named || !widget->isVisible()) continue;
+    const QWidget& around = *widget->parentWidget();
+    if (!HoldsItsText(*widget) || !around.rect().contains(widget->geometry())) {
+      misfits.append(widget->objectName());
+    }
+  }
+  for (const auto* area : window->findChildren<QScrollArea*>()) {
+    if (area->horizontalScrollBar()->maximum() > 0) misfits.append(QStringLiteral("to the side"));
+  }
+  return misfits.join(QStringLiteral(", ")).toStdString();
+}
 
 void Shoot(const std::string& file) { FrontWindow()->grab().save(Qt16(file)); }
 

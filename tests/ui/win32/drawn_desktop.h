@@ -13,6 +13,12 @@ struct KnownForm {
   ~KnownForm();
 };
 
+/// The window of the form's control of that number.
+inline HWND PartOf(HWND dialog, int id) {
+  const HWND in_foot = ::GetDlgItem(dialog, id);
+  return in_foot != nullptr ? in_foot : ::GetDlgItem(::GetDlgItem(dialog, windows::kPanelId), id);
+}
+
 class DrawnDesktop : public windows::WindowsDesktop {
  public:
   void ShowModal(Form& form) override {

@@ -54,7 +54,7 @@ std::optional<std::vector<Part>> PartsInFront() {
   std::vector<Part> parts;
   int id = windows::kFirstControlId;
   for (const auto& [name, type] : last.controls) {
-    parts.push_back({name, type, ::GetDlgItem(front, id++)});
+    parts.push_back({name, type, PartOf(front, id++)});
   }
   return parts;
 }
@@ -163,9 +163,19 @@ void Type(const std::string& text) {
   }
 }
 
+/// What is out of sight is scrolled to before.
 void Click(const std::string& control) {
-  RECT place{};
-  ::GetWindowRect(PartCalled(control).window, &place);
+  RECT place{}, seen{};
+  const HWND part = PartCalled(control).window;
+  const HWND panel = ::GetParent(part);
+  ::GetWindowRect(panel, &seen);
+  ::SendMessageW(panel, WM_VSCROLL, SB_TOP, 0);
+  for (::GetWindowRect(part, &place); place.bottom > seen.bottom; ::GetWindowRect(part, &place)) {
+    const LONG before = place.bottom;
+    ::SendMessageW(panel, WM_VSCROLL, SB_LINEDOWN, 0);
+    ::GetWindowRect(part, &place);
+    if (place.bottom == before) break;
+  }
   ::SetCursorPos((place.left + place.right) / 2, (place.top + place.bottom) / 2);
   ::Sleep(kHandAtRest);
   for (const DWORD flags : {DWORD{MOUSEEVENTF_LEFTDOWN}, DWORD{MOUSEEVENTF_LEFTUP}}) {
@@ -177,6 +187,53 @@ void Click(const std::string& control) {
 }
 
 void Close() { Press("Alt+F4"); }
+
+namespace {
+
+/// What a caption needs besides its text, at least.
+int AroundText(ControlType type) {
+  constexpr int kBoxOfCheckBox = 16, kEdgesOfButton = 6;
+  return type == ControlType::kCheckBox        ? kBoxOfCheckBox
+         : type == ControlType::kCommandButton ? kEdgesOfButton
+                                               : 0;
+}
+
+bool HoldsItsText(const Part& part) {
+  const bool captioned = part.type == ControlType::kLabel || part.type == ControlType::kCheckBox ||
+                         part.type == ControlType::kCommandButton;
+  if (!captioned) return true;
+  const HDC canvas = ::GetDC(part.window);
+  ::SelectObject(canvas, reinterpret_cast<HFONT>(::SendMessageW(part.window, WM_GETFONT, 0, 0)));
+  RECT text{}, room{};
+  ::DrawTextW(canvas, windows::Utf16(TextIn(part.window)).c_str(), -1, &text,
+              DT_CALCRECT | DT_SINGLELINE);
+  ::ReleaseDC(part.window, canvas);
+  ::GetClientRect(part.window, &room);
+  return text.right + AroundText(part.type) <= room.right && text.bottom <= room.bottom;
+}
+
+}  // namespace
+
+std::string Misfits() {
+  const HWND front = ::GetForegroundWindow();
+  std::string misfits;
+  RECT whole{}, common{};
+  ::GetWindowRect(front, &whole);
+  const RECT work = windows::WorkArea(front);
+  ::IntersectRect(&common, &whole, &work);
+  if (::EqualRect(&common, &whole) == FALSE) misfits += "the window ";
+  for (const Part& part : PartsInFront().value_or(std::vector<Part>())) {
+    if (::IsWindowVisible(part.window) != FALSE && !HoldsItsText(part)) misfits += part.name + " ";
+  }
+  int least = 0, most = 0;
+  ::GetScrollRange(::GetDlgItem(front, windows::kPanelId), SB_HORZ, &least, &most);
+  SCROLLINFO bar{};
+  bar.cbSize = sizeof bar;
+  bar.fMask = SIF_PAGE;
+  ::GetScrollInfo(::GetDlgItem(front, windows::kPanelId), SB_HORZ, &bar);
+  if (most > static_cast<int>(bar.nPage)) misfits += "to the side ";
+  return misfits;
+}
 
 void Shoot(const std::string& file) {
   ::Sleep(kDrawn);

@@ -62,7 +62,7 @@ std::map<std::string, RECT> PlacesOf(const Form& form, HWND window) {
   std::map<std::string, RECT> places;
   int id = kFirstControlId;
   for (const Control& control : form.Controls()) {
-    if (const HWND part = ::GetDlgItem(window, id++); part != nullptr) {
+    if (const HWND part = test::PartOf(window, id++); part != nullptr) {
       ::GetWindowRect(part, &places[control.Name]);
     }
   }
@@ -124,7 +124,7 @@ TEST(WindowsView, DrawsWhatIsWrongOnItsOwnColourAndWhatStandsForNothingPale) {
     form.At("date").Error = row.error;
     form.At("date").Dimmed = row.dimmed;
     const int id = kFirstControlId + 7;  // of "date"
-    const HWND date = ::GetDlgItem(window.window(), id);
+    const HWND date = test::PartOf(window.window(), id);
     ASSERT_NE(::SendMessageW(window.window(), WM_CTLCOLOREDIT, reinterpret_cast<WPARAM>(canvas),
                              reinterpret_cast<LPARAM>(date)),
               0);
