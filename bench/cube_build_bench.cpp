@@ -1,5 +1,8 @@
-// Building a cube of a ledger's shape from CSV, and reading slices of it. One process, no library:
-//   bench_cube_build [FACTS [FOLDER]]      1,000,000 facts unless told, in a folder under /tmp
+// Building a cube of a ledger's shape from CSV, and reading slices of it; bench/cube_build
+// compares.
+//   bench_cube_build write FACTS FOLDER      the tables
+//   bench_cube_build build FOLDER [THREADS]  from them; prints seconds and the largest memory in MB
+//   bench_cube_build read FOLDER             slices of the cube
 #include <sys/resource.h>
 
 #include <algorithm>
@@ -107,26 +110,16 @@ double MedianMilliseconds(const Work& work) {
   return times[kRuns / 2];
 }
 
-long PeakKilobytes() {
+void MeasureBuild(const std::string& folder, unsigned threads) {
+  vok::PosixFiles files;
+  const auto begin = Clock::now();
+  vok::olap::BuildCubeFile(files, vok::IcuLocale("en_US"),
+                           {folder + "/schema.xml", folder, folder + "/bench.cub", {}, threads},
+                           {});
+  const double seconds = Since(begin);
   rusage usage{};
   getrusage(RUSAGE_SELF, &usage);
-  return usage.ru_maxrss;
-}
-
-void MeasureBuild(const std::string& folder, int facts) {
-  vok::PosixFiles files;
-  const vok::IcuLocale locale("en_US");
-  const long before = PeakKilobytes();
-  const auto begin = Clock::now();
-  const auto report = vok::olap::BuildCubeFile(
-      files, locale, {folder + "/schema.xml", folder, folder + "/bench.cub"}, {});
-  const double seconds = Since(begin);
-  std::printf("build            %8.3f s   %.2f million facts/s\n", seconds, facts / seconds / 1e6);
-  std::printf("memory           %8.1f bytes a fact, the mapped CSV included\n",
-              1024.0 * static_cast<double>(PeakKilobytes() - before) / facts);
-  std::printf("file             %8.2f bytes a fact, %llu cells\n",
-              static_cast<double>(report.file_bytes) / facts,
-              static_cast<unsigned long long>(report.cubes[0].stored_cells));
+  std::printf("%.3f %ld\n", seconds, usage.ru_maxrss / 1024);
 }
 
 /// Ledger 1, opening balance 0, by lines: the hierarchies are those of the schema, in order.
@@ -159,18 +152,26 @@ void MeasureReads(const std::string& path) {
   }
 }
 
+int Number(const std::string& text) {
+  int number = 0;
+  std::from_chars(text.data(), text.data() + text.size(), number);
+  return number;
+}
+
 }  // namespace
 
 int main(int count, char** arguments) {
-  int facts = 1000000;
-  if (count > 1) {
-    const std::string text = arguments[1];
-    std::from_chars(text.data(), text.data() + text.size(), facts);
+  const std::vector<std::string> words(arguments + 1, arguments + count);
+  if (words.size() == 3 && words[0] == "write") {
+    std::filesystem::create_directories(words[2]);
+    WriteDimensions(words[2]);
+    WriteFacts(words[2], Number(words[1]));
+  } else if (words.size() >= 2 && words[0] == "build") {
+    MeasureBuild(words[1], words.size() > 2 ? static_cast<unsigned>(Number(words[2])) : 0);
+  } else if (words.size() == 2 && words[0] == "read") {
+    MeasureReads(words[1] + "/bench.cub");
+  } else {
+    std::fputs("see the beginning of cube_build_bench.cpp\n", stderr);
+    return 2;
   }
-  const std::string folder = count > 2 ? arguments[2] : "/tmp/vokcube-bench";
-  std::filesystem::create_directories(folder);
-  WriteDimensions(folder);
-  WriteFacts(folder, facts);
-  MeasureBuild(folder, facts);
-  MeasureReads(folder + "/bench.cub");
 }
