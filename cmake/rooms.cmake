@@ -39,6 +39,17 @@ function(vok_room name)
   endforeach()
 endfunction()
 
+# A part of the component that it loads when it is first needed: module.cpp on a room and its
+# libraries. FILE is its name, which holds the version: a module of another one is never loaded.
+function(vok_module target file)
+  add_library(${target} MODULE module.cpp)
+  target_link_libraries(${target} PRIVATE vok_options ${ARGN})
+  target_link_options(${target} PRIVATE LINKER:--exclude-libs,ALL)
+  set_target_properties(${target} PROPERTIES OUTPUT_NAME ${file} PREFIX "" SUFFIX ""
+    LIBRARY_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/lib)
+  install(TARGETS ${target} LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})
+endfunction()
+
 # The undefined-behaviour sanitizer takes a third of the time of compiling tests; the product's own
 # files keep it. (An option of the target itself would come before those that turn it on.)
 add_library(vok_test_options INTERFACE)

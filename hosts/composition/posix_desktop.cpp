@@ -1,10 +1,8 @@
-#include <dlfcn.h>
-
-#include <filesystem>
 #include <string>
 
-#include "desktop_module.h"
+#include "hosts/composition/posix_module.h"
 #include "hosts/composition/query_window.h"
+#include "modules.h"
 #include "platform/failure.h"
 
 namespace vok {
@@ -20,25 +18,11 @@ using OpenModule = Desktop*();
                     "beside the component or in the system's library folders");
 }
 
-/// Beside the component, where a program has its libraries, or where the system finds it. It stays
-/// loaded: Qt cannot be unloaded.
-void* LoadModule(const std::string& folder) {
-  std::string file = kDesktopModule;
-  for (const std::string& place : {folder, folder + "/" + kLibrariesOfProgram}) {
-    const std::string path = place + "/" + kDesktopModule;
-    if (std::filesystem::exists(path)) file = path;
-  }
-  void* module = ::dlopen(file.c_str(), RTLD_NOW | RTLD_LOCAL);
-  if (module == nullptr) ThrowNoModule(::dlerror());
-  return module;
-}
-
 }  // namespace
 
 std::unique_ptr<Desktop> OpenDesktop(const ComponentInfo& component) {
-  static void* const module = LoadModule(component.folder);
-  const auto open = reinterpret_cast<OpenModule*>(::dlsym(module, kDesktopMaker));
-  if (open == nullptr) ThrowNoModule(::dlerror());
+  const auto open = reinterpret_cast<OpenModule*>(
+      FunctionOfModule(component.folder, kDesktopModule, kDesktopMaker, ThrowNoModule));
   return std::unique_ptr<Desktop>(open());
 }
 

@@ -7,10 +7,12 @@
 #include <vector>
 
 #include "env/environment.h"
+#include "hosts/composition/posix_module.h"
 #include "hosts/composition/system_platform.h"
 #include "jet_reader.h"
+#include "modules.h"
+#include "platform/failure.h"
 #include "providers/database/jet/jet_files.h"
-#include "providers/http/curl/curl_transport.h"
 #include "settings/settings_tables.h"
 #include "system/posix/file_registry.h"
 #include "system/posix/icu_locale.h"
@@ -47,6 +49,23 @@ std::vector<std::string> PlacesOfJetReader(const std::string& component_folder) 
   return places;
 }
 
+[[noreturn]] void ThrowNoHttp(const std::string& why) {
+  throw Failure(failure_number::kNotSupported,
+                std::string("No cube server can be asked: the module ") + kHttpModule +
+                    " cannot be loaded (" + why +
+                    "). It needs libcurl, and lies beside the component or in the system's "
+                    "library folders");
+}
+
+NewHttpTransport HttpOfModule(const std::string& component_folder) {
+  using Open = HttpTransport*(const std::string&, const HttpSettings&);
+  return [component_folder](const std::string& address, const HttpSettings& settings) {
+    const auto open = reinterpret_cast<Open*>(
+        FunctionOfModule(component_folder, kHttpModule, kHttpMaker, ThrowNoHttp));
+    return std::unique_ptr<HttpTransport>(open(address, settings));
+  };
+}
+
 OpenJetFile JetFilesOf(const SystemPlatform& platform) {
   const Locale& locale = *platform.locale;
   jet::Shape shape;
@@ -76,9 +95,9 @@ SystemPlatform NewSystemPlatform() {
       *platform.files, *platform.locale, FileRegistry::FilesFromEnvironment(),
       OwnFolderNamed(*platform.locale, platform.own_settings_folder));
   platform.clock = std::make_unique<SystemClock>();
-  platform.transport = NewTransport<CurlTransport>();
   platform.advice_on_readers = AdviceOnReaders;
   platform.component_folder = ComponentFolder();
+  platform.transport = HttpOfModule(platform.component_folder);
   platform.open_jet_file = JetFilesOf(platform);
   return platform;
 }

@@ -160,6 +160,10 @@ expect 1 "neither as the binary nor as the XML form" language show own.csv
 expect 1 "begins neither" language show ledger.cub
 expect 0 "1205,&OBS member,," language show Lang.rs
 expect 1 "takes no connection" mdx http://127.0.0.1:1/xmla 'select from x'
+mkdir alone && cp "$vokcube" alone/
+vokcube=alone/vokcube expect 1 "No cube server can be asked: the module libvokcubeq17_http-" \
+  mdx http://127.0.0.1:1/xmla 'select from x'
+rm -r alone
 open=$(mktemp -d)
 printf '[Xmla]\nPassword=secret\n' > "$open/Qel.ini"
 while read -r folder file told; do
