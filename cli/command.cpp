@@ -1,6 +1,7 @@
 #include "cli/command.h"
 
 #include <iostream>
+#include <iterator>
 
 #include "env/directories.h"
 #include "env/environment.h"
@@ -71,6 +72,10 @@ std::string CubeText(const std::string& source, const std::string& catalog) {
   };
   const std::string text = "Provider=MSOLAP;Data Source=" + quoted(source);
   return catalog.empty() ? text : text + ";Initial Catalog=" + quoted("[" + catalog + "]");
+}
+
+std::string ReadStandardInput() {
+  return std::string(std::istreambuf_iterator<char>(std::cin), {});
 }
 
 void WriteOutput(Files& files, const std::string& path, const std::string& text) {

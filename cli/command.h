@@ -105,6 +105,9 @@ std::vector<CheckedCube> CheckCubes(const Host& host, const std::string& source,
                                     const std::string& catalog = {});
 void PrintLacks(const CheckedCube& cube, std::ostream& out);
 
+/// To its end.
+std::string ReadStandardInput();
+
 /// Writes the text to a file; to standard output for the path "-" and for none.
 void WriteOutput(Files& files, const std::string& path, const std::string& text);
 

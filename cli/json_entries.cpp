@@ -72,14 +72,14 @@ std::string Text(const Node& node) {
   return text;
 }
 
-std::string TextEntry(const Node& node, std::string_view name) {
+std::string TextEntry(const Node& node, std::string_view name, const std::string& otherwise) {
   const auto entry = Entry(node, name);
-  return entry ? Text(*entry) : std::string();
+  return entry ? Text(*entry) : otherwise;
 }
 
-bool FlagEntry(const Node& node, std::string_view name) {
+bool FlagEntry(const Node& node, std::string_view name, bool otherwise) {
   const auto entry = Entry(node, name);
-  if (!entry) return false;
+  if (!entry) return otherwise;
   if (!entry->json.is_boolean()) {
     entry->Fail(failure_number::kTypeMismatch, "must be true or false");
   }

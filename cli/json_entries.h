@@ -33,10 +33,9 @@ std::optional<Node> Entry(const Node& node, std::string_view name);
 
 /// Failure 13 for what is not a text, has more than 255 characters or a NUL.
 std::string Text(const Node& node);
-/// "" when it is absent.
-std::string TextEntry(const Node& node, std::string_view name);
-/// False when it is absent. Failure 13 for what is neither true nor false.
-bool FlagEntry(const Node& node, std::string_view name);
+std::string TextEntry(const Node& node, std::string_view name, const std::string& otherwise = {});
+/// Failure 13 for what is neither true nor false.
+bool FlagEntry(const Node& node, std::string_view name, bool otherwise = false);
 
 /// Calls `read` with each element and its place. Failure 13 for what is not an array.
 template <typename Read>

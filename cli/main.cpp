@@ -3,6 +3,7 @@
 #include <iostream>
 
 #include "cli/command.h"
+#include "cli/explain.h"
 #include "cli/stop_on_interrupt.h"
 #include "cli/terminal.h"
 #include "platform/cube.h"
@@ -40,40 +41,6 @@ void Flush() {
     throw Failure(failure_number::kDeviceError,
                   "Standard output could not be written; is the disk full or the pipe closed?");
   }
-}
-
-/// The innermost subcommand that the arguments name; the program itself when they name none.
-CLI::App& Innermost(CLI::App& app) {
-  const auto named = app.get_subcommands();
-  return named.empty() ? app : Innermost(*named.front());
-}
-
-/// The word that stands where a subcommand must; "" when there is none.
-std::string UnknownSubcommand(CLI::App& app) {
-  const CLI::App& command = Innermost(app);
-  if (command.get_require_subcommand_min() == 0) return {};
-  for (const std::string& word : app.remaining(true)) {
-    if (!word.starts_with('-')) return word;
-  }
-  return {};
-}
-
-void PrintUnknown(const CLI::App& command, const std::string& word) {
-  std::cerr << "Unknown subcommand \"" << OneLine(word) << "\". Known are:";
-  for (const auto* known : command.get_subcommands([](const auto*) { return true; })) {
-    std::cerr << ' ' << known->get_name();
-  }
-  std::cerr << "\nRun with --help for more information.\n";
-}
-
-/// Prints what the arguments ask for or lack.
-int Explain(CLI::App& app, const CLI::ParseError& error) {
-  const std::string unknown = UnknownSubcommand(app);
-  if (unknown.empty() || error.get_exit_code() == 0) {
-    return app.exit(error) == 0 ? 0 : kWrongArguments;
-  }
-  PrintUnknown(Innermost(app), unknown);
-  return kWrongArguments;
 }
 
 /// Carries out one command, or prints what the arguments ask for or lack.
@@ -120,6 +87,7 @@ int Main(std::vector<std::string> arguments) {
   AddLanguageCommand(app, common);
   AddMdxCommand(app, common);
   AddWindowCommand(app, common);
+  AddExamples(app);
   try {
     return ParseAndRun(app, std::move(arguments));
   } catch (...) {

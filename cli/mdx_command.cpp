@@ -1,6 +1,5 @@
 // vokcube mdx: any query on a cube.
 #include <iostream>
-#include <iterator>
 #include <memory>
 #include <string>
 
@@ -18,10 +17,6 @@ struct MdxOptions {
   std::string query;
   LimitOptions limits;
 };
-
-std::string ReadStandardInput() {
-  return std::string(std::istreambuf_iterator<char>(std::cin), {});
-}
 
 std::string ConnectionText(const MdxOptions& options) {
   std::string text = "Provider=MSOLAP;Data Source=" + options.source;

@@ -7,11 +7,14 @@
 #include <vector>
 
 #include "cli/command.h"
+#include "cli/print.h"
 #include "cli/settings_document.h"
+#include "cube/discovery.h"
 #include "env/environment.h"
 #include "platform/database.h"
 #include "platform/failure.h"
 #include "platform/shown_text.h"
+#include "platform/whole_path.h"
 #include "settings/exact_sets.h"
 #include "settings/left_out.h"
 #include "settings/set_lists.h"
@@ -59,15 +62,45 @@ SettingsDocument DocumentOf(const Host& host, Connection& connection) {
   return {ReadAllDataSources(host, connection), ReadAllPeriodSets(connection)};
 }
 
+SettingsDocument ParseDocument(const Host& host, const std::string& path) {
+  if (path == "-") return ParseSettingsDocument(ReadStandardInput(), "standard input");
+  return ParseSettingsDocument(ReadWholeFile(host.files, path), path);
+}
+
+/// A cube file that is named from the current folder is found in no other one.
+void NameCubesWhole(const Locale& locale, SettingsDocument& document) {
+  for (DataSourceSetting& source : document.data_sources) {
+    std::string& file = source.CubeFile;
+    const bool whole = IsServerAddress(locale, file) || file.starts_with('\\') ||
+                       file.starts_with('/') || file.substr(0, 2).ends_with(':');
+    if (!file.empty() && !whole) file = WholePath(file);
+  }
+}
+
 /// The sets of a JSON document, or of another settings database, which is not written to.
 Imported ReadImported(const Host& host, const std::string& path) {
-  if (!IsDatabase(host, path)) {
-    return {ParseSettingsDocument(ReadWholeFile(host.files, path), path), {}};
+  if (path == "-" || !IsDatabase(host, path)) {
+    Imported imported{ParseDocument(host, path), {}};
+    NameCubesWhole(host.locale, imported.document);
+    return imported;
   }
   const auto connection = OpenDatabase(host, path);
   Imported imported{DocumentOf(host, *connection), {}};
   imported.left_out = LeftOut(host, *connection, imported.document.data_sources);
   return imported;
+}
+
+/// Dates that a person may have mixed up; saved as they are.
+void NotePeriods(const std::vector<PeriodSet>& sets) {
+  for (const PeriodSet& set : sets) {
+    for (int number = 1; number <= kPeriodCount; ++number) {
+      const PeriodEntry& period = set.Period(number);
+      if (period.UntilDate.IsZero() || period.UntilDate >= period.FromDate) continue;
+      std::cerr << "Note: period " << number << " of period set " << OneLine(Quoted(set.SetName))
+                << " ends on " << IsoDate(period.UntilDate) << ", before it begins on "
+                << IsoDate(period.FromDate) << '\n';
+    }
+  }
 }
 
 void Import(const CommonOptions& common, const std::string& path) {
@@ -82,6 +115,7 @@ void Import(const CommonOptions& common, const std::string& path) {
   ImportSets(host, environment, document.data_sources, document.periods);
   NoteNames(document.data_sources, kDataSourceWords);
   NoteNames(document.periods, kPeriodSetWords);
+  NotePeriods(document.periods);
   for (const std::string& sentence : left_out) {
     std::cerr << "Not taken: " << OneLine(sentence) << '\n';
   }
@@ -168,7 +202,10 @@ void AddSettingsCommand(CLI::App& app, const CommonOptions& common) {
   const auto path = std::make_shared<std::string>();
   auto* import_command = command->add_subcommand(
       "import", "Save every set of a JSON document, or of another settings database");
-  import_command->add_option("FILE", *path, "The document, or the database (.mdb)")->required();
+  import_command
+      ->add_option("FILE", *path,
+                   "The document, or the database (.mdb); - reads a document from standard input")
+      ->required();
   import_command->callback([&common, path] { Import(common, *path); });
 
   auto* export_command = command->add_subcommand("export", "Write all saved sets as JSON");

@@ -1,5 +1,6 @@
 #include "cli/settings_document.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "cli/json_entries.h"
@@ -40,14 +41,22 @@ Date DateEntry(const Node& node, std::string_view name) {
   return *date;
 }
 
-MoneySetEntry ReadMoneySet(const Node& node) {
+/// A money set of which nothing is said: it measures as the first one does.
+MoneySetEntry Inherited(MoneySetEntry first) {
+  first.MoneySet = Null{};
+  return first;
+}
+
+/// `otherwise` holds what is absent.
+MoneySetEntry ReadMoneySet(const Node& node, const MoneySetEntry& otherwise) {
   ExpectObject(node, {"MoneySet", "Measure", "Qty", "IsCalculated"});
   MoneySetEntry entry;
   const auto money_set = Entry(node, "MoneySet");
   entry.MoneySet = money_set ? Value(Text(*money_set)) : Value(Null{});
-  entry.Measure = TextEntry(node, "Measure");
-  entry.Qty = TextEntry(node, "Qty");
-  entry.IsCalculated = FlagEntry(node, "IsCalculated");
+  entry.Measure = TextEntry(node, "Measure", otherwise.Measure);
+  entry.Qty = TextEntry(node, "Qty", otherwise.Qty);
+  const bool same = entry.Measure == otherwise.Measure;
+  entry.IsCalculated = FlagEntry(node, "IsCalculated", same && otherwise.IsCalculated);
   return entry;
 }
 
@@ -63,8 +72,12 @@ DataSourceSetting ReadDataSource(const Node& node) {
   setting.ActFile = TextEntry(node, "ActFile");
   setting.CountMoney = CountEntry(node, "CountMoney");
   for (auto& money_set : setting.MoneySets) money_set.MoneySet = Null{};
-  ArrayEntry(node, "MoneySets", kMoneySetCount,
-             [&](const Node& item, std::size_t i) { setting.MoneySets[i] = ReadMoneySet(item); });
+  ArrayEntry(node, "MoneySets", kMoneySetCount, [&](const Node& item, std::size_t i) {
+    setting.MoneySets[i] = ReadMoneySet(item, setting.MoneySets[i]);
+    if (i == 0)
+      std::fill(setting.MoneySets.begin() + 1, setting.MoneySets.end(),
+                Inherited(setting.MoneySets[0]));
+  });
   return setting;
 }
 
@@ -87,34 +100,57 @@ PeriodSet ReadPeriodSet(const Node& node) {
   return set;
 }
 
+/// Adds the entry unless it says no more than its absence.
+template <typename Item>
+void Put(Json& object, const char* name, const Item& item, const Item& otherwise = {}) {
+  if (item != otherwise) object[name] = item;
+}
+
+/// Adds the array without the empty objects at its end.
+void PutArray(Json& object, const char* name, Json array) {
+  while (!array.empty() && array.back().empty()) array.erase(array.size() - 1);
+  if (!array.empty()) object[name] = std::move(array);
+}
+
+Json PrintMoneySet(const MoneySetEntry& entry, const MoneySetEntry& otherwise) {
+  Json object = Json::object();
+  if (!entry.MoneySet.IsNull()) object["MoneySet"] = entry.MoneySet.ToText();
+  Put(object, "Measure", entry.Measure, otherwise.Measure);
+  Put(object, "Qty", entry.Qty, otherwise.Qty);
+  const bool same = entry.Measure == otherwise.Measure;
+  Put(object, "IsCalculated", entry.IsCalculated, same && otherwise.IsCalculated);
+  return object;
+}
+
 Json PrintDataSource(const DataSourceSetting& setting) {
   Json money_sets = Json::array();
-  for (const auto& entry : setting.MoneySets) {
-    money_sets.push_back(
-        {{"MoneySet", entry.MoneySet.IsNull() ? Json() : Json(entry.MoneySet.ToText())},
-         {"Measure", entry.Measure},
-         {"Qty", entry.Qty},
-         {"IsCalculated", entry.IsCalculated}});
+  for (const MoneySetEntry& entry : setting.MoneySets) {
+    const bool first = money_sets.empty();
+    money_sets.push_back(PrintMoneySet(entry, first ? MoneySetEntry{} : setting.MoneySets[0]));
   }
-  return {{"SetName", setting.SetName},
-          {"VarnelMDB", setting.VarnelMDB},
-          {"CubeFile", setting.CubeFile},
-          {"CubeName", setting.CubeName},
-          {"OBS", setting.OBS},
-          {"ActFile", setting.ActFile},
-          {"CountMoney", setting.CountMoney},
-          {"MoneySets", std::move(money_sets)}};
+  Json object = {{"SetName", setting.SetName}};
+  Put(object, "VarnelMDB", setting.VarnelMDB);
+  Put(object, "CubeFile", setting.CubeFile);
+  Put(object, "CubeName", setting.CubeName);
+  Put(object, "OBS", setting.OBS);
+  Put(object, "ActFile", setting.ActFile);
+  Put(object, "CountMoney", setting.CountMoney);
+  PutArray(object, "MoneySets", std::move(money_sets));
+  return object;
 }
 
 Json PrintPeriodSet(const PeriodSet& set) {
   Json periods = Json::array();
-  for (const auto& period : set.Periods) {
-    periods.push_back({{"PeriodName", period.PeriodName},
-                       {"FromDate", IsoDate(period.FromDate)},
-                       {"UntillDate", IsoDate(period.UntilDate)},
-                       {"includeOpenBalans", period.IncludeOpenBalance}});
+  for (const PeriodEntry& period : set.Periods) {
+    Json& object = periods.emplace_back(Json::object());
+    Put(object, "PeriodName", period.PeriodName);
+    Put(object, "FromDate", IsoDate(period.FromDate));
+    Put(object, "UntillDate", IsoDate(period.UntilDate));
+    Put(object, "includeOpenBalans", period.IncludeOpenBalance);
   }
-  return {{"SetName", set.SetName}, {"Periods", std::move(periods)}};
+  Json object = {{"SetName", set.SetName}};
+  PutArray(object, "Periods", std::move(periods));
+  return object;
 }
 
 }  // namespace

@@ -21,13 +21,6 @@ void AppendNames(const CubeLevel& level, std::vector<std::string>& names) {
   }
 }
 
-bool IsServerAddress(const Locale& locale, const std::string& source) {
-  const auto begins = [&](std::string_view scheme) {
-    return EqualNoCase(locale, std::string_view(source).substr(0, scheme.size()), scheme);
-  };
-  return begins("http://") || begins("https://");
-}
-
 /// Some servers put the dimension before the name of a hierarchy.
 bool IsXlFile(const std::string& hierarchy) {
   return hierarchy == "xlFile" || hierarchy == "ActX.xlFile";
@@ -69,6 +62,13 @@ std::vector<std::string> TopMemberNames(const CubeHierarchy& hierarchy) {
   const std::size_t top = TopLevel(hierarchy);
   if (top < hierarchy.LevelCount()) AppendNames(*hierarchy.LevelAt(top), names);
   return names;
+}
+
+bool IsServerAddress(const Locale& locale, const std::string& source) {
+  const auto begins = [&](std::string_view scheme) {
+    return EqualNoCase(locale, std::string_view(source).substr(0, scheme.size()), scheme);
+  };
+  return begins("http://") || begins("https://");
 }
 
 bool IsCubeThere(const Host& host, const std::string& cube_file) {

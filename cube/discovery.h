@@ -31,6 +31,9 @@ std::vector<std::string> MemberNames(const CubeHierarchy& hierarchy);
 /// level.
 std::vector<std::string> TopMemberNames(const CubeHierarchy& hierarchy);
 
+/// True for what begins with "http://" or "https://".
+bool IsServerAddress(const Locale& locale, const std::string& source);
+
 /// True for an existing file and for the address of a cube server.
 bool IsCubeThere(const Host& host, const std::string& cube_file);
 

@@ -48,7 +48,8 @@ for columns in 28 41 54; do
   vok 0 "" settings export $columns-2.json --settings-folder $columns-copy
   vok 0 "" settings import $columns-2.json --settings-folder $columns-again
   vok 0 "" settings export $columns-3.json --settings-folder $columns-again
-  cmp $columns-1.json $columns-2.json && cmp $columns-2.json $columns-3.json ||
+  cmp $columns-1.json $columns-2.json &&
+    cmp <(sed "s|\"sales.cub\"|\"$PWD/sales.cub\"|" $columns-2.json) $columns-3.json ||
     fail "$columns columns: not the same document"
   cmp "$samples/CubToQel-$columns-columns.mdb" $columns/CubToQel.mdb || fail "it was written to"
 done
