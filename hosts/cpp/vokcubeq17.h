@@ -14,10 +14,17 @@
 // open. What a call returns is its own. A call inside another one of its thread, such as from the
 // handler of a message, would wait for itself and fails at once with the number 6666: RunQuery
 // returns it with a text, ShowQCform sets `Error`, GetSetNames throws, Qinfo is empty.
+//
+// An object remembers what its last run did, and another thread may stop the run that it is in.
 #pragma once
+
+#if __cplusplus < 202002L && !(defined(_MSVC_LANG) && _MSVC_LANG >= 202002L)
+#error "vokcubeq17.h is written in C++20: compile with -std=c++20, or use vokcubeq17_c.h from C"
+#endif
 
 #include <cstdint>
 #include <functional>
+#include <memory>
 #include <string>
 
 #include "platform/failure.h"
@@ -25,10 +32,23 @@
 
 namespace vokcubeq17 {
 
+/// What a run did.
+struct RunReport {
+  int32_t code = 0;      ///< of the failure; 0 for a run that went well
+  std::string cause;     ///< why it failed, on one line; "" when there is nothing to say
+  std::string workbook;  ///< its path; "" when none was written
+  uint64_t rows = 0;     ///< written to it, without the labels
+  bool stopped = false;  ///< ended because it was asked to
+  uint32_t milliseconds = 0;
+};
+
 /// The component's one public class. Every text is UTF-8. Parameters are by reference, as the
-/// automation interface has them: the callee may write to them.
+/// automation interface has them: the callee may write to them. One object serves one thread at a
+/// time, except for `Stop`; a copy is another handle of the same object.
 class clMe {
  public:
+  clMe();
+
   /// "16.8.28": major, minor and revision.
   std::string Version() const;
 
@@ -49,6 +69,18 @@ class clMe {
   ///   message; only 6666, above, has one.
   vok::Value RunQuery(std::string& CubeSetName, std::string& PeriodsName, std::string& OutputPath);
 
+  /// Of this object's last `RunQuery`.
+  const RunReport& LastRun() const;
+
+  /// From any thread: ends the run that this object is in, or waits to begin, with nothing written;
+  /// an old workbook is then gone, as after any failure. Does nothing when there is none.
+  void Stop() const;
+
+  /// From the next run on `show` is told each step as it begins, on the run's thread: its name
+  /// ("settings", "cube", "query", "workbook") and how much of the run was done before it, from 0
+  /// to 1, which is an estimate; at the end ("", 1). It may call `Stop` and nothing else.
+  void ShowProgressWith(std::function<void(const std::string& step, double done)> show);
+
   /// The values of `SetName` in one settings table ("DataSourceInfo", "Periods", …) as an array;
   /// one empty element when there are none. Uses the settings folder that the last `RunQuery` or
   /// `Qinfo` found, finds it when there was none, and creates the settings database there when it
@@ -58,7 +90,15 @@ class clMe {
   /// Four arrays: period set names, data-source names, their cube files ("" where the file is not
   /// there), the files' dates. Empty when there is no settings database.
   vok::Value Qinfo();
+
+ private:
+  struct Own;
+  std::shared_ptr<Own> own_;
 };
+
+/// Where the settings of the process are from now on, in place of what the registry says; "": what
+/// that says. Waits for its turn. Failure 6666 inside a call of its thread.
+void UseSettingsFolder(const std::string& folder);
 
 /// Where the component's message boxes go: title and text. Without a handler they are printed to
 /// stderr. For the whole process, from the next message on; it is called on the threads whose calls

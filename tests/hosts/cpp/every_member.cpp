@@ -70,7 +70,52 @@ void TryCallsInsideACall(vokcubeq17::clMe& me, const std::string& output) {
   Expect(Run(me, "Nothing", "Demo", output) ==
              vok::Value(vok::Value::Array{int16_t{2222}, "Cann't read Settings"}),
          "RunQuery of a set that is not there");
+  vokcubeq17::ShowMessagesWith({});
   Expect(told, "ShowMessagesWith: no message came");
+  Expect(me.LastRun().code == 2222 && me.LastRun().rows == 0 &&
+             me.LastRun().cause == "Datasource Definition: Nothing  Not Found!!",
+         "LastRun of a failure: " + me.LastRun().cause);
+}
+
+/// Progress is told, and another thread stops the run.
+void TryStops(const std::string& output) {
+  vokcubeq17::clMe me;
+  std::string steps;
+  double done = -1;
+  me.ShowProgressWith([&](const std::string& step, double before) {
+    Expect(before > done && before <= 1, "progress goes on");
+    steps += step + ' ';
+    done = before;
+  });
+  Run(me, "Domestic", "Demo", output);
+  Expect(steps == "settings cube query workbook query workbook  " && done == 1, "steps " + steps);
+  const vokcubeq17::RunReport whole = me.LastRun();
+  Expect(whole.code == 0 && whole.rows > 0 && whole.workbook == output + ".xlsX", "LastRun");
+  me.ShowProgressWith([&](const std::string& step, double) {
+    if (step == "query") std::thread([&me] { me.Stop(); }).join();
+  });
+  Run(me, "Domestic", "Demo", output);
+  Expect(me.LastRun().stopped && me.LastRun().workbook.empty(), "a run that is stopped");
+}
+
+/// Settings are where the program says, until it leaves that to the registry again.
+void TryFolders(vokcubeq17::clMe& me, const std::string& output) {
+  vokcubeq17::UseSettingsFolder("nowhere");
+  Run(me, "Domestic", "Demo", output);
+  Expect(me.LastRun().code == 1111 &&
+             me.LastRun().cause.find("/nowhere/CubToQel.mdb\"") != std::string::npos,
+         "UseSettingsFolder: " + me.LastRun().cause);
+  vokcubeq17::UseSettingsFolder("");
+  TryLists(me);
+}
+
+/// What the installed headers declare is there to be linked.
+void TryFailures() {
+  try {
+    throw std::bad_alloc();
+  } catch (...) {
+    Expect(vok::CurrentFailure().number() == vok::failure_number::kOutOfMemory, "CurrentFailure");
+  }
 }
 
 std::string Bytes(const std::string& file) {
@@ -118,6 +163,9 @@ int main(int, char** arguments) {
   TryLists(me);
   TryWindow(me);
   TryCallsInsideACall(me, std::string(arguments[2]) + "-inside");
+  TryStops(std::string(arguments[2]) + "-stops");
+  TryFolders(me, arguments[2]);
+  TryFailures();
   TryManyThreads(arguments[2]);
   return surprises;
 }
