@@ -134,7 +134,11 @@ struct SystemHost::Providers {
     const bool secret =
         !ini_value("Password").empty() || ini_value("Proxy").find('@') != std::string::npos;
     if (secret) TellOfReaders(environment.SettingsFolder + "\\Qel.ini");
-    return xmla::ReadXmlaSettings(ini_value);
+    return xmla::ReadXmlaSettings(ini_value, [this](const std::string& path, std::size_t most) {
+      std::string text = ReadBeginning(host.files, path, most);
+      TellOfReaders(path);
+      return text;
+    });
   }
 
   /// Once, and only where messages are printed: elsewhere a window would wait for a person.

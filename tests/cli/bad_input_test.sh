@@ -187,6 +187,10 @@ while read -r folder file told; do
   expect 1 "takes no connection" cube info http://127.0.0.1:1/ --settings-folder "$open"
   [[ $(grep -cF "Keep them out: chmod 600 $open/Qel.ini" said) == "$told" ]] || fail "rights $folder $file"
 done <<< $'755 644 1\n755 640 1\n755 600 0\n700 644 0'
+chmod 755 "$open"
+install -m 644 /dev/stdin "$open/password" <<< secret
+VOKCUBE_XMLA_PASSWORD_FILE=$open/password expect 1 "Keep them out: chmod 600 $open/password" \
+  cube info http://127.0.0.1:1/ --settings-folder good
 rm -r "$open"
 evil=$'\ec\n1111: forged' shown='\u001bc\n1111: forged'
 mkdir hostile

@@ -4,6 +4,7 @@
 #include <array>
 #include <charconv>
 #include <cstdlib>
+#include <optional>
 #include <string_view>
 
 #include "platform/failure.h"
@@ -13,6 +14,7 @@ namespace {
 
 constexpr int kLargestSeconds = 7 * 24 * 3600;  // a week
 constexpr int kLargestMegabytes = 1'000'000;
+constexpr std::size_t kLongestPassword = 1024;
 constexpr std::array<std::string_view, 5> kAuthentications = {"", "basic", "digest", "ntlm",
                                                               "negotiate"};
 
@@ -27,9 +29,14 @@ std::string VariableName(std::string_view key) {
   return name;
 }
 
+std::optional<std::string> Variable(const std::string& key) {
+  const char* value = std::getenv(VariableName(key).c_str());
+  return value == nullptr ? std::nullopt : std::optional<std::string>(value);
+}
+
 std::string Text(const SettingLookup& lookup, const std::string& key) {
-  const char* variable = std::getenv(VariableName(key).c_str());
-  return variable != nullptr ? variable : lookup(key);
+  const auto variable = Variable(key);
+  return variable ? *variable : lookup(key);
 }
 
 [[noreturn]] void Refuse(const std::string& key, const std::string& why) {
@@ -64,6 +71,32 @@ std::string ServerHost(const SettingLookup& lookup) {
   return text;
 }
 
+std::string PasswordIn(const std::string& path, const FileBeginning& read) {
+  constexpr const char* kKey = "PasswordFile";
+  std::string text;
+  try {
+    text = read(path, kLongestPassword + 1);
+  } catch (const Failure& failure) {
+    Refuse(kKey, "names a file that does not give the password: " + failure.description());
+  }
+  const std::string password = text.substr(0, text.find_first_of("\r\n"));
+  if (password.empty() || password.size() > kLongestPassword) {
+    Refuse(kKey, "must name a file whose first line is the password, of at most " +
+                     std::to_string(kLongestPassword) + " bytes; \"" + path + "\" is not one");
+  }
+  return password;
+}
+
+std::string Password(const SettingLookup& lookup, const FileBeginning& read) {
+  const auto password = Variable("Password");
+  if (password) return *password;
+  const auto file = Variable("PasswordFile");
+  if (file && !file->empty()) return PasswordIn(*file, read);
+  const std::string written = lookup("Password");
+  const std::string named = file ? "" : lookup("PasswordFile");
+  return written.empty() && !named.empty() ? PasswordIn(named, read) : written;
+}
+
 std::string Authentication(const SettingLookup& lookup) {
   constexpr const char* kKey = "Authentication";
   std::string text = Text(lookup, kKey);
@@ -78,10 +111,10 @@ std::string Authentication(const SettingLookup& lookup) {
 
 }  // namespace
 
-HttpSettings ReadXmlaSettings(const SettingLookup& lookup) {
+HttpSettings ReadXmlaSettings(const SettingLookup& lookup, const FileBeginning& read) {
   HttpSettings settings;
   settings.user = Text(lookup, "User");
-  settings.password = Text(lookup, "Password");
+  settings.password = Password(lookup, read);
   settings.server = ServerHost(lookup);
   settings.authentication = Authentication(lookup);
   settings.ca_file = Text(lookup, "CaFile");

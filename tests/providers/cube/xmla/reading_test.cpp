@@ -160,7 +160,39 @@ TEST(Answers, WithoutEndAreRefusedSoon) {
 }
 
 HttpSettings FromIni(std::map<std::string, std::string> ini) {
-  return ReadXmlaSettings([&](const std::string& key) { return ini[key]; });
+  return ReadXmlaSettings([&](const std::string& key) { return ini[key]; },
+                          [](const std::string& path, std::size_t) {
+                            if (path == "missing") throw Failure(53, "Cannot read missing");
+                            return path == "empty" ? "\n" : "of " + path + "\r\nmore";
+                          });
+}
+
+TEST(Settings, GiveThePasswordOrTheFileThatHoldsIt) {
+  const struct {
+    const char* variable;
+    const char* file_variable;
+    std::map<std::string, std::string> ini;
+    const char* password;
+  } kCases[] = {
+      {nullptr, nullptr, {{"PasswordFile", "ini"}}, "of ini"},
+      {nullptr, nullptr, {{"Password", "ini"}, {"PasswordFile", "missing"}}, "ini"},
+      {nullptr, "run", {{"Password", "ini"}, {"PasswordFile", "ini"}}, "of run"},
+      {"own", "missing", {{"PasswordFile", "missing"}}, "own"},
+  };
+  for (const auto& c : kCases) {
+    if (c.variable != nullptr) test::SetVariable("VOKCUBE_XMLA_PASSWORD", c.variable);
+    if (c.file_variable != nullptr)
+      test::SetVariable("VOKCUBE_XMLA_PASSWORD_FILE", c.file_variable);
+    EXPECT_EQ(FromIni(c.ini).password, c.password);
+    test::RemoveVariable("VOKCUBE_XMLA_PASSWORD");
+    test::RemoveVariable("VOKCUBE_XMLA_PASSWORD_FILE");
+  }
+  for (const char* bad : {"missing", "empty"}) {
+    EXPECT_THAT(vok::test::DescriptionOf([&] {
+                  FromIni({{"PasswordFile", bad}});
+                }),
+                AllOf(HasSubstr("PasswordFile"), HasSubstr(bad)));
+  }
 }
 
 TEST(Settings, ComeFromTheEnvironmentFirst) {
