@@ -19,21 +19,21 @@ template <typename Thing>
 class Idle {
  public:
   /// Null when all is in use.
-  std::unique_ptr<Thing> Take() {
+  std::shared_ptr<Thing> Take() {
     const std::lock_guard lock(mutex_);
     if (things_.empty()) return nullptr;
     auto thing = std::move(things_.back());
     things_.pop_back();
     return thing;
   }
-  void Put(std::unique_ptr<Thing> thing) {
+  void Put(std::shared_ptr<Thing> thing) {
     const std::lock_guard lock(mutex_);
     things_.push_back(std::move(thing));
   }
 
  private:
   std::mutex mutex_;
-  std::vector<std::unique_ptr<Thing>> things_;
+  std::vector<std::shared_ptr<Thing>> things_;
 };
 
 /// Builds the cuboids of one set, slice by slice.
@@ -58,15 +58,14 @@ class SetBuilder {
         time.period_of_leaf = MembersOfLeaves(cube_.hierarchies[choice_.time], level);
       }
     }
-    const auto rows_of_slice = FindSlices(set_.outer, cube_, facts_, threads);
     for (Time& time : times_) time.table.assign(SliceCount() * time.periods, kNoBlock);
-    auto next = rows_of_slice.begin();
-    RunInOrder(ThreadsInMemory(threads), [&]() -> Working {
-      if (next == rows_of_slice.end()) return {};
-      return [this, &slice = *next++]() -> Taking {
-        const auto blocks = std::make_shared<const SliceBlocks>(BuildSlice(slice.second));
-        return [this, number = slice.first, blocks] { Write(number, *blocks); };
-      };
+    const auto slices = FindSlices(set_.outer, cube_, facts_, threads);
+    const unsigned threads_in_memory = ThreadsInMemory(threads);
+    const auto portions = Portions(slices, threads_in_memory);
+    auto next = portions.begin();
+    RunInOrder(threads_in_memory, [&]() -> Working {
+      if (next == portions.end()) return {};
+      return [this, &portion = *next++] { return AddUp(portion); };
     });
     return Finish();
   }
@@ -87,6 +86,13 @@ class SetBuilder {
     std::string bytes;
   };
   using SliceBlocks = std::vector<PeriodBlock>;
+  /// Some facts of a slice, or all.
+  struct Portion {
+    uint64_t slice = 0;
+    std::vector<Rows> runs{};
+    bool is_first = false;
+    bool is_last = false;
+  };
 
   uint64_t SliceCount() const {
     uint64_t slices = 1;
@@ -107,24 +113,71 @@ class SetBuilder {
         std::clamp<uint64_t>(kBytesPerFact * facts_.rows / bytes, 1, threads));
   }
 
-  SliceBlocks BuildSlice(const std::vector<Rows>& runs) {
-    std::unique_ptr<TimeCells> cells = idle_cells_.Take();
-    if (cells == nullptr) {
-      cells = std::make_unique<TimeCells>();
-      for (const Time& time : times_) {
-        cells->emplace_back(columns_, facts_, std::size_t{time.periods} * inner_count_);
+  /// Slices with many facts for each of their cells are added up by several threads.
+  std::vector<Portion> Portions(const std::map<uint64_t, std::vector<Rows>>& slices,
+                                unsigned most) const {
+    constexpr uint64_t kFactsPerCell = 8;
+    const uint64_t cells = uint64_t{times_.back().periods} * inner_count_;
+    std::vector<Portion> portions;
+    for (const auto& [slice, runs] : slices) {
+      uint64_t rows = 0;
+      for (const Rows& run : runs) rows += run.end - run.begin;
+      const uint64_t count = std::clamp<uint64_t>(rows / (kFactsPerCell * cells), 1, most);
+      const std::size_t first = portions.size();
+      uint64_t taken = 0;
+      for (Rows run : runs) {
+        while (run.begin < run.end) {
+          const uint64_t begun = portions.size() - first;
+          if (taken >= rows * begun / count) portions.push_back({slice});
+          const uint64_t room = rows * (portions.size() - first) / count - taken;
+          const uint64_t end = std::min(run.end, run.begin + room);
+          portions.back().runs.push_back({run.begin, end});
+          taken += end - run.begin;
+          run.begin = end;
+        }
       }
+      portions[first].is_first = true;
+      portions.back().is_last = true;
     }
+    return portions;
+  }
+
+  Taking AddUp(const Portion& portion) {
+    std::shared_ptr<TimeCells> cells = idle_cells_.Take();
+    if (cells == nullptr) cells = NewCells();
     for (SliceCells& of_time : *cells) of_time.Clear();
-    for (const Rows& rows : runs) {
+    for (const Rows& rows : portion.runs) {
       for (uint64_t first = rows.begin; first < rows.end; first += kBatch) {
         AddFacts(first, std::min<uint64_t>(kBatch, rows.end - first), cells->back());
       }
     }
-    for (std::size_t time = times_.size() - 1; time > 0; --time) AddPeriods(time, *cells);
-    SliceBlocks blocks = BlocksOf(*cells);
-    idle_cells_.Put(std::move(cells));
-    return blocks;
+    if (!portion.is_first || !portion.is_last) {
+      return [this, &portion, cells] { AddPortion(portion, cells); };
+    }
+    const auto blocks = std::make_shared<const SliceBlocks>(BlocksOf(*cells));
+    idle_cells_.Put(cells);
+    return [this, &portion, blocks] { Write(portion.slice, *blocks); };
+  }
+
+  /// Of a slice that has several.
+  void AddPortion(const Portion& portion, const std::shared_ptr<TimeCells>& cells) {
+    if (portion.is_first) {
+      first_cells_ = cells;
+      return;
+    }
+    first_cells_->back().AddCells(cells->back());
+    idle_cells_.Put(cells);
+    if (!portion.is_last) return;
+    Write(portion.slice, BlocksOf(*first_cells_));
+    idle_cells_.Put(std::exchange(first_cells_, nullptr));
+  }
+
+  std::shared_ptr<TimeCells> NewCells() const {
+    auto cells = std::make_shared<TimeCells>();
+    for (const Time& time : times_) {
+      cells->emplace_back(columns_, facts_, std::size_t{time.periods} * inner_count_);
+    }
+    return cells;
   }
 
   void AddFacts(uint64_t first, std::size_t count, SliceCells& cells) const {
@@ -159,7 +212,9 @@ class SetBuilder {
     }
   }
 
+  /// Of all times, whose cells those of the last give.
   SliceBlocks BlocksOf(TimeCells& cells) const {
+    for (std::size_t time = times_.size() - 1; time > 0; --time) AddPeriods(time, cells);
     SliceBlocks blocks;
     for (std::size_t time = 0; time < times_.size(); ++time) {
       for (uint32_t period = 0; period < times_[time].periods; ++period) {
@@ -200,6 +255,7 @@ class SetBuilder {
   uint32_t inner_count_;
   std::vector<Time> times_;
   Idle<TimeCells> idle_cells_;
+  std::shared_ptr<TimeCells> first_cells_;  // of a slice in several portions, while it is added up
 };
 
 }  // namespace

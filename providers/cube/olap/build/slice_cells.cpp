@@ -82,6 +82,12 @@ void SliceCells::AddCell(std::size_t cell, const SliceCells& other, std::size_t 
   present_[cell] = 1;
 }
 
+void SliceCells::AddCells(const SliceCells& other) {
+  for (std::size_t cell = 0; cell < present_.size(); ++cell) {
+    if (other.IsPresent(cell)) AddCell(cell, other, cell);
+  }
+}
+
 std::string SliceCells::Block(std::size_t first, uint32_t count) {
   leaves_.clear();
   for (uint32_t leaf = 0; leaf < count; ++leaf) {

@@ -38,6 +38,8 @@ class SliceCells {
 
   /// Adds a cell of shorter periods.
   void AddCell(std::size_t cell, const SliceCells& other, std::size_t from);
+  /// Adds the same cells of other facts.
+  void AddCells(const SliceCells& other);
 
   /// The cells from `first` on as a block; empty when none is present.
   std::string Block(std::size_t first, uint32_t count);
