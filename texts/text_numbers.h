@@ -11,6 +11,7 @@ inline constexpr int kMainWindow = 1000;
 inline constexpr int kCubeWindow = 1001;
 inline constexpr int kOptionWindow = 1002;
 inline constexpr int kLinearDatesWindow = 1003;
+inline constexpr int kLacksWindow = 1004;
 
 // Buttons that several windows have.
 inline constexpr int kOk = 1010;
@@ -45,6 +46,9 @@ inline constexpr int kUnsaved = 1114;
 inline constexpr int kAskRename = 1115;
 inline constexpr int kGivenNames = 1116;
 inline constexpr int kUnseen = 1117;
+inline constexpr int kAdviceRun = 1118;
+inline constexpr int kAdviceCube = 1119;
+inline constexpr int kAdviceMeasures = 1120;
 
 // The main query window.
 inline constexpr int kDataSource = 1200;
@@ -89,6 +93,8 @@ inline constexpr int kOpenWorkbook = 1238;
 inline constexpr int kOpenFolder = 1239;
 inline constexpr int kFirstRows = 1240;
 inline constexpr int kMoneyTotals = 1241;
+inline constexpr int kCopy = 1242;
+inline constexpr int kReportLine = 1243;
 
 // Menus of the main query window.
 inline constexpr int kMenuFile = 1260;
@@ -101,6 +107,14 @@ inline constexpr int kMenuClean = 1266;
 inline constexpr int kMenuHelp = 1267;
 inline constexpr int kMenuContents = 1268;
 inline constexpr int kMenuNamePeriods = 1269;
+inline constexpr int kMenuDeleteSource = 1270;
+inline constexpr int kMenuDeletePeriods = 1271;
+inline constexpr int kMenuView = 1272;
+inline constexpr int kMenuOpenWorkbook = 1273;
+inline constexpr int kMenuOpenFolder = 1274;
+inline constexpr int kMenuCopy = 1275;
+inline constexpr int kMenuChart = 1276;
+inline constexpr int kMenuAbout = 1277;
 
 // Tool tips of the main query window.
 inline constexpr int kTipDataSource = 1280;
@@ -115,6 +129,12 @@ inline constexpr int kTipMeasure = 1288;
 inline constexpr int kTipNamePeriods = 1289;
 inline constexpr int kTipOtherDates = 1290;
 inline constexpr int kTipCopyMeasure = 1291;
+inline constexpr int kTipCopy = 1292;
+inline constexpr int kTipHostDatabase = 1293;
+inline constexpr int kTipActFile = 1294;
+inline constexpr int kTipCubeFile = 1295;
+inline constexpr int kTipBrowse = 1296;
+inline constexpr int kTipDelete = 1297;
 
 // The money-set options window.
 inline constexpr int kMoneySet = 1300;
@@ -128,6 +148,11 @@ inline constexpr int kTipCalculated = 1305;
 inline constexpr int kCubeFileOfWindow = 1350;
 inline constexpr int kCatalogOfWindow = 1351;
 inline constexpr int kOpenCubeFile = 1352;
+
+// The list of what a cube lacks.
+inline constexpr int kLacks = 1360;
+inline constexpr int kLackWhat = 1361;
+inline constexpr int kLackMend = 1362;
 
 // The dates wizard.
 inline constexpr int kInterval = 1400;

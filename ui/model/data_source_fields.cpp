@@ -5,6 +5,7 @@
 #include <cstdio>
 
 #include "env/environment.h"
+#include "platform/text.h"
 #include "settings/set_reader.h"
 #include "settings/set_writer.h"
 #include "texts/language.h"
@@ -19,8 +20,10 @@ namespace {
 
 constexpr char kName[] = "comboDataSource";
 constexpr char kObs[] = "CmbObs";
+constexpr char kCubeFile[] = "TxtFileName";
 constexpr char kLineEnd[] = "\r\n";
-constexpr const char* kNeeded[] = {"txtVarnelMDB", "TxtFileName", "txtCubeName", kObs};
+constexpr char kNeededMark[] = " *";
+constexpr const char* kNeeded[] = {"txtVarnelMDB", kCubeFile, "txtCubeName", kObs};
 constexpr int kNameWidth = 15;
 
 /// What stands between the numbers of a date or time in this country.
@@ -64,11 +67,16 @@ void DataSourceFields::AddTo(Panel panel) {
   panel.Label({0, 0}, "lblDataSource", text_number::kDataSource);
   panel.Field({0, 1}, kComboBox, kName, "lblDataSource", kNameWidth, text_number::kTipDataSource)
       .Grows = true;
-  AddPath(panel, {1, 0}, "lblVarnelMDB", text_number::kHostDatabase, "txtVarnelMDB");
-  panel.Button({1, 2}, "cmdVarnelMDB", text_number::kBrowse).Label = "lblVarnelMDB";
-  AddPath(panel, {2, 0}, "lblActFile", text_number::kActFile, "txtActFile");
-  panel.Button({2, 2}, "cmdActFile", text_number::kBrowse).Label = "lblActFile";
-  AddPath(panel, {0, 3}, "lblCubeFile", text_number::kCubeFile, "TxtFileName").Locked = true;
+  AddPath(panel, {1, 0}, "lblVarnelMDB", text_number::kHostDatabase, "txtVarnelMDB").ToolTipText =
+      std::to_string(text_number::kTipHostDatabase);
+  panel.Button({1, 2}, "cmdVarnelMDB", text_number::kBrowse, text_number::kTipBrowse).Label =
+      "lblVarnelMDB";
+  AddPath(panel, {2, 0}, "lblActFile", text_number::kActFile, "txtActFile").ToolTipText =
+      std::to_string(text_number::kTipActFile);
+  panel.Button({2, 2}, "cmdActFile", text_number::kBrowse, text_number::kTipBrowse).Label =
+      "lblActFile";
+  AddPath(panel, {0, 3}, "lblCubeFile", text_number::kCubeFile, kCubeFile).ToolTipText =
+      std::to_string(text_number::kTipCubeFile);
   panel.Button({0, 5}, "cmdCube", text_number::kChooseCube);
   AddPath(panel, {1, 3}, "lblCubeName", text_number::kCubeName, "txtCubeName").Locked = true;
   panel.Label({2, 3}, "lblObs", text_number::kObs);
@@ -80,7 +88,7 @@ Control& DataSourceFields::AddPath(Panel& panel, GridCell cell, const char* labe
   panel.Label(cell, label, text);
   ++cell.column;
   Control& path = panel.Field(cell, ControlType::kTextBox, field, label, kNameWidth);
-  path.Grows = true;
+  path.Grows = path.Path = true;
   return path;
 }
 
@@ -129,6 +137,7 @@ void DataSourceFields::CopyFirstMeasure() {
 
 void DataSourceFields::AddRules() {
   using enum FormEvent;
+  form_.On(kLeft, kCubeFile, [this](int) { CubeFileLeft(); });
   form_.On(kClicked, "cmdCube", [this](int) { ChooseCube(); });
   form_.On(kClicked, "cmdOptions", [this](int) { EditMoneySets(0); });
   form_.On(kClicked, "cmdCopyMeasure", [this](int) { CopyFirstMeasure(); });
@@ -144,7 +153,7 @@ DataSourceSetting DataSourceFields::Read() const {
   DataSourceSetting setting = setting_;
   setting.SetName = form_.Text(kName);
   setting.VarnelMDB = form_.Text("txtVarnelMDB");
-  setting.CubeFile = form_.Text("TxtFileName");
+  setting.CubeFile = form_.Text(kCubeFile);
   setting.CubeName = form_.Text("txtCubeName");
   setting.OBS = form_.Text(kObs);
   setting.ActFile = form_.Text("txtActFile");
@@ -154,7 +163,8 @@ DataSourceSetting DataSourceFields::Read() const {
 void DataSourceFields::Show(const DataSourceSetting& setting) {
   setting_ = setting;
   form_.SetText("txtVarnelMDB", setting.VarnelMDB);
-  form_.SetText("TxtFileName", setting.CubeFile);
+  form_.SetText(kCubeFile, setting.CubeFile);
+  cube_file_ = setting.CubeFile;
   form_.SetText("txtCubeName", setting.CubeName);
   form_.SetText(kObs, setting.OBS);
   form_.SetText("txtActFile", setting.ActFile);
@@ -170,7 +180,7 @@ bool DataSourceFields::INIDataSource(const std::string& name) {
     Show(*setting);
     loaded = true;
     UpdObsList();
-    MarkMissingMeasures();
+    TellMissingMeasures();
   });
   return loaded;
 }
@@ -192,9 +202,9 @@ void DataSourceFields::ShowMeasures() {
   }
 }
 
-void DataSourceFields::MarkMissingMeasures() {
+std::vector<std::string> DataSourceFields::MissingMeasures() {
   const Value::Array known =
-      GetMeasFromCube(services_.host, form_.Text("TxtFileName"), form_.Text("txtCubeName"));
+      GetMeasFromCube(services_.host, form_.Text(kCubeFile), form_.Text("txtCubeName"));
   std::vector<std::string> missing;
   for (int row = 0; row < kMoneySetCount; ++row) {
     const std::string& measure = form_.Text({"TextMeasure", row});
@@ -207,6 +217,11 @@ void DataSourceFields::MarkMissingMeasures() {
       missing.push_back(measure);
     }
   }
+  return missing;
+}
+
+void DataSourceFields::TellMissingMeasures() {
+  const auto missing = MissingMeasures();
   if (missing.empty()) return;
   std::string text = StringTableText(text_number::kMeasures) + kLineEnd;
   for (const std::string& measure : missing) text += kLineEnd + measure;
@@ -218,7 +233,7 @@ void DataSourceFields::UpdObsList() {
   RunReported(services_, {.FunctionName = "UpdObsList", .ModuleName = "FrmPeriosd"}, [this] {
     form_.SetList(kObs, {});
     const auto members =
-        ReadObsMembers(services_.host, form_.Text("TxtFileName"), form_.Text("txtCubeName"));
+        ReadObsMembers(services_.host, form_.Text(kCubeFile), form_.Text("txtCubeName"));
     form_.SetList(kObs, members);
     const std::string& chosen = form_.Text(kObs);
     const auto found = std::find(members.begin(), members.end(), chosen);
@@ -230,22 +245,51 @@ void DataSourceFields::UpdObsList() {
   });
 }
 
+/// What was typed or pasted offers its cubes; the one that is named stays where it has it.
+void DataSourceFields::CubeFileLeft() {
+  form_.SetText(kCubeFile, std::string(TrimBlanks(form_.Text(kCubeFile))));
+  const std::string file = form_.Text(kCubeFile);
+  if (file == cube_file_) return;
+  cube_file_ = file;
+  if (file.empty()) return;
+  RunReported(services_, {.FunctionName = "TxtFileName_LostFocus", .ModuleName = "FrmPeriods"},
+              [&] {
+                const auto connection = OpenForCatalogs(services_.host, file);
+                const QelCatalogs cubes = ListQelCatalogs(*connection);
+                connection->Close();
+                ChooseCatalog(cubes);
+                UpdObsList();
+              });
+}
+
+void DataSourceFields::ChooseCatalog(const QelCatalogs& cubes) {
+  if (!cubes.chosen) {
+    ShowMessage(services_, StringTableText(text_number::kNoQelCube),
+                services_.host.component.product_name, MessageIcon::kExclamation);
+    return;
+  }
+  const auto& names = cubes.names;
+  const bool is_there =
+      std::find(names.begin(), names.end(), form_.Text("txtCubeName")) != names.end();
+  if (!is_there) form_.SetText("txtCubeName", names[*cubes.chosen]);
+}
+
 MeasureChoices DataSourceFields::SetCmbMeas2() {
   MeasureChoices choices;
   RunReported(services_, {.FunctionName = "SetCmbMeas2", .ModuleName = "FrmPeriods"}, [&] {
-    choices =
-        ReadMeasureChoices(services_.host, form_.Text("TxtFileName"), form_.Text("txtCubeName"));
+    choices = ReadMeasureChoices(services_.host, form_.Text(kCubeFile), form_.Text("txtCubeName"));
   });
   return choices;
 }
 
 void DataSourceFields::ChooseCube() {
   frmCube window(services_);
-  window.CubeFile = form_.Text("TxtFileName");
+  window.CubeFile = form_.Text(kCubeFile);
   window.CubeName = form_.Text("txtCubeName");
   window.DbPath = SettingsDatabase(services_.publics.environment.SettingsFolder);
   if (!window.ShowForm()) return;
-  form_.SetText("TxtFileName", window.CubeFile);
+  form_.SetText(kCubeFile, window.CubeFile);
+  cube_file_ = window.CubeFile;
   form_.SetText("txtCubeName", window.CubeName);
   form_.SetText(kObs, "");
   UpdObsList();
@@ -266,20 +310,26 @@ void DataSourceFields::PickInto(const char* field) {
   if (!picked.empty()) form_.SetText(field, picked);
 }
 
-bool DataSourceFields::MarkMissingFields() {
-  bool complete = true;
+void DataSourceFields::MarkNeededLabels() {
+  for (const char* field : kNeeded) form_.At(form_.At(field).Label).Caption += kNeededMark;
+}
+
+std::string DataSourceFields::MarkMissingFields() {
+  std::string names;
   for (const char* field : kNeeded) {
-    const bool missing = form_.Text(field).empty();
-    form_.At(field).Error = missing;
-    if (missing && complete) form_.Focus = ControlId(field);
-    complete = complete && !missing;
+    Control& control = form_.At(field);
+    control.Error = control.Text.empty();
+    if (!control.Error) continue;
+    if (names.empty()) form_.Focus = ControlId(field);
+    const std::string label = SpokenName(form_, control);
+    names += kLineEnd + label.substr(0, label.rfind(kNeededMark));
   }
-  return complete;
+  return names;
 }
 
 bool DataSourceFields::SaveDataSourceInfo() {
-  if (!MarkMissingFields()) {
-    ShowMessage(services_, StringTableText(text_number::kNoDataSource),
+  if (const std::string missing = MarkMissingFields(); !missing.empty()) {
+    ShowMessage(services_, StringTableText(text_number::kNoDataSource) + kLineEnd + missing,
                 services_.host.component.product_name, MessageIcon::kExclamation);
     return false;
   }

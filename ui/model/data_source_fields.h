@@ -43,6 +43,11 @@ class DataSourceFields {
   /// What is entered except the name, as one text, to tell whether it changed.
   std::string Entered() const;
 
+  /// Marks the fields' labels that a data source needs. Part of the form's load, after the texts.
+  void MarkNeededLabels();
+  /// Marks the measures that the cube lacks; false when there is none.
+  bool MarkMissingMeasures() { return !MissingMeasures().empty(); }
+
   /// The fields as they stand.
   DataSourceSetting Read() const;
 
@@ -52,19 +57,24 @@ class DataSourceFields {
   void AddRules();
   void Show(const DataSourceSetting& setting);
   void ShowMeasures();
-  void MarkMissingMeasures();
-  /// Marks what a data source needs and has not; the first gets the focus. False when there is any.
-  bool MarkMissingFields();
+  std::vector<std::string> MissingMeasures();
+  void TellMissingMeasures();
+  /// Marks what a data source needs and has not; the first gets the focus. Their names, each on
+  /// a line; "" for none.
+  std::string MarkMissingFields();
   void MarkMeasure(int row, bool missing);
   void UpdObsList();
   MeasureChoices SetCmbMeas2();
   void ChooseCube();
+  void CubeFileLeft();
+  void ChooseCatalog(const QelCatalogs& cubes);
   void EditMoneySets(int row);
   void CopyFirstMeasure();
   void PickInto(const char* field);
 
   const WindowServices& services_;
   Form& form_;
+  std::string cube_file_;      ///< as its cubes were last looked for
   DataSourceSetting setting_;  ///< its money sets are the ones being edited
 };
 

@@ -103,11 +103,21 @@ std::string WithoutAccessMark(const std::string& caption) {
   return plain;
 }
 
+std::string AsCaption(const std::string& text) {
+  std::string caption;
+  for (const char c : text) caption += c == '&' ? "&&" : std::string(1, c);
+  return caption;
+}
+
 std::string SpokenName(const Form& form, const Control& control) {
   const bool labelled = !control.Label.empty() && form.Has(control.Label);
   std::string name = WithoutAccessMark(labelled ? form.At(control.Label).Caption : control.Caption);
   if (labelled && control.Type == kCommandButton) name += " " + WithoutAccessMark(control.Caption);
   return control.Row.empty() ? name : name + " " + control.Row;
+}
+
+const std::string& ShownToolTip(const Control& control) {
+  return control.Path && !control.Text.empty() ? control.Text : control.ToolTipText;
 }
 
 const char* TypeName(ControlType type) { return RowOf(type).name; }

@@ -92,7 +92,7 @@ enum class Region {
 /// One bar of a chart.
 struct Bar {
   std::string caption;
-  double value = 0;
+  double value = 0;        ///< its length, in a unit that all bars of the chart have in common
   std::string value_text;  ///< the value as it is to be read
   friend bool operator==(const Bar&, const Bar&) = default;
 };
@@ -132,6 +132,7 @@ struct Control {
   bool Visible = true;
   bool Default = false;        ///< the button that Enter clicks
   bool Cancel = false;         ///< the button that Escape clicks
+  bool Path = false;           ///< a text box's: shortened in its middle where it is too long
   bool Locked = false;         ///< a text that can be chosen or read, not typed
   bool Error = false;          ///< drawn as wrong, in the error back colour
   bool Dimmed = false;         ///< a text that stands for nothing, drawn pale
@@ -170,6 +171,11 @@ std::string SpokenName(const Form& form, const Control& control);
 
 /// A caption as it is read: "&Run" is "Run", "&&" is "&".
 std::string WithoutAccessMark(const std::string& caption);
+/// As a caption that shows the text as it is: a name may hold "&".
+std::string AsCaption(const std::string& text);
+
+/// What the mouse over the control is told: of a path all of it.
+const std::string& ShownToolTip(const Control& control);
 
 /// What a rule reacts to.
 enum class FormEvent {

@@ -2,6 +2,7 @@
 
 #include "cube/discovery.h"
 #include "env/environment.h"
+#include "platform/text.h"
 #include "texts/string_table.h"
 #include "texts/text_numbers.h"
 #include "ui/model/apply_language.h"
@@ -12,6 +13,7 @@ namespace vok {
 namespace {
 
 constexpr int kFileWidth = 44;
+constexpr char kLastFolder[] = "CubeFolder";
 
 }  // namespace
 
@@ -24,11 +26,13 @@ frmCube::frmCube(const WindowServices& services)
   fields.Label({0, 0}, "lblFileName", text_number::kCubeFileOfWindow);
   Control& file =
       fields.Field({0, 1}, ControlType::kTextBox, "TxtFileName", "lblFileName", kFileWidth);
-  file.Locked = file.Grows = true;
+  file.Grows = file.Path = true;
+  file.ToolTipText = std::to_string(text_number::kTipCubeFile);
   fields.Button({0, 2}, "ComCubeFile", text_number::kOpenCubeFile);
   fields.Label({1, 0}, "lblCube", text_number::kCatalogOfWindow);
   fields.Field({1, 1}, ControlType::kComboBox, "ComboCube", "lblCube", kFileWidth).Locked = true;
   window.OkAndCancel();
+  form_.On(FormEvent::kLeft, "TxtFileName", [this](int) { FileLeft(); });
   form_.On(FormEvent::kClicked, "ComCubeFile", [this](int) { PickFile(); });
   form_.On(FormEvent::kClicked, "cmdOk", [this](int) { Ok(); });
   form_.On(FormEvent::kClicked, "cmdCancel", [this](int) { form_.Visible = false; });
@@ -58,6 +62,7 @@ void frmCube::ListCatalogs() {
     const auto connection = OpenForCatalogs(services_.host, CubeFile);
     UpdListCube(connection.get());
     connection->Close();
+    if (!form_.Text("ComboCube").empty()) form_.Focus = ControlId("cmdOk");
   });
 }
 
@@ -66,9 +71,20 @@ void frmCube::PickFile() {
   const std::string picked = services_.toolkit.PickFile(
       {.title = services_.host.component.executable_name + StringTableText(text_number::kOpenAFile),
        .filter = "Cub files(*.cub)|*.cub",
-       .flags = kFileMustExist | kHideReadOnly});
-  if (picked.empty() || picked == CubeFile) return;
+       .flags = kFileMustExist | kHideReadOnly,
+       .folder = services_.toolkit.Recall(kLastFolder)});
+  if (picked.empty()) return;
+  const std::size_t end = picked.find_last_of("/\\");
+  if (end != std::string::npos) services_.toolkit.Remember(kLastFolder, picked.substr(0, end));
   CubeFile = picked;
+  ListCatalogs();
+}
+
+/// An address cannot be picked.
+void frmCube::FileLeft() {
+  const std::string typed(TrimBlanks(form_.Text("TxtFileName")));
+  if (typed == CubeFile) return;
+  CubeFile = typed;
   ListCatalogs();
 }
 

@@ -33,6 +33,7 @@ class frmCube {
  private:
   void ListCatalogs();
   void PickFile();
+  void FileLeft();
   void Ok();
 
   const WindowServices& services_;

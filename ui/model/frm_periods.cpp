@@ -1,9 +1,11 @@
 #include "ui/model/frm_periods.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "component/workbook_writer.h"
 #include "env/environment.h"
+#include "platform/failure.h"
 #include "settings/set_lists.h"
 #include "settings/set_reader.h"
 #include "settings/set_writer.h"
@@ -12,6 +14,7 @@
 #include "texts/string_table.h"
 #include "texts/text_numbers.h"
 #include "ui/model/apply_language.h"
+#include "ui/model/cube_lacks.h"
 #include "ui/model/messages.h"
 
 namespace vok {
@@ -73,11 +76,11 @@ void FrmPeriods::AddControls() {
   Panel period_set = AddPeriods(periods);
   Panel workbook = window.Frame({2, 0}, "fraWorkbook");
   workbook.Label({0, 0}, "lblOutput", text_number::kWorkbook);
-  workbook
-      .Field({0, 1}, ControlType::kTextBox, "txtOutput", "lblOutput", kPathWidth,
-             text_number::kTipWorkbook)
-      .Grows = true;
-  workbook.Button({0, 2}, "cmdOutput", text_number::kBrowse).Label = "lblOutput";
+  Control& output = workbook.Field({0, 1}, ControlType::kTextBox, "txtOutput", "lblOutput",
+                                   kPathWidth, text_number::kTipWorkbook);
+  output.Grows = output.Path = true;
+  workbook.Button({0, 2}, "cmdOutput", text_number::kBrowse, text_number::kTipBrowse).Label =
+      "lblOutput";
   progress_.AddTo(window.Foot(0, "fraProgress"));
   Panel buttons = window.Foot(1, "fraButtons");
   buttons.Button({0, 0}, "ComSaveSet", text_number::kSave);
@@ -87,8 +90,11 @@ void FrmPeriods::AddControls() {
   buttons.Button({0, 3}, "cmdClose", text_number::kClose).Cancel = true;
   result_.AddTo(window);
   // Last: from a name that was just typed Tab must not lead to its deletion.
-  source.Button({0, 2}, "cmdDeleteSource", text_number::kDeleteDataSource).Label = "lblDataSource";
-  period_set.Button({0, 2}, "cmdDeletePeriods", text_number::kDeletePeriods).Label = "lblPeriods";
+  source.Button({0, 2}, "cmdDeleteSource", text_number::kDeleteDataSource, text_number::kTipDelete)
+      .Label = "lblDataSource";
+  period_set
+      .Button({0, 2}, "cmdDeletePeriods", text_number::kDeletePeriods, text_number::kTipDelete)
+      .Label = "lblPeriods";
 }
 
 /// Money set n is measured in period n, so their fields share a row. Money set 0 is in no period.
@@ -120,13 +126,21 @@ void FrmPeriods::AddMenus() {
   AddMenu(form_, "mnuFile", text_number::kMenuFile);
   AddMenu(form_, "mnuSave", text_number::kMenuSave, "mnuFile").Shortcut = "Ctrl+S";
   AddMenu(form_, "mnuRun", text_number::kMenuRun, "mnuFile").Shortcut = "F5";
+  AddMenu(form_, "mnuDeleteSource", text_number::kMenuDeleteSource, "mnuFile");
+  AddMenu(form_, "mnuDeletePeriods", text_number::kMenuDeletePeriods, "mnuFile");
   AddMenu(form_, "mnuClose", text_number::kMenuClose, "mnuFile");
   AddMenu(form_, "mnuPeriods", text_number::kMenuPeriods);
   AddMenu(form_, "mnuAutoFill", text_number::kMenuAutoFill, "mnuPeriods");
   AddMenu(form_, "mnuNamePeriods", text_number::kMenuNamePeriods, "mnuPeriods");
   AddMenu(form_, "mnuClean", text_number::kMenuClean, "mnuPeriods");
+  AddMenu(form_, "mnuView", text_number::kMenuView);
+  AddMenu(form_, "mnuOpenWorkbook", text_number::kMenuOpenWorkbook, "mnuView").Shortcut = "Ctrl+O";
+  AddMenu(form_, "mnuOpenFolder", text_number::kMenuOpenFolder, "mnuView");
+  AddMenu(form_, "mnuCopy", text_number::kMenuCopy, "mnuView");
+  AddMenu(form_, "mnuChart", text_number::kMenuChart, "mnuView");
   AddMenu(form_, "mnuHelp", text_number::kMenuHelp);
   AddMenu(form_, "mnuContents", text_number::kMenuContents, "mnuHelp").Shortcut = "F1";
+  AddMenu(form_, "mnuAbout", text_number::kMenuAbout, "mnuHelp");
 }
 
 void FrmPeriods::AddRules() {
@@ -139,16 +153,24 @@ void FrmPeriods::AddRules() {
   on_click("cmdQuery", [this] { RunQuery(); });
   on_click("ComSaveSet", [this] { SaveSettings(); });
   on_click("cmdClose", [this] { Close(); });
+  on_click("mnuAbout", [this] { TellAbout(); });
   on_click("cmdHelp", [this] {
     services_.toolkit.ShowHelp(services_.host.files.NativePath(services_.publics.help_file));
   });
-  constexpr std::pair<const char*, const char*> kSameAs[] = {{"mnuSave", "ComSaveSet"},
-                                                             {"mnuRun", "cmdQuery"},
-                                                             {"mnuClose", "cmdClose"},
-                                                             {"mnuAutoFill", "cmdAutoFill"},
-                                                             {"mnuNamePeriods", "cmdNamePeriods"},
-                                                             {"mnuClean", "cmdCleanDates"},
-                                                             {"mnuContents", "cmdHelp"}};
+  constexpr std::pair<const char*, const char*> kSameAs[] = {
+      {"mnuSave", "ComSaveSet"},
+      {"mnuRun", "cmdQuery"},
+      {"mnuClose", "cmdClose"},
+      {"mnuAutoFill", "cmdAutoFill"},
+      {"mnuNamePeriods", "cmdNamePeriods"},
+      {"mnuClean", "cmdCleanDates"},
+      {"mnuDeleteSource", "cmdDeleteSource"},
+      {"mnuDeletePeriods", "cmdDeletePeriods"},
+      {"mnuOpenWorkbook", "cmdOpenWorkbook"},
+      {"mnuOpenFolder", "cmdOpenFolder"},
+      {"mnuCopy", "cmdCopyResult"},
+      {"mnuChart", "chkChart"},
+      {"mnuContents", "cmdHelp"}};
   for (const auto& [menu, button] : kSameAs) {
     on_click(menu, [this, button = button] { form_.Click(button); });
   }
@@ -160,9 +182,10 @@ Value FrmPeriods::Initialize(std::string& DataBaseFileName) {
   FindSettingsFolder(host, environment);
   CreateDB(host, environment, environment.SettingsFolder);
   LoadTexts(host, services_.publics, form_);
+  source_.MarkNeededLabels();
   title_ = form_.Caption + " [v" + clMe(host, services_.publics).Version() + "]";
   for (const char* help : {"cmdHelp", "mnuContents"}) {
-    form_.At(help).Enabled = !services_.publics.help_file.empty();
+    form_.At(help).Visible = !services_.publics.help_file.empty();
   }
   dates_.Load();
   ListSets();
@@ -174,7 +197,28 @@ Value FrmPeriods::Initialize(std::string& DataBaseFileName) {
   return host.files.Exists(SettingsDatabase(environment.SettingsFolder));
 }
 
-void FrmPeriods::Show() { services_.toolkit.ShowModal(form_); }
+void FrmPeriods::Show() {
+  if (form_.Text("txtVarnelMDB").empty()) ChooseLastSets();
+  services_.toolkit.ShowModal(form_);
+  for (const char* combo : {kDataSource, kPeriods}) {
+    services_.toolkit.Remember(KeyOfLast(combo), form_.Text(combo));
+  }
+}
+
+/// Each settings folder has its own.
+std::string FrmPeriods::KeyOfLast(const char* combo) const {
+  return std::string(combo) + "@" + services_.publics.environment.SettingsFolder;
+}
+
+/// Those that the person worked with in the window before this one, if they are still there.
+void FrmPeriods::ChooseLastSets() {
+  for (const char* combo : {kDataSource, kPeriods}) {
+    const auto& names = form_.At(combo).List;
+    const auto found =
+        std::find(names.begin(), names.end(), services_.toolkit.Recall(KeyOfLast(combo)));
+    if (found != names.end()) form_.Choose(combo, static_cast<int>(found - names.begin()));
+  }
+}
 
 void FrmPeriods::ListSets() {
   RunReported(services_, ReportOf("Form_Load"), [this] {
@@ -283,18 +327,47 @@ void FrmPeriods::RunQuery() {
   if (ran) ShowRunResult(*result.As<Value::Array>());
 }
 
-/// A failure without a message of its own has been shown by the run.
 void FrmPeriods::ShowRunResult(const Value::Array& parts) {
-  const std::string& title = services_.host.component.product_name;
   const bool failed = parts.size() == 2;
-  result_.Show();
-  if (failed) {
-    const std::string message = parts[1].ToText();
-    if (!message.empty()) ShowMessage(services_, message, title, MessageIcon::kExclamation);
-  } else if (services_.publics.last_run.workbook.empty()) {
-    ShowMessage(services_, GetLangString(services_.publics.language, text_number::kNoWorkbook),
-                title, MessageIcon::kInformation);
+  const std::string problem = failed ? FailureText(parts) : EmptyText();
+  result_.Show(problem);
+  if (problem.empty()) return;
+  ShowMessage(services_, problem, services_.host.component.product_name,
+              failed ? MessageIcon::kExclamation : MessageIcon::kInformation);
+  if (services_.publics.last_run.code == failure_number::kInvalidDate) {
+    ShowLacks(services_, form_.Text("TxtFileName"), form_.Text("txtCubeName"));
   }
+}
+
+std::string FrmPeriods::EmptyText() const {
+  if (!services_.publics.last_run.workbook.empty()) return {};
+  return GetLangString(services_.publics.language, text_number::kNoWorkbook);
+}
+
+/// What failed, why, and what to do. A run that was asked to stop has not failed.
+std::string FrmPeriods::FailureText(const Value::Array& parts) {
+  constexpr char kLineEnd[] = "\r\n";
+  const RunReport& report = services_.publics.last_run;
+  if (report.stopped) return {};
+  std::string text = parts[1].ToText();
+  if (!report.cause.empty() && report.cause != text) {
+    text += (text.empty() ? "" : kLineEnd) + report.cause;
+  }
+  if (text.empty()) text = StringTableText(text_number::kError) + " " + parts[0].ToText();
+  int advice = text_number::kAdviceRun;
+  if (report.code == failure_number::kConnectionError) advice = text_number::kAdviceCube;
+  if (report.code == failure_number::kInvalidMeasure && source_.MarkMissingMeasures()) {
+    advice = text_number::kAdviceMeasures;
+  }
+  return text + kLineEnd + kLineEnd + GetLangString(services_.publics.language, advice);
+}
+
+void FrmPeriods::TellAbout() {
+  const ComponentInfo& component = services_.host.component;
+  ShowMessage(services_,
+              component.product_name + " " + clMe(services_.host, services_.publics).Version() +
+                  "\r\n\r\n" + services_.toolkit.Name() + ", SQLite, Expat, pugixml, libdeflate",
+              component.product_name, MessageIcon::kInformation);
 }
 
 void FrmPeriods::Close() {

@@ -50,6 +50,10 @@ class FrmPeriods : public QueryWindow {
   void Delete(const char* combo, const char* kind);
   void RunQuery();
   void ShowRunResult(const Value::Array& parts);
+  std::string KeyOfLast(const char* combo) const;
+  void ChooseLastSets();
+  std::string FailureText(const Value::Array& parts);
+  std::string EmptyText() const;
   bool SaveSource();
   /// Asks whether to save what has changed, see `AskWhetherToSave`: false when it was cancelled or
   /// could not be saved.
@@ -57,6 +61,7 @@ class FrmPeriods : public QueryWindow {
   std::vector<std::string> ChangedSets() const;
   void ShowTitle();
   void Close();
+  void TellAbout();
   void PickOutput();
 
   WindowServices services_;

@@ -7,13 +7,6 @@
 namespace vok {
 namespace {
 
-/// As a caption that shows the text as it is: the name of a set may hold "&".
-std::string CaptionOf(const std::string& text) {
-  std::string caption;
-  for (const char c : text) caption += c == '&' ? "&&" : std::string(1, c);
-  return caption;
-}
-
 void AddRows(Panel panel, const Question& question) {
   const int columns = static_cast<int>(question.rows.front().size());
   const int width = 48 / columns;
@@ -22,7 +15,7 @@ void AddRows(Panel panel, const Question& question) {
   for (const auto& row : question.rows) {
     for (int column = 0; column < columns; ++column, ++number) {
       Control& label = panel.Label({1 + number / columns, column}, {"lblRow", number}, 0);
-      label.Caption = CaptionOf(row[static_cast<std::size_t>(column)]);
+      label.Caption = AsCaption(row[static_cast<std::size_t>(column)]);
       label.Width = width;
       label.Grows = true;
     }

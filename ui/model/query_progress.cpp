@@ -14,6 +14,12 @@ constexpr char kProgressFrame[] = "fraProgress";
 constexpr char kLabel[] = "lblProgress";
 constexpr char kStop[] = "cmdStop";
 
+/// The window shows by itself what a run has to say, when it is over.
+class NoBoxes : public MessageBoxes {
+ public:
+  MessageAnswer Show(const MessageBox&) override { return MessageAnswer::kOk; }
+};
+
 bool IsUsed(const Control& control) {
   return control.Type != ControlType::kLabel && control.Type != ControlType::kFrame;
 }
@@ -84,8 +90,12 @@ Value QueryProgress::Run(std::string source, std::string periods, std::string ou
   Value result;
   form_.At(kLabel).Caption = GetLangString(services_.publics.language, text_number::kRunning);
   const Running running(*this);
+  const Host& host = services_.host;
+  NoBoxes none;
+  const Host silent{host.component, host.files,    host.registry, host.locale,     host.clock,
+                    none,           host.database, host.cube,     host.spreadsheet};
   services_.toolkit.RunBeside(
-      [&] { result = clMe(services_.host, services_.publics).RunQuery(source, periods, output); });
+      [&] { result = clMe(silent, services_.publics).RunQuery(source, periods, output); });
   return result;
 }
 

@@ -24,9 +24,9 @@ class QueryProgress {
   /// `frame` is `fraProgress`.
   void AddTo(Panel frame);
 
-  /// What `clMe::RunQuery` gives; returns when the query is over. An old workbook stays unless a
-  /// whole new one takes its place. Failures are those of
-  /// `Toolkit::RunBeside`; the window is as it was before, on every path.
+  /// What `clMe::RunQuery` gives, without message boxes: `Publics::last_run` has what failed.
+  /// Returns when the query is over. An old workbook stays unless a whole new one takes its place.
+  /// Failures are those of `Toolkit::RunBeside`; the window is as it was before, on every path.
   Value Run(std::string source, std::string periods, std::string output);
 
  private:

@@ -2,9 +2,10 @@
 
 #include <algorithm>
 #include <cmath>
+#include <map>
+#include <utility>
 
 #include "component/result_grid.h"
-#include "component/workbook_writer.h"
 #include "platform/whole_path.h"
 #include "texts/language.h"
 #include "texts/text_numbers.h"
@@ -17,6 +18,7 @@ constexpr char kResultFrame[] = "fraResult";
 constexpr char kPath[] = "txtResult";
 constexpr char kRows[] = "lvwRows";
 constexpr char kMoney[] = "chtMoney";
+constexpr char kCause[] = "lblCause";
 constexpr int kMoneyDecimals = 2;
 
 std::string WithValues(std::string text, const std::string& first, const std::string& second) {
@@ -27,13 +29,6 @@ std::string WithValues(std::string text, const std::string& first, const std::st
   return text;
 }
 
-/// "A" for column 0.
-std::string ColumnName(std::size_t column) {
-  constexpr std::size_t kLetters = 26;
-  const std::string last(1, static_cast<char>('A' + column % kLetters));
-  return column < kLetters ? last : ColumnName(column / kLetters - 1) + last;
-}
-
 /// Whole numbers are shown without decimals where all of them are.
 int DecimalsOf(const std::vector<double>& numbers) {
   const bool whole = std::all_of(numbers.begin(), numbers.end(),
@@ -41,85 +36,105 @@ int DecimalsOf(const std::vector<double>& numbers) {
   return whole ? 0 : kMoneyDecimals;
 }
 
-/// A column of the sheet as it is shown.
-struct SheetColumn {
-  std::vector<std::string> cells = {};
-  bool is_empty = true;
-  bool is_number = false;
-};
-
-SheetColumn ReadColumn(const Locale& locale, const RunPreview& preview, std::size_t column) {
-  std::vector<double> numbers;
-  for (const auto& row : preview.rows) {
-    const double* number = column < row.size() ? row[column].As<double>() : nullptr;
-    if (number != nullptr) numbers.push_back(*number);
-  }
-  const int decimals = DecimalsOf(numbers);
-  SheetColumn shown{.is_number = column + 1 >= kFirstLabelColumn};
-  for (const auto& row : preview.rows) {
-    const Value cell = column < row.size() ? row[column] : Value();
-    const double* number = cell.As<double>();
-    shown.cells.push_back(number != nullptr ? locale.NumberText(*number, decimals)
-                          : cell.IsEmpty()  ? std::string()
-                                            : cell.ToText());
-    shown.is_empty = shown.is_empty && shown.cells.back().empty();
-  }
-  return shown;
+std::string TextAt(const std::vector<Value>& row, std::size_t column) {
+  return column <= row.size() && !row[column - 1].IsEmpty() ? row[column - 1].ToText() : "";
 }
 
-/// Whether a period of this column was asked for: it stays, empty or not.
-bool IsAsked(const RunPreview& preview, std::size_t column) {
-  return std::any_of(preview.money.begin(), preview.money.end(), [&](const MoneyTotal& money) {
-    const std::size_t quantity = QuantityColumn(money.PeriodNumber);
-    return column + 1 == quantity || column == quantity;
-  });
+/// What the row is called in the language of the windows, else in the cube's first one, else its
+/// number.
+std::string CaptionOf(const std::vector<Value>& row, int language) {
+  constexpr std::size_t kNumber = 2;
+  constexpr std::size_t kCaptions[] = {3, 10, 11};  // columns of the sheet
+  for (const std::size_t column : {kCaptions[language], kCaptions[0], kNumber}) {
+    if (const std::string caption = TextAt(row, column); !caption.empty()) return caption;
+  }
+  return {};
+}
+
+/// The figures of column `column`, counted from 1, as they are shown.
+std::vector<std::string> FiguresIn(const Locale& locale, const RunPreview& preview,
+                                   std::size_t column) {
+  const auto number_in = [column](const std::vector<Value>& row) {
+    return column <= row.size() ? row[column - 1].As<double>() : nullptr;
+  };
+  std::vector<double> numbers;
+  for (const auto& row : preview.rows) {
+    if (const double* number = number_in(row)) numbers.push_back(*number);
+  }
+  const int decimals = DecimalsOf(numbers);
+  std::vector<std::string> figures;
+  for (const auto& row : preview.rows) {
+    const double* number = number_in(row);
+    figures.push_back(number != nullptr ? locale.NumberText(*number, decimals) : std::string());
+  }
+  return figures;
 }
 
 }  // namespace
 
 RunResult::RunResult(const WindowServices& services, Form& form)
     : services_(services), form_(form) {
-  form_.On(FormEvent::kClicked, "cmdOpenWorkbook", [this](int) { OpenWorkbook(); });
-  form_.On(FormEvent::kClicked, "cmdOpenFolder",
-           [this](int) { Open(workbook_.substr(0, workbook_.find_last_of("/\\"))); });
+  const auto on_click = [this](const char* name, auto rule) {
+    form_.On(FormEvent::kClicked, name, [rule](int) { rule(); });
+  };
+  on_click("cmdOpenWorkbook", [this] { OpenWorkbook(); });
+  on_click("cmdOpenFolder", [this] { Open(workbook_.substr(0, workbook_.find_last_of("/\\"))); });
+  on_click("cmdCopyResult", [this] { Copy(); });
+  on_click("chkChart", [this] { form_.At(kMoney).Visible = form_.IsChecked("chkChart"); });
 }
 
 void RunResult::AddTo(Panel window) {
   constexpr int kWidth = 44;
-  constexpr int kColumns = 3;
+  constexpr int kColumns = 4;
   Panel frame = window.Frame({}, kResultFrame, text_number::kResultFrame);
   Control& pane = form_.At(kResultFrame);
   pane.Visible = false;
   pane.Region = Region::kBeside;
   pane.Grows = pane.GrowsDown = true;
   frame.Label({0, 0, kColumns}, "lblResult", text_number::kWorkbookAt);
-  frame.Field({1, 0, kColumns}, ControlType::kTextBox, kPath, "lblResult", kWidth).Locked = true;
+  Control& path = frame.Field({1, 0, kColumns}, ControlType::kTextBox, kPath, "lblResult", kWidth);
+  path.Locked = path.Path = true;
   frame.Label({2, 0}, "lblResultRows", text_number::kResultNone).Grows = true;
   frame.Button({2, 1}, "cmdOpenWorkbook", text_number::kOpenWorkbook);
   frame.Button({2, 2}, "cmdOpenFolder", text_number::kOpenFolder);
-  frame.Label({3, 0, kColumns}, "lblRows", text_number::kFirstRows);
-  Control& rows = frame.Field({4, 0, kColumns}, ControlType::kListView, kRows, "lblRows", kWidth);
+  frame.Button({2, 3}, "cmdCopyResult", text_number::kCopy, text_number::kTipCopy);
+  Control& cause = frame.Label({3, 0, kColumns}, kCause, 0);
+  cause.Width = kWidth;
+  cause.Height = 12;
+  cause.Grows = true;
+  frame.Label({4, 0, kColumns}, "lblRows", text_number::kFirstRows);
+  Control& rows = frame.Field({5, 0, kColumns}, ControlType::kListView, kRows, "lblRows", kWidth);
   rows.Height = 8;
   rows.Grows = rows.GrowsDown = true;
-  frame.Label({5, 0, kColumns}, "lblMoney", text_number::kMoneyTotals);
-  Control& money = frame.Field({6, 0, kColumns}, ControlType::kChart, kMoney, "lblMoney", kWidth);
+  frame.CheckBox({6, 0, kColumns}, "chkChart", text_number::kMoneyTotals).Value = kChecked;
+  Control& money = frame.Field({7, 0, kColumns}, ControlType::kChart, kMoney, "chkChart", kWidth);
   money.Height = kPeriodCount;
   money.Grows = true;
 }
 
-void RunResult::Show() {
+void RunResult::Show(const std::string& cause) {
   const RunReport& report = services_.publics.last_run;
   const bool written = !report.workbook.empty();
   workbook_ = written ? WholePath(services_.host.files.NativePath(report.workbook)) : "";
-  form_.At(kResultFrame).Visible = true;
-  form_.At(kPath).Text =
-      written ? workbook_ : GetLangString(services_.publics.language, text_number::kResultNone);
+  form_.At(kPath).Text = workbook_;
   form_.At("lblResultRows").Caption = RowsText(report);
-  for (const char* button : {"cmdOpenWorkbook", "cmdOpenFolder"})
-    form_.At(button).Enabled = written;
+  ShowParts(written, cause);
   ShowRows(report.preview);
   ShowMoney(report.preview.money);
   form_.Focus = ControlId(written ? "cmdOpenWorkbook" : "cmdQuery");
+}
+
+/// Where nothing was written there is nothing to be shown of it.
+void RunResult::ShowParts(bool written, const std::string& cause) {
+  form_.At(kResultFrame).Visible = true;
+  for (const char* part : {"lblResult", kPath, "cmdOpenWorkbook", "cmdOpenFolder", "lblRows", kRows,
+                           "chkChart", kMoney}) {
+    form_.At(part).Visible = written;
+  }
+  form_.At(kMoney).Visible = written && form_.IsChecked("chkChart");
+  form_.At("cmdCopyResult").Enabled = written || !cause.empty();
+  form_.At(kCause).Caption = AsCaption(cause);
+  form_.At(kCause).Visible = !cause.empty();
 }
 
 std::string RunResult::RowsText(const RunReport& report) const {
@@ -127,7 +142,8 @@ std::string RunResult::RowsText(const RunReport& report) const {
   const Locale& locale = services_.host.locale;
   Language& language = services_.publics.language;
   if (report.workbook.empty()) {
-    return report.stopped ? GetLangString(language, text_number::kResultStopped) : std::string();
+    return GetLangString(language,
+                         report.stopped ? text_number::kResultStopped : text_number::kResultNone);
   }
   if (!report.whole) return GetLangString(language, text_number::kResultIncomplete);
   return WithValues(GetLangString(language, text_number::kResultRows),
@@ -135,33 +151,70 @@ std::string RunResult::RowsText(const RunReport& report) const {
                     locale.NumberText(report.total / kMillisecondsPerSecond, 1));
 }
 
+/// The captions, then quantity and money of the periods that were asked for.
 void RunResult::ShowRows(const RunPreview& preview) {
   Control& list = form_.At(kRows);
-  list.Items.clear();
-  list.Rows.assign(preview.rows.size(), {});
-  for (std::size_t column = 0; column < preview.labels.size(); ++column) {
-    SheetColumn shown = ReadColumn(services_.host.locale, preview, column);
-    if (shown.is_empty && !IsAsked(preview, column)) continue;
-    const std::string& label = preview.labels[column];
-    list.Items.push_back(
-        {.Text = label.empty() ? ColumnName(column) : label, .IsNumber = shown.is_number});
-    for (std::size_t row = 0; row < shown.cells.size(); ++row) {
-      list.Rows[row].push_back(std::move(shown.cells[row]));
+  list.Items = {{.Text = GetLangString(services_.publics.language, text_number::kReportLine)}};
+  list.Rows.clear();
+  for (const auto& row : preview.rows) {
+    list.Rows.push_back({CaptionOf(row, services_.publics.language.UILanguage)});
+  }
+  for (const MoneyTotal& period : preview.money) {
+    const std::size_t quantity = QuantityColumn(period.PeriodNumber);
+    for (std::size_t column = quantity; column <= quantity + 1; ++column) {
+      const std::string label =
+          column <= preview.labels.size() ? preview.labels[column - 1] : std::string();
+      list.Items.push_back({.Text = label, .IsNumber = true});
+      const auto figures = FiguresIn(services_.host.locale, preview, column);
+      for (std::size_t row = 0; row < figures.size(); ++row) list.Rows[row].push_back(figures[row]);
     }
   }
 }
 
+std::string RunResult::MeasureOf(int16_t period) const {
+  return services_.publics.settings.data_source.MoneySets[static_cast<std::size_t>(period)].Measure;
+}
+
+/// Bars of different measures have no scale in common: each measure has its own, and its name with
+/// each of its bars.
 void RunResult::ShowMoney(const std::vector<MoneyTotal>& money) {
+  std::map<std::string, double> largest;
   std::vector<double> totals;
-  totals.reserve(money.size());
-  for (const MoneyTotal& period : money) totals.push_back(period.total);
+  for (const MoneyTotal& period : money) {
+    double& most = largest[MeasureOf(period.PeriodNumber)];
+    most = std::max(most, std::abs(period.total));
+    totals.push_back(period.total);
+  }
+  Control& title = form_.At("chkChart");
+  title.Caption = GetLangString(services_.publics.language, text_number::kMoneyTotals);
+  if (largest.size() == 1) title.Caption += AsCaption(": " + largest.begin()->first);
   const int decimals = DecimalsOf(totals);
   std::vector<Bar>& bars = form_.At(kMoney).Bars;
   bars.clear();
   for (const MoneyTotal& period : money) {
-    bars.push_back({period.name.empty() ? std::to_string(period.PeriodNumber) : period.name,
-                    period.total, services_.host.locale.NumberText(period.total, decimals)});
+    const std::string measure = MeasureOf(period.PeriodNumber);
+    std::string caption = period.name.empty() ? std::to_string(period.PeriodNumber) : period.name;
+    if (largest.size() > 1) caption += " (" + measure + ")";
+    const double scale = largest[measure] > 0 ? largest[measure] : 1;
+    bars.push_back(
+        {caption, period.total / scale, services_.host.locale.NumberText(period.total, decimals)});
   }
+}
+
+/// The rows that are shown, with tabs between their fields, or the cause.
+void RunResult::Copy() {
+  const Control& list = form_.At(kRows);
+  if (!list.Visible) {
+    return services_.toolkit.CopyText(WithoutAccessMark(form_.At(kCause).Caption));
+  }
+  std::string text;
+  const char* before = "";
+  for (const ControlItem& item : list.Items) text += std::exchange(before, "\t") + item.Text;
+  for (const auto& row : list.Rows) {
+    before = "\n";
+    for (const std::string& cell : row) text += std::exchange(before, "\t") + cell;
+  }
+  services_.toolkit.CopyText(text);
 }
 
 void RunResult::OpenWorkbook() {

@@ -1,9 +1,10 @@
 // What a run of the main window left: where the workbook is, its first rows and the money of each
-// period.
+// period; or why there is none, in full.
 //
-// Controls: `fraResult`, to be seen from the first run on, with `txtResult` (the workbook's path,
-// or that there is none), `lblResultRows`, `cmdOpenWorkbook`, `cmdOpenFolder`, `lvwRows` and
-// `chtMoney`. What cannot be opened is told in a message.
+// Controls: `fraResult`, to be seen from the first run on, with `txtResult` (the workbook's path),
+// `lblResultRows`, `cmdOpenWorkbook`, `cmdOpenFolder`, `cmdCopyResult`, `lvwRows`, `chkChart` and
+// `chtMoney`, or `lblCause` in the place of rows and chart. What cannot be opened is told in a
+// message.
 #pragma once
 
 #include <string>
@@ -22,15 +23,19 @@ class RunResult {
 
   void AddTo(Panel window);
 
-  /// Shows what `Publics::last_run` says. A workbook that is not whole could not be removed.
-  void Show();
+  /// Shows what `Publics::last_run` says, and `cause` where that is not "". A workbook that is not
+  /// whole could not be removed.
+  void Show(const std::string& cause);
 
  private:
   std::string RowsText(const RunReport& report) const;
+  void ShowParts(bool written, const std::string& cause);
   void ShowRows(const RunPreview& preview);
   void ShowMoney(const std::vector<MoneyTotal>& money);
+  std::string MeasureOf(int16_t period) const;
   void OpenWorkbook();
   void Open(const std::string& path);
+  void Copy();
 
   const WindowServices& services_;
   Form& form_;

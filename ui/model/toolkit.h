@@ -16,9 +16,10 @@ namespace vok {
 /// A dialog in which the user picks a file.
 struct FileDialog {
   std::string title;
-  std::string filter;  ///< pairs of a name and a pattern: "Cub files(*.cub)|*.cub"
-  int32_t flags = 0;   ///< those below
-  bool save = false;   ///< a file to write, which need not exist
+  std::string filter;       ///< pairs of a name and a pattern: "Cub files(*.cub)|*.cub"
+  int32_t flags = 0;        ///< those below
+  bool save = false;        ///< a file to write, which need not exist
+  std::string folder = {};  ///< where to begin; "": in the current one
 };
 inline constexpr int32_t kHideReadOnly = 4;
 inline constexpr int32_t kPathMustExist = 2048;
@@ -36,6 +37,13 @@ class Toolkit {
   /// Opens a file or folder in the program that the desktop has for it. Failure 53 or 5 when there
   /// is none.
   virtual void OpenOnDesktop(const std::string& path) = 0;
+  /// Its own name and version.
+  virtual std::string Name() const = 0;
+  /// Puts the text where "paste" takes it from.
+  virtual void CopyText(const std::string& text) = 0;
+  /// What `Remember` kept for the person under that name, by any host program; "" for nothing.
+  virtual std::string Recall(const std::string& name) = 0;
+  virtual void Remember(const std::string& name, const std::string& text) = 0;
   /// Runs `work`, which may be long, on a thread of its own and returns when it is done, with its
   /// failure if it has one. Meanwhile the windows draw and take what the user does. `work` touches
   /// no form; its message boxes are shown in front of the windows as any others.

@@ -92,6 +92,10 @@ void NeedApplication() {
   }
 }
 
+QSettings KeptForPerson() {
+  return QSettings(QStringLiteral("VokCubeQ17"), QStringLiteral("windows"));
+}
+
 QFont FontOf(const Font& font) {
   if (!QFontDatabase::hasFamily(Text(font.Name))) return QApplication::font();
   QFont named(Text(font.Name));

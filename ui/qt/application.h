@@ -2,6 +2,7 @@
 // tool tips.
 #pragma once
 
+#include <QtCore/QSettings>
 #include <QtGui/QFont>
 #include <QtWidgets/QWidget>
 
@@ -12,6 +13,9 @@ namespace vok::qt {
 /// Makes it where the host program has none, and keeps it then: Qt bears but one in a process's
 /// life. Failures as those of `QtDesktop`.
 void NeedApplication();
+
+/// What is kept for the person from one window to the next, by any host program.
+QSettings KeptForPerson();
 
 /// The named font; the desktop's own where it is missing.
 QFont FontOf(const Font& font);

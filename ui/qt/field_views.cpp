@@ -1,7 +1,10 @@
 // What one types into or chooses from: text box, combo box, list box.
+#include <QtGui/QPainter>
 #include <QtWidgets/QComboBox>
 #include <QtWidgets/QLineEdit>
 #include <QtWidgets/QListWidget>
+#include <QtWidgets/QStyle>
+#include <QtWidgets/QStyleOptionFrame>
 
 #include "ui/qt/control_view.h"
 #include "ui/qt/sized.h"
@@ -28,10 +31,33 @@ void BeginAtStart(QLineEdit& edit) {
   if (edit.isRightToLeft()) edit.setAlignment(Qt::AlignRight | Qt::AlignAbsolute);
 }
 
+/// Without the focus a path that is too long is drawn with its beginning and its end.
+class PathEdit : public Sized<QLineEdit> {
+ public:
+  using Sized<QLineEdit>::Sized;
+
+ protected:
+  void paintEvent(QPaintEvent* event) override {
+    QStyleOptionFrame frame;
+    initStyleOption(&frame);
+    constexpr int kAroundText = 3;  // as the style draws it
+    const QRect room = style()
+                           ->subElementRect(QStyle::SE_LineEditContents, &frame, this)
+                           .adjusted(kAroundText, 0, -kAroundText, 0);
+    if (hasFocus() || fontMetrics().horizontalAdvance(text()) <= room.width()) {
+      return QLineEdit::paintEvent(event);
+    }
+    QPainter painter(this);
+    style()->drawPrimitive(QStyle::PE_PanelLineEdit, &frame, &painter, this);
+    painter.setPen(palette().color(QPalette::Text));
+    painter.drawText(room, Qt::AlignLeft | Qt::AlignAbsolute | Qt::AlignVCenter,
+                     fontMetrics().elidedText(text(), Qt::ElideMiddle, room.width()));
+  }
+};
+
 class TextBox : public ControlView {
  public:
-  TextBox(const Control& control, Sized<QLineEdit>& edit, Listener& to)
-      : ControlView(edit), edit_(edit) {
+  TextBox(const Control& control, QLineEdit& edit, Listener& to) : ControlView(edit), edit_(edit) {
     BeginAtStart(edit);
     if (control.Width > 0) {
       const QMargins frame = edit.textMargins() + edit.contentsMargins();
@@ -123,7 +149,8 @@ class ListBox : public ControlView {
 }  // namespace
 
 std::unique_ptr<ControlView> NewTextBox(const Control& control, QWidget& parent, Listener& to) {
-  return std::make_unique<TextBox>(control, *new Sized<QLineEdit>(&parent), to);
+  QLineEdit* edit = control.Path ? new PathEdit(&parent) : new Sized<QLineEdit>(&parent);
+  return std::make_unique<TextBox>(control, *edit, to);
 }
 
 std::unique_ptr<ControlView> NewComboBox(const Control& control, QWidget& parent, Listener& to) {

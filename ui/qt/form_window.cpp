@@ -1,7 +1,6 @@
 #include "ui/qt/form_window.h"
 
 #include <QtCore/QScopedValueRollback>
-#include <QtCore/QSettings>
 #include <QtGui/QFocusEvent>
 #include <QtGui/QFontDatabase>
 #include <QtGui/QScreen>
@@ -22,11 +21,6 @@ namespace {
 QString NameOf(const Control& control) {
   const QString name = Text(control.Name);
   return control.Index == kNoIndex ? name : QStringLiteral("%1(%2)").arg(name).arg(control.Index);
-}
-
-/// The person's own, of all host programs.
-QSettings PlacesOfWindows() {
-  return QSettings(QStringLiteral("VokCubeQ17"), QStringLiteral("windows"));
 }
 
 }  // namespace
@@ -147,14 +141,14 @@ void FormWindow::FitScreen() {
 
 void FormWindow::Remember() const {
   if (!form_.Remembered) return;
-  QSettings places = PlacesOfWindows();
+  QSettings places = KeptForPerson();
   places.setValue(Text(form_.Name + "/place"), saveGeometry());
   places.setValue(Text(form_.Name + "/split"), body_->Split());
 }
 
 void FormWindow::Recall() {
   if (!form_.Remembered) return;
-  const QSettings places = PlacesOfWindows();
+  const QSettings places = KeptForPerson();
   restoreGeometry(places.value(Text(form_.Name + "/place")).toByteArray());
   body_->SetSplit(places.value(Text(form_.Name + "/split")).toByteArray());
 }
@@ -165,7 +159,7 @@ void FormWindow::Draw(const Item& item) {
   item.view->Draw(control);
   widget.setEnabled(control.Enabled);
   widget.setVisible(control.Visible);
-  widget.setToolTip(PlainToolTip(control.ToolTipText));
+  widget.setToolTip(PlainToolTip(ShownToolTip(control)));
   MarkState(widget, control);
 }
 

@@ -4,6 +4,7 @@
 #include <QtCore/QFileInfo>
 #include <QtCore/QThread>
 #include <QtCore/QUrl>
+#include <QtGui/QClipboard>
 #include <QtGui/QDesktopServices>
 #include <QtWidgets/QApplication>
 #include <QtWidgets/QFileDialog>
@@ -93,7 +94,9 @@ void QtDesktop::ShowModal(Form& form) {
 
 std::string QtDesktop::PickFile(const FileDialog& dialog) {
   RefreshAll();
-  QFileDialog picker(Owner(), Text(dialog.title), QDir::currentPath());
+  const QString folder = Text(dialog.folder);
+  QFileDialog picker(Owner(), Text(dialog.title),
+                     QDir(folder).exists() && !folder.isEmpty() ? folder : QDir::currentPath());
   picker.setNameFilters(Filters(dialog.filter));
   if (dialog.save) {
     picker.setAcceptMode(QFileDialog::AcceptSave);
@@ -121,6 +124,20 @@ void QtDesktop::OpenOnDesktop(const std::string& path) {
   }
   if (QDesktopServices::openUrl(QUrl::fromLocalFile(Text(path)))) return;
   throw Failure(failure_number::kInvalidCall, "The desktop has no program that opens " + path);
+}
+
+std::string QtDesktop::Name() const { return std::string("Qt ") + qVersion(); }
+
+void QtDesktop::CopyText(const std::string& text) {
+  QGuiApplication::clipboard()->setText(Text(text));
+}
+
+std::string QtDesktop::Recall(const std::string& name) {
+  return KeptForPerson().value(Text(name)).toString().toStdString();
+}
+
+void QtDesktop::Remember(const std::string& name, const std::string& text) {
+  KeptForPerson().setValue(Text(name), Text(text));
 }
 
 void QtDesktop::RunBeside(const std::function<void()>& work) {

@@ -19,6 +19,10 @@ class QtDesktop : public Desktop {
   std::string PickFile(const FileDialog& dialog) override;
   void ShowHelp(const std::string& help_file) override;
   void OpenOnDesktop(const std::string& path) override;
+  std::string Name() const override;
+  void CopyText(const std::string& text) override;
+  std::string Recall(const std::string& name) override;
+  void Remember(const std::string& name, const std::string& text) override;
   void RunBeside(const std::function<void()>& work) override;
   MessageAnswer Show(const MessageBox& box) override;
 

@@ -4,6 +4,7 @@
 #include <QtGui/QGuiApplication>
 #include <QtGui/QKeyEvent>
 #include <QtWidgets/QHeaderView>
+#include <QtWidgets/QStyledItemDelegate>
 #include <QtWidgets/QTableView>
 
 #include "ui/qt/control_view.h"
@@ -61,6 +62,21 @@ class Rows : public QAbstractTableModel {
   std::vector<ControlItem> headers_;
 };
 
+/// Numbers are read from the left in every language.
+class Cells : public QStyledItemDelegate {
+ public:
+  using QStyledItemDelegate::QStyledItemDelegate;
+
+ protected:
+  void initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const override {
+    QStyledItemDelegate::initStyleOption(option, index);
+    const auto side = Qt::Alignment(index.data(Qt::TextAlignmentRole).toInt());
+    if ((side & Qt::AlignRight) == 0) return;
+    option->direction = Qt::LeftToRight;
+    option->displayAlignment = side | Qt::AlignAbsolute;
+  }
+};
+
 class Table : public Sized<QTableView> {
  public:
   using Sized<QTableView>::Sized;
@@ -93,6 +109,7 @@ class TableView : public ControlView {
   TableView(const Control& control, Table& table)
       : ControlView(table), table_(table), rows_(new Rows(&table)) {
     table.setModel(rows_);
+    table.setItemDelegate(new Cells(&table));
     table.setTabKeyNavigation(false);
     table.setWordWrap(false);
     table.verticalHeader()->hide();

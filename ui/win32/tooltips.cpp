@@ -40,7 +40,7 @@ ToolTips::~ToolTips() {
 
 void ToolTips::Refresh(const Widget& widget) {
   std::string& shown = shown_[&widget];
-  const std::string& wanted = widget.control().ToolTipText;
+  const std::string& wanted = ShownToolTip(widget.control());
   if (shown == wanted) return;
   const UINT message = shown.empty() ? TTM_ADDTOOLW : TTM_UPDATETIPTEXTW;
   shown = wanted;

@@ -9,7 +9,7 @@
 namespace vok::windows {
 namespace {
 
-constexpr wchar_t kPlaces[] = L"Software\\VokCubeQ17\\Windows";
+constexpr wchar_t kKept[] = L"Software\\VokCubeQ17\\Windows";
 
 WINDOWPLACEMENT PlacementOf(HWND window) {
   WINDOWPLACEMENT placement{};
@@ -29,6 +29,20 @@ void Shrink(HWND window) {
 }
 
 }  // namespace
+
+void KeepText(const std::string& name, const std::string& text) {
+  const std::wstring value = Utf16(text);
+  ::RegSetKeyValueW(HKEY_CURRENT_USER, kKept, Utf16(name).c_str(), REG_SZ, value.c_str(),
+                    static_cast<DWORD>((value.size() + 1) * sizeof(wchar_t)));
+}
+
+std::string KeptText(const std::string& name) {
+  std::wstring value(32768, L'\0');
+  auto size = static_cast<DWORD>(value.size() * sizeof(wchar_t));
+  const LSTATUS read = ::RegGetValueW(HKEY_CURRENT_USER, kKept, Utf16(name).c_str(), RRF_RT_REG_SZ,
+                                      nullptr, value.data(), &size);
+  return read == ERROR_SUCCESS ? Utf8(value.c_str()) : std::string();
+}
 
 RECT WorkArea(HWND window) {
   MONITORINFO screen{};
@@ -55,19 +69,11 @@ void RememberPlace(const std::string& form, HWND window, const RememberedPlace& 
   std::ostringstream text;
   text << at.left << ' ' << at.top << ' ' << at.right - at.left << ' ' << at.bottom - at.top << ' '
        << DensityOf(window) << ' ' << place.maximized << ' ' << place.split;
-  const std::wstring value = Utf16(text.str());
-  ::RegSetKeyValueW(HKEY_CURRENT_USER, kPlaces, Utf16(form).c_str(), REG_SZ, value.c_str(),
-                    static_cast<DWORD>((value.size() + 1) * sizeof(wchar_t)));
+  KeepText(form, text.str());
 }
 
 bool RecallPlace(const std::string& form, HWND window, RememberedPlace& place) {
-  wchar_t value[128] = {};
-  DWORD size = sizeof value;
-  if (::RegGetValueW(HKEY_CURRENT_USER, kPlaces, Utf16(form).c_str(), RRF_RT_REG_SZ, nullptr, value,
-                     &size) != ERROR_SUCCESS) {
-    return false;
-  }
-  std::istringstream text(Utf8(value));
+  std::istringstream text(KeptText(form));
   int left = 0, top = 0, width = 0, height = 0, density = 0;
   text >> left >> top >> width >> height >> density >> place.maximized >> place.split;
   if (!text || density <= 0 || width <= 0 || height <= 0) return false;

@@ -8,6 +8,11 @@
 
 namespace vok::windows {
 
+/// Keeps a text for the user under that name. What cannot be written is forgotten.
+void KeepText(const std::string& name, const std::string& text);
+/// "" where nothing is kept.
+std::string KeptText(const std::string& name);
+
 /// What the screen that the window is on has for windows.
 RECT WorkArea(HWND window);
 
@@ -19,8 +24,7 @@ struct RememberedPlace {
   int split = 0;  ///< of the splitter, in pixels; 0: it was never moved
 };
 
-/// Keeps where the window stands under the form's name, for the user. What cannot be written is
-/// forgotten.
+/// Keeps where the window stands, under the form's name.
 void RememberPlace(const std::string& form, HWND window, const RememberedPlace& place);
 /// Puts the window there as far as it is on a screen. False when nothing is remembered.
 bool RecallPlace(const std::string& form, HWND window, RememberedPlace& place);

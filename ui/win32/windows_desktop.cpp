@@ -1,6 +1,7 @@
 #include "ui/win32/windows_desktop.h"
 
 #include <algorithm>
+#include <cstring>
 #include <thread>
 #include <utility>
 
@@ -10,6 +11,7 @@
 #include "system/windows/utf16.h"
 #include "system/windows/windows_message_boxes.h"
 #include "ui/win32/dpi_and_theme.h"
+#include "ui/win32/window_place.h"
 // after the system's own header
 #include <commdlg.h>
 
@@ -147,6 +149,7 @@ std::string WindowsDesktop::PickFile(const FileDialog& dialog) {
   asked.lpstrFilter = filter.c_str();
   asked.lpstrFile = path.data();
   asked.nMaxFile = static_cast<DWORD>(path.size());
+  if (!dialog.folder.empty()) folder = Utf16(dialog.folder);
   asked.lpstrInitialDir = folder.c_str();
   asked.lpstrTitle = title.c_str();
   asked.Flags = static_cast<DWORD>(dialog.flags) | OFN_EXPLORER | OFN_NOCHANGEDIR;
@@ -158,6 +161,25 @@ std::string WindowsDesktop::PickFile(const FileDialog& dialog) {
 void WindowsDesktop::ShowHelp(const std::string& help_file) {
   ::ShellExecuteW(OwnerWindow(), nullptr, Utf16(help_file).c_str(), nullptr, nullptr,
                   SW_SHOWNORMAL);
+}
+
+void WindowsDesktop::CopyText(const std::string& text) {
+  const std::wstring wide = Utf16(text);
+  const std::size_t size = (wide.size() + 1) * sizeof(wchar_t);
+  if (::OpenClipboard(OwnerWindow()) == FALSE) return;
+  ::EmptyClipboard();
+  if (const HGLOBAL memory = ::GlobalAlloc(GMEM_MOVEABLE, size); memory != nullptr) {
+    std::memcpy(::GlobalLock(memory), wide.c_str(), size);
+    ::GlobalUnlock(memory);
+    if (::SetClipboardData(CF_UNICODETEXT, memory) == nullptr) ::GlobalFree(memory);
+  }
+  ::CloseClipboard();
+}
+
+std::string WindowsDesktop::Recall(const std::string& name) { return KeptText(name); }
+
+void WindowsDesktop::Remember(const std::string& name, const std::string& text) {
+  KeepText(name, text);
 }
 
 void WindowsDesktop::OpenOnDesktop(const std::string& path) {

@@ -26,6 +26,10 @@ class WindowsDesktop : public Desktop {
   void ShowHelp(const std::string& help_file) override;
   void OpenOnDesktop(const std::string& path) override;
   MessageAnswer Show(const vok::MessageBox& box) override;
+  std::string Name() const override { return "Windows"; }
+  void CopyText(const std::string& text) override;
+  std::string Recall(const std::string& name) override;
+  void Remember(const std::string& name, const std::string& text) override;
   /// Automation objects that `work` makes must not outlive it.
   void RunBeside(const std::function<void()>& work) override;
 

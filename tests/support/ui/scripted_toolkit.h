@@ -4,6 +4,7 @@
 #include <deque>
 #include <filesystem>
 #include <functional>
+#include <map>
 #include <string>
 #include <vector>
 
@@ -30,6 +31,10 @@ class ScriptedToolkit : public Toolkit {
     return picked;
   }
   void OpenOnDesktop(const std::string& path) override { opened.push_back(path); }
+  std::string Name() const override { return "Paper 1"; }
+  void CopyText(const std::string& text) override { copied = text; }
+  std::string Recall(const std::string& name) override { return kept[name]; }
+  void Remember(const std::string& name, const std::string& text) override { kept[name] = text; }
   void RunBeside(const std::function<void()>& work) override {
     if (in_run) in_run();
     work();
@@ -44,6 +49,8 @@ class ScriptedToolkit : public Toolkit {
   std::vector<std::string> folders;  ///< the current one as each dialog was shown
   std::vector<std::string> help;
   std::vector<std::string> opened;
+  std::string copied;
+  std::map<std::string, std::string> kept;
 };
 
 }  // namespace vok::test

@@ -46,6 +46,8 @@ constexpr char kDay[] = R"(
     press F5; front Save the changes?; focus cmdAnswer(0); shot run-LANGUAGE
     click cmdAnswer(1); await fraResult; see txtResult WORKBOOK; focus cmdOpenWorkbook
     shot result-LANGUAGE
+    click txtOutput; press Ctrl+A; type NOWHERE; press F5; front Save the changes?
+    click cmdAnswer(1); front none; press Return; await lblCause; shot failed-LANGUAGE
 
     click cmdCleanDates; see txtDate2(11)
     click TextPeriod(0); press Ctrl+A; type Jan 2024
@@ -64,6 +66,7 @@ TEST(QueryWindow, IsFilledInSavedRunAndClosedByAPerson) {
     const auto window = desk.OpenDrawn();
     const std::filesystem::path workbook = desk.folder.File("out.xlsX");
     std::string day = Replaced(kDay, "OUT", desk.folder.File("out"));
+    day = Replaced(day, "NOWHERE", desk.folder.File("none/out"));
     day = Replaced(day, "NOTHING", kNothingToRun[language]);
     day = Replaced(day, "WORKBOOK", std::filesystem::path(workbook).make_preferred().string());
     const Person person(Replaced(day, "LANGUAGE", std::to_string(language)));

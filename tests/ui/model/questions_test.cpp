@@ -63,7 +63,8 @@ TEST_F(QuestionsTest, WhatCannotBeDoneIsToldAndChangesNothing) {
   EXPECT_THAT(desk.TakeBoxes(), IsEmpty());
   form.Click("mnuSave");
   EXPECT_THAT(desk.TakeBoxes(),
-              ElementsAre(Box("No Data Source selected!\r\n Save of datasource Canceled!")));
+              ElementsAre(Box("No Data Source selected!\r\n Save of datasource Canceled!\r\n\r\n"
+                              "Host database\r\nCube file\r\nCube\r\nOBS member")));
   form.SetText("txtCubeName", "x");
   for (const char* field : {"txtVarnelMDB", "TxtFileName", "txtCubeName", "CmbObs"}) {
     EXPECT_EQ(form.At(field).Error, form.Text(field).empty()) << field;
