@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <memory>
+#include <optional>
 
 #include "component/result_grid.h"
 #include "component/run_cause.h"
@@ -169,17 +170,61 @@ class QueryRun {
   std::unique_ptr<Cellset> cellset_;  // of the last pass; goes before its connection
 };
 
-CellBlock BuildReported(const Host& host, Publics& publics, const Cellset& cellset, bool append) {
-  const StepTimer timer(host.clock, publics.last_run.grid);
-  try {
-    return BuildResultGrid(cellset, publics.cube.QueryPeriods, append);
-  } catch (...) {
-    const Failure failure = CurrentFailure();
-    ShowErrorReport(host, failure,
-                    {.FunctionName = "DisplayCellsetOmvinExcel", .ModuleName = "ModXls"});
-    throw Failure(failure);
+/// The grid of the run's query on its way to the workbook: what passes is counted and previewed for
+/// the run's report, which `Report` brings up to date.
+class WatchedGrid : public GridRows {
+ public:
+  WatchedGrid(const Host& host, Publics& publics, const Cellset& cellset, bool append)
+      : host_(host),
+        publics_(publics),
+        skipped_(append ? 0 : kLabelRows),
+        rows_(publics.last_run.rows),
+        preview_(publics.last_run.preview) {
+    Reported([&] { grid_.emplace(cellset, publics_.cube.QueryPeriods, append); });
   }
-}
+
+  CellBlock Next(std::size_t most) override {
+    if (publics_.stop != nullptr) publics_.stop->Check();
+    const StepTimer timer(host_.clock, milliseconds_);
+    CellBlock rows;
+    Reported([&] { rows = grid_->Next(most); });
+    if (rows.rows() == 0) return rows;
+    rows_ += rows.rows() - skipped_;
+    AddToPreview(rows, skipped_ + 1, publics_.cube.QueryPeriods, publics_.settings.periods,
+                 preview_);
+    skipped_ = 0;
+    return rows;
+  }
+
+  void Report(RunReport& report) {
+    report.rows = rows_;
+    report.preview = std::move(preview_);
+    report.grid += milliseconds_;
+    report.writing -= milliseconds_;
+  }
+
+ private:
+  /// Does the work; a failure of it is shown.
+  template <typename Work>
+  void Reported(const Work& work) const {
+    try {
+      work();
+    } catch (...) {
+      const Failure failure = CurrentFailure();
+      ShowErrorReport(host_, failure,
+                      {.FunctionName = "DisplayCellsetOmvinExcel", .ModuleName = "ModXls"});
+      throw Failure(failure);
+    }
+  }
+
+  const Host& host_;
+  Publics& publics_;
+  std::size_t skipped_;  ///< rows for the labels that are still to come
+  std::size_t rows_;
+  RunPreview preview_;
+  std::optional<ResultGrid> grid_;
+  uint32_t milliseconds_ = 0;
+};
 
 bool IsThere(const Files& files, const std::string& path) {
   try {
@@ -233,15 +278,14 @@ int32_t CubtoXls(const Host& host, Publics& publics, const std::string& CubeSetN
 
 void DisplayCellsetOmvinExcel(const Host& host, Publics& publics, const Cellset& cellset,
                               const RunOutput& output, bool append) {
-  const CellBlock grid = BuildReported(host, publics, cellset, append);
-  if (publics.stop != nullptr) publics.stop->Check();
-  const StepTimer timer(host.clock, publics.last_run.writing);
-  const PeriodSet& periods = publics.settings.periods;
-  Arrtoxls(host, grid, output, append, periods);
+  WatchedGrid grid(host, publics, cellset, append);
   RunReport& report = publics.last_run;
+  {
+    const StepTimer timer(host.clock, report.writing);
+    Arrtoxls(host, grid, output, append, publics.settings.periods);
+  }
+  grid.Report(report);
   report.workbook = output.path;
-  report.rows += append ? grid.rows : grid.rows - kLabelRows;
-  AddToPreview(grid, append, publics.cube.QueryPeriods, periods, report.preview);
 }
 
 }  // namespace vok

@@ -51,83 +51,83 @@ int16_t HighestPeriod(const std::vector<QueryPeriod>& periods) {
 
 /// The pieces of a caption, in columns from `start` on.
 void WriteCaption(std::string_view caption, std::size_t row, std::size_t start, CellBlock& grid) {
-  grid.At(row, start) = "0";
+  grid.SetText(row, start, "0");
   for (const std::size_t column : kPieceColumns) {
     const std::size_t tab = caption.find('\t');
-    grid.At(row, start + column) = std::string(caption.substr(0, tab));
+    grid.SetText(row, start + column, caption.substr(0, tab));
     if (tab == std::string_view::npos) break;
     caption.remove_prefix(tab + 1);
   }
 }
 
-/// Writes the rows of the answer into rows of the grid, block by block: so many that what is
-/// written of them is still at hand when the next column comes.
+/// Writes positions of the answer, from `first` on, into the last `count` rows of the grid.
 class RowWriter {
  public:
-  RowWriter(const Cellset& cellset, const std::vector<std::size_t>& column_map, CellBlock& grid)
-      : cellset_(cellset), column_map_(column_map), grid_(grid) {}
+  RowWriter(const Cellset& cellset, std::size_t first, std::size_t count, CellBlock& grid)
+      : cellset_(cellset), first_(first), count_(count), grid_(grid) {}
 
-  /// All `count` positions, from the grid's row `row` on.
-  void Write(std::size_t count, std::size_t row) {
-    for (std::size_t first = 0; first < count; first += kBlock) {
-      const std::size_t size = std::min(kBlock, count - first);
-      WriteHeaders(first, size, row + first);
-      WriteCells(first, size, row + first);
+  void WriteHeaders() {
+    std::vector<std::string_view> captions(count_);
+    const std::size_t members = cellset_.MembersPerPosition(kRows);
+    for (std::size_t member = 0; member < members; ++member) {
+      cellset_.ReadCaptions(kRows, member, first_, captions);
+      for (std::size_t i = 0; i < count_; ++i) {
+        WriteCaption(captions[i], RowOf(i), member + 1, grid_);
+      }
+    }
+  }
+
+  void WriteCells(const std::vector<std::size_t>& column_map) {
+    std::vector<double> numbers(count_);
+    std::vector<CellState> states(count_);
+    const std::size_t columns = column_map.size();
+    for (std::size_t column = 0; column < columns; ++column) {
+      cellset_.ReadCells(first_ * columns + column, columns, numbers, states);
+      for (std::size_t i = 0; i < count_; ++i) {
+        if (IsShown(states[i], numbers[i])) {
+          grid_.SetNumber(RowOf(i), column_map[column], numbers[i]);
+        } else {
+          grid_.SetText(RowOf(i), column_map[column], "");
+        }
+      }
     }
   }
 
  private:
-  static constexpr std::size_t kBlock = 128;
-
-  void WriteHeaders(std::size_t first, std::size_t count, std::size_t row) {
-    std::array<std::string_view, kBlock> captions;
-    const std::size_t members = cellset_.MembersPerPosition(kRows);
-    for (std::size_t member = 0; member < members; ++member) {
-      cellset_.ReadCaptions(kRows, member, first, {captions.data(), count});
-      for (std::size_t i = 0; i < count; ++i) {
-        WriteCaption(captions[i], row + i, member + 1, grid_);
-      }
-    }
-  }
-
-  void WriteCells(std::size_t first, std::size_t count, std::size_t row) {
-    std::array<double, kBlock> numbers;
-    std::array<CellState, kBlock> states;
-    const std::size_t columns = column_map_.size();
-    for (std::size_t column = 0; column < columns; ++column) {
-      cellset_.ReadCells(first * columns + column, columns, {numbers.data(), count},
-                         {states.data(), count});
-      for (std::size_t i = 0; i < count; ++i) {
-        grid_.At(row + i, column_map_[column]) = SheetValue(states[i], numbers[i]);
-      }
-    }
-  }
+  std::size_t RowOf(std::size_t i) const { return grid_.rows() - count_ + i + 1; }
 
   const Cellset& cellset_;
-  const std::vector<std::size_t>& column_map_;
+  std::size_t first_;
+  std::size_t count_;
   CellBlock& grid_;
 };
 
 }  // namespace
 
-Value SheetValue(CellState state, double number) {
+bool IsShown(CellState state, double number) {
   const bool numeric = state == CellState::kNumber || state == CellState::kInteger;
-  if (!numeric || number == 0 || !std::isfinite(number)) return "";
-  return number;
+  return numeric && number != 0 && std::isfinite(number);
 }
 
-CellBlock BuildResultGrid(const Cellset& cellset, const std::vector<QueryPeriod>& periods,
-                          bool append) {
+ResultGrid::ResultGrid(const Cellset& cellset, const std::vector<QueryPeriod>& periods, bool append)
+    : cellset_(cellset), label_rows_(append ? 0 : kLabelRows) {
   if (cellset.AxisCount() >= 3) {
     throw Failure(failure_number::kNotSupported,
                   "Cellsets with more than two axes are not supported by the Pleipi.");
   }
-  const std::vector<std::size_t> column_map = ColumnMap(cellset, periods);
-  const std::size_t rows = cellset.PositionCount(kRows);
-  const std::size_t label_rows = append ? 0 : kLabelRows;
-  CellBlock grid(label_rows + rows,
-                 QuantityColumn(HighestPeriod(periods)) + cellset.MembersPerPosition(kRows));
-  RowWriter(cellset, column_map, grid).Write(rows, label_rows + 1);
+  column_map_ = ColumnMap(cellset, periods);
+  columns_ = QuantityColumn(HighestPeriod(periods)) + cellset.MembersPerPosition(kRows);
+}
+
+CellBlock ResultGrid::Next(std::size_t most) {
+  const std::size_t labels = std::min(label_rows_, most);
+  const std::size_t count = std::min(most - labels, cellset_.PositionCount(kRows) - position_);
+  CellBlock grid(labels + count, columns_);
+  RowWriter writer(cellset_, position_, count, grid);
+  writer.WriteHeaders();
+  writer.WriteCells(column_map_);
+  label_rows_ -= labels;
+  position_ += count;
   return grid;
 }
 

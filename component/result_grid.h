@@ -22,13 +22,32 @@ constexpr std::size_t QuantityColumn(int16_t period) {
   return 2 * static_cast<std::size_t>(period) + 10;
 }
 
+/// A grid that is read from top to bottom, some rows at a time.
+class GridRows {
+ public:
+  virtual ~GridRows() = default;
+  /// The next rows, `most` of them as long as there are so many; none at the end.
+  virtual CellBlock Next(std::size_t most) = 0;
+};
+
 /// The grid of an executed query over `periods`: one row per row position, below one blank row for
 /// the labels unless `append`. Cells that no field or column reaches stay empty. Failures: 445 for
 /// more than two axes, 9 for a column that belongs to none of the periods.
-CellBlock BuildResultGrid(const Cellset& cellset, const std::vector<QueryPeriod>& periods,
-                          bool append);
+class ResultGrid : public GridRows {
+ public:
+  /// `cellset` outlives this.
+  ResultGrid(const Cellset& cellset, const std::vector<QueryPeriod>& periods, bool append);
+  CellBlock Next(std::size_t most) override;
 
-/// A cell's value for the sheet: a double when it is a finite number other than zero, else "".
-Value SheetValue(CellState state, double number);
+ private:
+  const Cellset& cellset_;
+  std::vector<std::size_t> column_map_;
+  std::size_t columns_ = 0;
+  std::size_t label_rows_;    ///< still to come
+  std::size_t position_ = 0;  ///< the next one
+};
+
+/// Whether a cell shows in the sheet: a finite number other than zero. Else it is "".
+bool IsShown(CellState state, double number);
 
 }  // namespace vok

@@ -25,20 +25,20 @@ void AddLabels(std::size_t columns, const PeriodSet& set, std::vector<std::strin
 
 }  // namespace
 
-void AddToPreview(const CellBlock& grid, bool append, const std::vector<QueryPeriod>& periods,
+void AddToPreview(const CellBlock& grid, std::size_t first, const std::vector<QueryPeriod>& periods,
                   const PeriodSet& set, RunPreview& preview) {
-  AddLabels(grid.columns, set, preview.labels);
-  const std::size_t first = append ? 1 : kLabelRows + 1;
-  for (std::size_t row = first; row <= grid.rows && preview.rows.size() < RunPreview::kRows;
+  AddLabels(grid.columns(), set, preview.labels);
+  for (std::size_t row = first; row <= grid.rows() && preview.rows.size() < RunPreview::kRows;
        ++row) {
-    const Value* cells = &grid.At(row, 1);
-    preview.rows.emplace_back(cells, cells + grid.columns);
+    auto& cells = preview.rows.emplace_back();
+    for (std::size_t i = 1; i <= grid.columns(); ++i) cells.push_back(grid.ValueAt(row, i));
   }
   for (const QueryPeriod& period : periods) {
     double& total = TotalOf(period.PeriodNumber, set, preview.money).total;
     const std::size_t column = QuantityColumn(period.PeriodNumber) + 1;
-    for (std::size_t row = first; row <= grid.rows; ++row) {
-      if (const auto* money = grid.At(row, column).As<double>()) total += *money;
+    for (std::size_t row = first; row <= grid.rows(); ++row) {
+      const BlockCell& cell = grid.Row(row)[column - 1];
+      if (cell.kind == BlockCell::Kind::kNumber) total += cell.number;
     }
   }
 }

@@ -1,5 +1,5 @@
 // What can be shown of a run without its workbook: the first rows of the sheet and the money in
-// all, kept from the grid while it is in memory.
+// all, kept from the grid while it passes.
 #pragma once
 
 #include <cstdint>
@@ -26,8 +26,9 @@ struct RunPreview {
   std::vector<MoneyTotal> money;         ///< of the periods that were asked for, by their number
 };
 
-/// Adds the grid of one query over `periods`, as it was written to the sheet.
-void AddToPreview(const CellBlock& grid, bool append, const std::vector<QueryPeriod>& periods,
+/// Adds rows of the grid of one query over `periods`, as they are written to the sheet, from the
+/// block's row `first` on.
+void AddToPreview(const CellBlock& grid, std::size_t first, const std::vector<QueryPeriod>& periods,
                   const PeriodSet& set, RunPreview& preview);
 
 }  // namespace vok

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <string_view>
+#include <utility>
 
 #include "platform/failure.h"
 #include "platform/locale.h"
@@ -38,8 +39,8 @@ void WriteLabels(SpreadsheetApplication& application, const PeriodSet& periods) 
   std::size_t column = kFirstLabelColumn;
   for (const std::string& label : PeriodLabels(periods)) {
     CellBlock cell(1, 1);
-    cell.At(1, 1) = label;
-    application.SetFormula(1, column++, cell);
+    cell.SetText(1, 1, label);
+    application.SetFormula(1, column++, std::move(cell));
   }
 }
 
@@ -49,26 +50,6 @@ void Save(SpreadsheetApplication& application, const std::string& path, int16_t 
 
 void DeleteOld(Files& files, const RunOutput& output) {
   if (!output.keep_old && files.Exists(output.path)) files.Delete(output.path);
-}
-
-void Write(const Host& host, const CellBlock& grid, const RunOutput& output, bool append,
-           const PeriodSet& periods) {
-  const auto application = output.workbook->NewApplication();
-  if (!append) DeleteOld(host.files, output);
-  application->SetDisplayAlerts(false);
-  const int16_t version = Value(application->Version()).ToInt16();
-  if (append) {
-    OpenForAppending(host, *application, output.path);
-  } else {
-    AddNewWorkbook(*application);
-  }
-  const std::size_t rows_above = append ? application->CurrentRegionRows("A1") : 0;
-  application->SetFormula(rows_above + 1, 1, grid);
-  WriteLabels(*application, periods);
-  Save(*application, output.path, version);
-  application->SetScreenUpdating(true);
-  application->SetDisplayAlerts(true);
-  application->Quit();
 }
 
 /// Does the work; a failure of it is shown.
@@ -81,6 +62,47 @@ void Reported(const Host& host, const Work& work) {
     throw;
   }
 }
+
+/// One pass of the run, as the operations of the program that it is made of.
+class SheetPass {
+ public:
+  SheetPass(const RunOutput& output) : output_(output) {}
+
+  void Open(const Host& host, bool append) {
+    application_ = output_.workbook->NewApplication();
+    if (!append) DeleteOld(host.files, output_);
+    application_->SetDisplayAlerts(false);
+    version_ = Value(application_->Version()).ToInt16();
+    if (append) {
+      OpenForAppending(host, *application_, output_.path);
+    } else {
+      AddNewWorkbook(*application_);
+    }
+    rows_above_ = append ? application_->CurrentRegionRows("A1") : 0;
+  }
+
+  std::size_t RowsAtOnce() const { return application_->RowsAtOnce(); }
+
+  void Add(CellBlock rows) {
+    const std::size_t first = rows_above_ + 1;
+    rows_above_ += rows.rows();
+    application_->SetFormula(first, 1, std::move(rows));
+  }
+
+  void Finish(const PeriodSet& periods) {
+    WriteLabels(*application_, periods);
+    Save(*application_, output_.path, version_);
+    application_->SetScreenUpdating(true);
+    application_->SetDisplayAlerts(true);
+    application_->Quit();
+  }
+
+ private:
+  const RunOutput& output_;
+  std::unique_ptr<SpreadsheetApplication> application_;
+  int16_t version_ = 0;
+  std::size_t rows_above_ = 0;
+};
 
 }  // namespace
 
@@ -122,9 +144,16 @@ std::array<std::string, 2 * kPeriodCount> PeriodLabels(const PeriodSet& periods)
   return labels;
 }
 
-void Arrtoxls(const Host& host, const CellBlock& grid, const RunOutput& output, bool append,
+void Arrtoxls(const Host& host, GridRows& grid, const RunOutput& output, bool append,
               const PeriodSet& periods) {
-  Reported(host, [&] { Write(host, grid, output, append, periods); });
+  SheetPass pass(output);
+  Reported(host, [&] { pass.Open(host, append); });
+  while (true) {
+    CellBlock rows = grid.Next(pass.RowsAtOnce());
+    if (rows.rows() == 0) break;
+    Reported(host, [&] { pass.Add(std::move(rows)); });
+  }
+  Reported(host, [&] { pass.Finish(periods); });
 }
 
 void CommitWorkbook(const Host& host, const RunOutput& output) {

@@ -8,6 +8,7 @@
 #include <memory>
 #include <string>
 
+#include "component/result_grid.h"
 #include "platform/host.h"
 #include "platform/spreadsheet.h"
 #include "settings/records.h"
@@ -40,9 +41,10 @@ RunOutput NewRunOutput(const Host& host, const std::string& path, bool keep_old)
 std::array<std::string, 2 * kPeriodCount> PeriodLabels(const PeriodSet& periods);
 
 /// Writes the grid as a new workbook in place of an old one, or, when appending, below the rows of
-/// the one that the run has saved before; then the labels. A failure is reported and thrown on; an
-/// old workbook that cannot be deleted is noticed before anything is written.
-void Arrtoxls(const Host& host, const CellBlock& grid, const RunOutput& output, bool append,
+/// the one that the run has saved before; then the labels. A failure is reported and thrown on,
+/// except one of reading the grid, which is thrown on alone; an old workbook that cannot be deleted
+/// is noticed before anything is written.
+void Arrtoxls(const Host& host, GridRows& grid, const RunOutput& output, bool append,
               const PeriodSet& periods);
 
 /// Puts the workbook of all passes in its place. A failure is reported and thrown on; that the

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <limits>
+#include <vector>
 
 #include "platform/failure.h"
 
@@ -20,6 +21,19 @@ class BytesReader : public FileReader {
 
  private:
   std::span<const std::byte> bytes_;
+};
+
+class BytesScratch : public ScratchFile {
+ public:
+  void Write(std::span<const std::byte> bytes) override {
+    bytes_.insert(bytes_.end(), bytes.begin(), bytes.end());
+  }
+  void Read(uint64_t offset, std::span<std::byte> bytes) const override {
+    BytesReader(bytes_).Read(offset, bytes);
+  }
+
+ private:
+  std::vector<std::byte> bytes_;
 };
 
 const char* AdviceOn(int32_t number) {
@@ -50,6 +64,10 @@ Failure FileChanged(const std::string& path) {
 
 std::unique_ptr<FileReader> ReaderOf(std::span<const std::byte> bytes) {
   return std::make_unique<BytesReader>(bytes);
+}
+
+std::unique_ptr<ScratchFile> Files::Scratch(const std::string&) {
+  return std::make_unique<BytesScratch>();
 }
 
 std::string ReadBeginning(const Files& files, const std::string& path, uint64_t most) {

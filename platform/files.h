@@ -49,6 +49,16 @@ class FileReplacement {
   virtual void Commit() = 0;
 };
 
+/// Bytes put aside, to be read back; they go with the object.
+class ScratchFile {
+ public:
+  virtual ~ScratchFile() = default;
+  /// At the end.
+  virtual void Write(std::span<const std::byte> bytes) = 0;
+  /// Fills `bytes` from `offset` on, where as many were written.
+  virtual void Read(uint64_t offset, std::span<std::byte> bytes) const = 0;
+};
+
 /// The new file is in its place, whole, but the system could not make sure that it is there after a
 /// power cut too.
 class FileMayNotLast : public Failure {
@@ -73,6 +83,9 @@ class Files {
   virtual std::unique_ptr<FileReader> Open(const std::string& path) const = 0;
   /// Removes the temporaries in the folder that processes which were killed have left.
   virtual std::unique_ptr<FileReplacement> Replace(const std::string& path) = 0;
+  /// For what memory should not hold, on the disk of the file `beside`. Files that are not on a
+  /// disk put it aside in memory.
+  virtual std::unique_ptr<ScratchFile> Scratch(const std::string& beside);
   /// Local time of the last modification.
   virtual Date LastModified(const std::string& path) const = 0;
   virtual void ChangeDirectory(const std::string& path) = 0;

@@ -8,28 +8,70 @@
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "platform/value.h"
 
 namespace vok {
 
-/// A block of cell values, row by row. A text is stored as text, "" leaves the cell blank.
-struct CellBlock {
-  std::size_t rows = 0;
-  std::size_t columns = 0;
-  std::vector<Value> values;
+/// One cell of a block.
+struct BlockCell {
+  enum class Kind : uint8_t { kEmpty, kNumber, kText };
+  Kind kind = Kind::kEmpty;
+  uint32_t size = 0;  ///< of a text, in bytes
+  union {
+    double number = 0;
+    std::size_t begin;  ///< of a text, among those of the block
+  };
 
+  bool IsBlank() const { return kind != Kind::kNumber && size == 0; }
+};
+
+/// A block of cells, row by row, each empty, a number or a text. A text is stored as text, ""
+/// leaves the cell blank. Rows and columns are counted from 1.
+class CellBlock {
+ public:
   CellBlock() = default;
   CellBlock(std::size_t row_count, std::size_t column_count)
-      : rows(row_count), columns(column_count), values(row_count * column_count) {}
-  /// `row` and `column` counted from 1.
-  Value& At(std::size_t row, std::size_t column) {
-    return values[(row - 1) * columns + column - 1];
+      : rows_(row_count), columns_(column_count), cells_(row_count * column_count) {}
+
+  std::size_t rows() const { return rows_; }
+  std::size_t columns() const { return columns_; }
+
+  void SetNumber(std::size_t row, std::size_t column, double number) {
+    BlockCell& cell = At(row, column);
+    cell.kind = BlockCell::Kind::kNumber;
+    cell.number = number;
   }
-  const Value& At(std::size_t row, std::size_t column) const {
-    return values[(row - 1) * columns + column - 1];
+  void SetText(std::size_t row, std::size_t column, std::string_view text) {
+    BlockCell& cell = At(row, column);
+    cell.kind = BlockCell::Kind::kText;
+    cell.size = static_cast<uint32_t>(text.size());
+    cell.begin = texts_.size();
+    texts_ += text;
   }
+
+  /// Leaves the row's cells empty.
+  void ClearRow(std::size_t row) {
+    for (std::size_t column = 1; column <= columns_; ++column) At(row, column) = BlockCell();
+  }
+  /// The cells of a row, as many as there are columns.
+  const BlockCell* Row(std::size_t row) const { return &cells_[(row - 1) * columns_]; }
+  std::string_view Text(const BlockCell& cell) const {
+    return std::string_view(texts_).substr(cell.begin, cell.size);
+  }
+  Value ValueAt(std::size_t row, std::size_t column) const;
+
+ private:
+  BlockCell& At(std::size_t row, std::size_t column) {
+    return cells_[(row - 1) * columns_ + column - 1];
+  }
+
+  std::size_t rows_ = 0;
+  std::size_t columns_ = 0;
+  std::vector<BlockCell> cells_;
+  std::string texts_;
 };
 
 /// File format numbers of `SaveAs`.
@@ -58,8 +100,10 @@ class SpreadsheetApplication {
   /// `Range(cell).CurrentRegion.Rows.Count`: rows of the block around the cell that is bounded by
   /// blank rows and columns.
   virtual std::size_t CurrentRegionRows(const std::string& cell) const = 0;
+  /// Rows that are best assigned at once, where there are many.
+  virtual std::size_t RowsAtOnce() const = 0;
   /// Assigns the block to the range whose first cell is given.
-  virtual void SetFormula(std::size_t row, std::size_t column, const CellBlock& block) = 0;
+  virtual void SetFormula(std::size_t row, std::size_t column, CellBlock block) = 0;
 
   virtual void SaveAs(const std::string& path, int32_t format) = 0;
   virtual void Quit() = 0;

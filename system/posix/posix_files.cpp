@@ -14,6 +14,7 @@
 #include "system/posix/file_handle.h"
 #include "system/posix/posix_replacement.h"
 #include "system/posix/system_clock.h"
+#include "system/posix/temporary_file.h"
 
 namespace vok {
 namespace {
@@ -58,6 +59,35 @@ FileHandle OpenToRead(const std::string& native) {
   return file;
 }
 
+void ReadAt(const FileHandle& file, uint64_t offset, std::span<std::byte> bytes,
+            const std::string& path) {
+  while (!bytes.empty()) {
+    const ssize_t count =
+        ::pread(file.get(), bytes.data(), bytes.size(), static_cast<off_t>(offset));
+    if (count == 0) throw FileChanged(path);
+    if (count < 0 && errno != EINTR) ThrowSystemFailure(errno, "read", path);
+    if (count < 0) continue;
+    offset += static_cast<uint64_t>(count);
+    bytes = bytes.subspan(static_cast<std::size_t>(count));
+  }
+}
+
+class PosixScratch : public ScratchFile {
+ public:
+  explicit PosixScratch(std::string beside)
+      : beside_(std::move(beside)), file_(FolderOf(beside_), S_IRUSR | S_IWUSR, beside_) {}
+  void Write(std::span<const std::byte> bytes) override {
+    WriteAll(file_.handle(), bytes, beside_);
+  }
+  void Read(uint64_t offset, std::span<std::byte> bytes) const override {
+    ReadAt(file_.handle(), offset, bytes, beside_);
+  }
+
+ private:
+  std::string beside_;
+  TemporaryFile file_;
+};
+
 class PosixReader : public FileReader {
  public:
   explicit PosixReader(std::string path)
@@ -66,15 +96,7 @@ class PosixReader : public FileReader {
   uint64_t Size() const override { return static_cast<uint64_t>(opened_.st_size); }
 
   void Read(uint64_t offset, std::span<std::byte> bytes) const override {
-    while (!bytes.empty()) {
-      const ssize_t count =
-          ::pread(file_.get(), bytes.data(), bytes.size(), static_cast<off_t>(offset));
-      if (count == 0) throw FileChanged(path_);
-      if (count < 0 && errno != EINTR) ThrowSystemFailure(errno, "read", path_);
-      if (count < 0) continue;
-      offset += static_cast<uint64_t>(count);
-      bytes = bytes.subspan(static_cast<std::size_t>(count));
-    }
+    ReadAt(file_, offset, bytes, path_);
   }
 
   bool HasChanged() const override {
@@ -131,6 +153,10 @@ std::unique_ptr<FileReader> PosixFiles::Open(const std::string& path) const {
 
 std::unique_ptr<FileReplacement> PosixFiles::Replace(const std::string& path) {
   return std::make_unique<PosixReplacement>(Checked(path));
+}
+
+std::unique_ptr<ScratchFile> PosixFiles::Scratch(const std::string& beside) {
+  return std::make_unique<PosixScratch>(Checked(beside));
 }
 
 Date PosixFiles::LastModified(const std::string& path) const {

@@ -16,11 +16,6 @@ namespace {
 
 constexpr int kMostLinks = 40;  // as many as the kernel follows
 
-std::string FolderOf(const std::string& path) {
-  const auto slash = path.rfind('/');
-  return slash == std::string::npos ? "./" : path.substr(0, slash + 1);
-}
-
 std::optional<struct stat> StatusOf(const std::string& path, bool of_link = false) {
   struct stat status;
   const int result = (of_link ? ::lstat : ::stat)(path.c_str(), &status);
@@ -82,6 +77,11 @@ int SyncFolder(const std::string& folder) {
 }
 
 }  // namespace
+
+std::string FolderOf(const std::string& path) {
+  const auto slash = path.rfind('/');
+  return slash == std::string::npos ? "./" : path.substr(0, slash + 1);
+}
 
 PosixReplacement::PosixReplacement(const std::string& path) : target_(FollowLinks(path)) {
   const auto old = StatusOf(target_);

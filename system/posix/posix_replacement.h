@@ -15,6 +15,9 @@
 
 namespace vok {
 
+/// With the "/" at its end.
+std::string FolderOf(const std::string& path);
+
 class PosixReplacement : public FileReplacement {
  public:
   /// `path` is native. Failures: 70 for a folder or file that must not be written, 75 when a folder

@@ -94,7 +94,7 @@ TemporaryFile::TemporaryFile(const std::string& folder, mode_t mode, const std::
   for (int attempt = 0; attempt < kMostAttempts; ++attempt) {
     const std::string path = stem + std::to_string(serial++) + std::string(kEnd);
     place_ = Note(path);  // before it is there: a signal may come at any moment
-    file_ = FileHandle(::open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, mode));
+    file_ = FileHandle(::open(path.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, mode));
     if (file_.IsOpen() && IsOurs(file_)) {
       path_ = path;
       return;

@@ -39,6 +39,46 @@ Handle OpenFile(const std::string& native, DWORD access, DWORD disposition,
   return file;
 }
 
+void ReadAt(const Handle& file, uint64_t offset, std::span<std::byte> bytes,
+            const std::string& path) {
+  constexpr std::size_t kMostAtOnce = std::size_t{1} << 30;
+  while (!bytes.empty()) {
+    OVERLAPPED place{};
+    place.Offset = static_cast<DWORD>(offset);
+    place.OffsetHigh = static_cast<DWORD>(offset >> 32);
+    DWORD count = 0;
+    const auto wanted = static_cast<DWORD>(std::min(bytes.size(), kMostAtOnce));
+    if (::ReadFile(file.get(), bytes.data(), wanted, &count, &place) == 0) {
+      const DWORD error = ::GetLastError();
+      if (error != ERROR_HANDLE_EOF) ThrowSystemFailure(error, "read", path);
+    }
+    if (count == 0) throw FileChanged(path);
+    offset += count;
+    bytes = bytes.subspan(count);
+  }
+}
+
+class WindowsScratch : public ScratchFile {
+ public:
+  explicit WindowsScratch(std::string beside)
+      : beside_(std::move(beside)),
+        file_(NewTemporary(WidePath(beside_), GENERIC_READ | GENERIC_WRITE | DELETE,
+                           FILE_FLAG_DELETE_ON_CLOSE, beside_, name_)) {}
+  /// Reading moves the place to write at.
+  void Write(std::span<const std::byte> bytes) override {
+    ::SetFilePointerEx(file_.get(), LARGE_INTEGER{}, nullptr, FILE_END);
+    WriteAll(file_, bytes, beside_);
+  }
+  void Read(uint64_t offset, std::span<std::byte> bytes) const override {
+    ReadAt(file_, offset, bytes, beside_);
+  }
+
+ private:
+  std::string beside_;
+  std::wstring name_;
+  Handle file_;
+};
+
 class WindowsReader : public FileReader {
  public:
   explicit WindowsReader(std::string path)
@@ -49,21 +89,7 @@ class WindowsReader : public FileReader {
   uint64_t Size() const override { return SizeIn(opened_); }
 
   void Read(uint64_t offset, std::span<std::byte> bytes) const override {
-    constexpr std::size_t kMostAtOnce = std::size_t{1} << 30;
-    while (!bytes.empty()) {
-      OVERLAPPED place{};
-      place.Offset = static_cast<DWORD>(offset);
-      place.OffsetHigh = static_cast<DWORD>(offset >> 32);
-      DWORD count = 0;
-      const auto wanted = static_cast<DWORD>(std::min(bytes.size(), kMostAtOnce));
-      if (::ReadFile(file_.get(), bytes.data(), wanted, &count, &place) == 0) {
-        const DWORD error = ::GetLastError();
-        if (error != ERROR_HANDLE_EOF) ThrowSystemFailure(error, "read", path_);
-      }
-      if (count == 0) throw FileChanged(path_);
-      offset += count;
-      bytes = bytes.subspan(count);
-    }
+    ReadAt(file_, offset, bytes, path_);
   }
 
   bool HasChanged() const override {
@@ -123,6 +149,10 @@ std::unique_ptr<FileReader> WindowsFiles::Open(const std::string& path) const {
 
 std::unique_ptr<FileReplacement> WindowsFiles::Replace(const std::string& path) {
   return std::make_unique<WindowsReplacement>(Checked(path));
+}
+
+std::unique_ptr<ScratchFile> WindowsFiles::Scratch(const std::string& beside) {
+  return std::make_unique<WindowsScratch>(Checked(beside));
 }
 
 Date WindowsFiles::LastModified(const std::string& path) const {

@@ -22,6 +22,7 @@ class WindowsFiles : public Files {
   void Append(const std::string& path, std::string_view bytes) override;
   std::unique_ptr<FileReader> Open(const std::string& path) const override;
   std::unique_ptr<FileReplacement> Replace(const std::string& path) override;
+  std::unique_ptr<ScratchFile> Scratch(const std::string& beside) override;
   Date LastModified(const std::string& path) const override;
   void ChangeDirectory(const std::string& path) override;
   std::string NativePath(const std::string& path) const override;

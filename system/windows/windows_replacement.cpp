@@ -91,28 +91,26 @@ void WriteAll(const Handle& file, std::span<const std::byte> bytes, const std::s
 }
 
 WindowsReplacement::WindowsReplacement(const std::string& path)
-    : path_(path), target_(WritableTarget(path)) {
-  CreateTemporary();
+    : path_(path),
+      target_(WritableTarget(path)),
+      file_(NewTemporary(target_, GENERIC_WRITE | DELETE, 0, path_, temporary_)) {
   KeepPermissions();
 }
 
-void WindowsReplacement::CreateTemporary() {
+Handle NewTemporary(const std::wstring& target, DWORD access, DWORD flags, const std::string& path,
+                    std::wstring& name) {
   static std::atomic<unsigned> serial{0};
-  Sweep(FolderOf(target_));
+  Sweep(FolderOf(target));
   const std::wstring stem =
-      FolderOf(target_) + L".vokcube-" + std::to_wstring(::GetCurrentProcessId()) + L"-";
+      FolderOf(target) + L".vokcube-" + std::to_wstring(::GetCurrentProcessId()) + L"-";
   for (int attempt = 0; attempt < kMostAttempts; ++attempt) {
-    const std::wstring name = stem + std::to_wstring(serial++) + L".tmp";
-    file_ = Handle(::CreateFileW(name.c_str(), GENERIC_WRITE | DELETE,
-                                 FILE_SHARE_READ | FILE_SHARE_DELETE, nullptr, CREATE_NEW,
-                                 FILE_ATTRIBUTE_NORMAL, nullptr));
-    if (file_.IsOpen()) {
-      temporary_ = name;
-      return;
-    }
+    name = stem + std::to_wstring(serial++) + L".tmp";
+    Handle file(::CreateFileW(name.c_str(), access, FILE_SHARE_READ | FILE_SHARE_DELETE, nullptr,
+                              CREATE_NEW, FILE_ATTRIBUTE_NORMAL | flags, nullptr));
+    if (file.IsOpen()) return file;
     if (::GetLastError() != ERROR_FILE_EXISTS) break;
   }
-  ThrowSystemFailure(::GetLastError(), "write", path_);
+  ThrowSystemFailure(::GetLastError(), "write", path);
 }
 
 void WindowsReplacement::KeepPermissions() {

@@ -15,6 +15,11 @@ namespace vok::windows {
 /// Writes everything. Failures name `path`.
 void WriteAll(const Handle& file, std::span<const std::byte> bytes, const std::string& path);
 
+/// A new file in the folder of `target`, and what it is called. `flags` and `access` are the
+/// system's. Failures name `path`.
+Handle NewTemporary(const std::wstring& target, DWORD access, DWORD flags, const std::string& path,
+                    std::wstring& name);
+
 class WindowsReplacement : public FileReplacement {
  public:
   /// `path` is native. Failures: 70 for a folder or file that must not be written, 75 when a folder
@@ -29,7 +34,6 @@ class WindowsReplacement : public FileReplacement {
   void Commit() override;
 
  private:
-  void CreateTemporary();
   void KeepPermissions();
   /// False with the system's error.
   bool TakePlace();

@@ -13,11 +13,11 @@ CellBlock Grid(std::size_t label_rows, std::size_t rows) {
   CellBlock grid(label_rows + rows, 17);
   for (std::size_t i = 1; i <= rows; ++i) {
     const auto money = static_cast<double>(i);
-    grid.At(label_rows + i, 1) = "0";
-    grid.At(label_rows + i, 12) = 7.0;
-    grid.At(label_rows + i, 13) = money;
-    grid.At(label_rows + i, 16) = "";
-    grid.At(label_rows + i, 17) = i == 2 ? Value("") : Value(1000 * money);
+    grid.SetText(label_rows + i, 1, "0");
+    grid.SetNumber(label_rows + i, 12, 7.0);
+    grid.SetNumber(label_rows + i, 13, money);
+    grid.SetText(label_rows + i, 16, "");
+    if (i != 2) grid.SetNumber(label_rows + i, 17, 1000 * money);
   }
   return grid;
 }
@@ -37,8 +37,8 @@ TEST(RunPreview, KeepsTheFirstRowsOfTheSheetAndAllTheMoney) {
   } cases[] = {{3, 0, 3, 6, 4000}, {98, 5, 100, 4866, 4849000}, {150, 3, 100, 11331, 11323000}};
   for (const auto& c : cases) {
     RunPreview preview;
-    AddToPreview(Grid(1, c.first_pass), false, both, set, preview);
-    if (c.second_pass > 0) AddToPreview(Grid(0, c.second_pass), true, first, set, preview);
+    AddToPreview(Grid(1, c.first_pass), 2, both, set, preview);
+    if (c.second_pass > 0) AddToPreview(Grid(0, c.second_pass), 1, first, set, preview);
     EXPECT_EQ(preview.rows.size(), c.rows);
     EXPECT_THAT(preview.money,
                 ElementsAre(FieldsAre(1, "Jan", c.january), FieldsAre(3, "Mar", c.march)));

@@ -13,29 +13,43 @@ using ::testing::ElementsAreArray;
 using ::testing::HasSubstr;
 using Lines = std::vector<std::string>;
 
+/// Rows of 13 blank cells.
+struct BlankRows : GridRows {
+  explicit BlankRows(std::size_t count) : left(count) {}
+  CellBlock Next(std::size_t most) override {
+    const std::size_t count = std::min(most, left);
+    left -= count;
+    return {count, 13};
+  }
+  std::size_t left;
+};
+
 struct WorkbookWriterTest : ::testing::Test, ComponentHost {
   WorkbookWriterTest() {
     periods.Period(1).PeriodName = "Jan 2016";
     periods.Period(12).PeriodName = "Dec";
-    grid.At(1, 1) = "0";
   }
 
-  void Write(bool append) { Arrtoxls(host, grid, output, append, periods); }
+  void Write(bool append) {
+    BlankRows grid(5);
+    Arrtoxls(host, grid, output, append, periods);
+  }
 
   PeriodSet periods;
-  CellBlock grid{2, 13};
   RunOutput output = NewRunOutput(host, "out.xlsX", false);
 };
 
 TEST_F(WorkbookWriterTest, OpensWritesLabelsAndSavesInOrder) {
   sheets.record.sheets = {"Sheet1", "DATA", "Data2", "data"};
   sheets.record.region_rows = 7;
+  sheets.record.rows_at_once = 3;
   memory.files.files["out.xlsX"] = "first";
   const struct {
     bool append;
     Lines opening;
-  } cases[] = {{true, {"open out.xlsX", "select 2", "select 4", "region A1", "formula 8,1"}},
-               {false, {"add", "select 1", "name Data", "format A:K @", "formula 1,1"}}};
+  } cases[] = {
+      {true, {"open out.xlsX", "select 2", "select 4", "region A1", "formula 8,1", "formula 11,1"}},
+      {false, {"add", "select 1", "name Data", "format A:K @", "formula 1,1", "formula 4,1"}}};
   for (auto [append, opening] : cases) {
     sheets.record.lines.clear();
     sheets.record.blocks.clear();
@@ -51,10 +65,10 @@ TEST_F(WorkbookWriterTest, OpensWritesLabelsAndSavesInOrder) {
     }
     EXPECT_THAT(sheets.record.lines, ElementsAreArray(lines));
   }
-  EXPECT_EQ(sheets.record.blocks[0].columns, 13u);
+  EXPECT_EQ(sheets.record.blocks[1].rows(), 2u);
   for (const auto& [block, label] :
-       {std::pair{1, "Q1>Jan 2016"}, {2, "M1>Jan 2016"}, {13, "Q7>"}, {24, "M12>Dec"}}) {
-    EXPECT_EQ(sheets.record.blocks.at(block).values, (std::vector<Value>{label}));
+       {std::pair{2, "Q1>Jan 2016"}, {3, "M1>Jan 2016"}, {14, "Q7>"}, {25, "M12>Dec"}}) {
+    EXPECT_EQ(sheets.record.blocks.at(block).ValueAt(1, 1), Value(label));
   }
 }
 

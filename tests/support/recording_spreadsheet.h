@@ -18,6 +18,7 @@ struct SpreadsheetRecord {
   std::string version = "16.0";
   std::vector<std::string> sheets{"Data"};
   std::size_t region_rows = 1;
+  std::size_t rows_at_once = 1000;
   std::vector<std::string> outputs;  ///< where runs were to write
   std::function<void()> on_commit = [] {};
 
@@ -56,8 +57,9 @@ class RecordingApplication : public SpreadsheetApplication {
     record_.Add("region " + cell);
     return record_.region_rows;
   }
-  void SetFormula(std::size_t row, std::size_t column, const CellBlock& block) override {
-    record_.blocks.push_back(block);
+  std::size_t RowsAtOnce() const override { return record_.rows_at_once; }
+  void SetFormula(std::size_t row, std::size_t column, CellBlock block) override {
+    record_.blocks.push_back(std::move(block));
     record_.Add("formula " + std::to_string(row) + "," + std::to_string(column));
   }
   void SaveAs(const std::string& path, int32_t format) override {

@@ -23,17 +23,17 @@ int32_t Number(std::size_t position) { return static_cast<int32_t>(position); }
 
 /// An array of VARIANTs with two dimensions counted from 1, rows first.
 Variant CellArray(const CellBlock& block) {
-  SAFEARRAYBOUND bounds[] = {{static_cast<ULONG>(block.rows), 1},
-                             {static_cast<ULONG>(block.columns), 1}};
+  SAFEARRAYBOUND bounds[] = {{static_cast<ULONG>(block.rows()), 1},
+                             {static_cast<ULONG>(block.columns()), 1}};
   Variant array;
   array.Get()->parray = SafeArrayCreate(VT_VARIANT, 2, bounds);
   if (array.Get()->parray == nullptr) throw std::bad_alloc();
   array.Get()->vt = VT_ARRAY | VT_VARIANT;
   const ArrayAccess<VARIANT> elements(array.Get()->parray);
-  for (std::size_t column = 0; column < block.columns; ++column) {
-    for (std::size_t row = 0; row < block.rows; ++row) {
+  for (std::size_t column = 0; column < block.columns(); ++column) {
+    for (std::size_t row = 0; row < block.rows(); ++row) {
       // The first dimension runs fastest.
-      elements[column * block.rows + row] = Variant(block.At(row + 1, column + 1)).Detach();
+      elements[column * block.rows() + row] = Variant(block.ValueAt(row + 1, column + 1)).Detach();
     }
   }
   return array;
@@ -84,11 +84,14 @@ class ExcelApplication : public SpreadsheetApplication {
     return static_cast<std::size_t>(region.Child(L"Rows").Read(L"Count").ToInt32());
   }
 
-  void SetFormula(std::size_t row, std::size_t column, const CellBlock& block) override {
-    if (block.rows == 0 || block.columns == 0) return;
-    if (block.rows == 1 && block.columns == 1) {
+  /// Each assignment is a call of another process; what it carries stands twice in memory.
+  std::size_t RowsAtOnce() const override { return 4096; }
+
+  void SetFormula(std::size_t row, std::size_t column, CellBlock block) override {
+    if (block.rows() == 0 || block.columns() == 0) return;
+    if (block.rows() == 1 && block.columns() == 1) {
       const int32_t right = Number(column) - kFirstLabelColumn;
-      CellFrom(kFirstLabel, Number(row) - 1, right).Put(L"Formula", block.At(1, 1));
+      CellFrom(kFirstLabel, Number(row) - 1, right).Put(L"Formula", block.ValueAt(1, 1));
     } else {
       RangeOf(row, column, block).Put(L"Formula", CellArray(block));
     }
@@ -128,7 +131,7 @@ class ExcelApplication : public SpreadsheetApplication {
   }
 
   Object RangeOf(std::size_t row, std::size_t column, const CellBlock& block) const {
-    const int32_t down = Number(block.rows) - 1, right = Number(block.columns) - 1;
+    const int32_t down = Number(block.rows()) - 1, right = Number(block.columns()) - 1;
     if (row == 1 && column == 1) {
       return application_.Child(L"Range", kFirstCell, CellFrom(kFirstCell, down, right));
     }

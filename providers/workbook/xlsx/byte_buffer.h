@@ -18,6 +18,8 @@ class ByteBuffer {
     return data_.get() + size_;
   }
   void Advance(std::size_t count) { size_ += count; }
+  /// Drops what stands from `size` on; the memory stays.
+  void Resize(std::size_t size) { size_ = size; }
   /// Up to where a writer came that began at `Reserve`'s answer.
   void AdvanceTo(const char* end) { size_ = static_cast<std::size_t>(end - data_.get()); }
 

@@ -1,5 +1,6 @@
 #include "providers/workbook/xlsx/text_rules.h"
 
+#include <algorithm>
 #include <charconv>
 #include <cstdint>
 #include <optional>
@@ -102,6 +103,20 @@ std::string ToUtf8(std::string_view bytes) {
     bytes.remove_prefix(size);
   }
   return text;
+}
+
+bool HasLookalike(std::string_view text) {
+  std::size_t at = text.find('_');
+  while (at != std::string_view::npos && !LooksEscaped(text.substr(at)))
+    at = text.find('_', at + 1);
+  return at != std::string_view::npos;
+}
+
+bool IsPlain(std::string_view text) {
+  return std::none_of(text.begin(), text.end(), [](char c) {
+    const auto byte = static_cast<unsigned char>(c);
+    return byte < 0x20 || c == '<' || c == '>' || c == '&' || c == '"' || c == '_' || byte == 0xEF;
+  });
 }
 
 void AppendXmlText(ByteBuffer& xml, std::string_view text) {

@@ -21,6 +21,10 @@ inline constexpr std::size_t kMaxTextUnits = 32'767;
 /// Valid UTF-8, by the rules above.
 std::string ToUtf8(std::string_view bytes);
 
+/// Whether a text holds what looks like the format's own escape.
+bool HasLookalike(std::string_view text);
+/// Whether all of a clean text stands in XML as it is.
+bool IsPlain(std::string_view text);
 /// Appends a clean text as XML character data or attribute value, with the format's escapes.
 void AppendXmlText(ByteBuffer& xml, std::string_view text);
 /// True when XML readers would drop or fold blanks of the text unless told to preserve them.

@@ -1,29 +1,40 @@
-// A workbook in memory.
+// What is known of a workbook beside the rows that are encoded already, and how it becomes a file.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
+#include <map>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
 
-#include "providers/workbook/xlsx/byte_buffer.h"
-#include "providers/workbook/xlsx/sheet.h"
-#include "providers/workbook/xlsx/text_pool.h"
+#include "platform/files.h"
+#include "platform/value.h"
+#include "providers/workbook/xlsx/current_region.h"
+#include "providers/workbook/xlsx/sheet_rows.h"
 
 namespace vok::xlsx {
 
+/// It has one sheet. Row 1 stays as cells, since it may be written again; the others do not.
 struct Workbook {
-  TextPool texts;
   std::vector<std::string> formats{"General"};  ///< number formats, "@" is text
-  std::vector<Sheet> sheets;
-  std::size_t active = 0;  ///< index into `sheets`
+  std::string sheet_name = "Sheet1";
+  ColumnStyles styles = std::make_shared<std::vector<uint16_t>>();  ///< indexes into `formats`
+  std::map<std::size_t, Value> first_row;  ///< numbers and texts by their columns
+  std::size_t last_row = 1;
+  SharedTexts shared;  ///< those of the rows
+  RowTotals rows;      ///< of the second row and those below, when it was saved
+  CurrentRegion region;
 
   /// The index of the number format, added when it is new.
   uint16_t Format(std::string_view code);
 };
 
-/// The whole file. The same workbook gives the same bytes. Failure 1004 when a part grows beyond
-/// what the format holds; `path` is for its text.
-ByteBuffer WriteWorkbook(const Workbook& workbook, const std::string& path);
+/// Writes the whole file: `spool` begins with the rows of the workbook. The same workbook gives the
+/// same bytes. Failures: 1004 when it grows beyond what the format holds, `path` is for its text;
+/// else those of the file and the spool.
+void WriteWorkbook(const Workbook& workbook, const Spool& spool, const std::string& path,
+                   FileReplacement& file);
 
 }  // namespace vok::xlsx

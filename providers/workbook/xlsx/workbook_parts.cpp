@@ -113,20 +113,14 @@ void AppendStyles(ByteBuffer& xml, const Workbook& workbook) {
          "</cellStyles></styleSheet>";
 }
 
-std::string part::Sheet(std::size_t index) {
-  return "xl/worksheets/sheet" + std::to_string(index + 1) + ".xml";
-}
-
-void AppendContentTypes(ByteBuffer& xml, std::size_t sheets) {
+void AppendContentTypes(ByteBuffer& xml) {
   xml << kDeclaration << "<Types xmlns=\"" << kPackage << "content-types\">"
       << "<Default Extension=\"rels\" ContentType=\"application/vnd.openxmlformats-package."
          "relationships+xml\"/><Default Extension=\"xml\" ContentType=\"application/xml\"/>";
   AppendType(xml, part::kWorkbook, "spreadsheetml.sheet.main");
-  for (std::size_t i = 0; i < sheets; ++i) {
-    AppendType(xml, part::Sheet(i), "spreadsheetml.worksheet");
-  }
+  AppendType(xml, part::kSheet, "spreadsheetml.worksheet");
+  AppendType(xml, part::kSharedTexts, "spreadsheetml.sharedStrings");
   AppendType(xml, part::kStyles, "spreadsheetml.styles");
-  AppendType(xml, part::kSharedStrings, "spreadsheetml.sharedStrings");
   AppendType(xml, part::kApplication, "extended-properties");
   xml << "</Types>";
 }
@@ -145,24 +139,16 @@ void AppendApplication(ByteBuffer& xml) {
 
 void AppendWorkbookXml(ByteBuffer& xml, const Workbook& workbook) {
   xml << kDeclaration << "<workbook xmlns=\"" << kMain << "\" xmlns:r=\"" << kOffice
-      << "relationships\"><bookViews><workbookView activeTab=\"" << std::to_string(workbook.active)
-      << "\"/></bookViews><sheets>";
-  for (std::size_t i = 0; i < workbook.sheets.size(); ++i) {
-    const std::string number = std::to_string(i + 1);
-    xml << "<sheet name=\"";
-    AppendXmlText(xml, workbook.sheets[i].name);
-    xml << "\" sheetId=\"" << number << "\" r:id=\"rId" << number << "\"/>";
-  }
-  xml << "</sheets></workbook>";
+      << "relationships\"><sheets><sheet name=\"";
+  AppendXmlText(xml, workbook.sheet_name);
+  xml << "\" sheetId=\"1\" r:id=\"rId1\"/></sheets></workbook>";
 }
 
-void AppendWorkbookRelations(ByteBuffer& xml, std::size_t sheets) {
+void AppendWorkbookRelations(ByteBuffer& xml) {
   xml << kDeclaration << "<Relationships xmlns=\"" << kPackage << "relationships\">";
-  for (std::size_t i = 0; i < sheets; ++i) {
-    AppendRelation(xml, i + 1, "worksheet", BesideWorkbook(part::Sheet(i)));
-  }
-  AppendRelation(xml, sheets + 1, "styles", BesideWorkbook(part::kStyles));
-  AppendRelation(xml, sheets + 2, "sharedStrings", BesideWorkbook(part::kSharedStrings));
+  AppendRelation(xml, 1, "worksheet", BesideWorkbook(part::kSheet));
+  AppendRelation(xml, 2, "styles", BesideWorkbook(part::kStyles));
+  AppendRelation(xml, 3, "sharedStrings", BesideWorkbook(part::kSharedTexts));
   xml << "</Relationships>";
 }
 

@@ -2,6 +2,8 @@
 #pragma once
 
 #include <string>
+#include <string_view>
+#include <vector>
 
 #include "providers/workbook/xlsx/workbook.h"
 
@@ -15,20 +17,20 @@ inline constexpr const char* kApplication = "docProps/app.xml";
 inline constexpr const char* kWorkbook = "xl/workbook.xml";
 inline constexpr const char* kWorkbookRelations = "xl/_rels/workbook.xml.rels";
 inline constexpr const char* kStyles = "xl/styles.xml";
-inline constexpr const char* kSharedStrings = "xl/sharedStrings.xml";
-/// `index` counted from 0.
-std::string Sheet(std::size_t index);
+inline constexpr const char* kSharedTexts = "xl/sharedStrings.xml";
+inline constexpr const char* kSheet = "xl/worksheets/sheet1.xml";
 }  // namespace part
 
-void AppendContentTypes(ByteBuffer& xml, std::size_t sheets);
+void AppendContentTypes(ByteBuffer& xml);
 void AppendRelations(ByteBuffer& xml);
 void AppendApplication(ByteBuffer& xml);
 void AppendWorkbookXml(ByteBuffer& xml, const Workbook& workbook);
-void AppendWorkbookRelations(ByteBuffer& xml, std::size_t sheets);
+void AppendWorkbookRelations(ByteBuffer& xml);
 void AppendStyles(ByteBuffer& xml, const Workbook& workbook);
 
-/// `selected`: the sheet is the one shown when the workbook is opened.
-void AppendSheet(ByteBuffer& xml, const Workbook& workbook, const Sheet& sheet, bool selected,
-                 TextOrder& order);
+/// The sheet's part up to its rows, and what follows them. `extents` are those of all rows.
+void AppendSheetHead(ByteBuffer& xml, const Workbook& workbook,
+                     const std::vector<ColumnExtent>& extents);
+inline constexpr std::string_view kSheetEnd = "</sheetData></worksheet>";
 
 }  // namespace vok::xlsx

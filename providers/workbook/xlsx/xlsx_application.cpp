@@ -1,9 +1,8 @@
 #include <algorithm>
 #include <cmath>
-#include <span>
+#include <optional>
 #include <utility>
 
-#include "platform/calendar.h"
 #include "platform/failure.h"
 #include "platform/text.h"
 #include "platform/utf8.h"
@@ -16,9 +15,6 @@ namespace vok::xlsx {
 namespace {
 
 constexpr std::size_t kMaxSheetName = 31;
-/// 1 March 1900. The program counts a 29 February 1900 that never was, so earlier days differ.
-constexpr double kFirstSerial = 61;
-constexpr std::string_view kDateFormat = "mm-dd-yy";
 
 [[noreturn]] void Refuse(const std::string& why) {
   throw Failure(failure_number::kAutomation, why);
@@ -36,71 +32,30 @@ void CheckSheetName(const std::string& name) {
   }
 }
 
-/// Makes cells of values. Knows where it is, for its failures.
-class CellMaker {
- public:
-  CellMaker(Workbook& workbook, const Sheet& sheet) : workbook_(workbook), sheet_(sheet) {}
-
-  void MoveTo(std::size_t row, std::size_t column) {
-    row_ = row;
-    column_ = column;
-  }
-
-  Cell operator()(std::monostate) { return Cell(); }
-  Cell operator()(Null) { return Cell(); }
-  Cell operator()(bool value) { return Cell::Boolean(value); }
-  Cell operator()(int16_t value) { return Cell::Number(value); }
-  Cell operator()(int32_t value) { return Cell::Number(value); }
-
-  Cell operator()(double value) {
-    if (!std::isfinite(value)) {
-      Fail(failure_number::kAutomation,
-           "the value is NaN or infinite. Correct the measure it comes from");
+/// Refuses what a cell cannot hold, by the name of the cell.
+void CheckCell(const CellBlock& block, const BlockCell& cell, std::size_t row, std::size_t column,
+               const std::string& sheet) {
+  const auto fail = [&](const std::string& why) {
+    Refuse("Cell " + CellName(row, column) + " of sheet \"" + sheet +
+           "\" cannot be written: " + why + ".");
+  };
+  if (cell.kind == BlockCell::Kind::kNumber) {
+    if (!std::isfinite(cell.number)) {
+      fail("the value is NaN or infinite. Correct the measure it comes from");
     }
-    return Cell::Number(value);
-  }
-
-  Cell operator()(const Date& date) {
-    if (!(date.serial >= kFirstSerial && date.serial < kPastDays)) {
-      Fail(failure_number::kAutomation,
-           "a sheet's dates run from 1 March 1900 to 31 December 9999. Write it as a text");
+  } else if (cell.size > kMaxTextUnits) {
+    const std::size_t units = Utf16Length(ToUtf8(block.Text(cell)));
+    if (units > kMaxTextUnits) {
+      fail("the text has " + std::to_string(units) + " characters, a cell holds 32767. Shorten it");
     }
-    Cell cell = Cell::Number(date.serial);
-    cell.format = workbook_.Format(kDateFormat);
-    return cell;
   }
-
-  Cell operator()(const std::string& text) {
-    if (text.empty()) return Cell();
-    if (!IsUtf8(text)) return (*this)(ToUtf8(text));
-    if (text.size() > kMaxTextUnits && Utf16Length(text) > kMaxTextUnits) {
-      Fail(failure_number::kAutomation, "the text has " + std::to_string(Utf16Length(text)) +
-                                            " characters, a cell holds 32767. Shorten it");
-    }
-    return Cell::Text(workbook_.texts.Intern(text));
-  }
-
-  template <typename Other>
-  Cell operator()(const Other&) {
-    Fail(failure_number::kTypeMismatch, "a value of this type cannot stand in a cell");
-  }
-
- private:
-  [[noreturn]] void Fail(int32_t number, const std::string& why) const {
-    throw Failure(number, "Cell " + CellName(row_, column_) + " of sheet \"" + sheet_.name +
-                              "\" cannot be written: " + why + ".");
-  }
-
-  Workbook& workbook_;
-  const Sheet& sheet_;
-  std::size_t row_ = 0;
-  std::size_t column_ = 0;
-};
+}
 
 /// What the applications of a run hand on.
 struct SavedWorkbook {
   std::string path;
-  std::shared_ptr<Workbook> workbook;  ///< as it was saved last; null: not saved, or open again
+  std::optional<Workbook> workbook;  ///< as it was saved last
+  SheetRows rows;                    ///< those of it, and perhaps others that were not saved
 };
 
 class XlsxApplication : public SpreadsheetApplication {
@@ -113,67 +68,77 @@ class XlsxApplication : public SpreadsheetApplication {
 
   void OpenWorkbook(const std::string& path) override {
     CheckNoneOpen();
-    if (path != saved_.path || !saved_.workbook) {
+    if (path != saved_.path || !saved_.workbook || HasOtherRows(*saved_.workbook)) {
       Refuse("The workbook \"" + path +
              "\" cannot be opened: rows are added only to what the same run has saved. Run the "
              "query into a new workbook.");
     }
-    workbook_ = std::move(saved_.workbook);
+    workbook_ = saved_.workbook;
   }
 
   void AddWorkbook() override {
     CheckNoneOpen();
-    workbook_ = std::make_shared<Workbook>();
-    workbook_->sheets.emplace_back("Sheet1");
+    if (HasOtherRows({})) Refuse("A run writes one workbook, and has begun it.");
+    workbook_.emplace();
   }
 
-  std::size_t WorksheetCount() const override { return Open().sheets.size(); }
+  std::size_t WorksheetCount() const override {
+    CheckOpen();
+    return 1;
+  }
 
   std::string WorksheetName(std::size_t index) const override {
     CheckSheet(index);
-    return Open().sheets[index - 1].name;
+    return workbook_->sheet_name;
   }
 
-  void SelectWorksheet(std::size_t index) override {
-    CheckSheet(index);
-    Open().active = index - 1;
-  }
+  void SelectWorksheet(std::size_t index) override { CheckSheet(index); }
 
   void SetActiveSheetName(const std::string& name) override {
     CheckSheetName(name);
-    for (const Sheet& other : Open().sheets) {
-      if (&other != &Active() && EqualNoCaseAscii(other.name, name)) {
-        Refuse("A sheet cannot be named \"" + name +
-               "\": another one of the workbook has the name.");
-      }
-    }
-    Active().name = name;
+    Open().sheet_name = name;
   }
 
   void SetColumnsNumberFormat(const std::string& columns, const std::string& format) override {
     const auto range = ParseColumns(columns);
     if (!range) Refuse("\"" + columns + "\" is no range of columns. Give one such as \"A:K\".");
-    Active().SetColumnsFormat(*range, Open().Format(ToUtf8(format)));
+    if (Open().last_row > 1) {
+      Refuse("The number format of columns " + columns + " must be set before rows are written.");
+    }
+    std::vector<uint16_t> styles = *Open().styles;
+    styles.resize(std::max<std::size_t>(styles.size(), range->last));
+    std::fill(styles.begin() + range->first - 1, styles.begin() + range->last,
+              Open().Format(ToUtf8(format)));
+    Open().styles = std::make_shared<std::vector<uint16_t>>(std::move(styles));
   }
 
   std::size_t CurrentRegionRows(const std::string& cell) const override {
-    const auto place = ParseCell(cell);
-    if (!place) Refuse("\"" + cell + "\" is no cell of a sheet. Give one such as \"A1\".");
-    return xlsx::CurrentRegionRows(Active(), *place);
+    CheckOpen();
+    if (ParseCell(cell) != CellPlace{1, 1}) {
+      Refuse("The block around \"" + cell + "\" is not known, only that around \"A1\" is.");
+    }
+    return workbook_->region.rows();
   }
 
-  void SetFormula(std::size_t row, std::size_t column, const CellBlock& block) override {
-    if (block.rows == 0 || block.columns == 0) return;
+  std::size_t RowsAtOnce() const override { return 256; }
+
+  void SetFormula(std::size_t row, std::size_t column, CellBlock block) override {
+    if (block.rows() == 0 || block.columns() == 0) return;
     CheckFits(row, column, block);
-    CellMaker make(Open(), Active());
-    std::vector<Cell> cells(block.columns);
-    for (std::size_t i = 0; i < block.rows; ++i) {
-      for (std::size_t j = 0; j < block.columns; ++j) {
-        make.MoveTo(row + i, column + j);
-        cells[j] = std::visit(make, block.At(i + 1, j + 1).storage());
+    for (std::size_t i = 1; i <= block.rows(); ++i) {
+      for (std::size_t j = 1; j <= block.columns(); ++j) {
+        CheckCell(block, block.Row(i)[j - 1], row + i - 1, column + j - 1, Open().sheet_name);
       }
-      Active().Assign({static_cast<uint32_t>(row + i), static_cast<uint32_t>(column)}, cells);
+      workbook_->region.Add(row + i - 1, column, block.Row(i), block.columns());
     }
+    if (row == 1) {
+      SetFirstRow(column, block);
+      block.ClearRow(1);
+    }
+    if (row + block.rows() == 2) return;
+    workbook_->last_row = row + block.rows() - 1;
+    std::vector<SharedCell> shared = workbook_->shared.Share(block);
+    saved_.rows.Add(std::move(block), {row, column, workbook_->styles, std::move(shared)});
   }
 
   void SaveAs(const std::string& path, int32_t format) override {
@@ -185,7 +150,7 @@ class XlsxApplication : public SpreadsheetApplication {
       Refuse("The workbook cannot be saved as \"" + path + "\": this run writes \"" + saved_.path +
              "\".");
     }
-    CheckOpen();
+    Open().rows = saved_.rows.Settle();
     saved_.workbook = workbook_;
   }
 
@@ -195,49 +160,62 @@ class XlsxApplication : public SpreadsheetApplication {
   void CheckOpen() const {
     if (!workbook_) throw Failure(failure_number::kObjectNotSet, "No workbook is open.");
   }
-  const Workbook& Open() const {
-    CheckOpen();
-    return *workbook_;
-  }
-  /// To be changed: what was saved stays as it is.
   Workbook& Open() {
     CheckOpen();
-    if (workbook_ == saved_.workbook) workbook_ = std::make_shared<Workbook>(*workbook_);
     return *workbook_;
   }
-  const Sheet& Active() const { return Open().sheets[Open().active]; }
-  Sheet& Active() { return Open().sheets[Open().active]; }
 
   void CheckNoneOpen() const {
     if (workbook_) Refuse("A workbook is open already. Save it and quit first.");
   }
 
+  bool HasOtherRows(const Workbook& workbook) {
+    return saved_.rows.Settle().size.packed != workbook.rows.size.packed;
+  }
+
   void CheckSheet(std::size_t index) const {
-    if (index == 0 || index > Open().sheets.size()) {
-      throw Failure(failure_number::kSubscript, "There is no sheet " + std::to_string(index) +
-                                                    ": the workbook has " +
-                                                    std::to_string(Open().sheets.size()) + ".");
+    CheckOpen();
+    if (index != 1) {
+      throw Failure(failure_number::kSubscript,
+                    "There is no sheet " + std::to_string(index) + ": the workbook has 1.");
     }
   }
 
-  void CheckFits(std::size_t row, std::size_t column, const CellBlock& block) const {
+  void CheckFits(std::size_t row, std::size_t column, const CellBlock& block) {
     const bool fits = row >= 1 && column >= 1 && row <= kMaxRows && column <= kMaxColumns &&
-                      block.rows <= kMaxRows - row + 1 && block.columns <= kMaxColumns - column + 1;
-    if (fits) return;
-    Refuse(std::to_string(block.rows) + " rows and " + std::to_string(block.columns) +
-           " columns from row " + std::to_string(row) + ", column " + std::to_string(column) +
-           " do not fit on sheet \"" + Active().name +
-           "\": it has 1048576 rows and 16384 columns. Split the query into several workbooks.");
+                      block.rows() <= kMaxRows - row + 1 &&
+                      block.columns() <= kMaxColumns - column + 1;
+    if (!fits) {
+      Refuse(std::to_string(block.rows()) + " rows and " + std::to_string(block.columns()) +
+             " columns from row " + std::to_string(row) + ", column " + std::to_string(column) +
+             " do not fit on sheet \"" + Open().sheet_name +
+             "\": it has 1048576 rows and 16384 columns. Split the query into several workbooks.");
+    }
+    const std::size_t first = row == 1 ? 2 : row;  // of those that are written once
+    if (row + block.rows() > first && first <= Open().last_row) {
+      Refuse("Row " + std::to_string(first) + " of sheet \"" + Open().sheet_name +
+             "\" is written already: below row 1, rows are written once, from top to bottom.");
+    }
+  }
+
+  void SetFirstRow(std::size_t column, const CellBlock& block) {
+    for (std::size_t i = 1; i <= block.columns(); ++i) {
+      if (block.Row(1)[i - 1].IsBlank()) {
+        workbook_->first_row.erase(column + i - 1);
+      } else {
+        workbook_->first_row[column + i - 1] = block.ValueAt(1, i);
+      }
+    }
   }
 
   SavedWorkbook& saved_;
-  std::shared_ptr<Workbook> workbook_;
+  std::optional<Workbook> workbook_;
 };
 
 class XlsxOutput : public OutputWorkbook {
  public:
-  XlsxOutput(Files& files, const std::string& path, bool keep_old)
-      : files_(files), saved_{path, {}} {
+  XlsxOutput(Files& files, const std::string& path, bool keep_old, unsigned threads)
+      : files_(files), saved_{path, {}, {files, path, threads}} {
     if (keep_old) file_ = files.Replace(path);
   }
 
@@ -247,9 +225,8 @@ class XlsxOutput : public OutputWorkbook {
 
   void Commit() override {
     if (!saved_.workbook) throw Failure(failure_number::kObjectNotSet, "No workbook was saved.");
-    const ByteBuffer bytes = WriteWorkbook(*saved_.workbook, saved_.path);
     const auto file = file_ ? std::move(file_) : files_.Replace(saved_.path);
-    file->Write(std::as_bytes(std::span(bytes.data(), bytes.size())));
+    WriteWorkbook(*saved_.workbook, saved_.rows.spool(), saved_.path, *file);
     file->Commit();
   }
 
@@ -261,8 +238,11 @@ class XlsxOutput : public OutputWorkbook {
 
 }  // namespace
 
+XlsxSpreadsheet::XlsxSpreadsheet(Files& files, unsigned threads)
+    : files_(files), threads_(threads != 0 ? threads : UsualThreads()) {}
+
 std::unique_ptr<OutputWorkbook> XlsxSpreadsheet::NewOutput(const std::string& path, bool keep_old) {
-  return std::make_unique<XlsxOutput>(files_, path, keep_old);
+  return std::make_unique<XlsxOutput>(files_, path, keep_old, threads_);
 }
 
 }  // namespace vok::xlsx

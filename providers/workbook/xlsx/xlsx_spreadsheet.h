@@ -1,15 +1,15 @@
 // The spreadsheet program that needs no program: answers the spreadsheet port with .xlsx files.
 //
-// The workbook of a run is kept in memory, where the applications of its passes find it, and goes
-// to the disk whole, by `Commit`. Nothing is ever read: to open another workbook is failure 1004.
+// Rows are written from top to bottom and encoded as they come; only row 1 can be written again.
+// The applications of a run's passes go on where the one before them saved; the file goes to the
+// disk whole, by `Commit`. Nothing is ever read: to open another workbook is failure 1004.
 //
-// Values: numbers and dates as numbers, a date from 1 March 1900 on; texts as texts, cleaned by the
-// rules of text_rules.h; "", empty and NULL leave the cell blank. Failures, each with what to do:
+// Values: numbers; texts as texts, cleaned by the rules of text_rules.h; "" and empty leave the
+// cell blank. Failures, each with what to do:
 //
-//   1004  NaN, infinity, a date before March 1900, a text over 32,767 UTF-16 units, a cell off the
-//         sheet (1,048,576 rows, 16,384 columns), a sheet name or column range the program refuses,
-//         a workbook that is not the run's own
-//   13    a value that no cell can hold (an array, an error value)
+//   1004  NaN, infinity, a text over 32,767 UTF-16 units, a cell off the sheet (1,048,576 rows,
+//         16,384 columns) or above one that is written, a sheet name or column range the program
+//         refuses, a workbook that is not the run's own
 //   9     no sheet of that index
 //   91    no workbook is open
 //   53, 61, 70, ... from the files port
@@ -24,12 +24,14 @@ namespace vok::xlsx {
 
 class XlsxSpreadsheet : public Spreadsheet {
  public:
-  /// `files` must outlive this and the workbooks it makes.
-  explicit XlsxSpreadsheet(Files& files) : files_(files) {}
+  /// `files` must outlive this and the workbooks it makes. `threads`: how many may work on one, 0
+  /// for as many as the machine has cores for.
+  explicit XlsxSpreadsheet(Files& files, unsigned threads = 0);
   std::unique_ptr<OutputWorkbook> NewOutput(const std::string& path, bool keep_old) override;
 
  private:
   Files& files_;
+  unsigned threads_;
 };
 
 }  // namespace vok::xlsx

@@ -1,52 +1,53 @@
+#include "providers/workbook/xlsx/current_region.h"
+
 #include <gtest/gtest.h>
 
-#include "providers/workbook/xlsx/sheet.h"
+#include <string>
 
 namespace vok::xlsx {
 namespace {
 
-/// A sheet drawn with 'x' for a number, '.' for nothing and '_' for a blank cell with a format.
-Sheet Draw(const std::vector<std::string>& picture, uint32_t top = 1) {
-  Sheet sheet("Data");
-  for (uint32_t row = 0; row < picture.size(); ++row) {
-    for (uint32_t column = 0; column < picture[row].size(); ++column) {
-      if (picture[row][column] == '.') continue;
-      Cell cell = picture[row][column] == 'x' ? Cell::Number(1) : Cell();
-      cell.format = 1;
-      sheet.Assign({top + row, column + 1}, {&cell, 1});
-    }
+/// 'x' for a number, '-' for an empty text, '.' for nothing.
+std::vector<BlockCell> Draw(const std::string& picture) {
+  std::vector<BlockCell> cells(picture.size());
+  for (std::size_t i = 0; i < picture.size(); ++i) {
+    if (picture[i] == 'x') cells[i].kind = BlockCell::Kind::kNumber;
+    if (picture[i] == '-') cells[i].kind = BlockCell::Kind::kText;
   }
-  return sheet;
+  return cells;
 }
 
 TEST(CurrentRegion, GrowsUntilItsBorderIsBlankCornersIncluded) {
   const struct {
     const char* fact;
     std::vector<std::string> picture;
-    CellPlace start;
     std::size_t rows;
   } cases[] = {
-      {"a blank sheet", {}, {1, 1}, 1},
-      {"one cell", {"x"}, {1, 1}, 1},
-      {"a column", {"x", "x", "x", ".", "x"}, {1, 1}, 3},
-      {"labels to the right of a blank start", {"..xx", "xx..", "x..."}, {1, 1}, 3},
-      {"a corner", {"x..", ".x.", "..x"}, {1, 1}, 3},
-      {"a corner upwards", {"..x", ".x.", "x.."}, {3, 1}, 3},
-      {"a blank column between", {"x.x", "x.x", "..x"}, {1, 1}, 2},
-      {"a blank column bridged further down", {"x.x", "xxx", "..x"}, {1, 1}, 3},
-      {"a snake", {"x....x", "x..x.x", "x.x.xx", ".x.x..", "......", "x....."}, {1, 1}, 4},
-      {"a start in the middle", {".x.", "xxx", ".x."}, {2, 2}, 3},
-      {"a start beside the block", {"....", ".xx.", ".xx."}, {1, 1}, 3},
-      {"formats alone are blank", {"x", "_", "x"}, {1, 1}, 1},
-      {"to the left", {"...x", "..x.", "xx.."}, {1, 4}, 3},
+      {"a blank sheet", {}, 1},
+      {"one cell", {"x"}, 1},
+      {"a column", {"x", "x", "x", ".", "x"}, 3},
+      {"labels to the right of a blank start", {"..xx", "xx..", "x..."}, 3},
+      {"a corner", {"x..", ".x.", "..x"}, 3},
+      {"a blank column between", {"x.x", "x.x", "..x"}, 2},
+      {"a blank column bridged further down", {"x.x", "xxx", "..x"}, 3},
+      {"a start beside the block", {"....", ".xx.", ".xx."}, 3},
+      {"empty texts are blank", {"x", "-", "x"}, 1},
   };
-  for (const auto& [fact, picture, start, rows] : cases) {
-    EXPECT_EQ(CurrentRegionRows(Draw(picture), start), rows) << fact;
+  for (const auto& [fact, picture, rows] : cases) {
+    CurrentRegion region;
+    for (std::size_t row = 1; row <= picture.size(); ++row) {
+      const auto cells = Draw(picture[row - 1]);
+      region.Add(row, 1, cells.data(), cells.size());
+    }
+    EXPECT_EQ(region.rows(), rows) << fact;
   }
 }
 
-TEST(CurrentRegion, EndsAtTheSheetsLastRow) {
-  EXPECT_EQ(CurrentRegionRows(Draw({"x", "x"}, kMaxRows - 1), {kMaxRows, 1}), 2u);
+TEST(CurrentRegion, EndsAtRowsThatAreLeftOutAndGoesOnBelowLabels) {
+  const auto cell = Draw("x");
+  CurrentRegion region;
+  for (const std::size_t row : {2, 3, 1, 4, 6, 7}) region.Add(row, row == 1 ? 12 : 1, &cell[0], 1);
+  EXPECT_EQ(region.rows(), 4u);
 }
 
 }  // namespace

@@ -13,6 +13,7 @@
 #include <vector>
 
 #include "platform/text.h"
+#include "providers/workbook/xlsx/cell_reference.h"
 #include "tests/support/failures.h"
 
 namespace vok::xlsx {
@@ -34,6 +35,19 @@ inline std::size_t NumberAt(std::string_view record, std::size_t at, std::size_t
   return value;
 }
 
+/// What all of `packed` expands to.
+inline std::string Expanded(std::string_view packed, std::size_t size) {
+  std::string bytes(size, 0);
+  std::size_t used = 0, made = 0;
+  libdeflate_decompressor* reader = libdeflate_alloc_decompressor();
+  EXPECT_EQ(libdeflate_deflate_decompress_ex(reader, packed.data(), packed.size(), bytes.data(),
+                                             size, &used, &made),
+            LIBDEFLATE_SUCCESS);
+  EXPECT_TRUE(used == packed.size() && made == size);
+  libdeflate_free_decompressor(reader);
+  return bytes;
+}
+
 /// The parts of a container by their names, as its directory lists them.
 inline std::map<std::string, std::string> Unpacked(std::string_view file) {
   std::map<std::string, std::string> parts;
@@ -46,12 +60,7 @@ inline std::map<std::string, std::string> Unpacked(std::string_view file) {
     std::string& part = parts[std::string(entry.substr(46, name_size))];
     part = packed;
     if (NumberAt(entry, 10, 2) != 0) {
-      part.resize(NumberAt(entry, 24, 4));
-      libdeflate_decompressor* reader = libdeflate_alloc_decompressor();
-      EXPECT_EQ(libdeflate_deflate_decompress(reader, packed.data(), packed.size(), part.data(),
-                                              part.size(), nullptr),
-                LIBDEFLATE_SUCCESS);
-      libdeflate_free_decompressor(reader);
+      part = Expanded(packed, NumberAt(entry, 24, 4));
     }
     EXPECT_EQ(libdeflate_crc32(0, part.data(), part.size()), NumberAt(entry, 16, 4));
     entry.remove_prefix(46 + name_size);
@@ -78,33 +87,45 @@ inline std::vector<std::string> FormatsOf(const std::string& styles) {
   return formats;
 }
 
-/// "Data!B2" → "text:abc", "number:1.5", "boolean:1", "blank", as the file has them; with "|" and
-/// the format where it is not that of General.
+/// Where a cell without a place stands: to the right of the one before it.
+inline std::string PlaceOf(const pugi::xml_node& row, const pugi::xml_node& cell,
+                           uint32_t& column) {
+  const std::string written = cell.attribute("r").value();
+  column = written.empty() ? column + 1 : ParseCell(written)->column;
+  const std::string place = CellName(row.attribute("r").as_uint(), column);
+  EXPECT_TRUE(written.empty() || written == place);
+  return place;
+}
+
+/// Excel drops outer blanks of a text that is not marked.
+inline std::string TextIn(const pugi::xml_node& text) {
+  const std::string whole = text.text().get();
+  return text.attribute("xml:space") ? whole : std::string(TrimBlanks(whole));
+}
+
+/// "Data!B2" → "text:abc" or "number:1.5", as the file has them; with "|" and the format where it
+/// is not that of General.
 inline std::map<std::string, std::string> CellsOf(std::string_view file) {
   const auto parts = Unpacked(file);
   const auto formats = FormatsOf(parts.at("xl/styles.xml"));
-  const pugi::xml_document strings = Parsed(parts.at("xl/sharedStrings.xml"));
-  std::vector<std::string> texts;
-  for (const auto item : strings.child("sst")) {
-    const pugi::xml_node text = item.child("t");
-    // Excel drops outer blanks of a text that is not marked.
-    const std::string whole = text.text().get();
-    texts.push_back(text.attribute("xml:space") ? whole : std::string(TrimBlanks(whole)));
-  }
   const pugi::xml_document book = Parsed(parts.at("xl/workbook.xml"));
   const std::string name =
       book.child("workbook").child("sheets").child("sheet").attribute("name").value();
   const pugi::xml_document sheet = Parsed(parts.at("xl/worksheets/sheet1.xml"));
+  const pugi::xml_document table = Parsed(parts.at("xl/sharedStrings.xml"));
+  std::vector<std::string> texts;
+  for (const auto item : table.child("sst")) texts.push_back(TextIn(item.child("t")));
   std::map<std::string, std::string> cells;
   for (const auto row : sheet.child("worksheet").child("sheetData")) {
+    uint32_t column = 0;
     for (const auto cell : row) {
-      const std::string type = cell.attribute("t").value();
-      const std::string value = cell.child("v").text().get();
-      std::string& found = cells[name + "!" + cell.attribute("r").value()];
-      found = type == "s"     ? "text:" + texts.at(std::stoul(value))
-              : type == "b"   ? "boolean:" + value
-              : value.empty() ? "blank"
-                              : "number:" + value;
+      const std::string place = PlaceOf(row, cell, column);
+      if (!cell.first_child()) continue;  // blank
+      std::string& found = cells[name + "!" + place];
+      const std::string type = cell.attribute("t").value(), value = cell.child("v").text().get();
+      found = type == "s"           ? "text:" + texts.at(std::stoul(value))
+              : type == "inlineStr" ? "text:" + TextIn(cell.child("is").child("t"))
+                                    : "number:" + value;
       if (const auto style = cell.attribute("s")) found += formats.at(style.as_uint());
     }
   }
