@@ -4,6 +4,7 @@
 #include <iostream>
 #include <map>
 #include <memory>
+#include <span>
 
 #include "cli/command.h"
 #include "cli/terminal.h"
@@ -81,23 +82,56 @@ class ProgressLine {
 
 struct BuildOptions {
   olap::BuildRequest request;
+  std::string facts;
+  std::string bad_rows;
   bool allow_empty = false;
 };
+
+/// Each on a line of its own; one alone is the failure.
+[[noreturn]] void ThrowBadRows(const olap::BadRows& bad) {
+  if (bad.rows().size() == 1) throw Failure(bad);
+  for (const std::string& row : bad.rows()) std::cerr << OneLine(row) << '\n';
+  throw Failure(bad.number(),
+                "These rows cannot be read, and there may be more. Mend them, or leave "
+                "out all such rows with --bad-rows FILE, which lists them");
+}
+
+std::string Lines(const std::vector<std::string>& rows) {
+  std::string text;
+  for (const std::string& row : rows) text += OneLine(row) + '\n';
+  return text;
+}
 
 void Build(const CommonOptions& common, const BuildOptions& options) {
   const auto session = common.NewSession();
   const auto start = std::chrono::steady_clock::now();
   olap::BuildRequest request = options.request;
+  const std::string input = options.facts == "-" ? ReadStandardInput() : "";
+  if (options.facts == "-") {
+    request.facts = ReaderOf(std::as_bytes(std::span(input)));
+    request.facts_name = "standard input";
+  } else if (!options.facts.empty()) {
+    request.facts = session->host().files.Open(options.facts);
+    request.facts_name = options.facts;
+  }
+  request.leave_out_bad_rows = !options.bad_rows.empty();
   const OldCube old(session->host().files, request.output_path);
   if (!options.allow_empty) {
     request.check = [&old](const olap::BuildReport& made) { old.RefuseEmptied(made); };
   }
   olap::BuildReport report;
-  {
+  try {
     const ProgressLine line;
     report = olap::BuildCubeFile(
         session->host().files, session->host().locale, request,
         [&line](const std::string& what, double done) { line.Show(what, done); });
+  } catch (const olap::BadRows& bad) {
+    ThrowBadRows(bad);
+  }
+  if (request.leave_out_bad_rows) {
+    WriteWholeFile(session->host().files, options.bad_rows, Lines(report.bad_rows));
+    std::cout << report.bad_rows.size() << " bad rows were left out; " << OneLine(options.bad_rows)
+              << " lists them\n";
   }
   const std::chrono::duration<double> taken = std::chrono::steady_clock::now() - start;
   for (const auto& cube : report.cubes) {
@@ -121,6 +155,19 @@ void AddCubeBuild(CLI::App& cube, const CommonOptions& common) {
   build->add_option("--data", request.data_path, "Folder of CSV files, or SQLite database")
       ->required();
   build->add_option("--output", request.output_path, "The cube file to write")->required();
+  build->add_option("--facts", options->facts,
+                    "CSV file of the fact table's rows, instead of that in the folder; - reads "
+                    "them from standard input");
+  build->add_option(
+      "--separator", request.separator,
+      "Between fields of CSV files: , ; | or tab (otherwise as the schema says, or ,)");
+  build->add_option("--decimal", request.decimal,
+                    "In amounts of CSV files: . or , (otherwise as the schema says, or .)");
+  build->add_option("--dates", request.dates,
+                    "How CSV files write dates, such as dd.mm.yyyy or m/d/yy; they are read as "
+                    "2024-01-31");
+  build->add_option("--bad-rows", options->bad_rows,
+                    "Leave out rows of facts that cannot be read, and list them in this file");
   build->add_flag("--allow-empty", options->allow_empty,
                   "Let a cube without facts take the place of one that has some");
   build->callback([&common, options] { Build(common, *options); });

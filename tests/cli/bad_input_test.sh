@@ -228,6 +228,18 @@ expect 1 'has "0" as max memory: give a number above 0' "${run[@]}" --memory 0 -
 expect 1 'has "-1" as timeout: give a number above 0' mdx ledger.cub --timeout -1 "$large"
 expect 1 'there is no file "dates.csv"' cube build --schema "$data/schema.xml" --data good \
   --output out.cub
+cp -r "$data" rows
+(printf 'date_id,line_id,file_id,opening_key,money_id,amount,units\n' &&
+  printf '20220101,75,4,0,1,%s,\n' 1,5 2 x) > rows/entries.csv
+for words in "entries.csv, line 2: has 8 fields" 'entries.csv, line 4: "x" in column'; do
+  expect 1 "$words" cube build --schema "$data/schema.xml" --data rows --output rows/out.cub
+done
+expect 0 "2 bad rows were left out" cube build --schema "$data/schema.xml" --data rows --output rows/out.cub \
+  --bad-rows rows/bad
+(($(grep -c 'entries.csv, line [24]: ' rows/bad) == 2)) || fail "the list of bad rows" "$(< rows/bad)"
+expect 1 "The separator \"::\" is not known; give one of , ; | tab" cube build --schema "$data/schema.xml" \
+  --data rows --output rows/out.cub --separator ::
+rm -r rows
 expect 1 "Check that the folder exists" cube build --schema "$data/schema.xml" --data "$data" \
   --output missing/out.cub
 expect 0 " 3  2024-03-01  2024-03-31  2024-03" periods fill Run --interval month --from 2024-01-31 \

@@ -61,8 +61,9 @@ void AddAggregates(const NewCube& cube, const LoadedFacts& loaded, uint64_t valu
   writer.AddAggregates(BuildAggregates(choice, cube, loaded.facts, threads, writer));
 }
 
-BuildReport::Cube AddCube(const CubeSchema& schema, const Locale& locale, const TableSource& source,
-                          unsigned threads, const Progress& progress, CubeWriter& writer) {
+void AddCube(const CubeSchema& schema, const Locale& locale, const TableSource& source,
+             const BuildRequest& request, unsigned threads, const Progress& progress,
+             CubeWriter& writer, BuildReport& report) {
   std::vector<LoadedHierarchy> hierarchies;
   for (const DimensionSchema& dimension : schema.dimensions) {
     for (const HierarchySchema& hierarchy : dimension.hierarchies) {
@@ -77,7 +78,8 @@ BuildReport::Cube AddCube(const CubeSchema& schema, const Locale& locale, const 
     }
     CheckFormulas(locale, schema, structure);
   }
-  const LoadedFacts loaded = LoadFacts(source, schema, hierarchies, threads, progress);
+  const LoadedFacts loaded =
+      LoadFacts(source, schema, hierarchies, threads, request.leave_out_bad_rows, progress);
   NewCube cube = CubeOf(schema);
   cube.fact_count = loaded.fact_count;
   for (LoadedHierarchy& hierarchy : hierarchies) {
@@ -88,7 +90,8 @@ BuildReport::Cube AddCube(const CubeSchema& schema, const Locale& locale, const 
   progress("adding up " + schema.name, 0);
   AddAggregates(cube, loaded, value_bytes, threads, writer);
   writer.End();
-  return {schema.name, loaded.fact_count, loaded.facts.rows};
+  report.cubes.push_back({schema.name, loaded.fact_count, loaded.facts.rows});
+  report.bad_rows.insert(report.bad_rows.end(), loaded.bad_rows.begin(), loaded.bad_rows.end());
 }
 
 }  // namespace
@@ -97,12 +100,17 @@ BuildReport BuildCubeFile(Files& files, const Locale& locale, const BuildRequest
                           const std::function<void(const std::string&, double)>& progress) {
   const Progress report_progress = progress ? progress : [](const std::string&, double) {};
   const auto cubes = ReadSchema(files, locale, request.schema_path);
-  const auto source = OpenTableSource(files, request.data_path);
+  if (request.facts != nullptr && cubes.size() > 1) {
+    throw BadInput(request.schema_path, "has several cubes; facts of one alone can be given apart");
+  }
+  CsvOptions csv{cubes[0].csv, cubes[0].fact_table, request.facts_name, request.facts};
+  SetForm(csv.form, request.separator, request.decimal, request.dates);
+  const auto source = OpenTableSource(files, request.data_path, csv);
   const unsigned threads = request.threads == 0 ? ProcessorCount() : request.threads;
   CubeWriter writer(files, request.output_path, threads);
   BuildReport report;
   for (const CubeSchema& cube : cubes) {
-    report.cubes.push_back(AddCube(cube, locale, *source, threads, report_progress, writer));
+    AddCube(cube, locale, *source, request, threads, report_progress, writer, report);
   }
   source->CheckUnchanged();
   if (request.check) request.check(report);

@@ -3,11 +3,13 @@
 
 #include <cstdint>
 #include <functional>
+#include <memory>
 #include <string>
 #include <vector>
 
 #include "platform/files.h"
 #include "platform/locale.h"
+#include "providers/cube/olap/build/fact_loader.h"
 
 namespace vok::olap {
 
@@ -19,6 +21,7 @@ struct BuildReport {
   };
   std::vector<Cube> cubes;
   uint64_t file_bytes = 0;
+  std::vector<std::string> bad_rows;  ///< what is wrong with each row of facts that was left out
 };
 
 struct BuildRequest {
@@ -28,11 +31,17 @@ struct BuildRequest {
   /// Sees what was built before it takes its place; what it throws leaves all as it was.
   std::function<void(const BuildReport&)> check = {};
   unsigned threads = 0;  ///< that work on it, 0: as many as can run at once
+  /// As `SetForm` takes them; what is empty is as the schema says.
+  std::string separator = {}, decimal = {}, dates = {};
+  /// The rows of the one cube's fact table, instead of those of `data_path`, and their name.
+  std::shared_ptr<const FileReader> facts = {};
+  std::string facts_name = {};
+  bool leave_out_bad_rows = false;
 };
 
 /// Writes all cubes of the schema into one file, whole or not at all. `progress` (may be empty) is
 /// told what is being read and how far, 0 to 1. Failures name the file, the line and the column,
-/// table, level or member, and what to do.
+/// table, level or member, and what to do; `BadRows` those of several rows.
 BuildReport BuildCubeFile(Files& files, const Locale& locale, const BuildRequest& request,
                           const std::function<void(const std::string&, double)>& progress);
 

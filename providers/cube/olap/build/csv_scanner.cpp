@@ -12,20 +12,17 @@ namespace {
 
 constexpr std::size_t kMostColumns = 10000;
 
-bool EndsField(char letter) {
-  return letter == ',' || letter == '\n' || letter == '\r' || letter == '"';
-}
-
-/// Passes over letters of ASCII that come after the comma there: digits, Latin letters, the point.
-/// Eight at a time, so that it stops up to seven before the end of the text.
-std::size_t SkipPlain(std::string_view text, std::size_t at) {
+/// Passes over letters of ASCII that come after the separator and the quote there: for a comma
+/// digits, Latin letters, the point. Eight at a time, so that it stops up to seven before the end
+/// of the text.
+std::size_t SkipPlain(std::string_view text, std::size_t at, char separator) {
   constexpr uint64_t kEach = 0x0101010101010101;
   constexpr uint64_t kHighBits = kEach * 0x80;
-  constexpr uint64_t kAfterComma = kEach * (',' + 1);
+  const uint64_t after = kEach * static_cast<uint64_t>(std::max(separator, '"') + 1);
   for (uint64_t letters; text.size() - at >= sizeof(letters); at += sizeof(letters)) {
     std::memcpy(&letters, text.data() + at, sizeof(letters));
-    // A byte up to the comma borrows, which sets its high bit; the first that does so is exact.
-    const uint64_t found = ((letters - kAfterComma) | letters) & kHighBits;
+    // A byte up to the separator borrows, which sets its high bit; the first that does so is exact.
+    const uint64_t found = ((letters - after) | letters) & kHighBits;
     if (found != 0) return at + static_cast<std::size_t>(std::countr_zero(found)) / 8;
   }
   return at;
@@ -33,13 +30,14 @@ std::size_t SkipPlain(std::string_view text, std::size_t at) {
 
 }  // namespace
 
-CsvScanner::CsvScanner(std::string_view text, const std::string& path) : text_(text), path_(path) {
+CsvScanner::CsvScanner(std::string_view text, const std::string& path, char separator)
+    : text_(text), path_(path), separator_(separator) {
   constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
   if (text_.starts_with(kByteOrderMark)) at_ = kByteOrderMark.size();
 }
 
-CsvScanner::CsvScanner(const RowBlock& block, const std::string& path)
-    : CsvScanner(block.text, path) {
+CsvScanner::CsvScanner(const RowBlock& block, const std::string& path, char separator)
+    : CsvScanner(block.text, path, separator) {
   is_cut_ = block.is_cut;
   next_line_ = block.first_line;
   if (next_line_ > 1) at_ = 0;
@@ -53,7 +51,7 @@ bool CsvScanner::NextRow(std::vector<Field>& fields) {
   do {
     if (fields.size() >= kMostColumns) throw Bad("has more than 10000 fields");
     ReadField(fields.emplace_back());
-  } while (TakeComma());
+  } while (TakeSeparator());
   if (is_cut_ && AtEnd()) throw TooLong();
   TakeLineEnd();
   return true;
@@ -65,7 +63,8 @@ void CsvScanner::ReadField(Field& field) {
   if (!AtEnd() && text_[at_] == '"') return ReadQuotedField(field);
   const std::size_t begin = at_;
   unsigned char seen = 0;
-  for (at_ = SkipPlain(text_, at_); !AtEnd(); at_ = SkipPlain(text_, at_ + 1)) {
+  for (at_ = SkipPlain(text_, at_, separator_); !AtEnd();
+       at_ = SkipPlain(text_, at_ + 1, separator_)) {
     const char letter = text_[at_];
     if (EndsField(letter)) break;
     seen |= static_cast<unsigned char>(letter);
@@ -108,8 +107,12 @@ std::string_view CsvScanner::Unquoted(std::string_view field) {
   return text;
 }
 
-bool CsvScanner::TakeComma() {
-  if (AtEnd() || text_[at_] != ',') return false;
+bool CsvScanner::EndsField(char letter) const {
+  return letter == separator_ || letter == '\n' || letter == '\r' || letter == '"';
+}
+
+bool CsvScanner::TakeSeparator() {
+  if (AtEnd() || text_[at_] != separator_) return false;
   ++at_;
   return true;
 }

@@ -1,5 +1,6 @@
-// CSV as RFC 4180 has it: commas, quotes doubled within quotes, CR LF or LF, a header row. UTF-8,
-// with or without a mark at the beginning. An empty field is NULL, an empty text is written "".
+// CSV as RFC 4180 has it: commas or another separator, quotes doubled within quotes, CR LF or LF, a
+// header row. UTF-8, with or without a mark at the beginning. An empty field is NULL, an empty text
+// is written "".
 #pragma once
 
 #include <cstddef>
@@ -18,9 +19,10 @@ namespace vok::olap {
 /// Cuts a text into rows of fields. Failures name the file, the line and what is wrong with it.
 class CsvScanner {
  public:
-  /// All that a file has, or a block of it. Text and path outlive the scanner.
-  CsvScanner(std::string_view text, const std::string& path);
-  CsvScanner(const RowBlock& block, const std::string& path);
+  /// All that a file has, or a block of it. Text and path outlive the scanner. The separator is a
+  /// letter of ASCII.
+  CsvScanner(std::string_view text, const std::string& path, char separator = ',');
+  CsvScanner(const RowBlock& block, const std::string& path, char separator = ',');
 
   /// Replaces `fields` by the next row's, which are valid until the next call; false at the end.
   bool NextRow(std::vector<Field>& fields);
@@ -40,13 +42,15 @@ class CsvScanner {
   void ReadField(Field& field);
   void ReadQuotedField(Field& field);
   std::string_view Unquoted(std::string_view field);
-  bool TakeComma();
+  bool EndsField(char letter) const;
+  bool TakeSeparator();
   void TakeLineEnd();
   void CheckUtf8(std::string_view field) const;
   Failure TooLong() const;
 
   std::string_view text_;
   const std::string& path_;
+  char separator_;
   bool is_cut_ = false;  // the last row goes on after the text
   std::size_t at_ = 0;
   uint64_t line_ = 0;

@@ -12,28 +12,34 @@
 namespace vok::olap {
 namespace {
 
+constexpr std::size_t kToldBadRows = 20;
+constexpr std::size_t kMostBadRows = 1'000'000;
+
 template <typename Key>
 class Loader {
  public:
   Loader(const TableSource& source, const CubeSchema& cube,
          const std::vector<LoadedHierarchy>& hierarchies, const FactPlan& plan, unsigned threads,
-         const Progress& progress)
+         bool leave_out_bad_rows, const Progress& progress)
       : source_(source),
         cube_(cube),
         hierarchies_(hierarchies),
         plan_(plan),
         threads_(threads),
+        most_bad_rows_(leave_out_bad_rows ? kMostBadRows : kToldBadRows),
+        leave_out_(leave_out_bad_rows),
         progress_(progress),
         different_(plan.values.size()),
         different_count_(plan.values.size()) {}
 
   LoadedFacts Load() {
     ReadRuns();
+    if (!leave_out_ && !bad_rows_.empty()) throw BadRows(std::move(bad_rows_));
     progress_("sorting the facts of " + cube_.name, 0);
     const auto formats = Formats();
     const auto ranges =
         std::make_shared<const Ranges>(MergeRuns(plan_, std::move(runs_), formats, threads_));
-    return {fact_count_, FactsOf(ranges, formats)};
+    return {fact_count_, FactsOf(ranges, formats), std::move(bad_rows_)};
   }
 
  private:
@@ -47,7 +53,8 @@ class Loader {
       const std::shared_ptr<TableReader> part = parts->Next();
       if (part == nullptr) return {};
       return [this, &what, part, done = parts->Done()]() -> Taking {
-        const auto run = std::make_shared<FactRun<Key>>(ReadRun<Key>(plan_, hierarchies_, *part));
+        const auto run = std::make_shared<FactRun<Key>>(
+            ReadRun<Key>(plan_, hierarchies_, *part, most_bad_rows_));
         return [this, &what, run, done] {
           AddRun(std::move(*run));
           progress_(what, done);
@@ -57,6 +64,11 @@ class Loader {
   }
 
   void AddRun(FactRun<Key> run) {
+    bad_rows_.insert(bad_rows_.end(), run.bad_rows.begin(), run.bad_rows.end());
+    if (bad_rows_.size() >= most_bad_rows_) {
+      bad_rows_.resize(kToldBadRows);
+      throw BadRows(std::move(bad_rows_));
+    }
     fact_count_ += run.keys.size();
     if (fact_count_ > std::numeric_limits<uint32_t>::max()) {
       throw BadInput("table " + Quoted(cube_.fact_table), "a cube holds at most 4294967295 facts");
@@ -142,6 +154,9 @@ class Loader {
   const std::vector<LoadedHierarchy>& hierarchies_;
   const FactPlan& plan_;
   unsigned threads_;
+  std::size_t most_bad_rows_;
+  bool leave_out_;
+  std::vector<std::string> bad_rows_;
   const Progress& progress_;
   uint64_t fact_count_ = 0;
   std::vector<FactRun<Key>> runs_;
@@ -151,9 +166,12 @@ class Loader {
 
 }  // namespace
 
+BadRows::BadRows(std::vector<std::string> bad_rows)
+    : Failure(failure_number::kUnspecified, bad_rows.front()), rows_(std::move(bad_rows)) {}
+
 LoadedFacts LoadFacts(const TableSource& source, const CubeSchema& cube,
                       const std::vector<LoadedHierarchy>& hierarchies, unsigned threads,
-                      const Progress& progress) {
+                      bool leave_out_bad_rows, const Progress& progress) {
   constexpr uint32_t kWidest = 127;
   const FactPlan plan = PlanFacts(cube, hierarchies);
   if (plan.key_bits > kWidest) {
@@ -163,9 +181,11 @@ LoadedFacts LoadFacts(const TableSource& source, const CubeSchema& cube,
             " bits a key, at most " + std::to_string(kWidest) + " are possible");
   }
   if (plan.key_bits < 64) {
-    return Loader<NarrowKey>(source, cube, hierarchies, plan, threads, progress).Load();
+    return Loader<NarrowKey>(source, cube, hierarchies, plan, threads, leave_out_bad_rows, progress)
+        .Load();
   }
-  return Loader<WideKey>(source, cube, hierarchies, plan, threads, progress).Load();
+  return Loader<WideKey>(source, cube, hierarchies, plan, threads, leave_out_bad_rows, progress)
+      .Load();
 }
 
 }  // namespace vok::olap

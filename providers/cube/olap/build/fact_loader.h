@@ -18,12 +18,24 @@ using Progress = std::function<void(const std::string& what, double done)>;
 struct LoadedFacts {
   uint64_t fact_count = 0;
   NewFacts facts;
+  std::vector<std::string> bad_rows;  ///< what is wrong with each that was left out
+};
+
+/// Rows of the facts that cannot be read: the description is that of the first.
+class BadRows : public Failure {
+ public:
+  explicit BadRows(std::vector<std::string> bad_rows);
+  const std::vector<std::string>& rows() const { return rows_; }
+
+ private:
+  std::vector<std::string> rows_;
 };
 
 /// Parts of the table are read and sorted on `threads` threads, then put together by ranges of
-/// their keys. `progress` is told on the caller's.
+/// their keys. `progress` is told on the caller's. Failure `BadRows` for rows that cannot be read,
+/// or for more than a million of them when they are to be left out.
 LoadedFacts LoadFacts(const TableSource& source, const CubeSchema& cube,
                       const std::vector<LoadedHierarchy>& hierarchies, unsigned threads,
-                      const Progress& progress);
+                      bool leave_out_bad_rows, const Progress& progress);
 
 }  // namespace vok::olap

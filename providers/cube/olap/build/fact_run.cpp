@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <bit>
+#include <numeric>
+#include <optional>
 
 namespace vok::olap {
 namespace {
@@ -11,33 +13,72 @@ class RunReader {
  public:
   RunReader(const FactPlan& plan, const std::vector<LoadedHierarchy>& hierarchies,
             TableReader& part)
-      : plan_(plan), hierarchies_(hierarchies), part_(part) {
+      : plan_(plan), hierarchies_(hierarchies), part_(part), comma_(part.HasDecimalComma()) {
     for (const FactPlan::Value& value : plan.values) run_.values.emplace_back(value.aggregator);
   }
 
-  FactRun<Key> Read() {
-    while (part_.Next()) ReadRow(part_.Fields());
-    const auto order = SortKeys(run_.keys, plan_.key_bits);
+  FactRun<Key> Read(std::size_t most_bad_rows) {
+    while (run_.bad_rows.size() < most_bad_rows && ReadNext()) {
+    }
+    auto order = SortKeys(run_.keys, plan_.key_bits);
+    if (kept_) {
+      for (uint32_t& row : order) row = (*kept_)[row];
+    }
     run_.keys.shrink_to_fit();
     for (ValueReader& value : run_.values) value.column().Reorder(order);
     return std::move(run_);
   }
 
  private:
+  bool ReadNext() {
+    try {
+      if (!part_.Next()) return false;
+      ReadRow(part_.Fields());
+    } catch (const BadRow& bad) {
+      run_.bad_rows.push_back(bad.description());
+    }
+    return true;
+  }
+
   void ReadRow(std::span<const Field> fields) {
     Key key = 0;
     for (const FactPlan::KeyPart& part : plan_.keys) {
       key |= Key{LeafOf(part, fields)} << part.shift;
     }
-    run_.keys.push_back(key);
     for (std::size_t index = 0; index < plan_.values.size(); ++index) {
       const FactPlan::Value& value = plan_.values[index];
       const Field field = value.column.empty() ? Field{} : fields[value.place];
-      if (run_.values[index].Add(field)) continue;
-      throw BadInput(part_.Place(), Quoted(field.text) + " in column " + Quoted(value.column) +
-                                        " is no number (a point for decimals, no blanks), or " +
-                                        "one too large");
+      if (Add(run_.values[index], value.aggregator, field)) continue;
+      LeaveOutFrom(index);
+      throw BadRow(BadInput(part_.Place(),
+                            Quoted(field.text) + " in column " + Quoted(value.column) +
+                                (comma_ ? " is not a number with a decimal comma, or one too large"
+                                        : " is no number (a point for decimals, no blanks), or one "
+                                          "too large")));
     }
+    if (kept_) kept_->push_back(value_rows_);
+    ++value_rows_;
+    run_.keys.push_back(key);
+  }
+
+  bool Add(ValueReader& value, Aggregator aggregator, Field field) {
+    const bool counts =
+        aggregator == Aggregator::kCount || aggregator == Aggregator::kDistinctCount;
+    if (!comma_ || counts || field.is_null) return value.Add(field);
+    number_ = WithPoint(field.text);
+    field.text = number_;
+    return value.Add(field);
+  }
+
+  /// The values before this one have been added already: the row stays in the columns, and no key
+  /// leads to it.
+  void LeaveOutFrom(std::size_t index) {
+    if (!kept_) {
+      kept_.emplace(run_.keys.size());
+      std::iota(kept_->begin(), kept_->end(), 0U);
+    }
+    for (; index < run_.values.size(); ++index) run_.values[index].column().AddNull();
+    ++value_rows_;
   }
 
   uint32_t LeafOf(const FactPlan::KeyPart& part, std::span<const Field> fields) {
@@ -49,10 +90,10 @@ class RunReader {
     const Field& field = fields[part.first_column];
     const uint32_t leaf = field.is_null ? KeyMap::kAbsent : hierarchy.leaves.Find(field.text);
     if (leaf == KeyMap::kAbsent) {
-      throw BadInput(part_.Place(), "the key " + Quoted(field.text) + " in column " +
-                                        Quoted(hierarchy.fact_columns[0]) +
-                                        " is not in the table of dimension " +
-                                        Quoted(hierarchy.members.dimension_name));
+      throw BadRow(BadInput(part_.Place(), "the key " + Quoted(field.text) + " in column " +
+                                               Quoted(hierarchy.fact_columns[0]) +
+                                               " is not in the table of dimension " +
+                                               Quoted(hierarchy.members.dimension_name)));
     }
     return leaf;
   }
@@ -60,8 +101,13 @@ class RunReader {
   const FactPlan& plan_;
   const std::vector<LoadedHierarchy>& hierarchies_;
   TableReader& part_;
+  bool comma_;
   FactRun<Key> run_;
+  uint32_t value_rows_ = 0;
+  /// Where the values of each key are, once a row was left out after some of its values.
+  std::optional<std::vector<uint32_t>> kept_;
   std::string joined_;
+  std::string number_;
 };
 
 void PlanKeys(const std::vector<LoadedHierarchy>& hierarchies, FactPlan& plan) {
@@ -103,15 +149,15 @@ FactPlan PlanFacts(const CubeSchema& cube, const std::vector<LoadedHierarchy>& h
 
 template <typename Key>
 FactRun<Key> ReadRun(const FactPlan& plan, const std::vector<LoadedHierarchy>& hierarchies,
-                     TableReader& part) {
-  return RunReader<Key>(plan, hierarchies, part).Read();
+                     TableReader& part, std::size_t most_bad_rows) {
+  return RunReader<Key>(plan, hierarchies, part).Read(most_bad_rows);
 }
 
 template FactRun<NarrowKey> ReadRun(const FactPlan& plan,
                                     const std::vector<LoadedHierarchy>& hierarchies,
-                                    TableReader& part);
+                                    TableReader& part, std::size_t most_bad_rows);
 template FactRun<WideKey> ReadRun(const FactPlan& plan,
                                   const std::vector<LoadedHierarchy>& hierarchies,
-                                  TableReader& part);
+                                  TableReader& part, std::size_t most_bad_rows);
 
 }  // namespace vok::olap

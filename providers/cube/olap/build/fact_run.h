@@ -40,13 +40,14 @@ FactPlan PlanFacts(const CubeSchema& cube, const std::vector<LoadedHierarchy>& h
 template <typename Key>
 struct FactRun {
   std::vector<Key> keys;
-  std::vector<ValueReader> values;  ///< in the order of the plan's
+  std::vector<ValueReader> values;    ///< in the order of the plan's
+  std::vector<std::string> bad_rows;  ///< what is wrong with each that was left out
 };
 
-/// All rows of a part, those with equal keys in the order of the part. Several threads may read a
-/// part each.
+/// All rows of a part, those with equal keys in the order of the part; no more after
+/// `most_bad_rows` bad ones. Several threads may read a part each.
 template <typename Key>
 FactRun<Key> ReadRun(const FactPlan& plan, const std::vector<LoadedHierarchy>& hierarchies,
-                     TableReader& part);
+                     TableReader& part, std::size_t most_bad_rows);
 
 }  // namespace vok::olap

@@ -32,6 +32,17 @@ void LoadRows(const TableSource& source, const HierarchySchema& schema, MemberTr
   }
 }
 
+/// Bad rows are told when the facts are read.
+bool NextGoodRow(TableReader& reader) {
+  for (;;) {
+    try {
+      return reader.Next();
+    } catch (const BadRow&) {
+      continue;
+    }
+  }
+}
+
 /// The members are those that the facts name.
 void LoadRowsOfFacts(const TableSource& source, const std::string& fact_table, MemberTree& tree,
                      const std::vector<std::string>& key_columns, KeyMap& keys,
@@ -41,7 +52,7 @@ void LoadRowsOfFacts(const TableSource& source, const std::string& fact_table, M
   columns.insert(columns.end(), key_columns.begin(), key_columns.end());
   const auto reader = source.Open(fact_table, columns);
   std::string key;
-  while (reader->Next()) {
+  while (NextGoodRow(*reader)) {
     const auto fields = reader->Fields();
     JoinKeys(fields.subspan(own), key);
     if (keys.Insert(key, static_cast<uint32_t>(node_of_row.size()))) continue;

@@ -6,6 +6,7 @@
 
 #include "platform/files.h"
 #include "platform/locale.h"
+#include "providers/cube/olap/build/csv_form.h"
 #include "providers/cube/olap/storage/model.h"
 
 namespace vok::olap {
@@ -61,6 +62,7 @@ struct CubeSchema {
   std::string name;
   std::string caption;
   std::string fact_table;
+  CsvForm csv;  ///< of all tables that are CSV files
   uint32_t default_measure = 0;
   std::vector<DimensionSchema> dimensions;
   std::vector<MeasureSchema> measures;

@@ -30,14 +30,14 @@ constexpr std::array<std::string_view, 5> kRefusedAttributes = {
     "parentColumn", "nullParentValue", "defaultMember", "usage", "memberReaderClass"};
 
 /// The type of a level of a time dimension that has nothing to do with time.
-constexpr std::string_view kNoTime = "TimeUndefined";
+constexpr std::string_view kTimeless = "TimeUndefined";
 
 struct LevelTypeName {
   std::string_view name;
   LevelKind kind;
 };
 constexpr std::array<LevelTypeName, 9> kLevelTypes = {{{"Regular", LevelKind::kRegular},
-                                                       {kNoTime, LevelKind::kRegular},
+                                                       {kTimeless, LevelKind::kRegular},
                                                        {"TimeYears", LevelKind::kYears},
                                                        {"TimeHalfYears", LevelKind::kHalfYears},
                                                        {"TimeHalfYear", LevelKind::kHalfYears},
@@ -64,13 +64,34 @@ class SchemaReader {
     if (!schema_) throw BadInput(path_, "there is no <Schema> element");
     CheckChildren(schema_, {"Dimension", "Cube"});
     std::vector<CubeSchema> cubes;
-    for (const Node node : schema_.children("Cube")) cubes.push_back(ReadCube(node));
+    const CsvForm form = ReadForm();
+    for (const Node node : schema_.children("Cube")) {
+      cubes.push_back(ReadCube(node));
+      cubes.back().csv = form;
+    }
     if (cubes.empty()) throw BadInput(path_, "there is no <Cube> in the schema");
     CheckNames(schema_, "Cube", cubes);
     return cubes;
   }
 
  private:
+  /// Annotations of others are passed over.
+  CsvForm ReadForm() const {
+    CsvForm form;
+    for (const Node node : schema_.child("Annotations").children("Annotation")) {
+      const std::string name = Text(node, "name", "");
+      const std::string value = node.text().get();
+      try {
+        if (name == "csv.separator") SetForm(form, value, "", "");
+        if (name == "csv.decimal") SetForm(form, "", value, "");
+        if (name == "csv.dates") SetForm(form, "", "", value);
+      } catch (const Failure& failure) {
+        throw BadInput(PlaceAt(node.offset_debug()), failure.description());
+      }
+    }
+    return form;
+  }
+
   CubeSchema ReadCube(Node node) {
     CheckChildren(node, {"Table", "Dimension", "DimensionUsage", "Measure", "CalculatedMember"});
     CubeSchema cube;
@@ -148,7 +169,7 @@ class SchemaReader {
     bool any = false;
     for (const Node hierarchy : dimension.children("Hierarchy")) {
       for (const Node level : hierarchy.children("Level")) {
-        if (level.attribute("levelType").value() != kNoTime) return false;
+        if (level.attribute("levelType").value() != kTimeless) return false;
         any = true;
       }
     }

@@ -20,6 +20,7 @@ class WholeTable : public TableReader {
   std::span<const Field> Fields() const override { return part_->Fields(); }
   std::string PlaceOf(uint64_t line) const override { return part_->PlaceOf(line); }
   uint64_t Line() const override { return part_->Line(); }
+  bool HasDecimalComma() const override { return part_->HasDecimalComma(); }
 
  private:
   std::unique_ptr<TableParts> parts_;
@@ -33,12 +34,14 @@ std::unique_ptr<TableReader> TableSource::Open(const std::string& table,
   return std::make_unique<WholeTable>(OpenParts(table, columns));
 }
 
-std::unique_ptr<TableSource> OpenTableSource(const Files& files, const std::string& path) {
-  if (files.IsDirectory(path)) return OpenCsvFolder(files, path);
+std::unique_ptr<TableSource> OpenTableSource(const Files& files, const std::string& path,
+                                             const CsvOptions& csv) {
+  if (files.IsDirectory(path)) return OpenCsvFolder(files, path, csv);
   constexpr std::string_view kSqliteMagic("SQLite format 3\0", 16);
   if (ReadBeginning(files, path, kSqliteMagic.size()) != kSqliteMagic) {
     throw BadInput(path, "is neither a folder of CSV files nor a SQLite database");
   }
+  if (csv.facts != nullptr) throw BadInput(path, "is a database, whose facts are in it");
   return OpenSqliteDatabase(files, path);
 }
 

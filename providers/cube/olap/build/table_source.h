@@ -11,6 +11,7 @@
 
 #include "platform/failure.h"
 #include "platform/files.h"
+#include "providers/cube/olap/build/csv_form.h"
 
 namespace vok::olap {
 
@@ -33,6 +34,22 @@ class TableReader {
   /// The current line or row.
   virtual uint64_t Line() const = 0;
   std::string Place() const { return PlaceOf(Line()); }
+  /// Whether numbers are written with a decimal comma.
+  virtual bool HasDecimalComma() const { return false; }
+};
+
+/// What is wrong with one row alone: those after it can still be read.
+class BadRow : public Failure {
+ public:
+  explicit BadRow(const Failure& failure) : Failure(failure) {}
+};
+
+/// How CSV files are written, and rows that do not come from the folder.
+struct CsvOptions {
+  CsvForm form = {};
+  std::string facts_table = {};  ///< whose rows are those of `facts` where that is given
+  std::string facts_name = {};   ///< of `facts`, for failures
+  std::shared_ptr<const FileReader> facts = {};
 };
 
 /// A table in parts of whole rows, whose number and borders its content alone decides.
@@ -61,11 +78,14 @@ class TableSource {
 };
 
 /// `path` is a folder or a SQLite database. Failure 53 when it is neither there, -2147467259 when
-/// it is something else. `files` outlives the result.
-std::unique_ptr<TableSource> OpenTableSource(const Files& files, const std::string& path);
+/// it is something else. `files` outlives the result. In a folder the rows of the table T are those
+/// of T.csv, else T.csv.gz, else of all such files in the folder T, by their names.
+std::unique_ptr<TableSource> OpenTableSource(const Files& files, const std::string& path,
+                                             const CsvOptions& csv = {});
 
 /// Both are chosen among by `OpenTableSource`.
-std::unique_ptr<TableSource> OpenCsvFolder(const Files& files, const std::string& path);
+std::unique_ptr<TableSource> OpenCsvFolder(const Files& files, const std::string& path,
+                                           const CsvOptions& csv = {});
 std::unique_ptr<TableSource> OpenSqliteDatabase(const Files& files, const std::string& path);
 
 /// Where each of `wanted` stands in `there`. Failure: not there, naming the column and the table.

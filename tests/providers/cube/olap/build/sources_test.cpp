@@ -1,16 +1,20 @@
 // The two kinds of tables, and the forms that a CSV file may have.
 #include <gtest/gtest.h>
+#include <libdeflate.h>
 #include <sqlite3.h>
 
 #include <chrono>
 #include <filesystem>
 #include <fstream>
 #include <functional>
+#include <span>
 #include <string>
 #include <thread>
 
 #include "native.h"
 #include "platform/failure.h"
+#include "platform/utf8.h"
+#include "providers/cube/olap/build/csv_form.h"
 #include "providers/cube/olap/build/table_source.h"
 #include "tests/support/cubes/sample_cube.h"
 #include "tests/support/failures.h"
@@ -45,6 +49,158 @@ TEST(CsvTable, IsReadInEveryForm) {
   for (const auto& each : cases) {
     const test::BuiltCube built({kSchema, {{"d", each.dimension}, {"fact", each.facts}}});
     ExpectNamesAndSum(built.file(), {"a", "b \"x\",\ny"}, 2.25);
+  }
+}
+
+std::string Utf16(const std::string& utf8, bool big_end) {
+  std::string bytes = big_end ? "\xFE\xFF" : "\xFF\xFE";
+  for (std::string_view rest = utf8; !rest.empty();) {
+    char32_t code = TakeLetter(rest).code;
+    std::vector<char32_t> units{code};
+    if (code > 0xFFFF) units = {0xD7C0 + (code >> 10), 0xDC00 + (code & 0x3FF)};
+    for (const char32_t unit : units) {
+      const char low = static_cast<char>(unit);
+      const char high = static_cast<char>(unit >> 8);
+      bytes += big_end ? std::string{high, low} : std::string{low, high};
+    }
+  }
+  return bytes;
+}
+
+/// As gzip -n packs it.
+std::string Packed(const std::string& text) {
+  std::string bytes("\x1F\x8B\x08\0\0\0\0\0\0\x03\x01", 11);
+  const auto number = [&](uint32_t value, int count) {
+    for (; count > 0; --count, value >>= 8) bytes += static_cast<char>(value);
+  };
+  number(static_cast<uint32_t>(text.size()), 2);
+  number(~static_cast<uint32_t>(text.size()), 2);
+  bytes += text;
+  number(libdeflate_crc32(0, text.data(), text.size()), 4);
+  number(static_cast<uint32_t>(text.size()), 4);
+  return bytes;
+}
+
+TEST(CsvTable, IsReadAsAccountantsProgramsWriteIt) {
+  const std::string plain = "day;id;v\n31.01.2024;1;1.234,50\n1.2.2024;2;-0,25\n";
+  const std::string wide = "day;id;v\n31.01.2024;1;1\u00A0234,50\n1.2.2024;2;\"-,25\"\n";
+  using Files = std::vector<std::pair<std::string, std::string>>;
+  const Files cases[] = {
+      {{"fact.csv", plain}},
+      {{"fact.csv", Utf16(wide, false)}},
+      {{"fact.csv", Utf16(wide, true)}},
+      {{"fact.csv.gz", Packed(plain.substr(0, 10)) + Packed(plain.substr(10))}},
+      {{"fact.csv.gz", Packed(Utf16(wide, false))}},
+      {{"fact/1.csv", "id;v;day\n1;1234,5;31.1.2024\n"},
+       {"fact/2.csv.gz", Packed("day;id;v\n01.02.2024;2;-,25")},
+       {"fact/notes.txt", "none"}},
+  };
+  std::string schema = kSchema;
+  schema.insert(schema.find("<Cube"),
+                R"(<Annotations><Annotation name="csv.separator">;</Annotation>
+    <Annotation name="csv.decimal">,</Annotation><Annotation name="x">y</Annotation>
+    <Annotation name="csv.dates">d.m.yyyy</Annotation></Annotations>)");
+  schema.insert(schema.find("<Dimension"), R"(<Dimension name="Day" foreignKey="day">
+    <Hierarchy hasAll="false" primaryKey="day"><Table name="days"/>
+    <Level name="Day" column="day"/></Hierarchy></Dimension>)");
+  test::NativeFiles files;
+  for (const Files& each : cases) {
+    SCOPED_TRACE(each[0].first);
+    const test::TemporaryFolder folder;
+    std::filesystem::create_directory(folder.File("fact"));
+    const auto write = [&](const std::string& name, const std::string& text) {
+      std::ofstream(folder.File(name), std::ios::binary) << text;
+    };
+    write("schema.xml", schema);
+    write("d.csv", "id;name\n1;a\n2;\"b\"\n");
+    write("days.csv", "day\n2024-01-31\n1.2.2024\n");
+    for (const auto& [name, text] : each) write(name, text);
+    BuildCubeFile(files, test::NativeLocale("en_US"),
+                  {folder.File("schema.xml"), folder.path(), folder.File("out.cub")}, {});
+    const auto file = CubeFile::Open(files, folder.File("out.cub"));
+    const StoredCube& cube = file->cubes().at(0);
+    EXPECT_EQ(cube.facts->Read({{0}, {}, {}})[0].numbers[0], 1234.25);
+    EXPECT_EQ(cube.model.hierarchies[0].Name(1), "2024-02-01");
+  }
+}
+
+TEST(CsvTable, TellsBadRowsTogetherOrLeavesThemOut) {
+  const std::string bad[] = {"1,x", "3,1", "1", "2,\"\"", "2,1.2.3"};
+  std::string rows = "id,v,w\n";
+  for (int i = 0; i < 400'000; ++i) {
+    rows += i % 80'000 == 7 ? bad[i / 80'000] + (i < 160'000 ? ",1\n" : ",2\n") : "2,1,1\n";
+  }
+  std::string schema = kSchema;
+  schema.insert(schema.find("<Measure"), R"(<Measure name="W" column="w" aggregator="sum"/>)");
+  const test::TemporaryFolder folder;
+  std::ofstream(folder.File("schema.xml")) << schema;
+  std::ofstream(folder.File("d.csv")) << "id,name\n1,a\n2,b\n";
+  BuildRequest request{folder.File("schema.xml"), folder.path(), folder.File("out.cub")};
+  test::NativeFiles files;
+  request.facts = ReaderOf(std::as_bytes(std::span(rows)));
+  request.facts_name = "piped";
+  const auto build = [&] { return BuildCubeFile(files, test::NativeLocale("en_US"), request, {}); };
+  const auto is_told = [](const std::vector<std::string>& told) {
+    const char* words[] = {"piped, line 9: \"x\" in column \"v\"", "line 80009: the key \"3\"",
+                           "line 160009: has 2 fields", "line 240009: \"\" in column",
+                           "line 320009: \"1.2.3\""};
+    ASSERT_EQ(told.size(), std::size(words));
+    for (std::size_t i = 0; i < told.size(); ++i) {
+      EXPECT_NE(told[i].find(words[i]), std::string::npos) << told[i];
+    }
+  };
+  try {
+    build();
+    ADD_FAILURE() << "a cube was built";
+  } catch (const BadRows& failure) {
+    is_told(failure.rows());
+  }
+  EXPECT_FALSE(files.Exists(request.output_path));
+  request.leave_out_bad_rows = true;
+  is_told(build().bad_rows);
+  const auto sums =
+      CubeFile::Open(files, request.output_path)->cubes().at(0).facts->Read({{0, 1}, {}, {}});
+  EXPECT_EQ(sums[0].numbers[0], 400'000 - 5);
+  EXPECT_EQ(sums[1].numbers[0], 400'000 - 5);
+
+  rows = "id,v,w\n";
+  for (int i = 0; i < 30; ++i) rows += "1,x,1\n";
+  request.leave_out_bad_rows = false;
+  request.facts = ReaderOf(std::as_bytes(std::span(rows)));
+  try {
+    build();
+  } catch (const BadRows& failure) {
+    EXPECT_EQ(failure.rows().size(), 20u);
+  }
+}
+
+TEST(CsvForm, IsReadToTheLetterOrRefused) {
+  const std::pair<const char*, const char*> numbers[] = {{"1.234,5", "1234.5"},
+                                                         {"-1 234 567", "-1234567"},
+                                                         {"+0,5", "+0.5"},
+                                                         {",5", ".5"},
+                                                         {"12.34,5", ""},
+                                                         {"1.23", ""},
+                                                         {"1234.567", ""},
+                                                         {".123", ""},
+                                                         {"1'234", "1234"},
+                                                         {"1.234.56", ""},
+                                                         {"x", ""},
+                                                         {"", ""}};
+  for (const auto& [text, number] : numbers) EXPECT_EQ(WithPoint(text), number) << text;
+  const struct {
+    const char *form, *text, *date;
+  } dates[] = {{"dd.mm.yyyy", "31.01.2024", "2024-01-31"}, {"dd.mm.yyyy", "1.1.2024", ""},
+               {"d.m.yy", "1.12.99", "1999-12-01"},        {"m/d/yyyy", "2/29/2023", ""},
+               {"yyyymmdd", "20240229", "2024-02-29"},     {"dd.mm.yyyy", "31.01.2024 ", ""}};
+  for (const auto& each : dates) {
+    EXPECT_EQ(IsoDateIn(each.form, each.text).value_or(""), each.date) << each.text;
+  }
+  CsvForm form;
+  const char* refused[][3] = {
+      {"x", "", ""}, {"", ";", ""}, {"", "", "dd.mm"}, {"", "", "dd mon yyyy"}};
+  for (const auto& each : refused) {
+    EXPECT_EQ(test::NumberOf([&] { SetForm(form, each[0], each[1], each[2]); }), 5);
   }
 }
 
