@@ -1,8 +1,4 @@
 // What the platform calls in the component's file.
-#include "system/automation/ole.h"
-// after the platform's own types
-#include <olectl.h>
-
 #include <string_view>
 
 #include "hosts/com/class_factory.h"
@@ -10,6 +6,7 @@
 #include "hosts/com/interface.h"
 #include "hosts/com/module.h"
 #include "hosts/com/registration.h"
+#include "system/automation/ole.h"
 
 #ifdef __GLIBCXX__
 namespace __gnu_cxx {
@@ -25,7 +22,7 @@ HRESULT ChangeRegistration(bool add, Audience audience) {
   LSTATUS status = ERROR_SUCCESS;
   const HRESULT done = AtEdge([&] { status = add ? Register(audience) : Unregister(audience); });
   if (FAILED(done)) return done;
-  return status == ERROR_SUCCESS ? S_OK : SELFREG_E_CLASS;
+  return HRESULT_FROM_WIN32(status);
 }
 
 /// The run-time library keeps a reserve of memory for exceptions. Each loaded copy of this file has

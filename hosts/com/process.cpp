@@ -14,6 +14,7 @@
 #include "providers/workbook/excel/excel_spreadsheet.h"
 #include "system/automation/ole.h"
 #include "system/windows/pumped_wait.h"
+#include "system/windows/system_dll.h"
 #include "system/windows/system_error.h"
 #include "system/windows/utf16.h"
 #include "system/windows/windows_message_boxes.h"
@@ -23,11 +24,17 @@ namespace {
 
 using Record = std::vector<std::byte>;
 
+template <typename Function>
+Function Versions(const char* name) {
+  return RequiredSystemFunction<Function>(L"version.dll", name);
+}
+
 Record ReadRecord(const std::wstring& file) {
+  const auto size = Versions<decltype(&GetFileVersionInfoSizeW)>("GetFileVersionInfoSizeW");
+  const auto read = Versions<decltype(&GetFileVersionInfoW)>("GetFileVersionInfoW");
   DWORD ignored = 0;
-  Record record(GetFileVersionInfoSizeW(file.c_str(), &ignored));
-  if (!record.empty() &&
-      !GetFileVersionInfoW(file.c_str(), 0, static_cast<DWORD>(record.size()), record.data())) {
+  Record record(size(file.c_str(), &ignored));
+  if (!record.empty() && !read(file.c_str(), 0, static_cast<DWORD>(record.size()), record.data())) {
     record.clear();
   }
   return record;
@@ -36,8 +43,9 @@ Record ReadRecord(const std::wstring& file) {
 /// A part of the record; nullptr when it has none of that path.
 template <typename Part>
 const Part* Find(const Record& record, const std::wstring& path, UINT& size) {
+  const auto query = Versions<decltype(&VerQueryValueW)>("VerQueryValueW");
   void* part = nullptr;
-  if (record.empty() || !VerQueryValueW(record.data(), path.c_str(), &part, &size)) return nullptr;
+  if (record.empty() || !query(record.data(), path.c_str(), &part, &size)) return nullptr;
   return static_cast<const Part*>(part);
 }
 

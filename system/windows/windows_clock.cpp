@@ -1,6 +1,6 @@
 #include "system/windows/windows_clock.h"
 
-#include <timeapi.h>
+#include "system/windows/system_dll.h"
 
 namespace vok::windows {
 
@@ -11,7 +11,10 @@ Date DateOf(const SYSTEMTIME& moment) {
   return date;
 }
 
-uint32_t WindowsClock::Milliseconds() const { return ::timeGetTime(); }
+uint32_t WindowsClock::Milliseconds() const {
+  static const auto time = RequiredSystemFunction<DWORD(WINAPI*)()>(L"winmm.dll", "timeGetTime");
+  return time();
+}
 
 Date WindowsClock::Now() const {
   SYSTEMTIME now{};

@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "system/windows/system_dll.h"
 #include "system/windows/system_header.h"
 #include "system/windows/utf16.h"
 
@@ -45,13 +46,9 @@ thread_local const std::wstring* shown_help_file = nullptr;
 void CALLBACK OpenHelp(HELPINFO* asked) {
   constexpr UINT kContext = 0x000F;
   using HtmlHelp = HWND(WINAPI*)(HWND, const wchar_t*, UINT, DWORD_PTR);
-  static const HMODULE viewer =
-      ::LoadLibraryExW(L"hhctrl.ocx", nullptr, LOAD_LIBRARY_SEARCH_SYSTEM32);
-  if (viewer == nullptr || shown_help_file == nullptr) return;
-  const auto address = reinterpret_cast<void*>(::GetProcAddress(viewer, "HtmlHelpW"));
-  if (address == nullptr) return;
-  reinterpret_cast<HtmlHelp>(address)(nullptr, shown_help_file->c_str(), kContext,
-                                      asked->dwContextId);
+  static const auto open = SystemFunction<HtmlHelp>(L"hhctrl.ocx", "HtmlHelpW");
+  if (open == nullptr || shown_help_file == nullptr) return;
+  open(nullptr, shown_help_file->c_str(), kContext, asked->dwContextId);
 }
 
 }  // namespace

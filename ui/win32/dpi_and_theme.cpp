@@ -1,20 +1,12 @@
 #include "ui/win32/dpi_and_theme.h"
 
+#include "system/windows/system_dll.h"
 #include "system/windows/system_header.h"
 
 namespace vok::windows {
 namespace {
 
 constexpr wchar_t kUser[] = L"user32.dll";
-
-/// The function, of pointer type `Function`; nullptr where the system lacks it. The DLL is one
-/// that the component has loaded anyway.
-template <typename Function>
-Function SystemFunction(const wchar_t* dll, const char* name) {
-  const HMODULE module = ::GetModuleHandleW(dll);
-  if (module == nullptr) return nullptr;
-  return reinterpret_cast<Function>(reinterpret_cast<void*>(::GetProcAddress(module, name)));
-}
 
 using SetAwareness = DPI_AWARENESS_CONTEXT(WINAPI*)(DPI_AWARENESS_CONTEXT);
 

@@ -3,11 +3,7 @@
 
 #include <utility>
 
-// The others need the first.
-// clang-format off
-#include "system/windows/system_header.h"
-#include <winhttp.h>
-// clang-format on
+#include "providers/http/winhttp/winhttp_functions.h"
 
 namespace vok::windows {
 
@@ -25,7 +21,7 @@ class InternetHandle {
   HINTERNET get() const { return handle_; }
   bool IsOpen() const { return handle_ != nullptr; }
   void Reset() noexcept {
-    if (IsOpen()) ::WinHttpCloseHandle(std::exchange(handle_, nullptr));
+    if (IsOpen()) WinHttp().CloseHandle(std::exchange(handle_, nullptr));
   }
 
  private:

@@ -168,21 +168,21 @@ WinHttpRequest::WinHttpRequest(const HttpTarget& target, const HttpSettings& set
     : settings_(settings),
       cancelled_(cancelled),
       progress_(std::make_shared<Progress>()),
-      handle_(::WinHttpOpenRequest(target.connection, L"POST", target.path.c_str(), nullptr,
-                                   WINHTTP_NO_REFERER, WINHTTP_DEFAULT_ACCEPT_TYPES,
-                                   target.secure ? WINHTTP_FLAG_SECURE : 0)) {
+      handle_(WinHttp().OpenRequest(target.connection, L"POST", target.path.c_str(), nullptr,
+                                    WINHTTP_NO_REFERER, WINHTTP_DEFAULT_ACCEPT_TYPES,
+                                    target.secure ? WINHTTP_FLAG_SECURE : 0)) {
   if (!handle_.IsOpen()) {
     End(::GetLastError());
     return;
   }
   // The callback's, which deletes it when the handle is closed.
   context_ = reinterpret_cast<DWORD_PTR>(new std::shared_ptr<Progress>(progress_));
-  ::WinHttpSetStatusCallback(get(), &OnStatus, WINHTTP_CALLBACK_FLAG_ALL_NOTIFICATIONS, 0);
-  ::WinHttpSetOption(get(), WINHTTP_OPTION_CONTEXT_VALUE, &context_, sizeof context_);
+  WinHttp().SetStatusCallback(get(), &OnStatus, WINHTTP_CALLBACK_FLAG_ALL_NOTIFICATIONS, 0);
+  WinHttp().SetOption(get(), WINHTTP_OPTION_CONTEXT_VALUE, &context_, sizeof context_);
   const int idle = Patience(settings.idle_seconds);
-  ::WinHttpSetTimeouts(get(), 0, Patience(settings.connect_seconds), idle, idle);
+  WinHttp().SetTimeouts(get(), 0, Patience(settings.connect_seconds), idle, idle);
   DWORD head_wait = static_cast<DWORD>(idle);
-  ::WinHttpSetOption(get(), WINHTTP_OPTION_RECEIVE_RESPONSE_TIMEOUT, &head_wait, sizeof head_wait);
+  WinHttp().SetOption(get(), WINHTTP_OPTION_RECEIVE_RESPONSE_TIMEOUT, &head_wait, sizeof head_wait);
 }
 
 WinHttpRequest::~WinHttpRequest() {
@@ -199,13 +199,13 @@ WinHttpRequest::~WinHttpRequest() {
 bool WinHttpRequest::Send(const std::wstring& headers, std::string_view content) {
   Prepare();
   const auto size = static_cast<DWORD>(content.size());
-  return Await(::WinHttpSendRequest(get(), headers.c_str(), static_cast<DWORD>(headers.size()),
-                                    const_cast<char*>(content.data()), size, size, context_));
+  return Await(WinHttp().SendRequest(get(), headers.c_str(), static_cast<DWORD>(headers.size()),
+                                     const_cast<char*>(content.data()), size, size, context_));
 }
 
 bool WinHttpRequest::ReceiveHead() {
   Prepare();
-  if (!Await(::WinHttpReceiveResponse(get(), nullptr))) return false;
+  if (!Await(WinHttp().ReceiveResponse(get(), nullptr))) return false;
   const std::lock_guard lock(progress_->mutex);
   progress_->reached.in_body = true;
   return true;
@@ -213,11 +213,11 @@ bool WinHttpRequest::ReceiveHead() {
 
 std::optional<std::string_view> WinHttpRequest::Read() {
   Prepare();
-  if (!Await(::WinHttpQueryDataAvailable(get(), nullptr))) return std::nullopt;
+  if (!Await(WinHttp().QueryDataAvailable(get(), nullptr))) return std::nullopt;
   if (progress_->count == 0) return std::string_view();
   const DWORD wanted = std::min<DWORD>(progress_->count, kBuffer);
   Prepare();
-  if (!Await(::WinHttpReadData(get(), progress_->buffer.data(), wanted, nullptr))) {
+  if (!Await(WinHttp().ReadData(get(), progress_->buffer.data(), wanted, nullptr))) {
     return std::nullopt;
   }
   return std::string_view(progress_->buffer.data(), progress_->count);
@@ -262,11 +262,11 @@ bool WinHttpRequest::End(DWORD error) {
 
 std::string WinHttpRequest::Header(DWORD which) const {
   DWORD bytes = 0;
-  ::WinHttpQueryHeaders(get(), which, WINHTTP_HEADER_NAME_BY_INDEX, nullptr, &bytes,
-                        WINHTTP_NO_HEADER_INDEX);
+  WinHttp().QueryHeaders(get(), which, WINHTTP_HEADER_NAME_BY_INDEX, nullptr, &bytes,
+                         WINHTTP_NO_HEADER_INDEX);
   std::wstring text(bytes / sizeof(wchar_t), L'\0');
-  if (text.empty() || ::WinHttpQueryHeaders(get(), which, WINHTTP_HEADER_NAME_BY_INDEX, text.data(),
-                                            &bytes, WINHTTP_NO_HEADER_INDEX) == 0) {
+  if (text.empty() || WinHttp().QueryHeaders(get(), which, WINHTTP_HEADER_NAME_BY_INDEX,
+                                             text.data(), &bytes, WINHTTP_NO_HEADER_INDEX) == 0) {
     return {};
   }
   text.resize(bytes / sizeof(wchar_t));
@@ -276,8 +276,8 @@ std::string WinHttpRequest::Header(DWORD which) const {
 long WinHttpRequest::Status() const {
   DWORD status = 0;
   DWORD size = sizeof status;
-  ::WinHttpQueryHeaders(get(), WINHTTP_QUERY_STATUS_CODE | WINHTTP_QUERY_FLAG_NUMBER,
-                        WINHTTP_HEADER_NAME_BY_INDEX, &status, &size, WINHTTP_NO_HEADER_INDEX);
+  WinHttp().QueryHeaders(get(), WINHTTP_QUERY_STATUS_CODE | WINHTTP_QUERY_FLAG_NUMBER,
+                         WINHTTP_HEADER_NAME_BY_INDEX, &status, &size, WINHTTP_NO_HEADER_INDEX);
   return static_cast<long>(status);
 }
 

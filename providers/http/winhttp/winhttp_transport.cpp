@@ -32,7 +32,7 @@ DWORD NamedLogin(const std::string& name) {
 }
 
 void SetNumber(HINTERNET handle, DWORD option, DWORD value) {
-  ::WinHttpSetOption(handle, option, &value, sizeof value);
+  WinHttp().SetOption(handle, option, &value, sizeof value);
 }
 
 URL_COMPONENTS Parts() {
@@ -83,7 +83,7 @@ Transfer WinHttpTransport::Post(const HttpRequest& request, HttpBody& body) {
 /// False: the system's last error says why.
 bool WinHttpTransport::Connect() {
   URL_COMPONENTS parts = Parts();
-  if (::WinHttpCrackUrl(address_.c_str(), 0, 0, &parts) == 0) return false;
+  if (WinHttp().CrackUrl(address_.c_str(), 0, 0, &parts) == 0) return false;
   secure_ = parts.nScheme == INTERNET_SCHEME_HTTPS;
   path_.assign(parts.lpszUrlPath, parts.dwUrlPathLength);
   if (path_.empty()) path_ = L"/";
@@ -91,7 +91,7 @@ bool WinHttpTransport::Connect() {
   const std::wstring host(parts.lpszHostName, parts.dwHostNameLength);
   OpenSession();
   if (!session_.IsOpen()) return false;
-  connection_ = InternetHandle(::WinHttpConnect(session_.get(), host.c_str(), parts.nPort, 0));
+  connection_ = InternetHandle(WinHttp().Connect(session_.get(), host.c_str(), parts.nPort, 0));
   return connection_.IsOpen();
 }
 
@@ -101,13 +101,13 @@ void WinHttpTransport::OpenSession() {
   URL_COMPONENTS parts = Parts();
   std::wstring proxy;
   if (!settings_.proxy.empty()) {
-    if (::WinHttpCrackUrl(address.c_str(), 0, 0, &parts) == 0) return;
+    if (WinHttp().CrackUrl(address.c_str(), 0, 0, &parts) == 0) return;
     proxy.assign(parts.lpszHostName, parts.dwHostNameLength);
     proxy += L':' + std::to_wstring(parts.nPort);
     proxy_user_ = Plain(parts.lpszUserName, parts.dwUserNameLength);
     proxy_password_ = Plain(parts.lpszPassword, parts.dwPasswordLength);
   }
-  session_ = InternetHandle(::WinHttpOpen(
+  session_ = InternetHandle(WinHttp().Open(
       L"VokCubeQ17",
       proxy.empty() ? WINHTTP_ACCESS_TYPE_AUTOMATIC_PROXY : WINHTTP_ACCESS_TYPE_NAMED_PROXY,
       proxy.empty() ? WINHTTP_NO_PROXY_NAME : proxy.c_str(), WINHTTP_NO_PROXY_BYPASS,
@@ -126,13 +126,13 @@ void WinHttpTransport::SetOptions(HINTERNET request) const {
 /// Each time that something is sent.
 void WinHttpTransport::SetLogin(HINTERNET request) const {
   if (!proxy_user_.empty()) {
-    ::WinHttpSetCredentials(request, WINHTTP_AUTH_TARGET_PROXY, WINHTTP_AUTH_SCHEME_BASIC,
-                            proxy_user_.c_str(), proxy_password_.c_str(), nullptr);
+    WinHttp().SetCredentials(request, WINHTTP_AUTH_TARGET_PROXY, WINHTTP_AUTH_SCHEME_BASIC,
+                             proxy_user_.c_str(), proxy_password_.c_str(), nullptr);
   }
   if (login_ == 0 || settings_.user.empty()) return;
-  ::WinHttpSetCredentials(request, WINHTTP_AUTH_TARGET_SERVER, login_,
-                          Utf16(settings_.user).c_str(), Utf16(settings_.password).c_str(),
-                          nullptr);
+  WinHttp().SetCredentials(request, WINHTTP_AUTH_TARGET_SERVER, login_,
+                           Utf16(settings_.user).c_str(), Utf16(settings_.password).c_str(),
+                           nullptr);
 }
 
 bool WinHttpTransport::Ask(WinHttpRequest& exchange, const HttpRequest& request) {
@@ -153,7 +153,7 @@ bool WinHttpTransport::ChooseLogin(const WinHttpRequest& exchange) {
   DWORD offered = 0;
   DWORD first = 0;
   DWORD target = 0;
-  ::WinHttpQueryAuthSchemes(exchange.get(), &offered, &first, &target);
+  WinHttp().QueryAuthSchemes(exchange.get(), &offered, &first, &target);
   for (const Login& login : kLogins) {
     if (login_ == 0 && (offered & login.scheme) != 0) login_ = login.scheme;
   }

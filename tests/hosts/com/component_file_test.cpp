@@ -2,13 +2,19 @@
 #include <gtest/gtest.h>
 
 #include <functional>
+#include <string>
 #include <utility>
 #include <vector>
 
 #include "hosts/com/interface.h"
+#include "system/automation/apartment.h"
 #include "system/automation/bstr.h"
 #include "system/automation/com_ptr.h"
 #include "system/automation/variant.h"
+#include "system/windows/utf16.h"
+
+// after the platform's own types
+#include <sddl.h>
 
 namespace vok::windows {
 namespace {
@@ -81,6 +87,51 @@ TEST_F(ComponentFileTest, RefusesWhatItCannotMake) {
   EXPECT_EQ(factory->CreateInstance(factory.Get(), IID_IUnknown, object.ReceiveVoid()),
             CLASS_E_NOAGGREGATION);
   EXPECT_EQ(factory->CreateInstance(nullptr, IID_IStream, object.ReceiveVoid()), E_NOINTERFACE);
+}
+
+TEST_F(ComponentFileTest, IsMadeByItsManifestWhereItIsNotRegistered) {
+  std::wstring manifest = Utf16(VOK_COMPONENT_FILE);
+  manifest.replace(manifest.rfind(L'.'), std::wstring::npos, L".Component.manifest");
+  ACTCTXW source{};
+  source.cbSize = sizeof source;
+  source.lpSource = manifest.c_str();
+  const HANDLE context = CreateActCtxW(&source);
+  ASSERT_NE(context, INVALID_HANDLE_VALUE) << GetLastError();
+  const Apartment apartment;
+  CLSID id{};
+  EXPECT_NE(CLSIDFromProgID(L"VokCubeQ17.clMe", &id), S_OK) << "registered";
+  ULONG_PTR cookie = 0;
+  ASSERT_NE(ActivateActCtx(context, &cookie), FALSE);
+  ComPtr<_clMe> me;
+  BSTR version = nullptr;
+  EXPECT_EQ(CLSIDFromProgID(L"VokCubeQ17.clMe", &id), S_OK);
+  ASSERT_EQ(CoCreateInstance(id, nullptr, CLSCTX_INPROC_SERVER, kInterfaceId, me.ReceiveVoid()),
+            S_OK);
+  EXPECT_EQ(me->get_Version(&version), S_OK);
+  EXPECT_EQ(TakeBstr(version), "16.8.28");
+  DeactivateActCtx(0, cookie);
+  ReleaseActCtx(context);
+}
+
+/// Classes that nobody may change stand in the place of the machine's.
+TEST_F(ComponentFileTest, SaysThatItsRegistrationIsNotAllowed) {
+  HKEY machine = nullptr, classes = nullptr;
+  PSECURITY_DESCRIPTOR reading = nullptr;
+  ASSERT_EQ(RegCreateKeyW(HKEY_CURRENT_USER, L"VokCubeQ17 test", &machine), ERROR_SUCCESS);
+  ASSERT_EQ(RegCreateKeyW(machine, L"Software\\Classes", &classes), ERROR_SUCCESS);
+  ASSERT_NE(ConvertStringSecurityDescriptorToSecurityDescriptorW(L"D:(A;;KRSD;;;WD)", 1, &reading,
+                                                                 nullptr),
+            FALSE);
+  ASSERT_EQ(RegSetKeySecurity(classes, DACL_SECURITY_INFORMATION, reading), ERROR_SUCCESS);
+  ASSERT_EQ(RegOverridePredefKey(HKEY_LOCAL_MACHINE, machine), ERROR_SUCCESS);
+  for (const char* entry : {"DllRegisterServer", "DllUnregisterServer"}) {
+    EXPECT_EQ(Entry<HRESULT(WINAPI*)()>(entry)(), E_ACCESSDENIED) << entry;
+  }
+  RegOverridePredefKey(HKEY_LOCAL_MACHINE, nullptr);
+  LocalFree(reading);
+  RegCloseKey(classes);
+  RegCloseKey(machine);
+  RegDeleteTreeW(HKEY_CURRENT_USER, L"VokCubeQ17 test");
 }
 
 TEST_F(ComponentFileTest, DescribesItsInterfaceInTheOrderOfTheSlots) {
