@@ -81,6 +81,21 @@ void AdoxStructure::AppendColumn(const std::string& table, const ColumnDefinitio
   if (column.nullable) columns.Child(L"Item", column.name).Put(L"Attributes", kNullable);
 }
 
+bool AdoxStructure::AllowEmptyTexts(const std::string& table,
+                                    const std::vector<std::string>& columns) {
+  bool changed = false;
+  const Object all = TableNamed(table).Child(L"Columns");
+  for (const std::string& column : columns) {
+    const Object allowed = all.Child(L"Item", column)
+                               .Child(L"Properties")
+                               .Child(L"Item", "Jet OLEDB:Allow Zero Length");
+    if (allowed.Read(L"Value").ToBoolean()) continue;
+    allowed.Put(L"Value", true);
+    changed = true;
+  }
+  return changed;
+}
+
 void AdoxStructure::AppendIndex(const std::string& table, const IndexDefinition& index) {
   const Object made = Object::Create("ADOX.Index");
   made.Put(L"Name", index.name);

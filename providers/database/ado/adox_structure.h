@@ -23,6 +23,8 @@ class AdoxStructure : public DatabaseStructure {
   void AppendTable(const TableDefinition& table) override;
   void AppendColumn(const std::string& table, const ColumnDefinition& column) override;
   void AppendIndex(const std::string& table, const IndexDefinition& index) override;
+  /// Has those text columns take "" where they refuse it. Whether one did.
+  bool AllowEmptyTexts(const std::string& table, const std::vector<std::string>& columns);
 
  private:
   Object TableNamed(const std::string& name) const;

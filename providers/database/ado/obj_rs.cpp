@@ -52,6 +52,16 @@ void AdoRows::Add(const Fields& fields) {
   records_.Call(L"Update");
 }
 
+void AdoRows::Abandon() {
+  records_.Call(L"CancelUpdate");
+  records_.Call(L"Close");
+}
+
+void AdoRows::Reopen() {
+  records_.Call(L"Open");
+  fields_ = records_.Child(L"Fields");
+}
+
 std::unique_ptr<AdoRows> objRs::GetRs() const { return OpenRecordset(kDynamic, kLockOptimistic); }
 
 void objRs::ADOConnect(const std::string& connection_string, int16_t timeout) {

@@ -35,6 +35,10 @@ class AdoRows : public WritableTable {
 
   void Close() override;
   void Add(const Fields& fields) override;
+  /// Ends an addition that failed, and lets go of the table.
+  void Abandon();
+  /// After `Abandon`: as it was opened.
+  void Reopen();
 
  private:
   Object FieldObject(const Value& key) const;
