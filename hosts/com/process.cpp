@@ -7,10 +7,8 @@
 #include "component/publics.h"
 #include "hosts/com/module.h"
 #include "hosts/com/watched_message_boxes.h"
-#include "hosts/composition/provider_choice.h"
 #include "hosts/composition/query_window.h"
 #include "hosts/composition/system_host.h"
-#include "providers/cube/adomd/adomd_provider.h"
 #include "providers/workbook/excel/excel_spreadsheet.h"
 #include "system/automation/ole.h"
 #include "system/windows/pumped_wait.h"
@@ -78,11 +76,9 @@ struct Process {
   SystemHost system{{.message_boxes = &shown_boxes}};
   const Host& base = system.host();
   WatchedMessageBoxes message_boxes{shown_boxes, base};
-  AdomdCubeProvider platform_cube{base.locale};
-  CubeChoice cube{base.files, base.cube, platform_cube};
   ExcelSpreadsheet spreadsheet{base.files, base.spreadsheet};
   Host host{ReadComponentInfo(), base.files,    base.registry, base.locale, base.clock,
-            message_boxes,       base.database, cube,          spreadsheet};
+            message_boxes,       base.database, base.cube,     spreadsheet};
   Publics publics;
   CallTurns turns{[] { return std::make_unique<PumpingSignal>(); }};
   clMe me{host, publics, OpenQueryWindow, &turns};

@@ -106,4 +106,9 @@ std::unique_ptr<Database> SystemDatabase(const Files&, std::unique_ptr<Database>
   return portable;
 }
 
+std::unique_ptr<CubeProvider> SystemCube(const Files&, const Locale&,
+                                         std::unique_ptr<CubeProvider> portable) {
+  return portable;
+}
+
 }  // namespace vok

@@ -51,13 +51,13 @@ Database& ChosenDatabase::For(const std::string& path) {
   return *portable_;
 }
 
-CubeProvider& CubeChoice::For(const std::string& connection_text) const {
+CubeProvider& CubeChoice::For(const std::string& connection_text) {
   const std::string source = cube_text::ParseConnectionText(connection_text).data_source;
   const bool is_file = files_.Exists(source);
-  if (is_file && IsOurs(files_, source)) return portable_;
+  if (is_file && IsOurs(files_, source)) return *portable_;
   if (HasInProcessServer(kProvider)) return platform_;
   if (is_file) ThrowNoCubeProvider(source);
-  return portable_;
+  return *portable_;
 }
 
 }  // namespace vok::windows

@@ -9,6 +9,8 @@
 #include "platform/cube.h"
 #include "platform/database.h"
 #include "platform/files.h"
+#include "platform/locale.h"
+#include "providers/cube/adomd/adomd_provider.h"
 #include "providers/database/ado/ado_database.h"
 
 namespace vok::windows {
@@ -53,9 +55,9 @@ class ChosenDatabase : public Database {
 /// for.
 class CubeChoice : public CubeProvider {
  public:
-  /// All outlive the choice.
-  CubeChoice(const Files& files, CubeProvider& portable, CubeProvider& platform)
-      : files_(files), portable_(portable), platform_(platform) {}
+  /// `files` and `locale` outlive the choice and all that it makes.
+  CubeChoice(const Files& files, const Locale& locale, std::unique_ptr<CubeProvider> portable)
+      : files_(files), portable_(std::move(portable)), platform_(locale) {}
 
   /// Failures: 3706 as above, those of a text that is not a connection text, and those of the
   /// provider that is chosen.
@@ -64,11 +66,11 @@ class CubeChoice : public CubeProvider {
   }
 
  private:
-  CubeProvider& For(const std::string& connection_text) const;
+  CubeProvider& For(const std::string& connection_text);
 
   const Files& files_;
-  CubeProvider& portable_;
-  CubeProvider& platform_;
+  std::unique_ptr<CubeProvider> portable_;
+  AdomdCubeProvider platform_;
 };
 
 }  // namespace vok::windows

@@ -109,9 +109,11 @@ struct SystemHost::Providers {
                 platform, [this] { MakeDirectories(host, platform.own_settings_folder); }))),
         cube_files(*platform.files, *platform.locale),
         kept_cube_files(cube_files),
-        cube(std::make_unique<FileOrServer>(
-            platform, options.cube_files != nullptr ? *options.cube_files : cube_files,
-            [this] { return ServerSettings(); })),
+        cube(SystemCube(
+            *platform.files, *platform.locale,
+            std::make_unique<FileOrServer>(
+                platform, options.cube_files != nullptr ? *options.cube_files : cube_files,
+                [this] { return ServerSettings(); }))),
         kept_database(*database),
         kept_cubes(*cube),
         prints(options.is_command || options.message_boxes == nullptr),

@@ -7,6 +7,7 @@
 #include <string>
 
 #include "platform/calendar.h"
+#include "platform/cube.h"
 #include "platform/database.h"
 #include "platform/files.h"
 #include "platform/http.h"
@@ -36,5 +37,9 @@ SystemPlatform NewSystemPlatform();
 /// The settings database as every program of this system opens it: with the system's own data
 /// objects where it has them, else the portable way. `files` outlives the result.
 std::unique_ptr<Database> SystemDatabase(const Files& files, std::unique_ptr<Database> portable);
+
+/// Cubes, in the same way. `files` and `locale` outlive the result.
+std::unique_ptr<CubeProvider> SystemCube(const Files& files, const Locale& locale,
+                                         std::unique_ptr<CubeProvider> portable);
 
 }  // namespace vok

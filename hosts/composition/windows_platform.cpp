@@ -50,4 +50,9 @@ std::unique_ptr<Database> SystemDatabase(const Files& files, std::unique_ptr<Dat
   return std::make_unique<windows::ChosenDatabase>(files, std::move(portable));
 }
 
+std::unique_ptr<CubeProvider> SystemCube(const Files& files, const Locale& locale,
+                                         std::unique_ptr<CubeProvider> portable) {
+  return std::make_unique<windows::CubeChoice>(files, locale, std::move(portable));
+}
+
 }  // namespace vok

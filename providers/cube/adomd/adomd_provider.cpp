@@ -16,6 +16,7 @@ class AdomdConnection : public CubeConnection {
   AdomdConnection(const Locale& locale, const std::string& text) : locale_(locale) {
     connection_.Put(L"ConnectionString", text);
     connection_.Put(L"CursorLocation", kClientCursor);
+    // "" is the argument's own default: what was set above holds.
     connection_.Call(L"Open", "", "", "", kUnspecifiedOptions);
   }
 

@@ -184,6 +184,7 @@ LevelMembers::Level& LevelMembers::Read(std::size_t index) const {
   // Catalog and schema are the connection's; the dimension and the hierarchy follow from the level.
   const Value::Array restrictions{Value(), Value(), cube_, Value(), Value(), level.unique_name};
   std::vector<MemberRow> members;
+  // The rows come in the order of the level. MEMBER_ORDINAL says nothing of it: providers give 0.
   for (auto& row : SchemaRows(connection_, kMembersSchema, restrictions,
                               {"MEMBER_NAME", "MEMBER_CAPTION", "MEMBER_UNIQUE_NAME",
                                "PARENT_UNIQUE_NAME", "MEMBER_TYPE"})) {

@@ -106,6 +106,7 @@ const MemberList& ServerCube::Members(LevelNode& level) {
   auto members = std::make_unique<MemberList>();
   DiscoverRequest request = Request("MDSCHEMA_MEMBERS", "LEVEL_UNIQUE_NAME", level.unique_name);
   request.most_rows = kMaxLevelMembers;
+  // The rows come in the order of the level. MEMBER_ORDINAL says nothing of it: servers give 0.
   server_->Discover(request,
                     {"MEMBER_NAME", "MEMBER_CAPTION", "MEMBER_UNIQUE_NAME", "PARENT_UNIQUE_NAME"},
                     [&](const Row& row) { members->Add(row[0], row[1], row[2], row[3]); });
