@@ -1,12 +1,13 @@
 # A Wine prefix of its own for the scripts, and the example's data beside it. Sourced with the folder
-# of the component's programs in $1 and their architecture in $2; leaves the working directory in a temporary folder that goes when
-# the script ends.
+# of the component's programs in $1 and in $2 their architecture, or "both" for a prefix of both widths;
+# leaves the working directory in a temporary folder that goes when the script ends.
 programs=$(realpath "$1")
 here=$(realpath "$(dirname "${BASH_SOURCE[0]}")")
 root=$(realpath "$here/../../../..")
 
 case $2 in
   i686) wine=$root/scripts/wine32 WINEARCH=win32 ;;
+  both) wine=$root/scripts/wine32 WINEARCH=win64 ;;
   *) wine=wine WINEARCH=win64 ;;
 esac
 export WINEARCH
