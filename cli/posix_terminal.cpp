@@ -27,6 +27,8 @@ int RunProgram(int argc, char** argv, int (*program)(std::vector<std::string> ar
   return program({argv + 1, argv + argc});
 }
 
+void WorkOnThread(const std::function<void()>& work) { work(); }
+
 void CatchInterrupts(bool (*ask)()) {
   ask_to_stop = ask;
   for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {

@@ -7,6 +7,8 @@
 #include <system_error>
 #include <thread>
 
+#include "cli/terminal.h"
+
 namespace vok::cli {
 namespace {
 
@@ -66,7 +68,9 @@ void RunJobs(const Jobs& jobs, QueryStop& stop) {
   {
     std::vector<std::jthread> threads;
     try {
-      while (threads.size() + 1 < ThreadCount(jobs)) threads.emplace_back([&] { crew.Work(); });
+      while (threads.size() + 1 < ThreadCount(jobs)) {
+        threads.emplace_back([&] { WorkOnThread([&] { crew.Work(); }); });
+      }
     } catch (const std::system_error&) {  // as many as the system gives
     }
     crew.Work();

@@ -2,6 +2,7 @@
 // operating system.
 #pragma once
 
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -10,6 +11,9 @@ namespace vok::cli {
 /// Returns what `program` returns for the arguments, in UTF-8 and without the program's name. What
 /// it prints arrives byte by byte, and it may use objects of the system's other programs.
 int RunProgram(int argc, char** argv, int (*program)(std::vector<std::string> arguments));
+
+/// What a further thread of the program does: it, too, may use such objects there.
+void WorkOnThread(const std::function<void()>& work);
 
 /// From now on Ctrl-C, and where the system has them a request to end (SIGTERM) and a lost terminal
 /// (SIGHUP), call `ask`, from a signal handler or another thread. When it answers false the program

@@ -36,6 +36,11 @@ int RunProgram(int, char**, int (*program)(std::vector<std::string> arguments)) 
   return program(Arguments());
 }
 
+void WorkOnThread(const std::function<void()>& work) {
+  const windows::Apartment apartment;
+  work();
+}
+
 void CatchInterrupts(bool (*ask)()) {
   ask_to_stop = ask;
   ::SetConsoleCtrlHandler(Interrupt, TRUE);
