@@ -47,7 +47,7 @@ ask() {
   timeout 120 "$wine" cscript //nologo "$(outside "$here/ask.vbs")" calls.txt "${@:2}" > told.txt ||
     fail "$name: status $?"
   # Folders and widths differ from run to run.
-  sed "s/\r//; s/$(outside . | sed 's/\\/\\\\/g')/HERE/g; s/\(32\|64\)-bit/NN-bit/g" told.txt > answers.txt
+  sed "s/\r//; s|$work|HERE|g; s/$(outside . | sed 's/\\/\\\\/g')/HERE/g; s/\(32\|64\)-bit/NN-bit/g" told.txt > answers.txt
   [[ -z ${ANSWERS-} ]] || install -D -m 644 answers.txt "$ANSWERS/$name.calls.txt"
   diff "$here/$name.calls.txt" answers.txt > different.txt || fail "$name: $(head -20 different.txt)"
 }
