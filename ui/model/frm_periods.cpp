@@ -310,9 +310,11 @@ bool FrmPeriods::SaveIfWanted(int save, int leave) {
 }
 
 void FrmPeriods::RunQuery() {
-  if (form_.Text(kDataSource).empty() || form_.Text("txtOutput").empty()) {
+  for (const char* needed : {kDataSource, "txtOutput"}) {
+    if (!form_.Text(needed).empty()) continue;
     ShowMessage(services_, GetLangString(services_.publics.language, text_number::kNothingToRun),
                 services_.host.component.product_name, MessageIcon::kExclamation);
+    form_.Focus = ControlId(needed);
     return;
   }
   if (!SaveIfWanted(text_number::kSaveAndRun, text_number::kRunAsSaved)) return;

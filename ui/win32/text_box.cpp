@@ -23,7 +23,9 @@ class TextBoxWidget : public Widget {
   Kind WindowKind() const override {
     const DWORD lines = control_.Height > 1 ? ES_MULTILINE | ES_AUTOVSCROLL | WS_VSCROLL : 0;
     const DWORD side = BeginsFromRight() ? ES_RIGHT : ES_LEFT;
-    return {L"EDIT", WS_TABSTOP | ES_AUTOHSCROLL | side | lines, WS_EX_CLIENTEDGE};
+    // The Tab key does not stop at a text that can only be read.
+    const DWORD stop = control_.Locked ? 0 : WS_TABSTOP;
+    return {L"EDIT", stop | ES_AUTOHSCROLL | side | lines, WS_EX_CLIENTEDGE};
   }
 
   /// Dates, paths and names of cubes are read from the left in every language; where windows begin

@@ -15,7 +15,8 @@ struct DrawnDesk : RealDesk {
   struct Desktop : DrawnDesktop {
     explicit Desktop(std::string file) : cube(std::move(file)) {}
     std::string PickFile(const FileDialog&) override { return cube; }
-    std::string cube;
+    void OpenOnDesktop(const std::string& path) override { opened = path; }
+    std::string cube, opened;
   };
 
   /// 0, 1 or 2: English, Hebrew (drawn from right to left), Russian.

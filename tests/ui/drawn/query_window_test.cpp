@@ -82,6 +82,33 @@ TEST(QueryWindow, IsFilledInSavedRunAndClosedByAPerson) {
   }
 }
 
+/// From an empty settings folder; where no name of a key depends on the language.
+constexpr char kKeysAlone[] = R"(
+    focus comboDataSource; type Sales; press Tab; focus txtVarnelMDB; type host.mdb
+    press Tab; press Tab; focus txtActFile; press Tab; press Tab; focus TxtFileName; type CUBE
+    press Tab; see txtCubeName QEL; see CmbObs Ledger1; focus cmdCube; press Tab; focus CmbObs
+    press Tab; focus ComboPeriods; type 2009; press Tab; focus cmdOptions; press Space
+    focus CmbMeas(0); type Amount; press Return; see TextMeasure(0) Amount; focus cmdOptions
+    press Tab; focus cmdCopyMeasure; press Space; see TextMeasure(12) Amount
+    press Tab; focus ComMeasure(0); press Tab; focus TextPeriod(0); type January
+    press Tab; type 01/01/2009; press Tab; focus txtDate2(0); type 31/01/2009
+    press F5; front NOTHING; press Return; focus txtOutput; type OUT
+    press F5; front Save the changes?; press Return; await fraResult; focus cmdOpenWorkbook
+    press Space; press Esc)";
+
+TEST(QueryWindow, IsWorkedWithByKeysAloneToAnOpenedWorkbook) {
+  for (const int language : {0, 1}) {
+    DrawnDesk desk(language);
+    const auto window = desk.OpenDrawn();
+    std::string keys = Replaced(kKeysAlone, "CUBE", desk.Cube());
+    keys = Replaced(keys, "OUT", desk.folder.File("out"));
+    const Person person(Replaced(keys, "NOTHING", kNothingToRun[language]));
+    window->Show();
+    EXPECT_EQ(std::filesystem::path(desk.desktop.opened),
+              std::filesystem::path(desk.folder.File("out.xlsX")));
+  }
+}
+
 TEST(QueryWindow, AHundredOpeningsLeaveNothing) {
   DrawnDesk desk;
   const auto open_and_close = [&](int times) {

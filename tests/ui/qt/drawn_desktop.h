@@ -10,6 +10,7 @@ namespace vok::test {
 
 class DrawnDesktop : public qt::QtDesktop {
  public:
+  DrawnDesktop();
   /// Parts of windows that there are in this process.
   static int PartsLeft() { return static_cast<int>(QApplication::allWidgets().size()); }
 };

@@ -54,6 +54,14 @@ QString Qt16(const std::string& text) { return QString::fromStdString(text); }
 
 }  // namespace
 
+/// Of a dark desktop, where pictures of one are wanted.
+DrawnDesktop::DrawnDesktop() {
+  if (qEnvironmentVariableIsEmpty("VOKCUBE_DARK")) return;
+  QPalette dark(QColor(0x2d, 0x2d, 0x30));
+  dark.setColor(QPalette::Base, QColor(0x1e, 0x1e, 0x1e));
+  QApplication::setPalette(dark);
+}
+
 QWidget* FrontWindow() { return QApplication::activeModalWidget(); }
 
 QWidget* FrontWidget(const std::string& control) {

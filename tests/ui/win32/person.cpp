@@ -147,7 +147,7 @@ void Press(const std::string& keys) {
   static const std::map<std::string, WORD> kNamed = {
       {"Tab", VK_TAB}, {"Return", VK_RETURN}, {"Esc", VK_ESCAPE}, {"Down", VK_DOWN},
       {"Up", VK_UP},   {"Ctrl", VK_CONTROL},  {"Alt", VK_MENU},   {"Shift", VK_SHIFT},
-      {"F4", VK_F4},   {"F5", VK_F5}};
+      {"F4", VK_F4},   {"F5", VK_F5},         {"Space", VK_SPACE}};
   const auto plus = keys.find('+');
   const auto named = kNamed.find(keys.substr(0, plus));
   const WORD code = named != kNamed.end() ? named->second : static_cast<WORD>(keys.at(0));
@@ -205,10 +205,13 @@ bool HoldsItsText(const Part& part) {
   const HDC canvas = ::GetDC(part.window);
   ::SelectObject(canvas, reinterpret_cast<HFONT>(::SendMessageW(part.window, WM_GETFONT, 0, 0)));
   RECT text{}, room{};
-  ::DrawTextW(canvas, windows::Utf16(TextIn(part.window)).c_str(), -1, &text,
-              DT_CALCRECT | DT_SINGLELINE);
-  ::ReleaseDC(part.window, canvas);
   ::GetClientRect(part.window, &room);
+  const bool one_line = part.type != ControlType::kLabel ||
+                        (::GetWindowLongPtrW(part.window, GWL_STYLE) & SS_CENTERIMAGE) != 0;
+  if (!one_line) text.right = room.right;
+  ::DrawTextW(canvas, windows::Utf16(TextIn(part.window)).c_str(), -1, &text,
+              DT_CALCRECT | (one_line ? DT_SINGLELINE : DT_WORDBREAK));
+  ::ReleaseDC(part.window, canvas);
   return text.right + AroundText(part.type) <= room.right && text.bottom <= room.bottom;
 }
 
