@@ -40,14 +40,15 @@ function(vok_room name)
 endfunction()
 
 # A part of the component that it loads when it is first needed: module.cpp on a room and its
-# libraries. FILE is its name, which holds the version: a module of another one is never loaded.
-function(vok_module target file)
+# libraries. FILE is its name, which holds the version: a module of another one is never loaded. It
+# is installed with PART, beside the shared library in a folder of its own.
+function(vok_module target file part)
   add_library(${target} MODULE module.cpp)
   target_link_libraries(${target} PRIVATE vok_options ${ARGN})
   target_link_options(${target} PRIVATE LINKER:--exclude-libs,ALL)
   set_target_properties(${target} PROPERTIES OUTPUT_NAME ${file} PREFIX "" SUFFIX ""
     LIBRARY_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/lib)
-  install(TARGETS ${target} LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})
+  install(TARGETS ${target} LIBRARY DESTINATION ${VOK_MODULE_FOLDER} COMPONENT ${part})
 endfunction()
 
 # The undefined-behaviour sanitizer takes a third of the time of compiling tests; the product's own

@@ -16,7 +16,8 @@ namespace vok {
 
 /// What the component knows of itself, from its own version record.
 struct ComponentInfo {
-  std::string folder;  ///< folder of the component's own file, without a closing separator
+  std::string folder;          ///< folder of the component's own file, without a closing separator
+  std::string language_table;  ///< of the texts of windows; "": Lang.rs in that folder
   std::string product_name = "VokCubeQ17";
   std::string executable_name = "VokCubeQ17";
   int major = 16;

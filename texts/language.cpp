@@ -29,7 +29,8 @@ bool IsFromRight(char32_t code) { return code >= 0x0590 && code <= 0x08FF; }
 }  // namespace
 
 std::string LanguageTableFile(const ComponentInfo& component) {
-  return component.folder + "\\Lang.rs";
+  return component.language_table.empty() ? component.folder + "\\Lang.rs"
+                                          : component.language_table;
 }
 
 int16_t GetUILanguage(const Host& host, Environment& environment) {

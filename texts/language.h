@@ -1,8 +1,9 @@
 // The language of the windows: which one, and its texts.
 //
-// A text is looked up by its number in the table of the file "Lang.rs" beside the component; where
-// the file, row or text is missing, the component's own English text serves. The table is a
-// record set of rows (sId: number of the text, lId: number of the language, third field: the text).
+// A text is looked up by its number in the table of the file "Lang.rs" beside the component, or
+// where that is installed; where the file, row or text is missing, the component's own English text
+// serves. The table is a record set of rows (sId: number of the text, lId: number of the language,
+// third field: the text).
 #pragma once
 
 #include <cstdint>

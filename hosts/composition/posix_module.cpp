@@ -11,7 +11,8 @@ namespace vok {
 void* FunctionOfModule(const std::string& component_folder, const char* file, const char* name,
                        const std::function<void(const std::string& why)>& fail) {
   std::string found = file;
-  for (const std::string folder : {".", kLibrariesOfProgram}) {
+  for (const std::string folder :
+       {kModulesOfProgram, kModulesOfLibrary, kLibrariesOfProgram, "."}) {
     const std::string path = component_folder + "/" + folder + "/" + file;
     if (std::filesystem::exists(path)) found = path;
   }

@@ -7,8 +7,8 @@
 
 namespace vok {
 
-/// The function `name` of the module `file`, which lies beside the component, where a program has
-/// its libraries, or where the system finds it; it stays loaded. `fail` throws, given why.
+/// The function `name` of the module `file`, which lies beside the component, where modules are
+/// installed or built, or where the system finds it; it stays loaded. `fail` throws, given why.
 void* FunctionOfModule(const std::string& component_folder, const char* file, const char* name,
                        const std::function<void(const std::string& why)>& fail);
 

@@ -38,6 +38,18 @@ std::string ComponentFolder() {
   return ignored ? "." : file.parent_path().string();
 }
 
+/// The installed one, unless another lies beside the component.
+std::string InstalledLanguageTable(const std::string& component_folder) {
+  for (const std::string folder : {".", kDataOfProgram, kDataOfLibrary}) {
+    const std::filesystem::path path = component_folder + "/" + folder + "/Lang.rs";
+    std::error_code ignored;
+    if (std::filesystem::exists(path, ignored)) {
+      return folder == "." ? "" : path.lexically_normal().string();
+    }
+  }
+  return {};
+}
+
 /// Beside the component, or where it is installed.
 std::vector<std::string> PlacesOfJetReader(const std::string& component_folder) {
   std::vector<std::string> places;
@@ -97,6 +109,7 @@ SystemPlatform NewSystemPlatform() {
   platform.clock = std::make_unique<SystemClock>();
   platform.advice_on_readers = AdviceOnReaders;
   platform.component_folder = ComponentFolder();
+  platform.language_table = InstalledLanguageTable(platform.component_folder);
   platform.transport = HttpOfModule(platform.component_folder);
   platform.open_jet_file = JetFilesOf(platform);
   return platform;

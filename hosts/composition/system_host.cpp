@@ -81,9 +81,10 @@ class FileOrServer : public CubeProvider {
   xmla::XmlaCubeProvider servers_;
 };
 
-ComponentInfo Component(const std::string& folder) {
+ComponentInfo Component(const SystemPlatform& platform) {
   ComponentInfo info;
-  info.folder = folder;
+  info.folder = platform.component_folder;
+  info.language_table = platform.language_table;
   info.major = kVersionMajor;
   info.minor = kVersionMinor;
   info.revision = kVersionRevision;
@@ -118,7 +119,7 @@ struct SystemHost::Providers {
         kept_cubes(*cube),
         prints(options.is_command || options.message_boxes == nullptr),
         spreadsheet(*platform.files),
-        host{Component(platform.component_folder),
+        host{Component(platform),
              *platform.files,
              overriding,
              *platform.locale,

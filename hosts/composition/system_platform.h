@@ -28,6 +28,7 @@ struct SystemPlatform {
   /// Genuine Jet databases where the system has no data objects for them; else empty.
   OpenJetFile open_jet_file;
   std::string component_folder;  ///< of the file that this code was loaded from
+  std::string language_table;    ///< where it is installed; "": nowhere but beside the component
   /// The user's own, where the registry names none; "" where that is the component's.
   std::string own_settings_folder;
 };

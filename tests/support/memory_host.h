@@ -197,7 +197,8 @@ struct MemoryHost {
   }
   Host On(Database& database, CubeProvider& cube, Spreadsheet& spreadsheet, Locale& customs,
           Clock& time) {
-    const ComponentInfo component{.folder = "component", .executable_name = kExecutable};
+    const ComponentInfo component{
+        .folder = "component", .language_table = {}, .executable_name = kExecutable};
     return {component, files, registry, customs, time, boxes, database, cube, spreadsheet};
   }
   Host host = On(no_database);

@@ -11,7 +11,9 @@ build=$1 source=$2 work=$3 version=$4 compiler=("${@:5}")
 rm -rf "$work"
 mkdir -p "$work"
 cd "$work"
-cmake --install "$build" --prefix "$work/prefix" --component library > /dev/null
+for part in library development; do
+  cmake --install "$build" --prefix "$work/prefix" --component $part > /dev/null
+done
 lib=$(dirname "$(find prefix -name libvokcubeq17.so)")
 "${compiler[@]}" -std=c++20 "$source/tests/hosts/cpp/every_member.cpp" \
   -Iprefix/include/vokcubeq17 -L"$lib" -lvokcubeq17 -Wl,-rpath,"$work/$lib" -o every_member

@@ -113,7 +113,7 @@ struct RealDesk {
   DeskDatabase database{files, locale};
   olap::OlapCubeProvider cube{files, locale};
   xlsx::XlsxSpreadsheet spreadsheet{files};
-  Host host{{.folder = folder.path(), .executable_name = kExecutable},
+  Host host{{.folder = folder.path(), .language_table = {}, .executable_name = kExecutable},
             files,
             memory.registry,
             locale,
