@@ -138,6 +138,7 @@ constexpr Row kTexts[] = {
     {n::kTipCubeFile, "A cube file, or the address of a cube server: http://..."},
     {n::kTipBrowse, "Choose a file"},
     {n::kTipDelete, "Delete the saved set of this name"},
+    {n::kTipDate, "A date; F4 or a double click opens a calendar"},
     {n::kMoneySet, "Money set"},
     {n::kMeasure, "Measure"},
     {n::kQtyMeasure, "Quantity measure"},

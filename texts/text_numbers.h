@@ -135,6 +135,7 @@ inline constexpr int kTipActFile = 1294;
 inline constexpr int kTipCubeFile = 1295;
 inline constexpr int kTipBrowse = 1296;
 inline constexpr int kTipDelete = 1297;
+inline constexpr int kTipDate = 1298;
 
 // The money-set options window.
 inline constexpr int kMoneySet = 1300;

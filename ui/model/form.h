@@ -31,6 +31,7 @@
 #include <utility>
 #include <vector>
 
+#include "platform/date.h"
 #include "platform/value.h"
 
 namespace vok {
@@ -97,6 +98,12 @@ struct Bar {
   friend bool operator==(const Bar&, const Bar&) = default;
 };
 
+/// How the dates in texts are read and written.
+struct DateTexts {
+  std::function<std::optional<Date>(const std::string&)> read;
+  std::function<std::string(Date)> write;
+};
+
 /// The index of a control that is in no control array.
 inline constexpr int kNoIndex = -1;
 
@@ -133,6 +140,7 @@ struct Control {
   bool Default = false;        ///< the button that Enter clicks
   bool Cancel = false;         ///< the button that Escape clicks
   bool Path = false;           ///< a text box's: shortened in its middle where it is too long
+  bool IsDate = false;         ///< a text box's: a calendar can be opened in it
   bool Locked = false;         ///< a text that can be chosen or read, not typed
   bool Error = false;          ///< drawn as wrong, in the error back colour
   bool Dimmed = false;         ///< a text that stands for nothing, drawn pale
@@ -197,6 +205,7 @@ class Form {
   std::string Tag;
   std::string Caption;
   vok::Font Font;
+  DateTexts Dates;  ///< of the fields for dates
   bool RightToLeft = false;
   bool Remembered = false;  ///< its size, place and splitter are kept for the person
   bool Visible = false;     ///< a modal view ends when a rule makes it false

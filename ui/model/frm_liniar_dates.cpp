@@ -51,12 +51,14 @@ void frmLiniarDates::AddControls() {
   interval.Height = 4;
   interval.Grows = true;
   const auto row = [&fields](int grid_row, const char* label, int text, const ControlId& field,
-                             int width) {
+                             int width) -> Control& {
     fields.Label({grid_row, 1}, label, text);
-    fields.Field({grid_row, 2}, kTextBox, field, label, width);
+    return fields.Field({grid_row, 2}, kTextBox, field, label, width);
   };
-  row(1, "lblAnchor", text_number::kAnchorDate, {"txtDate", 0}, kDateWidth);
-  row(2, "lblEnd", text_number::kEndDate, {"txtDate", 1}, kDateWidth);
+  const Locale& locale = services_.host.locale;
+  HoldDate(form_, row(1, "lblAnchor", text_number::kAnchorDate, {"txtDate", 0}, kDateWidth),
+           locale);
+  HoldDate(form_, row(2, "lblEnd", text_number::kEndDate, {"txtDate", 1}, kDateWidth), locale);
   row(3, "lblP1", text_number::kFirstPeriod, "txtP1", kDateWidth);
   row(4, "lblP2", text_number::kLastPeriod, "txtP2", kDateWidth);
   window.OkAndCancel();

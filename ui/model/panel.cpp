@@ -58,6 +58,13 @@ void Panel::OkAndCancel() {
   buttons.Button({0, 1}, "cmdCancel", text_number::kCancel).Cancel = true;
 }
 
+void HoldDate(Form& form, Control& field, const Locale& locale) {
+  field.IsDate = true;
+  field.ToolTipText = NumberText(text_number::kTipDate);
+  form.Dates = {[&locale](const std::string& text) { return locale.ParseDate(text); },
+                [&locale](Date date) { return locale.ShortDate(date); }};
+}
+
 Control& AddMenu(Form& form, const std::string& name, int text, const std::string& container) {
   return form.Add({.Name = name,
                    .Type = ControlType::kMenu,

@@ -4,6 +4,7 @@
 
 #include <string>
 
+#include "platform/locale.h"
 #include "ui/model/form.h"
 
 namespace vok {
@@ -34,6 +35,9 @@ class Panel {
   Form& form_;
   std::string container_;
 };
+
+/// Makes the text box a field for dates as the country writes them.
+void HoldDate(Form& form, Control& field, const Locale& locale);
 
 /// Adds a menu, or an entry of the menu `container`.
 Control& AddMenu(Form& form, const std::string& name, int text, const std::string& container = {});

@@ -50,6 +50,8 @@ void PeriodDates::AddPeriodTo(Panel panel, int grid_row, int row) {
       &panel.Button({grid_row, 5}, {"Comupd", row}, text_number::kUpdate, text_number::kTipUpdate)};
   for (Control* control : controls) control->Row = std::to_string(row + 1);
   controls[0]->Grows = true;
+  HoldDate(form_, *controls[1], locale_);
+  HoldDate(form_, *controls[2], locale_);
   controls[3]->Label = "lblItraPticha";
   controls[4]->Enabled = false;
   controls[4]->Symbol = "↵";

@@ -18,6 +18,7 @@ class Listener {
   virtual void Typed(const ControlId& id, const QString& text) = 0;
   virtual void Chose(const ControlId& id, int position) = 0;
   virtual void Clicked(const ControlId& id) = 0;
+  virtual const DateTexts& Dates() const = 0;
 };
 
 class ControlView {

@@ -7,6 +7,7 @@
 #include <QtWidgets/QStyleOptionFrame>
 
 #include "ui/qt/control_view.h"
+#include "ui/qt/date_edit.h"
 #include "ui/qt/sized.h"
 
 namespace vok::qt {
@@ -77,6 +78,13 @@ class TextBox : public ControlView {
  private:
   QLineEdit& edit_;
 };
+
+QLineEdit* NewEdit(const Control& control, QWidget& parent, Listener& to) {
+  if (control.Path) return new PathEdit(&parent);
+  if (!control.IsDate) return new Sized<QLineEdit>(&parent);
+  const auto picked = [&to, id = control.Id()](const QString& text) { to.Typed(id, text); };
+  return new DateEdit(parent, to.Dates(), picked);
+}
 
 class ComboBox : public ControlView {
  public:
@@ -149,8 +157,7 @@ class ListBox : public ControlView {
 }  // namespace
 
 std::unique_ptr<ControlView> NewTextBox(const Control& control, QWidget& parent, Listener& to) {
-  QLineEdit* edit = control.Path ? new PathEdit(&parent) : new Sized<QLineEdit>(&parent);
-  return std::make_unique<TextBox>(control, *edit, to);
+  return std::make_unique<TextBox>(control, *NewEdit(control, parent, to), to);
 }
 
 std::unique_ptr<ControlView> NewComboBox(const Control& control, QWidget& parent, Listener& to) {

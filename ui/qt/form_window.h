@@ -64,6 +64,7 @@ class FormWindow : public QDialog, private Listener {
   void Typed(const ControlId& id, const QString& text) override;
   void Chose(const ControlId& id, int position) override;
   void Clicked(const ControlId& id) override;
+  const DateTexts& Dates() const override { return form_.Dates; }
   void Report(const std::function<void()>& event);
   /// Tells of the fields that were left. True when a rule sends the person back to one.
   bool ReportLeft();

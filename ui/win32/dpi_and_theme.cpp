@@ -34,8 +34,9 @@ OwnLook::OwnLook() {
   styles_ = ::CreateActCtxW(&manifest);
   active_ = styles_ != INVALID_HANDLE_VALUE && ::ActivateActCtx(styles_, &cookie_) != FALSE;
   awareness_ = Enter(DPI_AWARENESS_CONTEXT_PER_MONITOR_AWARE_V2);
-  const INITCOMMONCONTROLSEX kinds{
-      sizeof kinds, ICC_LISTVIEW_CLASSES | ICC_PROGRESS_CLASS | ICC_TAB_CLASSES | ICC_BAR_CLASSES};
+  const INITCOMMONCONTROLSEX kinds{sizeof kinds, ICC_LISTVIEW_CLASSES | ICC_PROGRESS_CLASS |
+                                                     ICC_TAB_CLASSES | ICC_BAR_CLASSES |
+                                                     ICC_DATE_CLASSES};
   ::InitCommonControlsEx(&kinds);
 }
 

@@ -1,4 +1,5 @@
 #include "system/windows/utf16.h"
+#include "ui/win32/calendar.h"
 #include "ui/win32/widgets.h"
 
 namespace vok::windows {
@@ -14,12 +15,35 @@ class TextBoxWidget : public Widget {
             metrics.Down(13) + metrics.Lines(control_.Height - 1)};
   }
   bool OnCommand(Form& form, int code) override {
+    if (code == kCalendar) return TakeDate(form);
     if (code != EN_CHANGE) return false;
     form.Type(control_.Id(), Utf8(TextOf(window())));
     return true;
   }
 
  private:
+  static constexpr WORD kCalendar = 0x7F00;  // none of the system's codes
+
+  bool TakeDate(Form& form) {
+    const auto picked = PickDate(window(), form.Dates.read(control_.Text));
+    if (picked) form.Type(control_.Id(), form.Dates.write(*picked));
+    return picked.has_value();
+  }
+
+  /// F4, Alt+Down and a double click open the calendar of a field for dates.
+  static LRESULT CALLBACK Keys(HWND window, UINT message, WPARAM wparam, LPARAM lparam, UINT_PTR id,
+                               DWORD_PTR self) {
+    const bool opens = (message == WM_KEYDOWN && wparam == VK_F4) ||
+                       (message == WM_SYSKEYDOWN && wparam == VK_DOWN) ||
+                       message == WM_LBUTTONDBLCLK;
+    if (opens) {
+      reinterpret_cast<TextBoxWidget*>(self)->PostCommand(kCalendar);
+      return 0;
+    }
+    if (message == WM_NCDESTROY) ::RemoveWindowSubclass(window, Keys, id);
+    return ::DefSubclassProc(window, message, wparam, lparam);
+  }
+
   Kind WindowKind() const override {
     const DWORD lines = control_.Height > 1 ? ES_MULTILINE | ES_AUTOVSCROLL | WS_VSCROLL : 0;
     const DWORD side = BeginsFromRight() ? ES_RIGHT : ES_LEFT;
@@ -31,6 +55,9 @@ class TextBoxWidget : public Widget {
   /// Dates, paths and names of cubes are read from the left in every language; where windows begin
   /// from the right they are set flush there all the same.
   void Created() override {
+    if (control_.IsDate) {
+      ::SetWindowSubclass(window(), Keys, 0, reinterpret_cast<DWORD_PTR>(this));
+    }
     if (!BeginsFromRight()) return;
     constexpr LONG_PTR kFromRight = WS_EX_LAYOUTRTL | WS_EX_RTLREADING | WS_EX_LEFTSCROLLBAR;
     const LONG_PTR style = ::GetWindowLongPtrW(window(), GWL_EXSTYLE);

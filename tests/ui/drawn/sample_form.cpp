@@ -40,6 +40,13 @@ void SampleForm::AddFields() {
   Control& date = Put("date", kTextBox, "", f, {1, 1});
   date.Label = "lblDate";
   date.ToolTipText = "Day, month, year";
+  date.IsDate = true;
+  Dates = {[](const std::string& text) {
+             return text == "5/6/2009" ? std::optional(Date::FromCivil(2009, 6, 5)) : std::nullopt;
+           },
+           [](Date picked) {
+             return std::to_string(picked.Day()) + ". " + std::to_string(picked.Year());
+           }};
   Put("lblSet", kLabel, "Se&t", f, {0, 2});
   Control& set = Put("set", kComboBox, "", f, {0, 3});
   set.Label = "lblSet";

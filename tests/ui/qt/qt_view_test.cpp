@@ -48,6 +48,15 @@ TEST(QtView, WhatARuleChangesIsDrawnAndRead) {
   EXPECT_EQ(form.Told(), "left name; clicked run; left rows; clicked save; clicked cancel");
 }
 
+TEST(QtView, ADateIsPickedFromACalendar) {
+  qt::QtDesktop desktop;
+  SampleForm form;
+  const Person person(
+      "press Alt+D; type 5/6/2009; press F4; press Right; press Return; see date 6. 2009; close");
+  desktop.ShowModal(form);
+  EXPECT_EQ(form.Told(), "left name; date=6. 2009; clicked cancel");
+}
+
 TEST(QtView, FilesArePickedFromTheCurrentFolder) {
   qt::QtDesktop desktop;
   const TemporaryFolder folder;

@@ -47,7 +47,10 @@ TEST(WindowsView, AListThatIsOpenTellsOnlyWhatWasChosenFromIt) {
   } rows[] = {{"press Alt+T; press F4; press Down; press Down; press Return; see set B; press Esc",
                "left name; set=B; clicked set; clicked cancel"},
               {"press Alt+T; press F4; press Down; press Esc; type q; press Esc",
-               "left name; set=q; clicked cancel"}};
+               "left name; set=q; clicked cancel"},
+              {"press Alt+D; type 5/6/2009; press F4; front Calendar; press Return; "
+               "see date 5. 2009; press F4; front Calendar; press Esc; front Sample; press Esc",
+               "left name; date=5. 2009; clicked cancel"}};
   for (const auto& row : rows) {
     test::DrawnDesktop desktop;
     test::SampleForm form;
