@@ -1,6 +1,7 @@
 #include "ui/win32/calendar.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "ui/win32/dpi_and_theme.h"
 #include "ui/win32/window_place.h"
@@ -17,6 +18,7 @@ struct Picking {
   HWND field;
   std::optional<Date> date;
   HWND calendar = nullptr;
+  bool ended = false;
 };
 
 void Show(HWND dialog, Picking& picking) {
@@ -42,7 +44,9 @@ void Show(HWND dialog, Picking& picking) {
   ::SetFocus(picking.calendar);
 }
 
+/// Only once: the window that ends is told that it is not the active one any more.
 void End(HWND dialog, Picking& picking, bool picked) {
+  if (std::exchange(picking.ended, true)) return;
   SYSTEMTIME day{};
   picking.date.reset();
   if (picked &&
@@ -89,7 +93,8 @@ std::optional<Date> PickDate(HWND field, std::optional<Date> shown) {
   Picking picking{field, shown};
   ::DialogBoxIndirectParamW(ThisInstance(), &empty.dialog, ::GetAncestor(field, GA_ROOT), Procedure,
                             reinterpret_cast<LPARAM>(&picking));
-  return picking.date;
+  ::SetFocus(field);
+  return picking.ended ? picking.date : std::nullopt;
 }
 
 }  // namespace vok::windows
