@@ -63,6 +63,7 @@ void AddCubeCommand(CLI::App& app, const CommonOptions& common) {
   auto* command = app.add_subcommand("cube", "Build a cube file, or look into one");
   command->require_subcommand(1);
   command->fallthrough();
+  AddCubeNew(*command, common);
   AddCubeBuild(*command, common);
   AddCubeCheck(*command, common);
   AddCubeInfo(*command, common);

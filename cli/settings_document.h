@@ -20,7 +20,7 @@ struct SettingsDocument {
 /// failures too: they are typing mistakes that would lose something. Names of sets may be any text.
 SettingsDocument ParseSettingsDocument(std::string_view json, const std::string& origin);
 
-/// The document with every field written, indented by two blanks. A zero date is "".
+/// The document, indented by two blanks, without what is the same as its absence.
 std::string PrintSettingsDocument(const SettingsDocument& document);
 
 }  // namespace vok::cli

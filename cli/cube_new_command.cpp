@@ -1,0 +1,302 @@
+// vokcube cube new: from a journal to a cube and saved settings.
+#include <iostream>
+#include <map>
+#include <memory>
+#include <sstream>
+
+#include "cli/command.h"
+#include "cli/journal_guess.h"
+#include "cli/print.h"
+#include "cli/settings_document.h"
+#include "env/directories.h"
+#include "platform/failure.h"
+#include "platform/shown_text.h"
+#include "platform/whole_path.h"
+#include "providers/cube/olap/build/build_cube.h"
+#include "providers/cube/olap/build/csv_scanner.h"
+#include "providers/cube/olap/build/decoded_bytes.h"
+#include "settings/exact_sets.h"
+#include "settings/set_reader.h"
+
+namespace vok::cli {
+namespace {
+
+constexpr const char* kCube = "BooksQEL";
+
+struct NewOptions {
+  std::string folder;
+  std::string journal;
+  JournalColumns columns;
+};
+
+/// What the journal holds in the columns that were chosen.
+struct JournalContent {
+  int first_year = 9999;
+  int last_year = 0;
+  std::map<std::string, std::string> accounts;  ///< with what all entries of one say; or ""
+  std::map<std::string, std::size_t> ledgers;   ///< with their entries
+};
+
+class NewCube {
+ public:
+  NewCube(Session& session, const NewOptions& options)
+      : session_(session), host_(session.host()), folder_(WholePath(options.folder)) {
+    if (folder_.size() > 1 && folder_.ends_with('/')) folder_.pop_back();
+    name_ = folder_.substr(folder_.find_last_of("/\\") + 1);
+  }
+
+  void Make(const NewOptions& options) {
+    ReadJournal(options);
+    NameSets();
+    RefuseSavedSets();
+    WriteTables();
+    Write("schema.xml", SchemaText());
+    Write("settings.json", PrintSettingsDocument(document_));
+    const auto report = olap::BuildCubeFile(host_.files, host_.locale,
+                                            {InFolder("schema.xml"), folder_, CubePath()}, {});
+    ImportSets(host_, session_.publics().environment, document_.data_sources, document_.periods);
+    Tell(report.cubes.at(0).facts);
+  }
+
+ private:
+  std::string InFolder(const std::string& file) const { return folder_ + "/" + file; }
+  std::string CubePath() const { return InFolder(name_ + ".cub"); }
+  const std::string& Column(Role role) const {
+    return guess_.columns[static_cast<std::size_t>(role)];
+  }
+  void Write(const std::string& file, const std::string& text) {
+    WriteWholeFile(host_.files, InFolder(file), text);
+  }
+
+  void ReadJournal(const NewOptions& options) {
+    if (host_.files.IsDirectory(folder_) || host_.files.Exists(folder_)) {
+      throw Failure(failure_number::kFileExists,
+                    host_.files.NativePath(folder_) + " is there already; name a new folder");
+    }
+    const std::shared_ptr<const FileReader> file = host_.files.Open(options.journal);
+    olap::RowBlocks blocks(
+        olap::Decoded(olap::BytesOfFile(file, options.journal), options.journal));
+    const auto block = blocks.Next().value_or(olap::RowBlock());
+    const char separator = GuessSeparator(block.text);
+    olap::CsvScanner scanner(block, options.journal, separator);
+    std::vector<olap::Field> row;
+    if (!scanner.NextRow(row)) {
+      throw Failure(failure_number::kNotFound,
+                    options.journal + " is empty; it needs a header row");
+    }
+    std::vector<std::string> header;
+    for (const olap::Field& field : row) header.emplace_back(field.text);
+    olap::CsvOptions csv{{separator, '.', ""}, "journal", options.journal, file};
+    const auto source = olap::OpenCsvFolder(host_.files, folder_, csv);
+    guess_ = GuessJournal(host_.locale, *source->Open("journal", header), header, options.columns);
+    guess_.form.separator = separator;
+    csv.form = guess_.form;
+    ReadContent(*olap::OpenCsvFolder(host_.files, folder_, csv));
+    MakeDirectories(host_, folder_);
+    const std::string bytes = ReadWholeFile(host_.files, options.journal);
+    Write(bytes.starts_with("\x1F\x8B") ? "journal.csv.gz" : "journal.csv", bytes);
+  }
+
+  void ReadContent(const olap::TableSource& source) {
+    const auto given = [this](Role role) {
+      return Column(role).empty() ? Column(Role::kDate) : Column(role);
+    };
+    const auto rows = source.Open("journal", {Column(Role::kDate), Column(Role::kAccount),
+                                              given(Role::kText), given(Role::kLedger)});
+    while (rows->Next()) {
+      const auto fields = rows->Fields();
+      const auto date = ParseIsoDate(fields[0].text);
+      if (!date || fields[1].text.empty()) {
+        throw Failure(failure_number::kTypeMismatch,
+                      rows->Place() + ": an entry needs a date and an account");
+      }
+      content_.first_year = std::min(content_.first_year, date->Year());
+      content_.last_year = std::max(content_.last_year, date->Year());
+      const std::string text(Column(Role::kText).empty() ? "" : fields[2].text);
+      const auto [account, is_new] = content_.accounts.emplace(fields[1].text, text);
+      if (!is_new && account->second != text) account->second.clear();
+      ++content_.ledgers[Column(Role::kLedger).empty() ? "Books" : std::string(fields[3].text)];
+    }
+  }
+
+  /// A data source for each ledger, as far as ten; a period set for each year, the last five.
+  void NameSets() {
+    constexpr std::size_t kMostLedgers = 10;
+    constexpr int kMostYears = 5;
+    for (const auto& [ledger, entries] : content_.ledgers) {
+      if (document_.data_sources.size() == kMostLedgers) break;
+      DataSourceSetting& source = document_.data_sources.emplace_back();
+      source.SetName = content_.ledgers.size() == 1 ? name_ : name_ + " " + ledger;
+      source.CubeFile = CubePath();
+      source.CubeName = kCube;
+      source.OBS = ledger;
+      for (MoneySetEntry& entry : source.MoneySets) {
+        entry = {Null{}, "Amount", Column(Role::kQuantity).empty() ? "" : "Quantity", false};
+      }
+    }
+    for (int year = std::max(content_.first_year, content_.last_year - kMostYears + 1);
+         year <= content_.last_year; ++year) {
+      PeriodSet& set = document_.periods.emplace_back();
+      set.SetName = name_ + " " + std::to_string(year);
+      for (int month = 1; month <= kPeriodCount; ++month) {
+        const Date from = Date::FromCivil(year, month, 1);
+        const Date next = Date::FromCivil(month == 12 ? year + 1 : year, month % 12 + 1, 1);
+        set.Period(month) = {IsoDate(from).substr(0, 7), from, Date{next.serial - 1}, false};
+      }
+    }
+  }
+
+  /// Nobody expects that a new cube changes settings that were there.
+  void RefuseSavedSets() {
+    PrepareDatabase(session_);
+    const Environment& environment = session_.publics().environment;
+    const auto refuse = [](const std::string& name) {
+      throw Failure(failure_number::kFileExists,
+                    "There is a saved set named " + Quoted(name) + " already; name another folder");
+    };
+    for (const auto& set : document_.data_sources) {
+      if (ReadEditedDataSource(host_, environment, set.SetName)) refuse(set.SetName);
+    }
+    for (const auto& set : document_.periods) {
+      if (ReadEditedPeriods(host_, environment, set.SetName)) refuse(set.SetName);
+    }
+  }
+
+  std::string Field(const std::string& text) const {
+    if (text.find_first_of("\"\r\n") == std::string::npos &&
+        text.find(guess_.form.separator) == std::string::npos) {
+      return text;
+    }
+    std::string quoted = "\"";
+    for (const char c : text) quoted += c == '"' ? "\"\"" : std::string(1, c);
+    return quoted + '"';
+  }
+
+  void WriteTables() {
+    const char separator = guess_.form.separator;
+    std::ostringstream dates;
+    for (const char* name : {"date", "year", "quarter", "month", "day"}) dates << name << separator;
+    dates << "ledger\n";
+    const Date last = Date::FromCivil(content_.last_year, 12, 31);
+    for (Date day = Date::FromCivil(content_.first_year, 1, 1); day <= last; ++day.serial) {
+      dates << IsoDate(day) << separator << day.Year() << separator << (day.Month() + 2) / 3
+            << separator << day.Month() << separator << day.Day() << separator << "Books\n";
+    }
+    Write("dates.csv", dates.str());
+    std::ostringstream accounts;
+    accounts << "account" << separator << "caption\n";
+    for (const auto& [account, text] : content_.accounts) {
+      accounts << Field(account) << separator
+               << Field(text.empty() ? account : account + '\t' + text) << '\n';
+    }
+    Write("accounts.csv", accounts.str());
+  }
+
+  static std::string Attribute(const std::string& text) {
+    std::string escaped;
+    for (const char c : text) {
+      escaped += c == '&' ? "&amp;" : c == '<' ? "&lt;" : c == '"' ? "&quot;" : std::string(1, c);
+    }
+    return escaped;
+  }
+
+  std::string Annotation(const std::string& name, const std::string& text) const {
+    return "    <Annotation name=\"" + name + "\">" + text + "</Annotation>\n";
+  }
+
+  std::string SchemaText() const {
+    const std::string date = Attribute(Column(Role::kDate));
+    const std::string ledger = Attribute(Column(Role::kLedger));
+    const char separator = guess_.form.separator;
+    std::string text =
+        "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<Schema name=\"Books\">\n"
+        "  <Annotations>\n";
+    text += Annotation("csv.separator", separator == '\t' ? "tab" : std::string(1, separator));
+    text += Annotation("csv.decimal", std::string(1, guess_.form.decimal));
+    if (!guess_.form.dates.empty()) text += Annotation("csv.dates", guess_.form.dates);
+    text += std::string("  </Annotations>\n  <Cube name=\"") + kCube +
+            "\">\n    <Table name=\"journal\"/>\n"
+            "    <Dimension name=\"Date\" type=\"TimeDimension\" foreignKey=\"" +
+            date +
+            "\">\n"
+            R"(      <Hierarchy hasAll="true" allMemberName="All" primaryKey="date">
+        <Table name="dates"/>
+        <Level name="Year" column="year" type="Integer" levelType="TimeYears" uniqueMembers="true"/>
+        <Level name="Quarter" column="quarter" type="Integer" levelType="TimeQuarters"/>
+        <Level name="Month" column="month" type="Integer" levelType="TimeMonths"/>
+        <Level name="Day" column="day" type="Integer" levelType="TimeDays"/>
+      </Hierarchy>
+    </Dimension>
+    <Dimension name="QeL" foreignKey=")" +
+            Attribute(Column(Role::kAccount)) + R"(">
+      <Hierarchy name="QeL" hasAll="false" primaryKey="account">
+        <Table name="accounts"/>
+        <Level name="Account" column="account" captionColumn="caption" uniqueMembers="true"/>
+      </Hierarchy>
+    </Dimension>
+)";
+    // Without a column of ledgers each day leads to the one ledger there is.
+    text +=
+        "    <Dimension name=\"ActX\" foreignKey=\"" + (ledger.empty() ? date : ledger) + "\">\n";
+    text += "      <Hierarchy name=\"xlFile\" hasAll=\"true\" allMemberName=\"All\"";
+    text += ledger.empty() ? " primaryKey=\"date\">\n        <Table name=\"dates\"/>\n" : ">\n";
+    text += "        <Level name=\"Ledger\" column=\"" + (ledger.empty() ? "ledger" : ledger) +
+            "\" uniqueMembers=\"true\"/>\n      </Hierarchy>\n    </Dimension>\n";
+    text += Measure("Amount", Role::kAmount, "#,##0.00");
+    if (!Column(Role::kQuantity).empty()) text += Measure("Quantity", Role::kQuantity, "#,##0");
+    return text + "  </Cube>\n</Schema>\n";
+  }
+
+  std::string Measure(const std::string& name, Role role, const std::string& format) const {
+    return "    <Measure name=\"" + name + "\" column=\"" + Attribute(Column(role)) +
+           "\" aggregator=\"sum\" formatString=\"" + format + "\"/>\n";
+  }
+
+  void Tell(uint64_t facts) const {
+    const char separator = guess_.form.separator;
+    std::cout << "Guessed of " << facts << " entries: fields parted by "
+              << (separator == '\t' ? "tab" : std::string(1, separator)) << ", a decimal "
+              << (guess_.form.decimal == ',' ? "comma" : "point") << ", dates as "
+              << (guess_.form.dates.empty() ? "yyyy-mm-dd" : guess_.form.dates) << '\n';
+    for (std::size_t i = 0; i < kRoleNames.size(); ++i) {
+      const std::string& column = guess_.columns[i];
+      std::cout << "  " << kRoleNames[i] << ": "
+                << (column.empty() ? "none" : "column " + OneLine(Quoted(column))) << '\n';
+    }
+    std::cout << "Wrote journal, dates, accounts, schema, settings and the cube into "
+              << OneLine(folder_) << "\nSaved the data source "
+              << OneLine(Quoted(document_.data_sources.at(0).SetName)) << " and the period set "
+              << OneLine(Quoted(document_.periods.back().SetName)) << "\nNext:\n"
+              << "  vokcube run --data-source "
+              << OneLine(Quoted(document_.data_sources.at(0).SetName)) << " --periods "
+              << OneLine(Quoted(document_.periods.back().SetName)) << " --output report\n";
+  }
+
+  Session& session_;
+  const Host& host_;
+  std::string folder_;
+  std::string name_;
+  JournalGuess guess_;
+  JournalContent content_;
+  SettingsDocument document_;
+};
+
+}  // namespace
+
+void AddCubeNew(CLI::App& cube, const CommonOptions& common) {
+  const auto options = std::make_shared<NewOptions>();
+  auto* command = cube.add_subcommand("new", "Make a cube and settings of a journal (CSV)");
+  command->add_option("DIR", options->folder, "The new folder, whose name the settings take")
+      ->required();
+  command->add_option("JOURNAL", options->journal, "The CSV file, with a header row")->required();
+  for (std::size_t i = 0; i < kRoleNames.size(); ++i) {
+    command->add_option(std::string("--") + kRoleNames[i], options->columns[i],
+                        "Its column, instead of the one that is guessed");
+  }
+  command->callback([&common, options] {
+    const auto session = common.NewSession();
+    NewCube(*session, *options).Make(*options);
+  });
+}
+
+}  // namespace vok::cli

@@ -1,0 +1,173 @@
+#include "cli/journal_guess.h"
+
+#include <algorithm>
+#include <initializer_list>
+#include <string_view>
+
+#include "cli/print.h"
+#include "platform/failure.h"
+#include "providers/cube/olap/build/decimal.h"
+
+namespace vok::cli {
+namespace {
+
+/// Days before months: so most countries write.
+constexpr std::array kDateForms = {"yyyy-mm-dd", "d.m.yyyy", "d/m/yyyy", "m/d/yyyy", "d-m-yyyy",
+                                   "yyyy/m/d",   "yyyymmdd", "d.m.yy",   "d/m/yy",   "m/d/yy"};
+
+/// Beginnings of words that headers have for each role, in several languages.
+const std::array<std::vector<std::string>, kRoleNames.size()> kWords = {
+    {{"date", "datum", "fecha", "дата", "תאריך"},
+     {"account", "acct", "konto", "cuenta", "compte", "счет", "счёт", "חשבון"},
+     {"amount", "sum", "betrag", "umsatz", "importe", "montant", "сумма", "סכום"},
+     {"quantity", "qty", "units", "pieces", "menge", "количество", "כמות"},
+     {"ledger", "book", "company", "mandant", "firma", "организация", "книга", "חברה"},
+     {"text", "description", "memo", "details", "buchungstext", "beschreibung", "описание",
+      "назначение", "פרטים", "תיאור"}}};
+
+struct ColumnFacts {
+  std::string name;
+  std::size_t filled = 0;
+  std::array<std::size_t, kDateForms.size()> dates{};
+  std::size_t with_point = 0;
+  std::size_t with_comma = 0;
+  std::size_t with_decimals = 0;
+  std::set<std::string, std::less<>> different;  ///< not all, when there are many
+};
+
+bool IsNumber(std::string_view text) {
+  return olap::ParseDecimal(text).fit != olap::NumberFit::kNone;
+}
+
+void Learn(std::string_view text, ColumnFacts& column) {
+  constexpr std::size_t kMostDifferent = 10'000;
+  ++column.filled;
+  for (std::size_t i = 0; i < kDateForms.size(); ++i) {
+    if (olap::IsoDateIn(kDateForms[i], text)) ++column.dates[i];
+  }
+  if (IsNumber(text)) ++column.with_point;
+  if (IsNumber(olap::WithPoint(text))) ++column.with_comma;
+  if (text.find_first_of(".,") != std::string_view::npos) ++column.with_decimals;
+  if (column.different.size() < kMostDifferent && !column.different.contains(text)) {
+    column.different.emplace(text);
+  }
+}
+
+bool HoldsDates(const ColumnFacts& column) {
+  return column.filled > 0 && std::ranges::find(column.dates, column.filled) != column.dates.end();
+}
+
+bool HoldsAmounts(const ColumnFacts& column) {
+  return column.filled > 0 &&
+         (column.with_point == column.filled || column.with_comma == column.filled);
+}
+
+bool Repeats(const ColumnFacts& column) {
+  return column.filled > 0 && 2 * column.different.size() <= column.filled;
+}
+
+class Guess {
+ public:
+  Guess(const Locale& locale, const std::vector<ColumnFacts>& columns, const JournalColumns& given)
+      : locale_(locale), columns_(columns), chosen_(given) {}
+
+  JournalColumns Choose() {
+    const auto any = [](const ColumnFacts&) { return true; };
+    ByName(Role::kDate, HoldsDates);
+    ByName(Role::kAmount, HoldsAmounts);
+    ByName(Role::kQuantity, HoldsAmounts);
+    ByName(Role::kAccount, any);
+    ByName(Role::kLedger, Repeats);
+    ByName(Role::kText, any);
+    Best(Role::kDate, HoldsDates, [](const ColumnFacts&) { return std::size_t{1}; });
+    Best(Role::kAmount, HoldsAmounts, [](const ColumnFacts& c) { return 1 + c.with_decimals; });
+    Best(Role::kAccount, Repeats, [](const ColumnFacts& c) { return c.with_point + 1; });
+    return chosen_;
+  }
+
+ private:
+  bool IsFree(const ColumnFacts& column) const {
+    return std::ranges::find(chosen_, column.name) == chosen_.end();
+  }
+  std::string& Of(Role role) { return chosen_[static_cast<std::size_t>(role)]; }
+
+  template <typename Fits>
+  void ByName(Role role, Fits fits) {
+    for (const std::string& word : kWords[static_cast<std::size_t>(role)]) {
+      for (const ColumnFacts& column : columns_) {
+        const bool named = locale_.FoldCase(column.name).find(word) != std::string::npos;
+        if (Of(role).empty() && named && IsFree(column) && fits(column)) Of(role) = column.name;
+      }
+    }
+  }
+
+  /// The first of the columns with the highest worth, when none has the name.
+  template <typename Fits, typename Worth>
+  void Best(Role role, Fits fits, Worth worth) {
+    if (!Of(role).empty()) return;
+    std::size_t highest = 0;
+    for (const ColumnFacts& column : columns_) {
+      if (!IsFree(column) || !fits(column) || worth(column) <= highest) continue;
+      highest = worth(column);
+      Of(role) = column.name;
+    }
+  }
+
+  const Locale& locale_;
+  const std::vector<ColumnFacts>& columns_;
+  JournalColumns chosen_;
+};
+
+const ColumnFacts& Named(const std::vector<ColumnFacts>& columns, const std::string& name) {
+  const auto found = std::ranges::find(columns, name, &ColumnFacts::name);
+  if (found != columns.end()) return *found;
+  throw Failure(failure_number::kNotFound, "The journal has no column " + Quoted(name));
+}
+
+void RequireRoles(const JournalColumns& chosen, const std::vector<std::string>& header) {
+  for (const Role role : {Role::kDate, Role::kAccount, Role::kAmount}) {
+    const auto index = static_cast<std::size_t>(role);
+    if (!chosen[index].empty()) continue;
+    throw Failure(failure_number::kNotFound,
+                  std::string("Which column of the journal holds the ") + kRoleNames[index] +
+                      " cannot be told; name it with --" + kRoleNames[index] +
+                      ". Its columns: " + olap::Listed(header));
+  }
+}
+
+}  // namespace
+
+char GuessSeparator(std::string_view text) {
+  const std::string_view line = text.substr(0, text.find('\n'));
+  const auto count = [line](char letter) { return std::count(line.begin(), line.end(), letter); };
+  return std::ranges::max({',', ';', '\t', '|'}, {}, count);
+}
+
+JournalGuess GuessJournal(const Locale& locale, olap::TableReader& rows,
+                          const std::vector<std::string>& header, const JournalColumns& given) {
+  std::vector<ColumnFacts> columns(header.size());
+  for (std::size_t i = 0; i < header.size(); ++i) columns[i].name = header[i];
+  JournalGuess guess;
+  for (; rows.Next(); ++guess.rows) {
+    for (std::size_t i = 0; i < columns.size(); ++i) {
+      const olap::Field& field = rows.Fields()[i];
+      if (!field.text.empty()) Learn(field.text, columns[i]);
+    }
+  }
+  guess.columns = Guess(locale, columns, given).Choose();
+  RequireRoles(guess.columns, header);
+  const ColumnFacts& date = Named(columns, guess.columns[0]);
+  const ColumnFacts& amount =
+      Named(columns, guess.columns[static_cast<std::size_t>(Role::kAmount)]);
+  if (!HoldsDates(date) || !HoldsAmounts(amount)) {
+    throw Failure(failure_number::kNotFound,
+                  "Some fields of the column " + Quoted((HoldsDates(date) ? amount : date).name) +
+                      " are not " + (HoldsDates(date) ? "amounts" : "dates of one form"));
+  }
+  const auto form = std::ranges::find(date.dates, date.filled) - date.dates.begin();
+  if (form > 0) guess.form.dates = kDateForms[static_cast<std::size_t>(form)];
+  if (amount.with_point < amount.filled) guess.form.decimal = ',';
+  return guess;
+}
+
+}  // namespace vok::cli

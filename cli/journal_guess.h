@@ -1,0 +1,38 @@
+// Which columns of a journal hold what a cube needs, and how the journal is written.
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "platform/locale.h"
+#include "providers/cube/olap/build/csv_form.h"
+#include "providers/cube/olap/build/table_source.h"
+
+namespace vok::cli {
+
+/// What a column of a journal can be.
+enum class Role { kDate, kAccount, kAmount, kQuantity, kLedger, kText };
+inline constexpr std::array<const char*, 6> kRoleNames = {"date",     "account", "amount",
+                                                          "quantity", "ledger",  "text"};
+
+/// Columns by their roles; "" where there is none.
+using JournalColumns = std::array<std::string, kRoleNames.size()>;
+
+struct JournalGuess {
+  JournalColumns columns;
+  olap::CsvForm form;
+  std::size_t rows = 0;
+};
+
+/// The likeliest of the separators in the first line of a CSV text.
+char GuessSeparator(std::string_view text);
+
+/// Reads all rows of the columns `header`. `given` are columns that the caller knows. Failure 9999
+/// for a journal in which no date, account or amount is found; it says which columns there are.
+JournalGuess GuessJournal(const Locale& locale, olap::TableReader& rows,
+                          const std::vector<std::string>& header, const JournalColumns& given);
+
+}  // namespace vok::cli
