@@ -259,7 +259,7 @@ expect 2 'option --jsn. Did you mean --json?' sets Periods --jsn
 expect 2 'Unknown option --quiet-please.' info --quiet-please
 expect 2 "A subcommand is required"
 expect 2 'Unknown subcommand "nothing". Known are: run' nothing --settings-folder good
-expect 2 'Unknown subcommand "nothing". Known are: build' cube nothing
+expect 2 'Unknown subcommand "nothing". Known are: new build' cube nothing
 for command in --version --help "cube info ledger.cub" "sets Periods --settings-folder good"; do
   # shellcheck disable=SC2086
   if "$vokcube" $command 2> said > /dev/full || ! grep -qF "57: Standard output" said; then
