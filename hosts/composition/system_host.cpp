@@ -26,6 +26,13 @@
 namespace vok {
 namespace {
 
+/// Of the sheet that a run leaves: captions in A to K, then a quantity and a money column for each
+/// period.
+xlsx::SheetLook RunLook() {
+  constexpr std::size_t kCaptions = 11, kPeriodColumns = 24;
+  return {kCaptions, kCaptions + kPeriodColumns, {"#,##0.###", "#,##0.00"}};
+}
+
 /// The system's own line ends are "\r\n". Lines after the first are indented, and what else a
 /// terminal might obey is written out: no text from outside can pass for a message of its own.
 std::string Paragraphs(std::string_view text) {
@@ -118,7 +125,7 @@ struct SystemHost::Providers {
         kept_database(*database),
         kept_cubes(*cube),
         prints(options.is_command || options.message_boxes == nullptr),
-        spreadsheet(*platform.files),
+        spreadsheet(*platform.files, RunLook()),
         host{Component(platform),
              *platform.files,
              overriding,

@@ -12,7 +12,7 @@ recompute=$tests/end_to_end/recompute
 convert_with_libreoffice() {
   local profile=${PWD//%/%25}
   HOME=$PWD soffice --headless "-env:UserInstallation=file://${profile// /%20}/office" \
-    --convert-to 'csv:Text - txt - csv (StarCalc):44,34,76,1,,0,true,false' \
+    --convert-to 'csv:Text - txt - csv (StarCalc):44,34,76,1,,0,true,true,false' \
     --outdir office-csv "$@" > said 2>&1 || fail "LibreOffice"
 }
 

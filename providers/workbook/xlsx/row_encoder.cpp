@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <cmath>
 
 #include "platform/text.h"
 #include "platform/utf8.h"
@@ -22,8 +23,13 @@ constexpr std::string_view kOpenings[] = {"><v>", " t=\"inlineStr\"><is><t>",
 constexpr std::string_view kEndings[] = {"</v></c>", "</t></is></c>", "</t></is></c>", "</v></c>",
                                          ""};
 
-uint16_t StyleOf(const RowPlace& place, std::size_t column) {
-  return column <= place.styles->size() ? (*place.styles)[column - 1] : uint16_t{0};
+uint16_t StyleOf(const std::vector<uint16_t>& styles, std::size_t column) {
+  return column <= styles.size() ? styles[column - 1] : uint16_t{0};
+}
+
+std::size_t StylesIn(const ColumnStyles& styles) {
+  if (styles == nullptr || styles->empty()) return 1;
+  return *std::max_element(styles->begin(), styles->end()) + std::size_t{1};
 }
 
 /// A longer gap is cheaper told by the place of the next cell than by blank ones.
@@ -56,6 +62,7 @@ void ColumnExtent::Take(const ColumnExtent& other) {
   text = std::max(text, other.text);
   highest = std::max(highest, other.highest);
   lowest = std::min(lowest, other.lowest);
+  has_fractions = has_fractions || other.has_fractions;
 }
 
 void TakeExtents(const std::vector<ColumnExtent>& columns, std::vector<ColumnExtent>& all) {
@@ -104,13 +111,14 @@ void RowEncoder::AddText(std::string_view text) {
 
 void RowEncoder::AddCell(std::size_t column, const BlockCell& cell, std::string_view text,
                          uint16_t style) {
+  if (cell.IsBlank()) return MarkTo(SideOf(style, kBlank));
   ColumnExtent& extent = extents_[column - 1];
   if (cell.kind == BlockCell::Kind::kNumber) {
     char digits[kLongestNumber];
     const char* end = PutNumber(digits, cell.number);
     MarkTo(SideOf(style, kNumber));
     block_.AddNew({digits, end});
-    extent.Take({0, cell.number, cell.number});
+    extent.Take({0, cell.number, cell.number, cell.number != std::nearbyint(cell.number)});
     return;
   }
   if (!IsUtf8(text)) {
@@ -139,33 +147,38 @@ void RowEncoder::AddRow(const CellBlock& cells, std::size_t row, const RowPlace&
   const std::string_view number_text(digits,
                                      std::to_chars(digits, digits + kLongestNumber, number).ptr);
   const BlockCell* first = cells.Row(row);
+  const bool whole = row == 1 && place.of_first != nullptr;
+  const std::vector<uint16_t>& styles = whole ? *place.of_first : *place.styles;
   std::size_t next = 0;  // the column that a cell without a place stands in; 0: there is no row yet
   for (std::size_t i = 0; i < cells.columns(); ++i) {
     const BlockCell& cell = first[i];
-    if (cell.IsBlank()) continue;
+    if (cell.IsBlank() && !(whole && next > 0)) continue;
     if (next == 0) {
       MarkTo(kRow);
       block_.AddNew(number_text);
+      if (place.height > 0) {
+        block_.AddNew("\" ht=\"" + std::to_string(place.height) + "\" customHeight=\"1");
+      }
       next = 1;
     }
     const std::size_t column = place.column + i;
+    const uint16_t style = StyleOf(styles, column);
     if (column - next > kLongestGap) {
       MarkTo(kPlace);
       block_.AddNew(ColumnName(static_cast<uint32_t>(column)));
       block_.AddNew(number_text);
     } else {
-      for (; next < column; ++next) MarkTo(SideOf(StyleOf(place, next), kBlank));
+      for (; next < column; ++next) MarkTo(SideOf(StyleOf(styles, next), kBlank));
     }
     next = column + 1;
-    if (AddShared(row, i + 1, StyleOf(place, column), place)) continue;
+    if (AddShared(row, i + 1, style, place)) continue;
     const bool is_text = cell.kind == BlockCell::Kind::kText;
-    AddCell(column, cell, is_text ? cells.Text(cell) : std::string_view(), StyleOf(place, column));
+    AddCell(column, cell, is_text ? cells.Text(cell) : std::string_view(), style);
   }
 }
 
 EncodedRows RowEncoder::Encode(const CellBlock& cells, const RowPlace& place) {
-  const auto most = std::max_element(place.styles->begin(), place.styles->end());
-  const std::size_t styles = most == place.styles->end() ? 1 : *most + std::size_t{1};
+  const std::size_t styles = std::max(StylesIn(place.styles), StylesIn(place.of_first));
   if (sides_ != kFirstCell + styles * kContents) {
     sides_ = kFirstCell + styles * kContents;
     marks_.assign(sides_ * sides_, {});

@@ -23,6 +23,7 @@ struct ColumnExtent {
   uint32_t text = 0;   ///< UTF-16 units of the longest line of a text, at most 255
   double highest = 0;  ///< numbers; 0 where there is none
   double lowest = 0;
+  bool has_fractions = false;
 
   void Take(const ColumnExtent& other);
 };
@@ -54,6 +55,8 @@ struct RowPlace {
   std::size_t column = 1;
   ColumnStyles styles;
   std::vector<SharedCell> shared = {};  ///< row by row, from left to right
+  unsigned height = 0;                  ///< of each row, in points; 0: the program's own
+  ColumnStyles of_first = nullptr;      ///< of the first row, when it has others, to its end
 };
 
 /// Encodes for one thread. Texts are cleaned by the rules of text_rules.h.

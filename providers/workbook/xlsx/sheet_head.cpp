@@ -1,6 +1,8 @@
 #include <algorithm>
+#include <cmath>
 #include <string>
 
+#include "platform/text.h"
 #include "providers/workbook/xlsx/cell_reference.h"
 #include "providers/workbook/xlsx/workbook_parts.h"
 
@@ -12,6 +14,9 @@ constexpr uint32_t kNarrowest = 9;
 constexpr uint32_t kWidest = 60;
 constexpr uint32_t kMargin = 2;
 constexpr uint32_t kNumberWidth = 11;
+/// Of captions, which stay in sight beside the numbers.
+constexpr uint32_t kNarrowestCaption = 3;
+constexpr uint32_t kWidestCaption = 24;
 
 struct Column {
   uint16_t format = 0;
@@ -21,19 +26,28 @@ struct Column {
 
 bool IsKnown(const Column& column) { return column.width != 0; }
 
-uint32_t WidthOf(const ColumnExtent& extent) {
-  const bool has_number = extent.highest != 0 || extent.lowest != 0;
-  return std::max(extent.text, has_number ? kNumberWidth : 0);
+/// Of the longest number, in groups of three digits, with decimals and a sign.
+uint32_t NumberWidth(const ColumnExtent& extent, bool has_look) {
+  if (extent.highest == 0 && extent.lowest == 0) return 0;
+  constexpr uint32_t kDecimalsAndSign = 5, kGroup = 3, kMostDigits = 15;
+  const double largest = std::max(extent.highest, -extent.lowest);
+  if (!has_look || largest < 1) return kNumberWidth;
+  const uint32_t digits = std::min(static_cast<uint32_t>(std::log10(largest)) + 1, kMostDigits);
+  return digits + (digits - 1) / kGroup + kDecimalsAndSign;
 }
 
 /// Gives a width to the columns that have contents or a format.
 std::vector<Column> FitColumns(const Workbook& workbook, const std::vector<ColumnExtent>& extents) {
   const std::vector<uint16_t>& styles = *workbook.styles;
+  const std::size_t captions = workbook.look.captions;
   std::vector<Column> columns(std::max(styles.size(), extents.size()));
   for (std::size_t i = 0; i < columns.size(); ++i) {
     if (i < styles.size()) columns[i].format = styles[i];
-    const uint32_t width = i < extents.size() ? WidthOf(extents[i]) : 0;
-    if (width > 0 || columns[i].format != 0) {
+    const ColumnExtent extent = i < extents.size() ? extents[i] : ColumnExtent();
+    const uint32_t width = std::max(extent.text, NumberWidth(extent, captions > 0));
+    if (i < captions) {
+      columns[i].width = std::clamp(width + 1, kNarrowestCaption, kWidestCaption);
+    } else if (width > 0 || columns[i].format != 0) {
       columns[i].width = std::clamp(width + kMargin, kNarrowest, kWidest);
     }
   }
@@ -59,18 +73,76 @@ void AppendColumns(ByteBuffer& xml, const std::vector<Column>& columns) {
   xml << "</cols>";
 }
 
+/// Row 1 and the captions stay in sight.
+void AppendView(ByteBuffer& xml, const SheetLook& look) {
+  xml << "<sheetViews><sheetView tabSelected=\"1\" workbookViewId=\"0\"";
+  if (look.captions == 0) {
+    xml << "/></sheetViews>";
+    return;
+  }
+  xml << "><pane xSplit=\"" << std::to_string(look.captions) << "\" ySplit=\"1\" topLeftCell=\""
+      << CellName(2, look.captions + 1)
+      << "\" activePane=\"bottomRight\" state=\"frozen\"/><selection pane=\"bottomRight\"/>"
+         "</sheetView></sheetViews>";
+}
+
+/// How many lines a text takes that is broken at its blanks, and within longer words.
+unsigned LinesOf(std::string_view text, std::size_t width) {
+  unsigned lines = 1;
+  std::size_t used = 0;
+  while (!text.empty()) {
+    const std::size_t end = std::min(text.find(' '), text.size() - 1) + 1;
+    const std::size_t word = Utf16Length(text.substr(0, end));
+    if (used > 0 && used + word > width + 1) {
+      ++lines;
+      used = 0;
+    }
+    for (used += word; used > width + 1; used -= width) ++lines;
+    text.remove_prefix(end);
+  }
+  return lines;
+}
+
 }  // namespace
 
 void AppendSheetHead(ByteBuffer& xml, const Workbook& workbook,
                      const std::vector<ColumnExtent>& extents) {
   xml << "<?xml version=\"1.0\" encoding=\"UTF-8\" standalone=\"yes\"?>\n"
-         "<worksheet xmlns=\"http://schemas.openxmlformats.org/spreadsheetml/2006/main\">"
-         "<dimension ref=\"A1:"
-      << CellName(workbook.last_row, std::max<std::size_t>(extents.size(), 1)) << "\"/>"
-      << "<sheetViews><sheetView tabSelected=\"1\" workbookViewId=\"0\"/></sheetViews>"
-         "<sheetFormatPr defaultRowHeight=\"15\"/>";
+         "<worksheet xmlns=\"http://schemas.openxmlformats.org/spreadsheetml/2006/main\">";
+  if (workbook.look.captions > 0) xml << "<sheetPr><pageSetUpPr fitToPage=\"1\"/></sheetPr>";
+  xml << "<dimension ref=\"A1:"
+      << CellName(workbook.last_row,
+                  std::max({extents.size(), workbook.look.columns, std::size_t{1}}))
+      << "\"/>";
+  AppendView(xml, workbook.look);
+  xml << "<sheetFormatPr defaultRowHeight=\"15\"/>";
   AppendColumns(xml, FitColumns(workbook, extents));
   xml << "<sheetData>";
+}
+
+unsigned LabelHeight(const Workbook& workbook) {
+  constexpr unsigned kLineHeight = 15, kMostLines = 8;
+  const std::vector<Column> columns = FitColumns(workbook, workbook.rows.columns);
+  unsigned lines = 1;
+  for (const auto& [column, label] : workbook.first_row) {
+    const uint32_t width = column <= columns.size() ? columns[column - 1].width : kNarrowest;
+    lines = std::max(lines, LinesOf(label.ToText(), width - 1));
+  }
+  return kLineHeight * std::min(lines, kMostLines);
+}
+
+void AppendSheetEnd(ByteBuffer& xml, const Workbook& workbook) {
+  const SheetLook& look = workbook.look;
+  xml << "</sheetData>";
+  if (look.captions > 0) {
+    xml << "<pageMargins left=\"0.4\" right=\"0.4\" top=\"0.4\" bottom=\"0.6\" header=\"0.3\" "
+           "footer=\"0.3\"/><pageSetup paperSize=\"9\" orientation=\"landscape\" "
+           "fitToHeight=\"0\"/><headerFooter><oddFooter>&amp;R&amp;P / &amp;N</oddFooter>"
+           "</headerFooter><ignoredErrors><ignoredError sqref=\"A1:"
+        << CellName(workbook.last_row, look.captions)
+        << "\" numberStoredAsText=\"1\"/></ignoredErrors>";
+  }
+  xml << "</worksheet>";
 }
 
 }  // namespace vok::xlsx

@@ -8,11 +8,22 @@
 namespace vok::xlsx {
 namespace {
 
+const CellStyle kLabelStyle{"General", true, false};
+
 template <typename Append, typename... Arguments>
 void AddPart(ZipWriter& zip, const std::string& name, Append append, Arguments&&... arguments) {
   ByteBuffer xml;
   append(xml, arguments...);
   zip.Add(name, xml.View());
+}
+
+/// Those of row 1.
+ColumnStyles LabelStyles(const Workbook& workbook, std::size_t columns) {
+  if (workbook.look.captions == 0) return workbook.styles;
+  const auto& known = workbook.cell_styles;
+  const auto label = std::find(known.begin(), known.end(), kLabelStyle);
+  return std::make_shared<std::vector<uint16_t>>(columns,
+                                                 static_cast<uint16_t>(label - known.begin()));
 }
 
 CellBlock FirstRow(const Workbook& workbook) {
@@ -33,14 +44,17 @@ CellBlock FirstRow(const Workbook& workbook) {
 void AddSheet(ZipWriter& zip, const Workbook& workbook, const Spool& spool) {
   SharedTexts shared = workbook.shared;
   const CellBlock first_row = FirstRow(workbook);
-  const EncodedRows first =
-      RowEncoder().Encode(first_row, {1, 1, workbook.styles, shared.Share(first_row)});
+  const EncodedRows first = RowEncoder().Encode(
+      first_row, {1, 1, LabelStyles(workbook, first_row.columns()), shared.Share(first_row),
+                  workbook.look.captions > 0 ? LabelHeight(workbook) : 0});
   std::vector<ColumnExtent> extents = workbook.rows.columns;
-  TakeExtents(first.columns, extents);
+  if (workbook.look.captions == 0) TakeExtents(first.columns, extents);  // else labels are wrapped
   ByteBuffer xml;
   AppendSheetHead(xml, workbook, extents);
   const PackedPiece head = Pack(xml.View(), false);
-  const PackedPiece end = Pack(kSheetEnd, true);
+  ByteBuffer end_xml;
+  AppendSheetEnd(end_xml, workbook);
+  const PackedPiece end = Pack(end_xml.View(), true);
   PartSize size;
   for (const PackedPiece* piece : {&head, &first.piece}) size.Add(*piece);
   size.Add(workbook.rows.size);
@@ -56,11 +70,28 @@ void AddSheet(ZipWriter& zip, const Workbook& workbook, const Spool& spool) {
 
 }  // namespace
 
-uint16_t Workbook::Format(std::string_view code) {
-  const auto found = std::find(formats.begin(), formats.end(), code);
-  const auto index = static_cast<uint16_t>(found - formats.begin());
-  if (found == formats.end()) formats.emplace_back(code);
+uint16_t Workbook::Style(const CellStyle& style) {
+  const auto found = std::find(cell_styles.begin(), cell_styles.end(), style);
+  const auto index = static_cast<uint16_t>(found - cell_styles.begin());
+  if (found == cell_styles.end()) cell_styles.push_back(style);
   return index;
+}
+
+void Workbook::SetLook(const SheetLook& wanted) {
+  look = wanted;
+  if (look.captions == 0) return;
+  Style(kLabelStyle);
+  std::vector<uint16_t> of_columns(look.columns);
+  for (std::size_t column = look.captions; column < look.columns; ++column) {
+    of_columns[column] = Style({look.formats[(column - look.captions) % look.formats.size()]});
+  }
+  styles = std::make_shared<std::vector<uint16_t>>(std::move(of_columns));
+}
+
+ColumnStyles Workbook::LinedStyles() {
+  std::vector<uint16_t> lined = *styles;
+  for (uint16_t& style : lined) style = Style({cell_styles[style].format, false, true});
+  return std::make_shared<std::vector<uint16_t>>(std::move(lined));
 }
 
 void WriteWorkbook(const Workbook& workbook, const Spool& spool, const std::string& path,

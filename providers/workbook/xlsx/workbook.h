@@ -13,22 +13,35 @@
 #include "platform/value.h"
 #include "providers/workbook/xlsx/current_region.h"
 #include "providers/workbook/xlsx/sheet_rows.h"
+#include "providers/workbook/xlsx/xlsx_spreadsheet.h"
 
 namespace vok::xlsx {
 
+struct CellStyle {
+  std::string format;  ///< of numbers, "@" is text
+  bool label = false;  ///< of row 1, where the workbook has a look
+  bool lined = false;  ///< with a line above
+  friend bool operator==(const CellStyle&, const CellStyle&) = default;
+};
+
 /// It has one sheet. Row 1 stays as cells, since it may be written again; the others do not.
 struct Workbook {
-  std::vector<std::string> formats{"General"};  ///< number formats, "@" is text
+  SheetLook look;
+  std::vector<CellStyle> cell_styles{{"General"}};
   std::string sheet_name = "Sheet1";
-  ColumnStyles styles = std::make_shared<std::vector<uint16_t>>();  ///< indexes into `formats`
+  ColumnStyles styles = std::make_shared<std::vector<uint16_t>>();  ///< indexes into `cell_styles`
   std::map<std::size_t, Value> first_row;  ///< numbers and texts by their columns
   std::size_t last_row = 1;
   SharedTexts shared;  ///< those of the rows
   RowTotals rows;      ///< of the second row and those below, when it was saved
   CurrentRegion region;
 
-  /// The index of the number format, added when it is new.
-  uint16_t Format(std::string_view code);
+  /// Its columns get the look's formats.
+  void SetLook(const SheetLook& wanted);
+  /// The index of the style, added when it is new.
+  uint16_t Style(const CellStyle& style);
+  /// The columns' styles with a line above.
+  ColumnStyles LinedStyles();
 };
 
 /// Writes the whole file: `spool` begins with the rows of the workbook. The same workbook gives the

@@ -1,72 +1,12 @@
 #include "providers/workbook/xlsx/workbook_parts.h"
 
-#include <algorithm>
-#include <iterator>
+#include <string>
 
+#include "providers/workbook/xlsx/cell_reference.h"
 #include "providers/workbook/xlsx/text_rules.h"
 
 namespace vok::xlsx {
 namespace {
-
-constexpr uint32_t kFirstOwnId = 164;
-
-struct BuiltIn {
-  uint32_t id;
-  std::string_view code;
-};
-
-/// Number formats that every program knows by their number and shows as its language has them.
-constexpr BuiltIn kBuiltIns[] = {
-    {0, "General"},
-    {1, "0"},
-    {2, "0.00"},
-    {3, "#,##0"},
-    {4, "#,##0.00"},
-    {9, "0%"},
-    {10, "0.00%"},
-    {11, "0.00E+00"},
-    {12, "# ?/?"},
-    {13, "# ?\?/?\?"},
-    {14, "mm-dd-yy"},
-    {15, "d-mmm-yy"},
-    {16, "d-mmm"},
-    {17, "mmm-yy"},
-    {18, "h:mm AM/PM"},
-    {19, "h:mm:ss AM/PM"},
-    {20, "h:mm"},
-    {21, "h:mm:ss"},
-    {22, "m/d/yy h:mm"},
-    {37, "#,##0 ;(#,##0)"},
-    {38, "#,##0 ;[Red](#,##0)"},
-    {39, "#,##0.00;(#,##0.00)"},
-    {40, "#,##0.00;[Red](#,##0.00)"},
-    {45, "mm:ss"},
-    {46, "[h]:mm:ss"},
-    {47, "mmss.0"},
-    {48, "##0.0E+0"},
-    {49, "@"},
-};
-
-uint32_t IdOf(std::string_view code, std::size_t index) {
-  const auto found = std::find_if(std::begin(kBuiltIns), std::end(kBuiltIns),
-                                  [&](const BuiltIn& known) { return known.code == code; });
-  return found != std::end(kBuiltIns) ? found->id : kFirstOwnId + static_cast<uint32_t>(index);
-}
-
-void AppendOwnFormats(ByteBuffer& xml, const Workbook& workbook) {
-  ByteBuffer own;
-  std::size_t count = 0;
-  for (std::size_t i = 0; i < workbook.formats.size(); ++i) {
-    const uint32_t id = IdOf(workbook.formats[i], i);
-    if (id < kFirstOwnId) continue;
-    ++count;
-    own << "<numFmt numFmtId=\"" << std::to_string(id) << "\" formatCode=\"";
-    AppendXmlText(own, workbook.formats[i]);
-    own << "\"/>";
-  }
-  if (count == 0) return;
-  xml << "<numFmts count=\"" << std::to_string(count) << "\">" << own.View() << "</numFmts>";
-}
 
 constexpr std::string_view kDeclaration =
     "<?xml version=\"1.0\" encoding=\"UTF-8\" standalone=\"yes\"?>\n";
@@ -90,28 +30,18 @@ std::string_view BesideWorkbook(std::string_view name) {
   return name.substr(std::string_view("xl/").size());
 }
 
-}  // namespace
-
-void AppendStyles(ByteBuffer& xml, const Workbook& workbook) {
-  xml << "<?xml version=\"1.0\" encoding=\"UTF-8\" standalone=\"yes\"?>\n"
-         "<styleSheet xmlns=\"http://schemas.openxmlformats.org/spreadsheetml/2006/main\">";
-  AppendOwnFormats(xml, workbook);
-  xml << "<fonts count=\"1\"><font><sz val=\"11\"/><name val=\"Calibri\"/><family "
-         "val=\"2\"/></font>"
-         "</fonts><fills count=\"2\"><fill><patternFill patternType=\"none\"/></fill>"
-         "<fill><patternFill patternType=\"gray125\"/></fill></fills>"
-         "<borders count=\"1\"><border><left/><right/><top/><bottom/><diagonal/></border></borders>"
-         "<cellStyleXfs count=\"1\"><xf numFmtId=\"0\" fontId=\"0\" fillId=\"0\" borderId=\"0\"/>"
-         "</cellStyleXfs><cellXfs count=\""
-      << std::to_string(workbook.formats.size()) << "\">";
-  for (std::size_t i = 0; i < workbook.formats.size(); ++i) {
-    xml << "<xf numFmtId=\"" << std::to_string(IdOf(workbook.formats[i], i))
-        << "\" fontId=\"0\" fillId=\"0\" borderId=\"0\" xfId=\"0\""
-        << (i == 0 ? "/>" : " applyNumberFormat=\"1\"/>");
-  }
-  xml << "</cellXfs><cellStyles count=\"1\"><cellStyle name=\"Normal\" xfId=\"0\" builtinId=\"0\"/>"
-         "</cellStyles></styleSheet>";
+/// The captions and the labels stand on each page.
+void AppendPrintTitles(ByteBuffer& xml, const Workbook& workbook) {
+  std::string sheet;  // in apostrophes, with its own doubled
+  for (const char c : workbook.sheet_name) sheet += c == '\'' ? "''" : std::string(1, c);
+  xml << "<definedNames><definedName name=\"_xlnm.Print_Titles\" localSheetId=\"0\">'";
+  AppendXmlText(xml, sheet);
+  xml << "'!$A:$" << ColumnName(static_cast<uint32_t>(workbook.look.captions)) << ",'";
+  AppendXmlText(xml, sheet);
+  xml << "'!$1:$1</definedName></definedNames>";
 }
+
+}  // namespace
 
 void AppendContentTypes(ByteBuffer& xml) {
   xml << kDeclaration << "<Types xmlns=\"" << kPackage << "content-types\">"
@@ -141,7 +71,9 @@ void AppendWorkbookXml(ByteBuffer& xml, const Workbook& workbook) {
   xml << kDeclaration << "<workbook xmlns=\"" << kMain << "\" xmlns:r=\"" << kOffice
       << "relationships\"><sheets><sheet name=\"";
   AppendXmlText(xml, workbook.sheet_name);
-  xml << "\" sheetId=\"1\" r:id=\"rId1\"/></sheets></workbook>";
+  xml << "\" sheetId=\"1\" r:id=\"rId1\"/></sheets>";
+  if (workbook.look.captions > 0) AppendPrintTitles(xml, workbook);
+  xml << "</workbook>";
 }
 
 void AppendWorkbookRelations(ByteBuffer& xml) {

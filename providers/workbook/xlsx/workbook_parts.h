@@ -31,6 +31,8 @@ void AppendStyles(ByteBuffer& xml, const Workbook& workbook);
 /// The sheet's part up to its rows, and what follows them. `extents` are those of all rows.
 void AppendSheetHead(ByteBuffer& xml, const Workbook& workbook,
                      const std::vector<ColumnExtent>& extents);
-inline constexpr std::string_view kSheetEnd = "</sheetData></worksheet>";
+/// How high row 1 is, in points, so that its labels fit into the columns.
+unsigned LabelHeight(const Workbook& workbook);
+void AppendSheetEnd(ByteBuffer& xml, const Workbook& workbook);
 
 }  // namespace vok::xlsx

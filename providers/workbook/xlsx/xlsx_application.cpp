@@ -55,7 +55,8 @@ void CheckCell(const CellBlock& block, const BlockCell& cell, std::size_t row, s
 struct SavedWorkbook {
   std::string path;
   std::optional<Workbook> workbook;  ///< as it was saved last
-  SheetRows rows;                    ///< those of it, and perhaps others that were not saved
+  SheetLook look;
+  SheetRows rows;  ///< those of it, and perhaps others that were not saved
 };
 
 class XlsxApplication : public SpreadsheetApplication {
@@ -74,12 +75,13 @@ class XlsxApplication : public SpreadsheetApplication {
              "query into a new workbook.");
     }
     workbook_ = saved_.workbook;
+    lined_ = workbook_->look.captions > 0;
   }
 
   void AddWorkbook() override {
     CheckNoneOpen();
     if (HasOtherRows({})) Refuse("A run writes one workbook, and has begun it.");
-    workbook_.emplace();
+    workbook_.emplace().SetLook(saved_.look);
   }
 
   std::size_t WorksheetCount() const override {
@@ -108,7 +110,7 @@ class XlsxApplication : public SpreadsheetApplication {
     std::vector<uint16_t> styles = *Open().styles;
     styles.resize(std::max<std::size_t>(styles.size(), range->last));
     std::fill(styles.begin() + range->first - 1, styles.begin() + range->last,
-              Open().Format(ToUtf8(format)));
+              Open().Style({ToUtf8(format)}));
     Open().styles = std::make_shared<std::vector<uint16_t>>(std::move(styles));
   }
 
@@ -138,7 +140,9 @@ class XlsxApplication : public SpreadsheetApplication {
     if (row + block.rows() == 2) return;
     workbook_->last_row = row + block.rows() - 1;
     std::vector<SharedCell> shared = workbook_->shared.Share(block);
-    saved_.rows.Add(std::move(block), {row, column, workbook_->styles, std::move(shared)});
+    const bool lined = std::exchange(lined_, false);
+    saved_.rows.Add(std::move(block), {row, column, workbook_->styles, std::move(shared), 0,
+                                       lined ? workbook_->LinedStyles() : nullptr});
   }
 
   void SaveAs(const std::string& path, int32_t format) override {
@@ -210,12 +214,14 @@ class XlsxApplication : public SpreadsheetApplication {
 
   SavedWorkbook& saved_;
   std::optional<Workbook> workbook_;
+  bool lined_ = false;  ///< the next row begins the rows of another pass
 };
 
 class XlsxOutput : public OutputWorkbook {
  public:
-  XlsxOutput(Files& files, const std::string& path, bool keep_old, unsigned threads)
-      : files_(files), saved_{path, {}, {files, path, threads}} {
+  XlsxOutput(Files& files, const std::string& path, bool keep_old, const SheetLook& look,
+             unsigned threads)
+      : files_(files), saved_{path, {}, look, {files, path, threads}} {
     if (keep_old) file_ = files.Replace(path);
   }
 
@@ -238,11 +244,11 @@ class XlsxOutput : public OutputWorkbook {
 
 }  // namespace
 
-XlsxSpreadsheet::XlsxSpreadsheet(Files& files, unsigned threads)
-    : files_(files), threads_(threads != 0 ? threads : UsualThreads()) {}
+XlsxSpreadsheet::XlsxSpreadsheet(Files& files, SheetLook look, unsigned threads)
+    : files_(files), look_(std::move(look)), threads_(threads != 0 ? threads : UsualThreads()) {}
 
 std::unique_ptr<OutputWorkbook> XlsxSpreadsheet::NewOutput(const std::string& path, bool keep_old) {
-  return std::make_unique<XlsxOutput>(files_, path, keep_old, threads_);
+  return std::make_unique<XlsxOutput>(files_, path, keep_old, look_, threads_);
 }
 
 }  // namespace vok::xlsx

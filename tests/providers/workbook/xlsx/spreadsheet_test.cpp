@@ -213,7 +213,7 @@ TEST_F(SpreadsheetTest, ThreadsAndBlocksChangeNothingOfTheRows) {
   for (const std::vector<std::size_t>& rows : cases) {
     std::string first;
     for (const unsigned threads : {1u, 2u, 4u}) {
-      Write(*XlsxSpreadsheet(files_, threads).NewOutput("book.xlsX", false), rows);
+      Write(*XlsxSpreadsheet(files_, {}, threads).NewOutput("book.xlsX", false), rows);
       const std::string& file = files_.files.at("book.xlsX");
       if (first.empty()) first = file;
       EXPECT_TRUE(file == first) << threads << " threads";
@@ -229,6 +229,36 @@ TEST_F(SpreadsheetTest, ThreadsAndBlocksChangeNothingOfTheRows) {
     }
     EXPECT_EQ(expected - 1, std::accumulate(rows.begin(), rows.end(), std::size_t{0}));
   }
+}
+
+TEST_F(SpreadsheetTest, ALookChangesNoCell) {
+  const SheetLook look{11, 14, {"#,##0.###", "#,##0.00"}};
+  std::map<std::string, std::string> cells[2], parts[2];
+  for (const bool looks : {false, true}) {
+    XlsxSpreadsheet spreadsheet(files_, looks ? look : SheetLook());
+    Write(*spreadsheet.NewOutput("book.xlsX", false), {300, 20});
+    parts[looks] = Unpacked(files_.files["book.xlsX"]);
+    for (const auto& [place, cell] : CellsOf(files_.files["book.xlsX"])) {
+      cells[looks][place] = cell.substr(0, cell.rfind('|'));
+    }
+  }
+  EXPECT_EQ(cells[0], cells[1]);
+  const auto with_look = CellsOf(files_.files["book.xlsX"]);
+  const auto format = [&](const char* place) {
+    return with_look.at(place).substr(with_look.at(place).rfind('|'));
+  };
+  EXPECT_EQ(format("Sheet1!L2") + format("Sheet1!B2"), "|#,##0.###|49");
+  EXPECT_EQ(format("Sheet1!L302"), "|#,##0.###") << "the first row of the second pass";
+  for (const auto& [name, part] : parts[1]) Parsed(part);
+  const pugi::xml_document sheet = Parsed(parts[1].at("xl/worksheets/sheet1.xml"));
+  const auto root = sheet.child("worksheet");
+  EXPECT_STREQ(root.child("ignoredErrors").child("ignoredError").attribute("sqref").value(),
+               "A1:K321");
+  const pugi::xml_document styles = Parsed(parts[1].at("xl/styles.xml"));
+  const auto lined = root.child("sheetData").find_child_by_attribute("r", "302").first_child();
+  auto style = styles.child("styleSheet").child("cellXfs").first_child();
+  for (int left = lined.attribute("s").as_int(); left > 0; --left) style = style.next_sibling();
+  EXPECT_STREQ(style.attribute("borderId").value(), "1");
 }
 
 TEST_F(SpreadsheetTest, MisuseIsAFailureThatSaysWhat) {
