@@ -31,6 +31,7 @@ a cube file or an OLAP server and leaves a workbook. Builds cube files from
 CSV tables, answers MDX, needs no server and no spreadsheet program.")
 set(CPACK_DEBIAN_LIBRARY_PACKAGE_NAME ${library})
 set(CPACK_DEBIAN_LIBRARY_PACKAGE_SECTION libs)
+set(CPACK_DEBIAN_LIBRARY_PACKAGE_CONTROL_EXTRA ${CMAKE_CURRENT_LIST_DIR}/triggers)
 set(CPACK_COMPONENT_LIBRARY_DESCRIPTION "saved cube queries for other programs
 The shared library that runs saved cube queries into Excel workbooks, with
 its module for cube servers and its reader of Jet databases.")
