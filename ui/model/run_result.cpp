@@ -46,7 +46,7 @@ std::string CaptionOf(const std::vector<Value>& row, int language) {
   constexpr std::size_t kNumber = 2;
   constexpr std::size_t kCaptions[] = {3, 10, 11};  // columns of the sheet
   for (const std::size_t column : {kCaptions[language], kCaptions[0], kNumber}) {
-    if (const std::string caption = TextAt(row, column); !caption.empty()) return caption;
+    if (std::string caption = TextAt(row, column); !caption.empty()) return caption;
   }
   return {};
 }
@@ -121,7 +121,9 @@ void RunResult::Show(const std::string& cause) {
   ShowParts(written, cause);
   ShowRows(report.preview);
   ShowMoney(report.preview.money);
-  form_.Focus = ControlId(written ? "cmdOpenWorkbook" : "cmdQuery");
+  // Where the pane stands below, the focus brings it to be seen.
+  const bool failed = !written && !cause.empty();
+  form_.Focus = ControlId(written ? "cmdOpenWorkbook" : failed ? "cmdCopyResult" : "cmdQuery");
 }
 
 /// Where nothing was written there is nothing to be shown of it.
