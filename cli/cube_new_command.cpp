@@ -85,6 +85,7 @@ class NewCube {
                     options.journal + " is empty; it needs a header row");
     }
     std::vector<std::string> header;
+    header.reserve(row.size());
     for (const olap::Field& field : row) header.emplace_back(field.text);
     olap::CsvOptions csv{{separator, '.', ""}, "journal", options.journal, file};
     const auto source = olap::OpenCsvFolder(host_.files, folder_, csv);

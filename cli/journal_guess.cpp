@@ -140,7 +140,9 @@ void RequireRoles(const JournalColumns& chosen, const std::vector<std::string>& 
 char GuessSeparator(std::string_view text) {
   const std::string_view line = text.substr(0, text.find('\n'));
   const auto count = [line](char letter) { return std::count(line.begin(), line.end(), letter); };
-  return std::ranges::max({',', ';', '\t', '|'}, {}, count);
+  constexpr char kSeparators[] = {',', ';', '\t', '|'};
+  return *std::max_element(std::begin(kSeparators), std::end(kSeparators),
+                           [&](char a, char b) { return count(a) < count(b); });
 }
 
 JournalGuess GuessJournal(const Locale& locale, olap::TableReader& rows,

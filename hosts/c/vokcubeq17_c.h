@@ -23,8 +23,8 @@
 #ifndef VOKCUBEQ17_C_H
 #define VOKCUBEQ17_C_H
 
-#include <stddef.h>
-#include <stdint.h>
+#include <stddef.h>  // NOLINT: C
+#include <stdint.h>  // NOLINT: C
 
 #ifdef __cplusplus
 extern "C" {

@@ -107,8 +107,8 @@ std::string FileRegistry::NameOf(RegistryKey key) const {
 
 RegistryKeys FileRegistry::ReadAll() const {
   RegistryKeys all;
-  const auto add = [&all](RegistryKeys keys) {
-    for (auto& [name, values] : keys) all[name].merge(values);
+  const auto add = [&all](const RegistryKeys& keys) {
+    for (const auto& [name, values] : keys) all[name].insert(values.begin(), values.end());
   };
   for (const std::string& path : paths_) {
     try {

@@ -79,7 +79,7 @@ std::string PasswordIn(const std::string& path, const FileBeginning& read) {
   } catch (const Failure& failure) {
     Refuse(kKey, "names a file that does not give the password: " + failure.description());
   }
-  const std::string password = text.substr(0, text.find_first_of("\r\n"));
+  std::string password = text.substr(0, text.find_first_of("\r\n"));
   if (password.empty() || password.size() > kLongestPassword) {
     Refuse(kKey, "must name a file whose first line is the password, of at most " +
                      std::to_string(kLongestPassword) + " bytes; \"" + path + "\" is not one");

@@ -20,8 +20,8 @@ using Lengths = std::array<unsigned, kMostBits + 1>;  // how many codes of each 
 /// Symbols in use, the rarest first; at least two.
 std::size_t Sorted(std::span<const uint32_t> counts, Leaves& leaves) {
   std::size_t size = 0;
-  for (uint16_t symbol = 0; symbol < counts.size(); ++symbol) {
-    if (counts[symbol] > 0) leaves[size++] = {counts[symbol], symbol};
+  for (std::size_t symbol = 0; symbol < counts.size(); ++symbol) {
+    if (counts[symbol] > 0) leaves[size++] = {counts[symbol], static_cast<uint16_t>(symbol)};
   }
   for (uint16_t symbol = 0; size < 2; ++symbol) {
     if (counts[symbol] == 0) leaves[size++] = {0, symbol};

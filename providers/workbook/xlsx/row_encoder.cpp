@@ -81,10 +81,10 @@ std::size_t RowEncoder::SideOf(uint16_t style, std::size_t contents) {
 }
 
 std::string RowEncoder::MarkBytes(std::size_t from, std::size_t to) const {
-  std::string mark;
-  if (from >= kFirstCell) mark = kEndings[(from - kFirstCell) % kContents];
-  if (from == kRow) mark = "\">";
-  if (from == kPlace) mark = "\"";
+  std::string mark(from >= kFirstCell ? kEndings[(from - kFirstCell) % kContents]
+                   : from == kRow     ? "\">"
+                   : from == kPlace   ? "\""
+                                      : "");
   if (from >= kFirstCell && to <= kRow) mark += "</row>";
   if (to == kRow) return mark + "<row r=\"";
   if (to == kPlace) return mark + "<c r=\"";

@@ -82,6 +82,7 @@ class CsvFileParts {
     std::vector<Field> row;
     if (!scanner.NextRow(row)) throw BadInput(file.path, "is empty; a header row is expected");
     std::vector<std::string> header;
+    header.reserve(row.size());
     for (const Field& field : row) header.emplace_back(field.text);
     *layout_ = {file.path, form, header.size(), PlacesOf(columns, header, file.path)};
     block.first_line = scanner.next_line();
