@@ -196,7 +196,8 @@ void DeflateBlock::Add(Repeated& run) {
   const std::size_t at = bytes_.size();
   bytes_.Append(run.bytes);
   if (Extend(at, run.bytes.size()) == 0) {
-    if (run.block == block_ && at - run.at <= kFarthest) {
+    const bool near = run.block == block_ && at - run.at <= kFarthest;
+    if (near && run.bytes.size() >= kShortest) {
       Match(run.bytes.size(), at - run.at);
     } else {
       Literals(run.bytes);

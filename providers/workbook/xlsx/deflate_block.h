@@ -18,7 +18,7 @@
 
 namespace vok::xlsx {
 
-/// A run of bytes that comes again and again, 3 to 258 of them, and where it came last.
+/// A run of bytes that comes again and again, at most 258 of them, and where it came last.
 struct Repeated {
   std::string bytes;
   uint32_t block = 0;  ///< the block of that

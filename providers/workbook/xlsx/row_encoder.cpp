@@ -1,8 +1,8 @@
 #include "providers/workbook/xlsx/row_encoder.h"
 
 #include <algorithm>
-#include <charconv>
 #include <cmath>
+#include <utility>
 
 #include "platform/text.h"
 #include "platform/utf8.h"
@@ -14,26 +14,16 @@
 namespace vok::xlsx {
 namespace {
 
-/// What a cell of a style can hold.
-enum Contents : std::size_t { kNumber, kText, kKeptText, kSharedText, kBlank, kContents };
-
-constexpr std::string_view kOpenings[] = {"><v>", " t=\"inlineStr\"><is><t>",
-                                          " t=\"inlineStr\"><is><t xml:space=\"preserve\">",
-                                          " t=\"s\"><v>", "/>"};
+/// From a cell's place to what it holds.
+constexpr std::string_view kValueOpenings[] = {"\"><v>", "\" t=\"inlineStr\"><is><t>",
+                                               "\" t=\"inlineStr\"><is><t xml:space=\"preserve\">",
+                                               "\" t=\"s\"><v>", "\"/>"};
 constexpr std::string_view kEndings[] = {"</v></c>", "</t></is></c>", "</t></is></c>", "</v></c>",
                                          ""};
 
 uint16_t StyleOf(const std::vector<uint16_t>& styles, std::size_t column) {
   return column <= styles.size() ? styles[column - 1] : uint16_t{0};
 }
-
-std::size_t StylesIn(const ColumnStyles& styles) {
-  if (styles == nullptr || styles->empty()) return 1;
-  return *std::max_element(styles->begin(), styles->end()) + std::size_t{1};
-}
-
-/// A longer gap is cheaper told by the place of the next cell than by blank ones.
-constexpr std::size_t kLongestGap = 6;
 
 constexpr std::size_t kMostWidth = 255;
 
@@ -76,30 +66,32 @@ PackedPiece Pack(std::string_view text, bool last) {
   return Packed(block, last);
 }
 
-std::size_t RowEncoder::SideOf(uint16_t style, std::size_t contents) {
-  return kFirstCell + style * kContents + contents;
-}
-
-std::string RowEncoder::MarkBytes(std::size_t from, std::size_t to) const {
-  std::string mark(from >= kFirstCell ? kEndings[(from - kFirstCell) % kContents]
-                   : from == kRow     ? "\">"
-                   : from == kPlace   ? "\""
-                                      : "");
-  if (from >= kFirstCell && to <= kRow) mark += "</row>";
-  if (to == kRow) return mark + "<row r=\"";
-  if (to == kPlace) return mark + "<c r=\"";
-  if (to == kNothing) return mark;
-  if (from != kPlace) mark += "<c";
-  const std::size_t style = (to - kFirstCell) / kContents;
-  if (style != 0) mark += " s=\"" + std::to_string(style) + "\"";
-  return mark.append(kOpenings[(to - kFirstCell) % kContents]);
-}
-
-void RowEncoder::MarkTo(std::size_t side) {
-  Repeated& mark = marks_[side_ * sides_ + side];
-  if (mark.bytes.empty()) mark.bytes = MarkBytes(side_, side);
+/// The mark from where the last one came, made when it is first used.
+void RowEncoder::MarkTo(std::size_t to, std::string_view opening) {
+  Repeated& mark = marks_[to * kSides + side_];
+  if (mark.bytes.empty()) {
+    mark.bytes = side_ >= kCell ? kEndings[side_ - kCell] : side_ == kRow ? "\">" : "";
+    if (side_ >= kCell && to < kCell) mark.bytes += "</row>";
+    mark.bytes += opening;
+  }
   block_.Add(mark);
-  side_ = side;
+  side_ = to;
+}
+
+void RowEncoder::OpenRow(std::size_t row, unsigned height) {
+  MarkTo(kRow, "<row r=\"");
+  row_number_ = {std::to_string(row)};
+  block_.Add(row_number_);
+  if (height > 0) block_.AddNew("\" ht=\"" + std::to_string(height) + "\" customHeight=\"1");
+}
+
+void RowEncoder::OpenCell(std::size_t column, std::size_t contents) {
+  MarkTo(kCell + first_mark_ + column - 1, cell_openings_[first_mark_ + column - 1]);
+  block_.Add(row_number_);
+  Repeated& value = values_[contents];
+  if (value.bytes.empty()) value.bytes = kValueOpenings[contents];
+  block_.Add(value);
+  side_ = kCell + contents;
 }
 
 void RowEncoder::AddText(std::string_view text) {
@@ -109,14 +101,13 @@ void RowEncoder::AddText(std::string_view text) {
   block_.AddText(escaped_.View());
 }
 
-void RowEncoder::AddCell(std::size_t column, const BlockCell& cell, std::string_view text,
-                         uint16_t style) {
-  if (cell.IsBlank()) return MarkTo(SideOf(style, kBlank));
+void RowEncoder::AddCell(std::size_t column, const BlockCell& cell, std::string_view text) {
+  if (cell.IsBlank()) return OpenCell(column, kBlank);
   ColumnExtent& extent = extents_[column - 1];
   if (cell.kind == BlockCell::Kind::kNumber) {
     char digits[kLongestNumber];
     const char* end = PutNumber(digits, cell.number);
-    MarkTo(SideOf(style, kNumber));
+    OpenCell(column, kNumber);
     block_.AddNew({digits, end});
     extent.Take({0, cell.number, cell.number, cell.number != std::nearbyint(cell.number)});
     return;
@@ -125,68 +116,63 @@ void RowEncoder::AddCell(std::size_t column, const BlockCell& cell, std::string_
     clean_ = ToUtf8(text);
     text = clean_;
   }
-  MarkTo(SideOf(style, NeedsPreserve(text) ? kKeptText : kText));
+  OpenCell(column, NeedsPreserve(text) ? kKeptText : kText);
   AddText(text);
   extent.text = std::max(extent.text, static_cast<uint32_t>(LongestLine(text)));
 }
 
-bool RowEncoder::AddShared(std::size_t row, std::size_t column, uint16_t style,
-                           const RowPlace& place) {
+bool RowEncoder::AddShared(std::size_t row, std::size_t i, const RowPlace& place) {
   if (shared_ == place.shared.size()) return false;
   const SharedCell& cell = place.shared[shared_];
-  if (cell.row != row || cell.column != column) return false;
-  MarkTo(SideOf(style, kSharedText));
+  if (cell.row != row || cell.column != i + 1) return false;
+  OpenCell(place.column + i, kSharedText);
   block_.AddNew(std::to_string(cell.text));
   ++shared_;
   return true;
 }
 
 void RowEncoder::AddRow(const CellBlock& cells, std::size_t row, const RowPlace& place) {
-  char digits[kLongestNumber];
-  const std::size_t number = place.row + row - 1;
-  const std::string_view number_text(digits,
-                                     std::to_chars(digits, digits + kLongestNumber, number).ptr);
   const BlockCell* first = cells.Row(row);
   const bool whole = row == 1 && place.of_first != nullptr;
-  const std::vector<uint16_t>& styles = whole ? *place.of_first : *place.styles;
-  std::size_t next = 0;  // the column that a cell without a place stands in; 0: there is no row yet
+  first_mark_ = whole ? extents_.size() : 0;
+  bool is_open = false;
   for (std::size_t i = 0; i < cells.columns(); ++i) {
     const BlockCell& cell = first[i];
-    if (cell.IsBlank() && !(whole && next > 0)) continue;
-    if (next == 0) {
-      MarkTo(kRow);
-      block_.AddNew(number_text);
-      if (place.height > 0) {
-        block_.AddNew("\" ht=\"" + std::to_string(place.height) + "\" customHeight=\"1");
-      }
-      next = 1;
-    }
+    if (cell.IsBlank() && !(whole && is_open)) continue;
+    if (!std::exchange(is_open, true)) OpenRow(place.row + row - 1, place.height);
     const std::size_t column = place.column + i;
-    const uint16_t style = StyleOf(styles, column);
-    if (column - next > kLongestGap) {
-      MarkTo(kPlace);
-      block_.AddNew(ColumnName(static_cast<uint32_t>(column)));
-      block_.AddNew(number_text);
-    } else {
-      for (; next < column; ++next) MarkTo(SideOf(StyleOf(styles, next), kBlank));
-    }
-    next = column + 1;
-    if (AddShared(row, i + 1, style, place)) continue;
+    if (AddShared(row, i, place)) continue;
     const bool is_text = cell.kind == BlockCell::Kind::kText;
-    AddCell(column, cell, is_text ? cells.Text(cell) : std::string_view(), style);
+    AddCell(column, cell, is_text ? cells.Text(cell) : std::string_view());
   }
 }
 
-EncodedRows RowEncoder::Encode(const CellBlock& cells, const RowPlace& place) {
-  const std::size_t styles = std::max(StylesIn(place.styles), StylesIn(place.of_first));
-  if (sides_ != kFirstCell + styles * kContents) {
-    sides_ = kFirstCell + styles * kContents;
-    marks_.assign(sides_ * sides_, {});
+/// Marks that lead to a cell name its column and style.
+void RowEncoder::SetStyles(const RowPlace& place, std::size_t columns) {
+  if (place.styles == styles_ && place.of_first == styles_of_first_ &&
+      cell_openings_.size() == 2 * columns) {
+    return;
   }
-  shared_ = 0;
+  styles_ = place.styles;
+  styles_of_first_ = place.of_first;
+  cell_openings_.clear();
+  for (const ColumnStyles& styles : {styles_, styles_of_first_}) {
+    for (std::size_t column = 1; column <= columns; ++column) {
+      const uint16_t style = styles == nullptr ? uint16_t{0} : StyleOf(*styles, column);
+      cell_openings_.push_back(style == 0 ? "<c r=\""
+                                          : "<c s=\"" + std::to_string(style) + "\" r=\"");
+      cell_openings_.back() += ColumnName(static_cast<uint32_t>(column));
+    }
+  }
+  marks_.assign((kCell + cell_openings_.size()) * kSides, {});
+}
+
+EncodedRows RowEncoder::Encode(const CellBlock& cells, const RowPlace& place) {
   extents_.assign(place.column - 1 + cells.columns(), {});
+  SetStyles(place, extents_.size());
+  shared_ = 0;
   for (std::size_t row = 1; row <= cells.rows(); ++row) AddRow(cells, row, place);
-  if (side_ != kNothing) MarkTo(kNothing);
+  if (side_ != kNothing) MarkTo(kNothing, "");
   return {Packed(block_, false), std::move(extents_)};
 }
 

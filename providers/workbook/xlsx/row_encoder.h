@@ -1,10 +1,11 @@
 // Rows of cells as the sheet's part holds them: XML, compressed in the same pass.
 //
-// A cell that follows another does not tell its place: the format allows that, and the places would
-// be a third of the size. A short gap is made of blank cells; only after a long one a cell names
-// its place.
+// Each cell tells its place, without which some programs fail. Its style stands before it, so that
+// what comes again is in two runs: from the cell before to the name of the column, as in the row
+// above, and from the number of the row to the value, as in the cell before.
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <memory>
@@ -66,21 +67,29 @@ class RowEncoder {
   EncodedRows Encode(const CellBlock& cells, const RowPlace& place);
 
  private:
-  /// What a mark ends or begins: each cell by its style and what it holds.
-  enum Side : std::size_t { kNothing, kRow, kPlace, kFirstCell };
+  /// What a cell can hold.
+  enum Contents : std::size_t { kNumber, kText, kKeptText, kSharedText, kBlank, kContents };
+  /// Where a mark comes from: nothing, a row's number, or a cell by its contents. Where it leads:
+  /// nothing, a row, or a cell by its opening.
+  enum Side : std::size_t { kNothing, kRow, kCell, kSides = kCell + kContents };
 
+  void SetStyles(const RowPlace& place, std::size_t columns);
   void AddRow(const CellBlock& cells, std::size_t row, const RowPlace& place);
-  void AddCell(std::size_t column, const BlockCell& cell, std::string_view text, uint16_t style);
+  void OpenRow(std::size_t row, unsigned height);
+  void AddCell(std::size_t column, const BlockCell& cell, std::string_view text);
+  void OpenCell(std::size_t column, std::size_t contents);
   void AddText(std::string_view text);
-  /// Whether the cell shows a text of the table; then it is added.
-  bool AddShared(std::size_t row, std::size_t column, uint16_t style, const RowPlace& place);
-  static std::size_t SideOf(uint16_t style, std::size_t contents);
-  void MarkTo(std::size_t side);
-  std::string MarkBytes(std::size_t from, std::size_t to) const;
+  /// Whether cell `i` of the block's row shows a text of the table; then it is added.
+  bool AddShared(std::size_t row, std::size_t i, const RowPlace& place);
+  void MarkTo(std::size_t to, std::string_view opening);
 
   DeflateBlock block_;
-  std::vector<Repeated> marks_;  // sides_ times sides_, made when they are first used
-  std::size_t sides_ = 0;
+  ColumnStyles styles_, styles_of_first_;   // those that the openings are made for
+  std::vector<std::string> cell_openings_;  // by column, then by column in a first row
+  std::vector<Repeated> marks_;             // those that lead to one side stand together
+  std::array<Repeated, kContents> values_;
+  Repeated row_number_;
+  std::size_t first_mark_ = 0;   // of the row's openings
   std::size_t side_ = kNothing;  // where the last mark came to
   std::size_t shared_ = 0;       // the next cell of `RowPlace::shared`
   std::string clean_;

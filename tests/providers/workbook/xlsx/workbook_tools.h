@@ -87,16 +87,6 @@ inline std::vector<std::string> FormatsOf(const std::string& styles) {
   return formats;
 }
 
-/// Where a cell without a place stands: to the right of the one before it.
-inline std::string PlaceOf(const pugi::xml_node& row, const pugi::xml_node& cell,
-                           uint32_t& column) {
-  const std::string written = cell.attribute("r").value();
-  column = written.empty() ? column + 1 : ParseCell(written)->column;
-  const std::string place = CellName(row.attribute("r").as_uint(), column);
-  EXPECT_TRUE(written.empty() || written == place);
-  return place;
-}
-
 /// Excel drops outer blanks of a text that is not marked.
 inline std::string TextIn(const pugi::xml_node& text) {
   const std::string whole = text.text().get();
@@ -117,10 +107,9 @@ inline std::map<std::string, std::string> CellsOf(std::string_view file) {
   for (const auto item : table.child("sst")) texts.push_back(TextIn(item.child("t")));
   std::map<std::string, std::string> cells;
   for (const auto row : sheet.child("worksheet").child("sheetData")) {
-    uint32_t column = 0;
     for (const auto cell : row) {
-      const std::string place = PlaceOf(row, cell, column);
-      if (!cell.first_child()) continue;  // blank
+      const std::string place = cell.attribute("r").value();  // some programs need it
+      if (!cell.first_child()) continue;                      // blank
       std::string& found = cells[name + "!" + place];
       const std::string type = cell.attribute("t").value(), value = cell.child("v").text().get();
       found = type == "s"           ? "text:" + texts.at(std::stoul(value))
