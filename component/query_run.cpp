@@ -68,7 +68,7 @@ class QueryRun {
     FindSettingsFolder(host_, publics_.environment);
     const std::string database = SettingsDatabase(publics_.environment.SettingsFolder);
     if (!host_.files.Exists(database)) {
-      publics_.last_run.cause = "There is no file \"" + host_.files.NativePath(database) + "\"";
+      publics_.last_run.cause = "The file \"" + host_.files.NativePath(database) + "\" is missing";
       throw Failure(failure_number::kDatabaseNotFound, "Database not Found");
     }
     return LoadSettings(host_, publics_.environment, publics_.settings, publics_.cube.CubeMeasures,

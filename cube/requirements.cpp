@@ -67,7 +67,8 @@ class Check {
   void CheckDates() {
     const auto dimension = cube_->FindDimension("Date");
     if (!dimension) {
-      return Lacks("There is no dimension \"Date\": a query finds its periods in it", kDateMend);
+      return Lacks("The cube has no dimension \"Date\": a query finds its periods in it",
+                   kDateMend);
     }
     const auto dates = dimension->HierarchyAt(0);
     if (!dates->LevelAt(0)->IsAll()) {
@@ -88,7 +89,7 @@ class Check {
   void CheckLines() {
     const auto dimension = cube_->FindDimension("QeL");
     if (!dimension) {
-      return Lacks("There is no dimension \"QeL\": its members are the lines of the report",
+      return Lacks("The cube has no dimension \"QeL\": its members are the lines of the report",
                    kLinesMend);
     }
     if (!HasHierarchy(*dimension, "QeL")) {
@@ -101,7 +102,7 @@ class Check {
     const auto dimension = cube_->FindDimension("ActX");
     if (!dimension) {
       return Lacks(
-          "There is no dimension \"ActX\": the ledger that a data source names (OBS) is in it",
+          "The cube has no dimension \"ActX\": the ledger that a data source names (OBS) is in it",
           kLedgersMend);
     }
     if (!HasHierarchy(*dimension, "xlFile")) {
@@ -122,8 +123,10 @@ class Check {
     const auto names = MemberNames(*cube_->DimensionAt(0)->HierarchyAt(0));
     const bool any = std::any_of(names.begin(), names.end(), IsMoneyMeasure);
     if (any) return;
-    Lacks("There is no measure without \"Quantity\" in its name: such measures fill money columns",
-          kMeasureMend);
+    Lacks(
+        "The cube has no measure without \"Quantity\" in its name: such measures fill money "
+        "columns",
+        kMeasureMend);
   }
 
   bool HasHierarchy(const CubeDimension& dimension, const std::string& name) const {
@@ -146,7 +149,8 @@ class Check {
     try {
       connection_.Execute("SELECT {" + member + "} ON COLUMNS FROM [" + cube_->Name() + "]");
     } catch (const Failure& failure) {
-      Lacks("There is no member " + member + ": " + why + " (" + failure.description() + ")", mend);
+      Lacks("The cube has no member " + member + ": " + why + " (" + failure.description() + ")",
+            mend);
     }
   }
 

@@ -178,7 +178,7 @@ TEST_F(QueryRunTest, EveryFailureHasItsAnswerAndItsReport) {
   } cases[] = {
       {"no database", [](auto& t) { t.memory.files.files.erase("component\\CubToQel.mdb"); }, 1111,
        "Error : 1111\r\n\r\nDatabase not Found\r\n\r\nFunction : CubtoXls\r\nModule : ModCubtoXls",
-       "There is no file \"component\\CubToQel.mdb\""},
+       "The file \"component\\CubToQel.mdb\" is missing"},
       {"no such sets",
        [](auto& t) {
          t.database.tables["DataSourceInfo"].clear();
