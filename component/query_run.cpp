@@ -7,6 +7,7 @@
 #include "component/result_grid.h"
 #include "component/run_cause.h"
 #include "component/step_timer.h"
+#include "component/workbook_look.h"
 #include "cube/connection.h"
 #include "cube/mdx_builder.h"
 #include "cube/probe.h"
@@ -47,6 +48,7 @@ class QueryRun {
     publics_.cube.CubeMeasures.assign(1, Value());
     if (!Load(data_source, periods)) return failure_number::kSettingsUnreadable;
     if (const int32_t code = PrepareCube(); code != kDone) return code;
+    output_.workbook->SetLook(RunLook(host_, publics_, data_source + ", " + periods));
     RunPasses();
     if (!publics_.last_run.workbook.empty()) FinishWorkbook();
     connection_->Close();

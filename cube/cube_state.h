@@ -6,6 +6,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <map>
 #include <string>
 #include <vector>
 
@@ -36,6 +37,8 @@ struct CubeState {
   std::vector<std::string> ObsChildren;
   /// Names of the cube's measures from index 1; index 0 is an empty element that is never compared.
   Value::Array CubeMeasures{Value()};
+  /// Of these, by case-folded names, where the cube tells.
+  std::map<std::string, std::string> MeasureFormats;
   /// At most 12, by ascending period number; entry k belongs to the query's members Qk and mk.
   std::vector<QueryPeriod> QueryPeriods;
 };

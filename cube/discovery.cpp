@@ -14,11 +14,9 @@ std::size_t TopLevel(const CubeHierarchy& hierarchy) {
   return hierarchy.LevelCount() > 0 && hierarchy.LevelAt(0)->IsAll() ? 1 : 0;
 }
 
-void AppendNames(const CubeLevel& level, std::vector<std::string>& names) {
+void VisitLevel(const CubeLevel& level, const std::function<void(const CubeMember&)>& visit) {
   const std::size_t count = level.MemberCount();
-  for (std::size_t member = 0; member < count; ++member) {
-    names.push_back(level.MemberAt(member)->Name());
-  }
+  for (std::size_t member = 0; member < count; ++member) visit(*level.MemberAt(member));
 }
 
 /// Some servers put the dimension before the name of a hierarchy.
@@ -49,18 +47,26 @@ std::unique_ptr<CubeDef> FirstCube(const CubeCatalog& catalog, const std::string
 
 bool IsMoneyMeasure(const std::string& name) { return name.find("Quantity") == std::string::npos; }
 
+void VisitMembers(const CubeHierarchy& hierarchy,
+                  const std::function<void(const CubeMember&)>& visit) {
+  for (std::size_t level = TopLevel(hierarchy); level < hierarchy.LevelCount(); ++level) {
+    VisitLevel(*hierarchy.LevelAt(level), visit);
+  }
+}
+
 std::vector<std::string> MemberNames(const CubeHierarchy& hierarchy) {
   std::vector<std::string> names;
-  for (std::size_t level = TopLevel(hierarchy); level < hierarchy.LevelCount(); ++level) {
-    AppendNames(*hierarchy.LevelAt(level), names);
-  }
+  VisitMembers(hierarchy, [&](const CubeMember& member) { names.push_back(member.Name()); });
   return names;
 }
 
 std::vector<std::string> TopMemberNames(const CubeHierarchy& hierarchy) {
   std::vector<std::string> names;
   const std::size_t top = TopLevel(hierarchy);
-  if (top < hierarchy.LevelCount()) AppendNames(*hierarchy.LevelAt(top), names);
+  if (top < hierarchy.LevelCount()) {
+    VisitLevel(*hierarchy.LevelAt(top),
+               [&](const CubeMember& member) { names.push_back(member.Name()); });
+  }
   return names;
 }
 

@@ -6,6 +6,7 @@
 // that is not there included. Names of dimensions are compared exactly, also in case.
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -23,8 +24,12 @@ std::unique_ptr<CubeDef> FirstCube(const CubeCatalog& catalog, const std::string
 /// Whether a measure of this name is offered for money columns.
 bool IsMoneyMeasure(const std::string& name);
 
-/// Names of the members of all levels, from the top. The member of the all level, which stands
-/// for no one in particular, is left out.
+/// Calls `visit` with the members of all levels, from the top. The member of the all level, which
+/// stands for no one in particular, is left out.
+void VisitMembers(const CubeHierarchy& hierarchy,
+                  const std::function<void(const CubeMember&)>& visit);
+
+/// Their names.
 std::vector<std::string> MemberNames(const CubeHierarchy& hierarchy);
 
 /// Names of the members at the level below the all level, or at the top where there is no such

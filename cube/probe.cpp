@@ -51,8 +51,12 @@ void Probe(const Locale& locale, CubeConnection& connection, const DataSourceSet
   state.HasActX = FindActX(*cube);
   state.ObsChildren = ReadObsChildren(connection, data_source);
   ReadDateMembers(locale, *dates, state);
-  const auto measures = MemberNames(*DimensionNamed(*cube, "Measures")->HierarchyAt(0));
-  state.CubeMeasures.insert(state.CubeMeasures.end(), measures.begin(), measures.end());
+  state.MeasureFormats.clear();
+  VisitMembers(*DimensionNamed(*cube, "Measures")->HierarchyAt(0), [&](const CubeMember& measure) {
+    state.CubeMeasures.emplace_back(measure.Name());
+    const std::string format = measure.FormatString();
+    if (!format.empty()) state.MeasureFormats[locale.FoldCase(measure.Name())] = format;
+  });
 }
 
 }  // namespace

@@ -30,6 +30,9 @@ class CubeMember {
   virtual std::unique_ptr<CubeMember> Parent() const = 0;
   /// Whether the cube computes it by a formula.
   virtual bool IsCalculated() const { return false; }
+  /// How a measure's numbers are to be shown, such as "#,##0.00"; "" where the provider does not
+  /// tell.
+  virtual std::string FormatString() const { return {}; }
 };
 
 /// Members stand in the cube's order, counted from 0.

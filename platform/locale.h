@@ -34,6 +34,8 @@ class Locale {
   /// A finite number in groups, rounded to so many decimal places: "1,234.50". To be shown, not
   /// read again: it may hold marks of writing direction.
   virtual std::string NumberText(double number, int decimals) const = 0;
+  /// Whether the country prints on Letter, and not on A4.
+  virtual bool UsesLetterPaper() const { return false; }
 };
 
 /// The one way to compare names without regard to case. Plain ASCII never reaches the locale.

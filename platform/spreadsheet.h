@@ -109,12 +109,24 @@ class SpreadsheetApplication {
   virtual void Quit() = 0;
 };
 
+/// How a sheet is to be read and printed. It changes no value, text or cell.
+struct WorkbookLook {
+  std::string title;
+  std::size_t captions = 0;  ///< columns from A on that say what a row is; 0: no look at all
+  /// Number formats of the columns after the captions, whose labels stand in row 1.
+  std::vector<std::string> formats = {};
+  bool right_to_left = false;
+  bool letter_paper = false;  ///< else A4
+};
+
 /// The workbook that one run leaves at its path. Each pass of the run saves it there by an
 /// application of its own; what one has saved the next can open. Others may see it before `Commit`
 /// only where the program itself writes it; without `Commit` the destructor removes it.
 class OutputWorkbook {
  public:
   virtual ~OutputWorkbook() = default;
+  /// Before the first application. A program that its user has set up passes over it.
+  virtual void SetLook(const WorkbookLook&) {}
   virtual std::unique_ptr<SpreadsheetApplication> NewApplication() = 0;
   /// Puts what was saved in its place. Failures are those of the files port.
   virtual void Commit() = 0;

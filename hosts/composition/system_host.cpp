@@ -2,7 +2,11 @@
 
 #include <algorithm>
 #include <atomic>
+#include <charconv>
+#include <cstdint>
 #include <cstdio>
+#include <cstdlib>
+#include <ctime>
 #include <functional>
 #include <string>
 #include <string_view>
@@ -26,11 +30,17 @@
 namespace vok {
 namespace {
 
-/// Of the sheet that a run leaves: captions in A to K, then a quantity and a money column for each
-/// period.
-xlsx::SheetLook RunLook() {
-  constexpr std::size_t kCaptions = 11, kPeriodColumns = 24;
-  return {kCaptions, kCaptions + kPeriodColumns, {"#,##0.###", "#,##0.00"}};
+/// What workbooks tell as the moment of their making: now, or what the environment says, so that
+/// the same work gives the same file.
+int64_t MakingTime() {
+  const char* const wanted = std::getenv("SOURCE_DATE_EPOCH");
+  const std::string_view text = wanted != nullptr ? wanted : "";
+  int64_t moment = 0;
+  const auto read = std::from_chars(text.data(), text.data() + text.size(), moment);
+  constexpr int64_t kLast = 253'402'300'799;  // of the year 9999
+  const bool is_moment = !text.empty() && read.ec == std::errc() &&
+                         read.ptr == text.data() + text.size() && moment >= 0 && moment <= kLast;
+  return is_moment ? moment : static_cast<int64_t>(std::time(nullptr));
 }
 
 /// The system's own line ends are "\r\n". Lines after the first are indented, and what else a
@@ -125,7 +135,7 @@ struct SystemHost::Providers {
         kept_database(*database),
         kept_cubes(*cube),
         prints(options.is_command || options.message_boxes == nullptr),
-        spreadsheet(*platform.files, RunLook()),
+        spreadsheet(*platform.files, MakingTime),
         host{Component(platform),
              *platform.files,
              overriding,

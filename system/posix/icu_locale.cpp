@@ -5,6 +5,7 @@
 #include <unicode/locid.h>
 #include <unicode/numberformatter.h>
 #include <unicode/smpdtfmt.h>
+#include <unicode/ulocdata.h>
 #include <unicode/unistr.h>
 
 #include <algorithm>
@@ -209,13 +210,15 @@ std::string Print(const icu::SimpleDateFormat& format, double seconds) {
 
 struct IcuLocale::Customs {
   explicit Customs(const icu::Locale& locale)
-      : language(locale.getLanguage()),
+      : name(locale.getName()),
+        language(locale.getLanguage()),
         reading(CustomsOf(locale)),
         months(WithEnglish(reading.months)),
         date(FormatOf(ShortPattern(locale), locale)),
         time(FormatOf(TimePattern(locale), locale)),
         number(icu::number::NumberFormatter::withLocale(locale).sign(UNUM_SIGN_NEGATIVE)) {}
 
+  std::string name;
   std::string language;
   DateCustoms reading;
   MonthNames months;
@@ -271,6 +274,14 @@ std::string IcuLocale::NumberText(double number, int decimals) const {
   const icu::UnicodeString written = text.toString(status);
   Check(status, "the form of numbers");
   return Utf8(written);
+}
+
+bool IcuLocale::UsesLetterPaper() const {
+  constexpr int32_t kLetterHeight = 279;  // in millimetres
+  int32_t height = 0, width = 0;
+  UErrorCode status = U_ZERO_ERROR;
+  ulocdata_getPaperSize(customs_->name.c_str(), &height, &width, &status);
+  return U_SUCCESS(status) && height == kLetterHeight;
 }
 
 }  // namespace vok

@@ -27,6 +27,7 @@ class IcuLocale : public Locale {
   std::string ShortDate(Date date) const override;
   std::string DateText(Date date) const override;
   std::string NumberText(double number, int decimals) const override;
+  bool UsesLetterPaper() const override;
 
  private:
   struct Customs;

@@ -147,4 +147,6 @@ std::string WindowsLocale::NumberText(double number, int decimals) const {
   return length == 0 ? Utf8(plain) : Utf8(text.substr(0, static_cast<std::size_t>(length) - 1));
 }
 
+bool WindowsLocale::UsesLetterPaper() const { return Custom(LOCALE_IPAPERSIZE) == L"1"; }
+
 }  // namespace vok::windows

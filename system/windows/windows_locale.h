@@ -22,6 +22,7 @@ class WindowsLocale : public Locale {
   std::string ShortDate(Date date) const override;
   std::string DateText(Date date) const override;
   std::string NumberText(double number, int decimals) const override;
+  bool UsesLetterPaper() const override;
 
  private:
   std::string Text(Date date, uint32_t flags) const;

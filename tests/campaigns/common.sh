@@ -11,7 +11,7 @@
 #   faults   a line for each fault; the first 20 trials are kept in faults.d/
 set -uo pipefail
 renice -n "${NICE:-19}" $$ > /dev/null
-export LC_ALL=C.UTF-8
+export LC_ALL=C.UTF-8 SOURCE_DATE_EPOCH=946684799
 unset DISPLAY WAYLAND_DISPLAY QT_QPA_PLATFORM VOKCUBE_REGISTRY
 
 root=$(realpath "$(dirname "${BASH_SOURCE[0]}")/../..")

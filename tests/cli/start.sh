@@ -7,6 +7,7 @@ rm -rf "$3"
 mkdir -p "$3"
 cd "$3"
 export VOKCUBE_REGISTRY=$PWD/registry.reg XDG_DATA_HOME=$PWD/share
+export SOURCE_DATE_EPOCH=946684799  # workbooks of the same run are the same bytes
 failures=0
 
 # fail WORDS: what was wrong, and what was said last.

@@ -85,7 +85,7 @@ struct QueryRunTest : ::testing::Test, ComponentHost {
 
 TEST_F(QueryRunTest, WithoutOpeningBalancesOneQueryIsLoggedRunAndWritten) {
   TakeOpeningBalancesAway();
-  Money()["Measure3"] = "uNITS";
+  Money()["Measure3"] = "fACTS";
   for (const char* run : {"first", "second, which starts its lists afresh"}) {
     SCOPED_TRACE(run);
     cube.queries.clear();
@@ -103,6 +103,11 @@ TEST_F(QueryRunTest, WithoutOpeningBalancesOneQueryIsLoggedRunAndWritten) {
     EXPECT_THAT(Opened(), ElementsAre("add"));
     EXPECT_EQ(publics.last_run.workbook, "out.xlsX");
     EXPECT_EQ(publics.last_run.rows, 3u);
+    EXPECT_EQ(sheets.record.look.title, "Sales, 2010");
+    EXPECT_EQ(sheets.record.look.formats.size(), 24u);
+    EXPECT_EQ(sheets.record.look.formats.at(5), "#,##0") << "that of the measure";
+    EXPECT_EQ(sheets.record.look.formats.at(7), "#,##0.00")
+        << "of money that the cube tells none of";
     EXPECT_THAT(publics.cube.CubeMeasures,
                 ElementsAre(Value(), Value("Amount"), Value("Units"), Value("Facts")));
     EXPECT_THAT(memory.boxes.boxes, IsEmpty());

@@ -2,6 +2,7 @@
 
 #include <gmock/gmock.h>
 
+#include "component/workbook_look.h"
 #include "tests/support/component_host.h"
 #include "tests/support/failures.h"
 
@@ -23,6 +24,20 @@ struct BlankRows : GridRows {
   }
   std::size_t left;
 };
+
+TEST(SheetFormat, IsThatOfTheMeasureWhereAllProgramsKnowIt) {
+  for (const char* known : {"#,##0.00", "0", "#0.0", "##,###,000", "0.##%"}) {
+    EXPECT_EQ(SheetFormat(known, "0.0", "-1"), known);
+  }
+  for (const char* odd :
+       {"", ",", "#.", "#,##0.", ",0", "0.0.0", "0.0,0", "[Red]0", "0;0", "a", "%"}) {
+    EXPECT_EQ(SheetFormat(odd, "0.0", "-1"), "0.0") << odd;
+  }
+  EXPECT_EQ(SheetFormat("percent", "0", "-1"), "0.00%");
+  EXPECT_EQ(SheetFormat("", "#,##0", "(1)"), "#,##0_);(#,##0)");
+  EXPECT_EQ(SheetFormat("", "0.0", "1 -"), "0.0_ _-;0.0 -");
+  EXPECT_EQ(SheetFormat("", "0.0", "*1"), "0.0");
+}
 
 struct WorkbookWriterTest : ::testing::Test, ComponentHost {
   WorkbookWriterTest() {

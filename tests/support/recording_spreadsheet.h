@@ -19,6 +19,7 @@ struct SpreadsheetRecord {
   std::vector<std::string> sheets{"Data"};
   std::size_t region_rows = 1;
   std::size_t rows_at_once = 1000;
+  WorkbookLook look;
   std::vector<std::string> outputs;  ///< where runs were to write
   std::function<void()> on_commit = [] {};
 
@@ -74,6 +75,7 @@ class RecordingApplication : public SpreadsheetApplication {
 class RecordingWorkbook : public OutputWorkbook {
  public:
   explicit RecordingWorkbook(SpreadsheetRecord& record) : record_(record) {}
+  void SetLook(const WorkbookLook& look) override { record_.look = look; }
   std::unique_ptr<SpreadsheetApplication> NewApplication() override {
     return std::make_unique<RecordingApplication>(record_);
   }

@@ -90,6 +90,10 @@ class OlapMember : public CubeMember {
   std::string Name() const override { return std::string(cube_->MemberName(hierarchy_, id_)); }
   std::string Caption() const override { return std::string(cube_->Caption(hierarchy_, id_)); }
   std::string UniqueName() const override { return cube_->UniqueName(hierarchy_, id_); }
+  std::string FormatString() const override {
+    const bool is_stored_measure = hierarchy_ == kMeasures && id_ < cube_->model().measures.size();
+    return is_stored_measure ? cube_->model().measures[id_].format_string : std::string();
+  }
   std::unique_ptr<CubeMember> Parent() const override;
 
  private:
@@ -110,6 +114,7 @@ class OlapCalculatedMeasure : public CubeMember {
   }
   std::unique_ptr<CubeMember> Parent() const override { return nullptr; }
   bool IsCalculated() const override { return true; }
+  std::string FormatString() const override { return definition_.format_string; }
 
  private:
   std::shared_ptr<const CubeView> cube_;

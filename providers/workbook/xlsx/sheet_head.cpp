@@ -4,6 +4,7 @@
 
 #include "platform/text.h"
 #include "providers/workbook/xlsx/cell_reference.h"
+#include "providers/workbook/xlsx/text_rules.h"
 #include "providers/workbook/xlsx/workbook_parts.h"
 
 namespace vok::xlsx {
@@ -36,6 +37,33 @@ uint32_t NumberWidth(const ColumnExtent& extent, bool has_look) {
   return digits + (digits - 1) / kGroup + kDecimalsAndSign;
 }
 
+/// Labels are bold, whose letters are wider by a fifth.
+std::size_t BoldWidth(std::string_view text) {
+  const std::size_t units = Utf16Length(text);
+  return units + (units + 4) / 5;
+}
+
+/// Takes the first word with the blanks after it.
+std::string_view TakeWord(std::string_view& text) {
+  const std::size_t end = std::min(text.find_first_not_of(' ', text.find(' ')), text.size());
+  const std::string_view word = text.substr(0, end);
+  text.remove_prefix(end);
+  return word;
+}
+
+/// So much that no word of the label is broken unless it is long.
+uint32_t LabelWidth(const Workbook& workbook, std::size_t column) {
+  constexpr std::size_t kMost = 16;
+  const auto label = workbook.first_row.find(column);
+  if (label == workbook.first_row.end()) return 0;
+  const std::string whole = label->second.ToText();
+  std::size_t longest = 0;
+  for (std::string_view text = whole; !text.empty();) {
+    longest = std::max(longest, BoldWidth(TrimBlanks(TakeWord(text))));
+  }
+  return static_cast<uint32_t>(std::min(longest, kMost));
+}
+
 /// Gives a width to the columns that have contents or a format.
 std::vector<Column> FitColumns(const Workbook& workbook, const std::vector<ColumnExtent>& extents) {
   const std::vector<uint16_t>& styles = *workbook.styles;
@@ -48,7 +76,8 @@ std::vector<Column> FitColumns(const Workbook& workbook, const std::vector<Colum
     if (i < captions) {
       columns[i].width = std::clamp(width + 1, kNarrowestCaption, kWidestCaption);
     } else if (width > 0 || columns[i].format != 0) {
-      columns[i].width = std::clamp(width + kMargin, kNarrowest, kWidest);
+      const uint32_t of_label = captions > 0 ? LabelWidth(workbook, i + 1) : 0;
+      columns[i].width = std::clamp(std::max(width, of_label) + kMargin, kNarrowest, kWidest);
     }
   }
   return columns;
@@ -74,8 +103,9 @@ void AppendColumns(ByteBuffer& xml, const std::vector<Column>& columns) {
 }
 
 /// Row 1 and the captions stay in sight.
-void AppendView(ByteBuffer& xml, const SheetLook& look) {
-  xml << "<sheetViews><sheetView tabSelected=\"1\" workbookViewId=\"0\"";
+void AppendView(ByteBuffer& xml, const WorkbookLook& look) {
+  xml << "<sheetViews><sheetView " << (look.right_to_left ? "rightToLeft=\"1\" " : "")
+      << "tabSelected=\"1\" workbookViewId=\"0\"";
   if (look.captions == 0) {
     xml << "/></sheetViews>";
     return;
@@ -86,21 +116,27 @@ void AppendView(ByteBuffer& xml, const SheetLook& look) {
          "</sheetView></sheetViews>";
 }
 
-/// How many lines a text takes that is broken at its blanks, and within longer words.
+/// How many lines a label takes that is broken at its blanks, and within longer words.
 unsigned LinesOf(std::string_view text, std::size_t width) {
   unsigned lines = 1;
   std::size_t used = 0;
   while (!text.empty()) {
-    const std::size_t end = std::min(text.find(' '), text.size() - 1) + 1;
-    const std::size_t word = Utf16Length(text.substr(0, end));
+    const std::size_t word = BoldWidth(TakeWord(text));
     if (used > 0 && used + word > width + 1) {
       ++lines;
       used = 0;
     }
     for (used += word; used > width + 1; used -= width) ++lines;
-    text.remove_prefix(end);
   }
   return lines;
+}
+
+/// What a footer shows of a text: "&" begins an instruction there, and 255 characters are too many.
+std::string FooterText(std::string_view text) {
+  constexpr std::size_t kMost = 100;
+  std::string shown;
+  for (const char c : Utf16Prefix(text, kMost)) shown += c == '&' ? "&&" : std::string(1, c);
+  return shown;
 }
 
 }  // namespace
@@ -112,7 +148,7 @@ void AppendSheetHead(ByteBuffer& xml, const Workbook& workbook,
   if (workbook.look.captions > 0) xml << "<sheetPr><pageSetUpPr fitToPage=\"1\"/></sheetPr>";
   xml << "<dimension ref=\"A1:"
       << CellName(workbook.last_row,
-                  std::max({extents.size(), workbook.look.columns, std::size_t{1}}))
+                  std::max({extents.size(), workbook.LookColumns(), std::size_t{1}}))
       << "\"/>";
   AppendView(xml, workbook.look);
   xml << "<sheetFormatPr defaultRowHeight=\"15\"/>";
@@ -132,13 +168,15 @@ unsigned LabelHeight(const Workbook& workbook) {
 }
 
 void AppendSheetEnd(ByteBuffer& xml, const Workbook& workbook) {
-  const SheetLook& look = workbook.look;
+  const WorkbookLook& look = workbook.look;
   xml << "</sheetData>";
   if (look.captions > 0) {
     xml << "<pageMargins left=\"0.4\" right=\"0.4\" top=\"0.4\" bottom=\"0.6\" header=\"0.3\" "
-           "footer=\"0.3\"/><pageSetup paperSize=\"9\" orientation=\"landscape\" "
-           "fitToHeight=\"0\"/><headerFooter><oddFooter>&amp;R&amp;P / &amp;N</oddFooter>"
-           "</headerFooter><ignoredErrors><ignoredError sqref=\"A1:"
+           "footer=\"0.3\"/><pageSetup paperSize=\""
+        << (look.letter_paper ? "1" : "9")
+        << "\" orientation=\"landscape\" fitToHeight=\"0\"/><headerFooter><oddFooter>";
+    AppendXmlText(xml, "&L" + FooterText(ToUtf8(look.title)) + "&R&P / &N");
+    xml << "</oddFooter></headerFooter><ignoredErrors><ignoredError sqref=\"A1:"
         << CellName(workbook.last_row, look.captions)
         << "\" numberStoredAsText=\"1\"/></ignoredErrors>";
   }

@@ -62,8 +62,9 @@ std::vector<std::string> FittingFormats(const Workbook& workbook) {
   std::vector<std::string> formats;
   for (const CellStyle& style : workbook.cell_styles) {
     std::string& format = formats.emplace_back(style.format);
-    if (format.ends_with(kOptionalDecimals) && !broken.contains(format)) {
-      format.resize(format.size() - kOptionalDecimals.size());
+    if (broken.contains(format)) continue;
+    for (std::size_t at; (at = format.find(kOptionalDecimals)) != format.npos;) {
+      format.erase(at, kOptionalDecimals.size());
     }
   }
   return formats;

@@ -77,14 +77,12 @@ uint16_t Workbook::Style(const CellStyle& style) {
   return index;
 }
 
-void Workbook::SetLook(const SheetLook& wanted) {
+void Workbook::SetLook(const WorkbookLook& wanted) {
   look = wanted;
   if (look.captions == 0) return;
   Style(kLabelStyle);
-  std::vector<uint16_t> of_columns(look.columns);
-  for (std::size_t column = look.captions; column < look.columns; ++column) {
-    of_columns[column] = Style({look.formats[(column - look.captions) % look.formats.size()]});
-  }
+  std::vector<uint16_t> of_columns(look.captions);
+  for (const std::string& format : look.formats) of_columns.push_back(Style({format}));
   styles = std::make_shared<std::vector<uint16_t>>(std::move(of_columns));
 }
 
@@ -100,6 +98,7 @@ void WriteWorkbook(const Workbook& workbook, const Spool& spool, const std::stri
   AddPart(zip, part::kContentTypes, AppendContentTypes);
   AddPart(zip, part::kRelations, AppendRelations);
   AddPart(zip, part::kApplication, AppendApplication);
+  AddPart(zip, part::kCore, AppendCore, workbook);
   AddPart(zip, part::kWorkbook, AppendWorkbookXml, workbook);
   AddPart(zip, part::kWorkbookRelations, AppendWorkbookRelations);
   AddPart(zip, part::kStyles, AppendStyles, workbook);

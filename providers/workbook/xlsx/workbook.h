@@ -5,15 +5,16 @@
 #include <cstdint>
 #include <map>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "platform/files.h"
+#include "platform/spreadsheet.h"
 #include "platform/value.h"
 #include "providers/workbook/xlsx/current_region.h"
 #include "providers/workbook/xlsx/sheet_rows.h"
-#include "providers/workbook/xlsx/xlsx_spreadsheet.h"
 
 namespace vok::xlsx {
 
@@ -26,7 +27,8 @@ struct CellStyle {
 
 /// It has one sheet. Row 1 stays as cells, since it may be written again; the others do not.
 struct Workbook {
-  SheetLook look;
+  WorkbookLook look;
+  std::optional<int64_t> made;  ///< seconds since 1970, UTC
   std::vector<CellStyle> cell_styles{{"General"}};
   std::string sheet_name = "Sheet1";
   ColumnStyles styles = std::make_shared<std::vector<uint16_t>>();  ///< indexes into `cell_styles`
@@ -37,11 +39,13 @@ struct Workbook {
   CurrentRegion region;
 
   /// Its columns get the look's formats.
-  void SetLook(const SheetLook& wanted);
+  void SetLook(const WorkbookLook& wanted);
   /// The index of the style, added when it is new.
   uint16_t Style(const CellStyle& style);
   /// The columns' styles with a line above.
   ColumnStyles LinedStyles();
+  /// Of those that the look says something about.
+  std::size_t LookColumns() const { return look.captions + look.formats.size(); }
 };
 
 /// Writes the whole file: `spool` begins with the rows of the workbook. The same workbook gives the

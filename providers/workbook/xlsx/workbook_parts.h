@@ -14,6 +14,7 @@ namespace part {
 inline constexpr const char* kContentTypes = "[Content_Types].xml";
 inline constexpr const char* kRelations = "_rels/.rels";
 inline constexpr const char* kApplication = "docProps/app.xml";
+inline constexpr const char* kCore = "docProps/core.xml";
 inline constexpr const char* kWorkbook = "xl/workbook.xml";
 inline constexpr const char* kWorkbookRelations = "xl/_rels/workbook.xml.rels";
 inline constexpr const char* kStyles = "xl/styles.xml";
@@ -24,6 +25,7 @@ inline constexpr const char* kSheet = "xl/worksheets/sheet1.xml";
 void AppendContentTypes(ByteBuffer& xml);
 void AppendRelations(ByteBuffer& xml);
 void AppendApplication(ByteBuffer& xml);
+void AppendCore(ByteBuffer& xml, const Workbook& workbook);
 void AppendWorkbookXml(ByteBuffer& xml, const Workbook& workbook);
 void AppendWorkbookRelations(ByteBuffer& xml);
 void AppendStyles(ByteBuffer& xml, const Workbook& workbook);

@@ -55,7 +55,7 @@ void CheckCell(const CellBlock& block, const BlockCell& cell, std::size_t row, s
 struct SavedWorkbook {
   std::string path;
   std::optional<Workbook> workbook;  ///< as it was saved last
-  SheetLook look;
+  WorkbookLook look;
   SheetRows rows;  ///< those of it, and perhaps others that were not saved
 };
 
@@ -219,11 +219,13 @@ class XlsxApplication : public SpreadsheetApplication {
 
 class XlsxOutput : public OutputWorkbook {
  public:
-  XlsxOutput(Files& files, const std::string& path, bool keep_old, const SheetLook& look,
+  XlsxOutput(Files& files, const std::string& path, bool keep_old, const MakingTime& making_time,
              unsigned threads)
-      : files_(files), saved_{path, {}, look, {files, path, threads}} {
+      : files_(files), saved_{path, {}, {}, {files, path, threads}}, making_time_(making_time) {
     if (keep_old) file_ = files.Replace(path);
   }
+
+  void SetLook(const WorkbookLook& look) override { saved_.look = look; }
 
   std::unique_ptr<SpreadsheetApplication> NewApplication() override {
     return std::make_unique<XlsxApplication>(saved_);
@@ -231,6 +233,7 @@ class XlsxOutput : public OutputWorkbook {
 
   void Commit() override {
     if (!saved_.workbook) throw Failure(failure_number::kObjectNotSet, "No workbook was saved.");
+    if (making_time_) saved_.workbook->made = making_time_();
     const auto file = file_ ? std::move(file_) : files_.Replace(saved_.path);
     WriteWorkbook(*saved_.workbook, saved_.rows.spool(), saved_.path, *file);
     file->Commit();
@@ -239,16 +242,19 @@ class XlsxOutput : public OutputWorkbook {
  private:
   Files& files_;
   SavedWorkbook saved_;
+  MakingTime making_time_;
   std::unique_ptr<FileReplacement> file_;  ///< made early to see that it can be
 };
 
 }  // namespace
 
-XlsxSpreadsheet::XlsxSpreadsheet(Files& files, SheetLook look, unsigned threads)
-    : files_(files), look_(std::move(look)), threads_(threads != 0 ? threads : UsualThreads()) {}
+XlsxSpreadsheet::XlsxSpreadsheet(Files& files, MakingTime making_time, unsigned threads)
+    : files_(files),
+      making_time_(std::move(making_time)),
+      threads_(threads != 0 ? threads : UsualThreads()) {}
 
 std::unique_ptr<OutputWorkbook> XlsxSpreadsheet::NewOutput(const std::string& path, bool keep_old) {
-  return std::make_unique<XlsxOutput>(files_, path, keep_old, look_, threads_);
+  return std::make_unique<XlsxOutput>(files_, path, keep_old, making_time_, threads_);
 }
 
 }  // namespace vok::xlsx

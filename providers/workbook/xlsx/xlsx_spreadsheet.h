@@ -15,33 +15,29 @@
 //   53, 61, 70, ... from the files port
 #pragma once
 
-#include <cstddef>
+#include <cstdint>
+#include <functional>
 #include <memory>
 #include <string>
-#include <vector>
 
 #include "platform/files.h"
 #include "platform/spreadsheet.h"
 
 namespace vok::xlsx {
 
-/// How a sheet is to be read and printed. It changes no value, text or cell.
-struct SheetLook {
-  std::size_t captions = 0;  ///< columns from A on that say what a row is; 0: no look at all
-  std::size_t columns = 0;   ///< with those of numbers, whose labels stand in row 1
-  std::vector<std::string> formats = {};  ///< of numbers in the columns after the captions, in turn
-};
+/// The moment that a workbook tells as that of its making, in seconds since 1970, UTC.
+using MakingTime = std::function<int64_t()>;
 
 class XlsxSpreadsheet : public Spreadsheet {
  public:
-  /// `files` must outlive this and the workbooks it makes, which have the look. `threads`: how many
-  /// may work on one, 0 for as many as the machine has cores for.
-  explicit XlsxSpreadsheet(Files& files, SheetLook look = {}, unsigned threads = 0);
+  /// `files` must outlive this and the workbooks it makes. Without `making_time` these do not tell
+  /// any. `threads`: how many may work on one, 0 for as many as the machine has cores for.
+  explicit XlsxSpreadsheet(Files& files, MakingTime making_time = {}, unsigned threads = 0);
   std::unique_ptr<OutputWorkbook> NewOutput(const std::string& path, bool keep_old) override;
 
  private:
   Files& files_;
-  SheetLook look_;
+  MakingTime making_time_;
   unsigned threads_;
 };
 

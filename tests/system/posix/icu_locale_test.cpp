@@ -149,6 +149,8 @@ TEST(IcuLocale, WritesNumbersAsTheCountryDoes) {
   for (const auto& [name, number, decimals, text] : rows) {
     EXPECT_EQ(IcuLocale(name).NumberText(number, decimals), text) << name;
   }
+  EXPECT_TRUE(IcuLocale("en_CA").UsesLetterPaper());
+  EXPECT_FALSE(IcuLocale("he_IL").UsesLetterPaper());
 }
 
 TEST(IcuLocale, TakesTheFirstNameThatTheEnvironmentSets) {

@@ -232,11 +232,18 @@ TEST_F(SpreadsheetTest, ThreadsAndBlocksChangeNothingOfTheRows) {
 }
 
 TEST_F(SpreadsheetTest, ALookChangesNoCell) {
-  const SheetLook look{11, 14, {"#,##0.###", "#,##0.00"}};
+  const WorkbookLook look{.title = "A & <B>",
+                          .captions = 11,
+                          .formats = {"#,##0.###_);(#,##0.###)", "0", "#,##0.00"},
+                          .right_to_left = true,
+                          .letter_paper = true};
+  constexpr int64_t kLastOf1999 = 946'684'799;
   std::map<std::string, std::string> cells[2], parts[2];
   for (const bool looks : {false, true}) {
-    XlsxSpreadsheet spreadsheet(files_, looks ? look : SheetLook());
-    Write(*spreadsheet.NewOutput("book.xlsX", false), {300, 20});
+    XlsxSpreadsheet spreadsheet(files_, [] { return kLastOf1999; });
+    const auto output = spreadsheet.NewOutput("book.xlsX", false);
+    if (looks) output->SetLook(look);
+    Write(*output, {300, 20});
     parts[looks] = Unpacked(files_.files["book.xlsX"]);
     for (const auto& [place, cell] : CellsOf(files_.files["book.xlsX"])) {
       cells[looks][place] = cell.substr(0, cell.rfind('|'));
@@ -247,13 +254,20 @@ TEST_F(SpreadsheetTest, ALookChangesNoCell) {
   const auto format = [&](const char* place) {
     return with_look.at(place).substr(with_look.at(place).rfind('|'));
   };
-  EXPECT_EQ(format("Sheet1!L2") + format("Sheet1!B2"), "|#,##0.###|49");
-  EXPECT_EQ(format("Sheet1!L302"), "|#,##0.###") << "the first row of the second pass";
+  EXPECT_EQ(format("Sheet1!L2") + format("Sheet1!B2"), "|#,##0.###_);(#,##0.###)|49");
+  EXPECT_EQ(format("Sheet1!L302"), format("Sheet1!L2")) << "the first row of the second pass";
   for (const auto& [name, part] : parts[1]) Parsed(part);
   const pugi::xml_document sheet = Parsed(parts[1].at("xl/worksheets/sheet1.xml"));
   const auto root = sheet.child("worksheet");
   EXPECT_STREQ(root.child("ignoredErrors").child("ignoredError").attribute("sqref").value(),
                "A1:K321");
+  EXPECT_STREQ(root.child("headerFooter").child("oddFooter").text().get(), "&LA && <B>&R&P / &N");
+  EXPECT_TRUE(root.child("sheetViews").first_child().attribute("rightToLeft").as_bool());
+  EXPECT_STREQ(root.child("pageSetup").attribute("paperSize").value(), "1");
+  const pugi::xml_document core = Parsed(parts[1].at("docProps/core.xml"));
+  const auto about = core.child("cp:coreProperties");
+  EXPECT_STREQ(about.child("dc:title").text().get(), "A & <B>");
+  EXPECT_STREQ(about.child("dcterms:created").text().get(), "1999-12-31T23:59:59Z");
   const pugi::xml_document styles = Parsed(parts[1].at("xl/styles.xml"));
   const auto lined = root.child("sheetData").find_child_by_attribute("r", "302").first_child();
   auto style = styles.child("styleSheet").child("cellXfs").first_child();
