@@ -7,7 +7,6 @@
 #include <memory>
 #include <regex>
 #include <string>
-#include <thread>
 
 #include "native.h"
 #include "platform/failure.h"
@@ -73,8 +72,14 @@ void OnSmallStack(const std::function<void()>& work) {
   pthread_attr_t attributes;
   pthread_attr_init(&attributes);
   pthread_attr_setstacksize(&attributes, kStack);
-  ASSERT_EQ(pthread_setattr_default_np(&attributes), 0);
-  std::thread(work).join();
+  pthread_t thread;
+  const auto run = [](void* given) -> void* {
+    (*static_cast<const std::function<void()>*>(given))();
+    return nullptr;
+  };
+  auto* given = const_cast<std::function<void()>*>(&work);
+  ASSERT_EQ(pthread_create(&thread, &attributes, run, given), 0);
+  pthread_join(thread, nullptr);
 }
 
 const std::string kMany =
