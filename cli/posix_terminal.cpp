@@ -29,6 +29,8 @@ int RunProgram(int argc, char** argv, int (*program)(std::vector<std::string> ar
 
 void WorkOnThread(const std::function<void()>& work) { work(); }
 
+void Await(std::vector<std::jthread>& threads) { threads.clear(); }
+
 void CatchInterrupts(bool (*ask)()) {
   ask_to_stop = ask;
   for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {

@@ -65,16 +65,15 @@ std::size_t ThreadCount(const Jobs& jobs) {
 
 void RunJobs(const Jobs& jobs, QueryStop& stop) {
   Crew crew(jobs, stop);
-  {
-    std::vector<std::jthread> threads;
-    try {
-      while (threads.size() + 1 < ThreadCount(jobs)) {
-        threads.emplace_back([&] { WorkOnThread([&] { crew.Work(); }); });
-      }
-    } catch (const std::system_error&) {  // as many as the system gives
+  std::vector<std::jthread> threads;
+  try {
+    while (threads.size() < ThreadCount(jobs)) {
+      threads.emplace_back([&] { WorkOnThread([&] { crew.Work(); }); });
     }
-    crew.Work();
+  } catch (const std::system_error&) {  // as many as the system gives
   }
+  if (threads.empty()) crew.Work();
+  Await(threads);
   crew.ThrowFailure();
 }
 

@@ -4,6 +4,7 @@
 
 #include <functional>
 #include <string>
+#include <thread>
 #include <vector>
 
 namespace vok::cli {
@@ -14,6 +15,10 @@ int RunProgram(int argc, char** argv, int (*program)(std::vector<std::string> ar
 
 /// What a further thread of the program does: it, too, may use such objects there.
 void WorkOnThread(const std::function<void()>& work);
+
+/// Ends when these threads have ended, and serves their objects until then: some live on the first
+/// thread.
+void Await(std::vector<std::jthread>& threads);
 
 /// From now on Ctrl-C, and where the system has them a request to end (SIGTERM) and a lost terminal
 /// (SIGHUP), call `ask`, from a signal handler or another thread. When it answers false the program

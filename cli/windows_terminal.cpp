@@ -5,6 +5,7 @@
 
 #include "cli/terminal.h"
 #include "system/automation/apartment.h"
+#include "system/windows/pumped_wait.h"
 #include "system/windows/system_header.h"
 #include "system/windows/utf16.h"
 
@@ -39,6 +40,17 @@ int RunProgram(int, char**, int (*program)(std::vector<std::string> arguments)) 
 void WorkOnThread(const std::function<void()>& work) {
   const windows::Apartment apartment;
   work();
+}
+
+void Await(std::vector<std::jthread>& threads) {
+  const HANDLE ended = ::CreateEventW(nullptr, TRUE, FALSE, nullptr);
+  std::jthread last([&] {
+    threads.clear();
+    ::SetEvent(ended);
+  });
+  windows::PumpedWait().For({&ended, 1});
+  last.join();
+  ::CloseHandle(ended);
 }
 
 void CatchInterrupts(bool (*ask)()) {

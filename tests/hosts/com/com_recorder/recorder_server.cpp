@@ -41,7 +41,9 @@ GUID ClassId(std::size_t index) {
 class Factory final : public IClassFactory {
  public:
   explicit Factory(std::string name) : name_(std::move(name)) {}
-  HRESULT STDMETHODCALLTYPE QueryInterface(REFIID, void** object) override {
+  HRESULT STDMETHODCALLTYPE QueryInterface(REFIID id, void** object) override {
+    *object = nullptr;
+    if (id != IID_IUnknown && id != IID_IClassFactory) return E_NOINTERFACE;
     *object = this;
     AddRef();
     return S_OK;
