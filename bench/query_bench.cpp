@@ -210,9 +210,7 @@ void Build(const std::string& folder, const std::string& cube) {
   PosixFiles files;
   const IcuLocale locale("en_US");
   long most_own = 0;
-  const auto look = [&](const std::string&, double) {
-    most_own = std::max(most_own, OwnKilobytes());
-  };
+  const auto look = [&](const olap::BuildStep&) { most_own = std::max(most_own, OwnKilobytes()); };
   const auto begin = Clock::now();
   const auto report =
       olap::BuildCubeFile(files, locale, {folder + "/schema.xml", folder, cube}, look);

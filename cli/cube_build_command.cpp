@@ -7,7 +7,7 @@
 #include <span>
 
 #include "cli/command.h"
-#include "cli/terminal.h"
+#include "cli/progress_line.h"
 #include "platform/failure.h"
 #include "platform/shown_text.h"
 #include "providers/cube/olap/build/build_cube.h"
@@ -63,28 +63,12 @@ void OldCube::RefuseEmptied(const olap::BuildReport& made) const {
   }
 }
 
-/// One line on standard error that is written over and over; nothing when that is not a terminal.
-class ProgressLine {
- public:
-  void Show(const std::string& what, double done) const {
-    if (terminal_) {
-      std::cerr << "\r\033[K" << OneLine(what) << ' ' << static_cast<int>(done * 100) << " %"
-                << std::flush;
-    }
-  }
-  ~ProgressLine() {
-    if (terminal_) std::cerr << "\r\033[K";
-  }
-
- private:
-  bool terminal_ = ErrorsAreShown();
-};
-
 struct BuildOptions {
   olap::BuildRequest request;
   std::string facts;
   std::string bad_rows;
   bool allow_empty = false;
+  bool progress = false;
 };
 
 /// Each on a line of its own; one alone is the failure.
@@ -121,10 +105,11 @@ void Build(const CommonOptions& common, const BuildOptions& options) {
   }
   olap::BuildReport report;
   try {
-    const ProgressLine line;
-    report = olap::BuildCubeFile(
-        session->host().files, session->host().locale, request,
-        [&line](const std::string& what, double done) { line.Show(what, done); });
+    ProgressLine line(options.progress);
+    report = olap::BuildCubeFile(session->host().files, session->host().locale, request,
+                                 [&line](const olap::BuildStep& step) {
+                                   line.Show(step.what, step.begin, step.end, step.done);
+                                 });
   } catch (const olap::BadRows& bad) {
     ThrowBadRows(bad);
   }
@@ -170,6 +155,8 @@ void AddCubeBuild(CLI::App& cube, const CommonOptions& common) {
                     "Leave out rows of facts that cannot be read, and list them in this file");
   build->add_flag("--allow-empty", options->allow_empty,
                   "Let a cube without facts take the place of one that has some");
+  build->add_flag("--progress", options->progress,
+                  "Tell each 10 seconds how far it is, also where no terminal shows it");
   build->callback([&common, options] { Build(common, *options); });
 }
 

@@ -6,9 +6,10 @@
 
 #include "cli/command.h"
 #include "cli/journal_guess.h"
+#include "cli/new_folder.h"
 #include "cli/print.h"
+#include "cli/progress_line.h"
 #include "cli/settings_document.h"
-#include "env/directories.h"
 #include "platform/failure.h"
 #include "platform/shown_text.h"
 #include "platform/whole_path.h"
@@ -46,33 +47,40 @@ class NewCube {
   }
 
   void Make(const NewOptions& options) {
+    CheckIsNew(host_, folder_);
     ReadJournal(options);
     NameSets();
     RefuseSavedSets();
-    WriteTables();
-    Write("schema.xml", SchemaText());
-    Write("settings.json", PrintSettingsDocument(document_));
-    const auto report = olap::BuildCubeFile(host_.files, host_.locale,
-                                            {InFolder("schema.xml"), folder_, CubePath()}, {});
+    NewFolder folder(host_, folder_);
+    const std::string journal = ReadWholeFile(host_.files, options.journal);
+    folder.Write(journal.starts_with("\x1F\x8B") ? "journal.csv.gz" : "journal.csv", journal);
+    WriteTables(folder);
+    folder.Write("schema.xml", SchemaText());
+    folder.Write("settings.json", PrintSettingsDocument(document_));
+    const auto report = BuildCube(folder.Path(CubeFileName()));
     ImportSets(host_, session_.publics().environment, document_.data_sources, document_.periods);
+    folder.Keep();
     Tell(report.cubes.at(0).facts);
   }
 
  private:
-  std::string InFolder(const std::string& file) const { return folder_ + "/" + file; }
-  std::string CubePath() const { return InFolder(name_ + ".cub"); }
+  static constexpr double kJournal = 0.6;  // the share of reading it twice, to guess and to list
+
+  olap::BuildReport BuildCube(const std::string& cube) {
+    const auto tell = [this](const olap::BuildStep& step) {
+      const auto of_all = [](double share) { return kJournal + (1 - kJournal) * share; };
+      line_.Show(step.what, of_all(step.begin), of_all(step.end), step.done);
+    };
+    return olap::BuildCubeFile(host_.files, host_.locale, {folder_ + "/schema.xml", folder_, cube},
+                               tell);
+  }
+  std::string CubeFileName() const { return name_ + ".cub"; }
   const std::string& Column(Role role) const {
     return guess_.columns[static_cast<std::size_t>(role)];
   }
-  void Write(const std::string& file, const std::string& text) {
-    WriteWholeFile(host_.files, InFolder(file), text);
-  }
 
   void ReadJournal(const NewOptions& options) {
-    if (host_.files.IsDirectory(folder_) || host_.files.Exists(folder_)) {
-      throw Failure(failure_number::kFileExists,
-                    host_.files.NativePath(folder_) + " is there already; name a new folder");
-    }
+    line_.Show("reading " + options.journal, 0, kJournal, 0);
     const std::shared_ptr<const FileReader> file = host_.files.Open(options.journal);
     olap::RowBlocks blocks(
         olap::Decoded(olap::BytesOfFile(file, options.journal), options.journal));
@@ -93,9 +101,6 @@ class NewCube {
     guess_.form.separator = separator;
     csv.form = guess_.form;
     ReadContent(*olap::OpenCsvFolder(host_.files, folder_, csv));
-    MakeDirectories(host_, folder_);
-    const std::string bytes = ReadWholeFile(host_.files, options.journal);
-    Write(bytes.starts_with("\x1F\x8B") ? "journal.csv.gz" : "journal.csv", bytes);
   }
 
   void ReadContent(const olap::TableSource& source) {
@@ -128,7 +133,7 @@ class NewCube {
       if (document_.data_sources.size() == kMostLedgers) break;
       DataSourceSetting& source = document_.data_sources.emplace_back();
       source.SetName = content_.ledgers.size() == 1 ? name_ : name_ + " " + ledger;
-      source.CubeFile = CubePath();
+      source.CubeFile = folder_ + "/" + CubeFileName();
       source.CubeName = kCube;
       source.OBS = ledger;
       for (MoneySetEntry& entry : source.MoneySets) {
@@ -173,7 +178,7 @@ class NewCube {
     return quoted + '"';
   }
 
-  void WriteTables() {
+  void WriteTables(NewFolder& folder) const {
     const char separator = guess_.form.separator;
     std::ostringstream dates;
     for (const char* name : {"date", "year", "quarter", "month", "day"}) dates << name << separator;
@@ -183,14 +188,14 @@ class NewCube {
       dates << IsoDate(day) << separator << day.Year() << separator << (day.Month() + 2) / 3
             << separator << day.Month() << separator << day.Day() << separator << "Books\n";
     }
-    Write("dates.csv", dates.str());
+    folder.Write("dates.csv", dates.str());
     std::ostringstream accounts;
     accounts << "account" << separator << "caption\n";
     for (const auto& [account, text] : content_.accounts) {
       accounts << Field(account) << separator
                << Field(text.empty() ? account : account + '\t' + text) << '\n';
     }
-    Write("accounts.csv", accounts.str());
+    folder.Write("accounts.csv", accounts.str());
   }
 
   static std::string Attribute(const std::string& text) {
@@ -277,6 +282,7 @@ class NewCube {
   const Host& host_;
   std::string folder_;
   std::string name_;
+  ProgressLine line_{false};
   JournalGuess guess_;
   JournalContent content_;
   SettingsDocument document_;

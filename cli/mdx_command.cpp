@@ -5,6 +5,7 @@
 
 #include "cli/cellset_print.h"
 #include "cli/command.h"
+#include "cli/progress_line.h"
 #include "cli/stop_on_interrupt.h"
 
 namespace vok::cli {
@@ -29,6 +30,8 @@ std::unique_ptr<Cellset> Ask(CubeProvider& cube, const MdxOptions& options,
                              const std::string& query) {
   QueryStop stop;
   const StopOnInterrupt interrupt(stop);
+  ProgressLine line(false);
+  line.Show("asking the cube", 0, 1, 0);
   const auto connection = cube.Connect(ConnectionText(options), &stop);
   stop.Check();
   return connection->Execute(query);

@@ -1,4 +1,5 @@
 // vokcube run: saved queries into workbooks.
+#include <algorithm>
 #include <iostream>
 #include <iterator>
 #include <memory>
@@ -7,6 +8,7 @@
 #include "cli/command.h"
 #include "cli/jobs_document.h"
 #include "cli/print.h"
+#include "cli/progress_line.h"
 #include "cli/run_jobs.h"
 #include "cli/run_outcome.h"
 #include "cli/stop_on_interrupt.h"
@@ -24,6 +26,7 @@ struct RunOptions {
   std::string log;
   bool json = false;
   bool quiet = false;
+  bool progress = false;
 };
 
 /// Prints what the outcome of a run will not tell.
@@ -71,8 +74,13 @@ void RunOne(const CommonOptions& common, const RunOptions& options) {
   const auto session = common.NewSession({.message_boxes = &boxes, .is_command = true});
   QueryStop stop;
   const StopOnInterrupt interrupt(stop);
-  const RunOutcome outcome =
-      RunSaved(*session, options.request, options.limits.ConnectionText(), stop);
+  const RunOutcome outcome = [&] {
+    ProgressLine line(options.progress);
+    session->publics().on_step = [&line](const RunStep& step) {
+      line.Show(step.name, step.begin, step.end, 0);
+    };
+    return RunSaved(*session, options.request, options.limits.ConnectionText(), stop);
+  }();
   Print(outcome, options);
   Log(*session, options, outcome);
   if (outcome.code != 0) throw Failure(outcome.code, outcome.text);
@@ -99,35 +107,62 @@ void PrintNow(const std::string& line) {
                 "Standard output could not be written; the runs that had not begun were left out");
 }
 
+/// What the runs of one call came to.
+class Tally {
+ public:
+  Tally(std::size_t count, bool progress_on_pipe) : count_(count), line_(progress_on_pipe) {
+    Tell();
+  }
+
+  void Add(int status) {
+    status_ = WorseStatus(status_, status);
+    failed_ += status == 0 ? 0 : 1;
+    ++over_;
+    Tell();
+  }
+  void ThrowUnlessGood() const {
+    if (status_ == 0) return;
+    throw EndWith(status_, std::to_string(failed_) + " of " + std::to_string(count_) +
+                               " runs left no workbook, as their lines say");
+  }
+
+ private:
+  void Tell() {
+    const auto all = static_cast<double>(std::max<std::size_t>(count_, 1));
+    const auto over = static_cast<double>(over_);
+    line_.Show(std::to_string(over_) + " of " + std::to_string(count_) + " runs", over / all,
+               (over + 1) / all, 0);
+  }
+
+  std::size_t count_;
+  std::size_t over_ = 0;
+  std::size_t failed_ = 0;
+  int status_ = 0;
+  ProgressLine line_;
+};
+
 void RunAll(const CommonOptions& common, const RunOptions& options) {
   const auto session = common.NewSession();
   FindFolder(*session);
   const std::string origin = options.jobs == "-" ? "standard input" : options.jobs;
+  const auto requests = ParseJobs(ReadJobs(session->host().files, options.jobs), origin);
   QueryStop stop;
   const StopOnInterrupt interrupt(stop);
-  std::size_t failed = 0;
-  int status = 0;
+  Tally tally(requests.size(), options.progress);
+  const auto new_session = [&](MessageBoxes& boxes) {
+    return common.NewSession({.message_boxes = &boxes,
+                              .is_command = true,
+                              .keep_open = true,
+                              .cube_files = &session->cube_files()});
+  };
   const auto ended = [&](const RunOutcome& outcome) {
-    const int own = ExitStatus(outcome);
-    status = WorseStatus(status, own);
-    failed += own == 0 ? 0 : 1;
-    if (own != 0 || !options.quiet) PrintNow(JobLine(outcome));
+    const int status = ExitStatus(outcome);
+    tally.Add(status);
+    if (status != 0 || !options.quiet) PrintNow(JobLine(outcome));
     Log(*session, options, outcome);
   };
-  Jobs jobs{ParseJobs(ReadJobs(session->host().files, options.jobs), origin),
-            options.limits.ConnectionText(), options.threads,
-            [&](MessageBoxes& boxes) {
-              return common.NewSession({.message_boxes = &boxes,
-                                        .is_command = true,
-                                        .keep_open = true,
-                                        .cube_files = &session->cube_files()});
-            },
-            ended};
-  const std::size_t count = jobs.requests.size();
-  RunJobs(jobs, stop);
-  if (status == 0) return;
-  throw EndWith(status, std::to_string(failed) + " of " + std::to_string(count) +
-                            " runs left no workbook, as their lines say");
+  RunJobs({requests, options.limits.ConnectionText(), options.threads, new_session, ended}, stop);
+  tally.ThrowUnlessGood();
 }
 
 void Run(const CommonOptions& common, const RunOptions& options) {
@@ -163,6 +198,8 @@ void AddRunCommand(CLI::App& app, const CommonOptions& common) {
   options->limits.AddTo(*command);
   command->add_option("--log", options->log, "File to which a line for each run is added");
   command->add_flag("--quiet", options->quiet, "Print nothing about runs that went well");
+  command->add_flag("--progress", options->progress,
+                    "Tell each 10 seconds how far it is, also where no terminal shows it");
   command->add_flag("--json", options->json, "Print one JSON document, of a failure too");
   command->callback([&common, options, one, many] {
     for (const auto* option : one) {

@@ -61,8 +61,10 @@ std::string Paragraphs(std::string_view text) {
 class FileDatabase : public SqliteDatabase {
  public:
   /// The user's own settings folder is made with its first database: nobody else makes it.
-  FileDatabase(const SystemPlatform& platform, std::function<void()> make_own_folder)
-      : SqliteDatabase(*platform.files, *platform.locale, platform.open_jet_file),
+  FileDatabase(const SystemPlatform& platform, std::function<void()> make_own_folder,
+               std::function<void(const std::string& file)> tell_wait)
+      : SqliteDatabase(*platform.files, *platform.locale, platform.open_jet_file,
+                       std::move(tell_wait)),
         files_(*platform.files),
         locale_(*platform.locale),
         own_database_(SettingsDatabase(platform.own_settings_folder)),
@@ -124,7 +126,8 @@ struct SystemHost::Providers {
         database(SystemDatabase(
             *platform.files,
             std::make_unique<FileDatabase>(
-                platform, [this] { MakeDirectories(host, platform.own_settings_folder); }))),
+                platform, [this] { MakeDirectories(host, platform.own_settings_folder); },
+                [this](const std::string& file) { TellWait(file); }))),
         cube_files(*platform.files, *platform.locale),
         kept_cube_files(cube_files),
         cube(SystemCube(
@@ -159,6 +162,15 @@ struct SystemHost::Providers {
       TellOfReaders(path);
       return text;
     });
+  }
+
+  /// Once; many threads may wait.
+  void TellWait(const std::string& file) {
+    static std::atomic<bool> told = false;
+    if (!prints || told.exchange(true)) return;
+    MessageBox box;
+    box.text = "Waiting for the settings database \"" + file + "\" (locked by another program)";
+    console.Show(box);
   }
 
   /// Once, and only where messages are printed: elsewhere a window would wait for a person.

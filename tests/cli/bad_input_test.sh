@@ -87,6 +87,18 @@ if [[ $left != "A1 A2 PAD Q20 Q21 " ]]; then
   fail "other sets than the named ones were changed; left are $left"
 fi
 
+# A lock of the database, or of its folder, that is waited for is told.
+hold_database() { sqlite3 good/CubToQel.mdb "BEGIN EXCLUSIVE" ".shell touch locked; sleep 2"; }
+hold_folder() { flock good sh -c "touch locked; sleep 2"; }
+for hold in hold_database hold_folder; do
+  $hold &
+  until [[ -e locked ]]; do sleep 0.05; done
+  expect 0 "Waiting for the settings database \"$PWD/good/CubToQel.mdb\" (locked by another program)" \
+    info --settings-folder good
+  wait
+  rm locked
+done
+
 before=$(find . | sort)
 
 unset QT_QPA_PLATFORM WAYLAND_DISPLAY DISPLAY
@@ -285,6 +297,11 @@ timeout --foreground --preserve-status --signal INT 5 env --default-signal=INT \
 if ((status != 130)) || ! grep -qF "stopped before its end" said; then
   fail "Ctrl-C left status $status"
 fi
+
+# A terminal shows how far it is, from the first second on.
+export vokcube endless="$endless FROM [LedgerQEL]"
+script -qec '"$vokcube" mdx ledger.cub --timeout 2.2 "$endless"' /dev/null > said || true
+(($(tr '\r' '\n' < said | grep -c '^ *[0-9.]* %  asking the cube' ) > 1)) || fail "no progress:" "$(< said)"
 
 if [[ $(find . | sort) != "$before" ]]; then
   fail "files were left:" "$(find . | sort | comm -3 - <(echo "$before"))"

@@ -5,6 +5,7 @@
 #include <limits>
 #include <sstream>
 
+#include "cli/estimate.h"
 #include "tests/support/fake_cube.h"
 
 namespace vok::cli {
@@ -117,6 +118,26 @@ TEST(PrintedCellset, KeepsTheTypesOfItsCellsInJson) {
   EXPECT_EQ(cells, R"("cells":[0.1,7,true,"7",null,"#ERR:lost","-Infinity",")"
                    "\uFFFD\"]}");
   EXPECT_NE(json.find(R"("Caption": "c\t")"), std::string::npos);
+}
+
+TEST(Estimates, GoOnForAsLongAsTheStepLastsAndStayWithinIt) {
+  Estimate estimate;
+  double before = 0, start = 0;
+  const struct {
+    double begin, end, done, seconds;
+  } kSteps[] = {{0, 0.1, 0, 600}, {0.1, 0.6, 0, 3}, {0.1, 0.6, 0.05, 40}, {0.6, 1, 0, 3600}};
+  for (const auto& step : kSteps) {
+    for (double seconds = 0; seconds < step.seconds; seconds += 0.5) {
+      estimate.Tell(step.begin, step.end, step.done, start + seconds);
+      const double done = estimate.At(start + seconds + 0.25);
+      ASSERT_GT(done, before) << seconds << " s after " << step.begin << ", " << step.done;
+      ASSERT_LT(done, step.end);
+      before = done;
+    }
+    start += step.seconds;
+  }
+  EXPECT_EQ(TimeText(59.2), "1 min 0 s");
+  EXPECT_EQ(TimeText(3.1), "4 s");
 }
 
 }  // namespace

@@ -44,7 +44,10 @@ expect 1 'There is a saved set named "shop" already' vokcube cube new shop input
 printf 'a,b\nx,y\n' > input
 expect 1 'Which column of the journal holds the date cannot be told; name it with --date. Its columns: a, b' \
   vokcube cube new other input
-[[ ! -e other ]] || fail "a folder was left"
+printf 'when,account,amount\n2024-01-31,500,1\n' > input
+printf -v long '%0140d' 0
+expect 1 'column CubeFile' vokcube cube new "far/$long/$long/other" input
+[[ ! -e other && ! -e far ]] || fail "a folder was left"
 
 # help_of COMMAND...: it and those below it end with an example, which the parser takes, and statuses.
 help_of() {

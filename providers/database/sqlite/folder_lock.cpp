@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <climits>
+#include <thread>
 
 namespace vok {
 namespace {
@@ -11,6 +12,8 @@ using std::chrono::steady_clock;
 constexpr std::chrono::minutes kRemembered{1};
 constexpr milliseconds kHardly{100};
 constexpr milliseconds kWithoutEnd{INT_MAX};
+constexpr milliseconds kUntold{1000};
+constexpr milliseconds kPause{5};
 
 }  // namespace
 
@@ -24,6 +27,14 @@ milliseconds LockPatience::For(const std::string& file, int32_t seconds) const {
 void LockPatience::WaitedInVain(const std::string& file) {
   file_ = file;
   since_ = steady_clock::now();
+}
+
+bool LockWait::Goes() {
+  const auto waited = steady_clock::now() - start_;
+  if (waited >= most_) return false;
+  if (waited >= kUntold && !std::exchange(is_told_, true)) patience_.TellWait(file_);
+  std::this_thread::sleep_for(kPause);
+  return true;
 }
 
 }  // namespace vok

@@ -4,9 +4,52 @@
 
 #include <chrono>
 #include <cstdint>
+#include <functional>
 #include <string>
+#include <utility>
 
 namespace vok {
+
+/// A caller that has waited for a file in vain does not wait for it again at once: one command
+/// often touches the file more than once. For the connections of one database, which are one
+/// thread's.
+class LockPatience {
+ public:
+  /// `tell` is called with a file that was waited for a second; it may be empty.
+  explicit LockPatience(std::function<void(const std::string& file)> tell = {})
+      : tell_(std::move(tell)) {}
+  void TellWait(const std::string& file) const {
+    if (tell_) tell_(file);
+  }
+  /// The time to wait for a lock of `file`: `seconds`, without end for 0; hardly any within a
+  /// minute of a wait in vain.
+  std::chrono::milliseconds For(const std::string& file, int32_t seconds) const;
+  void WaitedInVain(const std::string& file);
+  /// The lock was got.
+  void Forget() { file_.clear(); }
+
+ private:
+  std::function<void(const std::string&)> tell_;
+  std::string file_;  ///< waited for in vain; empty: none
+  std::chrono::steady_clock::time_point since_;
+};
+
+/// One wait for the lock of a file, of the file itself or of its folder.
+class LockWait {
+ public:
+  /// At most `most`. `patience`, which outlives the wait, is told after a second.
+  LockWait(const LockPatience& patience, std::string file, std::chrono::milliseconds most)
+      : patience_(patience), file_(std::move(file)), most_(most) {}
+  /// Pauses until the next try; false when that was long enough.
+  bool Goes();
+
+ private:
+  const LockPatience& patience_;
+  std::string file_;
+  std::chrono::milliseconds most_;
+  std::chrono::steady_clock::time_point start_ = std::chrono::steady_clock::now();
+  bool is_told_ = false;
+};
 
 /// The maker of a file holds the lock of its folder alone, one that opens it passes through a
 /// shared lock: so nobody meets a file without its tables. A folder that cannot be locked (it is
@@ -18,7 +61,7 @@ class FolderLock {
   FolderLock() = default;
   /// Locks the folder of `file`, a native path. Waits `seconds` for others, without end when it is
   /// 0; then fails with -2147467259.
-  FolderLock(const std::string& file, Kind kind, int32_t seconds);
+  FolderLock(const std::string& file, Kind kind, int32_t seconds, const LockPatience& patience);
   FolderLock(FolderLock&& other) noexcept;
   FolderLock& operator=(FolderLock&& other) noexcept;
   ~FolderLock();
@@ -27,24 +70,6 @@ class FolderLock {
   static constexpr std::intptr_t kNone = -1;
 
   std::intptr_t lock_ = kNone;  ///< the operating system's
-};
-
-/// A caller that has waited for a file in vain does not wait for it again at once: one command
-/// often touches the file more than once. For the connections of one database, which are one
-/// thread's.
-class LockPatience {
- public:
-  /// The time to wait for a lock of `file`: `seconds`, without end for 0; hardly any within a
-  /// minute of a wait in vain.
-  std::chrono::milliseconds For(const std::string& file, int32_t seconds) const;
-
-  void WaitedInVain(const std::string& file);
-  /// The lock was got.
-  void Forget() { file_.clear(); }
-
- private:
-  std::string file_;  ///< waited for in vain; empty: none
-  std::chrono::steady_clock::time_point since_;
 };
 
 }  // namespace vok

@@ -3,8 +3,6 @@
 #include <unistd.h>
 
 #include <cerrno>
-#include <chrono>
-#include <thread>
 #include <utility>
 
 #include "providers/database/sqlite/folder_lock.h"
@@ -13,9 +11,6 @@
 namespace vok {
 namespace {
 
-using std::chrono::steady_clock;
-constexpr std::chrono::milliseconds kPause{5};
-
 std::string FolderOf(const std::string& file) {
   const auto slash = file.rfind('/');
   return slash == std::string::npos ? "." : file.substr(0, slash + 1);
@@ -23,20 +18,19 @@ std::string FolderOf(const std::string& file) {
 
 }  // namespace
 
-FolderLock::FolderLock(const std::string& file, Kind kind, int32_t seconds) {
+FolderLock::FolderLock(const std::string& file, Kind kind, int32_t seconds,
+                       const LockPatience& patience) {
   const int folder = ::open(FolderOf(file).c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
   if (folder < 0) return;
   lock_ = folder;
   const int operation = (kind == Kind::kAlone ? LOCK_EX : LOCK_SH) | LOCK_NB;
-  const auto end = steady_clock::now() + std::chrono::seconds(seconds);
+  LockWait wait(patience, file, patience.For(file, seconds));
   while (::flock(folder, operation) != 0 && (errno == EWOULDBLOCK || errno == EINTR)) {
-    if (seconds > 0 && steady_clock::now() >= end) {
-      ::close(folder);
-      ThrowUnusable(file, "another program held its folder locked for all of the " +
-                              std::to_string(seconds) +
-                              " seconds that were waited. Close that program, or try again.");
-    }
-    std::this_thread::sleep_for(kPause);
+    if (wait.Goes()) continue;
+    ::close(folder);
+    ThrowUnusable(file, "another program held its folder locked for all of the " +
+                            std::to_string(seconds) +
+                            " seconds that were waited. Close that program, or try again.");
   }
 }
 

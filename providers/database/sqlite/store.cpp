@@ -56,7 +56,7 @@ std::shared_ptr<SqliteStore> SqliteStore::Open(Files& files, const Locale& local
                                                LockPatience& patience, const std::string& path,
                                                int32_t timeout) {
   CheckExists(files, path);
-  { const FolderLock wait(files.NativePath(path), FolderLock::Kind::kShared, timeout); }
+  { const FolderLock wait(files.NativePath(path), FolderLock::Kind::kShared, timeout, patience); }
   CheckIsNoJetFile(files, path);
   const std::string native = PlainPath(files.NativePath(path));
   std::shared_ptr<SqliteStore> store(new SqliteStore(locale, patience, native));
@@ -152,7 +152,14 @@ sqlite3* SqliteStore::Handle() const {
 
 void SqliteStore::SetTimeout(int32_t seconds) {
   timeout_ = std::max<int32_t>(seconds, 0);
-  sqlite3_busy_timeout(database_, static_cast<int>(patience_.For(file_, timeout_).count()));
+  most_wait_ = patience_.For(file_, timeout_);
+  sqlite3_busy_handler(database_, WaitForLock, this);
+}
+
+int SqliteStore::WaitForLock(void* store, int times) {
+  auto& self = *static_cast<SqliteStore*>(store);
+  if (times == 0) self.wait_.emplace(self.patience_, self.file_, self.most_wait_);
+  return self.wait_->Goes() ? 1 : 0;
 }
 
 std::string SqliteStore::Bytes() const {
@@ -195,7 +202,7 @@ void SqliteStore::RollBack() noexcept {
 void SqliteStore::Throw(int code) const {
   if ((code & 0xFF) == SQLITE_BUSY) {
     patience_.WaitedInVain(file_);
-    sqlite3_busy_timeout(database_, static_cast<int>(patience_.For(file_, timeout_).count()));
+    most_wait_ = patience_.For(file_, timeout_);
   }
   ThrowStoreFailure(database_, code, file_, timeout_);
 }

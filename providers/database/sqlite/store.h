@@ -4,8 +4,10 @@
 // `vok_nocase`, which folds as the locale port does. Every failure is the provider's.
 #pragma once
 
+#include <chrono>
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -66,6 +68,8 @@ class SqliteStore {
  private:
   SqliteStore(const Locale& locale, LockPatience& patience, std::string file);
   void OpenHandle(const char* path, int flags);
+  /// For the library, after each refusal of a lock: waits a little; 0 when that was long enough.
+  static int WaitForLock(void* store, int times);
   bool IsBlank();
   void CheckIsOurs();
   void CheckIsWhole();
@@ -76,6 +80,8 @@ class SqliteStore {
   std::string file_;             ///< native
   std::string why_not_written_;  ///< empty: it may be
   int32_t timeout_ = 0;
+  mutable std::chrono::milliseconds most_wait_{0};
+  std::optional<LockWait> wait_;
   sqlite3* database_ = nullptr;
 };
 

@@ -27,7 +27,7 @@ SqliteNewDatabase::SqliteNewDatabase(Files& files, const Locale& locale, LockPat
                                      std::string path)
     : files_(files),
       path_(std::move(path)),
-      making_(files.NativePath(path_), FolderLock::Kind::kAlone, kDefaultTimeout),
+      making_(files.NativePath(path_), FolderLock::Kind::kAlone, kDefaultTimeout, patience),
       store_(SqliteStore::InMemory(locale, patience, files.NativePath(path_))),
       structure_(store_) {
   RefuseExisting();

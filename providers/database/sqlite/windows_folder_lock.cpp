@@ -29,12 +29,14 @@ std::wstring MutexName(const std::string& file) {
 
 // The system has no locks of folders that are shared: those who only pass through wait for each
 // other too, which takes no time worth counting.
-FolderLock::FolderLock(const std::string& file, Kind, int32_t seconds) {
+FolderLock::FolderLock(const std::string& file, Kind, int32_t seconds,
+                       const LockPatience& patience) {
   const std::wstring name = MutexName(file);
   const HANDLE mutex = name.empty() ? nullptr : ::CreateMutexW(nullptr, FALSE, name.c_str());
   if (mutex == nullptr) return;
-  const DWORD patience = seconds == 0 ? INFINITE : static_cast<DWORD>(seconds) * 1000;
-  if (::WaitForSingleObject(mutex, patience) == WAIT_TIMEOUT) {
+  LockWait wait(patience, file, patience.For(file, seconds));
+  while (::WaitForSingleObject(mutex, 0) == WAIT_TIMEOUT) {
+    if (wait.Goes()) continue;
     ::CloseHandle(mutex);
     ThrowUnusable(file, "another program held its folder locked for all of the " +
                             std::to_string(seconds) +

@@ -107,10 +107,11 @@ TEST_F(WindowsFilesTest, AFolderLockKeepsOthersOutOfFoldersOfAnyName) {
     const std::string inner = Path(name);
     files_.CreateDirectory(inner);
     const std::string file = files_.NativePath(inner + "/CubToQel.mdb");
-    const FolderLock alone(file, FolderLock::Kind::kAlone, 1);
+    const LockPatience patience;
+    const FolderLock alone(file, FolderLock::Kind::kAlone, 1, patience);
     // The lock is a thread's: one that has it already would get it again.
     std::thread([&] {
-      EXPECT_THROW(FolderLock(file, FolderLock::Kind::kShared, 1), Failure) << name;
+      EXPECT_THROW(FolderLock(file, FolderLock::Kind::kShared, 1, patience), Failure) << name;
     }).join();
   }
 }

@@ -67,7 +67,7 @@ void AddCube(const CubeSchema& schema, const Locale& locale, const TableSource& 
   std::vector<LoadedHierarchy> hierarchies;
   for (const DimensionSchema& dimension : schema.dimensions) {
     for (const HierarchySchema& hierarchy : dimension.hierarchies) {
-      progress("reading dimension " + dimension.name, 0);
+      progress("reading dimension " + dimension.name, kDimensions, 0);
       hierarchies.push_back(LoadHierarchy(source, schema, dimension, hierarchy));
     }
   }
@@ -85,9 +85,9 @@ void AddCube(const CubeSchema& schema, const Locale& locale, const TableSource& 
   for (LoadedHierarchy& hierarchy : hierarchies) {
     cube.hierarchies.push_back(std::move(hierarchy.members));
   }
-  progress("writing " + schema.name, 0);
+  progress("writing " + schema.name, kWriting, 0);
   const uint64_t value_bytes = writer.Begin(cube, loaded.facts);
-  progress("adding up " + schema.name, 0);
+  progress("adding up " + schema.name, kAddingUp, 0);
   AddAggregates(cube, loaded, value_bytes, threads, writer);
   writer.End();
   report.cubes.push_back({schema.name, loaded.fact_count, loaded.facts.rows});
@@ -97,8 +97,7 @@ void AddCube(const CubeSchema& schema, const Locale& locale, const TableSource& 
 }  // namespace
 
 BuildReport BuildCubeFile(Files& files, const Locale& locale, const BuildRequest& request,
-                          const std::function<void(const std::string&, double)>& progress) {
-  const Progress report_progress = progress ? progress : [](const std::string&, double) {};
+                          const std::function<void(const BuildStep&)>& progress) {
   const auto cubes = ReadSchema(files, locale, request.schema_path);
   if (request.facts != nullptr && cubes.size() > 1) {
     throw BadInput(request.schema_path, "has several cubes; facts of one alone can be given apart");
@@ -110,7 +109,13 @@ BuildReport BuildCubeFile(Files& files, const Locale& locale, const BuildRequest
   CubeWriter writer(files, request.output_path, threads);
   BuildReport report;
   for (const CubeSchema& cube : cubes) {
-    AddCube(cube, locale, *source, request, threads, report_progress, writer, report);
+    const double before = static_cast<double>(report.cubes.size());
+    const auto of_cube = [&](const std::string& what, Share share, double done) {
+      const auto count = static_cast<double>(cubes.size());
+      if (progress)
+        progress({what, (before + share.begin) / count, (before + share.end) / count, done});
+    };
+    AddCube(cube, locale, *source, request, threads, of_cube, writer, report);
   }
   source->CheckUnchanged();
   if (request.check) request.check(report);

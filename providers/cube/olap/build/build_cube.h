@@ -24,6 +24,15 @@ struct BuildReport {
   std::vector<std::string> bad_rows;  ///< what is wrong with each row of facts that was left out
 };
 
+/// What is being done, and which share of the whole it takes: from 0 to 1, as an estimate. Such as
+/// "reading fact".
+struct BuildStep {
+  std::string what;
+  double begin = 0;
+  double end = 1;
+  double done = 0;  ///< of this step, from 0 to 1; where nobody knows, 0
+};
+
 struct BuildRequest {
   std::string schema_path;  ///< XML
   std::string data_path;    ///< a folder of CSV files, one per table, or a SQLite database
@@ -40,9 +49,9 @@ struct BuildRequest {
 };
 
 /// Writes all cubes of the schema into one file, whole or not at all. `progress` (may be empty) is
-/// told what is being read and how far, 0 to 1. Failures name the file, the line and the column,
-/// table, level or member, and what to do; `BadRows` those of several rows.
+/// told each step as it begins, and how far it is where that is known. Failures name the file, the
+/// line and the column, table, level or member, and what to do; `BadRows` those of several rows.
 BuildReport BuildCubeFile(Files& files, const Locale& locale, const BuildRequest& request,
-                          const std::function<void(const std::string&, double)>& progress);
+                          const std::function<void(const BuildStep&)>& progress);
 
 }  // namespace vok::olap

@@ -35,7 +35,7 @@ class Loader {
   LoadedFacts Load() {
     ReadRuns();
     if (!leave_out_ && !bad_rows_.empty()) throw BadRows(std::move(bad_rows_));
-    progress_("sorting the facts of " + cube_.name, 0);
+    progress_("sorting the facts of " + cube_.name, kSorting, 0);
     const auto formats = Formats();
     const auto ranges =
         std::make_shared<const Ranges>(MergeRuns(plan_, std::move(runs_), formats, threads_));
@@ -48,7 +48,7 @@ class Loader {
   void ReadRuns() {
     const auto parts = source_.OpenParts(cube_.fact_table, plan_.columns);
     const std::string what = "reading " + cube_.fact_table;
-    progress_(what, 0);
+    progress_(what, kReading, 0);
     RunInOrder(threads_, [&]() -> Working {
       const std::shared_ptr<TableReader> part = parts->Next();
       if (part == nullptr) return {};
@@ -57,7 +57,7 @@ class Loader {
             ReadRun<Key>(plan_, hierarchies_, *part, most_bad_rows_));
         return [this, &what, run, done] {
           AddRun(std::move(*run));
-          progress_(what, done);
+          progress_(what, kReading, done);
         };
       };
     });

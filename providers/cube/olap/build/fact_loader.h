@@ -13,7 +13,15 @@
 
 namespace vok::olap {
 
-using Progress = std::function<void(const std::string& what, double done)>;
+/// The share of a step in the building of one cube.
+struct Share {
+  double begin;
+  double end;
+};
+inline constexpr Share kDimensions{0, 0.01}, kReading{0.01, 0.7}, kSorting{0.7, 0.85},
+    kWriting{0.85, 0.92}, kAddingUp{0.92, 1};
+
+using Progress = std::function<void(const std::string& what, Share share, double done)>;
 
 struct LoadedFacts {
   uint64_t fact_count = 0;

@@ -297,10 +297,9 @@ TEST(CsvTable, IsComparedWithItsBeginningWhenTheCubeIsWhole) {
     std::ofstream(facts) << "id,v\n1,0.25\n";
     std::this_thread::sleep_for(std::chrono::milliseconds(20));
     return test::DescriptionOf([&] {
-      BuildCubeFile(files, test::NativeLocale("en_US"), request,
-                    [&](const std::string& step, double) {
-                      if (step == "writing C") act();
-                    });
+      BuildCubeFile(files, test::NativeLocale("en_US"), request, [&](const BuildStep& step) {
+        if (step.what == "writing C") act();
+      });
     });
   };
   const std::string said = build(append);
