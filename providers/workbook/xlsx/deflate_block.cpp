@@ -192,15 +192,28 @@ std::size_t DeflateBlock::Extend(std::size_t at, std::size_t least) {
   return more;
 }
 
+void DeflateBlock::MatchFrom(std::size_t earlier, std::size_t at, std::size_t size) {
+  const std::size_t distance = at - earlier;
+  while (earlier > 0 && size < kLongest && !tokens_.empty() && (tokens_.back() & kIsMatch) == 0 &&
+         bytes_.data()[earlier - 1] == bytes_.data()[at - 1]) {
+    --symbol_counts_[tokens_.back()];
+    tokens_.pop_back();
+    --earlier;
+    --at;
+    ++size;
+  }
+  Match(size, distance);
+}
+
 void DeflateBlock::Add(Repeated& run) {
   const std::size_t at = bytes_.size();
   bytes_.Append(run.bytes);
   if (Extend(at, run.bytes.size()) == 0) {
     const bool near = run.block == block_ && at - run.at <= kFarthest;
     if (near && run.bytes.size() >= kShortest) {
-      Match(run.bytes.size(), at - run.at);
+      MatchFrom(run.at, at, run.bytes.size());
     } else {
-      Literals(run.bytes);
+      Search(at);
     }
   }
   run.block = block_;
@@ -208,8 +221,9 @@ void DeflateBlock::Add(Repeated& run) {
 }
 
 void DeflateBlock::AddNew(std::string_view bytes) {
+  const std::size_t at = bytes_.size();
   bytes_.Append(bytes);
-  Literals(bytes);
+  Literals(bytes.substr(Extend(at, 1)));
 }
 
 std::size_t DeflateBlock::Common(std::size_t earlier, std::size_t at, std::size_t most) const {
@@ -228,10 +242,13 @@ std::size_t DeflateBlock::Remember(std::size_t at) {
 }
 
 void DeflateBlock::AddText(std::string_view bytes) {
-  std::size_t at = bytes_.size();
+  const std::size_t at = bytes_.size();
   bytes_.Append(bytes);
+  Search(at + Extend(at, std::min(bytes.size(), kHashed)));
+}
+
+void DeflateBlock::Search(std::size_t at) {
   const std::size_t end = bytes_.size();
-  at += Extend(at, std::min(bytes.size(), kHashed));
   while (at + kHashed <= end) {
     const std::size_t earlier = Remember(at);
     const bool near = earlier != 0 && at + 1 - earlier <= kFarthest;
@@ -240,7 +257,7 @@ void DeflateBlock::AddText(std::string_view bytes) {
       Literal(bytes_.data()[at++]);
       continue;
     }
-    Match(size, at + 1 - earlier);
+    MatchFrom(earlier - 1, at, size);
     for (const std::size_t past = at + size; ++at < past;) {
       if (at + kHashed <= end) Remember(at);
     }

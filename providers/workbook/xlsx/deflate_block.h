@@ -18,7 +18,8 @@
 
 namespace vok::xlsx {
 
-/// A run of bytes that comes again and again, at most 258 of them, and where it came last.
+/// A run of bytes that comes again and again, at most 258 of them, and where it came last. What
+/// stood before it there, and stands before it again, is taken with it.
 struct Repeated {
   std::string bytes;
   uint32_t block = 0;  ///< the block of that
@@ -53,6 +54,10 @@ class DeflateBlock {
     for (const char byte : bytes) Literal(byte);
   }
   void Match(std::size_t length, std::size_t distance);
+  /// The bytes at `at` stood at `earlier` too, and perhaps some before them that are literals now.
+  void MatchFrom(std::size_t earlier, std::size_t at, std::size_t size);
+  /// Looks for what stands from `at` on among the earlier bytes.
+  void Search(std::size_t at);
   /// Lets the match before `at` go on as far as the bytes do; how far, when it is `least` or more.
   std::size_t Extend(std::size_t at, std::size_t least);
   /// Remembers what stands at `at`; where it stood before, + 1, or 0.

@@ -31,7 +31,7 @@ std::string AddAny(DeflateBlock& block, std::vector<Repeated>& marks) {
       block.Add(mark);
       return mark.bytes;
     case 1: {
-      const std::string digits = AnyText(17, 256);
+      const std::string digits = AnyText(17, Any(2) == 0 ? 256 : 2);
       block.AddNew(digits);
       return digits;
     }
@@ -62,6 +62,26 @@ TEST(DeflateBlock, JoinedBlocksExpandToWhatWasAdded) {
     EXPECT_TRUE(Expanded(packed.View(), all.size()) == all) << blocks;
     EXPECT_EQ(checksum, Checksum(all));
   }
+}
+
+TEST(DeflateBlock, TakesWhatRepeatsBeforeAMarkWithIt) {
+  constexpr std::size_t kRows = 1000, kMostBits = 20;
+  DeflateBlock block;
+  Repeated open, first, second;
+  open.bytes = "<open>";
+  first.bytes = "</first>";
+  second.bytes = "</second>";
+  for (std::size_t row = 0; row < kRows; ++row) {
+    block.AddNew(std::to_string(Any(10)));
+    for (Repeated* end : {&first, &second}) {
+      block.Add(open);
+      block.AddText(end == &first ? "a" : "b");
+      block.Add(*end);
+    }
+  }
+  ByteBuffer packed;
+  block.Finish(true, packed);
+  EXPECT_LT(packed.size(), kRows * kMostBits / 8);
 }
 
 TEST(DeflateBlock, PacksNothingTooWellToBeBelieved) {
