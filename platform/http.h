@@ -8,21 +8,9 @@
 #include <string_view>
 #include <vector>
 
-namespace vok {
+#include "platform/server_settings.h"
 
-/// How a server is reached and who asks. None of it is ever part of a failure's text or a log.
-struct HttpSettings {
-  std::string user;
-  std::string password;
-  std::string server;          ///< host, or host:port, to which the two may go
-  std::string authentication;  ///< "basic", "digest", "ntlm", "negotiate"; "": what the server asks
-  std::string ca_file;         ///< PEM file of trusted certificates; "": the system's
-  std::string proxy;           ///< "": the system's
-  int connect_seconds = 30;    ///< until the connection stands; 0: no limit
-  int idle_seconds = 600;      ///< without a byte in either direction; 0: no limit
-  int total_seconds = 0;       ///< for a whole request; 0: no limit
-  int answer_megabytes = 1024;  ///< of XML, unpacked; 0: no limit
-};
+namespace vok {
 
 struct HttpHead {
   long status = 0;
@@ -50,7 +38,7 @@ struct HttpRequest {
 enum class TransferEnd {
   kWhole,  ///< an answer of any status is there
   kCancelled,
-  kConnectSeconds,  ///< the limits of `HttpSettings`
+  kConnectSeconds,  ///< the limits of `ServerSettings`
   kIdleSeconds,
   kTotalSeconds,
   kBadAddress,
@@ -84,11 +72,11 @@ class HttpTransport {
 
 /// Failures: settings that this transport cannot keep.
 using NewHttpTransport = std::function<std::unique_ptr<HttpTransport>(
-    const std::string& address, const HttpSettings& settings)>;
+    const std::string& address, const ServerSettings& settings)>;
 
 template <typename Transport>
 NewHttpTransport NewTransport() {
-  return [](const std::string& address, const HttpSettings& settings) {
+  return [](const std::string& address, const ServerSettings& settings) {
     return std::make_unique<Transport>(address, settings);
   };
 }

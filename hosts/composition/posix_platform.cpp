@@ -70,8 +70,8 @@ std::vector<std::string> PlacesOfJetReader(const std::string& component_folder) 
 }
 
 NewHttpTransport HttpOfModule(const std::string& component_folder) {
-  using Open = HttpTransport*(const std::string&, const HttpSettings&);
-  return [component_folder](const std::string& address, const HttpSettings& settings) {
+  using Open = HttpTransport*(const std::string&, const ServerSettings&);
+  return [component_folder](const std::string& address, const ServerSettings& settings) {
     const auto open = reinterpret_cast<Open*>(
         FunctionOfModule(component_folder, kHttpModule, kHttpMaker, ThrowNoHttp));
     return std::unique_ptr<HttpTransport>(open(address, settings));

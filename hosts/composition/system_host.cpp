@@ -21,9 +21,9 @@
 #include "platform/shown_text.h"
 #include "providers/cube/olap/olap_provider.h"
 #include "providers/cube/xmla/xmla_provider.h"
-#include "providers/cube/xmla/xmla_settings.h"
 #include "providers/database/sqlite/sqlite_database.h"
 #include "providers/recordset/persisted_recordset.h"
+#include "providers/server/server_settings.h"
 #include "providers/workbook/xlsx/xlsx_spreadsheet.h"
 #include "version.h"
 
@@ -88,7 +88,7 @@ class FileDatabase : public SqliteDatabase {
 class FileOrServer : public CubeProvider {
  public:
   FileOrServer(const SystemPlatform& platform, CubeProvider& files,
-               std::function<HttpSettings()> settings)
+               std::function<ServerSettings()> settings)
       : files_(files), servers_(*platform.locale, {std::move(settings), platform.transport}) {}
   std::unique_ptr<CubeConnection> Connect(const std::string& text, const QueryStop* stop) override {
     const bool is_server = cube_text::NamesServer(cube_text::ParseConnectionText(text));
@@ -134,7 +134,7 @@ struct SystemHost::Providers {
             *platform.files, *platform.locale,
             std::make_unique<FileOrServer>(
                 platform, options.cube_files != nullptr ? *options.cube_files : cube_files,
-                [this] { return ServerSettings(); }))),
+                [this] { return SettingsOf(kCubeServers); }))),
         kept_database(*database),
         kept_cubes(*cube),
         prints(options.is_command || options.message_boxes == nullptr),
@@ -150,18 +150,19 @@ struct SystemHost::Providers {
              spreadsheet} {}
 
   /// Those of Qel.ini in the settings folder of the moment, and of the environment.
-  HttpSettings ServerSettings() {
+  ServerSettings SettingsOf(const ServerKind& kind) {
     const auto ini_value = [&](const std::string& key) {
-      return ReadIniValue(host, environment, "Xmla", key);
+      return ReadIniValue(host, environment, kind.section, key);
     };
     const bool secret =
         !ini_value("Password").empty() || ini_value("Proxy").find('@') != std::string::npos;
     if (secret) TellOfReaders(environment.SettingsFolder + "\\Qel.ini");
-    return xmla::ReadXmlaSettings(ini_value, [this](const std::string& path, std::size_t most) {
-      std::string text = ReadBeginning(host.files, path, most);
-      TellOfReaders(path);
-      return text;
-    });
+    return server::ReadServerSettings(kind, ini_value,
+                                      [this](const std::string& path, std::size_t most) {
+                                        std::string text = ReadBeginning(host.files, path, most);
+                                        TellOfReaders(path);
+                                        return text;
+                                      });
   }
 
   /// Once; many threads may wait.

@@ -169,7 +169,7 @@ int Compare(const std::string& run, uint64_t seed, const std::string& port,
   const IcuLocale locale("en_US");
   olap::OlapCubeProvider our_provider(files, locale);
   const auto patient = [] {
-    HttpSettings settings;
+    ServerSettings settings;
     settings.total_seconds = kPatienceSeconds;
     return settings;
   };

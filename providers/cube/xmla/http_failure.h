@@ -1,4 +1,4 @@
-// Why a request failed, in words for people: one text for each way to fail.
+// Why an answer does not do, in words for people: one text for each way to fail.
 #pragma once
 
 #include <string>
@@ -11,13 +11,6 @@ namespace vok::xmla {
 
 // Words of servers and libraries stand on one line, without passwords.
 // `beginning` is everywhere that of the answer's body, in any encoding; "" when nothing came.
-
-/// A transfer that ended before the answer was whole.
-Failure TransferFailure(const Transfer& transfer, const HttpSettings& settings,
-                        std::string_view beginning, const std::string& address);
-
-/// An answer of more than `answer_megabytes`.
-Failure TooLargeFailure(const HttpSettings& settings, const std::string& address);
 
 /// An answer that cannot hold a result: another status than 200, or no XML.
 Failure AnswerFailure(const HttpHead& head, std::string_view beginning, const std::string& address);

@@ -84,7 +84,11 @@ void Server::Execute(const std::string& catalog, const std::string& statement, C
 void Server::Ask(const std::string& action, const std::string& envelope, int32_t number,
                  ResultReader& result) {
   Answer answer(http_.shown_address(), number, result);
-  answer.Finish(http_.Post(kActions + action, envelope, answer));
+  const std::vector<std::string> headers = {
+      "Content-Type: text/xml; charset=utf-8",
+      std::string("SOAPAction: \"") + kActions + action + "\"",
+      "Accept: text/xml, application/xml, application/soap+xml"};
+  answer.Finish(http_.Post(headers, envelope, answer));
 }
 
 }  // namespace vok::xmla

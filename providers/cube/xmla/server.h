@@ -10,8 +10,8 @@
 #include <vector>
 
 #include "providers/cube/xmla/cellset_data.h"
-#include "providers/cube/xmla/http_client.h"
 #include "providers/cube/xmla/rowset_reader.h"
+#include "providers/server/http_client.h"
 
 namespace vok::xmla {
 
@@ -31,7 +31,7 @@ std::string ExecuteEnvelope(const std::string& catalog, const std::string& state
 
 /// Who asks, and by which means; called for each connection.
 struct ServerAccess {
-  std::function<HttpSettings()> settings;
+  std::function<ServerSettings()> settings;
   NewHttpTransport transport;
 };
 
@@ -42,7 +42,7 @@ class Server {
  public:
   /// `stop`, which outlives the server, ends the question under way and all that follow; nullptr:
   /// nothing does.
-  Server(const std::string& address, const HttpSettings& settings,
+  Server(const std::string& address, const ServerSettings& settings,
          const NewHttpTransport& transport, const QueryStop* stop = nullptr)
       : http_(address, settings, transport, stop) {}
 
@@ -57,7 +57,7 @@ class Server {
   void Ask(const std::string& action, const std::string& envelope, int32_t number,
            ResultReader& result);
 
-  HttpClient http_;
+  server::HttpClient http_;
 };
 
 }  // namespace vok::xmla

@@ -49,7 +49,7 @@ const std::string* Named(const Locale& locale, const std::vector<std::string>& n
   return nullptr;
 }
 
-HttpSettings WithTimeout(HttpSettings settings, double seconds) {
+ServerSettings WithTimeout(ServerSettings settings, double seconds) {
   const double timeout = std::min(std::ceil(seconds), kLargestTimeout);
   if (timeout > 0) settings.total_seconds = static_cast<int>(timeout);
   return settings;

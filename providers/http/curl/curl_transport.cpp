@@ -153,7 +153,7 @@ struct CurlTransport::Exchange {
   }
 };
 
-CurlTransport::CurlTransport(const std::string& address, const HttpSettings& settings)
+CurlTransport::CurlTransport(const std::string& address, const ServerSettings& settings)
     : settings_(settings), handle_(std::make_unique<Handle>()) {
   CURL* curl = handle_->curl;
   Set(curl, CURLOPT_URL, address.c_str());

@@ -11,7 +11,7 @@ namespace vok {
 class CurlTransport : public HttpTransport {
  public:
   /// Failure "not supported" where libcurl is too old.
-  CurlTransport(const std::string& address, const HttpSettings& settings);
+  CurlTransport(const std::string& address, const ServerSettings& settings);
   ~CurlTransport() override;
   CurlTransport(const CurlTransport&) = delete;
   CurlTransport& operator=(const CurlTransport&) = delete;
@@ -24,7 +24,7 @@ class CurlTransport : public HttpTransport {
 
   Transfer EarlyEnd(int code) const;
 
-  HttpSettings settings_;
+  ServerSettings settings_;
   std::unique_ptr<Handle> handle_;
 };
 

@@ -2,6 +2,6 @@
 #include "providers/http/curl/curl_transport.h"
 
 extern "C" __attribute__((visibility("default"))) vok::HttpTransport* vokcube_open_http(
-    const std::string& address, const vok::HttpSettings& settings) {
+    const std::string& address, const vok::ServerSettings& settings) {
   return new vok::CurlTransport(address, settings);
 }

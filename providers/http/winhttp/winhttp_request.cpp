@@ -163,7 +163,7 @@ void CALLBACK WinHttpRequest::OnStatus(HINTERNET, DWORD_PTR context, DWORD statu
   if (status == WINHTTP_CALLBACK_STATUS_HANDLE_CLOSING) delete progress;  // the last call
 }
 
-WinHttpRequest::WinHttpRequest(const HttpTarget& target, const HttpSettings& settings,
+WinHttpRequest::WinHttpRequest(const HttpTarget& target, const ServerSettings& settings,
                                const std::atomic<bool>& cancelled)
     : settings_(settings),
       cancelled_(cancelled),

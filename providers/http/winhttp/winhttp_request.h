@@ -35,7 +35,7 @@ struct HttpTarget {
 class WinHttpRequest {
  public:
   /// `settings` outlive this.
-  WinHttpRequest(const HttpTarget& target, const HttpSettings& settings,
+  WinHttpRequest(const HttpTarget& target, const ServerSettings& settings,
                  const std::atomic<bool>& cancelled);
   ~WinHttpRequest();
   WinHttpRequest(const WinHttpRequest&) = delete;
@@ -68,7 +68,7 @@ class WinHttpRequest {
   std::optional<TransferEnd> LimitReached() const;
   bool End(DWORD error);
 
-  const HttpSettings& settings_;
+  const ServerSettings& settings_;
   const std::atomic<bool>& cancelled_;
   std::shared_ptr<Progress> progress_;
   InternetHandle handle_;

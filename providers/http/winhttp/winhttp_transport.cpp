@@ -61,7 +61,7 @@ std::string Absolute(const std::wstring& base, const std::string& location) {
 
 }  // namespace
 
-WinHttpTransport::WinHttpTransport(const std::string& address, const HttpSettings& settings)
+WinHttpTransport::WinHttpTransport(const std::string& address, const ServerSettings& settings)
     : address_(Utf16(address.substr(0, address.find('#')))),
       settings_(settings),
       login_(NamedLogin(settings.authentication)) {

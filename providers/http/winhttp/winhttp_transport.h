@@ -15,7 +15,7 @@ namespace vok::windows {
 class WinHttpTransport : public HttpTransport {
  public:
   /// Failure 445 for settings that name a `ca_file`, which WinHTTP cannot read.
-  WinHttpTransport(const std::string& address, const HttpSettings& settings);
+  WinHttpTransport(const std::string& address, const ServerSettings& settings);
 
   Transfer Post(const HttpRequest& request, HttpBody& body) override;
 
@@ -29,7 +29,7 @@ class WinHttpTransport : public HttpTransport {
   Transfer Receive(WinHttpRequest& exchange, HttpBody& body) const;
 
   std::wstring address_;
-  HttpSettings settings_;
+  ServerSettings settings_;
   std::wstring proxy_user_;
   std::wstring proxy_password_;
   InternetHandle session_;

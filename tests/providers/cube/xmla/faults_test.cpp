@@ -30,8 +30,8 @@ std::string Good() {
   return test::TwoByTwo("<Cell CellOrdinal=\"0\"><Value xsi:type=\"xsd:double\">5</Value></Cell>");
 }
 
-HttpSettings Hasty() {
-  HttpSettings settings;
+ServerSettings Hasty() {
+  ServerSettings settings;
   settings.connect_seconds = 2;
   settings.idle_seconds = 1;
   settings.total_seconds = 20;
@@ -45,7 +45,7 @@ Failure Ask(Server& server) {
   const Failure failure = vok::test::FailureOf([&] { server.Execute("QEL", "SELECT", data); });
   return failure.number() == 0 ? Failure(0, data.Cell(0).ToText()) : failure;
 }
-std::string Ask(const std::string& address, const HttpSettings& settings) {
+std::string Ask(const std::string& address, const ServerSettings& settings) {
   Server server(address, settings, SystemTransport());
   return Ask(server).description();
 }
@@ -165,7 +165,7 @@ TEST(Faults, LeaveTheConnectionUsable) {
 }
 
 TEST(Faults, OfAServerThatIsSlowOrGone) {
-  HttpSettings settings = Hasty();
+  ServerSettings settings = Hasty();
   settings.idle_seconds = 0;
   settings.total_seconds = 1;
   ScriptedServer http([](const std::string&) { return Reply{"", false, true}; });
@@ -190,10 +190,10 @@ TEST(Faults, AStopEndsAQuestionSoonWhetherTheServerIsSilentOrSends) {
       return reply;
     });
     const auto start = std::chrono::steady_clock::now();
-    Server server(http.address(), HttpSettings(), SystemTransport(), &stop);
+    Server server(http.address(), ServerSettings(), SystemTransport(), &stop);
     EXPECT_EQ(Ask(server).number(), kQueryCancelled);
     const vok::test::SimpleLocale locale;
-    XmlaCubeProvider provider(locale, {[] { return HttpSettings(); }, SystemTransport()});
+    XmlaCubeProvider provider(locale, {[] { return ServerSettings(); }, SystemTransport()});
     const Failure failure =
         vok::test::FailureOf([&] { provider.Connect("Data Source=" + http.address(), &stop); });
     EXPECT_EQ(failure.number(), kQueryCancelled);
@@ -218,7 +218,7 @@ struct Flood : HttpTransport {
 TEST(Faults, AStopIsLookedAtOnEveryPiece) {
   QueryStop stop;
   const auto flood = [&](auto&&...) { return std::make_unique<Flood>(stop); };
-  Server server("http://h/", HttpSettings(), flood, &stop);
+  Server server("http://h/", ServerSettings(), flood, &stop);
   EXPECT_EQ(Ask(server).number(), kQueryCancelled);
 }
 
@@ -230,7 +230,7 @@ TEST(Faults, PasswordsGoToTheServerAndNowhereElse) {
     return known ? Http("200 OK", kXml, Good())
                  : Http("401 No", "", "", "WWW-Authenticate: Basic realm=\"x\"\r\n");
   });
-  HttpSettings settings = Hasty();
+  ServerSettings settings = Hasty();
   settings.user = "me";
   settings.password = "secret";
   const struct {
@@ -275,7 +275,7 @@ TEST(Faults, ShowNoPassword) {
       {"http:///me:secret@" + host + "/", "", "put them as User and Password"},
       {"http://me:se?secret@" + host, "", "put them as User and Password"},
   };
-  HttpSettings settings = Hasty();
+  ServerSettings settings = Hasty();
   settings.user = "me";
   settings.password = "secret";
   settings.server = "127.0.0.1";

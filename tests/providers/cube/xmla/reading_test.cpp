@@ -8,10 +8,10 @@
 
 #include "providers/cube/xmla/answer.h"
 #include "providers/cube/xmla/cellset_reader.h"
-#include "providers/cube/xmla/login.h"
 #include "providers/cube/xmla/rowset_reader.h"
 #include "providers/cube/xmla/server.h"
-#include "providers/cube/xmla/xmla_settings.h"
+#include "providers/server/login.h"
+#include "providers/server/server_settings.h"
 #include "test_system.h"
 #include "tests/providers/cube/xmla/answers.h"
 #include "tests/support/answers/answer.h"
@@ -159,12 +159,13 @@ TEST(Answers, WithoutEndAreRefusedSoon) {
   EXPECT_THAT(vok::test::DescriptionOf(add_tuples), HasSubstr("more than 5000000 tuples"));
 }
 
-HttpSettings FromIni(std::map<std::string, std::string> ini) {
-  return ReadXmlaSettings([&](const std::string& key) { return ini[key]; },
-                          [](const std::string& path, std::size_t) {
-                            if (path == "missing") throw Failure(53, "Cannot read missing");
-                            return path == "empty" ? "\n" : "of " + path + "\r\nmore";
-                          });
+ServerSettings FromIni(std::map<std::string, std::string> ini) {
+  return server::ReadServerSettings(
+      kCubeServers, [&](const std::string& key) { return ini[key]; },
+      [](const std::string& path, std::size_t) {
+        if (path == "missing") throw Failure(53, "Cannot read missing");
+        return path == "empty" ? "\n" : "of " + path + "\r\nmore";
+      });
 }
 
 TEST(Settings, GiveThePasswordOrTheFileThatHoldsIt) {
@@ -197,12 +198,12 @@ TEST(Settings, GiveThePasswordOrTheFileThatHoldsIt) {
 
 TEST(Settings, ComeFromTheEnvironmentFirst) {
   test::SetVariable("VOKCUBE_XMLA_CA_FILE", "/ca.pem");
-  const HttpSettings settings = FromIni({{"CaFile", "/other.pem"},
-                                         {"Authentication", "NTLM"},
-                                         {"TotalSeconds", "90"},
-                                         {"Server", "olap.example:8443"},
-                                         {"AnswerMegabytes", "0"},
-                                         {"Password", "se;cret"}});
+  const ServerSettings settings = FromIni({{"CaFile", "/other.pem"},
+                                           {"Authentication", "NTLM"},
+                                           {"TotalSeconds", "90"},
+                                           {"Server", "olap.example:8443"},
+                                           {"AnswerMegabytes", "0"},
+                                           {"Password", "se;cret"}});
   test::RemoveVariable("VOKCUBE_XMLA_CA_FILE");
   EXPECT_EQ(settings.ca_file, "/ca.pem");
   EXPECT_EQ(settings.authentication, "ntlm");
@@ -241,14 +242,16 @@ TEST(Logins, AreForTheHostThatServerNames) {
       {"olap.example", "http://olap.example/", "over http they can be read", "digest"},
       {"olap.example", "http://olap.example/", "", "basic"},
       {"evil.example", "http://olap.example/", "names another host", "basic"},
+      {"db.example:5432", "postgresql://DB.example/ledger", ""},
+      {"db.example:5433", "postgresql://db.example/ledger", "names another host"},
   };
-  HttpSettings settings;
-  EXPECT_EQ(WhyNoLogin(settings, "http://anywhere/"), "") << "there is none";
+  ServerSettings settings;
+  EXPECT_EQ(server::WhyNoLogin(settings, "http://anywhere/"), "") << "there is none";
   settings.user = "me";
   for (const auto& [server, address, why, authentication] : kCases) {
     settings.server = server;
     settings.authentication = authentication;
-    const std::string said = WhyNoLogin(settings, address);
+    const std::string said = server::WhyNoLogin(settings, address);
     EXPECT_THAT(said, HasSubstr(why)) << address;
     EXPECT_EQ(said.empty(), *why == '\0') << address;
   }
@@ -257,10 +260,10 @@ TEST(Logins, AreForTheHostThatServerNames) {
       {"no host http://me:a@h here", "no host …@h here"},
       {"it's secret or so", "it's … or so"}};
   settings.password = "secret";
-  for (const auto& [said, shown] : words) EXPECT_EQ(WithoutSecrets(said, settings), shown);
-  HttpSettings own;  // the system's login
+  for (const auto& [said, shown] : words) EXPECT_EQ(server::WithoutSecrets(said, settings), shown);
+  ServerSettings own;  // the system's login
   own.authentication = "negotiate";
-  EXPECT_THAT(WhyNoLogin(own, "https://olap.example/"), HasSubstr("as Server in Qel.ini"));
+  EXPECT_THAT(server::WhyNoLogin(own, "https://olap.example/"), HasSubstr("as Server in Qel.ini"));
 }
 
 }  // namespace

@@ -56,7 +56,7 @@ class XmlaProviderTest : public testing::Test {
   std::map<std::string, int> counts_;
   vok::test::NativeLocale locale_{"en_US"};
   test::ScriptedServer http_{[this](const std::string& request) { return Answer(request); }};
-  XmlaCubeProvider provider_{locale_, {[] { return HttpSettings(); }, test::SystemTransport()}};
+  XmlaCubeProvider provider_{locale_, {[] { return ServerSettings(); }, test::SystemTransport()}};
 };
 
 TEST_F(XmlaProviderTest, ShowsTheStructureAskingOnceForWhatIsLookedAt) {

@@ -4,20 +4,20 @@
 
 #include <string>
 
-#include "providers/cube/xmla/xmla_settings.h"
+#include "platform/server_settings.h"
 
-namespace vok::xmla {
+namespace vok::server {
 
 /// Why the login of the settings is not for that server; "" when it is, and when there is none. It
 /// is for the host that `Server` names alone; over http, where it can be read on the way, only when
-/// `Authentication` is "basic".
-std::string WhyNoLogin(const HttpSettings& settings, const std::string& address);
+/// `Authentication` is "basic". An address of PostgreSQL stands for a connection that is secure.
+std::string WhyNoLogin(const ServerSettings& settings, const std::string& address);
 
 /// The settings without user, password and kind of login.
-HttpSettings WithoutLogin(HttpSettings settings);
+ServerSettings WithoutLogin(ServerSettings settings);
 
 /// Words of a library or the system without the password of the settings, and without users of
 /// proxies, which may be the system's own: from the quote, or else the blank, to the last "@".
-std::string WithoutSecrets(std::string words, const HttpSettings& settings);
+std::string WithoutSecrets(std::string words, const ServerSettings& settings);
 
-}  // namespace vok::xmla
+}  // namespace vok::server

@@ -1,12 +1,13 @@
-#include "providers/cube/xmla/login.h"
+#include "providers/server/login.h"
 
 #include <algorithm>
+#include <array>
 #include <string_view>
 
 #include "platform/shown_text.h"
 #include "platform/text.h"
 
-namespace vok::xmla {
+namespace vok::server {
 namespace {
 
 constexpr std::string_view kLeftOut = "…";
@@ -23,20 +24,37 @@ HostAndPort Split(std::string_view authority) {
   return {authority.substr(0, colon), authority.substr(colon + 1)};
 }
 
-bool IsSecure(std::string_view address) { return EqualNoCaseAscii(address.substr(0, 6), "https:"); }
-
 HostAndPort Target(std::string_view address) {
   address.remove_prefix(std::min(address.find(':') + 1, address.size()));
   address.remove_prefix(std::min(address.find_first_not_of('/'), address.size()));
   return Split(address.substr(0, address.find_first_of("/?#")));
 }
 
+/// What an address begins with.
+struct Scheme {
+  std::string_view name;
+  std::string_view port;
+  bool is_secure;
+};
+constexpr std::array<Scheme, 4> kSchemes = {{{"https", "443", true},
+                                             {"postgresql", "5432", true},
+                                             {"postgres", "5432", true},
+                                             {"http", "80", false}}};
+
+const Scheme& SchemeOf(std::string_view address) {
+  const std::string_view name = address.substr(0, address.find(':'));
+  for (const Scheme& scheme : kSchemes) {
+    if (EqualNoCaseAscii(name, scheme.name)) return scheme;
+  }
+  return kSchemes.back();
+}
+
 bool IsFor(const std::string& server, const std::string& address) {
   const HostAndPort wanted = Split(server);
   const HostAndPort target = Target(address);
-  const std::string_view standard = IsSecure(address) ? "443" : "80";
   return EqualNoCaseAscii(wanted.host, target.host) &&
-         (wanted.port.empty() || wanted.port == (target.port.empty() ? standard : target.port));
+         (wanted.port.empty() ||
+          wanted.port == (target.port.empty() ? SchemeOf(address).port : target.port));
 }
 
 void Replace(std::string& words, std::string_view secret) {
@@ -48,32 +66,34 @@ void Replace(std::string& words, std::string_view secret) {
 
 }  // namespace
 
-std::string WhyNoLogin(const HttpSettings& settings, const std::string& address) {
+std::string WhyNoLogin(const ServerSettings& settings, const std::string& address) {
   if (settings.user.empty() && settings.authentication != "negotiate") return {};
-  const std::string where = " in Qel.ini, section [Xmla], or VOKCUBE_XMLA_";
+  const auto where = [&](const char* key) {
+    return std::string(" in Qel.ini, section [") + settings.kind.section + "], or " +
+           settings.kind.variables + key;
+  };
   if (settings.server.empty()) {
-    return "write the host that may have them as Server" + where + "SERVER";
+    return "write the host that may have them as Server" + where("SERVER");
   }
   if (!IsFor(settings.server, address)) {
-    return "Server" + where + "SERVER names another host, " + OneLine(settings.server);
+    return "Server" + where("SERVER") + " names another host, " + OneLine(settings.server);
   }
-  if (!IsSecure(address) && settings.authentication != "basic") {
+  if (!SchemeOf(address).is_secure && settings.authentication != "basic") {
     return "over http they can be read on the way; use https, or, where that does not matter, "
-           "write "
-           "basic as Authentication" +
-           where + "AUTHENTICATION";
+           "write basic as Authentication" +
+           where("AUTHENTICATION");
   }
   return {};
 }
 
-HttpSettings WithoutLogin(HttpSettings settings) {
+ServerSettings WithoutLogin(ServerSettings settings) {
   settings.user.clear();
   settings.password.clear();
   settings.authentication.clear();
   return settings;
 }
 
-std::string WithoutSecrets(std::string words, const HttpSettings& settings) {
+std::string WithoutSecrets(std::string words, const ServerSettings& settings) {
   Replace(words, settings.password);
   const std::size_t end = words.rfind('@');
   if (end == words.npos) return words;
@@ -82,4 +102,4 @@ std::string WithoutSecrets(std::string words, const HttpSettings& settings) {
   return words.replace(start, end - start, kLeftOut);
 }
 
-}  // namespace vok::xmla
+}  // namespace vok::server

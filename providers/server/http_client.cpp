@@ -1,4 +1,4 @@
-#include "providers/cube/xmla/http_client.h"
+#include "providers/server/http_client.h"
 
 #include <chrono>
 #include <cstdint>
@@ -6,10 +6,10 @@
 
 #include "platform/failure.h"
 #include "platform/shown_text.h"
-#include "providers/cube/xmla/http_failure.h"
-#include "providers/cube/xmla/login.h"
+#include "providers/server/login.h"
+#include "providers/server/transfer_failure.h"
 
-namespace vok::xmla {
+namespace vok::server {
 namespace {
 
 constexpr int kConnectAttempts = 3;
@@ -22,21 +22,21 @@ std::string Shown(const std::string& address) {
 }
 
 /// An "@" anywhere: which of them ends a user's name is read differently by different programs.
-const std::string& Checked(const std::string& address) {
+const std::string& Checked(const std::string& address, const ServerKind& kind) {
   if (address.find('@') == std::string::npos) return address;
-  throw Failure(
-      failure_number::kUnspecified,
-      "The address of the cube server has an \"@\", as one with a user's name or password "
-      "does. Take those out of the cube file's name, and put them as User and Password "
-      "into Qel.ini, section [Xmla], or into VOKCUBE_XMLA_USER and "
-      "VOKCUBE_XMLA_PASSWORD. Write an \"@\" that belongs there as %40.");
+  throw Failure(failure_number::kUnspecified,
+                std::string("The address of the ") + kind.name +
+                    " has an \"@\", as one with a user's name or password does. Take those out "
+                    "of it, and put them as User and Password into Qel.ini, section [" +
+                    kind.section + "], or into " + kind.variables + "USER and " + kind.variables +
+                    "PASSWORD. Write an \"@\" that belongs there as %40.");
 }
 
 /// Looks at each piece before it is read: whether the question was cancelled meanwhile, and whether
 /// the answer has an end.
 class WatchedBody : public HttpBody {
  public:
-  WatchedBody(HttpBody& body, const HttpSettings& settings, const std::string& address,
+  WatchedBody(HttpBody& body, const ServerSettings& settings, const std::string& address,
               const std::atomic<bool>& cancelled)
       : body_(body), settings_(settings), address_(address), cancelled_(cancelled) {}
 
@@ -52,7 +52,7 @@ class WatchedBody : public HttpBody {
 
  private:
   HttpBody& body_;
-  const HttpSettings& settings_;
+  const ServerSettings& settings_;
   const std::string& address_;
   const std::atomic<bool>& cancelled_;
   uint64_t taken_ = 0;
@@ -60,20 +60,17 @@ class WatchedBody : public HttpBody {
 
 }  // namespace
 
-HttpClient::HttpClient(const std::string& address, const HttpSettings& settings,
+HttpClient::HttpClient(const std::string& address, const ServerSettings& settings,
                        const NewHttpTransport& transport, const QueryStop* stop)
-    : shown_(Shown(Checked(address))),
+    : shown_(Shown(Checked(address, settings.kind))),
       no_login_(WhyNoLogin(settings, address)),
       settings_(no_login_.empty() ? settings : WithoutLogin(settings)),
       transport_(transport(address, settings_)),
       cancelled_(stop != nullptr ? stop->asked() : kNever) {}
 
-HttpHead HttpClient::Post(const std::string& action, const std::string& content, HttpBody& body) {
-  const HttpRequest request{
-      {"Content-Type: text/xml; charset=utf-8", "SOAPAction: \"" + action + "\"",
-       "Accept: text/xml, application/xml, application/soap+xml"},
-      content,
-      cancelled_};
+HttpHead HttpClient::Post(const std::vector<std::string>& headers, const std::string& content,
+                          HttpBody& body) {
+  const HttpRequest request{headers, content, cancelled_};
   WatchedBody watched(body, settings_, shown_, cancelled_);
   Transfer transfer{TransferEnd::kNoConnection};
   for (int i = 0; i < kConnectAttempts && transfer.end == TransferEnd::kNoConnection; ++i) {
@@ -88,4 +85,4 @@ HttpHead HttpClient::Post(const std::string& action, const std::string& content,
   return transfer.head;
 }
 
-}  // namespace vok::xmla
+}  // namespace vok::server
