@@ -44,6 +44,9 @@ class Session {
 
   const Host& host() const { return host_.host(); }
   CubeProvider& cube_files() { return host_.cube_files(); }
+  std::unique_ptr<TableServer> OpenTables(const std::string& address, const QueryStop& stop) {
+    return host_.OpenTables(address, stop);
+  }
   Publics& publics() { return publics_; }
   clMe& me() { return me_; }
 

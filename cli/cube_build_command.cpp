@@ -4,10 +4,12 @@
 #include <iostream>
 #include <map>
 #include <memory>
+#include <optional>
 #include <span>
 
 #include "cli/command.h"
 #include "cli/progress_line.h"
+#include "cli/stop_on_interrupt.h"
 #include "platform/failure.h"
 #include "platform/shown_text.h"
 #include "providers/cube/olap/build/build_cube.h"
@@ -98,6 +100,16 @@ void Build(const CommonOptions& common, const BuildOptions& options) {
     request.facts = session->host().files.Open(options.facts);
     request.facts_name = options.facts;
   }
+  QueryStop stop;
+  std::optional<StopOnInterrupt> interrupts;
+  if (NamesTableServer(request.data_path)) {
+    // Without this the program ends at once, but the server goes on.
+    interrupts.emplace(stop);
+    request.stop = &stop;
+    request.open_server = [&session](const std::string& address, const QueryStop& asked) {
+      return session->OpenTables(address, asked);
+    };
+  }
   request.leave_out_bad_rows = !options.bad_rows.empty();
   const OldCube old(session->host().files, request.output_path);
   if (!options.allow_empty) {
@@ -113,6 +125,7 @@ void Build(const CommonOptions& common, const BuildOptions& options) {
   } catch (const olap::BadRows& bad) {
     ThrowBadRows(bad);
   }
+  for (const std::string& remark : report.remarks) std::cerr << OneLine(remark) << '\n';
   if (request.leave_out_bad_rows) {
     WriteWholeFile(session->host().files, options.bad_rows, Lines(report.bad_rows));
     std::cout << report.bad_rows.size() << " bad rows were left out; " << OneLine(options.bad_rows)
@@ -137,7 +150,10 @@ void AddCubeBuild(CLI::App& cube, const CommonOptions& common) {
   olap::BuildRequest& request = options->request;
   auto* build = cube.add_subcommand("build", "Build a cube file from tables");
   build->add_option("--schema", request.schema_path, "The schema, XML")->required();
-  build->add_option("--data", request.data_path, "Folder of CSV files, or SQLite database")
+  build
+      ->add_option("--data", request.data_path,
+                   "Folder of CSV files, SQLite database, or database server: "
+                   "postgresql://host/database or clickhouse+https://host/database")
       ->required();
   build->add_option("--output", request.output_path, "The cube file to write")->required();
   build->add_option("--facts", options->facts,

@@ -97,7 +97,8 @@ class NewCube {
     for (const olap::Field& field : row) header.emplace_back(field.text);
     olap::CsvOptions csv{{separator, '.', ""}, "journal", options.journal, file};
     const auto source = olap::OpenCsvFolder(host_.files, folder_, csv);
-    guess_ = GuessJournal(host_.locale, *source->Open("journal", header), header, options.columns);
+    guess_ =
+        GuessJournal(host_.locale, *source->Open({"journal"}, header), header, options.columns);
     guess_.form.separator = separator;
     csv.form = guess_.form;
     ReadContent(*olap::OpenCsvFolder(host_.files, folder_, csv));
@@ -107,8 +108,8 @@ class NewCube {
     const auto given = [this](Role role) {
       return Column(role).empty() ? Column(Role::kDate) : Column(role);
     };
-    const auto rows = source.Open("journal", {Column(Role::kDate), Column(Role::kAccount),
-                                              given(Role::kText), given(Role::kLedger)});
+    const auto rows = source.Open({"journal"}, {Column(Role::kDate), Column(Role::kAccount),
+                                                given(Role::kText), given(Role::kLedger)});
     while (rows->Next()) {
       const auto fields = rows->Fields();
       const auto date = ParseIsoDate(fields[0].text);

@@ -78,6 +78,22 @@ NewHttpTransport HttpOfModule(const std::string& component_folder) {
   };
 }
 
+NewTableServer PostgresqlOfModule(const std::string& component_folder) {
+  using Open = TableServer*(const std::string&, const ServerSettings&, const QueryStop&);
+  return [component_folder](const std::string& address, const ServerSettings& settings,
+                            const QueryStop& stop) {
+    const auto open = reinterpret_cast<Open*>(FunctionOfModule(
+        component_folder, kPostgresqlModule, kPostgresqlMaker, [](const std::string& why) {
+          throw Failure(failure_number::kNotSupported,
+                        std::string("No PostgreSQL server can be asked: the module ") +
+                            kPostgresqlModule + " cannot be loaded (" + why +
+                            "). It needs libpq, and lies beside the program or in the system's "
+                            "library folders");
+        }));
+    return std::unique_ptr<TableServer>(open(address, settings, stop));
+  };
+}
+
 OpenJetFile JetFilesOf(const SystemPlatform& platform) {
   const Locale& locale = *platform.locale;
   jet::Shape shape;
@@ -111,6 +127,7 @@ SystemPlatform NewSystemPlatform() {
   platform.component_folder = ComponentFolder();
   platform.language_table = InstalledLanguageTable(platform.component_folder);
   platform.transport = HttpOfModule(platform.component_folder);
+  platform.postgresql = PostgresqlOfModule(platform.component_folder);
   platform.open_jet_file = JetFilesOf(platform);
   return platform;
 }

@@ -22,6 +22,7 @@
 #include "providers/cube/olap/olap_provider.h"
 #include "providers/cube/xmla/xmla_provider.h"
 #include "providers/database/sqlite/sqlite_database.h"
+#include "providers/facts/clickhouse/clickhouse_server.h"
 #include "providers/recordset/persisted_recordset.h"
 #include "providers/server/server_settings.h"
 #include "providers/workbook/xlsx/xlsx_spreadsheet.h"
@@ -99,6 +100,29 @@ class FileOrServer : public CubeProvider {
   CubeProvider& files_;
   xmla::XmlaCubeProvider servers_;
 };
+
+[[noreturn]] void ThrowNoTableServer(const std::string& address, const std::string& why) {
+  throw Failure(failure_number::kNotSupported, WithoutUsers(address) + ": " + why);
+}
+
+std::unique_ptr<TableServer> OpenTableServerOf(const SystemPlatform& platform,
+                                               const std::string& address,
+                                               const ServerSettings& settings,
+                                               const QueryStop& stop) {
+  const std::string scheme = address.substr(0, address.find("://"));
+  if (scheme == "postgresql" || scheme == "postgres") {
+    if (platform.postgresql) return platform.postgresql(address, settings, stop);
+    ThrowNoTableServer(address,
+                       "this program has no library for PostgreSQL here. Build the cube on Linux, "
+                       "or save the tables as CSV files");
+  }
+  if (scheme == "clickhouse+https" || scheme == "clickhouse+http") {
+    return clickhouse::OpenServer(address, settings, platform.transport, stop);
+  }
+  ThrowNoTableServer(address,
+                     "a cube is not built from such an address; postgresql:// and "
+                     "clickhouse+https:// are known");
+}
 
 ComponentInfo Component(const SystemPlatform& platform) {
   ComponentInfo info;
@@ -211,6 +235,12 @@ SystemHost::~SystemHost() = default;
 const Host& SystemHost::host() const { return providers_->host; }
 
 CubeProvider& SystemHost::cube_files() { return providers_->kept_cube_files; }
+
+std::unique_ptr<TableServer> SystemHost::OpenTables(const std::string& address,
+                                                    const QueryStop& stop) {
+  return OpenTableServerOf(providers_->platform, address, providers_->SettingsOf(kDatabaseServers),
+                           stop);
+}
 
 void SystemHost::UseSettingsFolder(const std::string& folder) {
   providers_->overriding.Use(folder);

@@ -7,6 +7,7 @@
 
 #include "platform/host.h"
 #include "platform/message_box.h"
+#include "platform/table_server.h"
 
 namespace vok {
 
@@ -41,6 +42,9 @@ class SystemHost {
   const Host& host() const;
   /// Keeps cube files open for the runs of many threads, which may use it at once.
   CubeProvider& cube_files();
+  /// A database server, with the login of the section `Database`. Failures are those of
+  /// `OpenTableServer`, and: of a kind that is not known, or not here.
+  std::unique_ptr<TableServer> OpenTables(const std::string& address, const QueryStop& stop);
   /// From the next look for the settings folder on; "": the registry decides.
   void UseSettingsFolder(const std::string& folder);
 

@@ -17,12 +17,16 @@
 
 namespace vok {
 
+using NewTableServer = std::function<std::unique_ptr<TableServer>(
+    const std::string& address, const ServerSettings& settings, const QueryStop& stop)>;
+
 struct SystemPlatform {
   std::unique_ptr<Files> files;
   std::unique_ptr<Locale> locale;
   std::unique_ptr<Registry> registry;
   std::unique_ptr<Clock> clock;
   NewHttpTransport transport;
+  NewTableServer postgresql;  ///< empty where the system has no library for it
   /// What keeps others from reading a file; "" when they cannot. Takes a native path.
   std::function<std::string(const std::string& path)> advice_on_readers;
   /// Genuine Jet databases where the system has no data objects for them; else empty.

@@ -9,6 +9,7 @@
 #include "providers/cube/olap/build/fact_loader.h"
 #include "providers/cube/olap/build/formula_check.h"
 #include "providers/cube/olap/build/schema.h"
+#include "providers/cube/olap/build/server_tables.h"
 #include "providers/cube/olap/build/table_source.h"
 #include "providers/cube/olap/storage/cube_writer.h"
 
@@ -94,6 +95,16 @@ void AddCube(const CubeSchema& schema, const Locale& locale, const TableSource& 
   report.bad_rows.insert(report.bad_rows.end(), loaded.bad_rows.begin(), loaded.bad_rows.end());
 }
 
+std::unique_ptr<TableSource> OpenSource(const Files& files, const BuildRequest& request,
+                                        const CsvOptions& csv) {
+  static const QueryStop never;
+  if (!NamesTableServer(request.data_path)) return OpenTableSource(files, request.data_path, csv);
+  if (csv.facts != nullptr)
+    throw BadInput(request.data_path, "is a database, whose facts are in it");
+  return OpenServerTables(
+      request.open_server(request.data_path, request.stop == nullptr ? never : *request.stop));
+}
+
 }  // namespace
 
 BuildReport BuildCubeFile(Files& files, const Locale& locale, const BuildRequest& request,
@@ -102,15 +113,16 @@ BuildReport BuildCubeFile(Files& files, const Locale& locale, const BuildRequest
   if (request.facts != nullptr && cubes.size() > 1) {
     throw BadInput(request.schema_path, "has several cubes; facts of one alone can be given apart");
   }
-  CsvOptions csv{cubes[0].csv, cubes[0].fact_table, request.facts_name, request.facts};
+  CsvOptions csv{cubes[0].csv, cubes[0].fact_table.name, request.facts_name, request.facts};
   SetForm(csv.form, request.separator, request.decimal, request.dates);
-  const auto source = OpenTableSource(files, request.data_path, csv);
+  const auto source = OpenSource(files, request, csv);
   const unsigned threads = request.threads == 0 ? ProcessorCount() : request.threads;
   CubeWriter writer(files, request.output_path, threads);
   BuildReport report;
   for (const CubeSchema& cube : cubes) {
     const double before = static_cast<double>(report.cubes.size());
     const auto of_cube = [&](const std::string& what, Share share, double done) {
+      if (request.stop != nullptr) request.stop->Check();
       const auto count = static_cast<double>(cubes.size());
       if (progress)
         progress({what, (before + share.begin) / count, (before + share.end) / count, done});
@@ -118,6 +130,7 @@ BuildReport BuildCubeFile(Files& files, const Locale& locale, const BuildRequest
     AddCube(cube, locale, *source, request, threads, of_cube, writer, report);
   }
   source->CheckUnchanged();
+  report.remarks = source->Remarks();
   if (request.check) request.check(report);
   report.file_bytes = writer.Finish();
   return report;

@@ -9,6 +9,7 @@
 
 #include "platform/files.h"
 #include "platform/locale.h"
+#include "platform/table_server.h"
 #include "providers/cube/olap/build/fact_loader.h"
 
 namespace vok::olap {
@@ -22,6 +23,7 @@ struct BuildReport {
   std::vector<Cube> cubes;
   uint64_t file_bytes = 0;
   std::vector<std::string> bad_rows;  ///< what is wrong with each row of facts that was left out
+  std::vector<std::string> remarks;   ///< what the user should know of the tables
 };
 
 /// What is being done, and which share of the whole it takes: from 0 to 1, as an estimate. Such as
@@ -35,7 +37,8 @@ struct BuildStep {
 
 struct BuildRequest {
   std::string schema_path;  ///< XML
-  std::string data_path;    ///< a folder of CSV files, one per table, or a SQLite database
+  /// A folder of CSV files, one per table, a SQLite database, or the address of a database server.
+  std::string data_path;
   std::string output_path;
   /// Sees what was built before it takes its place; what it throws leaves all as it was.
   std::function<void(const BuildReport&)> check = {};
@@ -46,6 +49,8 @@ struct BuildRequest {
   std::shared_ptr<const FileReader> facts = {};
   std::string facts_name = {};
   bool leave_out_bad_rows = false;
+  OpenTableServer open_server = {};  ///< for the address of one
+  const QueryStop* stop = nullptr;   ///< ends the build; outlives it
 };
 
 /// Writes all cubes of the schema into one file, whole or not at all. `progress` (may be empty) is

@@ -143,9 +143,9 @@ class CsvFolder : public TableSource {
   CsvFolder(const Files& files, std::string path, CsvOptions csv)
       : files_(files), path_(std::move(path)), csv_(std::move(csv)) {}
 
-  std::unique_ptr<TableParts> OpenParts(const std::string& table,
+  std::unique_ptr<TableParts> OpenParts(const TableName& table,
                                         const std::vector<std::string>& columns) const override {
-    return std::make_unique<CsvParts>(FilesOf(table), csv_.form, columns);
+    return std::make_unique<CsvParts>(FilesOf(table.name), csv_.form, columns);
   }
 
   void CheckUnchanged() const override {

@@ -47,7 +47,7 @@ class Loader {
 
   void ReadRuns() {
     const auto parts = source_.OpenParts(cube_.fact_table, plan_.columns);
-    const std::string what = "reading " + cube_.fact_table;
+    const std::string what = "reading " + ShownName(cube_.fact_table);
     progress_(what, kReading, 0);
     RunInOrder(threads_, [&]() -> Working {
       const std::shared_ptr<TableReader> part = parts->Next();
@@ -71,7 +71,8 @@ class Loader {
     }
     fact_count_ += run.keys.size();
     if (fact_count_ > std::numeric_limits<uint32_t>::max()) {
-      throw BadInput("table " + Quoted(cube_.fact_table), "a cube holds at most 4294967295 facts");
+      throw BadInput("table " + Quoted(ShownName(cube_.fact_table)),
+                     "a cube holds at most 4294967295 facts");
     }
     for (std::size_t index = 0; index < run.values.size(); ++index) {
       if (plan_.values[index].aggregator == Aggregator::kDistinctCount) {

@@ -44,7 +44,7 @@ bool NextGoodRow(TableReader& reader) {
 }
 
 /// The members are those that the facts name.
-void LoadRowsOfFacts(const TableSource& source, const std::string& fact_table, MemberTree& tree,
+void LoadRowsOfFacts(const TableSource& source, const TableName& fact_table, MemberTree& tree,
                      const std::vector<std::string>& key_columns, KeyMap& keys,
                      std::vector<uint32_t>& node_of_row) {
   auto columns = tree.Columns();
@@ -75,7 +75,7 @@ LoadedHierarchy LoadHierarchy(const TableSource& source, const CubeSchema& cube,
                               const DimensionSchema& dimension, const HierarchySchema& hierarchy) {
   LoadedHierarchy loaded;
   loaded.is_time = dimension.is_time;
-  loaded.has_table = !hierarchy.table.empty();
+  loaded.has_table = !hierarchy.table.name.empty();
   MemberTree tree(hierarchy);
   std::vector<uint32_t> node_of_row;
   if (loaded.has_table) {
@@ -86,8 +86,8 @@ LoadedHierarchy LoadHierarchy(const TableSource& source, const CubeSchema& cube,
     LoadRowsOfFacts(source, cube.fact_table, tree, loaded.fact_columns, loaded.leaves, node_of_row);
   }
   std::vector<uint32_t> leaf_of_node;
-  const std::string table = loaded.has_table ? hierarchy.table : cube.fact_table;
-  loaded.members = tree.Finish(dimension.name, "table " + Quoted(table), leaf_of_node);
+  const TableName& table = loaded.has_table ? hierarchy.table : cube.fact_table;
+  loaded.members = tree.Finish(dimension.name, "table " + Quoted(ShownName(table)), leaf_of_node);
   for (uint32_t& node : node_of_row) node = leaf_of_node[node];
   loaded.leaves.Finish(node_of_row);
   return loaded;

@@ -6,6 +6,7 @@
 
 #include "platform/files.h"
 #include "platform/locale.h"
+#include "platform/table_server.h"
 #include "providers/cube/olap/build/csv_form.h"
 #include "providers/cube/olap/storage/model.h"
 
@@ -31,7 +32,7 @@ struct HierarchySchema {
   std::string all_member_name;
   std::string all_member_caption;
   std::string all_level_name;
-  std::string table;        ///< empty: the levels' columns are the fact table's
+  TableName table;          ///< without a name: the levels' columns are the fact table's
   std::string primary_key;  ///< of `table`
   std::vector<LevelSchema> levels;
 };
@@ -61,7 +62,7 @@ struct CalculatedMemberSchema {
 struct CubeSchema {
   std::string name;
   std::string caption;
-  std::string fact_table;
+  TableName fact_table;
   CsvForm csv;  ///< of all tables that are CSV files
   uint32_t default_measure = 0;
   std::vector<DimensionSchema> dimensions;

@@ -100,7 +100,7 @@ class SchemaReader {
     const Node table = node.child("Table");
     if (!table) throw Bad(node, "has no <Table>: name the fact table");
     CheckChildren(table, {});
-    cube.fact_table = Required(table, "name");
+    cube.fact_table = ReadTable(table);
     for (const Node child : node.children()) {
       const std::string_view element = child.name();
       if (element == "Dimension") cube.dimensions.push_back(ReadDimension(child, child));
@@ -155,7 +155,7 @@ class SchemaReader {
     dimension.is_time = type == "TimeDimension" && !IsTimeInNameOnly(node);
     for (const Node child : node.children("Hierarchy")) {
       dimension.hierarchies.push_back(ReadHierarchy(child, dimension.name));
-      if (!dimension.hierarchies.back().table.empty() && dimension.foreign_key.empty()) {
+      if (!dimension.hierarchies.back().table.name.empty() && dimension.foreign_key.empty()) {
         throw Bad(usage, "has no foreignKey: name the fact table's column");
       }
     }
@@ -176,6 +176,10 @@ class SchemaReader {
     return any;
   }
 
+  TableName ReadTable(Node node) const {
+    return {Required(node, "name"), Text(node, "schema", "")};
+  }
+
   HierarchySchema ReadHierarchy(Node node, const std::string& dimension) {
     CheckChildren(node, {"Table", "Level"});
     HierarchySchema hierarchy;
@@ -186,12 +190,12 @@ class SchemaReader {
     hierarchy.all_level_name = Text(node, "allLevelName", "(All)");
     if (const Node table = node.child("Table")) {
       CheckChildren(table, {});
-      hierarchy.table = Required(table, "name");
+      hierarchy.table = ReadTable(table);
       hierarchy.primary_key = Required(node, "primaryKey");
-      CheckTable(node, "primaryKeyTable", hierarchy.table);
+      CheckTable(node, "primaryKeyTable", hierarchy.table.name);
     }
     for (const Node child : node.children("Level")) {
-      hierarchy.levels.push_back(ReadLevel(child, hierarchy.table));
+      hierarchy.levels.push_back(ReadLevel(child, hierarchy.table.name));
     }
     if (hierarchy.levels.empty()) throw Bad(node, "has no <Level>");
     CheckCount(node, "levels", hierarchy.levels.size() + (hierarchy.has_all ? 1 : 0), kMostLevels);

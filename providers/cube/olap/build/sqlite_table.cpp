@@ -226,8 +226,9 @@ class SqliteSource : public TableSource {
   SqliteSource(const Files& files, const std::string& path)
       : database_(std::make_shared<Database>(files, path)) {}
 
-  std::unique_ptr<TableParts> OpenParts(const std::string& table,
+  std::unique_ptr<TableParts> OpenParts(const TableName& name,
                                         const std::vector<std::string>& columns) const override {
+    const std::string& table = name.name;
     Statement statement(database_, "SELECT name FROM pragma_table_xinfo(?1)");
     statement.Bind(table);
     const auto there = FirstColumn(statement);

@@ -29,7 +29,7 @@ class WholeTable : public TableReader {
 
 }  // namespace
 
-std::unique_ptr<TableReader> TableSource::Open(const std::string& table,
+std::unique_ptr<TableReader> TableSource::Open(const TableName& table,
                                                const std::vector<std::string>& columns) const {
   return std::make_unique<WholeTable>(OpenParts(table, columns));
 }
@@ -43,6 +43,10 @@ std::unique_ptr<TableSource> OpenTableSource(const Files& files, const std::stri
   }
   if (csv.facts != nullptr) throw BadInput(path, "is a database, whose facts are in it");
   return OpenSqliteDatabase(files, path);
+}
+
+std::string ShownName(const TableName& table) {
+  return table.schema.empty() ? table.name : table.schema + "." + table.name;
 }
 
 std::vector<std::size_t> PlacesOf(const std::vector<std::string>& wanted,

@@ -1,5 +1,5 @@
-// The tables that a cube is built from, a folder of CSV files or a SQLite database, and failures
-// about them.
+// The tables that a cube is built from: a folder of CSV files, a SQLite database or a database
+// server; and failures about them.
 #pragma once
 
 #include <cstdint>
@@ -11,6 +11,7 @@
 
 #include "platform/failure.h"
 #include "platform/files.h"
+#include "platform/table_server.h"
 #include "providers/cube/olap/build/csv_form.h"
 
 namespace vok::olap {
@@ -67,14 +68,16 @@ class TableSource {
  public:
   virtual ~TableSource() = default;
   /// Failures: no such table, no such column; both list what there is.
-  virtual std::unique_ptr<TableParts> OpenParts(const std::string& table,
+  virtual std::unique_ptr<TableParts> OpenParts(const TableName& table,
                                                 const std::vector<std::string>& columns) const = 0;
   /// The same, all rows one after the other.
-  std::unique_ptr<TableReader> Open(const std::string& table,
+  std::unique_ptr<TableReader> Open(const TableName& table,
                                     const std::vector<std::string>& columns) const;
   /// To be called when all is read. Failure `FileChanged` for a table that is not any more what it
   /// was when it was first opened.
   virtual void CheckUnchanged() const = 0;
+  /// What the user should know of the tables that were opened.
+  virtual std::vector<std::string> Remarks() const { return {}; }
 };
 
 /// `path` is a folder or a SQLite database. Failure 53 when it is neither there, -2147467259 when
@@ -87,6 +90,9 @@ std::unique_ptr<TableSource> OpenTableSource(const Files& files, const std::stri
 std::unique_ptr<TableSource> OpenCsvFolder(const Files& files, const std::string& path,
                                            const CsvOptions& csv = {});
 std::unique_ptr<TableSource> OpenSqliteDatabase(const Files& files, const std::string& path);
+
+/// "sales.orders", or the name alone.
+std::string ShownName(const TableName& table);
 
 /// Where each of `wanted` stands in `there`. Failure: not there, naming the column and the table.
 std::vector<std::size_t> PlacesOf(const std::vector<std::string>& wanted,

@@ -271,7 +271,7 @@ TEST(CsvTable, IsAFailureWhenItIsChangedWhileItIsRead) {
     const test::TemporaryFolder folder;
     std::ofstream(folder.File("fact.csv"), std::ios::binary) << each.before;
     const auto source = OpenCsvFolder(files, folder.path());
-    const auto table = source->Open("fact", {"id", "v"});
+    const auto table = source->Open({"fact"}, {"id", "v"});
     std::this_thread::sleep_for(std::chrono::milliseconds(20));  // another time of modification
     std::ofstream(folder.File("fact.csv"), std::ios::binary) << each.after;
     const std::string said = test::DescriptionOf([&] {

@@ -1,0 +1,62 @@
+// The port for database servers that cubes are built from.
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "platform/query_stop.h"
+#include "platform/server_settings.h"
+
+namespace vok {
+
+struct TableName {
+  std::string name;
+  std::string schema = {};  ///< "": where the server looks by itself
+};
+
+struct ServerColumn {
+  std::string name;
+  bool is_binary_fraction = false;  ///< such as double precision: most decimals are not exact in it
+};
+
+/// Rows that are read once, as they arrive.
+class ServerRows {
+ public:
+  virtual ~ServerRows() = default;
+  /// Replaces `text` by the next rows, some MB of them, whole ones: "\n" after each, tabs between
+  /// fields, "\N" for NULL, a backslash before letters that stand for such, as in C. False after
+  /// the last row. One thread at a time.
+  virtual bool Next(std::string& text) = 0;
+  /// How many rows there are, as the server guesses; 0: it does not.
+  virtual double Guess() const = 0;
+};
+
+/// A connection, used by one thread at a time. All that it reads is of one state of the database,
+/// where the server can do that. Failures have the server's own words. Each call ends within some
+/// seconds after its `QueryStop` was asked, with failure `kQueryCancelled`, and what the server
+/// does for it ends too.
+class TableServer {
+ public:
+  virtual ~TableServer() = default;
+  /// The address without user, password and options, for messages.
+  virtual const std::string& address() const = 0;
+  /// Of a table or a view. Failure: it is not there, with those that are; it may not be read.
+  virtual std::vector<ServerColumn> Columns(const TableName& table) = 0;
+  /// Nothing else may be asked until all rows were read.
+  virtual std::unique_ptr<ServerRows> Read(const TableName& table,
+                                           const std::vector<std::string>& columns) = 0;
+};
+
+/// Whether the text is an address, such as "postgresql://host/database", and not a path.
+inline bool NamesTableServer(const std::string& text) {
+  return text.find("://") != std::string::npos;
+}
+
+/// Failures: an address that is not one or bears a password, no connection, no login. `stop`
+/// outlives the result.
+using OpenTableServer =
+    std::function<std::unique_ptr<TableServer>(const std::string& address, const QueryStop& stop)>;
+
+}  // namespace vok

@@ -1,0 +1,82 @@
+#!/bin/bash
+# As postgresql_test.sh, with a ClickHouse server.
+#
+#   clickhouse_test.sh VOKCUBE DATA_DIR WORK_DIR
+source "$(dirname "$0")/../cli/start.sh"
+facts=$tests/facts
+
+mkdir run
+cp -r "$data" run/csv
+printf '901,"\\N ""x"", a\tb\\t","two\nlines",901\n' >> run/csv/lines.csv
+printf '%s\n' 20220101,901,4,0,1,12345678901234567890.25,3 20220101,901,4,0,1,,1 >> run/csv/entries.csv
+port=$((20000 + RANDOM % 10000))
+trap '"$facts/clickhouse-down" run' EXIT
+trap 'exit 130' INT TERM
+"$facts/clickhouse-up" run "$port"
+server=clickhouse+http://127.0.0.1:$port/sample
+sql() { curl --silent --show-error --fail-with-body "http://127.0.0.1:$port/?database=sample" --data-binary "$1"; }
+
+build() { # SCHEMA DATA OUTPUT [OPTION...]
+  "$vokcube" cube build --schema "$1" --data "$2" --output "$3" "${@:4}"
+}
+# refused WORDS SED: what a schema so changed is refused with.
+refused() {
+  sed -E "$2" run/csv/schema.xml > schema.xml
+  expect 1 "$1" build schema.xml "$server" server.cub
+  [[ ! -e server.cub ]] || fail "a refused build left a file"
+}
+
+expect 0 "entries.cub" build run/csv/schema.xml run/csv entries.cub
+refused "Table sample.nothing doesn't exist., e.what() = DB::Exception. Tables there: dates, entries" \
+  's#<Table name="entries"/>#<Table name="nothing"/>#'
+refused 'table lines: there is no column "Code"' 's#column="code" caption#column="Code" caption#'
+# The server fails after some rows, in the middle of its answer.
+sql "CREATE TABLE many AS entries ENGINE = Log"
+for _ in {1..20}; do sql "INSERT INTO many SELECT * FROM entries"; done
+sql "CREATE VIEW late AS SELECT date_id, line_id, file_id, opening_key, money_id, units,
+  amount + throwIf(rowNumberInAllBlocks() = 300000) AS amount FROM many"
+refused 'DB::Exception' 's#<Table name="entries"/>#<Table name="late"/>#'
+expect 1 'the address takes no options' build run/csv/schema.xml "$server?password=secret" server.cub
+[[ $(< said) != *secret* ]] || fail "the password is shown"
+
+expect 0 "server.cub" build run/csv/schema.xml "$server" server.cub
+cmp entries.cub server.cub || fail "the server's cube is another one than that of the files"
+sql "CREATE DATABASE books"
+sql "CREATE VIEW books.fractions AS SELECT date_id, line_id, file_id, opening_key, money_id, units,
+  toFloat64(amount) AS amount FROM sample.entries"
+sed -E 's#<Table name="entries"/>#<Table schema="books" name="fractions"/>#' run/csv/schema.xml > schema.xml
+expect 0 'the column "amount" holds binary fractions' build schema.xml "$server" server.cub
+
+export VOKCUBE_DATABASE_USER=reader VOKCUBE_DATABASE_PASSWORD=wrong VOKCUBE_DATABASE_SERVER=127.0.0.1
+sed -E 's#<Table name="files"/>#<Table name="nothing"/>#' run/csv/schema.xml > schema.xml
+expect 1 'were not sent to it: over http they can be read' build schema.xml "$server" server.cub
+export VOKCUBE_DATABASE_AUTHENTICATION=basic
+expect 1 'Wrong password for user reader' build run/csv/schema.xml "$server" server.cub
+VOKCUBE_DATABASE_PASSWORD=right expect 0 "server.cub" build run/csv/schema.xml "$server" server.cub
+cmp entries.cub server.cub || fail "a reader gets another cube"
+unset VOKCUBE_DATABASE_USER
+
+sql "CREATE TABLE drops AS files ENGINE = Memory"  # a block for each INSERT
+for id in {1..40}; do sql "INSERT INTO drops VALUES ($id, 'Domestic', '$id')"; done
+sql "CREATE VIEW slow AS SELECT * FROM drops WHERE sleepEachRow(0.25) = 0"
+sed -E 's#<Table name="files"/>#<Table name="slow"/>#' run/csv/schema.xml > schema.xml
+waits() { sql "SELECT count() FROM system.processes WHERE query LIKE '%\`slow\` FORMAT TabSep%' AND NOT query LIKE '%count%'"; }
+during() { # STATUS WORDS SIGNAL OF: sent to our process or the server once the server works
+  local status=0
+  env --default-signal=INT "$vokcube" cube build --schema schema.xml --data "$server" --output server.cub \
+    > said 2>&1 < /dev/null &
+  until [[ $(waits) != 0 ]] || ! kill -0 $! 2> /dev/null; do sleep 0.05; done
+  "$3"
+  wait $! || status=$?
+  ((status == $1)) && [[ $(< said) == *"$2"* ]] || fail "ended with $status, wanted $1 and: $2"
+  cmp -s server.cub entries.cub || fail "the old file is another one"
+}
+interrupt() { kill -INT $!; }
+nothing() { :; }
+during 130 'cancelled' interrupt
+for _ in {1..20}; do [[ $(waits) == 0 ]] && break || sleep 0.1; done
+[[ $(waits) == 0 ]] || fail "the server goes on"
+VOKCUBE_DATABASE_IDLE_SECONDS=1 during 1 'sent nothing for 1 seconds (IdleSeconds in Qel.ini, section [Database])' nothing
+end() { "$facts/clickhouse-down" run; }
+during 1 'The database server http://127.0.0.1' end
+finish
