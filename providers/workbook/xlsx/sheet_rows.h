@@ -2,11 +2,14 @@
 #pragma once
 
 #include <cstddef>
+#include <memory>
+#include <mutex>
 #include <string>
 #include <vector>
 
 #include "platform/files.h"
-#include "providers/workbook/xlsx/row_pool.h"
+#include "platform/in_order.h"
+#include "providers/workbook/xlsx/row_encoder.h"
 #include "providers/workbook/xlsx/spool.h"
 #include "providers/workbook/xlsx/zip_writer.h"
 
@@ -18,6 +21,16 @@ struct RowTotals {
   std::vector<ColumnExtent> columns;  ///< of the sheet, from the first
 };
 
+/// Encoders for as many threads as work at once.
+class RowEncoders {
+ public:
+  EncodedRows Encode(const CellBlock& cells, const RowPlace& place);
+
+ private:
+  std::mutex mutex_;
+  std::vector<std::unique_ptr<RowEncoder>> free_;
+};
+
 class SheetRows {
  public:
   /// `path` is the workbook's, `threads` how many may work on it.
@@ -25,7 +38,7 @@ class SheetRows {
 
   /// The rows of the block, which stand below all that came before. Failures, also for blocks
   /// before this one, are those of the files port and of memory.
-  void Add(CellBlock cells, const RowPlace& place) { pool_.Add(std::move(cells), place); }
+  void Add(CellBlock cells, RowPlace place);
   /// Waits until all is encoded. Failures as above.
   const RowTotals& Settle();
   const Spool& spool() const { return spool_; }
@@ -35,7 +48,8 @@ class SheetRows {
 
   Spool spool_;
   RowTotals totals_;
-  RowPool pool_;
+  RowEncoders encoders_;
+  OrderedWorks works_;  // goes first
 };
 
 }  // namespace vok::xlsx

@@ -15,6 +15,7 @@ namespace vok::xlsx {
 namespace {
 
 constexpr std::size_t kMaxSheetName = 31;
+constexpr unsigned kMostThreads = 4;
 
 [[noreturn]] void Refuse(const std::string& why) {
   throw Failure(failure_number::kAutomation, why);
@@ -251,7 +252,7 @@ class XlsxOutput : public OutputWorkbook {
 XlsxSpreadsheet::XlsxSpreadsheet(Files& files, MakingTime making_time, unsigned threads)
     : files_(files),
       making_time_(std::move(making_time)),
-      threads_(threads != 0 ? threads : UsualThreads()) {}
+      threads_(threads != 0 ? threads : std::min(ProcessorCount(), kMostThreads)) {}
 
 std::unique_ptr<OutputWorkbook> XlsxSpreadsheet::NewOutput(const std::string& path, bool keep_old) {
   return std::make_unique<XlsxOutput>(files_, path, keep_old, making_time_, threads_);
