@@ -216,6 +216,14 @@ TEST_F(QueryRunTest, EveryFailureHasItsAnswerAndItsReport) {
       {"stopped in a query", [](auto& t) { t.StopDuring(2); }, kQueryCancelled, nullptr, ""},
       {"stopped in the second query", [](auto& t) { t.StopDuring(3); }, kQueryCancelled, nullptr,
        ""},
+      {"stopped when rows are to be written",
+       [](auto& t) {
+         t.publics.stop = &t.stop;
+         t.publics.on_step = [&t](const RunStep& step) {
+           if (std::string(step.name) == "workbook") t.stop.Ask();
+         };
+       },
+       kQueryCancelled, nullptr, ""},
       {"workbook refused", [](auto& t) { t.sheets.record.failing = "save out.xlsX 51"; }, 1004,
        "Function : CubtoXls", "refused"},
       {"log refused", [](auto& t) { t.memory.files.refused.insert("component\\MdxQry1.log"); }, 75,

@@ -12,8 +12,9 @@
 namespace vok::test {
 
 /// Hands every call on to the files below, except the `fail_at`-th that may fail (counted from 1;
-/// 0: none), which throws `failure` instead. `Write` and `Commit` of a replacement count too. A
-/// loop over `fail_at` until `calls` stays below it visits every place where the disk can give up.
+/// 0: none), which throws `failure` instead. The calls of replacements and scratch files count too.
+/// A loop over `fail_at` until `calls` stays below it visits every place where the disk can give
+/// up.
 class FailingFiles : public Files {
  public:
   FailingFiles(Files& below, Failure thrown) : failure(std::move(thrown)), below_(below) {}
@@ -39,6 +40,10 @@ class FailingFiles : public Files {
   std::unique_ptr<FileReplacement> Replace(const std::string& path) override {
     Count();
     return std::make_unique<Replacement>(*this, below_.Replace(path));
+  }
+  std::unique_ptr<ScratchFile> Scratch(const std::string& beside) override {
+    Count();
+    return std::make_unique<CountedScratch>(*this, below_.Scratch(beside));
   }
   Date LastModified(const std::string& path) const override {
     Count();
@@ -71,6 +76,24 @@ class FailingFiles : public Files {
    private:
     const FailingFiles& files_;
     std::unique_ptr<FileReplacement> below_;
+  };
+
+  class CountedScratch : public ScratchFile {
+   public:
+    CountedScratch(const FailingFiles& files, std::unique_ptr<ScratchFile> below)
+        : files_(files), below_(std::move(below)) {}
+    void Write(std::span<const std::byte> bytes) override {
+      files_.Count();
+      below_->Write(bytes);
+    }
+    void Read(uint64_t offset, std::span<std::byte> bytes) const override {
+      files_.Count();
+      below_->Read(offset, bytes);
+    }
+
+   private:
+    const FailingFiles& files_;
+    std::unique_ptr<ScratchFile> below_;
   };
 
   void Count() const {

@@ -1,11 +1,17 @@
+#include <atomic>
+#include <cstdlib>
 #include <limits>
+#include <new>
 #include <numeric>
+#include <random>
+#include <utility>
 
 #include "platform/failure.h"
 #include "platform/text.h"
 #include "providers/workbook/xlsx/cell_reference.h"
 #include "providers/workbook/xlsx/text_rules.h"
 #include "providers/workbook/xlsx/xlsx_spreadsheet.h"
+#include "tests/support/failing_files.h"
 #include "tests/support/memory_host.h"
 #include "workbook_tools.h"
 
@@ -182,8 +188,8 @@ void FillRow(CellBlock& block, std::size_t row, std::size_t number) {
   if (number % 3 != 0) block.SetNumber(row, 14, -1.0 / static_cast<double>(number));
 }
 
-/// Two passes of a run, in blocks of so many rows.
-void Write(OutputWorkbook& output, const std::vector<std::size_t>& rows) {
+/// Passes of a run with so many rows.
+void WritePasses(OutputWorkbook& output, const std::vector<std::size_t>& rows) {
   std::size_t number = 1;
   for (std::size_t pass = 0; pass < rows.size(); ++pass) {
     const auto application = output.NewApplication();
@@ -205,6 +211,10 @@ void Write(OutputWorkbook& output, const std::vector<std::size_t>& rows) {
     application->SetFormula(1, 12, Block(1, 1, "Q1>"));
     application->SaveAs("book.xlsX", kOpenXmlWorkbook);
   }
+}
+
+void Write(OutputWorkbook& output, const std::vector<std::size_t>& rows) {
+  WritePasses(output, rows);
   output.Commit();
 }
 
@@ -228,6 +238,69 @@ TEST_F(SpreadsheetTest, ThreadsAndBlocksChangeNothingOfTheRows) {
       expected = number;
     }
     EXPECT_EQ(expected - 1, std::accumulate(rows.begin(), rows.end(), std::size_t{0}));
+  }
+}
+
+/// Texts of so many letters that cannot be packed well.
+CellBlock RandomTexts(std::size_t rows, std::size_t letters) {
+  std::mt19937 random(1);
+  CellBlock block(rows, 1);
+  std::string text(letters, ' ');
+  for (std::size_t row = 1; row <= rows; ++row) {
+    for (char& letter : text) letter = static_cast<char>('@' + random() % 64);
+    block.SetText(row, 1, text);
+  }
+  return block;
+}
+
+TEST_F(SpreadsheetTest, ADiskThatGivesUpLeavesNoWorkbook) {
+  test::FailingFiles failing(files_, Failure(failure_number::kDiskFull, "Disk full"));
+  const auto write = [&](const CellBlock& rows) {
+    failing.calls = 0;
+    XlsxSpreadsheet spreadsheet(failing, {}, 2);
+    const auto output = spreadsheet.NewOutput("book.xlsX", false);
+    const auto application = output->NewApplication();
+    application->AddWorkbook();
+    application->SetFormula(2, 1, rows);
+    application->SaveAs("book.xlsX", kOpenXmlWorkbook);
+    output->Commit();
+  };
+  const auto expect_none = [&](const CellBlock& rows) {
+    const Failure failure = test::FailureOf([&] { write(rows); });
+    EXPECT_EQ(failure.number(), failure_number::kDiskFull) << failing.fail_at;
+    EXPECT_TRUE(files_.files.empty()) << failing.fail_at;
+  };
+  failing.fail_at = 2;  // what memory does not hold is put aside
+  expect_none(RandomTexts(180, kMaxTextUnits));
+  failing.fail_at = 0;
+  const CellBlock few = RandomTexts(40, 10'000);
+  write(few);
+  EXPECT_EQ(CellsOf(files_.files.at("book.xlsX")).size(), few.rows());
+  files_.files.clear();
+  for (failing.fail_at = failing.calls; failing.fail_at > 0; --failing.fail_at) expect_none(few);
+}
+
+/// Allocations until one fails; none does when it is below 0.
+std::atomic<int> allocations_left = -1;
+
+TEST_F(SpreadsheetTest, WithoutMemoryTheRunFailsOrIsWhole) {
+  Write(*output_, {600, 300});
+  const std::string whole = std::exchange(files_.files["book.xlsX"], "");
+  for (int allocations = 1;; allocations += 1 + allocations / 8) {
+    XlsxSpreadsheet spreadsheet(files_, {}, 3);
+    const auto output = spreadsheet.NewOutput("book.xlsX", false);
+    bool is_saved = false;
+    allocations_left = allocations;
+    try {
+      WritePasses(*output, {600, 300});
+      is_saved = true;
+    } catch (const std::bad_alloc&) {
+    }
+    const bool had_enough = allocations_left.exchange(-1) > 0;
+    if (!is_saved) continue;
+    output->Commit();
+    EXPECT_TRUE(files_.files["book.xlsX"] == whole) << allocations;
+    if (had_enough) break;
   }
 }
 
@@ -304,3 +377,14 @@ TEST_F(SpreadsheetTest, MisuseIsAFailureThatSaysWhat) {
 
 }  // namespace
 }  // namespace vok::xlsx
+
+// NOLINTBEGIN(cppcoreguidelines-no-malloc)
+void* operator new(std::size_t size) {
+  auto& left = vok::xlsx::allocations_left;
+  void* memory = left > 0 && --left == 0 ? nullptr : std::malloc(size);
+  if (memory == nullptr) throw std::bad_alloc();
+  return memory;
+}
+void operator delete(void* memory) noexcept { std::free(memory); }
+void operator delete(void* memory, std::size_t) noexcept { std::free(memory); }
+// NOLINTEND(cppcoreguidelines-no-malloc)
