@@ -77,3 +77,12 @@ function(vok_test name)
     gtest_discover_tests(${target} DISCOVERY_MODE PRE_TEST PROPERTIES TIMEOUT 300)
   endif()
 endfunction()
+
+# The test draws windows, on the one screen that there is for such tests: two at a time would take
+# keys and the foreground from each other.
+#
+#   vok_on_a_screen(windows_view VOKCUBE_DPI=144)
+function(vok_on_a_screen test)
+  set_tests_properties(${test} PROPERTIES RESOURCE_LOCK screen
+    ENVIRONMENT "VOKCUBE_SCREEN=on;${ARGN}")
+endfunction()

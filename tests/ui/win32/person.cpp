@@ -109,9 +109,15 @@ void Save(HBITMAP picture, const std::string& file) {
 
 namespace front {
 
+/// A dialog of this program's: keys that are pressed before it is in front go elsewhere.
 bool IsReady() {
   const HWND window = ::GetForegroundWindow();
   if (window == nullptr || ::IsWindowEnabled(window) == FALSE) return false;
+  DWORD process = 0;
+  ::GetWindowThreadProcessId(window, &process);
+  wchar_t kind[16] = {};
+  ::GetClassNameW(window, kind, std::size(kind));
+  if (process != ::GetCurrentProcessId() || kind != std::wstring(L"#32770")) return false;
   return ::GetWindowLongPtrW(window, DWLP_USER) == 0 || PartsInFront();
 }
 
@@ -147,7 +153,7 @@ void Press(const std::string& keys) {
   static const std::map<std::string, WORD> kNamed = {
       {"Tab", VK_TAB}, {"Return", VK_RETURN}, {"Esc", VK_ESCAPE}, {"Down", VK_DOWN},
       {"Up", VK_UP},   {"Ctrl", VK_CONTROL},  {"Alt", VK_MENU},   {"Shift", VK_SHIFT},
-      {"F4", VK_F4},   {"F5", VK_F5},         {"Space", VK_SPACE}};
+      {"F1", VK_F1},   {"F4", VK_F4},         {"F5", VK_F5},      {"Space", VK_SPACE}};
   const auto plus = keys.find('+');
   const auto named = kNamed.find(keys.substr(0, plus));
   const WORD code = named != kNamed.end() ? named->second : static_cast<WORD>(keys.at(0));
