@@ -151,7 +151,7 @@ FunctionEnd
 !macroend
 
 !macro StartMenu name folder
-  CreateShortCut "$SMPROGRAMS\VokCubeQ17\${name}.lnk" "$INSTDIR\${folder}\vokcube.exe" "window"
+  CreateShortCut "$SMPROGRAMS\VokCubeQ17\${name}.lnk" "$INSTDIR\${folder}\vokcube-window.exe"
 !macroend
 
 Section

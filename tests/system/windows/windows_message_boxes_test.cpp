@@ -4,26 +4,20 @@
 
 #include <thread>
 
+#include "shown_box.h"
 #include "system/windows/system_header.h"
 #include "system/windows/utf16.h"
 
 namespace vok::windows {
-namespace {
 
-struct Seen {
-  std::wstring text;
-  bool help = false;
-  int default_button = 0;
-};
-
-/// Waits for a box of the title, reads it and presses the button.
 Seen Press(const std::wstring& title, int button) {
   constexpr int kMostLooks = 600;
   constexpr int kTextOfBox = 0xFFFF;
   for (int look = 0; look < kMostLooks; ++look) {
-    if (const HWND box = ::FindWindowW(L"#32770", title.c_str()); box != nullptr) {
-      wchar_t text[200] = L"";
-      ::GetDlgItemTextW(box, kTextOfBox, text, 200);
+    const HWND box = ::FindWindowW(L"#32770", title.c_str());
+    if (box != nullptr && ::IsWindowVisible(box) != FALSE) {
+      wchar_t text[1000] = L"";
+      ::GetDlgItemTextW(box, kTextOfBox, text, 1000);
       Seen seen{text, ::GetDlgItem(box, IDHELP) != nullptr};
       for (const int id : {IDOK, IDCANCEL, IDYES, IDNO}) {
         const HWND part = ::GetDlgItem(box, id);
@@ -37,6 +31,8 @@ Seen Press(const std::wstring& title, int button) {
   }
   return {};
 }
+
+namespace {
 
 TEST(WindowsMessageBoxes, ShowWhatTheyAreGivenAndTellTheButton) {
   const struct {
