@@ -23,7 +23,7 @@ constexpr Row kTexts[] = {
     {n::kLacksWindow, "What the cube lacks"},
     {n::kOk, "OK"},
     {n::kCancel, "Cancel"},
-    {n::kBrowse, "..."},
+    {n::kBrowse, "Choose a file"},
     {n::kHelp, "Help"},
     {n::kClose, "Close"},
     {n::kSaveAndRun, "&Save and run"},

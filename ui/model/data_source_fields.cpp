@@ -69,12 +69,10 @@ void DataSourceFields::AddTo(Panel panel) {
       .Grows = true;
   AddPath(panel, {1, 0}, "lblVarnelMDB", text_number::kHostDatabase, "txtVarnelMDB").ToolTipText =
       std::to_string(text_number::kTipHostDatabase);
-  panel.Button({1, 2}, "cmdVarnelMDB", text_number::kBrowse, text_number::kTipBrowse).Label =
-      "lblVarnelMDB";
+  panel.Browse({1, 2}, "cmdVarnelMDB", "lblVarnelMDB");
   AddPath(panel, {2, 0}, "lblActFile", text_number::kActFile, "txtActFile").ToolTipText =
       std::to_string(text_number::kTipActFile);
-  panel.Button({2, 2}, "cmdActFile", text_number::kBrowse, text_number::kTipBrowse).Label =
-      "lblActFile";
+  panel.Browse({2, 2}, "cmdActFile", "lblActFile");
   AddPath(panel, {0, 3}, "lblCubeFile", text_number::kCubeFile, kCubeFile).ToolTipText =
       std::to_string(text_number::kTipCubeFile);
   panel.Button({0, 5}, "cmdCube", text_number::kChooseCube);

@@ -50,7 +50,7 @@ enum class ControlType {
   kMenu,
   kTabStrip,
   kToolbar,
-  kListView,
+  kListView,     ///< its first column says what each row is, and stays in sight
   kProgressBar,  ///< moves while it is to be seen; it measures nothing
   kChart         ///< horizontal bars, one below the other, from one zero line
 };
@@ -139,6 +139,7 @@ struct Control {
   bool Visible = true;
   bool Default = false;        ///< the button that Enter clicks
   bool Cancel = false;         ///< the button that Escape clicks
+  bool Destructive = false;    ///< a button after which something is gone, told apart by a picture
   bool Path = false;           ///< a text box's: shortened in its middle where it is too long
   bool IsDate = false;         ///< a text box's: a calendar can be opened in it
   bool Locked = false;         ///< a text that can be chosen or read, not typed

@@ -26,6 +26,12 @@ constexpr char kUnnamedPeriods[] = "Periods";
 constexpr int kSetNameWidth = 30;
 constexpr int kPathWidth = 60;
 
+void AddDelete(Panel& panel, const char* name, int text, const char* of) {
+  Control& button = panel.Button({0, 2}, name, text, text_number::kTipDelete);
+  button.Label = of;
+  button.Destructive = true;
+}
+
 std::vector<std::string> Names(const Value::Array& values) {
   std::vector<std::string> names;
   for (const Value& value : values) {
@@ -79,8 +85,7 @@ void FrmPeriods::AddControls() {
   Control& output = workbook.Field({0, 1}, ControlType::kTextBox, "txtOutput", "lblOutput",
                                    kPathWidth, text_number::kTipWorkbook);
   output.Grows = output.Path = true;
-  workbook.Button({0, 2}, "cmdOutput", text_number::kBrowse, text_number::kTipBrowse).Label =
-      "lblOutput";
+  workbook.Browse({0, 2}, "cmdOutput", "lblOutput");
   progress_.AddTo(window.Foot(0, "fraProgress"));
   Panel buttons = window.Foot(1, "fraButtons");
   buttons.Button({0, 0}, "ComSaveSet", text_number::kSave);
@@ -90,11 +95,8 @@ void FrmPeriods::AddControls() {
   buttons.Button({0, 3}, "cmdClose", text_number::kClose).Cancel = true;
   result_.AddTo(window);
   // Last: from a name that was just typed Tab must not lead to its deletion.
-  source.Button({0, 2}, "cmdDeleteSource", text_number::kDeleteDataSource, text_number::kTipDelete)
-      .Label = "lblDataSource";
-  period_set
-      .Button({0, 2}, "cmdDeletePeriods", text_number::kDeletePeriods, text_number::kTipDelete)
-      .Label = "lblPeriods";
+  AddDelete(source, "cmdDeleteSource", text_number::kDeleteDataSource, "lblDataSource");
+  AddDelete(period_set, "cmdDeletePeriods", text_number::kDeletePeriods, "lblPeriods");
 }
 
 /// Money set n is measured in period n, so their fields share a row. Money set 0 is in no period.
@@ -155,7 +157,7 @@ void FrmPeriods::AddRules() {
   on_click("cmdClose", [this] { Close(); });
   on_click("mnuAbout", [this] { TellAbout(); });
   on_click("cmdHelp", [this] {
-    services_.toolkit.ShowHelp(services_.host.files.NativePath(services_.publics.help_file));
+    OpenOrTell(services_, services_.host.files.NativePath(services_.publics.help_file));
   });
   constexpr std::pair<const char*, const char*> kSameAs[] = {
       {"mnuSave", "ComSaveSet"},

@@ -43,6 +43,15 @@ MessageAnswer ShowMessage(const WindowServices& services, const std::string& tex
   return services.host.message_boxes.Show(box);
 }
 
+void OpenOrTell(const WindowServices& services, const std::string& path) {
+  try {
+    services.toolkit.OpenOnDesktop(path);
+  } catch (const Failure& failure) {
+    ShowMessage(services, failure.description(), services.host.component.product_name,
+                MessageIcon::kExclamation);
+  }
+}
+
 std::optional<std::size_t> Ask(const WindowServices& services, const Question& question) {
   Form form("frmQuestion", std::to_string(question.title));
   std::optional<std::size_t> chosen;

@@ -15,6 +15,9 @@ MessageAnswer ShowMessage(const WindowServices& services, const std::string& tex
                           const std::string& title = {}, MessageIcon icon = MessageIcon::kNone,
                           MessageButtons buttons = MessageButtons::kOk);
 
+/// Opens a file or folder on the desktop; what is in the way of that is told in a message.
+void OpenOrTell(const WindowServices& services, const std::string& path);
+
 /// Runs a procedure of a window; true when it ended well. A failure is reported as `report` says.
 template <typename Procedure>
 bool RunReported(const WindowServices& services, const ErrorReport& report, Procedure procedure) {

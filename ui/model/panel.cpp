@@ -39,6 +39,12 @@ Control& Panel::Button(GridCell cell, const ControlId& id, int text, int tip) {
   return Add(cell, ControlType::kCommandButton, id, text, tip);
 }
 
+void Panel::Browse(GridCell cell, const ControlId& id, const std::string& label) {
+  Control& button = Button(cell, id, text_number::kBrowse, text_number::kTipBrowse);
+  button.Symbol = "…";
+  button.Label = label;
+}
+
 Panel Panel::Frame(GridCell cell, const std::string& name, int text) {
   Add(cell, ControlType::kFrame, name, text, 0);
   return {form_, name};

@@ -21,6 +21,8 @@ class Panel {
                  int width, int tip = 0);
   Control& CheckBox(GridCell cell, const ControlId& id, int text, int tip = 0);
   Control& Button(GridCell cell, const ControlId& id, int text, int tip = 0);
+  /// A small button of three dots that lets the person pick a file for the field of that label.
+  void Browse(GridCell cell, const ControlId& id, const std::string& label);
   /// A frame, drawn around its controls when it has a text.
   Panel Frame(GridCell cell, const std::string& name, int text = 0);
   /// A frame of the form's foot, in that row of it.

@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "component/result_grid.h"
+#include "component/workbook_look.h"
 #include "platform/whole_path.h"
 #include "texts/language.h"
 #include "texts/text_numbers.h"
@@ -19,7 +20,6 @@ constexpr char kPath[] = "txtResult";
 constexpr char kRows[] = "lvwRows";
 constexpr char kMoney[] = "chtMoney";
 constexpr char kCause[] = "lblCause";
-constexpr int kMoneyDecimals = 2;
 
 std::string WithValues(std::string text, const std::string& first, const std::string& second) {
   for (const auto& [mark, value] : {std::pair("%1", first), std::pair("%2", second)}) {
@@ -29,12 +29,41 @@ std::string WithValues(std::string text, const std::string& first, const std::st
   return text;
 }
 
-/// Whole numbers are shown without decimals where all of them are.
-int DecimalsOf(const std::vector<double>& numbers) {
-  const bool whole = std::all_of(numbers.begin(), numbers.end(),
-                                 [](double number) { return number == std::floor(number); });
-  return whole ? 0 : kMoneyDecimals;
+bool AreWhole(const std::vector<double>& numbers, double scale) {
+  return std::all_of(numbers.begin(), numbers.end(), [scale](double number) {
+    const double scaled = number * scale;
+    return std::abs(scaled - std::round(scaled)) <= std::abs(scaled) * 1e-12;
+  });
 }
+
+/// How a column of figures is written: as its format in the workbook has it, with all decimals that
+/// this asks for and of the others as many as one of the figures needs.
+class FigureTexts {
+ public:
+  FigureTexts(const Locale& locale, const std::string& format, const std::vector<double>& numbers)
+      : locale_(locale), percent_(format.find('%') != std::string::npos) {
+    const std::string usual = format.substr(0, format.find(';'));
+    const std::size_t point = std::min(usual.find('.'), usual.size());
+    const auto places = [&](char sign) {
+      return static_cast<int>(
+          std::count(usual.begin() + static_cast<std::ptrdiff_t>(point), usual.end(), sign));
+    };
+    decimals_ = places('0');
+    const int most = decimals_ + places('#');
+    const double scale = percent_ ? kPercent : 1;
+    while (decimals_ < most && !AreWhole(numbers, scale * std::pow(10, decimals_))) ++decimals_;
+  }
+  std::string Of(double number) const {
+    return percent_ ? locale_.NumberText(number * kPercent, decimals_) + "%"
+                    : locale_.NumberText(number, decimals_);
+  }
+
+ private:
+  static constexpr double kPercent = 100;
+  const Locale& locale_;
+  bool percent_;
+  int decimals_ = 0;
+};
 
 std::string TextAt(const std::vector<Value>& row, std::size_t column) {
   return column <= row.size() && !row[column - 1].IsEmpty() ? row[column - 1].ToText() : "";
@@ -51,9 +80,18 @@ std::string CaptionOf(const std::vector<Value>& row, int language) {
   return {};
 }
 
-/// The figures of column `column`, counted from 1, as they are shown.
+/// Where the format of a period's column stands among those of a workbook's look.
+std::size_t FormatOf(int16_t period, bool is_money) {
+  return 2 * static_cast<std::size_t>(period - 1) + (is_money ? 1 : 0);
+}
+
+std::string NameOf(const MoneyTotal& period) {
+  return period.name.empty() ? std::to_string(period.PeriodNumber) : period.name;
+}
+
+/// The figures of column `column`, counted from 1, as they are shown in that format.
 std::vector<std::string> FiguresIn(const Locale& locale, const RunPreview& preview,
-                                   std::size_t column) {
+                                   std::size_t column, const std::string& format) {
   const auto number_in = [column](const std::vector<Value>& row) {
     return column <= row.size() ? row[column - 1].As<double>() : nullptr;
   };
@@ -61,11 +99,11 @@ std::vector<std::string> FiguresIn(const Locale& locale, const RunPreview& previ
   for (const auto& row : preview.rows) {
     if (const double* number = number_in(row)) numbers.push_back(*number);
   }
-  const int decimals = DecimalsOf(numbers);
+  const FigureTexts texts(locale, format, numbers);
   std::vector<std::string> figures;
   for (const auto& row : preview.rows) {
     const double* number = number_in(row);
-    figures.push_back(number != nullptr ? locale.NumberText(*number, decimals) : std::string());
+    figures.push_back(number != nullptr ? texts.Of(*number) : std::string());
   }
   return figures;
 }
@@ -78,36 +116,37 @@ RunResult::RunResult(const WindowServices& services, Form& form)
     form_.On(FormEvent::kClicked, name, [rule](int) { rule(); });
   };
   on_click("cmdOpenWorkbook", [this] { OpenWorkbook(); });
-  on_click("cmdOpenFolder", [this] { Open(workbook_.substr(0, workbook_.find_last_of("/\\"))); });
+  on_click("cmdOpenFolder",
+           [this] { OpenOrTell(services_, workbook_.substr(0, workbook_.find_last_of("/\\"))); });
   on_click("cmdCopyResult", [this] { Copy(); });
   on_click("chkChart", [this] { form_.At(kMoney).Visible = form_.IsChecked("chkChart"); });
 }
 
 void RunResult::AddTo(Panel window) {
   constexpr int kWidth = 44;
-  constexpr int kColumns = 4;
   Panel frame = window.Frame({}, kResultFrame, text_number::kResultFrame);
   Control& pane = form_.At(kResultFrame);
   pane.Visible = false;
   pane.Region = Region::kBeside;
   pane.Grows = pane.GrowsDown = true;
-  frame.Label({0, 0, kColumns}, "lblResult", text_number::kWorkbookAt);
-  Control& path = frame.Field({1, 0, kColumns}, ControlType::kTextBox, kPath, "lblResult", kWidth);
+  frame.Label({0, 0}, "lblResult", text_number::kWorkbookAt);
+  Control& path = frame.Field({1, 0}, ControlType::kTextBox, kPath, "lblResult", kWidth);
   path.Locked = path.Path = true;
   frame.Label({2, 0}, "lblResultRows", text_number::kResultNone).Grows = true;
-  frame.Button({2, 1}, "cmdOpenWorkbook", text_number::kOpenWorkbook);
-  frame.Button({2, 2}, "cmdOpenFolder", text_number::kOpenFolder);
-  frame.Button({2, 3}, "cmdCopyResult", text_number::kCopy, text_number::kTipCopy);
-  Control& cause = frame.Label({3, 0, kColumns}, kCause, 0);
+  Panel buttons = frame.Frame({3, 0}, "fraResultButtons");
+  buttons.Button({0, 0}, "cmdOpenWorkbook", text_number::kOpenWorkbook);
+  buttons.Button({0, 1}, "cmdOpenFolder", text_number::kOpenFolder);
+  buttons.Button({0, 2}, "cmdCopyResult", text_number::kCopy, text_number::kTipCopy);
+  Control& cause = frame.Label({4, 0}, kCause, 0);
   cause.Width = kWidth;
   cause.Height = 12;
   cause.Grows = true;
-  frame.Label({4, 0, kColumns}, "lblRows", text_number::kFirstRows);
-  Control& rows = frame.Field({5, 0, kColumns}, ControlType::kListView, kRows, "lblRows", kWidth);
+  frame.Label({4, 0}, "lblRows", text_number::kFirstRows);
+  Control& rows = frame.Field({5, 0}, ControlType::kListView, kRows, "lblRows", kWidth);
   rows.Height = 8;
   rows.Grows = rows.GrowsDown = true;
-  frame.CheckBox({6, 0, kColumns}, "chkChart", text_number::kMoneyTotals).Value = kChecked;
-  Control& money = frame.Field({7, 0, kColumns}, ControlType::kChart, kMoney, "chkChart", kWidth);
+  frame.CheckBox({6, 0}, "chkChart", text_number::kMoneyTotals).Value = kChecked;
+  Control& money = frame.Field({7, 0}, ControlType::kChart, kMoney, "chkChart", kWidth);
   money.Height = kPeriodCount;
   money.Grows = true;
 }
@@ -119,8 +158,9 @@ void RunResult::Show(const std::string& cause) {
   form_.At(kPath).Text = workbook_;
   form_.At("lblResultRows").Caption = RowsText(report);
   ShowParts(written, cause);
-  ShowRows(report.preview);
-  ShowMoney(report.preview.money);
+  const auto formats = RunLook(services_.host, services_.publics, "").formats;
+  ShowRows(report.preview, formats);
+  ShowMoney(report.preview.money, formats);
   // Where the pane stands below, the focus brings it to be seen.
   const bool failed = !written && !cause.empty();
   form_.Focus = ControlId(written ? "cmdOpenWorkbook" : failed ? "cmdCopyResult" : "cmdQuery");
@@ -154,7 +194,7 @@ std::string RunResult::RowsText(const RunReport& report) const {
 }
 
 /// The captions, then quantity and money of the periods that were asked for.
-void RunResult::ShowRows(const RunPreview& preview) {
+void RunResult::ShowRows(const RunPreview& preview, const std::vector<std::string>& formats) {
   Control& list = form_.At(kRows);
   list.Items = {{.Text = GetLangString(services_.publics.language, text_number::kReportLine)}};
   list.Rows.clear();
@@ -162,44 +202,53 @@ void RunResult::ShowRows(const RunPreview& preview) {
     list.Rows.push_back({CaptionOf(row, services_.publics.language.UILanguage)});
   }
   for (const MoneyTotal& period : preview.money) {
-    const std::size_t quantity = QuantityColumn(period.PeriodNumber);
-    for (std::size_t column = quantity; column <= quantity + 1; ++column) {
-      const std::string label =
-          column <= preview.labels.size() ? preview.labels[column - 1] : std::string();
-      list.Items.push_back({.Text = label, .IsNumber = true});
-      const auto figures = FiguresIn(services_.host.locale, preview, column);
+    for (const bool is_money : {false, true}) {
+      const std::size_t column = QuantityColumn(period.PeriodNumber) + (is_money ? 1 : 0);
+      list.Items.push_back({.Text = HeadingOf(period, is_money), .IsNumber = true});
+      const auto figures = FiguresIn(services_.host.locale, preview, column,
+                                     formats.at(FormatOf(period.PeriodNumber, is_money)));
       for (std::size_t row = 0; row < figures.size(); ++row) list.Rows[row].push_back(figures[row]);
     }
   }
 }
 
-std::string RunResult::MeasureOf(int16_t period) const {
-  return services_.publics.settings.data_source.MoneySets[static_cast<std::size_t>(period)].Measure;
+/// What is counted, and when.
+std::string RunResult::HeadingOf(const MoneyTotal& period, bool is_money) const {
+  const MoneySetEntry& entry = SetOf(period.PeriodNumber);
+  std::string measure = is_money ? entry.Measure : entry.Qty;
+  if (measure.empty()) {
+    measure = GetLangString(services_.publics.language,
+                            is_money ? text_number::kMeasure : text_number::kQuantity);
+  }
+  return NameOf(period) + ": " + measure;
+}
+
+const MoneySetEntry& RunResult::SetOf(int16_t period) const {
+  return services_.publics.settings.data_source.MoneySets[static_cast<std::size_t>(period)];
 }
 
 /// Bars of different measures have no scale in common: each measure has its own, and its name with
 /// each of its bars.
-void RunResult::ShowMoney(const std::vector<MoneyTotal>& money) {
+void RunResult::ShowMoney(const std::vector<MoneyTotal>& money,
+                          const std::vector<std::string>& formats) {
   std::map<std::string, double> largest;
-  std::vector<double> totals;
   for (const MoneyTotal& period : money) {
-    double& most = largest[MeasureOf(period.PeriodNumber)];
+    double& most = largest[SetOf(period.PeriodNumber).Measure];
     most = std::max(most, std::abs(period.total));
-    totals.push_back(period.total);
   }
   Control& title = form_.At("chkChart");
   title.Caption = GetLangString(services_.publics.language, text_number::kMoneyTotals);
   if (largest.size() == 1) title.Caption += AsCaption(": " + largest.begin()->first);
-  const int decimals = DecimalsOf(totals);
   std::vector<Bar>& bars = form_.At(kMoney).Bars;
   bars.clear();
   for (const MoneyTotal& period : money) {
-    const std::string measure = MeasureOf(period.PeriodNumber);
-    std::string caption = period.name.empty() ? std::to_string(period.PeriodNumber) : period.name;
+    const std::string measure = SetOf(period.PeriodNumber).Measure;
+    std::string caption = NameOf(period);
     if (largest.size() > 1) caption += " (" + measure + ")";
     const double scale = largest[measure] > 0 ? largest[measure] : 1;
-    bars.push_back(
-        {caption, period.total / scale, services_.host.locale.NumberText(period.total, decimals)});
+    const std::string& format = formats.at(FormatOf(period.PeriodNumber, true));
+    const FigureTexts texts(services_.host.locale, format, {period.total});
+    bars.push_back({caption, period.total / scale, texts.Of(period.total)});
   }
 }
 
@@ -220,19 +269,10 @@ void RunResult::Copy() {
 }
 
 void RunResult::OpenWorkbook() {
-  if (services_.host.files.Exists(workbook_)) return Open(workbook_);
+  if (services_.host.files.Exists(workbook_)) return OpenOrTell(services_, workbook_);
   ShowMessage(services_,
               GetLangString(services_.publics.language, text_number::kWorkbookGone) + workbook_,
               services_.host.component.product_name, MessageIcon::kExclamation);
-}
-
-void RunResult::Open(const std::string& path) {
-  try {
-    services_.toolkit.OpenOnDesktop(path);
-  } catch (const Failure& failure) {
-    ShowMessage(services_, failure.description(), services_.host.component.product_name,
-                MessageIcon::kExclamation);
-  }
 }
 
 }  // namespace vok

@@ -8,6 +8,7 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 #include "component/publics.h"
 #include "ui/model/panel.h"
@@ -30,11 +31,11 @@ class RunResult {
  private:
   std::string RowsText(const RunReport& report) const;
   void ShowParts(bool written, const std::string& cause);
-  void ShowRows(const RunPreview& preview);
-  void ShowMoney(const std::vector<MoneyTotal>& money);
-  std::string MeasureOf(int16_t period) const;
+  void ShowRows(const RunPreview& preview, const std::vector<std::string>& formats);
+  void ShowMoney(const std::vector<MoneyTotal>& money, const std::vector<std::string>& formats);
+  std::string HeadingOf(const MoneyTotal& period, bool is_money) const;
+  const MoneySetEntry& SetOf(int16_t period) const;
   void OpenWorkbook();
-  void Open(const std::string& path);
   void Copy();
 
   const WindowServices& services_;

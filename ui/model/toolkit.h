@@ -33,7 +33,6 @@ class Toolkit {
   virtual void ShowModal(Form& form) = 0;
   /// The path that the user picked; "" when there is none.
   virtual std::string PickFile(const FileDialog& dialog) = 0;
-  virtual void ShowHelp(const std::string& help_file) = 0;
   /// Opens a file or folder in the program that the desktop has for it. Failure 53 or 5 when there
   /// is none.
   virtual void OpenOnDesktop(const std::string& path) = 0;

@@ -71,10 +71,13 @@ void MakeApplication() {
   TranslateQt(*application);
 }
 
-/// Texts keep their colour on it, be they dark or bright.
+/// The fields' own colour with some red, on which texts are read as before: dark, bright or in high
+/// contrast.
 QColor ErrorBack(const QPalette& palette) {
-  const bool dark = palette.color(QPalette::Base).lightness() < 128;
-  return dark ? QColor(0x6b, 0x20, 0x20) : QColor(0xff, 0xd0, 0xd0);
+  constexpr int kRed = 2, kAll = 9;  // parts
+  const QColor base = palette.color(QPalette::Base);
+  const auto mixed = [](int own, int red) { return (own * (kAll - kRed) + red * kRed) / kAll; };
+  return {mixed(base.red(), 255), mixed(base.green(), 0), mixed(base.blue(), 0)};
 }
 
 }  // namespace

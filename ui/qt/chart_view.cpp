@@ -116,6 +116,7 @@ class Chart : public ControlView {
     area.setWidgetResizable(true);
     area.setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     area.setFrameShape(QFrame::NoFrame);
+    area.setFocusPolicy(Qt::NoFocus);  // there is nothing to be done in it
     area.viewport()->setAutoFillBackground(false);
     bars_->setAutoFillBackground(false);
     area.setMinimumSize(TextWidth(control, area), TextHeight(control, area));

@@ -36,7 +36,7 @@ FormWindow::FormWindow(Form& form, QWidget* owner)
   setSizeGripEnabled(true);
   AddViews();
   LayOut();
-  NameFields();
+  BindLabels();
 }
 
 FormWindow::~FormWindow() { form_.Visible = false; }
@@ -76,9 +76,8 @@ void FormWindow::SetTabOrder() {
 }
 
 /// A label's key leads to the first control that it names.
-void FormWindow::NameFields() {
+void FormWindow::BindLabels() {
   for (const Item& item : items_) {
-    item.view->widget().setAccessibleName(Text(SpokenName(form_, item.control)));
     auto* label = qobject_cast<QLabel*>(WidgetOf(item.control.Label));
     if (label != nullptr && label->buddy() == nullptr) label->setBuddy(&item.view->widget());
   }
@@ -157,6 +156,8 @@ void FormWindow::Draw(const Item& item) {
   const Control& control = item.control;
   QWidget& widget = item.view->widget();
   item.view->Draw(control);
+  const QString spoken = Text(SpokenName(form_, control));
+  if (widget.accessibleName() != spoken) widget.setAccessibleName(spoken);
   widget.setEnabled(control.Enabled);
   widget.setVisible(control.Visible);
   widget.setToolTip(PlainToolTip(ShownToolTip(control)));

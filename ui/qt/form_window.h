@@ -48,7 +48,7 @@ class FormWindow : public QDialog, private Listener {
   void AddViews();
   void LayOut();
   void SetTabOrder();
-  void NameFields();
+  void BindLabels();
   void Draw();
   void Draw(const Item& item);
   bool HasBeside() const;

@@ -4,6 +4,7 @@
 #include <QtWidgets/QLabel>
 #include <QtWidgets/QProgressBar>
 #include <QtWidgets/QPushButton>
+#include <QtWidgets/QStyle>
 
 #include "ui/qt/control_view.h"
 #include "ui/qt/sized.h"
@@ -66,6 +67,7 @@ class Button : public ControlView {
       : ControlView(button), button_(button) {
     button.setMinimumWidth(TextWidth(control, button));
     if (!control.Symbol.empty()) button.setFixedWidth(button.fontMetrics().height() * 2);
+    if (control.Destructive) button.setIcon(button.style()->standardIcon(QStyle::SP_TrashIcon));
     // A person who gives up is not held by the field that the mouse would leave.
     if (control.Cancel) button.setFocusPolicy(Qt::TabFocus);
     QObject::connect(&button, &QPushButton::clicked, &button,

@@ -17,7 +17,6 @@ class QtDesktop : public Desktop {
 
   void ShowModal(Form& form) override;
   std::string PickFile(const FileDialog& dialog) override;
-  void ShowHelp(const std::string& help_file) override;
   void OpenOnDesktop(const std::string& path) override;
   std::string Name() const override;
   void CopyText(const std::string& text) override;
@@ -28,6 +27,7 @@ class QtDesktop : public Desktop {
 
  private:
   MessageAnswer ShowHere(const MessageBox& box);
+  void ShowHelp(const std::string& help_file);
   /// The window that waits for what is shown next; nullptr for none.
   QWidget* Owner() const;
   /// What rules changed before they show something else is to be seen meanwhile.

@@ -29,6 +29,13 @@ void ScrolledBody::ShowBeside(bool shown) {
   beside_->setVisible(shown);
   updateGeometry();
   Arrange();
+  // once all has its place
+  QMetaObject::invokeMethod(this, &ScrolledBody::RestoreSplit, Qt::QueuedConnection);
+}
+
+void ScrolledBody::RestoreSplit() {
+  const bool side_by_side = splitter_->orientation() == Qt::Horizontal && !beside_->isHidden();
+  if (side_by_side && !split_.isEmpty()) splitter_->restoreState(split_);
 }
 
 void ScrolledBody::Reveal(QWidget& widget) {
@@ -61,7 +68,7 @@ void ScrolledBody::Arrange() {
   const auto wanted = room >= WidthSideBySide() ? Qt::Horizontal : Qt::Vertical;
   if (wanted == splitter_->orientation()) return;
   splitter_->setOrientation(wanted);
-  if (wanted == Qt::Horizontal && !split_.isEmpty()) splitter_->restoreState(split_);
+  RestoreSplit();
 }
 
 void ScrolledBody::resizeEvent(QResizeEvent* event) {

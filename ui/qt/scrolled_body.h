@@ -31,6 +31,7 @@ class ScrolledBody : public QScrollArea {
 
  private:
   void Arrange();
+  void RestoreSplit();
   void ScrollTo(QWidget& widget);
   int WidthSideBySide() const;
 

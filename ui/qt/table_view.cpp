@@ -1,9 +1,13 @@
-// A list view: rows of texts that can be read and copied.
+// A list view: rows of texts that can be read and copied. Its first column is the header of its
+// rows, which stays in sight.
 #include <QtCore/QAbstractTableModel>
 #include <QtGui/QClipboard>
 #include <QtGui/QGuiApplication>
 #include <QtGui/QKeyEvent>
+#include <QtWidgets/QAbstractButton>
+#include <QtWidgets/QHBoxLayout>
 #include <QtWidgets/QHeaderView>
+#include <QtWidgets/QLabel>
 #include <QtWidgets/QStyledItemDelegate>
 #include <QtWidgets/QTableView>
 
@@ -31,22 +35,28 @@ class Rows : public QAbstractTableModel {
     return parent.isValid() ? 0 : static_cast<int>(rows_.size());
   }
   int columnCount(const QModelIndex& parent) const override {
-    return parent.isValid() ? 0 : static_cast<int>(headers_.size());
+    return parent.isValid() || headers_.empty() ? 0 : static_cast<int>(headers_.size()) - 1;
   }
   QVariant data(const QModelIndex& index, int role) const override {
-    const auto column = static_cast<std::size_t>(index.column());
+    const auto column = static_cast<std::size_t>(index.column()) + 1;
     if (role == Qt::TextAlignmentRole) return AlignmentOf(column);
-    const auto& row = rows_[static_cast<std::size_t>(index.row())];
-    return role == Qt::DisplayRole && column < row.size() ? Text(row[column]) : QVariant();
+    return role == Qt::DisplayRole ? TextAt(index.row(), column) : QVariant();
   }
+  /// The whole text of a header is its tool tip, too, as it may be cut.
   QVariant headerData(int section, Qt::Orientation orientation, int role) const override {
-    if (orientation == Qt::Vertical) return {};
-    const auto column = static_cast<std::size_t>(section);
+    const bool of_row = orientation == Qt::Vertical;
+    const std::size_t column = of_row ? 0 : static_cast<std::size_t>(section) + 1;
     if (role == Qt::TextAlignmentRole) return AlignmentOf(column);
-    return role == Qt::DisplayRole ? Text(headers_[column].Text) : QVariant();
+    if (role != Qt::DisplayRole && role != Qt::ToolTipRole) return {};
+    return of_row ? TextAt(section, 0) : QVariant(Text(headers_[column].Text));
   }
+  QString Title() const { return headers_.empty() ? QString() : Text(headers_[0].Text); }
 
  private:
+  QVariant TextAt(int position, std::size_t column) const {
+    const auto& row = rows_[static_cast<std::size_t>(position)];
+    return column < row.size() ? Text(row[column]) : QVariant();
+  }
   QVariant AlignmentOf(std::size_t column) const {
     const auto side = headers_[column].IsNumber ? Qt::AlignRight : Qt::AlignLeft;
     return QVariant::fromValue(side | Qt::AlignVCenter);
@@ -82,7 +92,8 @@ class Table : public Sized<QTableView> {
   using Sized<QTableView>::Sized;
 
  protected:
-  /// The Tab key leaves the table; "copy" takes the chosen cells as lines of texts between tabs.
+  /// The Tab key leaves the table; "copy" takes the chosen cells as lines of texts between tabs,
+  /// whole rows with their headers.
   void keyPressEvent(QKeyEvent* event) override {
     if (event->matches(QKeySequence::Copy)) {
       QGuiApplication::clipboard()->setText(Chosen());
@@ -97,7 +108,12 @@ class Table : public Sized<QTableView> {
     std::sort(cells.begin(), cells.end());
     QString text;
     for (int i = 0; i < cells.size(); ++i) {
-      if (i > 0) text += QLatin1Char(cells[i].row() == cells[i - 1].row() ? '\t' : '\n');
+      const int row = cells[i].row();
+      const bool is_first = i == 0 || cells[i - 1].row() != row;
+      if (i > 0) text += QLatin1Char(is_first ? '\n' : '\t');
+      if (is_first && selectionModel()->isRowSelected(row, QModelIndex())) {
+        text += model()->headerData(row, Qt::Vertical).toString() + QLatin1Char('\t');
+      }
       text += cells[i].data().toString();
     }
     return text;
@@ -107,14 +123,19 @@ class Table : public Sized<QTableView> {
 class TableView : public ControlView {
  public:
   TableView(const Control& control, Table& table)
-      : ControlView(table), table_(table), rows_(new Rows(&table)) {
+      : ControlView(table), table_(table), rows_(new Rows(&table)), title_(new QLabel(&table)) {
     table.setModel(rows_);
     table.setItemDelegate(new Cells(&table));
     table.setTabKeyNavigation(false);
     table.setWordWrap(false);
-    table.verticalHeader()->hide();
-    table.verticalHeader()->setDefaultSectionSize(table.fontMetrics().lineSpacing() + kAroundRow);
+    QHeaderView& captions = *table.verticalHeader();
+    captions.setDefaultSectionSize(table.fontMetrics().lineSpacing() + kAroundRow);
+    captions.setSectionResizeMode(QHeaderView::Fixed);
+    captions.setMaximumWidth(TextWidth(control, table) / 2);
+    captions.setTextElideMode(Qt::ElideRight);
+    captions.setHighlightSections(false);
     table.horizontalHeader()->setHighlightSections(false);
+    PutTitleInCorner();
     const int rows = control.Height * table.verticalHeader()->defaultSectionSize();
     table.setMinimumSize(
         TextWidth(control, table),
@@ -127,8 +148,20 @@ class TableView : public ControlView {
  private:
   static constexpr int kAroundRow = 4;
 
+  /// Above the captions there is nothing but a button that chooses all cells.
+  void PutTitleInCorner() {
+    auto* corner = table_.findChild<QAbstractButton*>(QString(), Qt::FindDirectChildrenOnly);
+    if (corner == nullptr) return;
+    auto* inside = new QHBoxLayout(corner);
+    inside->setContentsMargins(kAroundRow, 0, kAroundRow, 0);
+    inside->addWidget(title_);
+    title_->setAttribute(Qt::WA_TransparentForMouseEvents);
+  }
+
   /// A long text does not push the others out of sight.
   void FitColumns() {
+    title_->setText(rows_->Title());
+    table_.verticalHeader()->setMinimumWidth(title_->sizeHint().width() + 2 * kAroundRow);
     table_.resizeColumnsToContents();
     const int widest = kWidestColumn * CharacterWidth(table_);
     for (int column = 0; column < rows_->columnCount({}); ++column) {
@@ -139,6 +172,7 @@ class TableView : public ControlView {
 
   Table& table_;
   Rows* rows_;
+  QLabel* title_;  ///< of the captions
 };
 
 }  // namespace

@@ -3,6 +3,8 @@
 
 #include "system/windows/utf16.h"
 #include "ui/win32/widgets.h"
+// after the system's own header
+#include <shellapi.h>
 
 namespace vok::windows {
 namespace {
@@ -39,10 +41,14 @@ class FrameWidget : public Widget {
 class ButtonWidget : public Widget {
  public:
   using Widget::Widget;
+  ~ButtonWidget() override {
+    if (picture_ != nullptr) ::DestroyIcon(picture_);
+  }
   Extent Least(const Metrics& metrics) const override {
     if (!control_.Symbol.empty()) return {metrics.Across(16), metrics.Down(13)};
     const int usual = metrics.Across(50);
-    const int caption = metrics.WidthOf(Utf16(control_.Caption)) + metrics.Across(12);
+    const int picture = picture_ != nullptr ? ::GetSystemMetrics(SM_CXSMICON) : 0;
+    const int caption = metrics.WidthOf(Utf16(control_.Caption)) + picture + metrics.Across(12);
     return {std::max({usual, caption, metrics.Letters(control_.Width)}), metrics.Down(14)};
   }
   bool OnCommand(Form& form, int code) override {
@@ -55,6 +61,16 @@ class ButtonWidget : public Widget {
   Kind WindowKind() const override {
     return {L"BUTTON", WS_TABSTOP | static_cast<DWORD>(control_.Default ? BS_DEFPUSHBUTTON : 0)};
   }
+  void Created() override {
+    if (!control_.Destructive) return;
+    SHSTOCKICONINFO deletion{};
+    deletion.cbSize = sizeof deletion;
+    if (FAILED(::SHGetStockIconInfo(SIID_DELETE, SHGSI_ICON | SHGSI_SMALLICON, &deletion))) return;
+    picture_ = deletion.hIcon;
+    Send(BM_SETIMAGE, IMAGE_ICON, reinterpret_cast<LPARAM>(picture_));
+  }
+
+  HICON picture_ = nullptr;
 };
 
 class CheckBoxWidget : public Widget {

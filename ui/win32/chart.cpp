@@ -7,15 +7,6 @@
 namespace vok::windows {
 namespace {
 
-constexpr COLORREF kPositive = RGB(0x2F, 0x6F, 0xB5);
-constexpr COLORREF kNegative = RGB(0xC0, 0x50, 0x3C);
-
-void Fill(HDC canvas, const RECT& area, COLORREF colour) {
-  const HBRUSH brush = ::CreateSolidBrush(colour);
-  ::FillRect(canvas, &area, brush);
-  ::DeleteObject(brush);
-}
-
 /// Captions at the start of the line, then the bars on both sides of the zero line, each with its
 /// value after its end.
 class ChartWidget : public Widget {
@@ -108,7 +99,7 @@ class ChartWidget : public Widget {
     const int edge = static_cast<int>(line.bottom - line.top) / 6;
     const RECT body{scale.zero + std::min(length, 0), line.top + edge,
                     scale.zero + std::max(length, 0), line.bottom - edge};
-    Fill(canvas, body, value < 0 ? kNegative : kPositive);
+    ::FillRect(canvas, &body, ::GetSysColorBrush(COLOR_HIGHLIGHT));
     const int gap = metrics_->Across(4);
     WriteText(canvas, {line.left + gap, line.top, scale.captions, line.bottom}, bar.caption,
               DT_LEFT);

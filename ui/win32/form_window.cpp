@@ -12,8 +12,13 @@ namespace {
 
 using enum ControlType;
 
-constexpr COLORREF kErrorBack = RGB(0xFF, 0xC8, 0xC8);
-constexpr COLORREF kErrorText = RGB(0, 0, 0);
+/// The fields' own colour with some red, on which texts are read as before, in high contrast, too.
+COLORREF ErrorBack() {
+  constexpr int kRed = 2, kAll = 9;  // parts
+  const COLORREF own = ::GetSysColor(COLOR_WINDOW);
+  const auto mixed = [](int part, int red) { return (part * (kAll - kRed) + red * kRed) / kAll; };
+  return RGB(mixed(GetRValue(own), 255), mixed(GetGValue(own), 0), mixed(GetBValue(own), 0));
+}
 
 /// A dialog without controls.
 struct EmptyTemplate {
@@ -23,7 +28,7 @@ struct EmptyTemplate {
 
 }  // namespace
 
-FormWindow::FormWindow(Form& form) : form_(form), error_brush_(::CreateSolidBrush(kErrorBack)) {}
+FormWindow::FormWindow(Form& form) : form_(form) {}
 
 FormWindow::FormWindow(Form& form, HWND owner) : FormWindow(form) {
   const OwnLook look;
@@ -63,7 +68,6 @@ FormWindow::~FormWindow() {
   }
   widgets_.reset();
   if (window_ != nullptr) ::DestroyWindow(window_);
-  ::DeleteObject(error_brush_);
 }
 
 void FormWindow::Show() {
@@ -279,9 +283,10 @@ INT_PTR FormWindow::Colour(UINT message, WPARAM wparam, LPARAM lparam) {
     return reinterpret_cast<INT_PTR>(::GetSysColorBrush(COLOR_WINDOW));
   }
   if (!control.Error || (message == WM_CTLCOLORSTATIC && control.Type == kLabel)) return FALSE;
-  ::SetBkColor(canvas, kErrorBack);
-  ::SetTextColor(canvas, kErrorText);
-  return reinterpret_cast<INT_PTR>(error_brush_);
+  ::SetBkColor(canvas, ErrorBack());
+  ::SetTextColor(canvas, ::GetSysColor(COLOR_WINDOWTEXT));
+  ::SetDCBrushColor(canvas, ErrorBack());
+  return reinterpret_cast<INT_PTR>(::GetStockObject(DC_BRUSH));
 }
 
 // ---- where they stand

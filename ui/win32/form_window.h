@@ -85,7 +85,6 @@ class FormWindow {
   std::string caption_;
   Widget* focused_ = nullptr;  ///< where the form knows the focus to be
   bool writing_ = false;
-  HBRUSH error_brush_;
   std::exception_ptr failure_;
 };
 

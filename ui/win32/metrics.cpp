@@ -64,6 +64,21 @@ Extent LetterOf(HFONT font) {
   return {(size.cx + kCount / 2) / kCount, text.tmHeight};
 }
 
+/// As it is drawn without access marks.
+int PlainWidth(HDC canvas, const std::wstring& text) {
+  SIZE size{};
+  ::GetTextExtentPoint32W(canvas, text.c_str(), static_cast<int>(text.size()), &size);
+  return size.cx;
+}
+
+/// The beginning and the end of a text, `count` signs in all; no sign of two units is cut in two.
+std::wstring Ends(const std::wstring& text, std::size_t count) {
+  std::size_t before = (count + 1) / 2, after = text.size() - count / 2;
+  if (before > 0 && IS_HIGH_SURROGATE(text[before - 1])) --before;
+  if (after < text.size() && IS_LOW_SURROGATE(text[after])) ++after;
+  return text.substr(0, before) + L'\x2026' + text.substr(after);
+}
+
 }  // namespace
 
 Metrics::Metrics(const Font& font, int density)
@@ -76,6 +91,17 @@ int Metrics::WidthOf(const std::wstring& caption) const {
   RECT bounds{};
   ::DrawTextW(drawing.get(), caption.c_str(), -1, &bounds, DT_CALCRECT | DT_SINGLELINE);
   return bounds.right;
+}
+
+std::wstring Metrics::Shortened(const std::wstring& text, int room) const {
+  const Drawing drawing(font_);
+  if (PlainWidth(drawing.get(), text) <= room) return text;
+  std::size_t fits = 0, longer = text.size();
+  while (fits + 1 < longer) {
+    const std::size_t middle = (fits + longer) / 2;
+    (PlainWidth(drawing.get(), Ends(text, middle)) <= room ? fits : longer) = middle;
+  }
+  return Ends(text, fits);
 }
 
 }  // namespace vok::windows

@@ -158,11 +158,6 @@ std::string WindowsDesktop::PickFile(const FileDialog& dialog) {
   return picked == FALSE ? std::string() : Utf8(path.c_str());
 }
 
-void WindowsDesktop::ShowHelp(const std::string& help_file) {
-  ::ShellExecuteW(OwnerWindow(), nullptr, Utf16(help_file).c_str(), nullptr, nullptr,
-                  SW_SHOWNORMAL);
-}
-
 void WindowsDesktop::CopyText(const std::string& text) {
   const std::wstring wide = Utf16(text);
   const std::size_t size = (wide.size() + 1) * sizeof(wchar_t);

@@ -23,7 +23,6 @@ class WindowsDesktop : public Desktop {
   /// making the window, and what a rule threw, which closes it.
   void ShowModal(Form& form) override;
   std::string PickFile(const FileDialog& dialog) override;
-  void ShowHelp(const std::string& help_file) override;
   void OpenOnDesktop(const std::string& path) override;
   MessageAnswer Show(const vok::MessageBox& box) override;
   std::string Name() const override { return "Windows"; }

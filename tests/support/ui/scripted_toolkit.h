@@ -39,7 +39,6 @@ class ScriptedToolkit : public Toolkit {
     if (in_run) in_run();
     work();
   }
-  void ShowHelp(const std::string& help_file) override { help.push_back(help_file); }
 
   std::deque<std::function<void(Form&)>> in_window;
   std::function<void()> in_run;  ///< what the user does when a query has just begun
@@ -47,7 +46,6 @@ class ScriptedToolkit : public Toolkit {
   std::vector<std::string> shown;
   std::vector<FileDialog> dialogs;
   std::vector<std::string> folders;  ///< the current one as each dialog was shown
-  std::vector<std::string> help;
   std::vector<std::string> opened;
   std::string copied;
   std::map<std::string, std::string> kept;

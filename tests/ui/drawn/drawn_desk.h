@@ -19,8 +19,12 @@ struct DrawnDesk : RealDesk {
     std::string cube, opened;
   };
 
-  /// 0, 1 or 2: English, Hebrew (drawn from right to left), Russian.
-  explicit DrawnDesk(int language = 0) {
+  /// 0, 1 or 2: English, Hebrew (drawn from right to left), Russian. `server` answers for all
+  /// cubes; nullptr: the cube file does.
+  explicit DrawnDesk(int language = 0, CubeProvider* server = nullptr)
+      : drawn{host.component, files,   memory.registry, locale,
+              memory.clock,   desktop, database,        server != nullptr ? *server : cube,
+              spreadsheet} {
     publics.language.RightToLeftMarker = language == 1 ? 1 : 0;
     memory.registry.ini[settings + "\\Qel.ini|Qel|QelUILanguage"] = std::to_string(language);
     std::filesystem::copy_file(LANGUAGE_TABLE, folder.File("Lang.rs"));
@@ -34,8 +38,7 @@ struct DrawnDesk : RealDesk {
   }
 
   Desktop desktop{Cube()};
-  Host drawn{host.component, files, memory.registry, locale, memory.clock, desktop,
-             database,       cube,  spreadsheet};
+  Host drawn;
 };
 
 }  // namespace vok::test

@@ -19,7 +19,7 @@ void TakePicture(const std::string& name) {
   const char* const folder = std::getenv("VOKCUBE_SCREENSHOTS");
   if (folder != nullptr) front::Shoot(std::string(folder) + "/" + name + ".png");
   const std::string misfits = front::Misfits();
-  if (!misfits.empty()) GiveUp("shot " + name + ": cannot be seen: " + misfits);
+  if (!misfits.empty()) GiveUp("shot " + name + ": cannot be seen or read out: " + misfits);
 }
 
 }  // namespace
@@ -51,6 +51,7 @@ bool Holds(const Step& step) {
   if (step.verb == "front") return front::Title().find(step.what) != std::string::npos;
   if (step.verb == "focus") return front::Focus() == step.what;
   if (step.verb == "await") return front::Shows(step.what);
+  if (step.verb == "lack") return !front::Shows(step.what);
   if (step.verb == "see") return front::Shows(step.what) && front::Text(step.what) == step.text;
   return step.verb != "click" || front::Shows(step.what);
 }

@@ -6,9 +6,11 @@
 //
 //   press Ctrl+S | Tab | …    type TEXT      click CONTROL     close: by the window's own button
 //   see CONTROL TEXT    text of a field, label, button or box; a check box is 0, 1, or 2 for grayed
-//   focus CONTROL       has the focus          await CONTROL       is to be seen
+//   focus CONTROL       has the focus
+//   await CONTROL       is to be seen          lack CONTROL        is not
 //   front TITLE         how the title of the window in front, or the text of a box, begins
-//   shot NAME           all of the window can be seen or scrolled to; a picture in the folder
+//   shot NAME           all of the window can be seen or scrolled to, and what can be used has a
+//                       name and a role for screen readers; a picture in the folder
 //                       $VOKCUBE_SCREENSHOTS, where it is set
 //
 // A control is named as in the form: "txtDate1(0)". A step that cannot be made, or a window that
@@ -62,7 +64,8 @@ void Type(const std::string& text);
 void Click(const std::string& control);
 void Close();
 /// What of the window in front cannot be seen: texts that are longer than their boxes, and what
-/// leaves its container or the screen. "" when all can.
+/// leaves its container or the screen; or be read out by a screen reader, where the test can ask.
+/// "" when all can.
 std::string Misfits();
 /// Into the file without regard to the environment.
 void Shoot(const std::string& file);

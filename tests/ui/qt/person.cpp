@@ -4,6 +4,7 @@
 #include <QtCore/QScopedValueRollback>
 #include <QtCore/QThread>
 #include <QtCore/QTimer>
+#include <QtGui/QAccessible>
 #include <QtGui/QScreen>
 #include <QtGui/QWindow>
 #include <QtTest/QTest>
@@ -33,15 +34,17 @@ extern "C" const char* __lsan_default_suppressions() {
 namespace vok::test {
 namespace {
 
-/// What the windows remember of their places goes with the tests. No display is needed, unless the
-/// environment asks for a real one: it is that of a small laptop.
+/// What the windows remember of their places goes with the tests; a test's next process has it,
+/// too. No display is needed, unless the environment asks for a real one: it is that of a small
+/// laptop.
 struct Screen {
   Screen() {
     const std::string file = folder.File("screen.json");
     std::ofstream(file) << R"({"screens": [{"name": "small", "x": 0, "y": 0, "width": 1366,
         "height": 768, "logicalDpi": 96, "logicalBaseDpi": 96, "dpr": 1}]})";
     setenv("QT_QPA_PLATFORM", ("offscreen:configfile=" + file).c_str(), 0);
-    setenv("XDG_CONFIG_HOME", folder.path().c_str(), 1);
+    const bool is_next = std::getenv("VOKCUBE_NEXT_PROCESS") != nullptr;
+    setenv("XDG_CONFIG_HOME", folder.path().c_str(), is_next ? 0 : 1);
   }
   TemporaryFolder folder;
 };
@@ -54,12 +57,30 @@ QString Qt16(const std::string& text) { return QString::fromStdString(text); }
 
 }  // namespace
 
-/// Of a dark desktop, where pictures of one are wanted.
-DrawnDesktop::DrawnDesktop() {
-  if (qEnvironmentVariableIsEmpty("VOKCUBE_DARK")) return;
+namespace {
+
+QPalette Dark() {
   QPalette dark(QColor(0x2d, 0x2d, 0x30));
   dark.setColor(QPalette::Base, QColor(0x1e, 0x1e, 0x1e));
-  QApplication::setPalette(dark);
+  return dark;
+}
+
+QPalette HighContrast() {
+  const QColor paper = Qt::black, ink = Qt::white;
+  QPalette palette(ink, paper, ink, ink, ink, ink, ink, paper, paper);
+  palette.setColor(QPalette::Highlight, Qt::yellow);
+  palette.setColor(QPalette::HighlightedText, paper);
+  palette.setColor(QPalette::PlaceholderText, Qt::green);
+  return palette;
+}
+
+}  // namespace
+
+/// As another desktop looks, where pictures of one are wanted.
+DrawnDesktop::DrawnDesktop() {
+  const QByteArray look = qgetenv("VOKCUBE_LOOK");
+  if (look == "dark") QApplication::setPalette(Dark());
+  if (look == "contrast") QApplication::setPalette(HighContrast());
 }
 
 QWidget* FrontWindow() { return QApplication::activeModalWidget(); }
@@ -159,6 +180,17 @@ bool HoldsItsText(const QWidget& widget) {
   return needed <= widget.width() && widget.fontMetrics().height() <= widget.height();
 }
 
+/// All that can be used has a name and says what it is.
+bool CanBeReadOut(QWidget& widget) {
+  constexpr QAccessible::Role kUsed[] = {QAccessible::EditableText, QAccessible::ComboBox,
+                                         QAccessible::CheckBox,     QAccessible::Button,
+                                         QAccessible::List,         QAccessible::Table};
+  if (widget.focusPolicy() == Qt::NoFocus || qobject_cast<QLabel*>(&widget) != nullptr) return true;
+  const QAccessibleInterface* spoken = QAccessible::queryAccessibleInterface(&widget);
+  return !spoken->text(QAccessible::Name).trimmed().isEmpty() &&
+         std::find(std::begin(kUsed), std::end(kUsed), spoken->role()) != std::end(kUsed);
+}
+
 }  // namespace
 
 std::string Misfits() {
@@ -167,11 +199,12 @@ std::string Misfits() {
   if (!window->screen()->availableGeometry().contains(window->frameGeometry())) {
     misfits.append(QStringLiteral("the window"));
   }
-  for (const QWidget* widget : window->findChildren<QWidget*>()) {
+  for (QWidget* widget : window->findChildren<QWidget*>()) {
     const bool named = !widget->objectName().isEmpty() && !widget->objectName().startsWith(u"qt_");
     if (!named || !widget->isVisible()) continue;
     const QWidget& around = *widget->parentWidget();
-    if (!HoldsItsText(*widget) || !around.rect().contains(widget->geometry())) {
+    if (!HoldsItsText(*widget) || !CanBeReadOut(*widget) ||
+        !around.rect().contains(widget->geometry())) {
       misfits.append(widget->objectName());
     }
   }

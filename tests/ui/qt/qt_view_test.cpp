@@ -3,8 +3,13 @@
 
 #include <QtCore/QDir>
 #include <QtGui/QClipboard>
+#include <QtTest/QTest>
 #include <QtWidgets/QApplication>
+#include <QtWidgets/QSplitter>
 #include <QtWidgets/QTableView>
+#include <cstdlib>
+#include <functional>
+#include <iostream>
 
 #include "drawn_desktop.h"
 #include "platform/failure.h"
@@ -22,14 +27,14 @@ TEST(QtView, WhatARuleChangesIsDrawnAndRead) {
   form.At("busy").Visible = false;
   form.Rule(FormEvent::kClicked, "run", [&] {
     form.SetList("set", {"New"});
-    form.At("rows").Rows = {{"z", "3"}};
+    form.At("rows").Rows = {{"z", "3"}, {"y", "4"}};
     form.At("name").Error = form.At("date").Dimmed = form.At("busy").Visible = true;
     form.Focus = ControlId("rows");
   });
   form.Rule(FormEvent::kClicked, "save", [&] {
     const auto* rows = dynamic_cast<QTableView*>(FrontWidget("rows"))->model();
-    EXPECT_EQ(rows->rowCount(), 1);
-    EXPECT_NE(rows->index(0, 1).data(Qt::TextAlignmentRole).toInt() & Qt::AlignRight, 0);
+    EXPECT_EQ(rows->headerData(1, Qt::Vertical).toString(), "y") << "stays in sight";
+    EXPECT_NE(rows->index(0, 0).data(Qt::TextAlignmentRole).toInt() & Qt::AlignRight, 0);
     const QWidget* name = FrontWidget("name");
     EXPECT_EQ(name->accessibleName(), "Name 2");
     EXPECT_EQ(name->accessibleDescription(), "Error");
@@ -44,8 +49,50 @@ TEST(QtView, WhatARuleChangesIsDrawnAndRead) {
   const Person person(
       "see box 2; press F5; focus rows; press Ctrl+A; press Ctrl+C; press Ctrl+S; close");
   desktop.ShowModal(form);
-  EXPECT_EQ(QGuiApplication::clipboard()->text(), "z\t3");
+  EXPECT_EQ(QGuiApplication::clipboard()->text(), "z\t3\ny\t4");
   EXPECT_EQ(form.Told(), "left name; clicked run; left rows; clicked save; clicked cancel");
+}
+
+/// In a process of its own; `act` gets the window and its splitter.
+[[noreturn]] void ShowInNextProcess(const std::function<void(QWidget&, QSplitter&)>& act) {
+  qt::QtDesktop desktop;
+  SampleForm form;
+  form.Remembered = true;
+  form.Add({.Name = "beside", .Type = ControlType::kTextBox, .Region = Region::kBeside});
+  form.Rule(FormEvent::kClicked, "run",
+            [&] { act(*FrontWindow(), *FrontWindow()->findChild<QSplitter*>()); });
+  {
+    const Person person("press F5; close");
+    desktop.ShowModal(form);
+  }
+  std::exit(0);
+}
+
+void TellPlace(const QWidget& window, const QSplitter& splitter) {
+  const QRect at = window.geometry();
+  std::cerr << at.x() << ' ' << at.y() << ' ' << at.width() << ' ' << at.height() << ", split "
+            << (splitter.sizes()[0] > 600 ? "late" : "early") << '\n';
+}
+
+void PlaceElsewhere(QWidget& window, QSplitter& splitter) {
+  window.setGeometry(90, 70, 900, 600);
+  QTest::qWait(1);
+  QWidget* const handle = splitter.handle(1);
+  const QPoint grip = handle->rect().center(), there = grip + QPoint(700 - handle->x(), 0);
+  QTest::mousePress(handle, Qt::LeftButton, {}, grip);
+  QTest::mouseMove(handle, there);
+  QTest::mouseRelease(handle, Qt::LeftButton, {}, there);
+  TellPlace(window, splitter);
+}
+
+TEST(QtViewDeathTest, AWindowStandsWhereItStoodInTheProcessBefore) {
+  testing::FLAGS_gtest_death_test_style = "threadsafe";
+  setenv("VOKCUBE_NEXT_PROCESS", "on", 1);
+  const auto ended = testing::ExitedWithCode(0);
+  EXPECT_EXIT(ShowInNextProcess(TellPlace), ended, "split early");
+  EXPECT_EXIT(ShowInNextProcess(PlaceElsewhere), ended, "90 70 900 600, split late");
+  EXPECT_EXIT(ShowInNextProcess(TellPlace), ended, "90 70 900 600, split late");
+  unsetenv("VOKCUBE_NEXT_PROCESS");
 }
 
 TEST(QtView, ADateIsPickedFromACalendar) {

@@ -41,6 +41,58 @@ TEST(WindowsView, ClosesWhenTheThreadIsToldToEndAndPassesThatOn) {
   EXPECT_EQ(message.wParam, 7U);
 }
 
+TEST(WindowsView, TakesCommandKeysWhereNothingHasTheFocus) {
+  test::DrawnDesktop desktop;
+  test::SampleForm form;
+  form.Rule(FormEvent::kClicked, "box", [] { ::SetFocus(nullptr); });
+  form.Rule(FormEvent::kClicked, "run", [&] { form.Visible = false; });
+  const test::Person person("press Alt+B; press F5");
+  desktop.ShowModal(form);
+  EXPECT_EQ(form.Told(), "left name; clicked box; left box; clicked run");
+}
+
+TEST(WindowsView, StandsWhereItStoodBefore) {
+  test::SampleForm form;
+  form.Remembered = form.Visible = true;
+  Control& beside = form.Add({.Name = "beside", .Type = ControlType::kTextBox});
+  beside.Region = Region::kBeside;
+  const auto place_of = [](HWND window) {
+    RECT place{};
+    ::GetWindowRect(window, &place);
+    return place;
+  };
+  const int beside_id = kFirstControlId + static_cast<int>(form.Controls().size()) - 1;
+  RECT place{90, 70, 990, 670}, split{};
+  {
+    FormWindow window(form, nullptr);
+    window.Show();
+    ::MoveWindow(window.window(), place.left, place.top, 900, 600, TRUE);
+    ::SendMessageW(window.window(), kSplit, 640, 0);
+    split = place_of(test::PartOf(window.window(), beside_id));
+  }
+  FormWindow again(form, nullptr);
+  again.Show();
+  const RECT now = place_of(again.window());
+  const RECT split_now = place_of(test::PartOf(again.window(), beside_id));
+  EXPECT_TRUE(::EqualRect(&now, &place));
+  EXPECT_TRUE(::EqualRect(&split_now, &split));
+  EXPECT_GT(split.left, place.left + 600);
+}
+
+TEST(WindowsView, CutsALongPathInItsMiddle) {
+  const Metrics metrics({}, 96);
+  const std::wstring path = L"\\\\server\\share & more\\\xD83D\xDE00\xD83D\xDE00\\sales.cub";
+  EXPECT_EQ(metrics.Shortened(path, 4000), path);
+  for (int room = metrics.Letters(path.size()); room > metrics.Letters(4); --room) {
+    const std::wstring cut = metrics.Shortened(path, room);
+    EXPECT_LE(metrics.WidthOf(cut), room);
+    const std::size_t at = std::min(cut.find(L'\x2026'), cut.size() - 1);
+    EXPECT_TRUE(cut == path ||
+                (path.starts_with(cut.substr(0, at)) && path.ends_with(cut.substr(at + 1))));
+    EXPECT_FALSE(at > 0 && IS_HIGH_SURROGATE(cut[at - 1]));
+  }
+}
+
 TEST(WindowsView, AListThatIsOpenTellsOnlyWhatWasChosenFromIt) {
   const struct {
     const char *script, *told;
@@ -118,12 +170,17 @@ TEST(WindowsView, DrawsWhatIsWrongOnItsOwnColourAndWhatStandsForNothingPale) {
   FormWindow window(form, nullptr);
   const HDC canvas = ::GetDC(window.window());
   const struct {
-    bool error, dimmed;
+    bool error, dimmed, contrast;
     COLORREF text, back;
-  } rows[] = {{true, false, RGB(0, 0, 0), RGB(0xFF, 0xC8, 0xC8)},
-              {true, true, RGB(0, 0, 0), RGB(0xFF, 0xC8, 0xC8)},
-              {false, true, ::GetSysColor(COLOR_GRAYTEXT), ::GetSysColor(COLOR_WINDOW)}};
+  } rows[] = {{true, false, false, RGB(0, 0, 0), RGB(0xFF, 0xC6, 0xC6)},
+              {true, true, false, RGB(0, 0, 0), RGB(0xFF, 0xC6, 0xC6)},
+              {true, false, true, RGB(0xFF, 0xFF, 0xFF), RGB(0x38, 0, 0)},
+              {false, true, false, ::GetSysColor(COLOR_GRAYTEXT), ::GetSysColor(COLOR_WINDOW)}};
+  const INT parts[] = {COLOR_WINDOW, COLOR_WINDOWTEXT};
+  const COLORREF usual[] = {::GetSysColor(COLOR_WINDOW), ::GetSysColor(COLOR_WINDOWTEXT)};
+  const COLORREF contrast[] = {RGB(0, 0, 0), RGB(0xFF, 0xFF, 0xFF)};
   for (const auto& row : rows) {
+    ::SetSysColors(2, parts, row.contrast ? contrast : usual);
     form.At("date").Error = row.error;
     form.At("date").Dimmed = row.dimmed;
     const int id = kFirstControlId + 7;  // of "date"
@@ -134,6 +191,7 @@ TEST(WindowsView, DrawsWhatIsWrongOnItsOwnColourAndWhatStandsForNothingPale) {
     EXPECT_EQ(::GetTextColor(canvas), row.text);
     EXPECT_EQ(::GetBkColor(canvas), row.back);
   }
+  ::SetSysColors(2, parts, usual);
   ::ReleaseDC(window.window(), canvas);
 }
 
