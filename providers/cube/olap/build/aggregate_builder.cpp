@@ -89,7 +89,7 @@ class SetBuilder {
   /// Some facts of a slice, or all.
   struct Portion {
     uint64_t slice = 0;
-    std::vector<Rows> runs{};
+    std::vector<RowRange> runs{};
     bool is_first = false;
     bool is_last = false;
   };
@@ -114,18 +114,18 @@ class SetBuilder {
   }
 
   /// Slices with many facts for each of their cells are added up by several threads.
-  std::vector<Portion> Portions(const std::map<uint64_t, std::vector<Rows>>& slices,
+  std::vector<Portion> Portions(const std::map<uint64_t, std::vector<RowRange>>& slices,
                                 unsigned most) const {
     constexpr uint64_t kFactsPerCell = 8;
     const uint64_t cells = uint64_t{times_.back().periods} * inner_count_;
     std::vector<Portion> portions;
     for (const auto& [slice, runs] : slices) {
       uint64_t rows = 0;
-      for (const Rows& run : runs) rows += run.end - run.begin;
+      for (const RowRange& run : runs) rows += run.end - run.begin;
       const uint64_t count = std::clamp<uint64_t>(rows / (kFactsPerCell * cells), 1, most);
       const std::size_t first = portions.size();
       uint64_t taken = 0;
-      for (Rows run : runs) {
+      for (RowRange run : runs) {
         while (run.begin < run.end) {
           const uint64_t begun = portions.size() - first;
           if (taken >= rows * begun / count) portions.push_back({slice});
@@ -146,7 +146,7 @@ class SetBuilder {
     std::shared_ptr<TimeCells> cells = idle_cells_.Take();
     if (cells == nullptr) cells = NewCells();
     for (SliceCells& of_time : *cells) of_time.Clear();
-    for (const Rows& rows : portion.runs) {
+    for (const RowRange& rows : portion.runs) {
       for (uint64_t first = rows.begin; first < rows.end; first += kBatch) {
         AddFacts(first, std::min<uint64_t>(kBatch, rows.end - first), cells->back());
       }

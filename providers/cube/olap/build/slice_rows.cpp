@@ -16,7 +16,7 @@ constexpr uint64_t kRowsOfWork = 64 * kRowsOfStep;
 /// Finds the slices of some facts, run by run.
 class RunFinder {
  public:
-  using Run = std::pair<uint64_t, Rows>;  // the slice first
+  using Run = std::pair<uint64_t, RowRange>;  // the slice first
 
   RunFinder(const std::vector<HierarchyLevel>& outer, const NewCube& cube, const NewFacts& facts) {
     for (const auto& [hierarchy, level] : outer) {
@@ -26,7 +26,7 @@ class RunFinder {
     }
   }
 
-  std::vector<Run> Find(Rows rows) const {
+  std::vector<Run> Find(RowRange rows) const {
     std::vector<Run> runs;
     std::vector<uint64_t> slices;
     for (uint64_t first = rows.begin; first < rows.end; first += slices.size()) {
@@ -82,15 +82,15 @@ const ColumnSource& LeavesOf(const NewFacts& facts, uint32_t hierarchy) {
       ->leaves;
 }
 
-std::map<uint64_t, std::vector<Rows>> FindSlices(const std::vector<HierarchyLevel>& outer,
-                                                 const NewCube& cube, const NewFacts& facts,
-                                                 unsigned threads) {
+std::map<uint64_t, std::vector<RowRange>> FindSlices(const std::vector<HierarchyLevel>& outer,
+                                                     const NewCube& cube, const NewFacts& facts,
+                                                     unsigned threads) {
   const RunFinder finder(outer, cube, facts);
-  std::map<uint64_t, std::vector<Rows>> found;
+  std::map<uint64_t, std::vector<RowRange>> found;
   uint64_t next = 0;
   RunInOrder(threads, [&]() -> Working {
     if (next >= facts.rows) return {};
-    const Rows rows{next, std::min(facts.rows, next + kRowsOfWork)};
+    const RowRange rows{next, std::min(facts.rows, next + kRowsOfWork)};
     next = rows.end;
     return [&finder, &found, rows]() -> Taking {
       const auto runs = std::make_shared<const std::vector<RunFinder::Run>>(finder.Find(rows));
