@@ -4,6 +4,7 @@
 #include <array>
 
 #include "component/workbook_writer.h"
+#include "cube/requirements.h"
 #include "platform/failure.h"
 #include "platform/shown_text.h"
 
@@ -18,14 +19,14 @@ std::string Advice(const Publics& publics) {
              "--settings-folder";
     case failure_number::kInvalidMeasure:
       return "; see vokcube cube info";
-    case failure_number::kInvalidDate:
-    case failure_number::kItemNotFound:
-    case failure_number::kSyntax:
-      return "; vokcube cube check \"" + publics.settings.data_source.CubeFile +
-             "\" lists all that the cube lacks";
+    case failure_number::kSettingsUnreadable:
+      return "; vokcube info lists the saved sets";
     default:
-      return {};
+      break;
   }
+  if (!CubeMayLackSomething(publics.last_run.code)) return {};
+  return "; vokcube cube check \"" + publics.settings.data_source.CubeFile +
+         "\" tells what the cube lacks, if anything";
 }
 
 /// What stands at the output path though this run put nothing there.
@@ -108,7 +109,7 @@ RunOutcome RunSaved(Session& session, const RunRequest& request, const std::stri
 
 std::string NamesFile(const std::string& path) {
   return path.empty() || path.ends_with('/') || path.ends_with('\\')
-             ? "names no file, only a folder"
+             ? "names no file, only a folder; name the workbook in it"
              : "";
 }
 

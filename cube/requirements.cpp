@@ -168,4 +168,9 @@ std::vector<CubeLack> FindLacks(const Locale& locale, CubeConnection& connection
   return Check(locale, connection, catalog).Run();
 }
 
+bool CubeMayLackSomething(int32_t failure) {
+  return failure == failure_number::kInvalidDate || failure == failure_number::kItemNotFound ||
+         failure == failure_number::kSyntax;
+}
+
 }  // namespace vok

@@ -1,6 +1,7 @@
 // What saved queries need of a cube, in one place.
 #pragma once
 
+#include <cstdint>
 #include <string>
 #include <vector>
 
@@ -20,6 +21,9 @@ struct CubeLack {
 /// a data source would give. Failures are those of the connection.
 std::vector<CubeLack> FindLacks(const Locale& locale, CubeConnection& connection,
                                 const std::string& catalog);
+
+/// Whether a run that fails so may have failed for what the cube lacks.
+bool CubeMayLackSomething(int32_t failure);
 
 /// For the report of a probe that failed: where all is listed.
 inline constexpr char kAdviceOnCube[] =

@@ -338,7 +338,7 @@ void FrmPeriods::ShowRunResult(const Value::Array& parts) {
   if (problem.empty()) return;
   ShowMessage(services_, problem, services_.host.component.product_name,
               failed ? MessageIcon::kExclamation : MessageIcon::kInformation);
-  if (services_.publics.last_run.code == failure_number::kInvalidDate) {
+  if (CubeMayLackSomething(services_.publics.last_run.code)) {
     ShowLacks(services_, form_.Text("TxtFileName"), form_.Text("txtCubeName"));
   }
 }

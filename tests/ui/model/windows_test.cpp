@@ -5,6 +5,7 @@
 #include <charconv>
 #include <filesystem>
 #include <fstream>
+#include <regex>
 
 #include "settings/set_writer.h"
 #include "tests/support/ui/real_desk.h"
@@ -220,6 +221,17 @@ TEST_F(WindowsTest, WhyARunFailedIsShownInFullWithWhatToDo) {
          BuildInto(desk.folder, texts);
        },
        {"Invalid date", "no dimension \"Date\"", "Mend this"},
+       {"frmLacks"}},
+      {"lines",
+       [&] {
+         auto texts = test::SampleLedger();
+         texts.schema = std::regex_replace(texts.schema, std::regex("\"QeL\""), "\"Lines\"");
+         BuildInto(desk.folder, texts);
+         auto setting = *desk.StoredSource("Sales");
+         setting.MoneySets[2].Measure = setting.MoneySets[1].Measure;
+         SaveMoneyMeasures(desk.host, desk.publics.environment, setting);
+       },
+       {"QeL", "Mend this"},
        {"frmLacks"}},
       {"the cube",
        [&] { desk.files.Delete(desk.Cube()); },
