@@ -75,7 +75,9 @@ struct BuildOptions {
 
 /// Each on a line of its own; one alone is the failure.
 [[noreturn]] void ThrowBadRows(const olap::BadRows& bad) {
-  if (bad.rows().size() == 1) throw Failure(bad);
+  if (bad.rows().size() == 1) {
+    throw Failure(bad.number(), bad.rows()[0] + "; mend it, or leave it out with --bad-rows FILE");
+  }
   for (const std::string& row : bad.rows()) std::cerr << OneLine(row) << '\n';
   throw Failure(bad.number(),
                 "These rows cannot be read, and there may be more. Mend them, or leave "

@@ -114,8 +114,9 @@ class NewCube {
       const auto fields = rows->Fields();
       const auto date = ParseIsoDate(fields[0].text);
       if (!date || fields[1].text.empty()) {
-        throw Failure(failure_number::kTypeMismatch,
-                      rows->Place() + ": an entry needs a date and an account");
+        throw Failure(
+            failure_number::kTypeMismatch,
+            rows->Place() + ": an entry needs a date and an account; add them, or delete the line");
       }
       content_.first_year = std::min(content_.first_year, date->Year());
       content_.last_year = std::max(content_.last_year, date->Year());

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <initializer_list>
+#include <iterator>
 #include <string_view>
 
 #include "cli/print.h"
@@ -33,20 +34,31 @@ struct ColumnFacts {
   std::size_t with_comma = 0;
   std::size_t with_decimals = 0;
   std::set<std::string, std::less<>> different;  ///< not all, when there are many
+  std::string not_date;    ///< the first such field, with its place; "" when all are dates
+  std::string not_amount;  ///< likewise
 };
 
 bool IsNumber(std::string_view text) {
   return olap::ParseDecimal(text).fit != olap::NumberFit::kNone;
 }
 
-void Learn(std::string_view text, ColumnFacts& column) {
+void Learn(std::string_view text, const olap::TableReader& row, ColumnFacts& column) {
   constexpr std::size_t kMostDifferent = 10'000;
+  const auto note = [&](bool fits, std::string& first) {
+    if (!fits && first.empty()) first = Quoted(text) + " (" + row.Place() + ")";
+  };
   ++column.filled;
+  bool is_date = false;
   for (std::size_t i = 0; i < kDateForms.size(); ++i) {
-    if (olap::IsoDateIn(kDateForms[i], text)) ++column.dates[i];
+    if (!olap::IsoDateIn(kDateForms[i], text)) continue;
+    ++column.dates[i];
+    is_date = true;
   }
-  if (IsNumber(text)) ++column.with_point;
-  if (IsNumber(olap::WithPoint(text))) ++column.with_comma;
+  const bool has_point = IsNumber(text), has_comma = IsNumber(olap::WithPoint(text));
+  if (has_point) ++column.with_point;
+  if (has_comma) ++column.with_comma;
+  note(is_date, column.not_date);
+  note(has_point || has_comma, column.not_amount);
   if (text.find_first_of(".,") != std::string_view::npos) ++column.with_decimals;
   if (column.different.size() < kMostDifferent && !column.different.contains(text)) {
     column.different.emplace(text);
@@ -121,7 +133,17 @@ class Guess {
 const ColumnFacts& Named(const std::vector<ColumnFacts>& columns, const std::string& name) {
   const auto found = std::ranges::find(columns, name, &ColumnFacts::name);
   if (found != columns.end()) return *found;
-  throw Failure(failure_number::kNotFound, "The journal has no column " + Quoted(name));
+  std::vector<std::string> names;
+  std::ranges::transform(columns, std::back_inserter(names), &ColumnFacts::name);
+  throw Failure(failure_number::kNotFound, "The journal has no column " + Quoted(name) +
+                                               ". Its columns: " + olap::Listed(names));
+}
+
+[[noreturn]] void ThrowUnfit(const ColumnFacts& column, const char* what, const std::string& odd) {
+  throw Failure(failure_number::kNotFound, "Some fields of the column " + Quoted(column.name) +
+                                               " are not " + what +
+                                               (odd.empty() ? "" : ", such as " + odd) +
+                                               "; mend them, or name another column");
 }
 
 void RequireRoles(const JournalColumns& chosen, const std::vector<std::string>& header) {
@@ -153,7 +175,7 @@ JournalGuess GuessJournal(const Locale& locale, olap::TableReader& rows,
   for (; rows.Next(); ++guess.rows) {
     for (std::size_t i = 0; i < columns.size(); ++i) {
       const olap::Field& field = rows.Fields()[i];
-      if (!field.text.empty()) Learn(field.text, columns[i]);
+      if (!field.text.empty()) Learn(field.text, rows, columns[i]);
     }
   }
   guess.columns = Guess(locale, columns, given).Choose();
@@ -161,11 +183,8 @@ JournalGuess GuessJournal(const Locale& locale, olap::TableReader& rows,
   const ColumnFacts& date = Named(columns, guess.columns[0]);
   const ColumnFacts& amount =
       Named(columns, guess.columns[static_cast<std::size_t>(Role::kAmount)]);
-  if (!HoldsDates(date) || !HoldsAmounts(amount)) {
-    throw Failure(failure_number::kNotFound,
-                  "Some fields of the column " + Quoted((HoldsDates(date) ? amount : date).name) +
-                      " are not " + (HoldsDates(date) ? "amounts" : "dates of one form"));
-  }
+  if (!HoldsDates(date)) ThrowUnfit(date, "dates of one form", date.not_date);
+  if (!HoldsAmounts(amount)) ThrowUnfit(amount, "amounts of one form", amount.not_amount);
   const auto form = std::ranges::find(date.dates, date.filled) - date.dates.begin();
   if (form > 0) guess.form.dates = kDateForms[static_cast<std::size_t>(form)];
   if (amount.with_point < amount.filled) guess.form.decimal = ',';

@@ -37,8 +37,9 @@ Json ParseJson(std::string_view text, const std::string& origin, const std::stri
   try {
     return Json::parse(text, watch);
   } catch (const Json::exception& error) {
+    const std::string what = error.what();  // after the library's name for it, in brackets
     throw Failure(failure_number::kInvalidCall,
-                  origin + " is not " + kind + ": " + std::string(error.what()));
+                  origin + " is not " + kind + ": " + what.substr(what.find("] ") + 2));
   }
 }
 

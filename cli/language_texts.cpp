@@ -43,22 +43,25 @@ std::vector<std::size_t> LanguagesOf(const CsvScanner& scanner, const std::vecto
     }
     const auto place = static_cast<std::size_t>(*language - 1);
     if (std::find(languages.begin(), languages.end(), place) != languages.end()) {
-      throw scanner.Bad("language " + std::to_string(*language) + " has two columns");
+      throw scanner.Bad("language " + std::to_string(*language) +
+                        " has two columns; leave out one");
     }
     languages.push_back(place);
   }
-  if (languages.empty()) throw scanner.Bad("no column of a language follows the number");
+  if (languages.empty())
+    throw scanner.Bad("no column of a language follows the number; add one, headed 1, 2 or 3");
   return languages;
 }
 
 void CheckText(const CsvScanner& scanner, std::string_view text) {
   if (Utf16Length(text) > kLongestText) {
-    throw scanner.Bad("a text is longer than " + std::to_string(kLongestText) + " characters");
+    throw scanner.Bad("a text is longer than " + std::to_string(kLongestText) +
+                      " characters; shorten it");
   }
   const bool has_control = std::any_of(text.begin(), text.end(), [](unsigned char c) {
     return c < 0x20 && c != '\t' && c != '\r' && c != '\n';
   });
-  if (has_control) throw scanner.Bad("a text has a control character");
+  if (has_control) throw scanner.Bad("a text has a control character; delete it");
 }
 
 LanguageText ReadLine(const CsvScanner& scanner, const std::vector<Field>& fields,
@@ -68,7 +71,8 @@ LanguageText ReadLine(const CsvScanner& scanner, const std::vector<Field>& field
                       std::to_string(languages.size() + 1));
   }
   const auto number = WholeNumber(fields[0].text);
-  if (!number) throw scanner.Bad(Quoted(fields[0].text) + " is not the number of a text");
+  if (!number)
+    throw scanner.Bad(Quoted(fields[0].text) + " is not the number of a text, a whole one above 0");
   LanguageText line{*number};
   for (std::size_t column = 0; column < languages.size(); ++column) {
     CheckText(scanner, fields[column + 1].text);

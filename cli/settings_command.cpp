@@ -166,7 +166,7 @@ void ChangeSet(const CommonOptions& common, const SetOptions& options, Change ch
   if (change(host, session->publics().environment)) return;
   throw Failure(failure_number::kNotFound,
                 "There is no " + std::string(WordsForKind(host.locale, options.kind)) +
-                    " named \"" + options.name + "\"");
+                    " named \"" + options.name + "\"; vokcube info lists the saved sets");
 }
 
 void Delete(const CommonOptions& common, const SetOptions& options) {

@@ -32,7 +32,7 @@ Failure TimedOut(const ServerSettings& settings, const std::string& what,
 std::string TransferText(const ServerSettings& settings, TransferEnd end) {
   switch (end) {
     case TransferEnd::kBadAddress:
-      return "cannot be asked, its address is not valid: %.";
+      return "cannot be asked, its address is not valid: %. Write it as http://server/path.";
     case TransferEnd::kUnknownHost:
       return "is not known by that name: %. Check the address and the network.";
     case TransferEnd::kNoConnection:

@@ -56,7 +56,8 @@ int32_t FailureNumber(int error, const std::string& path) {
 }
 
 void ThrowSystemFailure(int error, const std::string& what, const std::string& path) {
-  ThrowFileFailure(FailureNumber(error, path), what, path, std::generic_category().message(error));
+  ThrowFileFailure(FailureNumber(error, path), what, path, std::generic_category().message(error),
+                   error == EISDIR ? "Give the name of an ordinary file." : "");
 }
 
 FileHandle::FileHandle(FileHandle&& other) noexcept

@@ -1,6 +1,6 @@
 #!/bin/bash
-# Runs the program as people mistype and machines fail: each line of the table is told clearly, ends
-# with its status and leaves no file.
+# Runs the program as people mistype and machines fail: each line of wrong_inputs.txt, and what needs
+# more than a line, is told clearly, ends with its status and leaves no file.
 #
 #   bad_input_test.sh VOKCUBE DATA_DIR WORK_DIR
 source "$(dirname "$0")/start.sh"
@@ -15,7 +15,7 @@ expect() {
   local status=0 wanted=$1 words=$2
   shift 2
   "$vokcube" "$@" > said 2>&1 < /dev/null || status=$?
-  if ((status != wanted)) || [[ $(grep -cF -- "$words" said) != 1 ]]; then
+  if ((status != wanted)) || [[ $words && $(grep -cF -- "$words" said) != 1 ]]; then
     fail "$* ended with $status, wanted $wanted and once: $words"
   fi
   if LC_ALL=C grep -qaP "$obeyed|^1111: forged" said; then
@@ -23,13 +23,19 @@ expect() {
   fi
 }
 
-# refused TABLE ARGUMENT...: each line of the table, the words and then the contents of "input", is told.
-refused() {
-  local words contents
-  while IFS=$'\t' read -r words contents; do
+# Each line of the table: status, arguments, message, and what the file "input" has. The message is a
+# whole line of what is said; "./" is this folder, "@5@" five times x.
+try_wrong_inputs() {
+  local status arguments message contents words
+  while IFS=$'\x1F' read -r status arguments message contents; do
+    if [[ $contents =~ @([0-9]+)@ ]]; then
+      contents=${contents/"${BASH_REMATCH[0]}"/$(head -c "${BASH_REMATCH[1]}" /dev/zero | tr '\0' x)}
+    fi
     printf '%b' "$contents" > input
-    expect 1 "$words" "${@:2}"
-  done < "$tests/cli/$1"
+    eval "words=($arguments)"
+    expect "$status" "" "${words[@]}"
+    sed "s#$PWD/#./#g" said | grep -qxF -- "$message" || fail "$arguments: nobody says $message"
+  done < <(grep -v '^#' "$tests/cli/wrong_inputs.txt" | tr '\t' '\037')
   rm input
 }
 
@@ -103,7 +109,6 @@ before=$(find . | sort)
 
 unset QT_QPA_PLATFORM WAYLAND_DISPLAY DISPLAY
 run=(run --data-source Domestic --periods Demo --output out)
-expect 1 "make it with vokcube settings import" "${run[@]}" --settings-folder missing
 echo "not a registry" > registry.reg
 for command in info "sets Periods" "settings export" "settings import $data/settings.json" "${run[*]}"; do
   # shellcheck disable=SC2086
@@ -122,29 +127,14 @@ for home in share home/.local/share; do
   share=
 done
 rm -r home share
-expect 1 "first page is cut short" settings import "$data/settings.json" --settings-folder jet
-expect 1 "it is empty or cut short" sets Periods --settings-folder empty
-expect 1 "$PWD/folder/CubToQel.mdb; make it" info --settings-folder folder
-expect 1 "A file of that name is in the way" settings import "$data/settings.json" --settings-folder file
-expect 1 "It has: DataSourceInfo, Main" sets Nothing --settings-folder good
-expect 1 'no period set named "Nothing"' settings delete periods Nothing --settings-folder good
-refused refused_documents.txt settings import input --settings-folder good
-refused refused_languages.txt language build input Lang.rs
-expect 1 'no data source named "Nothing"' settings rename data-source Nothing New --settings-folder good
-expect 1 'is named "Q#1"; a name may not contain #' settings rename periods Demo 'Q#1' --settings-folder good
-expect 1 'a saved set named "export" already' settings rename data-source Domestic export \
-  --settings-folder good
-for missing in "Datasource Definition: Nothing  Not Found!!" "Periods Definition: none  Not Found!!"; do
-  expect 1 "$missing" run --settings-folder good --data-source Nothing --periods none --output out
-done
 sed 's/ledger.cub/short.cub/' "$data/settings.json" > short.json
 expect 0 "Imported" settings import short.json --settings-folder short
-rm short.json
-expect 1 '3333: Connection error (The cube file ' "${run[@]}" --settings-folder short
-while IFS=$'\t' read -r words contents; do
-  printf '%b' "$contents" > jobs
-  expect 1 "$words" run --settings-folder good --jobs jobs
-done < "$tests/cli/refused_jobs.txt"
+sed 's/name="QeL"/name="Lines"/g' "$data/schema.xml" > lacking.xml
+expect 0 'no dimension "QeL"' cube build --schema lacking.xml --data "$data" --output lacking.cub
+sed 's/ledger.cub/lacking.cub/' "$data/settings.json" > lacking.json
+expect 0 "Imported" settings import lacking.json --settings-folder lacking
+try_wrong_inputs
+rm -r short short.json lacking lacking.*
 cat > jobs << 'END'
 [{"dataSource": "Nothing", "periods": "Demo", "output": "missing/out"},
  {"dataSource": "Nothing", "periods": "Demo", "output": "out"},
@@ -162,8 +152,6 @@ expect 1 '"cause": "Cann'"'"'t read Settings (Datasource Definition: Nothing' \
 "$vokcube" run --settings-folder good --jobs jobs > said 2>&1 > /dev/full || true
 grep -qF "the runs that had not begun were left out" said || fail "jobs with a full standard output"
 rm jobs good/out.xlsX
-rm -r short
-expect 1 "damaged or was cut short" cube info short.cub
 expect 0 "Ledger" cube members ledger.cub --json
 expect 0 "Cube LedgerQEL has all" cube check ledger.cub
 sed 's/"Date"/"Dates"/; s/"ActX"/"Acts"/' "$data/schema.xml" > lacking.xml
@@ -171,20 +159,8 @@ for words in 'dimension "Date": a query' 'dimension "ActX": the ledger'; do
   expect 0 "$words" cube build --schema lacking.xml --data "$data" --output lacking.cub
   expect 1 "$words" cube check lacking.cub
 done
-sed 's/name="QeL"/name="Lines"/g' "$data/schema.xml" > lacking.xml
-expect 0 'no dimension "QeL"' cube build --schema lacking.xml --data "$data" --output lacking.cub
-sed 's/ledger.cub/lacking.cub/' "$data/settings.json" > lacking.json
-expect 0 "Imported" settings import lacking.json --settings-folder lacking
-expect 1 'lacking.cub" lists all' run --data-source Domestic --periods Demo --output out \
-  --settings-folder lacking
-rm -r lacking.xml lacking.cub lacking.json lacking
+rm lacking.xml lacking.cub
 expect 0 "no-utf8-�.cub" cube info $'no-utf8-\xff.cub' --json
-expect 1 'no catalog "Nothing"' cube members ledger.cub --catalog Nothing
-expect 1 '"b.cub" has no value. A ";" ends a part: rename a file' mdx 'a;b.cub' 'select from x'
-expect 1 'line 1, column 8: "x" is not in cube' mdx ledger.cub 'select x on 0 from LedgerQEL'
-expect 1 'no catalog "Nothing". It has: "LedgerQEL"' mdx ledger.cub --catalog Nothing 'select from x'
-expect 1 "neither as the binary nor as the XML form" language show own.csv
-expect 1 "begins neither" language show ledger.cub
 expect 0 "1205,&OBS member,," language show Lang.rs
 expect 1 "takes no connection" mdx http://127.0.0.1:1/xmla 'select from x'
 mkdir alone && cp "$vokcube" alone/
@@ -232,14 +208,7 @@ everything='[Date].Members * [QeL].[QeL].Members * [ActX].[xlFile].Members * [Mo
 large="SELECT Filter($everything, [Measures].[Amount] < 1 - 1e15) ON 0 FROM [LedgerQEL]"
 expect 1 "longer than its limit of 0.02 s" mdx ledger.cub --timeout 0.02 "$large"
 expect 1 "past the limit of 100 tuples" mdx ledger.cub --max-cells 100 "$large"
-expect 1 "more than 10 cells" mdx ledger.cub --max-cells 10 \
-  'SELECT [QeL].[QeL].Members ON 0 FROM [LedgerQEL]'
 expect 1 "more than its limit of 1 MB of memory" mdx ledger.cub --memory 1 "$large"
-expect 1 "the limit is 10. Ask for fewer members" "${run[@]}" --max-cells 10 --settings-folder good
-expect 1 'has "0" as max memory: give a number above 0' "${run[@]}" --memory 0 --settings-folder good
-expect 1 'has "-1" as timeout: give a number above 0' mdx ledger.cub --timeout -1 "$large"
-expect 1 'there is no file "dates.csv"' cube build --schema "$data/schema.xml" --data good \
-  --output out.cub
 cp -r "$data" rows
 (printf 'date_id,line_id,file_id,opening_key,money_id,amount,units\n' &&
   printf '20220101,75,4,0,1,%s,\n' 1,5 2 x) > rows/entries.csv
@@ -249,29 +218,13 @@ done
 expect 0 "2 bad rows were left out" cube build --schema "$data/schema.xml" --data rows --output rows/out.cub \
   --bad-rows rows/bad
 (($(grep -c 'entries.csv, line [24]: ' rows/bad) == 2)) || fail "the list of bad rows" "$(< rows/bad)"
-expect 1 "The separator \"::\" is not known; give one of , ; | tab" cube build --schema "$data/schema.xml" \
-  --data rows --output rows/out.cub --separator ::
 rm -r rows
-expect 1 "Check that the folder exists" cube build --schema "$data/schema.xml" --data "$data" \
-  --output missing/out.cub
 expect 0 " 3  2024-03-01  2024-03-31  2024-03" periods fill Run --interval month --from 2024-01-31 \
   --first 1 --last 3 --settings-folder good
 expect 0 " 1  2024-01-01  2024-12-31  Jan 2024" periods fill Demo --interval year --from 2024-01-01 \
   --last 1 --settings-folder good
-expect 1 "a name may not contain *" periods fill 'R*' --interval year --settings-folder good
 expect 1 "first page is cut short" window --settings-folder jet
 expect 1 "445: No window can be shown" window --settings-folder good
-expect 2 "is not a date; write it as" periods fill Run --interval year --from 31.12.2023
-expect 2 "not in {month,quarter" periods fill Run --interval week
-expect 2 "names no folder" info --settings-folder ""
-expect 1 '"folder" is a folder. Name the workbook in it' run --data-source a --periods b --output folder
-expect 2 "names no file, only a folder" run --data-source a --periods b --output missing/
-expect 2 'option --data-sorce. Did you mean --data-source?' run --data-sorce Domestic --periods Demo --output out
-expect 2 'option --jsn. Did you mean --json?' sets Periods --jsn
-expect 2 'Unknown option --quiet-please.' info --quiet-please
-expect 2 "A subcommand is required"
-expect 2 'Unknown subcommand "nothing". Known are: run' nothing --settings-folder good
-expect 2 'Unknown subcommand "nothing". Known are: new build' cube nothing
 for command in --version --help "cube info ledger.cub" "sets Periods --settings-folder good"; do
   # shellcheck disable=SC2086
   if "$vokcube" $command 2> said > /dev/full || ! grep -qF "57: Standard output" said; then

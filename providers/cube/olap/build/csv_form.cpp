@@ -15,6 +15,8 @@ namespace {
                 "The " + what + " \"" + text + "\" is not known; give " + known);
 }
 
+constexpr std::array<std::string_view, 6> kDateFields = {"d", "dd", "m", "mm", "yy", "yyyy"};
+
 bool IsAsciiDigit(char letter) { return letter >= '0' && letter <= '9'; }
 
 /// Takes the digits of a field of `width` letters off the text: that many, or one or two for a
@@ -31,12 +33,19 @@ int TakeNumber(std::string_view& text, std::size_t width) {
   return number;
 }
 
+/// Day, month and year once each, in letters whose number says how many digits they have.
 bool IsDateForm(std::string_view form) {
-  const auto has = [form](char letter) { return form.find(letter) != std::string_view::npos; };
-  const auto known = [](char letter) {
-    return std::string_view("dmy.-/ ").find(letter) != std::string_view::npos;
-  };
-  return has('d') && has('m') && has('y') && std::all_of(form.begin(), form.end(), known);
+  std::string fields;
+  while (!form.empty()) {
+    const std::size_t width = std::min(form.find_first_not_of(form[0]), form.size());
+    const std::string_view field = form.substr(0, width);
+    form.remove_prefix(width);
+    if (std::string_view(".-/ ").find(field[0]) != std::string_view::npos) continue;
+    if (std::ranges::find(kDateFields, field) == kDateFields.end()) return false;
+    fields += field[0];
+  }
+  std::ranges::sort(fields);
+  return fields == "dmy";
 }
 
 /// Blanks and marks that part groups of digits: ".", "'", a blank, and those that do not break.

@@ -83,7 +83,7 @@ void CsvScanner::ReadQuotedField(Field& field) {
   for (;; ++at_) {
     at_ = text_.find('"', at_);
     if (at_ == std::string_view::npos) {
-      throw is_cut_ ? TooLong() : Bad("a quoted field does not end");
+      throw is_cut_ ? TooLong() : Bad("a quoted field does not end; a quotation mark is missing");
     }
     if (at_ + 1 >= text_.size() || text_[at_ + 1] != '"') break;
     doubled = true;

@@ -52,9 +52,9 @@ class RunReader {
       LeaveOutFrom(index);
       throw BadRow(BadInput(part_.Place(),
                             Quoted(field.text) + " in column " + Quoted(value.column) +
-                                (comma_ ? " is not a number with a decimal comma, or one too large"
-                                        : " is no number (a point for decimals, no blanks), or one "
-                                          "too large")));
+                                (comma_ ? " is not a number with a decimal comma, or is too large"
+                                        : " is not a number (a point for decimals, no blanks), or "
+                                          "is too large")));
     }
     if (kept_) kept_->push_back(value_rows_);
     ++value_rows_;

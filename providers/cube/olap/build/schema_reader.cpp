@@ -58,7 +58,7 @@ class SchemaReader {
         document.load_buffer(text_.data(), text_.size(), pugi::parse_default, pugi::encoding_utf8);
     if (!result) {
       throw BadInput(PlaceAt(result.offset),
-                     std::string("no well-formed XML: ") + result.description());
+                     std::string("is not well-formed XML: ") + result.description());
     }
     schema_ = document.child("Schema");
     if (!schema_) throw BadInput(path_, "there is no <Schema> element");

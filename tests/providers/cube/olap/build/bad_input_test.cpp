@@ -102,7 +102,7 @@ TEST(BadSchema, IsRefusedByName) {
               {"<Level name=\"File\"",
                levels.c_str(),
                {"line 20", "\"xlFile\" has 133 levels; the limit is 128"}},
-              {"</Schema>", "", {"schema.xml, line", "no well-formed XML"}},
+              {"</Schema>", "", {"schema.xml, line", "is not well-formed XML"}},
               {"<Schema name=\"Ledger\">", "<Schema name=\"\xff\">", {"UTF-8"}},
               {"<Table name=\"fact\"/>", "", {"line 3", "<Cube> \"QEL\"", "no <Table>"}},
               {"\"fact\"", "\"facts\"", {"\"facts.csv\"", "dim_act, dim_date", "fact"}},
@@ -138,8 +138,8 @@ TEST(BadTable, HasNumbersThatAreNone) {
   for (const std::string text :
        {"-", "+", ".", "-.", "\"1,5\"", " 1", "1 ", "1e", "1e+", "1e+-2", "1e1.5", "--1", "1.2.3",
         "0x10", "nan", "inf", "1e99999999999", "½", "\"1\n,00\""}) {
-    ExpectRefusals("fact",
-                   {{"", "61,0,1,1,0,0," + text + ",2\n", {"line 62", "no number", "\"amount\""}}});
+    ExpectRefusals(
+        "fact", {{"", "61,0,1,1,0,0," + text + ",2\n", {"line 62", "not a number", "\"amount\""}}});
   }
 }
 

@@ -197,8 +197,8 @@ TEST(CsvForm, IsReadToTheLetterOrRefused) {
     EXPECT_EQ(IsoDateIn(each.form, each.text).value_or(""), each.date) << each.text;
   }
   CsvForm form;
-  const char* refused[][3] = {
-      {"x", "", ""}, {"", ";", ""}, {"", "", "dd.mm"}, {"", "", "dd mon yyyy"}};
+  const char* refused[][3] = {{"x", "", ""},           {"", ";", ""},   {"", "", "dd.mm"},
+                              {"", "", "dd mon yyyy"}, {"", "", "dmy"}, {"", "", "d.m.yyyy d"}};
   for (const auto& each : refused) {
     EXPECT_EQ(test::NumberOf([&] { SetForm(form, each[0], each[1], each[2]); }), 5);
   }
