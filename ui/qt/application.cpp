@@ -7,6 +7,7 @@
 #include <QtGui/QFontDatabase>
 #include <QtGui/QTextDocument>
 #include <QtWidgets/QApplication>
+#include <QtWidgets/QStyle>
 #include <clocale>
 #include <string>
 
@@ -71,6 +72,16 @@ void MakeApplication() {
   TranslateQt(*application);
 }
 
+/// The style that Qt has where the desktop has none draws edges darker than the window. Where that
+/// is all but black, in high contrast, fields and boxes would have none.
+void ShowEdges() {
+  constexpr int kAllButBlack = 24;
+  const bool is_black = QApplication::palette().color(QPalette::Window).lightness() < kAllButBlack;
+  if (is_black && QApplication::style()->name() == QStringLiteral("fusion")) {
+    QApplication::setStyle(QStringLiteral("windows"));
+  }
+}
+
 /// The fields' own colour with some red, on which texts are read as before: dark, bright or in high
 /// contrast.
 QColor ErrorBack(const QPalette& palette) {
@@ -83,9 +94,11 @@ QColor ErrorBack(const QPalette& palette) {
 }  // namespace
 
 void NeedApplication() {
+  static bool is_ours = false;
   if (QCoreApplication::instance() == nullptr) {
     NeedScreen();
     MakeApplication();
+    is_ours = true;
   }
   if (qobject_cast<QApplication*>(QCoreApplication::instance()) == nullptr) {
     throw NoWindows("the host program's Qt application is no QApplication");
@@ -93,6 +106,7 @@ void NeedApplication() {
   if (QThread::currentThread() != QCoreApplication::instance()->thread()) {
     throw NoWindows("this is not the thread of the process's Qt application. Call it there");
   }
+  if (is_ours) ShowEdges();
 }
 
 QSettings KeptForPerson() {

@@ -24,6 +24,7 @@
 
 #include "drawn_desktop.h"
 #include "tests/support/temporary_folder.h"
+#include "ui/qt/application.h"
 
 /// What these keep for the life of the process.
 extern "C" const char* __lsan_default_suppressions();
@@ -81,6 +82,7 @@ DrawnDesktop::DrawnDesktop() {
   const QByteArray look = qgetenv("VOKCUBE_LOOK");
   if (look == "dark") QApplication::setPalette(Dark());
   if (look == "contrast") QApplication::setPalette(HighContrast());
+  qt::NeedApplication();
 }
 
 QWidget* FrontWindow() { return QApplication::activeModalWidget(); }
@@ -171,6 +173,7 @@ bool HoldsItsText(const QWidget& widget) {
   const auto* button = qobject_cast<const QAbstractButton*>(&widget);
   if (button == nullptr && qobject_cast<const QLabel*>(&widget) == nullptr) return true;
   const QString text = button != nullptr ? button->text() : QString();
+  if (button != nullptr && text.isEmpty()) return true;
   const int around = qobject_cast<const QCheckBox*>(button) != nullptr
                          ? widget.sizeHint().width() - widget.fontMetrics().horizontalAdvance(text)
                          : 0;
