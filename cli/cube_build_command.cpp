@@ -1,17 +1,20 @@
 // vokcube cube build: making a cube file from tables.
 #include <chrono>
 #include <cstdint>
+#include <fstream>
 #include <iostream>
 #include <map>
 #include <memory>
 #include <optional>
-#include <span>
 
 #include "cli/command.h"
+#include "cli/piped_facts.h"
 #include "cli/progress_line.h"
 #include "cli/stop_on_interrupt.h"
+#include "cli/terminal.h"
 #include "platform/failure.h"
 #include "platform/shown_text.h"
+#include "platform/whole_path.h"
 #include "providers/cube/olap/build/build_cube.h"
 #include "providers/cube/olap/storage/cube_file.h"
 #include "providers/cube/olap/storage/format.h"
@@ -69,6 +72,7 @@ struct BuildOptions {
   olap::BuildRequest request;
   std::string facts;
   std::string bad_rows;
+  uint64_t megabytes = 0;
   bool allow_empty = false;
   bool progress = false;
 };
@@ -90,18 +94,28 @@ std::string Lines(const std::vector<std::string>& rows) {
   return text;
 }
 
+void OpenFacts(Files& files, const std::string& path, olap::BuildRequest& request) {
+  if (path.empty()) return;
+  const std::string& folder = request.temporary_folder;
+  const std::string beside = folder.empty() ? request.output_path : folder + "/facts";
+  request.facts_name = path == "-" ? "standard input" : path;
+  if (path == "-") {
+    request.facts = ReadPiped(files, std::cin, beside);
+  } else if (IsPipe(files, path)) {
+    std::ifstream pipe(PathOfUtf8(files.NativePath(path)), std::ios::binary);
+    request.facts = ReadPiped(files, pipe, beside);
+  } else {
+    request.facts = files.Open(path);
+  }
+}
+
 void Build(const CommonOptions& common, const BuildOptions& options) {
   const auto session = common.NewSession();
   const auto start = std::chrono::steady_clock::now();
   olap::BuildRequest request = options.request;
-  const std::string input = options.facts == "-" ? ReadStandardInput() : "";
-  if (options.facts == "-") {
-    request.facts = ReaderOf(std::as_bytes(std::span(input)));
-    request.facts_name = "standard input";
-  } else if (!options.facts.empty()) {
-    request.facts = session->host().files.Open(options.facts);
-    request.facts_name = options.facts;
-  }
+  OpenFacts(session->host().files, options.facts, request);
+  constexpr uint64_t kMegabyte = 1'000'000;
+  request.memory = options.megabytes > 0 ? options.megabytes * kMegabyte : FreeMemory() / 2;
   QueryStop stop;
   std::optional<StopOnInterrupt> interrupts;
   if (NamesTableServer(request.data_path)) {
@@ -160,7 +174,7 @@ void AddCubeBuild(CLI::App& cube, const CommonOptions& common) {
   build->add_option("--output", request.output_path, "The cube file to write")->required();
   build->add_option("--facts", options->facts,
                     "CSV file of the fact table's rows, instead of that in the folder; - reads "
-                    "them from standard input");
+                    "them from standard input; a pipe is read once");
   build->add_option(
       "--separator", request.separator,
       "Between fields of CSV files: , ; | or tab (otherwise as the schema says, or ,)");
@@ -171,6 +185,13 @@ void AddCubeBuild(CLI::App& cube, const CommonOptions& common) {
                     "2024-01-31");
   build->add_option("--bad-rows", options->bad_rows,
                     "Leave out rows of facts that cannot be read, and list them in this file");
+  build
+      ->add_option("--memory", options->megabytes,
+                   "Megabytes that facts may take; more are sorted on the disk (otherwise half "
+                   "of what is free)")
+      ->check(CLI::Range(16, 1'000'000'000));
+  build->add_option("--temp", request.temporary_folder,
+                    "Folder for facts that are sorted on the disk (otherwise that of the output)");
   build->add_flag("--allow-empty", options->allow_empty,
                   "Let a cube without facts take the place of one that has some");
   build->add_flag("--progress", options->progress,

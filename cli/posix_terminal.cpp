@@ -2,6 +2,8 @@
 
 #include <cerrno>
 #include <csignal>
+#include <fstream>
+#include <string>
 
 #include "cli/terminal.h"
 #include "system/posix/temporary_file.h"
@@ -37,6 +39,17 @@ void CatchInterrupts(bool (*ask)()) {
     if (std::signal(signal, Interrupt) == SIG_IGN) std::signal(signal, SIG_IGN);
   }
   std::signal(SIGXFSZ, SIG_IGN);  // a file that grows beyond its limit is a failure to write
+}
+
+/// What can be taken from caches counts; the number of free pages does not have it.
+uint64_t FreeMemory() {
+  constexpr uint64_t kKilobyte = 1024;
+  std::ifstream lines("/proc/meminfo");
+  uint64_t kilobytes = 0;
+  for (std::string name; lines >> name;) {
+    if (name == "MemAvailable:" && lines >> kilobytes) return kilobytes * kKilobyte;
+  }
+  return 0;
 }
 
 bool ErrorsAreShown() { return isatty(STDERR_FILENO) != 0; }

@@ -1,7 +1,8 @@
-// What the command line has of the terminal that it runs in. The build takes the file of the
-// operating system.
+// What the command line has of the terminal and the machine that it runs in. The build takes the
+// file of the operating system.
 #pragma once
 
+#include <cstdint>
 #include <functional>
 #include <string>
 #include <thread>
@@ -25,6 +26,9 @@ void Await(std::vector<std::jthread>& threads);
 /// ends, as it would have without this, and removes its temporary files where the system has time
 /// for that. Signals that are ignored stay so.
 void CatchInterrupts(bool (*ask)());
+
+/// Bytes of memory that programs could still take; 0 where the system does not say.
+uint64_t FreeMemory();
 
 /// Whether standard error is a terminal, on which a line can be written over.
 bool ErrorsAreShown();

@@ -1,6 +1,7 @@
 #include <fcntl.h>
 #include <io.h>
 
+#include <algorithm>
 #include <cstdio>
 
 #include "cli/terminal.h"
@@ -56,6 +57,13 @@ void Await(std::vector<std::jthread>& threads) {
 void CatchInterrupts(bool (*ask)()) {
   ask_to_stop = ask;
   ::SetConsoleCtrlHandler(Interrupt, TRUE);
+}
+
+uint64_t FreeMemory() {
+  MEMORYSTATUSEX status{};
+  status.dwLength = sizeof(status);
+  return ::GlobalMemoryStatusEx(&status) ? std::min(status.ullAvailPhys, status.ullAvailVirtual)
+                                         : 0;
 }
 
 bool ErrorsAreShown() {

@@ -84,6 +84,20 @@ expect 0 "Rows" "${run[@]}" Demo
 kept report.xlsX
 expect 0 "Rows" bash -c 'trap "" HUP; "$@" & sleep 0.1; kill -HUP $!; wait $!' bash "${run[@]}" Demo
 
+# Facts that memory is not to hold, and facts that can be read only once.
+expect 0 "stored cells" "${build[@]}" many --output many.cub
+mkdir temp
+on_disk=("${build[@]}" many --memory 16 --temp temp --output)
+(cd temp && interrupt KILL 137 "" "$vokcube" cube build --schema ../data/schema.xml --data ../many --output ledger.cub)
+compgen -G 'temp/.vokcube-*' > /dev/null || fail "a killed build left nothing to remove"
+expect 0 "stored cells" "${on_disk[@]}" spilled.cub
+cmp many.cub spilled.cub || fail "facts from the disk make another cube"
+expect 1 "File too large" bash -c 'ulimit -f 16 && exec "$@"' bash "${on_disk[@]}" ledger.cub
+kept ledger.cub
+if compgen -G 'temp/.vokcube-*' > /dev/null; then fail "left: $(echo temp/.vokcube-*)"; fi
+expect 0 "stored cells" "${build[@]}" data --output piped.cub --facts <(gzip < data/entries.csv)
+cmp ledger.cub piped.cub || fail "facts from a pipe make another cube"
+
 # Two runs at once leave the workbook of one of them.
 expect 0 "Rows" "${run[@]}" "Months 2024"
 cp report.xlsX months

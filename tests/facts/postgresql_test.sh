@@ -54,7 +54,7 @@ refused 'relation "nothing" does not exist. Tables there: The "Books".Entries, p
   's#<Table name="entries"/>#<Table name="nothing"/>#'
 refused 'table lines: there is no column "Code"' 's#column="code" caption#column="Code" caption#'
 sql "CREATE VIEW \"not a number\" AS SELECT *, CASE WHEN amount > 1e20 THEN 'NaN' ELSE amount END AS x FROM entries"
-refused '"NaN" in column "x" is no number' \
+refused '"NaN" in column "x" is not a number' \
   's#<Table name="entries"/>#<Table name="not a number"/>#; s#column="amount"#column="x"#'
 sql "CREATE VIEW \"no keys\" AS SELECT nullif(file_id, 2) AS file_id, ledger, file FROM files"
 refused 'row 2: the primary key, column "file_id", is empty' \

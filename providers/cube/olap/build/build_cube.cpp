@@ -36,6 +36,9 @@ NewCube CubeOf(const CubeSchema& schema) {
   return cube;
 }
 
+/// Facts are in memory twice while they are put together, and what is being read comes on top.
+constexpr uint64_t kShareOfRuns = 3;
+
 /// The time hierarchy with the most leaves that facts are not sorted by last.
 std::optional<uint32_t> TimeOf(const NewCube& cube, uint32_t inner) {
   std::optional<uint32_t> time;
@@ -63,8 +66,8 @@ void AddAggregates(const NewCube& cube, const LoadedFacts& loaded, uint64_t valu
 }
 
 void AddCube(const CubeSchema& schema, const Locale& locale, const TableSource& source,
-             const BuildRequest& request, unsigned threads, const Progress& progress,
-             CubeWriter& writer, BuildReport& report) {
+             const LoadOptions& options, const Progress& progress, CubeWriter& writer,
+             BuildReport& report) {
   std::vector<LoadedHierarchy> hierarchies;
   for (const DimensionSchema& dimension : schema.dimensions) {
     for (const HierarchySchema& hierarchy : dimension.hierarchies) {
@@ -79,8 +82,7 @@ void AddCube(const CubeSchema& schema, const Locale& locale, const TableSource& 
     }
     CheckFormulas(locale, schema, structure);
   }
-  const LoadedFacts loaded =
-      LoadFacts(source, schema, hierarchies, threads, request.leave_out_bad_rows, progress);
+  const LoadedFacts loaded = LoadFacts(source, schema, hierarchies, options, progress);
   NewCube cube = CubeOf(schema);
   cube.fact_count = loaded.fact_count;
   for (LoadedHierarchy& hierarchy : hierarchies) {
@@ -89,7 +91,7 @@ void AddCube(const CubeSchema& schema, const Locale& locale, const TableSource& 
   progress("writing " + schema.name, kWriting, 0);
   const uint64_t value_bytes = writer.Begin(cube, loaded.facts);
   progress("adding up " + schema.name, kAddingUp, 0);
-  AddAggregates(cube, loaded, value_bytes, threads, writer);
+  AddAggregates(cube, loaded, value_bytes, options.threads, writer);
   writer.End();
   report.cubes.push_back({schema.name, loaded.fact_count, loaded.facts.rows});
   report.bad_rows.insert(report.bad_rows.end(), loaded.bad_rows.begin(), loaded.bad_rows.end());
@@ -118,6 +120,11 @@ BuildReport BuildCubeFile(Files& files, const Locale& locale, const BuildRequest
   const auto source = OpenSource(files, request, csv);
   const unsigned threads = request.threads == 0 ? ProcessorCount() : request.threads;
   CubeWriter writer(files, request.output_path, threads);
+  LoadOptions options{threads, request.leave_out_bad_rows, request.memory / kShareOfRuns, {}};
+  options.open_scratch = [&] {
+    const std::string& folder = request.temporary_folder;
+    return files.Scratch(folder.empty() ? request.output_path : folder + "/facts");
+  };
   BuildReport report;
   for (const CubeSchema& cube : cubes) {
     const double before = static_cast<double>(report.cubes.size());
@@ -127,7 +134,7 @@ BuildReport BuildCubeFile(Files& files, const Locale& locale, const BuildRequest
       if (progress)
         progress({what, (before + share.begin) / count, (before + share.end) / count, done});
     };
-    AddCube(cube, locale, *source, request, threads, of_cube, writer, report);
+    AddCube(cube, locale, *source, options, of_cube, writer, report);
   }
   source->CheckUnchanged();
   report.remarks = source->Remarks();

@@ -50,7 +50,11 @@ struct BuildRequest {
   std::string facts_name = {};
   bool leave_out_bad_rows = false;
   OpenTableServer open_server = {};  ///< for the address of one
-  const QueryStop* stop = nullptr;   ///< ends the build; outlives it
+  /// Bytes that facts may take in memory, about; beyond that they are sorted on the disk. 0: no
+  /// limit.
+  uint64_t memory = 0;
+  std::string temporary_folder = {};  ///< where; "": that of the output
+  const QueryStop* stop = nullptr;    ///< ends the build; outlives it
 };
 
 /// Writes all cubes of the schema into one file, whole or not at all. `progress` (may be empty) is

@@ -8,6 +8,7 @@
 #include "platform/in_order.h"
 #include "providers/cube/olap/build/fact_merger.h"
 #include "providers/cube/olap/build/fact_run.h"
+#include "providers/cube/olap/build/spilled_runs.h"
 
 namespace vok::olap {
 namespace {
@@ -19,15 +20,16 @@ template <typename Key>
 class Loader {
  public:
   Loader(const TableSource& source, const CubeSchema& cube,
-         const std::vector<LoadedHierarchy>& hierarchies, const FactPlan& plan, unsigned threads,
-         bool leave_out_bad_rows, const Progress& progress)
+         const std::vector<LoadedHierarchy>& hierarchies, const FactPlan& plan,
+         const LoadOptions& options, const Progress& progress)
       : source_(source),
         cube_(cube),
         hierarchies_(hierarchies),
         plan_(plan),
-        threads_(threads),
-        most_bad_rows_(leave_out_bad_rows ? kMostBadRows : kToldBadRows),
-        leave_out_(leave_out_bad_rows),
+        options_(options),
+        threads_(options.threads),
+        most_bad_rows_(options.leave_out_bad_rows ? kMostBadRows : kToldBadRows),
+        leave_out_(options.leave_out_bad_rows),
         progress_(progress),
         different_(plan.values.size()),
         different_count_(plan.values.size()) {}
@@ -36,10 +38,8 @@ class Loader {
     ReadRuns();
     if (!leave_out_ && !bad_rows_.empty()) throw BadRows(std::move(bad_rows_));
     progress_("sorting the facts of " + cube_.name, kSorting, 0);
-    const auto formats = Formats();
-    const auto ranges =
-        std::make_shared<const Ranges>(MergeRuns(plan_, std::move(runs_), formats, threads_));
-    return {fact_count_, FactsOf(ranges, formats), std::move(bad_rows_)};
+    return {fact_count_, spilled_ == nullptr ? FactsInMemory() : FactsOnDisk(),
+            std::move(bad_rows_)};
   }
 
  private:
@@ -79,7 +79,18 @@ class Loader {
         RenumberDifferent(index, run.values[index]);
       }
     }
+    in_memory_ += run.keys.capacity() * sizeof(Key);
+    for (const ValueReader& value : run.values) in_memory_ += value.column().Bytes();
     runs_.push_back(std::move(run));
+    if (options_.memory > 0 && in_memory_ > options_.memory) Spill();
+  }
+
+  void Spill() {
+    if (spilled_ == nullptr) {
+      spilled_ = std::make_unique<SpilledRuns<Key>>(plan_, options_.open_scratch(), threads_);
+    }
+    spilled_->Add(std::exchange(runs_, {}));
+    in_memory_ = 0;
   }
 
   /// Each run numbers the different texts for itself.
@@ -100,6 +111,67 @@ class Loader {
       formats.push_back(MakeAlike(columns, threads_));
     }
     return formats;
+  }
+
+  NewFacts FactsInMemory() {
+    const auto formats = Formats();
+    const auto ranges = std::make_shared<Ranges>();
+    uint64_t rows = 0;
+    MergeRuns<Key>(plan_, RunsInMemory<Key>(std::move(runs_)), CanJoin(plan_, formats), threads_,
+                   [&](FactRange<Key> range) {
+                     range.first_row = rows;
+                     rows += range.keys.size();
+                     ranges->push_back(std::move(range));
+                   });
+    return FactsOf(ranges, formats);
+  }
+
+  /// The columns of the spool are those that are read of it: leaves, then numbers and validity.
+  NewFacts FactsOnDisk() {
+    Spill();
+    const auto formats = spilled_->Formats();
+    const auto file = std::make_shared<SpoolFile>();
+    file->file = options_.open_scratch();
+    const auto spool =
+        std::make_shared<ColumnSpool>(file, plan_.keys.size() + 2 * plan_.values.size());
+    MergeRuns<Key>(plan_, *spilled_, CanJoin(plan_, formats), threads_,
+                   [&](const FactRange<Key>& range) { spool->Append(ColumnsOf(range)); });
+    spool->Finish();
+    spilled_.reset();
+    NewFacts facts;
+    facts.rows = spool->rows();
+    facts.value_of_measure = plan_.value_of_measure;
+    std::size_t next = 0;
+    const auto column = [&] {
+      return [spool, place = next++](uint64_t first, std::span<int64_t> out) {
+        spool->Read(place, first, out);
+      };
+    };
+    for (const FactPlan::KeyPart& part : plan_.keys) {
+      facts.keys.push_back({part.hierarchy, column()});
+    }
+    for (const ValueFormat& format : formats) {
+      const auto numbers = column();
+      facts.values.push_back({format, numbers, column()});
+    }
+    return facts;
+  }
+
+  std::vector<std::vector<int64_t>> ColumnsOf(const FactRange<Key>& range) const {
+    std::vector<std::vector<int64_t>> columns;
+    for (const FactPlan::KeyPart& part : plan_.keys) {
+      const Key mask = (Key{1} << part.bits) - 1;
+      auto& leaves = columns.emplace_back();
+      leaves.reserve(range.keys.size());
+      for (const Key key : range.keys) {
+        leaves.push_back(static_cast<int64_t>(key >> part.shift & mask));
+      }
+    }
+    for (const ValueColumn& value : range.values) {
+      value.Copy(0, columns.emplace_back(value.size()));
+      value.CopyValidity(0, columns.emplace_back(value.size()));
+    }
+    return columns;
   }
 
   NewFacts FactsOf(const std::shared_ptr<const Ranges>& ranges,
@@ -154,6 +226,7 @@ class Loader {
   const CubeSchema& cube_;
   const std::vector<LoadedHierarchy>& hierarchies_;
   const FactPlan& plan_;
+  const LoadOptions& options_;
   unsigned threads_;
   std::size_t most_bad_rows_;
   bool leave_out_;
@@ -161,6 +234,8 @@ class Loader {
   const Progress& progress_;
   uint64_t fact_count_ = 0;
   std::vector<FactRun<Key>> runs_;
+  uint64_t in_memory_ = 0;  // bytes of them
+  std::unique_ptr<SpilledRuns<Key>> spilled_;
   std::vector<KeyMap> different_;  // of each value that is a count of different ones
   std::vector<uint32_t> different_count_;
 };
@@ -171,8 +246,8 @@ BadRows::BadRows(std::vector<std::string> bad_rows)
     : Failure(failure_number::kUnspecified, bad_rows.front()), rows_(std::move(bad_rows)) {}
 
 LoadedFacts LoadFacts(const TableSource& source, const CubeSchema& cube,
-                      const std::vector<LoadedHierarchy>& hierarchies, unsigned threads,
-                      bool leave_out_bad_rows, const Progress& progress) {
+                      const std::vector<LoadedHierarchy>& hierarchies, const LoadOptions& options,
+                      const Progress& progress) {
   constexpr uint32_t kWidest = 127;
   const FactPlan plan = PlanFacts(cube, hierarchies);
   if (plan.key_bits > kWidest) {
@@ -182,11 +257,9 @@ LoadedFacts LoadFacts(const TableSource& source, const CubeSchema& cube,
             " bits a key, at most " + std::to_string(kWidest) + " are possible");
   }
   if (plan.key_bits < 64) {
-    return Loader<NarrowKey>(source, cube, hierarchies, plan, threads, leave_out_bad_rows, progress)
-        .Load();
+    return Loader<NarrowKey>(source, cube, hierarchies, plan, options, progress).Load();
   }
-  return Loader<WideKey>(source, cube, hierarchies, plan, threads, leave_out_bad_rows, progress)
-      .Load();
+  return Loader<WideKey>(source, cube, hierarchies, plan, options, progress).Load();
 }
 
 }  // namespace vok::olap

@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -39,11 +40,19 @@ class BadRows : public Failure {
   std::vector<std::string> rows_;
 };
 
-/// Parts of the table are read and sorted on `threads` threads, then put together by ranges of
-/// their keys. `progress` is told on the caller's. Failure `BadRows` for rows that cannot be read,
-/// or for more than a million of them when they are to be left out.
+struct LoadOptions {
+  unsigned threads = 1;
+  bool leave_out_bad_rows = false;
+  uint64_t memory = 0;  ///< bytes that facts may take before they go to the disk; 0: no limit
+  std::function<std::unique_ptr<ScratchFile>()> open_scratch = {};  ///< where they go then
+};
+
+/// Parts of the table are read and sorted on several threads, then put together by ranges of their
+/// keys; what comes out does not depend on where they were meanwhile. `progress` is told on the
+/// caller's thread. Failure `BadRows` for rows that cannot be read, or for more than a million of
+/// them when they are to be left out.
 LoadedFacts LoadFacts(const TableSource& source, const CubeSchema& cube,
-                      const std::vector<LoadedHierarchy>& hierarchies, unsigned threads,
-                      bool leave_out_bad_rows, const Progress& progress);
+                      const std::vector<LoadedHierarchy>& hierarchies, const LoadOptions& options,
+                      const Progress& progress);
 
 }  // namespace vok::olap

@@ -54,6 +54,14 @@ void IntegerColumn::Reorder(std::span<const uint32_t> order) {
   }
 }
 
+ValueColumn::ValueColumn(NumberKind kind, uint8_t scale, std::span<const int64_t> values,
+                         std::span<const int64_t> valid)
+    : kind_(kind), scale_(scale) {
+  values_.Reserve(values.size());
+  for (const int64_t value : values) values_.Add(value);
+  for (const int64_t is_valid : valid) nulls_.push_back(is_valid == 0);
+}
+
 void ValueColumn::AddNull() {
   if (nulls_.empty()) nulls_.resize(values_.size());
   nulls_.push_back(true);
@@ -143,6 +151,16 @@ Int128 ValueColumn::Magnitude() const {
     total += value < 0 ? -value : value;
   }
   return total;
+}
+
+uint64_t ValueColumn::Largest() const {
+  uint64_t largest = 0;
+  for (std::size_t row = 0; row < values_.size(); ++row) {
+    const int64_t value = values_.At(row);
+    const auto size = static_cast<uint64_t>(value);
+    largest = std::max(largest, value < 0 ? 0 - size : size);
+  }
+  return largest;
 }
 
 void ValueColumn::CopyValidity(std::size_t first, std::span<int64_t> valid) const {

@@ -18,6 +18,9 @@ class IntegerColumn {
  public:
   void Reserve(std::size_t rows) { narrow_.reserve(rows); }
   std::size_t size() const { return is_wide_ ? wide_.size() : narrow_.size(); }
+  std::size_t Bytes() const {
+    return narrow_.capacity() * sizeof(int32_t) + wide_.capacity() * sizeof(int64_t);
+  }
   int64_t At(std::size_t row) const { return is_wide_ ? wide_[row] : narrow_[row]; }
   void Copy(std::size_t first, std::span<int64_t> values) const;
 
@@ -53,6 +56,11 @@ class IntegerColumn {
 /// Decimal values as integers of one scale, or doubles as their bits, with NULLs among them.
 class ValueColumn {
  public:
+  ValueColumn() = default;
+  /// `valid`: 1 or 0 for each; empty for a column without NULLs.
+  ValueColumn(NumberKind kind, uint8_t scale, std::span<const int64_t> values,
+              std::span<const int64_t> valid);
+
   void Reserve(std::size_t rows) { values_.Reserve(rows); }
   void Add(int64_t value) {
     values_.Add(value);
@@ -75,8 +83,11 @@ class ValueColumn {
   uint8_t scale() const { return scale_; }
   bool HasNulls() const { return !nulls_.empty(); }
   std::size_t size() const { return values_.size(); }
-  /// What the values without their signs add up to.
+  /// What the values without their signs add up to, and the largest of them.
   Int128 Magnitude() const;
+  uint64_t Largest() const;
+  /// Of memory.
+  std::size_t Bytes() const { return values_.Bytes() + nulls_.capacity() / 8; }
 
   void Copy(std::size_t first, std::span<int64_t> values) const { values_.Copy(first, values); }
   /// 1 or 0.

@@ -226,24 +226,47 @@ std::string RowsOfManyParts() {
   return rows;
 }
 
-TEST(CsvTable, GivesTheSameCubeHoweverManyThreadsReadIt) {
+/// Its facts have equal keys that can be put together, of more than 64 bits.
+std::string SchemaOfWideKeys() {
+  std::string schema = kSchema;
+  const std::size_t begin = schema.find("<Dimension");
+  const std::string dimension = schema.substr(begin, schema.find("<Measure") - begin);
+  for (int i = 0; i < 7; ++i) {
+    std::string other = dimension;
+    other.insert(other.find("D\"") + 1, std::to_string(i));
+    schema.insert(begin, other);
+  }
+  return schema;
+}
+
+TEST(CsvTable, GivesTheSameCubeInAnyThreadsAndMemory) {
   std::string schema = kSchema;
   schema.insert(schema.find("</Cube>"), R"(<Measure name="W" column="w" aggregator="sum"/>
     <Measure name="T" column="t" aggregator="distinct-count"/>
     <Measure name="N" column="w" aggregator="count"/>)");
   const test::TemporaryFolder folder;
-  std::ofstream(folder.File("schema.xml")) << schema;
-  std::ofstream(folder.File("d.csv")) << "id,name\n3,c\n1,a\n2,b\n";
+  std::string names = "id,name\n3,c\n1,a\n2,b\n";
+  for (int id = 4; id < 300; ++id) names += std::to_string(id) + ",x" + std::to_string(id) + "\n";
+  std::ofstream(folder.File("d.csv")) << names;
   std::ofstream(folder.File("fact.csv"), std::ios::binary) << RowsOfManyParts();
   test::NativeFiles files;
-  std::vector<std::string> cubes;
-  for (const unsigned threads : {1U, 3U}) {
-    const BuildRequest request{
-        folder.File("schema.xml"), folder.path(), folder.File("out.cub"), {}, threads};
-    BuildCubeFile(files, test::NativeLocale("en_US"), request, {});
-    cubes.push_back(ReadWholeFile(files, request.output_path));
+  const struct {
+    unsigned threads;
+    uint64_t memory;
+  } ways[] = {{1, 0}, {3, 0}, {2, 1000}};
+  for (const std::string& each : {SchemaOfWideKeys(), schema}) {
+    std::ofstream(folder.File("schema.xml")) << each;
+    std::vector<std::string> cubes;
+    for (const auto& [threads, memory] : ways) {
+      BuildRequest request{
+          folder.File("schema.xml"), folder.path(), folder.File("out.cub"), {}, threads};
+      request.memory = memory;
+      const auto report = BuildCubeFile(files, test::NativeLocale("en_US"), request, {});
+      EXPECT_EQ(report.cubes[0].stored_cells, each == schema ? 300'000U : 3U);
+      cubes.push_back(ReadWholeFile(files, request.output_path));
+      EXPECT_TRUE(cubes.back() == cubes.front()) << threads << " threads, " << memory << " bytes";
+    }
   }
-  EXPECT_TRUE(cubes[0] == cubes[1]);
   const auto file = CubeFile::Open(files, folder.File("out.cub"));
   const auto sums = file->cubes().at(0).facts->Read({{0, 1, 2, 3}, {}, {}});
   const double expected[] = {530'000, 1e40, 9, 260'001};
