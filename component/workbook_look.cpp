@@ -5,6 +5,7 @@
 
 #include "component/result_grid.h"
 #include "platform/locale.h"
+#include "platform/text.h"
 
 namespace vok {
 namespace {
@@ -74,7 +75,7 @@ bool IsFromRight(const Host& host, Publics& publics) {
 
 std::string SheetFormat(const std::string& measure_format, const std::string& otherwise,
                         const std::string& negative) {
-  const std::string format = KnownFormat(measure_format, otherwise);
+  std::string format = KnownFormat(measure_format, otherwise);
   const std::size_t digits = negative.find('1');
   const std::string before = negative.substr(0, digits), after = negative.substr(digits + 1);
   const bool is_shown = (before + after).find_first_not_of("-() ") == std::string::npos;
