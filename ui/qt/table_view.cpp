@@ -46,7 +46,7 @@ class Rows : public QAbstractTableModel {
   QVariant headerData(int section, Qt::Orientation orientation, int role) const override {
     const bool of_row = orientation == Qt::Vertical;
     const std::size_t column = of_row ? 0 : static_cast<std::size_t>(section) + 1;
-    if (role == Qt::TextAlignmentRole) return AlignmentOf(column);
+    if (role == Qt::TextAlignmentRole && !of_row) return AlignmentOf(column);
     if (role != Qt::DisplayRole && role != Qt::ToolTipRole) return {};
     return of_row ? TextAt(section, 0) : QVariant(Text(headers_[column].Text));
   }
@@ -134,6 +134,8 @@ class TableView : public ControlView {
     captions.setMaximumWidth(TextWidth(control, table) / 2);
     captions.setTextElideMode(Qt::ElideRight);
     captions.setHighlightSections(false);
+    captions.setDefaultAlignment(Qt::AlignVCenter | Qt::AlignAbsolute |
+                                 (table.isRightToLeft() ? Qt::AlignRight : Qt::AlignLeft));
     table.horizontalHeader()->setHighlightSections(false);
     PutTitleInCorner();
     const int rows = control.Height * table.verticalHeader()->defaultSectionSize();
