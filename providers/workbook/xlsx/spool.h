@@ -37,7 +37,7 @@ class Spool {
   }
 
  private:
-  static constexpr std::size_t kMostHeld = std::size_t{4} << 20;
+  static constexpr std::size_t kMostHeld = std::size_t{1} << 20;
   static constexpr std::size_t kPiece = std::size_t{1} << 20;
 
   Files& files_;

@@ -271,7 +271,7 @@ TEST_F(SpreadsheetTest, ADiskThatGivesUpLeavesNoWorkbook) {
     EXPECT_TRUE(files_.files.empty()) << failing.fail_at;
   };
   failing.fail_at = 2;  // what memory does not hold is put aside
-  expect_none(RandomTexts(180, kMaxTextUnits));
+  expect_none(RandomTexts(50, kMaxTextUnits));
   failing.fail_at = 0;
   const CellBlock few = RandomTexts(40, 10'000);
   write(few);
