@@ -4,6 +4,11 @@
 #include <cmath>
 
 namespace vok::cli {
+namespace {
+
+constexpr double kLeastMeasured = 1;  // second, from which on a speed says something
+
+}  // namespace
 
 void Estimate::Tell(double begin, double end, double done, double now) {
   At(now);
@@ -30,7 +35,6 @@ double Estimate::At(double now) {
 }
 
 std::optional<double> Estimate::SecondsLeft(double now) const {
-  constexpr double kLeastMeasured = 1;
   if (told_ < kLeastMeasured || known_ <= 0) return {};
   return SecondsUntil(1, now);
 }
@@ -45,7 +49,8 @@ double Estimate::SecondsUntil(double end, double now) const {
   constexpr double kUnknown = 10;
   const double expected = Speed() > 0 ? (end - known_) / Speed() : 0;
   const double waited = now - told_;
-  return std::max(expected - waited, (IsTelling() ? 0 : kUnknown) + waited);
+  const bool is_measured = IsTelling() || told_ >= kLeastMeasured;
+  return std::max(expected - waited, (is_measured ? 0 : kUnknown) + waited);
 }
 
 std::string TimeText(double seconds) {

@@ -130,8 +130,7 @@ class Tally {
   void Tell() {
     const auto all = static_cast<double>(std::max<std::size_t>(count_, 1));
     const auto over = static_cast<double>(over_);
-    line_.Show(std::to_string(over_) + " of " + std::to_string(count_) + " runs", over / all,
-               (over + 1) / all, 0);
+    line_.Show(std::to_string(over_) + " of " + std::to_string(count_) + " runs", 0, 1, over / all);
   }
 
   std::size_t count_;

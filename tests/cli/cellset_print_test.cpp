@@ -136,6 +136,9 @@ TEST(Estimates, GoOnForAsLongAsTheStepLastsAndStayWithinIt) {
     }
     start += step.seconds;
   }
+  Estimate half;
+  half.Tell(0.5, 1, 0, 4);
+  EXPECT_NEAR(half.SecondsLeft(5).value_or(0), 3, 1e-9);
   EXPECT_EQ(TimeText(59.2), "1 min 0 s");
   EXPECT_EQ(TimeText(3.1), "4 s");
 }
