@@ -53,4 +53,15 @@ for book in pair*.xlsX; do
   diff "$name.csv" "office-csv/$name.csv" || fail "$book as LibreOffice reads it"
 done
 ((number > 0)) || fail "no settings to run"
+
+# The windows' language says from which side a sheet is read, the country on which paper it is printed.
+IFS=$'\t' read -r source periods < <("$recompute" data)
+printf '[Qel]\r\nQelUILanguage=1\r\n' > settings/Qel.ini
+for country in en_US.UTF-8:1 he_IL.UTF-8:9; do
+  expect 0 "" env "LC_ALL=${country%:*}" "$vokcube" run --settings-folder settings --data-source "$source" \
+    --periods "$periods" --output hebrew
+  python3 -m zipfile -e hebrew.xlsX parts
+  grep -q "rightToLeft=\"1\".*paperSize=\"${country#*:}\"" parts/xl/worksheets/sheet1.xml || fail "$country"
+done
+grep -q "<dc:title>$source, $periods</dc:title>.*>1999-12-31T23:59:59Z<" parts/docProps/core.xml || fail "properties"
 finish
