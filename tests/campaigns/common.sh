@@ -25,6 +25,7 @@ commands=(
   'run-two-passes|file two.xlsX|run --data-source Domestic --periods Demo --output two'
   'run-one-pass|file one.xlsX|run --data-source Domestic --periods "Months 2024" --output one'
   'run-first|file first.xlsX|run --data-source Domestic --periods Demo --output first'
+  'jobs|file two.xlsX|run --jobs jobs.json --quiet'
   'cube-build|file built.cub|cube build --schema new/schema.xml --data new --output built.cub'
   'cube-first|file first.cub|cube build --schema new/schema.xml --data new --output first.cub'
   'import|settings settings|settings import new.json'
@@ -37,6 +38,7 @@ commands=(
   'sets|output -|sets Periods --json'
   'info|output -|info --json'
   'cube-info|output -|cube info ledger.cub --json'
+  'cube-check|output -|cube check ledger.cub'
   'measures|output -|cube measures ledger.cub --all'
   'members|output -|cube members ledger.cub --kind obs'
   'mdx|output -|mdx ledger.cub --format csv "SELECT {[Measures].[Amount]} ON COLUMNS, [QeL].[Line].MEMBERS ON ROWS FROM [LedgerQEL]"'
@@ -117,6 +119,9 @@ make_start() {
   "$vokcube" language build own.csv Lang.rs
   cp "$root/languages/texts.csv" .
   echo "old" > own.csv
+  for output in one two; do
+    echo "{\"dataSource\": \"Domestic\", \"periods\": \"Demo\", \"output\": \"$output\"}"
+  done | paste -sd, | sed 's/.*/[&]/' > jobs.json
   echo "{}" > export.json
   local output
   for output in one two; do
