@@ -13,6 +13,7 @@
 #include "platform/http.h"
 #include "platform/locale.h"
 #include "platform/registry.h"
+#include "platform/table_server.h"
 #include "providers/database/sqlite/sqlite_database.h"
 
 namespace vok {

@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "component/workbook_writer.h"
+#include "cube/requirements.h"
 #include "env/environment.h"
 #include "platform/failure.h"
 #include "settings/set_lists.h"
