@@ -128,7 +128,7 @@ std::string WhyNoLogin(const ServerSettings& settings, const Parameters& paramet
     if (host.find(':') != std::string::npos) host = "[" + host + "]";
     for (const std::string& port : Parts(ports)) {
       const std::string way = host + (port.empty() ? "" : ":" + port);
-      const std::string why = server::WhyNoLogin(settings, "postgresql://" + way);
+      std::string why = server::WhyNoLogin(settings, "postgresql://" + way);
       if (!why.empty()) return why;
     }
   }

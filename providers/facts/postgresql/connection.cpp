@@ -27,7 +27,9 @@ std::string Words(const char* text) {
 /// Message, detail and hint of the server; the library's own words where it said nothing.
 std::string WordsOf(const PGresult* result) {
   std::string words;
-  for (const int field : {PG_DIAG_MESSAGE_PRIMARY, PG_DIAG_MESSAGE_DETAIL, PG_DIAG_MESSAGE_HINT}) {
+  constexpr std::array<unsigned char, 3> kFields = {PG_DIAG_MESSAGE_PRIMARY, PG_DIAG_MESSAGE_DETAIL,
+                                                    PG_DIAG_MESSAGE_HINT};
+  for (const unsigned char field : kFields) {
     const char* text = PQresultErrorField(result, field);
     if (text != nullptr) words += (words.empty() ? "" : ". ") + Words(text);
   }
@@ -126,10 +128,9 @@ Connection::Result Connection::NextResult() {
     return result;
   }
   if (PQstatus(handle_.get()) == CONNECTION_BAD) throw Broken();
-  const Refusal refused = Refused(result.get());
   while (Result(PQgetResult(handle_.get()), PQclear)) {
   }
-  throw refused;
+  throw Refused(result.get());
 }
 
 void Connection::WaitForBytes() {

@@ -108,6 +108,7 @@ class ServerTables : public TableSource {
     const std::string place = server_->address() + ", table " + ShownName(table);
     const auto there = server_->Columns(table);
     std::vector<std::string> names;
+    names.reserve(there.size());
     for (const ServerColumn& column : there) names.push_back(column.name);
     for (const std::size_t at : PlacesOf(columns, names, place)) Remark(there[at], place);
     return std::make_unique<ServerParts>(server_->Read(table, columns), place, columns.size());
