@@ -63,10 +63,10 @@ class ButtonWidget : public Widget {
   }
   void Created() override {
     if (!control_.Destructive) return;
-    SHSTOCKICONINFO deletion{};
-    deletion.cbSize = sizeof deletion;
-    if (FAILED(::SHGetStockIconInfo(SIID_DELETE, SHGSI_ICON | SHGSI_SMALLICON, &deletion))) return;
-    picture_ = deletion.hIcon;
+    SHSTOCKICONINFO bin{};
+    bin.cbSize = sizeof bin;
+    if (FAILED(::SHGetStockIconInfo(SIID_RECYCLER, SHGSI_ICON | SHGSI_SMALLICON, &bin))) return;
+    picture_ = bin.hIcon;
     Send(BM_SETIMAGE, IMAGE_ICON, reinterpret_cast<LPARAM>(picture_));
   }
 

@@ -21,7 +21,7 @@ using std::min;
 namespace vok::test {
 namespace {
 
-constexpr int kMostLooks = 1500;
+constexpr int kMostLooks = 3000;
 constexpr DWORD kBetweenLooks = 20;  // milliseconds
 constexpr DWORD kHandAtRest = 100;   // a click in the midst of a move may miss
 constexpr DWORD kDrawn = 800;
@@ -245,7 +245,9 @@ std::string Misfits() {
 }
 
 void Shoot(const std::string& file) {
-  ::Sleep(kDrawn);
+  ::RedrawWindow(::GetForegroundWindow(), nullptr, nullptr,
+                 RDW_INVALIDATE | RDW_ERASE | RDW_FRAME | RDW_ALLCHILDREN | RDW_UPDATENOW);
+  ::Sleep(kDrawn);  // the screen follows
   RECT place{};
   ::GetWindowRect(::GetForegroundWindow(), &place);
   const int width = place.right - place.left, height = place.bottom - place.top;
