@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <bit>
 #include <cstring>
+#include <optional>
 #include <span>
 #include <utility>
 
@@ -12,7 +13,8 @@ namespace {
 constexpr std::size_t kShortest = 3;
 constexpr std::size_t kLongest = 258;
 constexpr std::size_t kFarthest = 32'768;
-constexpr std::size_t kHashed = 4;  // bytes that a text is looked for by
+constexpr std::size_t kHashed = 4;       // bytes that a text is looked for by
+constexpr std::size_t kLongEnough = 32;  // not to look whether a longer one begins next
 constexpr uint32_t kIsMatch = 0x80000000;
 constexpr unsigned kLengthShift = 16;
 constexpr unsigned kLengthMask = 0xFF;
@@ -247,20 +249,28 @@ void DeflateBlock::AddText(std::string_view bytes) {
   Search(at + Extend(at, std::min(bytes.size(), kHashed)));
 }
 
+DeflateBlock::Found DeflateBlock::Find(std::size_t at) {
+  const std::size_t earlier = Remember(at);
+  const bool near = earlier != 0 && at + 1 - earlier <= kFarthest;
+  return near ? Found{earlier - 1, Common(earlier - 1, at, kLongest)} : Found{};
+}
+
 void DeflateBlock::Search(std::size_t at) {
   const std::size_t end = bytes_.size();
+  std::optional<Found> next;  // what stands at `at`, when it was looked for
   while (at + kHashed <= end) {
-    const std::size_t earlier = Remember(at);
-    const bool near = earlier != 0 && at + 1 - earlier <= kFarthest;
-    const std::size_t size = near ? Common(earlier - 1, at, kLongest) : 0;
-    if (size < kHashed) {
+    const Found found = next ? *next : Find(at);
+    next.reset();
+    if (found.size < kLongEnough && at + 1 + kHashed <= end) next = Find(at + 1);
+    if (found.size < kHashed || (next && next->size > found.size)) {
       Literal(bytes_.data()[at++]);
       continue;
     }
-    MatchFrom(earlier - 1, at, size);
-    for (const std::size_t past = at + size; ++at < past;) {
+    MatchFrom(found.earlier, at, found.size);
+    for (const std::size_t past = at + found.size; ++at < past;) {
       if (at + kHashed <= end) Remember(at);
     }
+    next.reset();
   }
   Literals(bytes_.View().substr(at));
 }

@@ -56,6 +56,12 @@ class DeflateBlock {
   void Match(std::size_t length, std::size_t distance);
   /// The bytes at `at` stood at `earlier` too, and perhaps some before them that are literals now.
   void MatchFrom(std::size_t earlier, std::size_t at, std::size_t size);
+  struct Found {
+    std::size_t earlier = 0;
+    std::size_t size = 0;  ///< how much of it is the same
+  };
+  /// What stands at `at`, where it stood last; remembers the place.
+  Found Find(std::size_t at);
   /// Looks for what stands from `at` on among the earlier bytes.
   void Search(std::size_t at);
   /// Lets the match before `at` go on as far as the bytes do; how far, when it is `least` or more.
