@@ -27,6 +27,7 @@ fi
 printf 'Windows Registry Editor Version 5.00\n\n[HKEY_CURRENT_USER\\Software\\Vok\\Varnel 17]\n"MDBPath"="%s"\n' \
   "$work/settings" > registry.reg
 export VOKCUBE_REGISTRY=$work/registry.reg
+export SOURCE_DATE_EPOCH=946684799  # workbooks of the same run are the same bytes
 data=$source/examples/ledger
 "$build/bin/vokcube" cube build --schema "$data/schema.xml" --data "$data" --output ledger.cub > /dev/null
 "$build/bin/vokcube" settings import "$data/settings.json" > /dev/null
