@@ -378,13 +378,14 @@ TEST_F(SpreadsheetTest, MisuseIsAFailureThatSaysWhat) {
 }  // namespace
 }  // namespace vok::xlsx
 
+// Not inlined: the compiler would take malloc and delete for a pair that does not fit.
 // NOLINTBEGIN(cppcoreguidelines-no-malloc)
-void* operator new(std::size_t size) {
+[[gnu::noinline]] void* operator new(std::size_t size) {
   auto& left = vok::xlsx::allocations_left;
   void* memory = left > 0 && --left == 0 ? nullptr : std::malloc(size);
   if (memory == nullptr) throw std::bad_alloc();
   return memory;
 }
-void operator delete(void* memory) noexcept { std::free(memory); }
-void operator delete(void* memory, std::size_t) noexcept { std::free(memory); }
+[[gnu::noinline]] void operator delete(void* memory) noexcept { std::free(memory); }
+[[gnu::noinline]] void operator delete(void* memory, std::size_t) noexcept { std::free(memory); }
 // NOLINTEND(cppcoreguidelines-no-malloc)
