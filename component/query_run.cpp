@@ -48,7 +48,8 @@ class QueryRun {
     publics_.cube.CubeMeasures.assign(1, Value());
     if (!Load(data_source, periods)) return failure_number::kSettingsUnreadable;
     if (const int32_t code = PrepareCube(); code != kDone) return code;
-    output_.workbook->SetLook(RunLook(host_, publics_, data_source + ", " + periods));
+    const auto& [source, set] = publics_.settings;
+    output_.workbook->SetLook(RunLook(host_, publics_, source.SetName + ", " + set.SetName));
     RunPasses();
     if (!publics_.last_run.workbook.empty()) FinishWorkbook();
     connection_->Close();

@@ -92,7 +92,7 @@ std::vector<ValueFormat> SpilledRuns<Key>::Formats() {
       if (!Fits(values.largest, places)) format.kind = NumberKind::kDouble;
       Int128 magnitude = values.magnitude;
       for (int place = 0; place < places && format.kind == NumberKind::kDecimal; ++place) {
-        magnitude *= 10;
+        magnitude = (magnitude << 3) + (magnitude << 1);  // ten times
       }
       total += magnitude;
     }
@@ -142,8 +142,11 @@ std::vector<Key> SpilledRuns<Key>::KeysOf(const Run& run, uint64_t first, uint64
   for (std::size_t word = kKeyColumns<Key>; word-- > 0;) {
     run.rows.Read(word, first, words);
     for (std::size_t row = 0; row < keys.size(); ++row) {
-      keys[row] =
-          keys[row] << (kWordBits - 1) << 1 | static_cast<Key>(static_cast<uint64_t>(words[row]));
+      const auto bits = static_cast<uint64_t>(words[row]);
+      for (const auto half : {static_cast<uint32_t>(bits >> 32), static_cast<uint32_t>(bits)}) {
+        keys[row] = keys[row] << 32;
+        keys[row] |= static_cast<Key>(int64_t{half});
+      }
     }
   }
   return keys;
