@@ -105,8 +105,9 @@ class Server : public TableServer {
         answer);
     const std::string text(answer.beginning());
     if (head.status != 200) {
+      const bool is_absent = head.status == kNotFound || text.starts_with(kNoTable);
+      if (!is_absent) throw FailureOf(head, text);
       const Failure failure = FailureOf(head, text);
-      if (head.status != kNotFound && !text.starts_with(kNoTable)) throw failure;
       throw Failure(failure.number(), failure.description() + ". Tables there: " + Tables(table));
     }
     const auto lines = Parts(text, '\n');

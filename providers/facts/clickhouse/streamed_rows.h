@@ -52,7 +52,7 @@ class StreamedRows : public ServerRows, private HttpBody {
 
   // Of the thread that reads ahead.
   std::string rest_;   // begins with the last whole row that came
-  std::string words_;  // of an answer that is no rows
+  std::string words_;  // of an answer without rows
 
   std::mutex mutex_;  // of what follows
   std::condition_variable changed_;

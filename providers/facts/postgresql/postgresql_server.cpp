@@ -20,7 +20,7 @@ std::string NameOf(const TableName& table) {
   return (table.schema.empty() ? "" : Between('"', table.schema) + ".") + Between('"', table.name);
 }
 
-/// A text for the server, whatever it takes a backslash for.
+/// A text for the server, with each backslash meant as it stands.
 std::string Literal(const std::string& text) {
   std::string escaped;
   for (const char letter : text) escaped += letter == '\\' ? "\\\\" : std::string(1, letter);

@@ -1,4 +1,4 @@
-// The bytes of a CSV file as UTF-8 text, whatever it is packed and written in.
+// The bytes of a CSV file as UTF-8 text, unpacked, by the byte order mark that it begins with.
 #pragma once
 
 #include <memory>

@@ -52,6 +52,7 @@ void SpilledRuns<Key>::Add(std::vector<FactRun<Key>> runs) {
   Run run{ColumnSpool(file_, kKeyColumns<Key> + 2 * plan_.values.size()), {}, {}};
   for (std::size_t index = 0; index < plan_.values.size(); ++index) {
     std::vector<ValueColumn*> columns;
+    columns.reserve(runs.size());
     for (FactRun<Key>& each : runs) columns.push_back(&each.values[index].column());
     run.values.push_back({MakeAlike(columns, threads_)});
   }
