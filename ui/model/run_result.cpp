@@ -3,10 +3,13 @@
 #include <algorithm>
 #include <cmath>
 #include <map>
+#include <string_view>
 #include <utility>
 
 #include "component/result_grid.h"
 #include "component/workbook_look.h"
+#include "component/workbook_writer.h"
+#include "platform/utf8.h"
 #include "platform/whole_path.h"
 #include "texts/language.h"
 #include "texts/text_numbers.h"
@@ -69,15 +72,25 @@ std::string TextAt(const std::vector<Value>& row, std::size_t column) {
   return column <= row.size() && !row[column - 1].IsEmpty() ? row[column - 1].ToText() : "";
 }
 
-/// What the row is called in the language of the windows, else in the cube's first one, else its
-/// number.
-std::string CaptionOf(const std::vector<Value>& row, int language) {
-  constexpr std::size_t kNumber = 2;
-  constexpr std::size_t kCaptions[] = {3, 10, 11};  // columns of the sheet
-  for (const std::size_t column : {kCaptions[language], kCaptions[0], kNumber}) {
-    if (std::string caption = TextAt(row, column); !caption.empty()) return caption;
+/// Which letters a text is written in: what all codes of Hebrew, or of Cyrillic, have in common.
+char32_t ScriptOf(std::string_view text) { return text.empty() ? 0 : TakeLetter(text).code >> 8; }
+
+bool HasLetterOf(char32_t script, std::string_view text) {
+  while (!text.empty()) {
+    if (TakeLetter(text).code >> 8 == script) return true;
   }
-  return {};
+  return false;
+}
+
+/// What the row is called in the letters of the windows' language, in any of its fields; else in
+/// the cube's first language, else its number.
+std::string CaptionOf(const std::vector<Value>& row, char32_t script) {
+  constexpr std::size_t kNumber = 2, kFirst = 3;  // columns of the sheet
+  for (std::size_t column = kFirst; script != 0 && column < kFirstLabelColumn; ++column) {
+    if (std::string caption = TextAt(row, column); HasLetterOf(script, caption)) return caption;
+  }
+  const std::string caption = TextAt(row, kFirst);
+  return caption.empty() ? TextAt(row, kNumber) : caption;
 }
 
 /// Where the format of a period's column stands among those of a workbook's look.
@@ -196,10 +209,11 @@ std::string RunResult::RowsText(const RunReport& report) const {
 /// The captions, then quantity and money of the periods that were asked for.
 void RunResult::ShowRows(const RunPreview& preview, const std::vector<std::string>& formats) {
   Control& list = form_.At(kRows);
-  list.Items = {{.Text = GetLangString(services_.publics.language, text_number::kReportLine)}};
+  const std::string line = GetLangString(services_.publics.language, text_number::kReportLine);
+  list.Items = {{.Text = line}};
   list.Rows.clear();
   for (const auto& row : preview.rows) {
-    list.Rows.push_back({CaptionOf(row, services_.publics.language.UILanguage)});
+    list.Rows.push_back({CaptionOf(row, ScriptOf(line))});
   }
   for (const MoneyTotal& period : preview.money) {
     for (const bool is_money : {false, true}) {
