@@ -45,5 +45,22 @@ class EveryCall(unittest.TestCase):
             cube.run("Domestic", "Demo", output)
         self.assertEqual(caught.exception.code, vokcubeq17.Failure.STOPPED)
 
+    def test_each_of_many_threads_gets_its_own_report(self):
+        def run_often(number):
+            source = ("Domestic", "Export")[number % 2]
+            cube = vokcubeq17.Cube(folder)
+            for _ in range(3):
+                run = cube.run(source, "Demo", f"{output}{number}")
+                tables[number].append(rows.rows(run))
+        tables = [[] for _ in range(8)]
+        threads = [threading.Thread(target=run_often, args=(number,)) for number in range(8)]
+        for thread in threads:
+            thread.start()
+        for thread in threads:
+            thread.join()
+        self.assertNotEqual(tables[0][0], tables[1][0])
+        for number, own in enumerate(tables):
+            self.assertEqual(own, [tables[number % 2][0]] * 3)
+
 
 unittest.main(argv=[sys.argv[0]])
