@@ -67,9 +67,12 @@ WinHttpTransport::WinHttpTransport(const std::string& address, const ServerSetti
       login_(NamedLogin(settings.authentication)) {
   if (settings.ca_file.empty()) return;
   throw Failure(failure_number::kNotSupported,
-                "The cube server setting CaFile is not read on Windows. Import that authority's "
-                "certificate into Windows' trusted root certification authorities, and take CaFile "
-                "out of Qel.ini, section [Xmla], and VOKCUBE_XMLA_CA_FILE out of the environment.");
+                "The " + std::string(settings.kind.name) +
+                    " setting CaFile is not read on Windows. "
+                    "Import that authority's certificate into Windows' trusted root certification "
+                    "authorities, and take CaFile out of Qel.ini, section [" +
+                    settings.kind.section + "], and " + settings.kind.variables +
+                    "CA_FILE out of the environment.");
 }
 
 Transfer WinHttpTransport::Post(const HttpRequest& request, HttpBody& body) {
