@@ -30,6 +30,16 @@ expect() {
 # sheet WORKBOOK: the cells of its sheet "Data" as another program reads them, as CSV.
 sheet() { "$tests/end_to_end/read_sheet.py" "$1"; }
 
+# A port on which nobody listens, as on the one after it.
+free_port() {
+  local port
+  while port=$((20000 + RANDOM % 10000)); do
+    (exec 3<> "/dev/tcp/127.0.0.1/$port") 2> /dev/null && continue
+    (exec 3<> "/dev/tcp/127.0.0.1/$((port + 1))") 2> /dev/null || break
+  done
+  echo "$port"
+}
+
 # The last command of a test.
 finish() {
   echo "$failures failures"

@@ -9,7 +9,7 @@ mkdir run
 cp -r "$data" run/csv
 printf '901,"\\N ""x"", a\tb\\t","two\nlines",901\n' >> run/csv/lines.csv
 printf '%s\n' 20220101,901,4,0,1,12345678901234567890.25,3 20220101,901,4,0,1,,1 >> run/csv/entries.csv
-port=$((20000 + RANDOM % 10000))
+port=$(free_port)
 trap '"$facts/clickhouse-down" run' EXIT
 trap 'exit 130' INT TERM
 "$facts/clickhouse-up" run "$port"
@@ -36,6 +36,7 @@ for _ in {1..20}; do sql "INSERT INTO many SELECT * FROM entries"; done
 sql "CREATE VIEW late AS SELECT date_id, line_id, file_id, opening_key, money_id, units,
   amount + throwIf(rowNumberInAllBlocks() = 300000) AS amount FROM many"
 refused 'DB::Exception' 's#<Table name="entries"/>#<Table name="late"/>#'
+expect 1 'the address takes no options' build run/csv/schema.xml "$server&readonly=0" server.cub
 expect 1 'the address takes no options' build run/csv/schema.xml "$server?password=secret" server.cub
 [[ $(< said) != *secret* ]] || fail "the password is shown"
 

@@ -11,7 +11,7 @@ cp -r "$data" run/csv
 # What needs care: quotes, a tab, a backslash and a line end in names, NULL, amounts wider than 64 bits.
 printf '901,"\\N ""x"", a\tb\\t","two\nlines",901\n' >> run/csv/lines.csv
 printf '%s\n' 20220101,901,4,0,1,123456789012345678901234.5,3 20220101,901,4,0,1,,1 >> run/csv/entries.csv
-port=$(/usr/bin/python3 -c 'import socket; s = socket.socket(); s.bind(("127.0.0.1", 0)); print(s.getsockname()[1])')
+port=$(free_port)
 trap '"$interop/postgresql-down" run' EXIT
 trap 'exit 130' INT TERM
 "$interop/postgresql-up" run "$port"

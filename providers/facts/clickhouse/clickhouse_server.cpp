@@ -49,7 +49,7 @@ Address ReadAddress(const std::string& text) {
   const auto refuse = [&text](const std::string& why) {
     throw Failure(failure_number::kUnspecified, WithoutUsers(text.substr(0, text.find('?'))) + why);
   };
-  if (text.find_first_of("?#") != std::string::npos) refuse(": the address takes no options");
+  if (text.find_first_of("?#&") != std::string::npos) refuse(": the address takes no options");
   const std::size_t host = text.find("://") + 3;
   const std::size_t path = std::min(text.find('/', host), text.size());
   const std::string database = path == text.size() ? "" : text.substr(path + 1);
@@ -106,9 +106,9 @@ class Server : public TableServer {
     const std::string text(answer.beginning());
     if (head.status != 200) {
       const bool is_absent = head.status == kNotFound || text.starts_with(kNoTable);
-      if (!is_absent) throw FailureOf(head, text);
       const Failure failure = FailureOf(head, text);
-      throw Failure(failure.number(), failure.description() + ". Tables there: " + Tables(table));
+      throw Failure(failure.number(),
+                    failure.description() + (is_absent ? ". Tables there: " + Tables(table) : ""));
     }
     const auto lines = Parts(text, '\n');
     const auto names = Parts(lines.empty() ? "" : lines[0], '\t');
