@@ -11,6 +11,8 @@
 
 namespace vok::olap {
 
+/// What stays in memory of a run is a key of each some thousand. `plan` outlives it. Failures:
+/// those of the file, such as a full disk.
 template <typename Key>
 class SpilledRuns : public FactRuns<Key> {
  public:
