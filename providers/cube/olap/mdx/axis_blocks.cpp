@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <map>
-#include <numeric>
 
 #include "providers/cube/olap/mdx/distinct_tuples.h"
 
@@ -61,8 +60,7 @@ bool IsOneBlock(const TupleSet& axis, HierarchyId varying) {
 }
 
 AxisBlock WholeAxis(const CubeView& cube, const TupleSet& axis) {
-  AxisBlock block{0, Rows(axis.size()), nullptr};
-  std::iota(block.rows.begin(), block.rows.end(), 0U);
+  AxisBlock block{0, {}, nullptr};
   block.varying = std::make_unique<Positions>(cube, axis.hierarchies[0], axis.ids);
   return block;
 }

@@ -12,8 +12,10 @@ namespace vok::olap {
 
 struct AxisBlock {
   std::size_t tuple = 0;  ///< index of a position whose members stand for all, but the varying one
-  Rows rows;              ///< positions of the axis
+  Rows rows;              ///< positions of the axis; empty: all of them, in their order
   std::unique_ptr<Positions> varying;  ///< nullptr: one position, all members as its tuple says
+
+  bool IsWhole() const { return rows.empty(); }
 };
 
 /// The hierarchy with the most members on the axis; `kNoHierarchy` when only measures are there.

@@ -34,11 +34,6 @@ void CellEvaluator::AnnounceCells(const Block& block) {
   announcing_ = false;
 }
 
-void CellEvaluator::ReadAnnounced() {
-  announced_.Clear();
-  fact_cache_.ReadAnnounced();
-}
-
 Column CellEvaluator::Cells(const Block& block) {
   const RecursionGuard deeper(*this);
   guard_.Check();
@@ -139,7 +134,8 @@ Column CellEvaluator::ValuesOver(const ValueExpression& expression, const TupleS
     fact_cache_.Trim();
     Block block{context, part.varying.get()};
     set.Apply(part.tuple, block.context);
-    const Column values = expression.Evaluate(*this, block);
+    Column values = expression.Evaluate(*this, block);
+    if (part.IsWhole()) all = std::move(values);
     for (std::size_t i = 0; i < part.rows.size(); ++i) all.Copy(part.rows[i], values, i);
   }
   announcing_ = was_announcing;

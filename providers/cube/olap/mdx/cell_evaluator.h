@@ -36,9 +36,10 @@ class CellEvaluator {
   const Context& base() const { return base_; }
   void SetBase(Context context) { base_ = std::move(context); }
 
-  /// Finds out what `expression` reads at each of the blocks that follow until `ReadAnnounced`.
+  /// Finds out what the cells of the block need of the facts, for those of one slice to be read
+  /// together. All blocks of a batch are announced before the first is computed.
   void AnnounceCells(const Block& block);
-  void ReadAnnounced();
+  void EndAnnouncing() { announced_.Clear(); }
   void Trim() { fact_cache_.Trim(); }
 
   /// The cells of the block.

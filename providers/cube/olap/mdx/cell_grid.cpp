@@ -1,9 +1,23 @@
 #include "providers/cube/olap/mdx/cell_grid.h"
 
-#include <algorithm>
+#include <bit>
 #include <utility>
 
 namespace vok::olap {
+namespace {
+
+Rows RowsOf(const RowBits& bits) {
+  Rows rows;
+  for (std::size_t word = 0; word < bits.size(); ++word) {
+    for (uint64_t rest = bits[word]; rest != 0; rest &= rest - 1) {
+      rows.push_back(static_cast<uint32_t>(word * kRowsOfWord) +
+                     static_cast<uint32_t>(std::countr_zero(rest)));
+    }
+  }
+  return rows;
+}
+
+}  // namespace
 
 CellGrid::CellGrid(std::vector<std::size_t> lengths, std::size_t along)
     : lengths_(std::move(lengths)), along_(along), axes_(lengths_.size()) {
@@ -15,39 +29,26 @@ CellGrid::CellGrid(std::vector<std::size_t> lengths, std::size_t along)
 }
 
 void CellGrid::DropEmpty(const std::vector<bool>& axes) {
-  std::vector<std::vector<uint8_t>> used;
-  for (const std::size_t length : lengths_) used.emplace_back(length, 0);
-  if (column_length() > 0) {
-    for (std::size_t index = 0; index < columns_.size(); ++index) MarkUsed(index, used);
-  }
+  std::vector<RowBits> used;
+  for (const std::size_t length : lengths_) used.emplace_back(length / kRowsOfWord + 1);
+  for (std::size_t index = 0; index < columns_.size(); ++index) MarkUsed(index, used);
   for (std::size_t axis = 0; axis < axes_.size(); ++axis) {
     if (!axes[axis]) continue;
-    Rows& kept = axes_[axis].kept;
-    for (uint32_t position = 0; position < used[axis].size(); ++position) {
-      if (used[axis][position] != 0) kept.push_back(position);
-    }
-    axes_[axis].keeps_all = kept.size() == lengths_[axis];
+    axes_[axis].kept = RowsOf(used[axis]);
+    axes_[axis].keeps_all = axes_[axis].kept.size() == lengths_[axis];
   }
 }
 
-void CellGrid::MarkUsed(std::size_t index, std::vector<std::vector<uint8_t>>& used) const {
-  const CellState* states = columns_[index].states.data();
-  const std::size_t rows = columns_[index].size();
-  uint8_t any = 0;
-  if (along_ < lengths_.size()) {
-    uint8_t* along = used[along_].data();
-    for (std::size_t row = 0; row < rows; ++row) {
-      const auto state = static_cast<uint8_t>(states[row]);
-      along[row] |= state;
-      any |= state;
-    }
-  } else {
-    any = static_cast<uint8_t>(states[0]);
-  }
-  if (any == 0) return;
+void CellGrid::MarkUsed(std::size_t index, std::vector<RowBits>& used) const {
+  const PackedCells& column = columns_[index];
+  if (column.empty()) return;
   for (std::size_t axis = 0; axis < lengths_.size(); ++axis) {
-    if (axis == along_) continue;
-    used[axis][index % lengths_[axis]] = 1;
+    if (axis == along_) {
+      column.MarkFilled(used[axis]);
+      continue;
+    }
+    const std::size_t position = index % lengths_[axis];
+    used[axis][position / kRowsOfWord] |= uint64_t{1} << position % kRowsOfWord;
     index /= lengths_[axis];
   }
 }
@@ -93,33 +94,26 @@ void CellGrid::Read(std::size_t first, std::size_t step, std::span<double> numbe
   }
   for (std::size_t i = 0; i < numbers.size(); ++i) {
     const GridCell place = At(first + i * step);
-    numbers[i] = columns_[place.column].numbers[place.row];
-    states[i] = columns_[place.column].states[place.row];
+    columns_[place.column].Read([&](std::size_t) { return place.row; }, numbers.subspan(i, 1),
+                                states.subspan(i, 1));
   }
 }
 
 /// `position` is counted among those that are kept.
 void CellGrid::ReadAlong(std::size_t column, std::size_t position, std::span<double> numbers,
                          std::span<CellState> states) const {
-  const Column& from = columns_[column];
+  const PackedCells& from = columns_[column];
   if (along_ == axes_.size() || axes_[along_].keeps_all) {
-    std::copy_n(from.numbers.begin() + static_cast<std::ptrdiff_t>(position), numbers.size(),
-                numbers.begin());
-    std::copy_n(from.states.begin() + static_cast<std::ptrdiff_t>(position), states.size(),
-                states.begin());
-    return;
-  }
-  const uint32_t* kept = axes_[along_].kept.data() + position;
-  for (std::size_t i = 0; i < numbers.size(); ++i) {
-    numbers[i] = from.numbers[kept[i]];
-    states[i] = from.states[kept[i]];
+    from.Read([=](std::size_t i) { return position + i; }, numbers, states);
+  } else {
+    const uint32_t* kept = axes_[along_].kept.data() + position;
+    from.Read([=](std::size_t i) { return kept[i]; }, numbers, states);
   }
 }
 
 std::string CellGrid::Text(std::size_t ordinal) const {
   const GridCell place = At(ordinal);
-  const auto& texts = columns_[place.column].texts;
-  return texts.empty() ? std::string() : texts[place.row];
+  return columns_[place.column].Text(place.row);
 }
 
 }  // namespace vok::olap

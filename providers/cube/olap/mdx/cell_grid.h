@@ -1,15 +1,16 @@
 // The cells of an answer, axis 0 running fastest, and what NON EMPTY leaves of them. They lie in
-// columns along one of the axes, one for each combination of positions of the others, as they were
-// computed; dropped positions are passed over on reading.
+// columns along one of the axes, one for each combination of positions of the others, without those
+// that are empty; dropped positions are passed over on reading.
 #pragma once
 
 #include <cstddef>
 #include <cstdint>
 #include <span>
 #include <string>
+#include <utility>
 #include <vector>
 
-#include "providers/cube/olap/mdx/expression.h"
+#include "providers/cube/olap/mdx/packed_cells.h"
 
 namespace vok::olap {
 
@@ -22,7 +23,9 @@ class CellGrid {
   std::size_t column_count() const { return columns_.size(); }
   std::size_t column_length() const { return along_ < lengths_.size() ? lengths_[along_] : 1; }
   /// Columns are counted with the first of the other axes running fastest.
-  Column& column(std::size_t index) { return columns_[index]; }
+  void SetColumn(std::size_t index, Column cells) {
+    columns_[index] = PackedCells(std::move(cells));
+  }
 
   /// Keeps of these axes only positions with a cell that is not empty, apart from what is kept of
   /// others.
@@ -52,12 +55,12 @@ class CellGrid {
   void ReadAlong(std::size_t column, std::size_t position, std::span<double> numbers,
                  std::span<CellState> states) const;
   std::size_t KeptCount(std::size_t axis) const;
-  void MarkUsed(std::size_t column, std::vector<std::vector<uint8_t>>& used) const;
+  void MarkUsed(std::size_t column, std::vector<RowBits>& used) const;
 
   std::vector<std::size_t> lengths_;
   std::size_t along_ = 0;
   std::vector<Axis> axes_;
-  std::vector<Column> columns_;
+  std::vector<PackedCells> columns_;
 };
 
 }  // namespace vok::olap

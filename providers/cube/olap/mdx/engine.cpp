@@ -21,7 +21,7 @@ LeafRanges LeavesOf(const Hierarchy& hierarchy, const MemberIds& members) {
   return Merged(std::move(leaves));
 }
 
-/// So many blocks are announced, then read together.
+/// So many blocks are announced, then computed.
 constexpr std::size_t kBatch = 256;
 
 /// The base context of the query: default members, and the slicer's. A slicer of several tuples
@@ -115,13 +115,13 @@ class Evaluation {
     if (block_axis_ < axes_.size()) {
       blocks_ = CutIntoBlocks(cube_, guard_, axes_[block_axis_]);
     } else {
-      blocks_.push_back({0, {0}, nullptr});
+      blocks_.push_back({0, {}, nullptr});
     }
     const std::size_t count = grid.column_count() * blocks_.size();
     for (std::size_t begin = 0; begin < count; begin += kBatch) {
       const std::size_t end = std::min(count, begin + kBatch);
       for (std::size_t i = begin; i < end; ++i) evaluator_.AnnounceCells(BlockAt(i));
-      evaluator_.ReadAnnounced();
+      evaluator_.EndAnnouncing();
       for (std::size_t i = begin; i < end; ++i) Store(i, grid);
       evaluator_.Trim();
     }
@@ -144,17 +144,19 @@ class Evaluation {
     return block;
   }
 
-  /// A block that fills its column is taken over as it is: it is in the order of the axis.
+  /// The blocks of a column come one after the other; the last one completes it.
   void Store(std::size_t index, CellGrid& grid) {
     const AxisBlock& part = blocks_[index % blocks_.size()];
     Column cells = evaluator_.Cells(BlockAt(index));
-    Column& column = grid.column(index / blocks_.size());
-    if (part.rows.size() == grid.column_length()) {
-      column = std::move(cells);
+    if (part.IsWhole()) {
+      grid.SetColumn(index, std::move(cells));
       return;
     }
-    if (column.size() == 0) column = Column(grid.column_length());
-    for (std::size_t i = 0; i < part.rows.size(); ++i) column.Copy(part.rows[i], cells, i);
+    if (column_.size() == 0) column_ = Column(grid.column_length());
+    for (std::size_t i = 0; i < part.rows.size(); ++i) column_.Copy(part.rows[i], cells, i);
+    if (&part == &blocks_.back()) {
+      grid.SetColumn(index / blocks_.size(), std::exchange(column_, Column()));
+    }
   }
 
   void DropEmpty(CellGrid& grid) {
@@ -180,6 +182,7 @@ class Evaluation {
   MdxResult::Axes axes_;
   LongList<AxisBlock> blocks_;
   std::size_t block_axis_ = 0;
+  Column column_;  ///< in the making
 };
 
 std::unique_ptr<MdxResult> Evaluate(const std::shared_ptr<const CubeView>& cube, Query query,

@@ -1,6 +1,6 @@
 #include "providers/cube/olap/mdx/expression.h"
 
-#include <numeric>
+#include <utility>
 
 #include "providers/cube/olap/mdx/cell_evaluator.h"
 #include "providers/cube/olap/mdx/merged_cells.h"
@@ -52,8 +52,6 @@ void Positions::AddByLevel(const CubeView& cube) {
 void Positions::AddLevel(uint32_t level) {
   Part& part = parts.emplace_back();
   part.level = level;
-  part.rows.resize(ids.size());
-  std::iota(part.rows.begin(), part.rows.end(), 0U);
   part.is_level = true;
 }
 

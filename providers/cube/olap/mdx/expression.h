@@ -43,7 +43,7 @@ struct Positions {
   /// Those of one level: what is read from the facts together.
   struct Part {
     uint32_t level = 0;
-    Rows rows;              ///< indexes into `ids`
+    Rows rows;              ///< indexes into `ids`; empty where `is_level`: all of them
     LeafRanges leaves;      ///< their leaves; empty: all of the hierarchy's
     bool is_level = false;  ///< `ids` are the members of the level, all and in its order
   };

@@ -32,7 +32,7 @@ std::optional<LeafRanges> Leaves(const CubeView& cube, const Block& block,
 FactCache::Slice* FactCache::Find(const Block& block, const Positions::Part* part) {
   FactQuery query;
   Key key = {0xFFFFFFFF, 0xFFFFFFFF};
-  if (part != nullptr && part->rows.size() > 1) {
+  if (part != nullptr && (part->is_level ? block.size() : part->rows.size()) > 1) {
     query.group = FactQuery::Group{block.Varying() - 1, part->level};
     key = {block.Varying(), part->level};
   }
@@ -60,18 +60,11 @@ void FactCache::Announce(const Block& block) {
   const auto announce = [&](const Positions::Part* part) {
     Slice* slice = Find(block, part);
     if (slice == nullptr) return;
-    Kept& kept = slice->columns[measure];
-    ++kept.announced;
-    if (!kept.is_read) announced_.push_back(slice);
+    ++slice->columns[measure].announced;
   };
   if (measure == kNoMember) return;
   if (block.positions == nullptr) return announce(nullptr);
   for (const Positions::Part& part : block.positions->parts) announce(&part);
-}
-
-void FactCache::ReadAnnounced() {
-  for (Slice* slice : announced_) Store(*slice);
-  announced_.clear();
 }
 
 void FactCache::Store(Slice& slice) {
@@ -89,21 +82,26 @@ void FactCache::Store(Slice& slice) {
   }
 }
 
-const FactColumn& FactCache::Get(Slice& slice, uint32_t measure) {
+FactColumn& FactCache::Get(Slice& slice, uint32_t measure) {
   Kept& kept = slice.columns[measure];
   if (!kept.is_read) Store(slice);
   return kept.column;
 }
 
-Column FactCache::Whole(Slice& slice, uint32_t measure) {
-  const FactColumn& column = Get(slice, measure);
+void FactCache::Release(Slice& slice, uint32_t measure) {
   const auto kept = slice.columns.find(measure);
-  if (kept->second.announced != 1) {
-    if (kept->second.announced > 0) --kept->second.announced;
-    return Column(column);
-  }
-  kept_values_ -= column.numbers.size();
-  return Column(std::move(slice.columns.extract(kept).mapped().column));
+  if (kept->second.announced == 0 || --kept->second.announced > 0) return;
+  kept_values_ -= kept->second.column.numbers.size();
+  slice.columns.erase(kept);
+}
+
+Column FactCache::Whole(Slice& slice, uint32_t measure) {
+  FactColumn& column = Get(slice, measure);
+  const bool is_last = slice.columns[measure].announced == 1;
+  if (is_last) kept_values_ -= column.numbers.size();
+  Column whole = is_last ? Column(std::move(column)) : Column(column);
+  Release(slice, measure);
+  return whole;
 }
 
 Column FactCache::Read(const Block& block) {
@@ -117,8 +115,8 @@ Column FactCache::Read(const Block& block) {
   for (const Positions::Part& part : block.positions->parts) {
     Slice* slice = Find(block, &part);
     if (slice == nullptr) continue;
+    if (part.is_level) return Whole(*slice, measure);
     const bool grouped = slice->query.group.has_value();
-    if (part.is_level && grouped) return Whole(*slice, measure);
     const FactColumn& column = Get(*slice, measure);
     if (result.size() == 0) result = Column(block.size());
     result.overflows = result.overflows || column.overflows;
@@ -128,6 +126,7 @@ Column FactCache::Read(const Block& block) {
       result.numbers[row] = column.numbers[from];
       result.states[row] = column.states[from];
     }
+    Release(*slice, measure);
   }
   return result.size() == 0 ? Column(block.size()) : result;
 }
@@ -135,7 +134,6 @@ Column FactCache::Read(const Block& block) {
 void FactCache::Trim() {
   if (kept_values_ <= kMaxKeptValues) return;
   slices_.clear();
-  announced_.clear();
   kept_values_ = 0;
 }
 

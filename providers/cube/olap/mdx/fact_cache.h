@@ -1,6 +1,7 @@
-// What a query has read from the facts. Reads of one slice are announced first and then made
-// together, so that all measures of the slice cost one scan. A column that fills a block is handed
-// out as it came from the store, to the last who announced it without a copy.
+// What a query has read from the facts. Reads of one slice are announced first and made together
+// when the first of them is needed, so that all measures of the slice cost one scan. A column that
+// fills a block is handed out as it came from the store, to the last who announced it without a
+// copy.
 #pragma once
 
 #include <cstdint>
@@ -19,8 +20,6 @@ class FactCache {
 
   /// Remembers what `Read` will ask for.
   void Announce(const Block& block);
-  /// Makes the announced reads.
-  void ReadAnnounced();
   /// The stored values of a block whose members are all stored.
   Column Read(const Block& block);
   /// Forgets everything when it has grown large. Columns handed out stay.
@@ -41,16 +40,17 @@ class FactCache {
   /// nullptr: no leaf takes part.
   Slice* Find(const Block& block, const Positions::Part* part);
   /// The column, read if it was not.
-  const FactColumn& Get(Slice& slice, uint32_t measure);
+  FactColumn& Get(Slice& slice, uint32_t measure);
   /// Makes the reads of the slice that were not made.
   void Store(Slice& slice);
-  /// The column as a block's own.
+  /// Forgets the column with the last of the announced reads.
+  void Release(Slice& slice, uint32_t measure);
+  /// The column as a block's own; it is released.
   Column Whole(Slice& slice, uint32_t measure);
 
   const CubeView& cube_;
   const QueryGuard& guard_;
   std::map<Key, Slice> slices_;
-  std::vector<Slice*> announced_;
   std::size_t kept_values_ = 0;
 };
 

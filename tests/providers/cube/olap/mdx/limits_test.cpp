@@ -209,6 +209,24 @@ TEST(QueryLimits, EndAQueryThatGrowsOrNeedsTooMuchMemory) {
   }
 }
 
+TEST(QueryLimits, LetAnAnswerOfManyEmptyCellsThrough) {
+  CubeTexts texts = SampleTexts("small");
+  for (int i = 0; i < 10000; ++i) texts.tables["dim_line"] += "L" + std::to_string(i) + "\n";
+  texts.tables["fact"] += "4,L9999,1,0,1,2.5,4\n";
+  const BuiltCube built(texts);
+  for (const std::string lines : {"[QeL].[QeL].Members", "[QeL].[QeL].[QeL].Members"}) {
+    const auto answer = olap::RunMdx(ViewOf(built),
+                                     "SELECT {Measures.Amount, Measures.Units} ON 0, "
+                                     "[Date].Members ON 1, NON EMPTY " +
+                                         lines + " ON 2 FROM QEL",
+                                     {.max_memory = std::size_t{1} << 20});
+    const std::size_t last = answer->PositionCount(2) - 1;
+    EXPECT_EQ(answer->Member(2, last, 0).name, "L9999");
+    EXPECT_EQ(answer->Cell(answer->CellCount() - 18).ToText(), "2.5") << lines;
+    EXPECT_EQ(answer->Cell(answer->CellCount() - 36).ToText(), "50") << lines;
+  }
+}
+
 /// Facts that add up to more than any number are not a blank.
 TEST(QueryLimits, EndAQueryWhoseSumsOverflow) {
   CubeTexts texts = SampleTexts("small");
