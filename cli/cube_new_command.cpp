@@ -1,4 +1,5 @@
 // vokcube cube new: from a journal to a cube and saved settings.
+#include <functional>
 #include <iostream>
 #include <map>
 #include <memory>
@@ -10,6 +11,7 @@
 #include "cli/print.h"
 #include "cli/progress_line.h"
 #include "cli/settings_document.h"
+#include "cli/stop_on_interrupt.h"
 #include "platform/failure.h"
 #include "platform/shown_text.h"
 #include "platform/whole_path.h"
@@ -51,28 +53,46 @@ class NewCube {
     ReadJournal(options);
     NameSets();
     RefuseSavedSets();
+    QueryStop stop;
+    try {
+      Tell(MakeFolder(options, stop));
+    } catch (const Failure& failure) {
+      if (failure.number() != kQueryCancelled) throw;
+      throw Failure(kQueryCancelled, "Stopped; no folder was made and no settings were saved");
+    }
+  }
+
+ private:
+  // What is over after the journal was read to guess, read to list what it holds, and copied.
+  static constexpr double kGuessed = 0.6;
+  static constexpr double kListed = 0.8;
+  static constexpr double kCopied = 0.85;
+
+  /// Gives the facts of the cube in it. A stop ends it as a failure does.
+  uint64_t MakeFolder(const NewOptions& options, QueryStop& stop) {
+    const StopOnInterrupt interrupts(stop);
     NewFolder folder(host_, folder_);
+    line_.Show("copying " + options.journal, kListed, kCopied, 0);
     const std::string journal = ReadWholeFile(host_.files, options.journal);
     folder.Write(journal.starts_with("\x1F\x8B") ? "journal.csv.gz" : "journal.csv", journal);
     WriteTables(folder);
     folder.Write("schema.xml", SchemaText());
     folder.Write("settings.json", PrintSettingsDocument(document_));
-    const auto report = BuildCube(folder.Path(CubeFileName()));
+    const auto report = BuildCube(folder.Path(CubeFileName()), stop);
+    stop.Check();
     ImportSets(host_, session_.publics().environment, document_.data_sources, document_.periods);
     folder.Keep();
-    Tell(report.cubes.at(0).facts);
+    return report.cubes.at(0).facts;
   }
 
- private:
-  static constexpr double kJournal = 0.6;  // the share of reading it twice, to guess and to list
-
-  olap::BuildReport BuildCube(const std::string& cube) {
+  olap::BuildReport BuildCube(const std::string& cube, const QueryStop& stop) {
     const auto tell = [this](const olap::BuildStep& step) {
-      const auto of_all = [](double share) { return kJournal + (1 - kJournal) * share; };
+      const auto of_all = [](double share) { return kCopied + (1 - kCopied) * share; };
       line_.Show(step.what, of_all(step.begin), of_all(step.end), step.done);
     };
-    return olap::BuildCubeFile(host_.files, host_.locale, {folder_ + "/schema.xml", folder_, cube},
-                               tell);
+    olap::BuildRequest request{folder_ + "/schema.xml", folder_, cube};
+    request.stop = &stop;
+    return olap::BuildCubeFile(host_.files, host_.locale, request, tell);
   }
   std::string CubeFileName() const { return name_ + ".cub"; }
   const std::string& Column(Role role) const {
@@ -80,7 +100,13 @@ class NewCube {
   }
 
   void ReadJournal(const NewOptions& options) {
-    line_.Show("reading " + options.journal, 0, kJournal, 0);
+    const auto read = [&](double begin, double end) {
+      return [this, begin, end, what = "reading " + options.journal](double done) {
+        line_.Show(what, begin, end, done);
+      };
+    };
+    const auto guessed = read(0, kGuessed);
+    guessed(0);
     const std::shared_ptr<const FileReader> file = host_.files.Open(options.journal);
     olap::RowBlocks blocks(
         olap::Decoded(olap::BytesOfFile(file, options.journal), options.journal));
@@ -97,34 +123,39 @@ class NewCube {
     for (const olap::Field& field : row) header.emplace_back(field.text);
     olap::CsvOptions csv{{separator, '.', ""}, "journal", options.journal, file};
     const auto source = olap::OpenCsvFolder(host_.files, folder_, csv);
-    guess_ =
-        GuessJournal(host_.locale, *source->Open({"journal"}, header), header, options.columns);
+    guess_ = GuessJournal(host_.locale, *source->OpenParts({"journal"}, header), header,
+                          options.columns, guessed);
     guess_.form.separator = separator;
     csv.form = guess_.form;
-    ReadContent(*olap::OpenCsvFolder(host_.files, folder_, csv));
+    ReadContent(*olap::OpenCsvFolder(host_.files, folder_, csv), read(kGuessed, kListed));
   }
 
-  void ReadContent(const olap::TableSource& source) {
+  void ReadContent(const olap::TableSource& source, const std::function<void(double)>& progress) {
     const auto given = [this](Role role) {
       return Column(role).empty() ? Column(Role::kDate) : Column(role);
     };
-    const auto rows = source.Open({"journal"}, {Column(Role::kDate), Column(Role::kAccount),
-                                                given(Role::kText), given(Role::kLedger)});
-    while (rows->Next()) {
-      const auto fields = rows->Fields();
-      const auto date = ParseIsoDate(fields[0].text);
-      if (!date || fields[1].text.empty()) {
-        throw Failure(
-            failure_number::kTypeMismatch,
-            rows->Place() + ": an entry needs a date and an account; add them, or delete the line");
-      }
-      content_.first_year = std::min(content_.first_year, date->Year());
-      content_.last_year = std::max(content_.last_year, date->Year());
-      const std::string text(Column(Role::kText).empty() ? "" : fields[2].text);
-      const auto [account, is_new] = content_.accounts.emplace(fields[1].text, text);
-      if (!is_new && account->second != text) account->second.clear();
-      ++content_.ledgers[Column(Role::kLedger).empty() ? "Books" : std::string(fields[3].text)];
+    const auto parts = source.OpenParts({"journal"}, {Column(Role::kDate), Column(Role::kAccount),
+                                                      given(Role::kText), given(Role::kLedger)});
+    while (const auto rows = parts->Next()) {
+      while (rows->Next()) ReadEntry(*rows);
+      progress(parts->Done());
     }
+  }
+
+  void ReadEntry(const olap::TableReader& row) {
+    const auto fields = row.Fields();
+    const auto date = ParseIsoDate(fields[0].text);
+    if (!date || fields[1].text.empty()) {
+      throw Failure(
+          failure_number::kTypeMismatch,
+          row.Place() + ": an entry needs a date and an account; add them, or delete the line");
+    }
+    content_.first_year = std::min(content_.first_year, date->Year());
+    content_.last_year = std::max(content_.last_year, date->Year());
+    const std::string text(Column(Role::kText).empty() ? "" : fields[2].text);
+    const auto [account, is_new] = content_.accounts.emplace(fields[1].text, text);
+    if (!is_new && account->second != text) account->second.clear();
+    ++content_.ledgers[Column(Role::kLedger).empty() ? "Books" : std::string(fields[3].text)];
   }
 
   /// A data source for each ledger, as far as ten; a period set for each year, the last five.

@@ -29,13 +29,14 @@ const std::array<std::vector<std::string>, kRoleNames.size()> kWords = {
 struct ColumnFacts {
   std::string name;
   std::size_t filled = 0;
-  std::array<std::size_t, kDateForms.size()> dates{};
+  std::array<std::size_t, kDateForms.size()> dates{};  ///< from the first on that are of each form
   std::size_t with_point = 0;
   std::size_t with_comma = 0;
   std::size_t with_decimals = 0;
   std::set<std::string, std::less<>> different;  ///< not all, when there are many
-  std::string not_date;    ///< the first such field, with its place; "" when all are dates
-  std::string not_amount;  ///< likewise
+  /// The first field that is not a date of a form that all before it have, with its place.
+  std::string not_date;
+  std::string not_amount;  ///< the first that is not an amount
 };
 
 bool IsNumber(std::string_view text) {
@@ -50,7 +51,8 @@ void Learn(std::string_view text, const olap::TableReader& row, ColumnFacts& col
   ++column.filled;
   bool is_date = false;
   for (std::size_t i = 0; i < kDateForms.size(); ++i) {
-    if (!olap::IsoDateIn(kDateForms[i], text)) continue;
+    const bool fits_so_far = column.dates[i] + 1 == column.filled;
+    if (!fits_so_far || !olap::IsoDateIn(kDateForms[i], text)) continue;
     ++column.dates[i];
     is_date = true;
   }
@@ -167,16 +169,20 @@ char GuessSeparator(std::string_view text) {
                            [&](char a, char b) { return count(a) < count(b); });
 }
 
-JournalGuess GuessJournal(const Locale& locale, olap::TableReader& rows,
-                          const std::vector<std::string>& header, const JournalColumns& given) {
+JournalGuess GuessJournal(const Locale& locale, olap::TableParts& journal,
+                          const std::vector<std::string>& header, const JournalColumns& given,
+                          const std::function<void(double)>& progress) {
   std::vector<ColumnFacts> columns(header.size());
   for (std::size_t i = 0; i < header.size(); ++i) columns[i].name = header[i];
   JournalGuess guess;
-  for (; rows.Next(); ++guess.rows) {
-    for (std::size_t i = 0; i < columns.size(); ++i) {
-      const olap::Field& field = rows.Fields()[i];
-      if (!field.text.empty()) Learn(field.text, rows, columns[i]);
+  while (const auto rows = journal.Next()) {
+    while (rows->Next()) {
+      for (std::size_t i = 0; i < columns.size(); ++i) {
+        const olap::Field& field = rows->Fields()[i];
+        if (!field.text.empty()) Learn(field.text, *rows, columns[i]);
+      }
     }
+    progress(journal.Done());
   }
   guess.columns = Guess(locale, columns, given).Choose();
   RequireRoles(guess.columns, header);

@@ -3,6 +3,7 @@
 
 #include <array>
 #include <cstddef>
+#include <functional>
 #include <set>
 #include <string>
 #include <vector>
@@ -24,7 +25,6 @@ using JournalColumns = std::array<std::string, kRoleNames.size()>;
 struct JournalGuess {
   JournalColumns columns;
   olap::CsvForm form;
-  std::size_t rows = 0;
 };
 
 /// The likeliest of the separators in the first line of a CSV text.
@@ -32,7 +32,9 @@ char GuessSeparator(std::string_view text);
 
 /// Reads all rows of the columns `header`. `given` are columns that the caller knows. Failure 9999
 /// for a journal in which no date, account or amount is found; it says which columns there are.
-JournalGuess GuessJournal(const Locale& locale, olap::TableReader& rows,
-                          const std::vector<std::string>& header, const JournalColumns& given);
+/// `progress` is told how much is read, from 0 to 1.
+JournalGuess GuessJournal(const Locale& locale, olap::TableParts& journal,
+                          const std::vector<std::string>& header, const JournalColumns& given,
+                          const std::function<void(double)>& progress);
 
 }  // namespace vok::cli

@@ -11,14 +11,16 @@ kept() {
   if compgen -G '.vokcube-*' > /dev/null; then fail "left: $(echo .vokcube-*)"; fi
 }
 
-# interrupt SIGNAL STATUS WORDS COMMAND...: sent once the command has its temporary file.
+# interrupt SIGNAL STATUS WORDS COMMAND...: sent once the command has its temporary file, here or in a folder
+# that it makes.
 interrupt() {
   local status=0 signal=$1 wanted=$2 words=$3 caught=()
   shift 3
   [[ $signal == KILL ]] || caught=("--default-signal=$signal")
   env "${caught[@]}" "$@" > said 2>&1 < /dev/null &
   local running=$!
-  until compgen -G ".vokcube-$running-*" > /dev/null || ! kill -0 "$running" 2> /dev/null; do
+  until compgen -G ".vokcube-$running-*" > /dev/null || compgen -G "*/*/.vokcube-$running-*" > /dev/null ||
+    ! kill -0 "$running" 2> /dev/null; do
     sleep 0.01
   done
   kill "-$signal" "$running" || true
@@ -41,6 +43,7 @@ cp "$data"/*.csv many
 cp "$data"/*.csv none
 for _ in {1..30}; do tail -n +2 "$data/entries.csv"; done >> many/entries.csv
 head -n 1 "$data/entries.csv" > none/entries.csv
+head -n 200000 many/entries.csv > journal.csv
 
 expect 3 "No workbook: no period meets the cube's dates 20" "${run[@]}" Never
 [[ ! -e report.xlsX ]] || fail "a run without facts left a workbook"
@@ -76,6 +79,8 @@ for signal in INT TERM HUP; do
   kept report.xlsX
   interrupt "$signal" $((128 + $(kill -l "$signal"))) "" "${build[@]}" many --output ledger.cub
   kept ledger.cub
+  interrupt "$signal" 130 "no folder was made" "$vokcube" cube new made/books journal.csv --settings-folder settings
+  [[ ! -e made ]] || fail "SIG$signal left $(find made)"
 done
 interrupt KILL 137 "" "${build[@]}" many --output ledger.cub
 cmp -s ledger.cub ledger.cub.before || fail "ledger.cub has changed"
