@@ -1,20 +1,41 @@
 #include "cli/command.h"
 
+#include <charconv>
 #include <iostream>
 #include <iterator>
+#include <system_error>
+#include <type_traits>
 
+#include "cli/print.h"
 #include "env/directories.h"
 #include "env/environment.h"
 #include "platform/failure.h"
 #include "settings/settings_tables.h"
 
 namespace vok::cli {
+namespace {
+
+template <typename Number>
+std::string AboveZero(const std::string& text) {
+  Number number{};
+  const char* end = text.data() + text.size();
+  const auto read = std::from_chars(text.data(), end, number);
+  if (read.ec == std::errc{} && read.ptr == end && number > 0) return {};
+  return Quoted(text) + " is not a " + (std::is_integral_v<Number> ? "whole " : "") +
+         "number above 0, or is too large";
+}
+
+}  // namespace
 
 void LimitOptions::AddTo(CLI::App& command) {
-  command.add_option("--max-cells", max_cells_,
-                     "Most cells of the answer before NON EMPTY, and most tuples of a set");
-  command.add_option("--memory", memory_, "Most megabytes that the query may take");
-  command.add_option("--timeout", timeout_, "Most seconds that the query may take");
+  command
+      .add_option("--max-cells", max_cells_,
+                  "Most cells of the answer before NON EMPTY, and most tuples of a set")
+      ->check(AboveZero<std::size_t>, "", "");
+  command.add_option("--memory", memory_, "Most megabytes that the query may take")
+      ->check(AboveZero<std::size_t>, "", "");
+  command.add_option("--timeout", timeout_, "Most seconds that the query may take")
+      ->check(AboveZero<double>, "", "");
 }
 
 std::string LimitOptions::ConnectionText() const {

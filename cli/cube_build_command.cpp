@@ -78,14 +78,16 @@ struct BuildOptions {
 };
 
 /// Each on a line of its own; one alone is the failure.
-[[noreturn]] void ThrowBadRows(const olap::BadRows& bad) {
+[[noreturn]] void ThrowBadRows(const olap::BadRows& bad, bool are_left_out) {
   if (bad.rows().size() == 1) {
     throw Failure(bad.number(), bad.rows()[0] + "; mend it, or leave it out with --bad-rows FILE");
   }
   for (const std::string& row : bad.rows()) std::cerr << OneLine(row) << '\n';
   throw Failure(bad.number(),
-                "These rows cannot be read, and there may be more. Mend them, or leave "
-                "out all such rows with --bad-rows FILE, which lists them");
+                are_left_out ? "Too many rows cannot be read to leave them out; these are the "
+                               "first. Does the schema describe these tables?"
+                             : "These rows cannot be read, and there may be more. Mend them, or "
+                               "leave out all such rows with --bad-rows FILE, which lists them");
 }
 
 std::string Lines(const std::vector<std::string>& rows) {
@@ -139,7 +141,7 @@ void Build(const CommonOptions& common, const BuildOptions& options) {
                                    line.Show(step.what, step.begin, step.end, step.done);
                                  });
   } catch (const olap::BadRows& bad) {
-    ThrowBadRows(bad);
+    ThrowBadRows(bad, request.leave_out_bad_rows);
   }
   for (const std::string& remark : report.remarks) std::cerr << OneLine(remark) << '\n';
   if (request.leave_out_bad_rows) {

@@ -5,8 +5,10 @@
 
 #include "cli/cellset_print.h"
 #include "cli/command.h"
+#include "cli/print.h"
 #include "cli/progress_line.h"
 #include "cli/stop_on_interrupt.h"
+#include "platform/failure.h"
 
 namespace vok::cli {
 namespace {
@@ -34,7 +36,14 @@ std::unique_ptr<Cellset> Ask(CubeProvider& cube, const MdxOptions& options,
   line.Show("asking the cube", 0, 1, 0);
   const auto connection = cube.Connect(ConnectionText(options), &stop);
   stop.Check();
-  return connection->Execute(query);
+  try {
+    return connection->Execute(query);
+  } catch (const Failure& failure) {
+    if (failure.number() != failure_number::kSyntax) throw;
+    throw Failure(failure.number(), failure.description() +
+                                        "; docs/mdx.md has the language, vokcube cube info " +
+                                        Quoted(options.source) + " the names");
+  }
 }
 
 void Mdx(const CommonOptions& common, const MdxOptions& options) {

@@ -63,10 +63,28 @@ void Print(const RunOutcome& outcome, const RunOptions& options) {
   if (is_good && !outcome.text.empty()) std::cerr << OneLine(outcome.text) << '\n';
 }
 
+/// Nobody wants to hear after the runs that their log cannot be written.
+void CheckLog(Session& session, const RunOptions& options) {
+  if (!options.log.empty()) session.host().files.Append(options.log, "");
+}
+
 /// Adds the outcome to the log that was asked for.
 void Log(Session& session, const RunOptions& options, const RunOutcome& outcome) {
   if (options.log.empty()) return;
   session.host().files.Append(options.log, LogLine(outcome, session.host().clock.Now()));
+}
+
+RunOutcome OutcomeOfOne(Session& session, const RunOptions& options, const QueryStop& stop) {
+  try {
+    CheckLog(session, options);
+  } catch (const Failure& failure) {
+    return {options.request, failure.number(), failure.description(), {}};
+  }
+  ProgressLine line(options.progress);
+  session.publics().on_step = [&line](const RunStep& step) {
+    line.Show(step.name, step.begin, step.end, 0);
+  };
+  return RunSaved(session, options.request, options.limits.ConnectionText(), stop);
 }
 
 void RunOne(const CommonOptions& common, const RunOptions& options) {
@@ -74,13 +92,7 @@ void RunOne(const CommonOptions& common, const RunOptions& options) {
   const auto session = common.NewSession({.message_boxes = &boxes, .is_command = true});
   QueryStop stop;
   const StopOnInterrupt interrupt(stop);
-  const RunOutcome outcome = [&] {
-    ProgressLine line(options.progress);
-    session->publics().on_step = [&line](const RunStep& step) {
-      line.Show(step.name, step.begin, step.end, 0);
-    };
-    return RunSaved(*session, options.request, options.limits.ConnectionText(), stop);
-  }();
+  const RunOutcome outcome = OutcomeOfOne(*session, options, stop);
   Print(outcome, options);
   Log(*session, options, outcome);
   if (outcome.code != 0) throw Failure(outcome.code, outcome.text);
@@ -145,6 +157,7 @@ void RunAll(const CommonOptions& common, const RunOptions& options) {
   FindFolder(*session);
   const std::string origin = options.jobs == "-" ? "standard input" : options.jobs;
   const auto requests = ParseJobs(ReadJobs(session->host().files, options.jobs), origin);
+  CheckLog(*session, options);
   QueryStop stop;
   const StopOnInterrupt interrupt(stop);
   Tally tally(requests.size(), options.progress);

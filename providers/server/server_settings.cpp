@@ -99,7 +99,9 @@ class Reader {
     try {
       text = read_(path, kLongestPassword + 1);
     } catch (const Failure& failure) {
-      Refuse(kKey, "names a file that does not give the password: " + failure.description());
+      std::string why = failure.description();
+      if (why.ends_with('.')) why.pop_back();
+      Refuse(kKey, "names a file that does not give the password: " + why);
     }
     std::string password = text.substr(0, text.find_first_of("\r\n"));
     if (password.empty() || password.size() > kLongestPassword) {

@@ -55,8 +55,12 @@ std::vector<std::size_t> PlacesOf(const std::vector<std::string>& wanted,
   for (const std::string& column : wanted) {
     const auto found = std::find(there.begin(), there.end(), column);
     if (found == there.end()) {
-      throw BadInput(table, "there is no column " + Quoted(column) +
-                                ", which the schema names. Its columns: " + Listed(there));
+      const bool is_unparted =
+          there.size() == 1 && there[0].find_first_of(",;|\t") != std::string::npos;
+      throw BadInput(table,
+                     "there is no column " + Quoted(column) +
+                         ", which the schema names. Its columns: " + Listed(there) +
+                         (is_unparted ? ". That is one; --separator says what parts them" : ""));
     }
     if (std::find(found + 1, there.end(), column) != there.end()) {
       throw BadInput(table, "there are two columns " + Quoted(column));
