@@ -32,7 +32,9 @@ class CsvPart : public TableReader {
         dates_(layout_->form.dates.empty() ? 0 : picked_.size()) {}
 
   bool Next() override {
-    if (!scanner_.NextRow(row_)) return false;
+    do {
+      if (!scanner_.NextRow(row_)) return false;
+    } while (IsBlankLine());
     if (row_.size() != layout_->width) {
       throw BadRow(scanner_.Bad("has " + std::to_string(row_.size()) + " fields, the header has " +
                                 std::to_string(layout_->width)));
@@ -50,6 +52,9 @@ class CsvPart : public TableReader {
   bool HasDecimalComma() const override { return layout_->form.decimal == ','; }
 
  private:
+  /// Many programs leave one at the end. Where a row has one field it is a row.
+  bool IsBlankLine() const { return row_.size() == 1 && row_[0].is_null && layout_->width > 1; }
+
   void ReadDates() {
     for (std::size_t index = 0; index < dates_.size(); ++index) {
       auto date = IsoDateIn(layout_->form.dates, picked_[index].text);
