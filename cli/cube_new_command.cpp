@@ -7,6 +7,7 @@
 
 #include "cli/command.h"
 #include "cli/journal_guess.h"
+#include "cli/journal_schema.h"
 #include "cli/new_folder.h"
 #include "cli/print.h"
 #include "cli/progress_line.h"
@@ -20,11 +21,10 @@
 #include "providers/cube/olap/build/decoded_bytes.h"
 #include "settings/exact_sets.h"
 #include "settings/set_reader.h"
+#include "settings/settings_database.h"
 
 namespace vok::cli {
 namespace {
-
-constexpr const char* kCube = "BooksQEL";
 
 struct NewOptions {
   std::string folder;
@@ -49,6 +49,7 @@ class NewCube {
   }
 
   void Make(const NewOptions& options) {
+    CheckName();
     CheckIsNew(host_, folder_);
     ReadJournal(options);
     NameSets();
@@ -76,7 +77,7 @@ class NewCube {
     const std::string journal = ReadWholeFile(host_.files, options.journal);
     folder.Write(journal.starts_with("\x1F\x8B") ? "journal.csv.gz" : "journal.csv", journal);
     WriteTables(folder);
-    folder.Write("schema.xml", SchemaText());
+    folder.Write("schema.xml", SchemaOf(guess_));
     folder.Write("settings.json", PrintSettingsDocument(document_));
     const auto report = BuildCube(folder.Path(CubeFileName()), stop);
     stop.Check();
@@ -97,6 +98,17 @@ class NewCube {
   std::string CubeFileName() const { return name_ + ".cub"; }
   const std::string& Column(Role role) const {
     return guess_.columns[static_cast<std::size_t>(role)];
+  }
+
+  /// What the settings and the connection could not name later.
+  void CheckName() const {
+    const std::string words = "The new folder, whose name the settings take, ";
+    const std::string problem = SetNameProblem(name_);
+    if (!problem.empty()) throw Failure(failure_number::kInvalidCall, words + problem);
+    if (folder_.find(';') == std::string::npos) return;
+    throw Failure(failure_number::kInvalidCall,
+                  words + "is " + Quoted(folder_) +
+                      "; the path of a cube file may not hold \";\"; choose another one");
   }
 
   void ReadJournal(const NewOptions& options) {
@@ -166,8 +178,11 @@ class NewCube {
       if (document_.data_sources.size() == kMostLedgers) break;
       DataSourceSetting& source = document_.data_sources.emplace_back();
       source.SetName = content_.ledgers.size() == 1 ? name_ : name_ + " " + ledger;
+      if (!SetNameProblem(source.SetName).empty()) {
+        source.SetName = name_ + " ledger " + std::to_string(document_.data_sources.size());
+      }
       source.CubeFile = folder_ + "/" + CubeFileName();
-      source.CubeName = kCube;
+      source.CubeName = kJournalCube;
       source.OBS = ledger;
       for (MoneySetEntry& entry : source.MoneySets) {
         entry = {Null{}, "Amount", Column(Role::kQuantity).empty() ? "" : "Quantity", false};
@@ -231,66 +246,6 @@ class NewCube {
     folder.Write("accounts.csv", accounts.str());
   }
 
-  static std::string Attribute(const std::string& text) {
-    std::string escaped;
-    for (const char c : text) {
-      escaped += c == '&' ? "&amp;" : c == '<' ? "&lt;" : c == '"' ? "&quot;" : std::string(1, c);
-    }
-    return escaped;
-  }
-
-  std::string Annotation(const std::string& name, const std::string& text) const {
-    return "    <Annotation name=\"" + name + "\">" + text + "</Annotation>\n";
-  }
-
-  std::string SchemaText() const {
-    const std::string date = Attribute(Column(Role::kDate));
-    const std::string ledger = Attribute(Column(Role::kLedger));
-    const char separator = guess_.form.separator;
-    std::string text =
-        "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<Schema name=\"Books\">\n"
-        "  <Annotations>\n";
-    text += Annotation("csv.separator", separator == '\t' ? "tab" : std::string(1, separator));
-    text += Annotation("csv.decimal", std::string(1, guess_.form.decimal));
-    if (!guess_.form.dates.empty()) text += Annotation("csv.dates", guess_.form.dates);
-    text += std::string("  </Annotations>\n  <Cube name=\"") + kCube +
-            "\">\n    <Table name=\"journal\"/>\n"
-            "    <Dimension name=\"Date\" type=\"TimeDimension\" foreignKey=\"" +
-            date +
-            "\">\n"
-            R"(      <Hierarchy hasAll="true" allMemberName="All" primaryKey="date">
-        <Table name="dates"/>
-        <Level name="Year" column="year" type="Integer" levelType="TimeYears" uniqueMembers="true"/>
-        <Level name="Quarter" column="quarter" type="Integer" levelType="TimeQuarters"/>
-        <Level name="Month" column="month" type="Integer" levelType="TimeMonths"/>
-        <Level name="Day" column="day" type="Integer" levelType="TimeDays"/>
-      </Hierarchy>
-    </Dimension>
-    <Dimension name="QeL" foreignKey=")" +
-            Attribute(Column(Role::kAccount)) + R"(">
-      <Hierarchy name="QeL" hasAll="false" primaryKey="account">
-        <Table name="accounts"/>
-        <Level name="Account" column="account" captionColumn="caption" uniqueMembers="true"/>
-      </Hierarchy>
-    </Dimension>
-)";
-    // Without a column of ledgers each day leads to the one ledger there is.
-    text +=
-        "    <Dimension name=\"ActX\" foreignKey=\"" + (ledger.empty() ? date : ledger) + "\">\n";
-    text += "      <Hierarchy name=\"xlFile\" hasAll=\"true\" allMemberName=\"All\"";
-    text += ledger.empty() ? " primaryKey=\"date\">\n        <Table name=\"dates\"/>\n" : ">\n";
-    text += "        <Level name=\"Ledger\" column=\"" + (ledger.empty() ? "ledger" : ledger) +
-            "\" uniqueMembers=\"true\"/>\n      </Hierarchy>\n    </Dimension>\n";
-    text += Measure("Amount", Role::kAmount, "#,##0.00");
-    if (!Column(Role::kQuantity).empty()) text += Measure("Quantity", Role::kQuantity, "#,##0");
-    return text + "  </Cube>\n</Schema>\n";
-  }
-
-  std::string Measure(const std::string& name, Role role, const std::string& format) const {
-    return "    <Measure name=\"" + name + "\" column=\"" + Attribute(Column(role)) +
-           "\" aggregator=\"sum\" formatString=\"" + format + "\"/>\n";
-  }
-
   void Tell(uint64_t facts) const {
     const char separator = guess_.form.separator;
     std::cout << "Guessed of " << facts << " entries: fields parted by "
@@ -301,6 +256,10 @@ class NewCube {
       const std::string& column = guess_.columns[i];
       std::cout << "  " << kRoleNames[i] << ": "
                 << (column.empty() ? "none" : "column " + OneLine(Quoted(column))) << '\n';
+    }
+    if (!guess_.other_amounts.empty()) {
+      std::cout << "  no part of the cube, though they hold amounts: "
+                << OneLine(olap::Listed(guess_.other_amounts)) << "; see --amount\n";
     }
     std::cout << "Wrote journal, dates, accounts, schema, settings and the cube into "
               << OneLine(folder_) << "\nSaved the data source "

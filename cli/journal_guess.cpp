@@ -186,6 +186,11 @@ JournalGuess GuessJournal(const Locale& locale, olap::TableParts& journal,
   }
   guess.columns = Guess(locale, columns, given).Choose();
   RequireRoles(guess.columns, header);
+  for (const ColumnFacts& column : columns) {
+    const bool is_free = std::ranges::find(guess.columns, column.name) == guess.columns.end();
+    const bool is_money = HoldsAmounts(column) && !HoldsDates(column) && column.with_decimals > 0;
+    if (is_free && is_money) guess.other_amounts.push_back(column.name);
+  }
   const ColumnFacts& date = Named(columns, guess.columns[0]);
   const ColumnFacts& amount =
       Named(columns, guess.columns[static_cast<std::size_t>(Role::kAmount)]);

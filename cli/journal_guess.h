@@ -25,6 +25,7 @@ using JournalColumns = std::array<std::string, kRoleNames.size()>;
 struct JournalGuess {
   JournalColumns columns;
   olap::CsvForm form;
+  std::vector<std::string> other_amounts;  ///< columns of money that have no role
 };
 
 /// The likeliest of the separators in the first line of a CSV text.

@@ -32,7 +32,7 @@ journal() {
   [[ $(sheet report.xlsX | tail -n +2 | tr -s ,) == "$cells" ]] || fail "$folder:" "$(sheet report.xlsX)"
 }
 printf '%s\r\n' 'Beleg;Buchungsdatum;Konto;Buchungstext;Betrag;Menge' '1;31.01.2024;4000;"Erlöse; Tee";-1.250,50;50' \
-  '2;01.02.2024;4000;"Erlöse; Tee";-980,00;' '3;1.2.2024;1000;Kasse;2.230,50;' | iconv -t UTF-16 > input
+  '2;01.02.2024;4000;"Erlöse; Tee";-980,00;' '3;1.2.2024;1000;Kasse;2.230,50;' '' | iconv -t UTF-16 > input
 journal tee "Buchungsdatum Konto Betrag Menge Buchungstext" \
   $'"0","1000","Kasse",2230.5,\n"0","4000","Erlöse; Tee",50,-1250.5,-980,'
 printf '%s\n' when,code,much,company 2023-12-31,500,10.5,Shop 2023-11-30,500,1,Shop 2023-11-01,600,2,Shop \
@@ -41,6 +41,9 @@ journal shop "when code much company" $'"0","500",1,10.5\n"0","600",4,'
 expect 1 'shop is there already; name a new folder' vokcube cube new shop input
 rm -r shop
 expect 1 'There is a saved set named "shop" already' vokcube cube new shop input
+printf '%s\n' date,account,debit,credit,company 2024-01-{30,31},500,10.50,,It\'s 2024-01-{30,31},600,,10.50,Ours > input
+expect 0 'though they hold amounts: credit; see --amount' vokcube cube new both input
+expect 0 $'both ledger 1\nboth Ours' vokcube sets DataSourceInfo
 printf 'a,b\nx,y\n' > input
 expect 1 'Which column of the journal holds the date cannot be told; name it with --date. Its columns: a, b' \
   vokcube cube new other input
