@@ -87,8 +87,8 @@ class OlapMember : public CubeMember {
  public:
   OlapMember(std::shared_ptr<const CubeView> cube, HierarchyId hierarchy, MemberId id)
       : cube_(std::move(cube)), hierarchy_(hierarchy), id_(id) {}
-  std::string Name() const override { return std::string(cube_->MemberName(hierarchy_, id_)); }
-  std::string Caption() const override { return std::string(cube_->Caption(hierarchy_, id_)); }
+  std::string Name() const override { return cube_->MemberName(hierarchy_, id_); }
+  std::string Caption() const override { return cube_->Caption(hierarchy_, id_); }
   std::string UniqueName() const override { return cube_->UniqueName(hierarchy_, id_); }
   std::string FormatString() const override {
     const bool is_stored_measure = hierarchy_ == kMeasures && id_ < cube_->model().measures.size();

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <functional>
+#include <optional>
 
 namespace vok::olap {
 namespace {
@@ -68,12 +69,12 @@ uint32_t CubeView::LevelOf(HierarchyId hierarchy, MemberId member) const {
   return hierarchy == kMeasures ? 0 : static_cast<uint32_t>(Stored(hierarchy).LevelOf(member));
 }
 
-std::string_view CubeView::MemberName(HierarchyId hierarchy, MemberId member) const {
+std::string CubeView::MemberName(HierarchyId hierarchy, MemberId member) const {
   if (hierarchy == kMeasures) return model().measures[member].name;
   return Stored(hierarchy).Name(member);
 }
 
-std::string_view CubeView::Caption(HierarchyId hierarchy, MemberId member) const {
+std::string CubeView::Caption(HierarchyId hierarchy, MemberId member) const {
   if (hierarchy != kMeasures) return Stored(hierarchy).Caption(member);
   const Measure& measure = model().measures[member];
   return measure.caption.empty() ? measure.name : measure.caption;
@@ -126,8 +127,10 @@ const CubeView::NameIndex& CubeView::Index(HierarchyId hierarchy, uint32_t level
   std::call_once(index.made, [&] {
     const IdRange members = LevelMembers(hierarchy, level);
     index.entries.reserve(members.size());
+    std::optional<TextReader> names;
+    if (hierarchy != kMeasures) names = Stored(hierarchy).Names();
     for (MemberId m = members.begin; m < members.end; ++m) {
-      index.entries.emplace_back(NameHash(MemberName(hierarchy, m)), m);
+      index.entries.emplace_back(NameHash(names ? (*names)[m] : model().measures[m].name), m);
     }
     std::sort(index.entries.begin(), index.entries.end());
   });

@@ -45,8 +45,8 @@ class CubeView {
   IdRange LevelMembers(HierarchyId hierarchy, uint32_t level) const;
 
   uint32_t LevelOf(HierarchyId hierarchy, MemberId member) const;
-  std::string_view MemberName(HierarchyId hierarchy, MemberId member) const;
-  std::string_view Caption(HierarchyId hierarchy, MemberId member) const;
+  std::string MemberName(HierarchyId hierarchy, MemberId member) const;
+  std::string Caption(HierarchyId hierarchy, MemberId member) const;
   std::string UniqueName(HierarchyId hierarchy, MemberId member) const;
   MemberId Parent(HierarchyId hierarchy, MemberId member) const;
   IdRange Children(HierarchyId hierarchy, MemberId member) const;

@@ -1,5 +1,7 @@
 #include "providers/cube/olap/mdx/result.h"
 
+#include <algorithm>
+#include <optional>
 #include <utility>
 
 #include "platform/failure.h"
@@ -31,7 +33,7 @@ AxisMember MdxResult::Member(std::size_t axis, std::size_t position, std::size_t
   const HierarchyId hierarchy = tuples.hierarchies[index];
   const MemberId id = tuples.tuple(position)[index];
   if (IsCalculated(id)) return CalculatedAxisMember(hierarchy, id);
-  return {std::string(cube_->MemberName(hierarchy, id)), std::string(cube_->Caption(hierarchy, id)),
+  return {cube_->MemberName(hierarchy, id), cube_->Caption(hierarchy, id),
           cube_->UniqueName(hierarchy, id),
           cube_->LevelUniqueName(hierarchy, cube_->LevelOf(hierarchy, id))};
 }
@@ -58,9 +60,15 @@ void MdxResult::ReadCaptions(std::size_t axis, std::size_t index, std::size_t fi
   CheckMember(axis, first + captions.size() - 1, index);
   const TupleSet& tuples = axes_[axis];
   const HierarchyId hierarchy = tuples.hierarchies[index];
+  std::optional<TextReader> stored;
+  if (hierarchy != kMeasures) stored = cube_->Stored(hierarchy).Captions();
+  captions_.resize(std::max(captions_.size(), captions.size()));
   for (std::size_t i = 0; i < captions.size(); ++i) {
     const MemberId id = tuples.tuple(first + i)[index];
-    captions[i] = IsCalculated(id) ? query_.Member(id).caption : cube_->Caption(hierarchy, id);
+    captions_[i] = IsCalculated(id) ? query_.Member(id).caption
+                   : stored         ? (*stored)[id]
+                                    : cube_->Caption(hierarchy, id);
+    captions[i] = captions_[i];
   }
 }
 

@@ -52,6 +52,7 @@ class MdxResult : public Cellset {
   Axes axes_;
   std::vector<MemberId> base_members_;  ///< where the axes do not say otherwise
   CellGrid cells_;
+  mutable std::vector<std::string> captions_;  ///< that were read last
 };
 
 }  // namespace vok::olap

@@ -3,6 +3,7 @@
 #define XXH_INLINE_ALL  // the header alone, no library
 #include <xxhash.h>
 
+#include <algorithm>
 #include <utility>
 
 namespace vok::olap {
@@ -114,11 +115,41 @@ std::span<const std::byte> BlockStore::Keep(uint32_t index) {
   return kept_.emplace_back(Checked(index)).bytes();
 }
 
+std::vector<uint64_t> BlockStore::PageChecksums(uint32_t index) const {
+  XXH3_state_t whole;
+  XXH3_64bits_reset(&whole);
+  std::vector<uint64_t> checksums;
+  for (uint64_t begin = 0; begin < BlockLength(index); begin += kPageBytes) {
+    const HeldBlock page = Unchecked(index, begin, kPageBytes);
+    XXH3_64bits_update(&whole, page.bytes().data(), page.bytes().size());
+    checksums.push_back(Checksum(page.bytes()));
+  }
+  if (XXH3_64bits_digest(&whole) != directory_[index].checksum) FailChecksum(index);
+  return checksums;
+}
+
+HeldBlock BlockStore::ReadPage(uint32_t index, uint32_t page, uint64_t checksum) const {
+  HeldBlock held = Unchecked(index, uint64_t{page} * kPageBytes, kPageBytes);
+  if (Checksum(held.bytes()) != checksum) FailChecksum(index);
+  return held;
+}
+
 HeldBlock BlockStore::Checked(uint32_t index) const {
+  HeldBlock block = Unchecked(index, 0, BlockLength(index));
+  if (Checksum(block.bytes()) != directory_[index].checksum) FailChecksum(index);
+  return block;
+}
+
+/// Up to `most` bytes of the block from `begin` on.
+HeldBlock BlockStore::Unchecked(uint32_t index, uint64_t begin, uint64_t most) const {
   const BlockEntry& entry = directory_[index];
-  auto [block, bytes] = HeldBlock::New(static_cast<std::size_t>(entry.length));
-  file_->Read(entry.offset, bytes);
-  if (Checksum(bytes) == entry.checksum) return std::move(block);
+  const uint64_t size = std::min(most, entry.length - begin);
+  auto [block, bytes] = HeldBlock::New(static_cast<std::size_t>(size));
+  file_->Read(entry.offset + begin, bytes);
+  return std::move(block);
+}
+
+void BlockStore::FailChecksum(uint32_t index) const {
   if (file_->HasChanged()) throw FileChanged(file_name_);
   throw DamagedCubeFile(file_name_, "block " + std::to_string(index) + " of " +
                                         std::to_string(count()) + " does not match its checksum");

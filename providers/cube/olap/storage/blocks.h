@@ -21,6 +21,9 @@ Failure DamagedCubeFile(const std::string& file_name, const std::string& what);
 
 uint64_t Checksum(std::span<const std::byte> bytes);
 
+/// Long blocks can be read in pages of so many bytes.
+inline constexpr std::size_t kPageBytes = std::size_t{64} << 10;
+
 /// Opening reads and checks header, footer and directory. Failures: "damaged"; `FileChanged` for a
 /// file that was changed since. Reading is safe from several threads.
 class BlockStore {
@@ -29,6 +32,10 @@ class BlockStore {
 
   /// For what is read in pieces while it is needed.
   HeldBlock Read(uint32_t index) const;
+  /// The checksums of the block's pages of `kPageBytes`, the last of them shorter, when that of the
+  /// whole block is right.
+  std::vector<uint64_t> PageChecksums(uint32_t index) const;
+  HeldBlock ReadPage(uint32_t index, uint32_t page, uint64_t checksum) const;
   /// For structure: stays as long as the store. Not safe from several threads.
   std::span<const std::byte> Keep(uint32_t index);
   /// Of a block that may not have been read yet.
@@ -43,6 +50,8 @@ class BlockStore {
   void ReadDirectory(const FileFooter& footer);
   void CheckDirectory(uint64_t directory_offset) const;
   HeldBlock Checked(uint32_t index) const;
+  HeldBlock Unchecked(uint32_t index, uint64_t begin, uint64_t most) const;
+  [[noreturn]] void FailChecksum(uint32_t index) const;
 
   std::shared_ptr<const FileReader> file_;
   std::string file_name_;

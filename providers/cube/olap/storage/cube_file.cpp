@@ -17,7 +17,7 @@ constexpr std::size_t kLeastText = sizeof(uint32_t);
 
 class StructureReader {
  public:
-  StructureReader(BlockStore& blocks, ByteReader section) : blocks_(blocks), in_(section) {}
+  StructureReader(const BlockStore& blocks, ByteReader section) : blocks_(blocks), in_(section) {}
 
   CubeModel Read() {
     CubeModel model;
@@ -66,9 +66,9 @@ class StructureReader {
     Require(!has_all || (levels.size() > 1 && levels[0].members.size() == 1));
     const auto block = in_.Get<uint32_t>();
     Require(block < blocks_.count());
-    const MemberColumns columns = ReadHierarchyBlock(blocks_, block, levels);
+    StoredMembers members = ReadHierarchyBlock(blocks_, block, levels);
     return Hierarchy(std::move(dimension_name), std::move(name), has_all, std::move(levels),
-                     columns);
+                     std::move(members.leaf_levels), std::move(members.texts));
   }
 
   Level ReadLevel(uint32_t first_member) {
@@ -107,7 +107,7 @@ class StructureReader {
     if (!condition) throw DamagedCubeFile(blocks_.file_name(), "its structure is not valid");
   }
 
-  BlockStore& blocks_;
+  const BlockStore& blocks_;
   ByteReader in_;
 };
 

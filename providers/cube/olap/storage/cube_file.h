@@ -18,10 +18,10 @@ struct StoredCube {
 };
 
 /// Keeps the file open; a file that is replaced meanwhile does not disturb it. Structure is read
-/// when it is opened, facts when they are asked for, each into memory of its own where it is
-/// checked: failure 75 when the file itself was changed since. Failures -2147467259: no cube file,
-/// of a newer version, truncated, damaged; each names the file and what to do. Failure 53: no such
-/// file.
+/// and checked when it is opened, facts and the texts of members when they are asked for, each into
+/// memory of its own where it is checked: failure 75 when the file itself was changed since.
+/// Failures -2147467259: no cube file, of a newer version, truncated, damaged; each names the file
+/// and what to do. Failure 53: no such file.
 class CubeFile {
  public:
   virtual ~CubeFile() = default;

@@ -207,7 +207,8 @@ class SectionReader {
     std::vector<uint32_t> keys(section_.GetCount(sizeof(uint32_t)));
     Require(keys.size() == model_.hierarchies.size());
     columns_.key_of_hierarchy.resize(keys.size());
-    for (const Hierarchy& hierarchy : model_.hierarchies) columns_.levels.emplace_back(hierarchy);
+    for (const Hierarchy& hierarchy : model_.hierarchies)
+      columns_.levels.push_back(hierarchy.leaf_levels());
     std::vector<bool> seen(keys.size());
     for (uint32_t column = 0; column < keys.size(); ++column) {
       const auto index = section_.Get<uint32_t>();

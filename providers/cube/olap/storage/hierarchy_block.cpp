@@ -53,82 +53,122 @@ std::vector<uint64_t> PutTexts(const std::vector<NewMember>& members, std::strin
   return offsets;
 }
 
-class Checker {
- public:
-  Checker(const BlockStore& blocks, const MemberColumns& columns, const std::vector<Level>& levels)
-      : blocks_(blocks), columns_(columns), levels_(levels) {}
+/// Where the columns of so many members begin in their block.
+struct MemberColumns {
+  explicit MemberColumns(uint64_t members)
+      : captions(names + (members + 1) * sizeof(uint64_t)),
+        parents(captions + (members + 1) * sizeof(uint64_t)),
+        first_children(parents + members * sizeof(uint32_t)),
+        first_leaves(first_children + (members + 1) * sizeof(uint32_t)),
+        leaf_counts(first_leaves + members * sizeof(uint32_t)),
+        texts(leaf_counts + members * sizeof(uint32_t)) {}
 
-  void Check() const {
-    CheckOffsets(columns_.name_offsets);
-    CheckOffsets(columns_.caption_offsets);
-    if (!IsUtf8(columns_.texts)) Refuse("a name is not UTF-8");
-    const std::size_t members = columns_.parents.size();
-    if (columns_.first_children[members] != members) Refuse("children are missing");
-    for (std::size_t level = 0; level < levels_.size(); ++level) CheckLevel(level);
+  uint64_t names = 2 * sizeof(uint64_t);
+  uint64_t captions;
+  uint64_t parents;
+  uint64_t first_children;
+  uint64_t first_leaves;
+  uint64_t leaf_counts;
+  uint64_t texts;
+};
+
+/// The numbers of a column, one after the other.
+class NumberReader {
+ public:
+  NumberReader(const PagedBlock& block, uint64_t begin) : begin_(begin), reader_(block) {}
+  uint32_t operator[](uint64_t member) {
+    return reader_.Get<uint32_t>(begin_ + member * sizeof(uint32_t));
   }
 
  private:
-  void CheckOffsets(std::span<const uint64_t> offsets) const {
-    uint64_t last = 0;
-    for (const uint64_t offset : offsets) {
-      // A text that begins within a character is cut wrongly.
-      const bool cuts = offset < columns_.texts.size() && !StartsCharacter(columns_.texts[offset]);
-      if (offset < last || offset > columns_.texts.size() || cuts) Refuse("a name is misplaced");
-      last = offset;
+  uint64_t begin_;
+  PageReader reader_;
+};
+
+/// Goes through each column from front to back.
+class Checker {
+ public:
+  Checker(const std::string& file_name, const PagedBlock& block, const MemberColumns& columns,
+          const std::vector<Level>& levels)
+      : file_name_(file_name),
+        levels_(levels),
+        parents_(block, columns.parents),
+        first_children_(block, columns.first_children),
+        first_leaves_(block, columns.first_leaves),
+        leaf_counts_(block, columns.leaf_counts) {}
+
+  LeafLevels CheckedLevels() {
+    LeafLevels leaves(EndsOfMembers(), levels_.back().members.size());
+    for (std::size_t level = 0; level < levels_.size(); ++level) CheckLevel(level, leaves);
+    return leaves;
+  }
+
+  void CheckTexts(TextReader texts, uint64_t text_bytes) const {
+    const uint64_t members = levels_.back().members.end;
+    for (uint64_t i = 0; i < members; ++i) {
+      const uint64_t end = texts.PlaceOf(i + 1);
+      if (texts.PlaceOf(i) > end || end > text_bytes) Refuse("a name is misplaced");
+      if (!IsUtf8(texts[i])) Refuse("a name is not UTF-8");
     }
   }
 
-  void CheckLevel(std::size_t level) const {
-    const IdRange members = levels_[level].members;
-    const bool is_leaf = level + 1 == levels_.size();
-    uint32_t next_leaf = 0;
-    for (MemberId member = members.begin; member < members.end; ++member) {
-      const IdRange children{columns_.first_children[member], columns_.first_children[member + 1]};
-      CheckParent(level, member);
-      if (is_leaf ? children.begin != children.end : !AreChildren(member, level, children)) {
-        Refuse("a member's children are not valid");
+ private:
+  /// From the leaves upwards: a member's leaves end with those of its last child.
+  std::vector<std::vector<uint32_t>> EndsOfMembers() {
+    std::vector<std::vector<uint32_t>> ends(levels_.size() - 1);
+    CheckLeaves();
+    for (std::size_t level = ends.size(); level-- > 0;) {
+      const IdRange members = levels_[level].members;
+      const IdRange below = levels_[level + 1].members;
+      ends[level].reserve(members.size());
+      MemberId next = below.begin;
+      for (MemberId member = members.begin; member < members.end; ++member) {
+        const MemberId end = first_children_[member + 1];
+        if (first_children_[member] != next || end <= next || end > below.end) {
+          Refuse("a member's children are not valid");
+        }
+        const uint32_t last = end - 1 - below.begin;
+        ends[level].push_back(level + 1 < ends.size() ? ends[level + 1][last] : last + 1);
+        next = end;
       }
-      const uint32_t leaves = is_leaf ? 1 : LeavesOf(children);
-      if (columns_.first_leaves[member] != next_leaf || columns_.leaf_counts[member] != leaves) {
+      if (next != below.end) Refuse("children are missing");
+    }
+    return ends;
+  }
+
+  void CheckLeaves() {
+    const IdRange leaves = levels_.back().members;
+    for (uint64_t member = leaves.begin; member <= leaves.end; ++member) {
+      if (first_children_[member] != leaves.end) Refuse("a member's children are not valid");
+    }
+  }
+
+  void CheckLevel(std::size_t level, const LeafLevels& leaves) {
+    const IdRange members = levels_[level].members;
+    uint32_t above = 0;  // the member of the level above
+    for (uint32_t i = 0; i < members.size(); ++i) {
+      const MemberId member = members.begin + i;
+      const uint32_t first = leaves.FirstLeaf(level, i);
+      if (first_leaves_[member] != first ||
+          leaf_counts_[member] != leaves.EndLeaf(level, i) - first) {
         Refuse("a member's leaves are not valid");
       }
-      next_leaf += leaves;
-    }
-    if (next_leaf != levels_.back().members.size()) Refuse("leaves are missing");
-  }
-
-  void CheckParent(std::size_t level, MemberId member) const {
-    const MemberId parent = columns_.parents[member];
-    if (level == 0
-            ? parent != kNoMember
-            : !Contains(levels_[level - 1].members, parent) ||
-                  !Contains({columns_.first_children[parent], columns_.first_children[parent + 1]},
-                            member)) {
-      Refuse("a member's parent is not valid");
+      if (level > 0 && leaves.EndLeaf(level - 1, above) == first) ++above;
+      const MemberId parent = level > 0 ? levels_[level - 1].members.begin + above : kNoMember;
+      if (parents_[member] != parent) Refuse("a member's parent is not valid");
     }
   }
-
-  bool AreChildren(MemberId member, std::size_t level, IdRange children) const {
-    const IdRange below = levels_[level + 1].members;
-    return children.begin < children.end && children.begin >= below.begin &&
-           children.end <= below.end && columns_.parents[children.begin] == member &&
-           columns_.parents[children.end - 1] == member;
-  }
-
-  uint32_t LeavesOf(IdRange children) const {
-    return std::accumulate(columns_.leaf_counts.begin() + children.begin,
-                           columns_.leaf_counts.begin() + children.end, 0U);
-  }
-
-  static bool Contains(IdRange range, uint32_t id) { return id >= range.begin && id < range.end; }
 
   [[noreturn]] void Refuse(const std::string& what) const {
-    throw DamagedCubeFile(blocks_.file_name(), what);
+    throw DamagedCubeFile(file_name_, what);
   }
 
-  const BlockStore& blocks_;
-  const MemberColumns& columns_;
+  const std::string& file_name_;
   const std::vector<Level>& levels_;
+  NumberReader parents_;
+  NumberReader first_children_;
+  NumberReader first_leaves_;
+  NumberReader leaf_counts_;
 };
 
 }  // namespace
@@ -159,25 +199,25 @@ std::string HierarchyBlock(const NewHierarchy& hierarchy) {
   return std::string(out.bytes());
 }
 
-MemberColumns ReadHierarchyBlock(BlockStore& blocks, uint32_t block,
+StoredMembers ReadHierarchyBlock(const BlockStore& blocks, uint32_t block,
                                  const std::vector<Level>& levels) {
-  ByteReader in(blocks.Keep(block), blocks.file_name());
-  const auto count = in.Get<uint64_t>();
-  if (count != levels.back().members.end) {
+  const uint64_t count = levels.back().members.end;
+  const MemberColumns columns(count);
+  const auto texts = std::make_shared<const MemberTexts>(blocks, block, columns.names,
+                                                         columns.captions, columns.texts);
+  const uint64_t length = texts->block.length();
+  PageReader head(texts->block);
+  if (length < columns.texts || head.Get<uint64_t>(0) != count) {
     throw DamagedCubeFile(blocks.file_name(), "members are missing");
   }
-  const auto text_bytes = in.Get<uint64_t>();
-  MemberColumns columns;
-  columns.name_offsets = in.GetAll<uint64_t>(count + 1);
-  columns.caption_offsets = in.GetAll<uint64_t>(count + 1);
-  columns.parents = in.GetAll<uint32_t>(count);
-  columns.first_children = in.GetAll<uint32_t>(count + 1);
-  columns.first_leaves = in.GetAll<uint32_t>(count);
-  columns.leaf_counts = in.GetAll<uint32_t>(count);
-  const auto texts = in.GetAll<char>(text_bytes);
-  columns.texts = {texts.data(), texts.size()};
-  Checker(blocks, columns, levels).Check();
-  return columns;
+  const auto text_bytes = head.Get<uint64_t>(sizeof(uint64_t));
+  if (text_bytes > length - columns.texts) {
+    throw DamagedCubeFile(blocks.file_name(), "names are missing");
+  }
+  Checker checker(blocks.file_name(), texts->block, columns, levels);
+  checker.CheckTexts(texts->Names(), text_bytes);
+  checker.CheckTexts(texts->Captions(), text_bytes);
+  return {checker.CheckedLevels(), texts};
 }
 
 }  // namespace vok::olap

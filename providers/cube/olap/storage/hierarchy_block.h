@@ -1,6 +1,7 @@
-// The block that holds a hierarchy's members: written from a list, read in place.
+// The block that holds a hierarchy's members: written from a list, read in pages.
 #pragma once
 
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -12,8 +13,13 @@ namespace vok::olap {
 
 std::string HierarchyBlock(const NewHierarchy& hierarchy);
 
-/// The columns in place, every reference in them checked. Failure "damaged".
-MemberColumns ReadHierarchyBlock(BlockStore& blocks, uint32_t block,
+struct StoredMembers {
+  LeafLevels leaf_levels;
+  std::shared_ptr<const MemberTexts> texts;
+};
+/// The members of a block that fits `levels`, every text and every reference in it checked. Failure
+/// "damaged".
+StoredMembers ReadHierarchyBlock(const BlockStore& blocks, uint32_t block,
                                  const std::vector<Level>& levels);
 
 }  // namespace vok::olap

@@ -4,17 +4,8 @@
 
 namespace vok::olap {
 
-LeafLevels::LeafLevels(const Hierarchy& hierarchy) {
-  for (const Level& level : hierarchy.levels()) {
-    auto& ends = ends_.emplace_back();
-    ends.reserve(level.members.size());
-    for (MemberId member = level.members.begin; member < level.members.end; ++member) {
-      ends.push_back(hierarchy.Leaves(member).end);
-    }
-  }
-}
-
 uint32_t LeafLevels::MemberOf(std::size_t level, uint32_t leaf) const {
+  if (level == ends_.size()) return std::min(leaf, leaf_count_);
   const auto& ends = ends_[level];
   return static_cast<uint32_t>(std::upper_bound(ends.begin(), ends.end(), leaf) - ends.begin());
 }
@@ -29,7 +20,7 @@ IdRange LeafLevels::MembersWithin(std::size_t level, IdRange leaves) const {
 std::optional<IdRange> LeafLevels::MembersOf(std::size_t level, IdRange leaves) const {
   const IdRange members = MembersWithin(level, leaves);
   if (members.size() == 0 || FirstLeaf(level, members.begin) != leaves.begin ||
-      ends_[level][members.end - 1] != leaves.end) {
+      EndLeaf(level, members.end - 1) != leaves.end) {
     return std::nullopt;
   }
   return members;

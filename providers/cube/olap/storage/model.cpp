@@ -15,13 +15,15 @@ std::string Bracketed(std::string_view name) {
 }
 
 Hierarchy::Hierarchy(std::string dimension_name, std::string name, bool has_all,
-                     std::vector<Level> levels, MemberColumns columns)
+                     std::vector<Level> levels, LeafLevels leaves,
+                     std::shared_ptr<const MemberTexts> texts)
     : dimension_name_(std::move(dimension_name)),
       name_(std::move(name)),
       unique_name_(Bracketed(dimension_name_)),
       has_all_(has_all),
       levels_(std::move(levels)),
-      columns_(columns) {
+      leaf_levels_(std::move(leaves)),
+      texts_(std::move(texts)) {
   if (name_ != dimension_name_) unique_name_ += "." + Bracketed(name_);
 }
 
@@ -31,23 +33,25 @@ std::size_t Hierarchy::LevelOf(MemberId member) const {
   return level;
 }
 
-std::string_view Hierarchy::Name(MemberId member) const {
-  const uint64_t begin = columns_.name_offsets[member];
-  return columns_.texts.substr(begin, columns_.name_offsets[member + 1] - begin);
-}
-
-std::string_view Hierarchy::Caption(MemberId member) const {
-  const uint64_t begin = columns_.caption_offsets[member];
-  return columns_.texts.substr(begin, columns_.caption_offsets[member + 1] - begin);
+MemberId Hierarchy::Parent(MemberId member) const {
+  const std::size_t level = LevelOf(member);
+  if (level == 0) return kNoMember;
+  const uint32_t leaf = leaf_levels_.FirstLeaf(level, member - levels_[level].members.begin);
+  return levels_[level - 1].members.begin + leaf_levels_.MemberOf(level - 1, leaf);
 }
 
 IdRange Hierarchy::Children(MemberId member) const {
-  return {columns_.first_children[member], columns_.first_children[member + 1]};
+  const std::size_t below = LevelOf(member) + 1;
+  if (below == levels_.size()) return {};
+  const IdRange children = leaf_levels_.MembersWithin(below, Leaves(member));
+  const MemberId first = levels_[below].members.begin;
+  return {first + children.begin, first + children.end};
 }
 
 IdRange Hierarchy::Leaves(MemberId member) const {
-  const uint32_t first = columns_.first_leaves[member];
-  return {first, first + columns_.leaf_counts[member]};
+  const std::size_t level = LevelOf(member);
+  const uint32_t place = member - levels_[level].members.begin;
+  return {leaf_levels_.FirstLeaf(level, place), leaf_levels_.EndLeaf(level, place)};
 }
 
 std::string Hierarchy::UniqueName(MemberId member) const {

@@ -1,15 +1,19 @@
 // What a cube is made of: dimensions, hierarchies, levels, members and measures.
 //
-// Immutable once opened and safe to read from several threads. Texts are views into the opened file
-// and live as long as its `CubeFile`.
+// Immutable once opened and safe to read from several threads, as long as its `CubeFile`. The texts
+// of members are read from the file where they are asked for, with the failures of a damaged file
+// and of one that was changed since.
 #pragma once
 
 #include <cstddef>
 #include <cstdint>
-#include <span>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
+
+#include "providers/cube/olap/storage/leaf_levels.h"
+#include "providers/cube/olap/storage/member_texts.h"
 
 namespace vok::olap {
 
@@ -17,14 +21,6 @@ namespace vok::olap {
 /// in the cube's order, so that a level's members, and the children of one member, are consecutive.
 using MemberId = uint32_t;
 inline constexpr MemberId kNoMember = 0xFFFFFFFF;
-
-/// Consecutive members, or leaves: `begin` up to but not including `end`.
-struct IdRange {
-  uint32_t begin = 0;
-  uint32_t end = 0;
-  uint32_t size() const { return end - begin; }
-  friend bool operator==(const IdRange&, const IdRange&) = default;
-};
 
 enum class LevelKind : uint8_t {
   kAll,
@@ -43,22 +39,11 @@ struct Level {
   IdRange members;
 };
 
-/// The columns of a hierarchy's members as they lie in the opened file, one entry per member (and
-/// one more where a column holds offsets).
-struct MemberColumns {
-  std::span<const uint32_t> parents;         ///< `kNoMember` at the top
-  std::span<const uint32_t> first_children;  ///< children of i: [i], [i + 1]; size members + 1
-  std::span<const uint32_t> first_leaves;    ///< leaves below i: [i] up to [i] + leaf_counts[i]
-  std::span<const uint32_t> leaf_counts;
-  std::span<const uint64_t> name_offsets;     ///< into `texts`; size members + 1
-  std::span<const uint64_t> caption_offsets;  ///< into `texts`; size members + 1
-  std::string_view texts;
-};
-
 class Hierarchy {
  public:
+  /// `leaves` and `texts` are those of the members of `levels`.
   Hierarchy(std::string dimension_name, std::string name, bool has_all, std::vector<Level> levels,
-            MemberColumns columns);
+            LeafLevels leaves, std::shared_ptr<const MemberTexts> texts);
 
   /// The hierarchy's own name; the dimension's where the schema gives none.
   const std::string& name() const { return name_; }
@@ -68,16 +53,22 @@ class Hierarchy {
   bool has_all() const { return has_all_; }
   const std::vector<Level>& levels() const { return levels_; }
 
-  uint32_t MemberCount() const { return static_cast<uint32_t>(columns_.parents.size()); }
+  const LeafLevels& leaf_levels() const { return leaf_levels_; }
+
+  uint32_t MemberCount() const { return levels_.back().members.end; }
   /// Members of the last level. Leaf l is member `levels().back().members.begin + l`.
   uint32_t LeafCount() const { return levels_.back().members.size(); }
   /// The all member, else the first member of the first level.
   MemberId DefaultMember() const { return 0; }
 
   std::size_t LevelOf(MemberId member) const;
-  std::string_view Name(MemberId member) const;
-  std::string_view Caption(MemberId member) const;
-  MemberId Parent(MemberId member) const { return columns_.parents[member]; }
+  std::string Name(MemberId member) const { return std::string(Names()[member]); }
+  std::string Caption(MemberId member) const { return std::string(Captions()[member]); }
+  /// For many members, from first to last.
+  TextReader Names() const { return texts_->Names(); }
+  TextReader Captions() const { return texts_->Captions(); }
+  /// `kNoMember` at the top.
+  MemberId Parent(MemberId member) const;
   IdRange Children(MemberId member) const;
   /// The leaves at or below the member.
   IdRange Leaves(MemberId member) const;
@@ -94,7 +85,8 @@ class Hierarchy {
   std::string unique_name_;
   bool has_all_;
   std::vector<Level> levels_;
-  MemberColumns columns_;
+  LeafLevels leaf_levels_;
+  std::shared_ptr<const MemberTexts> texts_;
 };
 
 /// "[" name "]" with "]" doubled.

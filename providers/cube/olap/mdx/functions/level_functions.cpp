@@ -17,6 +17,7 @@ namespace {
 /// All members of a hierarchy, each directly before its children.
 MemberIds InHierarchyOrder(const CubeView& cube, HierarchyId hierarchy) {
   MemberIds order;
+  order.reserve(hierarchy == kMeasures ? 0 : cube.Stored(hierarchy).MemberCount());
   std::vector<IdRange> open = {cube.LevelMembers(hierarchy, 0)};  // one per level on the way down
   while (!open.empty()) {
     IdRange& rest = open.back();

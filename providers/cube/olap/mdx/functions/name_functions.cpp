@@ -26,8 +26,7 @@ std::string TextOf(const CellEvaluator& evaluator, HierarchyId hierarchy, Member
   }
   const CubeView& cube = evaluator.cube();
   if (form == Form::kUniqueName) return cube.UniqueName(hierarchy, member);
-  return std::string(form == Form::kName ? cube.MemberName(hierarchy, member)
-                                         : cube.Caption(hierarchy, member));
+  return form == Form::kName ? cube.MemberName(hierarchy, member) : cube.Caption(hierarchy, member);
 }
 
 class MemberText : public ValueExpression {

@@ -15,6 +15,7 @@
 #include "platform/failure.h"
 #include "providers/cube/olap/storage/block_cache.h"
 #include "providers/cube/olap/storage/cube_file.h"
+#include "tests/support/cubes/sample_cube.h"
 #include "tests/support/failures.h"
 #include "tests/support/temporary_folder.h"
 
@@ -121,6 +122,38 @@ TEST(OverwrittenCubeFile, IsReadAsOneOfBothOrNotAtAll) {
   }
   done = true;
   writer.join();
+}
+
+/// Names that are longer together than what stays in memory of them, some of them than a page.
+TEST(LongNames, AreReadFromTheFileAsTheyWereWhenItWasOpened) {
+  test::CubeTexts texts;
+  texts.schema =
+      R"(<Schema name="S"><Cube name="C"><Table name="fact"/><Dimension name="Line" foreignKey="id">
+      <Hierarchy primaryKey="id"><Table name="line"/><Level name="Line" column="id"/></Hierarchy>
+      </Dimension><Measure name="V" column="id" aggregator="count"/></Cube></Schema>)";
+  std::vector<std::string> names;
+  for (std::size_t i = 0; i < 100; ++i) {
+    names.push_back(std::to_string(1000 + i));
+    for (std::size_t pair = 0; pair < i * 400; ++pair) names.back() += "\xD7\x90";
+    texts.tables["line"] += (i == 0 ? "id\n" : "") + names.back() + "\n";
+  }
+  texts.tables["fact"] = "id\n" + names[3] + "\n";
+  const test::BuiltCube built(texts);
+  const Hierarchy& lines = built.cube().model.hierarchies.front();
+  const auto read = [&] {
+    std::vector<std::string> found;
+    for (MemberId member = 1; member < lines.MemberCount(); ++member) {
+      found.push_back(lines.Name(member));
+    }
+    return found;
+  };
+  EXPECT_TRUE(read() == names);
+  EXPECT_TRUE(lines.Caption(100) == names.back());
+  EXPECT_TRUE(lines.Caption(1) == names.front());
+  std::this_thread::sleep_for(std::chrono::milliseconds(20));  // another time of modification
+  Overwrite(built.path(), Bytes(std::size_t{8} << 20, std::byte{'x'}));
+  const std::string said = test::DescriptionOf([&] { read(); });
+  EXPECT_NE(said.find("was changed while it was read"), std::string::npos) << said;
 }
 
 TEST(BlockCache, HoldsWhatWasUsedLast) {
