@@ -61,6 +61,11 @@ help_of() {
 }
 help_of
 
+# Every number that a failure can have is explained.
+for code in $(sed -n 's/^inline constexpr int32_t k.* = \(-\?[0-9]*\);.*/\1/p' "$source/platform/failure.h"); do
+  grep -qE "^\|( [^|]*,)? $code(,[^|]*)? \|" "$source/docs/operations.md" || fail "nobody explains $code"
+done
+
 # Every script's help is the comment at its head; nothing else is done: there is no other program.
 mkdir bare
 ln -s "$(command -v dirname)" "$(command -v realpath)" "$(command -v sed)" "$(command -v bash)" bare
