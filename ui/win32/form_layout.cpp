@@ -84,8 +84,13 @@ FormLayout::Container FormLayout::Read(const Form& form, const Control* frame,
       least = sizes.least(control);
     }
     container.controls.push_back(&control);
-    items.push_back({control.Cell, least, control.Grows, control.GrowsDown, control.AtEnd,
-                     FillsHeight(control)});
+    items.push_back({.cell = control.Cell,
+                     .least = least,
+                     .grows = control.Grows,
+                     .grows_down = control.GrowsDown,
+                     .at_start = !control.Symbol.empty(),
+                     .at_end = control.AtEnd,
+                     .fills_height = FillsHeight(control)});
   }
   container.grid = Grid(std::move(items), sizes.gap);
   return container;

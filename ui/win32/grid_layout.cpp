@@ -88,10 +88,8 @@ std::vector<Area> Grid::Arrange(const Area& area) const {
     const Stretch across = StretchOf(columns, item.cell.column, item.cell.columns, gap_.width);
     const Stretch down = StretchOf(rows, item.cell.row, item.cell.rows, gap_.height);
     Area place{area.left + across.start, area.top + down.start, across.size, down.size};
-    if (item.at_end) {
-      place.left += place.width - item.least.width;
-      place.width = item.least.width;
-    }
+    if (item.at_end) place.left += place.width - item.least.width;
+    if (item.at_start || item.at_end) place.width = item.least.width;
     if (!item.fills_height) {
       place.top += (place.height - item.least.height) / 2;
       place.height = item.least.height;

@@ -29,7 +29,8 @@ struct GridItem {
   Extent least;
   bool grows = false;
   bool grows_down = false;
-  bool at_end = false;        ///< of its least width, at the end of its columns
+  bool at_start = false;      ///< of its least width, at the start of its columns
+  bool at_end = false;        ///< of its least width, at their end
   bool fills_height = false;  ///< as tall as its rows; otherwise of its least height, amid them
 };
 
