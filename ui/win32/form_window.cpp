@@ -266,7 +266,8 @@ void FormWindow::WriteControls() {
   menu_->Refresh();
   if (caption_ != form_.Caption) {
     caption_ = form_.Caption;
-    ::SetWindowTextW(window_, Utf16(caption_).c_str());
+    const std::wstring title = Utf16(caption_);
+    ::SetWindowTextW(window_, (form_.RightToLeft ? ReadByItself(title) : title).c_str());
   }
   writing_ = false;
   if (other_room && layout_) Measure();

@@ -1,18 +1,17 @@
 #include <algorithm>
 #include <utility>
 
-#include "system/windows/utf16.h"
 #include "ui/win32/widgets.h"
 
 namespace vok::windows {
 namespace {
 
-void PaintHeader(HDC canvas, RECT area, const std::string& text, int margin) {
+void PaintHeader(HDC canvas, RECT area, const std::wstring& text, int margin) {
   ::FillRect(canvas, &area, ::GetSysColorBrush(COLOR_BTNFACE));
   ::SetBkMode(canvas, TRANSPARENT);
   ::SetTextColor(canvas, ::GetSysColor(COLOR_BTNTEXT));
   area.left += margin;
-  ::DrawTextW(canvas, Utf16(text).c_str(), -1, &area,
+  ::DrawTextW(canvas, text.c_str(), -1, &area,
               DT_SINGLELINE | DT_VCENTER | DT_NOPREFIX | DT_END_ELLIPSIS);
 }
 
@@ -42,7 +41,7 @@ class ListViewWidget : public Widget {
     if (header.code != LVN_GETDISPINFOW) return;
     LVITEMW& item = reinterpret_cast<NMLVDISPINFOW&>(header).item;
     if ((item.mask & LVIF_TEXT) == 0) return;
-    asked_ = Utf16(
+    asked_ = Drawn(
         CellText(static_cast<std::size_t>(item.iItem), static_cast<std::size_t>(item.iSubItem)));
     item.pszText = asked_.data();
   }
@@ -96,7 +95,8 @@ class ListViewWidget : public Widget {
     } else if (scrolled_ > 0) {
       RECT title{};
       ::GetClientRect(part, &title);
-      PaintHeader(canvas, {scrolled_, 0, scrolled_ + width, title.bottom}, headers_[0], margin);
+      PaintHeader(canvas, {scrolled_, 0, scrolled_ + width, title.bottom}, Drawn(headers_[0]),
+                  margin);
     }
     ::SelectObject(canvas, before);
     ::ReleaseDC(part, canvas);
@@ -109,7 +109,7 @@ class ListViewWidget : public Widget {
       RECT line{LVIR_BOUNDS, 0, 0, 0};
       Send(LVM_GETITEMRECT, row, reinterpret_cast<LPARAM>(&line));
       const int grid = 1;
-      PaintHeader(canvas, {0, line.top, width - grid, line.bottom - grid}, CellText(row, 0),
+      PaintHeader(canvas, {0, line.top, width - grid, line.bottom - grid}, Drawn(CellText(row, 0)),
                   margin);
     }
   }
@@ -135,7 +135,7 @@ class ListViewWidget : public Widget {
     while (Send(LVM_DELETECOLUMN) != FALSE) continue;
     headers_.clear();
     for (const ControlItem& item : control_.Items) {
-      std::wstring text = Utf16(item.Text);
+      std::wstring text = Drawn(item.Text);
       LVCOLUMNW column{};
       column.mask = LVCF_TEXT | LVCF_FMT;
       column.fmt = item.IsNumber ? LVCFMT_RIGHT : LVCFMT_LEFT;
@@ -149,9 +149,9 @@ class ListViewWidget : public Widget {
     constexpr int kMostLetters = 40;
     const int captions = control_.Width > 0 ? control_.Width / 2 : kMostLetters;
     for (std::size_t column = 0; column < headers_.size(); ++column) {
-      int widest = metrics_->WidthOf(Utf16(headers_[column]));
+      int widest = metrics_->WidthOf(Drawn(headers_[column]));
       for (std::size_t row = 0; row < rows_.size(); ++row) {
-        widest = std::max(widest, metrics_->WidthOf(Utf16(CellText(row, column))));
+        widest = std::max(widest, metrics_->WidthOf(Drawn(CellText(row, column))));
       }
       const int most = metrics_->Letters(column == 0 ? captions : kMostLetters);
       const int width = std::min(widest, most) + metrics_->Across(10);

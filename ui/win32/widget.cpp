@@ -1,5 +1,8 @@
 #include "ui/win32/widget.h"
 
+#include <algorithm>
+#include <vector>
+
 #include "platform/failure.h"
 #include "system/windows/utf16.h"
 #include "ui/win32/dpi_and_theme.h"
@@ -12,6 +15,44 @@ std::wstring TextOf(HWND window) {
   const int length = ::GetWindowTextW(window, text.data(), static_cast<int>(text.size()));
   text.resize(static_cast<std::size_t>(length));
   return text;
+}
+
+namespace {
+
+constexpr wchar_t kFromLeft = L'\x202A', kFromRight = L'\x202B', kEnd = L'\x202C';
+
+/// Nothing for a line that needs none: it has no letters, or nothing but such of one direction, or
+/// the mark of a key, which the system would then draw elsewhere.
+std::wstring MarkOf(const std::wstring& line) {
+  std::vector<WORD> kinds(line.size());
+  ::GetStringTypeW(CT_CTYPE2, line.c_str(), static_cast<int>(line.size()), kinds.data());
+  WORD own = 0;
+  bool is_plain = true;
+  for (const WORD kind : kinds) {
+    if (own == 0 && (kind == C2_LEFTTORIGHT || kind == C2_RIGHTTOLEFT)) own = kind;
+    is_plain = is_plain && (kind == own || kind == C2_WHITESPACE);
+  }
+  if (own == 0 || is_plain || line.find(L'&') != line.npos) return {};
+  return {own == C2_LEFTTORIGHT ? kFromLeft : kFromRight};
+}
+
+}  // namespace
+
+std::wstring ReadByItself(const std::wstring& text) {
+  std::wstring marked;
+  for (std::size_t at = 0; at < text.size();) {
+    const std::size_t end = std::min(text.find_first_of(L"\r\n", at), text.size());
+    const std::size_t next = std::min(text.find_first_not_of(L"\r\n", end), text.size());
+    const std::wstring line = text.substr(at, end - at), mark = MarkOf(line);
+    marked +=
+        mark + line + (mark.empty() ? mark : std::wstring{kEnd}) + text.substr(end, next - end);
+    at = next;
+  }
+  return marked;
+}
+
+std::wstring Widget::Drawn(const std::string& text) const {
+  return begins_from_right_ ? ReadByItself(Utf16(text)) : Utf16(text);
 }
 
 void Widget::Create(HWND parent, int id, const Metrics& metrics) {
@@ -50,7 +91,7 @@ bool Widget::Refresh() {
   const std::string& drawn = control_.Symbol.empty() ? control_.Caption : control_.Symbol;
   if (caption_ == drawn) return false;
   caption_ = drawn;
-  ::SetWindowTextW(window_, Utf16(caption_).c_str());
+  ::SetWindowTextW(window_, Drawn(caption_).c_str());
   return true;
 }
 

@@ -17,6 +17,10 @@ namespace vok::windows {
 /// The text that the window has.
 std::wstring TextOf(HWND window);
 
+/// The text with marks of direction around each line that needs them: it is read as its first
+/// letter is, where the system would read every text as the window.
+std::wstring ReadByItself(const std::wstring& text);
+
 class Widget {
  public:
   explicit Widget(Control& control) : control_(control) {}
@@ -56,6 +60,8 @@ class Widget {
   virtual Kind WindowKind() const = 0;
   /// Whether the form does.
   bool BeginsFromRight() const { return begins_from_right_; }
+  /// The text as it is given to the system, see `ReadByItself`.
+  std::wstring Drawn(const std::string& text) const;
   virtual void Created() {}
   /// The control's own part of `Refresh`.
   virtual void Write() {}

@@ -112,6 +112,19 @@ TEST(WindowsView, AListThatIsOpenTellsOnlyWhatWasChosenFromIt) {
   }
 }
 
+TEST(WindowsView, ReadsEachLineAsItsFirstLetterIs) {
+  const struct {
+    const wchar_t *text, *marked;
+  } rows[] = {{L"\x5D0\x5D1 \x5D2", L"\x5D0\x5D1 \x5D2"},
+              {L"12", L"12"},
+              {L"&\x5D0 1", L"&\x5D0 1"},
+              {L"6 \x5D0",
+               L"\x202B"
+               L"6 \x5D0\x202C"},
+              {L"No file.\r\n\r\n\x5D0.", L"\x202ANo file.\x202C\r\n\r\n\x202B\x5D0.\x202C"}};
+  for (const auto& row : rows) EXPECT_EQ(ReadByItself(row.text), row.marked);
+}
+
 /// Places of the controls on the screen, by name.
 std::map<std::string, RECT> PlacesOf(const Form& form, HWND window) {
   std::map<std::string, RECT> places;
