@@ -5,6 +5,7 @@
 #include "platform/failure.h"
 #include "platform/text.h"
 #include "texts/string_table.h"
+#include "texts/text_numbers.h"
 
 namespace vok {
 namespace {
@@ -53,6 +54,7 @@ class Translator {
     Try([&] { form.Caption = OwnText(WholeNumber(form.Tag)); });
     Try([&] { form.Font.Name = OwnText(kFontName); });
     Try([&] { form.Font.Size = Value(OwnText(kFontSize)).ToDouble(); });
+    form.ErrorText = GetLangString(language_, text_number::kError);
     for (Control& control : form.Controls()) {
       control.Font = form.Font;
       Translate(control);

@@ -21,16 +21,27 @@ std::vector<CubeLack> LacksOf(const Host& host, const std::string& file,
   }
 }
 
+/// Whole, on as many lines as it takes.
+void AddText(Panel& panel, GridCell cell, const ControlId& id, const std::string& text) {
+  constexpr int kWidth = 44;
+  Control& label = panel.Label(cell, id, 0);
+  label.Caption = AsCaption(text);
+  label.Width = kWidth;
+  label.Grows = true;
+}
+
 void AddControls(Form& form, const std::vector<CubeLack>& lacks) {
-  constexpr int kWidth = 80;
   Panel window(form);
   window.Label({0, 0}, "lblLacks", text_number::kLacks);
-  Control& list = window.Field({1, 0}, ControlType::kListView, "lvwLacks", "lblLacks", kWidth);
-  list.Items = {{.Tag = std::to_string(text_number::kLackWhat)},
-                {.Tag = std::to_string(text_number::kLackMend)}};
-  for (const CubeLack& lack : lacks) list.Rows.push_back({lack.what, lack.mend});
-  list.Height = 8;
-  list.Grows = list.GrowsDown = true;
+  Panel rows = window.Frame({1, 0}, "fraLacks");
+  form.At("fraLacks").Grows = true;
+  rows.Label({0, 0}, "lblWhats", text_number::kLackWhat);
+  rows.Label({0, 1}, "lblMends", text_number::kLackMend);
+  for (std::size_t i = 0; i < lacks.size(); ++i) {
+    const int number = static_cast<int>(i);
+    AddText(rows, {1 + number, 0}, {"lblWhat", number}, lacks[i].what);
+    AddText(rows, {1 + number, 1}, {"lblMend", number}, lacks[i].mend);
+  }
   Panel buttons = window.Foot(0, "fraButtons");
   Control& copy = buttons.Button({0, 0}, "cmdCopy", text_number::kCopy, text_number::kTipCopy);
   copy.Grows = copy.AtEnd = true;
@@ -44,7 +55,7 @@ void ShowLacks(const WindowServices& services, const std::string& cube_file,
                const std::string& catalog) {
   const auto lacks = LacksOf(services.host, cube_file, catalog);
   if (lacks.empty()) return;
-  Form form("frmLacks", std::to_string(text_number::kLacksWindow));
+  Form form("frmLacks", "");
   form.Remembered = true;
   AddControls(form, lacks);
   form.On(FormEvent::kClicked, "cmdClose", [&](int) { form.Visible = false; });
@@ -54,6 +65,7 @@ void ShowLacks(const WindowServices& services, const std::string& cube_file,
     services.toolkit.CopyText(text);
   });
   LoadTexts(services.host, services.publics, form);
+  form.Caption = GetLangString(services.publics.language, text_number::kLacksWindow);
   form.Focus = ControlId("cmdClose");
   services.toolkit.ShowModal(form);
 }

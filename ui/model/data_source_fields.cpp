@@ -302,7 +302,8 @@ void DataSourceFields::EditMoneySets(int row) {
 void DataSourceFields::PickInto(const char* field) {
   GoToSettingsFolder(services_.host, services_.publics.environment);
   const std::string picked = services_.toolkit.PickFile(
-      {.title = services_.host.component.executable_name + StringTableText(text_number::kOpenAFile),
+      {.title = services_.host.component.executable_name +
+                GetLangString(services_.publics.language, text_number::kOpenAFile),
        .filter = "*.*|*.*",
        .flags = kFileMustExist | kHideReadOnly});
   if (!picked.empty()) form_.SetText(field, picked);

@@ -187,9 +187,10 @@ void Form::SetList(const ControlId& id, std::vector<std::string> entries) {
 void Form::Type(const ControlId& id, const std::string& text) {
   if (typed_ && !(typed_->id == id)) TellTyped();
   Control& control = At(id);
-  if (!typed_) typed_ = {id, control.Text};
+  if (!typed_) typed_ = {id, control.Text, control.Error};
   control.Text = text;
   control.Dimmed = false;
+  control.Error = typed_->was_wrong && text == typed_->before;
   TellActed();
 }
 

@@ -90,11 +90,12 @@ enum class Region {
   kFoot  ///< at the window's lower edge, always to be seen
 };
 
-/// One bar of a chart.
+/// One bar of a chart, or the title of the bars below it.
 struct Bar {
   std::string caption;
-  double value = 0;        ///< its length, in a unit that all bars of the chart have in common
-  std::string value_text;  ///< the value as it is to be read
+  double value = 0;             ///< its length, in a unit that all bars of the chart have in common
+  std::string value_text = {};  ///< the value as it is to be read
+  bool title = false;           ///< the caption alone, on the whole line
   friend bool operator==(const Bar&, const Bar&) = default;
 };
 
@@ -155,7 +156,7 @@ struct Control {
   GridCell Cell = {};
   int Width = 0;            ///< least width in characters of its font; 0: what its caption needs
   int Height = 1;           ///< least height in lines of its font, of a list, list view or chart
-  bool Grows = false;       ///< takes the width that is left over
+  bool Grows = false;       ///< takes the width that is left over; a label's text goes on below
   bool GrowsDown = false;   ///< takes the height that is left over
   bool AtEnd = false;       ///< as wide as it needs, at the end of its cells, not filling them
   bool Dense = false;       ///< a frame whose rows stand close together
@@ -206,7 +207,8 @@ class Form {
   std::string Tag;
   std::string Caption;
   vok::Font Font;
-  DateTexts Dates;  ///< of the fields for dates
+  DateTexts Dates;        ///< of the fields for dates
+  std::string ErrorText;  ///< how a field that is drawn as wrong is read out
   bool RightToLeft = false;
   bool Remembered = false;  ///< its size, place and splitter are kept for the person
   bool Visible = false;     ///< a modal view ends when a rule makes it false
@@ -233,7 +235,8 @@ class Form {
   /// Chooses entry `position`: its text, then `kClicked`. Failure 5 for one that is not there.
   void Choose(const ControlId& id, int position);
 
-  /// The user typed: the field has this text now. `kChanged` is raised later, see above.
+  /// The user typed: the field has this text now, which nobody has found wrong yet. `kChanged` is
+  /// raised later, see above.
   void Type(const ControlId& id, const std::string& text);
   /// The user clicks: a box changes between checked and not, then `kClicked`. Nothing happens to a
   /// control that is disabled or not to be seen.
@@ -252,6 +255,7 @@ class Form {
   struct Typed {
     ControlId id;
     std::string before;
+    bool was_wrong;
   };
   const Control* Find(const ControlId& id) const;
   void TellTyped();

@@ -358,7 +358,9 @@ std::string FrmPeriods::FailureText(const Value::Array& parts) {
   if (!report.cause.empty() && report.cause != text) {
     text += (text.empty() ? "" : kLineEnd) + report.cause;
   }
-  if (text.empty()) text = StringTableText(text_number::kError) + " " + parts[0].ToText();
+  if (text.empty()) {
+    text = GetLangString(services_.publics.language, text_number::kError) + " " + parts[0].ToText();
+  }
   int advice = text_number::kAdviceRun;
   if (report.code == failure_number::kConnectionError) advice = text_number::kAdviceCube;
   if (report.code == failure_number::kInvalidMeasure && source_.MarkMissingMeasures()) {

@@ -1,5 +1,6 @@
 #include "ui/model/messages.h"
 
+#include "texts/language.h"
 #include "texts/text_numbers.h"
 #include "ui/model/apply_language.h"
 #include "ui/model/panel.h"
@@ -53,7 +54,7 @@ void OpenOrTell(const WindowServices& services, const std::string& path) {
 }
 
 std::optional<std::size_t> Ask(const WindowServices& services, const Question& question) {
-  Form form("frmQuestion", std::to_string(question.title));
+  Form form("frmQuestion", "");
   std::optional<std::size_t> chosen;
   Panel window(form);
   AddRows(window.Frame({0, 0}, "fraRows"), question);
@@ -65,6 +66,7 @@ std::optional<std::size_t> Ask(const WindowServices& services, const Question& q
   });
   form.On(FormEvent::kClicked, "cmdCancel", [&](int) { form.Visible = false; });
   LoadTexts(services.host, services.publics, form);
+  form.Caption = GetLangString(services.publics.language, question.title);
   form.Focus = ControlId("cmdAnswer", 0);
   services.toolkit.ShowModal(form);
   return chosen;

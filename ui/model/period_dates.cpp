@@ -17,7 +17,7 @@ constexpr char kName[] = "TextPeriod";
 constexpr char kFrom[] = "txtDate1";
 constexpr char kUntil[] = "txtDate2";
 constexpr char kOpening[] = "CheckItraPticha";
-constexpr int kPeriodNameWidth = 12;
+constexpr int kPeriodNameWidth = 16;
 constexpr int kDateWidth = 10;
 
 std::string DayMonthYear(Date date) {

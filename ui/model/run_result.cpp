@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <map>
 #include <string_view>
 #include <utility>
 
@@ -145,21 +144,21 @@ void RunResult::AddTo(Panel window) {
   frame.Label({0, 0}, "lblResult", text_number::kWorkbookAt);
   Control& path = frame.Field({1, 0}, ControlType::kTextBox, kPath, "lblResult", kWidth);
   path.Locked = path.Path = true;
-  frame.Label({2, 0}, "lblResultRows", text_number::kResultNone).Grows = true;
-  Panel buttons = frame.Frame({3, 0}, "fraResultButtons");
+  for (Control* text : {&frame.Label({2, 0}, "lblResultRows", text_number::kResultNone),
+                        &frame.Label({3, 0}, kCause, 0)}) {
+    text->Width = kWidth;
+    text->Grows = true;
+  }
+  Panel buttons = frame.Frame({4, 0}, "fraResultButtons");
   buttons.Button({0, 0}, "cmdOpenWorkbook", text_number::kOpenWorkbook);
   buttons.Button({0, 1}, "cmdOpenFolder", text_number::kOpenFolder);
   buttons.Button({0, 2}, "cmdCopyResult", text_number::kCopy, text_number::kTipCopy);
-  Control& cause = frame.Label({4, 0}, kCause, 0);
-  cause.Width = kWidth;
-  cause.Height = 12;
-  cause.Grows = true;
-  frame.Label({4, 0}, "lblRows", text_number::kFirstRows);
-  Control& rows = frame.Field({5, 0}, ControlType::kListView, kRows, "lblRows", kWidth);
+  frame.Label({5, 0}, "lblRows", text_number::kFirstRows);
+  Control& rows = frame.Field({6, 0}, ControlType::kListView, kRows, "lblRows", kWidth);
   rows.Height = 8;
   rows.Grows = rows.GrowsDown = true;
-  frame.CheckBox({6, 0}, "chkChart", text_number::kMoneyTotals).Value = kChecked;
-  Control& money = frame.Field({7, 0}, ControlType::kChart, kMoney, "chkChart", kWidth);
+  frame.CheckBox({7, 0}, "chkChart", text_number::kMoneyTotals).Value = kChecked;
+  Control& money = frame.Field({8, 0}, ControlType::kChart, kMoney, "chkChart", kWidth);
   money.Height = kPeriodCount;
   money.Grows = true;
 }
@@ -241,28 +240,48 @@ const MoneySetEntry& RunResult::SetOf(int16_t period) const {
   return services_.publics.settings.data_source.MoneySets[static_cast<std::size_t>(period)];
 }
 
-/// Bars of different measures have no scale in common: each measure has its own, and its name with
-/// each of its bars.
+/// The measure that a period's money is, and its unit where the money set names one that the
+/// measure's name does not.
+std::string RunResult::MoneyOf(const MoneyTotal& period) const {
+  const MoneySetEntry& set = SetOf(period.PeriodNumber);
+  const std::string unit = set.MoneySet.IsNull() ? "" : set.MoneySet.ToText();
+  const bool is_new = !unit.empty() && set.Measure.find(unit) == std::string::npos;
+  return is_new ? set.Measure + ", " + unit : set.Measure;
+}
+
+/// Bars of different measures have no scale in common: each measure has its own, and its bars
+/// stand together below its name. One measure alone is named in the title.
 void RunResult::ShowMoney(const std::vector<MoneyTotal>& money,
                           const std::vector<std::string>& formats) {
-  std::map<std::string, double> largest;
+  std::vector<std::vector<MoneyTotal>> measures;
   for (const MoneyTotal& period : money) {
-    double& most = largest[SetOf(period.PeriodNumber).Measure];
-    most = std::max(most, std::abs(period.total));
+    const std::string& measure = SetOf(period.PeriodNumber).Measure;
+    const auto same = std::find_if(measures.begin(), measures.end(), [&](const auto& periods) {
+      return SetOf(periods.front().PeriodNumber).Measure == measure;
+    });
+    (same != measures.end() ? *same : measures.emplace_back()).push_back(period);
   }
   Control& title = form_.At("chkChart");
   title.Caption = GetLangString(services_.publics.language, text_number::kMoneyTotals);
-  if (largest.size() == 1) title.Caption += AsCaption(": " + largest.begin()->first);
+  if (measures.size() == 1) title.Caption += AsCaption(": " + MoneyOf(money.front()));
   std::vector<Bar>& bars = form_.At(kMoney).Bars;
   bars.clear();
+  for (const auto& periods : measures) {
+    if (measures.size() > 1) bars.push_back({.caption = MoneyOf(periods.front()), .title = true});
+    AddBars(periods, formats, bars);
+  }
+}
+
+/// On one scale.
+void RunResult::AddBars(const std::vector<MoneyTotal>& money,
+                        const std::vector<std::string>& formats, std::vector<Bar>& bars) const {
+  double largest = 0;
+  for (const MoneyTotal& period : money) largest = std::max(largest, std::abs(period.total));
+  const double scale = largest > 0 ? largest : 1;
   for (const MoneyTotal& period : money) {
-    const std::string measure = SetOf(period.PeriodNumber).Measure;
-    std::string caption = NameOf(period);
-    if (largest.size() > 1) caption += " (" + measure + ")";
-    const double scale = largest[measure] > 0 ? largest[measure] : 1;
     const std::string& format = formats.at(FormatOf(period.PeriodNumber, true));
     const FigureTexts texts(services_.host.locale, format, {period.total});
-    bars.push_back({caption, period.total / scale, texts.Of(period.total)});
+    bars.push_back({NameOf(period), period.total / scale, texts.Of(period.total)});
   }
 }
 

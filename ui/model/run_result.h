@@ -33,6 +33,9 @@ class RunResult {
   void ShowParts(bool written, const std::string& cause);
   void ShowRows(const RunPreview& preview, const std::vector<std::string>& formats);
   void ShowMoney(const std::vector<MoneyTotal>& money, const std::vector<std::string>& formats);
+  void AddBars(const std::vector<MoneyTotal>& money, const std::vector<std::string>& formats,
+               std::vector<Bar>& bars) const;
+  std::string MoneyOf(const MoneyTotal& period) const;
   std::string HeadingOf(const MoneyTotal& period, bool is_money) const;
   const MoneySetEntry& SetOf(int16_t period) const;
   void OpenWorkbook();

@@ -7,17 +7,19 @@
 #include <QtGui/QFontDatabase>
 #include <QtGui/QTextDocument>
 #include <QtWidgets/QApplication>
-#include <QtWidgets/QStyle>
+#include <QtWidgets/QProxyStyle>
+#include <QtWidgets/QStyleFactory>
+#include <QtWidgets/QStyleOptionButton>
 #include <clocale>
 #include <string>
 
 #include "platform/failure.h"
-#include "texts/string_table.h"
-#include "texts/text_numbers.h"
 #include "ui/qt/control_view.h"
 
 namespace vok::qt {
 namespace {
+
+constexpr QLatin1String kUsualStyle("fusion");
 
 Failure NoWindows(const std::string& why) {
   return Failure(failure_number::kNotSupported, "No window can be shown: " + why);
@@ -72,14 +74,31 @@ void MakeApplication() {
   TranslateQt(*application);
 }
 
-/// The style that Qt has where the desktop has none draws edges darker than the window. Where that
-/// is all but black, in high contrast, fields and boxes would have none.
-void ShowEdges() {
-  constexpr int kAllButBlack = 24;
-  const bool is_black = QApplication::palette().color(QPalette::Window).lightness() < kAllButBlack;
-  if (is_black && QApplication::style()->name() == QStringLiteral("fusion")) {
-    QApplication::setStyle(QStringLiteral("windows"));
+/// The style that Qt has where the desktop has none draws edges darker than the window; on a dark
+/// one nobody would see them. This draws those of check boxes brighter.
+class BrightEdges : public QProxyStyle {
+ public:
+  BrightEdges() : QProxyStyle(kUsualStyle) {}
+  void drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
+                     const QWidget* widget) const override {
+    const auto* box = qstyleoption_cast<const QStyleOptionButton*>(option);
+    if (element != PE_IndicatorCheckBox || box == nullptr) {
+      return QProxyStyle::drawPrimitive(element, option, painter, widget);
+    }
+    QStyleOptionButton brighter = *box;
+    brighter.palette.setColor(QPalette::Window, box->palette.color(QPalette::WindowText));
+    QProxyStyle::drawPrimitive(element, &brighter, painter, widget);
   }
+};
+
+/// Where the window is all but black, in high contrast, fields would have no edges either.
+void ShowEdges() {
+  constexpr int kAllButBlack = 24, kDark = 96;
+  const int brightness = QApplication::palette().color(QPalette::Window).lightness();
+  if (brightness >= kDark || QApplication::style()->name() != kUsualStyle) return;
+  QApplication::setStyle(brightness < kAllButBlack
+                             ? QStyleFactory::create(QStringLiteral("windows"))
+                             : new BrightEdges);
 }
 
 /// The fields' own colour with some red, on which texts are read as before: dark, bright or in high
@@ -125,7 +144,7 @@ QString PlainToolTip(const std::string& text) {
   return Qt::mightBeRichText(tip) ? tip.toHtmlEscaped() : tip;
 }
 
-void MarkState(QWidget& widget, const Control& control) {
+void MarkState(QWidget& widget, const Control& control, const std::string& error_text) {
   const QPalette usual = QApplication::palette(&widget);
   const bool locked = control.Locked && control.Type == ControlType::kTextBox;
   const QColor back =
@@ -142,7 +161,7 @@ void MarkState(QWidget& widget, const Control& control) {
     widget.setPalette(marked);
   }
   QStringList spoken;
-  if (control.Error) spoken.append(Text(StringTableText(text_number::kError)));
+  if (control.Error) spoken.append(Text(error_text));
   if (!control.ToolTipText.empty()) spoken.append(Text(control.ToolTipText));
   const QString description = spoken.join(QStringLiteral(". "));
   if (widget.accessibleDescription() != description) widget.setAccessibleDescription(description);

@@ -24,7 +24,7 @@ QFont FontOf(const Font& font);
 QString PlainToolTip(const std::string& text);
 
 /// Gives a wrong entry and a locked text their back colours, or takes them away, and tells screen
-/// readers of the wrong one. What they read besides is the tool tip.
-void MarkState(QWidget& widget, const Control& control);
+/// readers of the wrong one by `error_text`. What they read besides is the tool tip.
+void MarkState(QWidget& widget, const Control& control, const std::string& error_text);
 
 }  // namespace vok::qt

@@ -1,4 +1,5 @@
-// A chart: a caption, a bar from the common zero line and the value's text in each line.
+// A chart: in each line a caption, a bar from the common zero line and the value's text, or a
+// title.
 #include <QtGui/QPainter>
 #include <QtWidgets/QScrollArea>
 #include <algorithm>
@@ -39,7 +40,8 @@ class Bars : public QWidget {
         std::min(this->height() / static_cast<double>(bars_.size()), kMostLines * Line());
     double top = 0;
     for (const Bar& bar : bars_) {
-      Paint(painter, bar, columns, {0, top, static_cast<double>(width()), height});
+      const QRectF line(0, top, width(), height);
+      bar.title ? PaintText(painter, line, bar.caption) : Paint(painter, bar, columns, line);
       top += height;
     }
     painter.setPen(palette().color(QPalette::Mid));
@@ -64,6 +66,7 @@ class Bars : public QWidget {
   Columns Measure() const {
     double captions = 0, values = 0, least = 0, most = 0;
     for (const Bar& bar : bars_) {
+      if (bar.title) continue;
       captions = std::max(captions, WidthOf(bar.caption));
       values = std::max(values, WidthOf(bar.value_text));
       least = std::min(least, Length(bar));
@@ -75,14 +78,18 @@ class Bars : public QWidget {
     return {captions, values, captions + kGap - least * scale, scale};
   }
 
-  void Paint(QPainter& painter, const Bar& bar, const Columns& columns, const QRectF& line) const {
+  /// At the start of the room.
+  void PaintText(QPainter& painter, const QRectF& room, const std::string& text) const {
     painter.setPen(palette().color(QPalette::WindowText));
     const int start = isRightToLeft() ? Qt::AlignRight : Qt::AlignLeft;
+    const QString cut =
+        QFontMetricsF(font()).elidedText(Text(text), Qt::ElideRight, std::ceil(room.width()) + 1);
+    painter.drawText(Mirrored(room), start | Qt::AlignVCenter, cut);
+  }
+
+  void Paint(QPainter& painter, const Bar& bar, const Columns& columns, const QRectF& line) const {
+    PaintText(painter, {0, line.top(), columns.captions, line.height()}, bar.caption);
     const int end = isRightToLeft() ? Qt::AlignLeft : Qt::AlignRight;
-    const QRectF caption(0, line.top(), columns.captions, line.height());
-    const QString cut = QFontMetricsF(font()).elidedText(Text(bar.caption), Qt::ElideRight,
-                                                         std::ceil(columns.captions) + 1);
-    painter.drawText(Mirrored(caption), start | Qt::AlignVCenter, cut);
     const QRectF value(line.width() - columns.values, line.top(), columns.values, line.height());
     painter.drawText(Mirrored(value), end | Qt::AlignVCenter, Text(bar.value_text));
 
@@ -100,18 +107,20 @@ class Bars : public QWidget {
 
   QString Spoken() const {
     QStringList lines;
-    for (const Bar& bar : bars_) lines.append(Text(bar.caption + ": " + bar.value_text));
+    for (const Bar& bar : bars_) {
+      lines.append(Text(bar.title ? bar.caption : bar.caption + ": " + bar.value_text));
+    }
     return lines.join(QStringLiteral("; "));
   }
 
   std::vector<Bar> bars_;
 };
 
-/// Scrolls where there are more bars than fit.
+/// Its area has room for all bars.
 class Chart : public ControlView {
  public:
   Chart(const Control& control, Sized<QScrollArea>& area)
-      : ControlView(area), bars_(new Bars(&area)) {
+      : ControlView(area), area_(area), bars_(new Bars(&area)) {
     area.setWidget(bars_);
     area.setWidgetResizable(true);
     area.setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
@@ -119,11 +128,15 @@ class Chart : public ControlView {
     area.setFocusPolicy(Qt::NoFocus);  // there is nothing to be done in it
     area.viewport()->setAutoFillBackground(false);
     bars_->setAutoFillBackground(false);
-    area.setMinimumSize(TextWidth(control, area), TextHeight(control, area));
+    area.setMinimumWidth(TextWidth(control, area));
   }
-  void Draw(const Control& control) override { bars_->Show(control.Bars); }
+  void Draw(const Control& control) override {
+    bars_->Show(control.Bars);
+    area_.setMinimumHeight(std::max(TextHeight(control, area_), bars_->minimumHeight()));
+  }
 
  private:
+  Sized<QScrollArea>& area_;
   Bars* bars_;
 };
 

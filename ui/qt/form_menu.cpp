@@ -32,6 +32,7 @@ QMenuBar* FormMenu::Build(Form& form, QWidget& window,
       QObject::connect(action, &QAction::triggered, &window,
                        [clicked, id = control.Id()] { clicked(id); });
     }
+    action->setObjectName(Text(control.Name));
     entries_.push_back({control, action});
   }
   return bar;

@@ -161,7 +161,7 @@ void FormWindow::Draw(const Item& item) {
   widget.setEnabled(control.Enabled);
   widget.setVisible(control.Visible);
   widget.setToolTip(PlainToolTip(ShownToolTip(control)));
-  MarkState(widget, control);
+  MarkState(widget, control, form_.ErrorText);
 }
 
 /// Moved by a rule, not by the person: what the focus goes away from has not been left.

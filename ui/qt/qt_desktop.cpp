@@ -172,6 +172,7 @@ MessageAnswer QtDesktop::ShowHere(const MessageBox& box) {
   RefreshAll();
   QMessageBox shown(Owner());
   shown.setAttribute(Qt::WA_QuitOnClose, false);
+  if (Owner() != nullptr) shown.setLayoutDirection(Owner()->layoutDirection());
   shown.setTextFormat(Qt::PlainText);
   shown.setTextInteractionFlags(Qt::TextSelectableByMouse);
   shown.setWindowTitle(box.title.empty() ? QStringLiteral("VokCubeQ17") : Text(box.title));

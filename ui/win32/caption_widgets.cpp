@@ -1,7 +1,6 @@
 // What consists of a caption: labels, frames, buttons, check boxes.
 #include <algorithm>
 
-#include "system/windows/utf16.h"
 #include "ui/win32/widgets.h"
 // after the system's own header
 #include <shellapi.h>
@@ -13,15 +12,17 @@ class LabelWidget : public Widget {
  public:
   using Widget::Widget;
   Extent Least(const Metrics& metrics) const override {
-    const int width = control_.Width > 0 ? metrics.Letters(control_.Width)
-                                         : metrics.WidthOf(Utf16(control_.Caption));
-    return {width, metrics.Lines(control_.Height) + metrics.Pixels(2)};
+    const std::wstring caption = Drawn(control_.Caption);
+    const int width =
+        control_.Width > 0 ? metrics.Letters(control_.Width) : metrics.WidthOf(caption);
+    const int height = control_.Grows ? metrics.HeightOf(caption, width) : metrics.Lines(1);
+    return {width, height + metrics.Pixels(2)};
   }
 
  private:
   Kind WindowKind() const override {
-    const DWORD one_line = control_.Height > 1 ? 0 : SS_CENTERIMAGE | SS_ENDELLIPSIS;
-    return {L"STATIC", SS_LEFT | one_line};
+    const DWORD lines = control_.Grows ? SS_EDITCONTROL : SS_CENTERIMAGE | SS_ENDELLIPSIS;
+    return {L"STATIC", SS_LEFT | lines};
   }
 };
 
@@ -48,7 +49,7 @@ class ButtonWidget : public Widget {
     if (!control_.Symbol.empty()) return {metrics.Across(16), metrics.Down(13)};
     const int usual = metrics.Across(50);
     const int picture = picture_ != nullptr ? ::GetSystemMetrics(SM_CXSMICON) : 0;
-    const int caption = metrics.WidthOf(Utf16(control_.Caption)) + picture + metrics.Across(12);
+    const int caption = metrics.WidthOf(Drawn(control_.Caption)) + picture + metrics.Across(12);
     return {std::max({usual, caption, metrics.Letters(control_.Width)}), metrics.Down(14)};
   }
   bool OnCommand(Form& form, int code) override {
@@ -78,7 +79,7 @@ class CheckBoxWidget : public Widget {
   using Widget::Widget;
   Extent Least(const Metrics& metrics) const override {
     const int box = metrics.Pixels(17);
-    const std::wstring caption = Utf16(control_.Caption);
+    const std::wstring caption = Drawn(control_.Caption);
     return {caption.empty() ? box : box + metrics.WidthOf(caption) + metrics.Across(4),
             metrics.Down(12)};
   }

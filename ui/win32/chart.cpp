@@ -1,14 +1,13 @@
 #include <algorithm>
 #include <cmath>
 
-#include "system/windows/utf16.h"
 #include "ui/win32/widgets.h"
 
 namespace vok::windows {
 namespace {
 
 /// Captions at the start of the line, then the bars on both sides of the zero line, each with its
-/// value after its end.
+/// value after its end; titles on lines of their own.
 class ChartWidget : public Widget {
  public:
   using Widget::Widget;
@@ -25,7 +24,9 @@ class ChartWidget : public Widget {
   }
   std::string SpokenValue() const override {
     std::string spoken;
-    for (const Bar& bar : control_.Bars) spoken += bar.caption + ": " + bar.value_text + "; ";
+    for (const Bar& bar : control_.Bars) {
+      spoken += bar.caption + (bar.title ? "; " : ": " + bar.value_text + "; ");
+    }
     return spoken;
   }
 
@@ -55,12 +56,13 @@ class ChartWidget : public Widget {
   }
   static int LineHeight(const Metrics& metrics) { return metrics.Down(11); }
 
-  int WidthOf(const std::string& text) const { return metrics_->WidthOf(Utf16(text)); }
+  int WidthOf(const std::string& text) const { return metrics_->WidthOf(Drawn(text)); }
 
   Scale ScaleFor(const RECT& area) const {
     double least = 0, most = 0;
     int captions = 0, before = 0, behind = 0;  // the widest texts
     for (const Bar& bar : shown_) {
+      if (bar.title) continue;
       captions = std::max(captions, WidthOf(bar.caption));
       int& value_text = bar.value < 0 ? before : behind;
       value_text = std::max(value_text, WidthOf(bar.value_text));
@@ -94,15 +96,17 @@ class ChartWidget : public Widget {
   }
 
   void PaintBar(HDC canvas, const RECT& line, const Bar& bar, const Scale& scale) const {
+    const int gap = metrics_->Across(4);
+    const RECT caption{line.left + gap, line.top, bar.title ? line.right : scale.captions,
+                       line.bottom};
+    WriteText(canvas, caption, bar.caption, DT_LEFT | DT_END_ELLIPSIS);
+    if (bar.title) return;
     const double value = std::isfinite(bar.value) ? bar.value : 0;
     const int length = static_cast<int>(std::lround(value * scale.per_unit));
     const int edge = static_cast<int>(line.bottom - line.top) / 6;
     const RECT body{scale.zero + std::min(length, 0), line.top + edge,
                     scale.zero + std::max(length, 0), line.bottom - edge};
     ::FillRect(canvas, &body, ::GetSysColorBrush(COLOR_HIGHLIGHT));
-    const int gap = metrics_->Across(4);
-    WriteText(canvas, {line.left + gap, line.top, scale.captions, line.bottom}, bar.caption,
-              DT_LEFT);
     if (value < 0) {
       WriteText(canvas, {scale.captions, line.top, body.left - gap, line.bottom}, bar.value_text,
                 DT_RIGHT);
@@ -112,8 +116,8 @@ class ChartWidget : public Widget {
     }
   }
 
-  static void WriteText(HDC canvas, RECT area, const std::string& text, UINT side) {
-    ::DrawTextW(canvas, Utf16(text).c_str(), -1, &area,
+  void WriteText(HDC canvas, RECT area, const std::string& text, UINT side) const {
+    ::DrawTextW(canvas, Drawn(text).c_str(), -1, &area,
                 side | DT_SINGLELINE | DT_VCENTER | DT_NOPREFIX | DT_NOCLIP);
   }
 

@@ -93,6 +93,14 @@ int Metrics::WidthOf(const std::wstring& caption) const {
   return bounds.right;
 }
 
+int Metrics::HeightOf(const std::wstring& caption, int width) const {
+  const Drawing drawing(font_);
+  RECT bounds{0, 0, width, 0};
+  ::DrawTextW(drawing.get(), caption.c_str(), -1, &bounds,
+              DT_CALCRECT | DT_WORDBREAK | DT_EDITCONTROL);
+  return bounds.bottom;
+}
+
 std::wstring Metrics::Shortened(const std::wstring& text, int room) const {
   const Drawing drawing(font_);
   if (PlainWidth(drawing.get(), text) <= room) return text;

@@ -29,6 +29,8 @@ class Metrics {
   int Lines(int count) const { return count * letter_.height; }
   /// Of one line; access marks take no room.
   int WidthOf(const std::wstring& caption) const;
+  /// Of a caption that goes on below where it is wider, in the midst of a word if it must.
+  int HeightOf(const std::wstring& caption, int width) const;
   /// The text with an ellipsis in its middle where it is wider than `room`.
   std::wstring Shortened(const std::wstring& text, int room) const;
 

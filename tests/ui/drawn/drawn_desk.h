@@ -37,6 +37,16 @@ struct DrawnDesk : RealDesk {
     return window;
   }
 
+  /// The script with the texts of the desk's language in the place of their numbers: "#1108".
+  std::string Said(std::string script) {
+    for (auto at = script.find('#'); at != script.npos; at = script.find('#', at)) {
+      constexpr std::size_t kDigits = 4;
+      const int number = std::stoi(script.substr(at + 1, kDigits));
+      script.replace(at, 1 + kDigits, GetLangString(publics.language, number));
+    }
+    return script;
+  }
+
   Desktop desktop{Cube()};
   Host drawn;
 };

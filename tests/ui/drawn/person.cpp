@@ -60,6 +60,7 @@ void Do(const Step& step) {
   if (step.verb == "press") front::Press(step.what);
   if (step.verb == "type") front::Type(step.what);
   if (step.verb == "click") front::Click(step.what);
+  if (step.verb == "scroll") front::Scroll(step.what);
   if (step.verb == "close") front::Close();
   if (step.verb == "shot") TakePicture(step.what);
 }

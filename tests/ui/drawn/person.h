@@ -5,6 +5,7 @@
 // front by then, as soon as that takes keys; what is to be seen is waited for:
 //
 //   press Ctrl+S | Tab | …    type TEXT      click CONTROL     close: by the window's own button
+//   scroll LIST         to the side, as far as its first page goes
 //   see CONTROL TEXT    text of a field, label, button or box; a check box is 0, 1, or 2 for grayed
 //   focus CONTROL       has the focus
 //   await CONTROL       is to be seen          lack CONTROL        is not
@@ -62,6 +63,7 @@ bool Shows(const std::string& control);
 void Press(const std::string& keys);
 void Type(const std::string& text);
 void Click(const std::string& control);
+void Scroll(const std::string& control);
 void Close();
 /// What of the window in front cannot be seen: texts that are longer than their boxes, and what
 /// leaves its container or the screen; or be read out by a screen reader, where the test can ask.

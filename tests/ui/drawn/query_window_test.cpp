@@ -19,7 +19,7 @@ constexpr char kDay[] = R"(
 
     click ComMeasure(0); focus CmbMeas(0); type Amount
     press Tab; focus CmbQty(0); press Down; see CmbQty(0) Amount; press Down; see CmbQty(0) Units
-    click chkCalc(12)
+    click CmbMeas(11); type Units; click chkCalc(12)
     click txtCountMoney; press Ctrl+A; type x; press Shift+Tab; see txtCountMoney
     press Tab; type 2; shot options-LANGUAGE
     press Return; see TextMeasure(0) Amount
@@ -37,30 +37,29 @@ constexpr char kDay[] = R"(
     click txtDate1(1); press Ctrl+A; type 15/3/2009; see txtDate1(1) 15/3/2009
     press Shift+Tab; see txtDate1(1) 01/01/2009
 
-    click txtOutput; press F5; front NOTHING; press Return; type OUT; press Ctrl+S; shot main-LANGUAGE
+    click txtOutput; press F5; front #1111; shot nothing-LANGUAGE; press Return
+    type OUT; press Ctrl+S; shot main-LANGUAGE
     click comboDataSource; press Tab; focus txtVarnelMDB
-    click cmdDeletePeriods; front Are you shure you want to delete 2009; press Alt+N
-    see ComboPeriods 2009
+    click cmdDeletePeriods; front Are you shure you want to delete 2009; shot delete-LANGUAGE
+    press Alt+N; see ComboPeriods 2009
+    click mnuAbout; front VokCubeQ17; shot about-LANGUAGE; press Return
     click TextPeriod(0); press Ctrl+A; type Jan 2024; press Tab; shot marked-LANGUAGE
-    click cmdNamePeriods; front Rename these periods, too?; shot rename-LANGUAGE
+    click cmdNamePeriods; front #1115; shot rename-LANGUAGE
     press Return; see TextPeriod(0) 2009-01; see TextPeriod(11) 2009-12; shot named-LANGUAGE
 
-    press F5; front Save the changes?; focus cmdAnswer(0); shot run-LANGUAGE
+    press F5; front #1108; focus cmdAnswer(0); shot run-LANGUAGE
     click cmdAnswer(1); await fraResult; see txtResult WORKBOOK; focus cmdOpenWorkbook
     shot result-LANGUAGE
-    click txtOutput; press Ctrl+A; type NOWHERE; press F5; front Save the changes?
-    click cmdAnswer(1); front none; press Return; await lblCause; shot failed-LANGUAGE
+    scroll lvwRows; shot scrolled-LANGUAGE
+    click txtOutput; press Ctrl+A; type NOWHERE; press F5; front #1108
+    click cmdAnswer(1); front none; shot box-LANGUAGE; press Return; await lblCause; shot failed-LANGUAGE
 
     click cmdCleanDates; see txtDate2(11)
     click TextPeriod(0); press Ctrl+A; type Jan 2024
     click cmdAutoFill; focus lstInterval; press Esc; await txtOutput; shot zero-LANGUAGE
     click txtDate1(0); press Ctrl+A; type abc
-    press Esc; front Save the changes?; press Esc; see txtDate1(0) abc
-    close; front Save the changes?; shot close-LANGUAGE; click cmdAnswer(1))";
-
-/// What it says in each language of a run without a data source.
-constexpr const char* kNothingToRun[] = {"Choose a data source", "יש לבחור מקור נתונים",
-                                         "Выберите источник данных"};
+    press Esc; front #1108; press Esc; see txtDate1(0) abc
+    close; front #1108; shot close-LANGUAGE; click cmdAnswer(1))";
 
 TEST(QueryWindow, IsFilledInSavedRunAndClosedByAPerson) {
   for (const int language : {0, 1, 2}) {
@@ -69,9 +68,8 @@ TEST(QueryWindow, IsFilledInSavedRunAndClosedByAPerson) {
     const std::filesystem::path workbook = desk.folder.File("out.xlsX");
     std::string day = Replaced(kDay, "OUT", desk.folder.File("out"));
     day = Replaced(day, "NOWHERE", desk.folder.File("none/out"));
-    day = Replaced(day, "NOTHING", kNothingToRun[language]);
     day = Replaced(day, "WORKBOOK", std::filesystem::path(workbook).make_preferred().string());
-    const Person person(Replaced(day, "LANGUAGE", std::to_string(language)));
+    const Person person(desk.Said(Replaced(day, "LANGUAGE", std::to_string(language))));
     window->Show();
     EXPECT_TRUE(std::filesystem::exists(workbook));
     const auto source = desk.StoredSource("Sales");
@@ -86,7 +84,7 @@ TEST(QueryWindow, IsFilledInSavedRunAndClosedByAPerson) {
 
 /// From an empty settings folder; where no name of a key depends on the language.
 constexpr char kKeysAlone[] = R"(
-    press F5; front NOTHING; press Return; focus comboDataSource; lack cmdHelp; type Sales
+    press F5; front #1111; press Return; focus comboDataSource; lack cmdHelp; type Sales
     press Tab; focus txtVarnelMDB; type host.mdb
     press Tab; press Tab; focus txtActFile; press Tab; press Tab; focus TxtFileName; type CUBE
     press Tab; see txtCubeName QEL; see CmbObs Ledger1; focus cmdCube; press Tab; focus CmbObs
@@ -95,25 +93,45 @@ constexpr char kKeysAlone[] = R"(
     press Tab; focus cmdCopyMeasure; press Space; see TextMeasure(12) Amount
     press Tab; focus ComMeasure(0); press Tab; focus TextPeriod(0); type January
     press Tab; type 01/01/2009; press Tab; focus txtDate2(0); type 31/01/2009
-    press F5; front NOTHING; press Return; focus txtOutput; type OUT
-    press F5; front Save the changes?; press Return; await fraResult; focus cmdOpenWorkbook
+    press F5; front #1111; press Return; focus txtOutput; type OUT
+    press F5; front #1108; press Return; await fraResult; focus cmdOpenWorkbook
     press Space; press Esc)";
 
-/// Works through the window until the workbook is opened.
-void WorkByKeys(DrawnDesk& desk, int language, const std::string& cube) {
+/// Works through the window until the workbook is opened. Returns the name of its first line.
+std::string WorkByKeys(DrawnDesk& desk, const std::string& cube) {
   const auto window = desk.OpenDrawn();
   std::string keys = Replaced(kKeysAlone, "CUBE", cube);
-  keys = Replaced(keys, "OUT", desk.folder.File("out"));
-  const Person person(Replaced(keys, "NOTHING", kNothingToRun[language]));
+  const Person person(desk.Said(Replaced(keys, "OUT", desk.folder.File("out"))));
   window->Show();
   EXPECT_EQ(std::filesystem::path(desk.desktop.opened),
             std::filesystem::path(desk.folder.File("out.xlsX")));
+  return window->form().At("lvwRows").Rows.at(0).at(0);
 }
 
 TEST(QueryWindow, IsWorkedWithByKeysAloneToAnOpenedWorkbook) {
   for (const int language : {0, 1}) {
     DrawnDesk desk(language);
-    WorkByKeys(desk, language, desk.Cube());
+    EXPECT_EQ(WorkByKeys(desk, desk.Cube()), language == 1 ? "החזרות" : "Returns");
+  }
+}
+
+TEST(QueryWindow, ARunOnACubeWithoutDatesIsExplainedToAPerson) {
+  for (const int language : {0, 1, 2}) {
+    DrawnDesk desk(language);
+    const auto before = desk.Open();
+    desk.FillIn(before->form());
+    before->form().Click("ComSaveSet");
+    auto texts = SampleLedger();
+    texts.schema.replace(texts.schema.find("\"Date\""), 6, "\"Days\"");
+    BuildInto(desk.folder, texts);
+    const auto window = desk.OpenDrawn();
+    for (const char* combo : {"comboDataSource", "ComboPeriods"}) window->form().Choose(combo, 0);
+    window->form().SetText("txtOutput", desk.folder.File("out"));
+    const Person person(desk.Said(Replaced(R"(
+        press F5; front no dimension "Date"; press Return; await lblMend(0); shot lacks-LANGUAGE
+        press Esc; await lblCause; see lblResultRows #1235; press Esc)",
+                                           "LANGUAGE", std::to_string(language))));
+    window->Show();
   }
 }
 
@@ -121,7 +139,7 @@ TEST(QueryWindow, RunsOnACubeServerWhoseAddressIsTyped) {
   const std::string address = "http://cubes.example:8080/xmla";
   WatchedCube server;
   DrawnDesk desk(0, &server);
-  WorkByKeys(desk, 0, address);
+  WorkByKeys(desk, address);
   EXPECT_FALSE(server.queries.empty());
   EXPECT_THAT(server.calls,
               testing::Each(testing::AnyOf("close", testing::HasSubstr("=" + address + ";"))));

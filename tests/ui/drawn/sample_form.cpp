@@ -6,6 +6,7 @@ using enum ControlType;
 
 SampleForm::SampleForm() : Form("Sample", "") {
   Caption = "Sample דוגמה";
+  ErrorText = "Wrong";
   Put("mnuFile", kMenu, "&File", "");
   Put("save", kMenu, "&Save", "mnuFile").Shortcut = "Ctrl+S";
   Put("run", kMenu, "&Run", "mnuFile").Shortcut = "F5";

@@ -62,13 +62,18 @@ TEST_F(WindowsTest, ARunIsShownWithItsRowsAndMoney) {
   form.Click("cmdQuery");
   const Control& list = form.At("lvwRows");
   EXPECT_EQ(form.At("lblResultRows").Caption, std::to_string(list.Rows.size()) + " rows in 0.0 s");
-  std::string headers, bars;
+  std::string headers;
   for (const ControlItem& item : list.Items) headers += item.Text + (item.IsNumber ? "# " : " ");
   EXPECT_EQ(headers, "Line Spring: Units# Spring: Amount# Year: Units# Year: Amount# ");
   EXPECT_THAT(list.Rows.front(), ElementsAre("Returns", "1.00", "", "3.00", "98.33"));
-  for (const Bar& bar : form.At("chtMoney").Bars) bars += bar.caption + " " + bar.value_text + ";";
-  EXPECT_EQ(bars, "Spring 0.00;Year 155.75;");
-  EXPECT_EQ(form.At("chkChart").Caption, "Money by period: Amount");
+  const auto bars = [&] {
+    std::string texts = form.At("chkChart").Caption;
+    for (const Bar& bar : form.At("chtMoney").Bars) {
+      texts += "; " + bar.caption + (bar.title ? ":" : " " + bar.value_text);
+    }
+    return texts;
+  };
+  EXPECT_EQ(bars(), "Money by period: Amount, NIS; Spring 0.00; Year 155.75");
   form.Click("chkChart");
   EXPECT_FALSE(form.At("chtMoney").Visible);
   form.Click("cmdCopyResult");
@@ -83,6 +88,12 @@ TEST_F(WindowsTest, ARunIsShownWithItsRowsAndMoney) {
   EXPECT_THAT(
       desk.TakeBoxes(),
       ElementsAre(Box("The workbook is not there any more; run the query again: " + workbook)));
+  auto setting = *desk.StoredSource("Sales");
+  setting.MoneySets[2].Measure = "Units";
+  SaveMoneyMeasures(desk.host, desk.publics.environment, setting);
+  form.Raise(FormEvent::kClicked, "comboDataSource");
+  form.Click("cmdQuery");
+  EXPECT_EQ(bars(), "Money by period; Amount, NIS:; Spring 0.00; Units:; Year 50.00");
 }
 
 TEST_F(WindowsTest, EveryControlHasItsTextInTheStringTable) {
@@ -192,6 +203,10 @@ TEST_F(WindowsTest, WhatTheCubeLacksIsMarkedAndToldAndKept) {
   desk.toolkit.in_window = {[](Form& option) {
     option.SetText("txtCountMoney", "14");
     EXPECT_EQ(option.Text("txtCountMoney"), "");
+    for (const auto& [typed, wrong] : {std::pair("2", false), std::pair("", true)}) {
+      option.Type("txtCountMoney", typed);
+      EXPECT_EQ(option.At("txtCountMoney").Error, wrong) << typed;
+    }
   }};
   form.Click("cmdOptions");
 }

@@ -5,6 +5,7 @@
 #include <QtCore/QThread>
 #include <QtCore/QTimer>
 #include <QtGui/QAccessible>
+#include <QtGui/QAction>
 #include <QtGui/QScreen>
 #include <QtGui/QWindow>
 #include <QtTest/QTest>
@@ -18,6 +19,8 @@
 #include <QtWidgets/QPushButton>
 #include <QtWidgets/QScrollArea>
 #include <QtWidgets/QScrollBar>
+#include <QtWidgets/QStyle>
+#include <QtWidgets/QStyleOptionFrame>
 #include <cstdlib>
 #include <exception>
 #include <fstream>
@@ -92,6 +95,15 @@ QWidget* FrontWidget(const std::string& control) {
   return front == nullptr ? nullptr : front->findChild<QWidget*>(Qt16(control));
 }
 
+namespace {
+
+QAction* MenuEntry(const std::string& name) {
+  const QWidget* front = FrontWindow();
+  return front == nullptr ? nullptr : front->findChild<QAction*>(Qt16(name));
+}
+
+}  // namespace
+
 namespace front {
 
 /// Not while the screen has not made it the active one, nor while it shows a button pressed whose
@@ -130,6 +142,7 @@ std::string Text(const std::string& control) {
 }
 
 bool Shows(const std::string& control) {
+  if (const QAction* entry = MenuEntry(control)) return entry->isVisible();
   const QWidget* widget = FrontWidget(control);
   return widget != nullptr && widget->isVisible();
 }
@@ -149,6 +162,7 @@ void Type(const std::string& text) {
 }
 
 void Click(const std::string& control) {
+  if (QAction* entry = MenuEntry(control)) return entry->trigger();
   QWidget* widget = FrontWidget(control);
   const bool box = qobject_cast<QCheckBox*>(widget) != nullptr;  // alone its mark is sure to be hit
   constexpr int kInMark = 8;
@@ -162,11 +176,27 @@ void Click(const std::string& control) {
   QTest::mouseClick(window->windowHandle(), Qt::LeftButton, {}, widget->mapTo(window, place));
 }
 
+void Scroll(const std::string& control) {
+  QScrollBar* bar = qobject_cast<QAbstractScrollArea*>(FrontWidget(control))->horizontalScrollBar();
+  bar->setValue(bar->pageStep());
+}
+
 void Close() { FrontWindow()->close(); }
 
 namespace {
 
+/// A path that is cut has all of itself as tool tip.
+bool HoldsAllTyped(const QLineEdit& edit) {
+  constexpr int kAroundText = 2;  // as the field draws it
+  QStyleOptionFrame frame;
+  frame.initFrom(&edit);
+  const QRect room = edit.style()->subElementRect(QStyle::SE_LineEditContents, &frame, &edit);
+  return edit.toolTip() == edit.text() ||
+         edit.fontMetrics().horizontalAdvance(edit.text()) <= room.width() - 2 * kAroundText;
+}
+
 bool HoldsItsText(const QWidget& widget) {
+  if (const auto* edit = qobject_cast<const QLineEdit*>(&widget)) return HoldsAllTyped(*edit);
   if (const auto* label = qobject_cast<const QLabel*>(&widget); label && label->wordWrap()) {
     return label->heightForWidth(label->width()) <= label->height();
   }
@@ -181,6 +211,21 @@ bool HoldsItsText(const QWidget& widget) {
                          ? widget.fontMetrics().size(Qt::TextShowMnemonic, text).width() + around
                          : widget.sizeHint().width();
   return needed <= widget.width() && widget.fontMetrics().height() <= widget.height();
+}
+
+/// The edges of a check box are not as dark, or as bright, as what is around them.
+bool IsMarked(QWidget& widget) {
+  constexpr int kSeen = 40, kMark = 14;  // of lightness; pixels
+  if (qobject_cast<QCheckBox*>(&widget) == nullptr) return true;
+  const QImage drawn = widget.grab().toImage();
+  const int around = widget.palette().color(QPalette::Window).lightness();
+  int most = 0;
+  for (int x = 0; x < kMark; ++x) {
+    const int place = widget.isRightToLeft() ? drawn.width() - 1 - x : x;
+    const int lightness = drawn.pixelColor(place, drawn.height() / 2).lightness();
+    most = std::max(most, std::abs(lightness - around));
+  }
+  return most >= kSeen;
 }
 
 /// All that can be used has a name and says what it is.
@@ -206,7 +251,7 @@ std::string Misfits() {
     const bool named = !widget->objectName().isEmpty() && !widget->objectName().startsWith(u"qt_");
     if (!named || !widget->isVisible()) continue;
     const QWidget& around = *widget->parentWidget();
-    if (!HoldsItsText(*widget) || !CanBeReadOut(*widget) ||
+    if (!HoldsItsText(*widget) || !IsMarked(*widget) || !CanBeReadOut(*widget) ||
         !around.rect().contains(widget->geometry())) {
       misfits.append(widget->objectName());
     }

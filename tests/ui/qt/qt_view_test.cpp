@@ -37,7 +37,7 @@ TEST(QtView, WhatARuleChangesIsDrawnAndRead) {
     EXPECT_NE(rows->index(0, 0).data(Qt::TextAlignmentRole).toInt() & Qt::AlignRight, 0);
     const QWidget* name = FrontWidget("name");
     EXPECT_EQ(name->accessibleName(), "Name 2");
-    EXPECT_EQ(name->accessibleDescription(), "Error");
+    EXPECT_EQ(name->accessibleDescription(), "Wrong");
     const QPalette plain = QApplication::palette();
     EXPECT_NE(name->palette().color(QPalette::Base), plain.color(QPalette::Base));
     EXPECT_EQ(FrontWidget("date")->palette().color(QPalette::Text),

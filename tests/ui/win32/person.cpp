@@ -26,20 +26,22 @@ constexpr DWORD kBetweenLooks = 20;  // milliseconds
 constexpr DWORD kHandAtRest = 100;   // a click in the midst of a move may miss
 constexpr DWORD kDrawn = 800;
 
+struct Part {
+  std::string name = {};
+  ControlType type = ControlType::kLabel;
+  bool is_cut = false;  ///< where its text is too long
+  int id = 0;
+  HWND window = nullptr;
+};
+
 /// A form that is open, as its own thread left it: the person's may not look at it.
 struct OpenForm {
   HWND window = nullptr;  ///< once it was seen in front
-  std::vector<std::pair<std::string, ControlType>> controls = {};
+  std::vector<Part> parts = {};
 };
 
 std::mutex guard;
 std::vector<OpenForm> open_forms;
-
-struct Part {
-  std::string name = {};
-  ControlType type = ControlType::kLabel;
-  HWND window = nullptr;
-};
 
 /// Of the form that was opened last, when its window is in front; nullopt while another is.
 std::optional<std::vector<Part>> PartsInFront() {
@@ -51,18 +53,14 @@ std::optional<std::vector<Part>> PartsInFront() {
                                       [&](const OpenForm& form) { return form.window == front; });
   if (last.window == nullptr && !is_another) last.window = front;
   if (last.window != front) return std::nullopt;
-  std::vector<Part> parts;
-  int id = windows::kFirstControlId;
-  for (const auto& [name, type] : last.controls) {
-    parts.push_back({name, type, PartOf(front, id++)});
-  }
-  return parts;
+  for (Part& part : last.parts) part.window = PartOf(front, part.id);
+  return last.parts;
 }
 
 template <typename Condition>
 Part PartWith(Condition condition) {
   for (const Part& part : PartsInFront().value_or(std::vector<Part>())) {
-    if (part.window != nullptr && condition(part)) return part;
+    if (condition(part)) return part;
   }
   return {};
 }
@@ -74,7 +72,9 @@ Part PartCalled(const std::string& name) {
 std::string TextIn(HWND part) {
   wchar_t text[1000] = {};
   ::SendMessageW(part, WM_GETTEXT, std::size(text), reinterpret_cast<LPARAM>(text));
-  return windows::Utf8(text);
+  std::wstring read = text;
+  std::erase_if(read, [](wchar_t sign) { return sign >= 0x202A && sign <= 0x202C; });
+  return windows::Utf8(read);
 }
 
 /// A message box has its text in a part that no form has given a number.
@@ -133,8 +133,8 @@ std::string Focus() {
   thread.cbSize = sizeof thread;
   ::GetGUIThreadInfo(::GetWindowThreadProcessId(::GetForegroundWindow(), nullptr), &thread);
   return PartWith([&](const Part& part) {
-           return part.window == thread.hwndFocus ||
-                  ::IsChild(part.window, thread.hwndFocus) != FALSE;
+           return part.window != nullptr && (part.window == thread.hwndFocus ||
+                                             ::IsChild(part.window, thread.hwndFocus) != FALSE);
          })
       .name;
 }
@@ -146,7 +146,8 @@ std::string Text(const std::string& control) {
 }
 
 bool Shows(const std::string& control) {
-  return ::IsWindowVisible(PartCalled(control).window) != FALSE;
+  const Part part = PartCalled(control);
+  return part.type == ControlType::kMenu || ::IsWindowVisible(part.window) != FALSE;
 }
 
 void Press(const std::string& keys) {
@@ -172,7 +173,11 @@ void Type(const std::string& text) {
 /// What is out of sight is scrolled to before.
 void Click(const std::string& control) {
   RECT place{}, seen{};
-  const HWND part = PartCalled(control).window;
+  const auto [name, type, is_cut, id, part] = PartCalled(control);
+  if (type == ControlType::kMenu) {
+    ::PostMessageW(::GetForegroundWindow(), WM_COMMAND, static_cast<WPARAM>(id), 0);
+    return;
+  }
   const HWND panel = ::GetParent(part);
   ::GetWindowRect(panel, &seen);
   ::SendMessageW(panel, WM_VSCROLL, SB_TOP, 0);
@@ -192,6 +197,10 @@ void Click(const std::string& control) {
   }
 }
 
+void Scroll(const std::string& control) {
+  ::SendMessageW(PartCalled(control).window, WM_HSCROLL, SB_PAGERIGHT, 0);
+}
+
 void Close() { Press("Alt+F4"); }
 
 namespace {
@@ -205,9 +214,10 @@ int AroundText(ControlType type) {
 }
 
 bool HoldsItsText(const Part& part) {
+  const bool typed = part.type == ControlType::kTextBox && !part.is_cut;
   const bool captioned = part.type == ControlType::kLabel || part.type == ControlType::kCheckBox ||
                          part.type == ControlType::kCommandButton;
-  if (!captioned) return true;
+  if (!captioned && !typed) return true;
   const HDC canvas = ::GetDC(part.window);
   ::SelectObject(canvas, reinterpret_cast<HFONT>(::SendMessageW(part.window, WM_GETFONT, 0, 0)));
   RECT text{}, room{};
@@ -267,10 +277,11 @@ void Shoot(const std::string& file) {
 
 KnownForm::KnownForm(const Form& form) {
   OpenForm known;
+  int id = windows::kFirstControlId;
   for (const Control& control : form.Controls()) {
     const std::string index = "(" + std::to_string(control.Index) + ")";
-    known.controls.emplace_back(control.Name + (control.Index == kNoIndex ? "" : index),
-                                control.Type);
+    known.parts.push_back({control.Name + (control.Index == kNoIndex ? "" : index), control.Type,
+                           control.Path, id++});
   }
   const std::lock_guard lock(guard);
   open_forms.push_back(known);
