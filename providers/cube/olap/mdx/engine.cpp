@@ -58,20 +58,21 @@ Context SlicerContext(CellEvaluator& evaluator, const SourceText& source) {
 
 class Evaluation {
  public:
-  Evaluation(const CubeView& cube, const Query& query, const SourceText& source,
-             const QueryGuard& guard)
+  Evaluation(const CubeView& cube, const Query& query, std::vector<QueryAxis> asked,
+             const SourceText& source, const QueryGuard& guard)
       : cube_(cube),
-        query_(query),
+        asked_(std::move(asked)),
         source_(source),
         guard_(guard),
         evaluator_(cube, query, guard_) {}
 
   void Run(MdxResult& result) {
     evaluator_.SetBase(SlicerContext(evaluator_, source_));
-    for (std::size_t i = 0; i < query_.axes.size(); ++i) {
-      const QueryAxis& axis = query_.axes[i];
+    for (std::size_t i = 0; i < asked_.size(); ++i) {
+      QueryAxis& axis = asked_[i];
       axes_.push_back(
           evaluator_.SetOf(*axis.set, "axis " + std::to_string(i), Place{&source_, axis.offset}));
+      axis.set.reset();  // it may hold as many members as the axis
     }
     const std::vector<std::size_t> lengths = CheckedLengths();
     block_axis_ = ChooseBlockAxis();
@@ -90,9 +91,9 @@ class Evaluation {
     for (std::size_t i = 0; i < axes_.size(); ++i) {
       lengths.push_back(axes_[i].size());
       if (lengths.back() > 0 && total > guard_.max_cells() / lengths.back()) {
-        source_.Fail(query_.axes[i].offset, "the answer has more than " +
-                                                std::to_string(guard_.max_cells()) +
-                                                " cells: ask for fewer members");
+        source_.Fail(asked_[i].offset, "the answer has more than " +
+                                           std::to_string(guard_.max_cells()) +
+                                           " cells: ask for fewer members");
       }
       total *= lengths.back();
     }
@@ -161,7 +162,7 @@ class Evaluation {
 
   void DropEmpty(CellGrid& grid) {
     std::vector<bool> wanted;
-    for (const QueryAxis& axis : query_.axes) wanted.push_back(axis.non_empty);
+    for (const QueryAxis& axis : asked_) wanted.push_back(axis.non_empty);
     if (std::find(wanted.begin(), wanted.end(), true) == wanted.end()) return;
     grid.DropEmpty(wanted);
     for (std::size_t i = 0; i < axes_.size(); ++i) {
@@ -175,7 +176,7 @@ class Evaluation {
   }
 
   const CubeView& cube_;
-  const Query& query_;
+  std::vector<QueryAxis> asked_;
   const SourceText& source_;
   const QueryGuard& guard_;
   CellEvaluator evaluator_;
@@ -187,8 +188,9 @@ class Evaluation {
 
 std::unique_ptr<MdxResult> Evaluate(const std::shared_ptr<const CubeView>& cube, Query query,
                                     const SourceText& source, const QueryGuard& guard) {
+  std::vector<QueryAxis> axes = std::move(query.axes);
   auto result = std::make_unique<MdxResult>(cube, std::move(query));
-  Evaluation(*cube, result->query(), source, guard).Run(*result);
+  Evaluation(*cube, result->query(), std::move(axes), source, guard).Run(*result);
   return result;
 }
 
