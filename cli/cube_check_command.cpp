@@ -4,6 +4,7 @@
 
 #include "cli/command.h"
 #include "cli/print.h"
+#include "cli/progress_line.h"
 #include "cube/requirements.h"
 #include "platform/failure.h"
 #include "platform/shown_text.h"
@@ -55,6 +56,7 @@ void Check(const CommonOptions& common, const CheckOptions& options) {
 
 std::vector<CheckedCube> CheckCubes(const Host& host, const std::string& source,
                                     const std::string& catalog) {
+  const ProgressLine line(false, "looking into " + source);
   std::vector<std::string> names{catalog};
   if (catalog.empty()) names = host.cube.Connect(CubeText(source), nullptr)->CatalogNames();
   std::vector<CheckedCube> cubes;

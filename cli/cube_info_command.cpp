@@ -4,6 +4,7 @@
 
 #include "cli/command.h"
 #include "cli/print.h"
+#include "cli/progress_line.h"
 #include "platform/shown_text.h"
 
 namespace vok::cli {
@@ -60,6 +61,7 @@ Json Describe(const CubeDef& cube, const std::string& catalog) {
 }
 
 Json DescribeCubes(CubeProvider& provider, const std::string& source) {
+  const ProgressLine line(false, "looking into " + source);
   Json cubes = Json::array();
   for (const std::string& name : provider.Connect(CubeText(source), nullptr)->CatalogNames()) {
     const auto connection = provider.Connect(CubeText(source, name), nullptr);

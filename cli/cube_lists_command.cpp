@@ -4,6 +4,7 @@
 
 #include "cli/command.h"
 #include "cli/print.h"
+#include "cli/progress_line.h"
 #include "cube/discovery.h"
 #include "platform/failure.h"
 #include "platform/shown_text.h"
@@ -37,25 +38,31 @@ std::string CatalogOf(const Host& host, const ListOptions& options) {
                 options.source + " has no catalog whose name ends in QEL; name one with --catalog");
 }
 
-void Print(const ListOptions& options, const char* what, const Names& names,
-           const std::string& catalog = {}) {
+struct Listed {
+  const char* what;
+  Names names;
+  std::string catalog;
+};
+
+void Print(const ListOptions& options, const Listed& listed) {
   if (options.json) {
     Json document = {{"source", options.source}};
-    if (!catalog.empty()) document["catalog"] = catalog;
-    document[what] = names;
+    if (!listed.catalog.empty()) document["catalog"] = listed.catalog;
+    document[listed.what] = listed.names;
     std::cout << JsonText(document);
   } else {
-    for (const std::string& name : names) std::cout << OneLine(name) << '\n';
+    for (const std::string& name : listed.names) std::cout << OneLine(name) << '\n';
   }
 }
 
-void ListCatalogs(const Host& host, const ListOptions& options) {
+Listed ListCatalogs(const Host& host, const ListOptions& options) {
   const auto connection = OpenForCatalogs(host, options.source);
-  Print(options, "catalogs",
-        options.all ? connection->CatalogNames() : ListQelCatalogs(*connection).names);
+  return {"catalogs",
+          options.all ? connection->CatalogNames() : ListQelCatalogs(*connection).names,
+          {}};
 }
 
-void ListMeasures(const Host& host, const ListOptions& options) {
+Listed ListMeasures(const Host& host, const ListOptions& options) {
   const std::string catalog = CatalogOf(host, options);
   Names names;
   if (options.all) {
@@ -65,18 +72,23 @@ void ListMeasures(const Host& host, const ListOptions& options) {
       names.push_back(name.ToText());
     }
   }
-  Print(options, "measures", names, catalog);
+  return {"measures", names, catalog};
 }
 
-void ListMembers(const Host& host, const ListOptions& options) {
+Listed ListMembers(const Host& host, const ListOptions& options) {
   const std::string catalog = CatalogOf(host, options);
-  Print(options, "members",
-        options.kind == "obs" ? ReadObsMembers(host, options.source, catalog)
-                              : ReadMeasureChoices(host, options.source, catalog).money_sets,
-        catalog);
+  return {"members",
+          options.kind == "obs" ? ReadObsMembers(host, options.source, catalog)
+                                : ReadMeasureChoices(host, options.source, catalog).money_sets,
+          catalog};
 }
 
-using Listing = void (*)(const Host&, const ListOptions&);
+using Listing = Listed (*)(const Host&, const ListOptions&);
+
+Listed Ask(const Host& host, const ListOptions& options, Listing list) {
+  const ProgressLine line(false, "looking into " + options.source);
+  return list(host, options);
+}
 
 CLI::App* AddList(CLI::App& cube, const CommonOptions& common, const char* name, const char* help,
                   const std::shared_ptr<ListOptions>& options, Listing list) {
@@ -87,7 +99,7 @@ CLI::App* AddList(CLI::App& cube, const CommonOptions& common, const char* name,
   command->callback([&common, options, list] {
     const auto session = common.NewSession();
     RequireCube(session->host(), options->source);
-    list(session->host(), *options);
+    Print(*options, Ask(session->host(), *options, list));
   });
   return command;
 }

@@ -32,8 +32,7 @@ std::unique_ptr<Cellset> Ask(CubeProvider& cube, const MdxOptions& options,
                              const std::string& query) {
   QueryStop stop;
   const StopOnInterrupt interrupt(stop);
-  ProgressLine line(false);
-  line.Show("asking the cube", 0, 1, 0);
+  const ProgressLine line(false, "asking the cube");
   const auto connection = cube.Connect(ConnectionText(options), &stop);
   stop.Check();
   try {

@@ -3,6 +3,7 @@
 #include <cstdio>
 #include <iostream>
 #include <system_error>
+#include <utility>
 
 #include "cli/terminal.h"
 #include "platform/shown_text.h"
@@ -20,7 +21,8 @@ constexpr const char* kRestOfLine = "\033[K";
 
 }  // namespace
 
-ProgressLine::ProgressLine(bool on_pipe) : terminal_(ErrorsAreShown()) {
+ProgressLine::ProgressLine(bool on_pipe, std::string what)
+    : terminal_(ErrorsAreShown()), what_(std::move(what)) {
   if (!terminal_ && !on_pipe) return;
   try {
     thread_ = std::thread([this] { Work(); });

@@ -16,8 +16,9 @@ namespace vok::cli {
 /// it stands there takes its place. Several threads may tell it.
 class ProgressLine {
  public:
-  /// `on_pipe`: also where standard error is not a terminal.
-  explicit ProgressLine(bool on_pipe);
+  /// `on_pipe`: also where standard error is not a terminal. `what` is done until something else is
+  /// told.
+  explicit ProgressLine(bool on_pipe, std::string what = {});
   ProgressLine(const ProgressLine&) = delete;
   ProgressLine& operator=(const ProgressLine&) = delete;
   /// Takes the line off the terminal.

@@ -255,6 +255,14 @@ fi
 export vokcube endless="$endless FROM [LedgerQEL]"
 script -qec '"$vokcube" mdx ledger.cub --timeout 2.2 "$endless"' /dev/null > said || true
 (($(tr '\r' '\n' < said | grep -c '^ *[0-9.]* %  asking the cube' ) > 1)) || fail "no progress:" "$(< said)"
+port=$(free_port)
+/usr/bin/python3 -c "import socket, time; s = socket.create_server(('127.0.0.1', $port)); time.sleep(60)" &
+silent=$!
+for command in check info members; do
+  script -qec "timeout 2 \"\$vokcube\" cube $command http://127.0.0.1:$port/" /dev/null > said || true
+  grep -q "%  looking into http://127.0.0.1:$port/" said || fail "no progress of cube $command"
+done
+kill "$silent"
 
 if [[ $(find . | sort) != "$before" ]]; then
   fail "files were left:" "$(find . | sort | comm -3 - <(echo "$before"))"
