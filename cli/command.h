@@ -127,6 +127,7 @@ void AddWindowCommand(CLI::App& app, const CommonOptions& common);
 
 /// Likewise below the subcommand `cube`.
 void AddCubeBuild(CLI::App& cube, const CommonOptions& common);
+void AddCubeRefresh(CLI::App& cube, const CommonOptions& common);
 void AddCubeCheck(CLI::App& cube, const CommonOptions& common);
 void AddCubeNew(CLI::App& cube, const CommonOptions& common);
 void AddCubeInfo(CLI::App& cube, const CommonOptions& common);

@@ -6,6 +6,8 @@
 #include "cli/print.h"
 #include "cli/progress_line.h"
 #include "platform/shown_text.h"
+#include "platform/table_server.h"
+#include "providers/cube/olap/storage/cube_file.h"
 
 namespace vok::cli {
 namespace {
@@ -73,10 +75,34 @@ Json DescribeCubes(CubeProvider& provider, const std::string& source) {
   return cubes;
 }
 
+/// "2024-12-01T06:30:00Z".
+std::string UtcText(int64_t seconds) {
+  constexpr double kDay = 86400;
+  Date moment = Date::FromCivil(1970, 1, 1);
+  moment.serial += static_cast<double>(seconds) / kDay;
+  return IsoDateTime(moment) + "Z";
+}
+
+/// What the file tells of the tables that its cubes were made of.
+void AddOrigins(const Files& files, const std::string& source, Json& cubes) {
+  if (NamesTableServer(source) || !files.Exists(source)) return;
+  const auto file = olap::CubeFile::Open(files, source);
+  for (const olap::StoredCube& stored : file->cubes()) {
+    if (!stored.origin) continue;
+    for (Json& cube : cubes) {
+      if (cube["name"] != stored.model.name) continue;
+      cube["builtFrom"] = stored.origin->address;
+      if (stored.origin->refreshed > 0) cube["refreshed"] = UtcText(stored.origin->refreshed);
+    }
+  }
+}
+
 void PrintCube(const Json& cube) {
   std::cout << "Cube " << ShownText(cube["name"]);
   if (cube.contains("catalog")) std::cout << " in " << ShownText(cube["catalog"]);
   if (cube.contains("facts")) std::cout << ", " << cube["facts"] << " facts";
+  if (cube.contains("builtFrom")) std::cout << "\n  Built from " << ShownText(cube["builtFrom"]);
+  if (cube.contains("refreshed")) std::cout << ", refreshed " << ShownText(cube["refreshed"]);
   std::cout << "\n  Measures:";
   for (const auto& measure : cube["measures"]) std::cout << ' ' << ShownText(measure) << ';';
   std::cout << '\n';
@@ -102,7 +128,8 @@ struct InfoOptions {
 
 void Info(const CommonOptions& common, const InfoOptions& options) {
   const auto session = common.NewSession();
-  const Json cubes = DescribeCubes(session->host().cube, options.source);
+  Json cubes = DescribeCubes(session->host().cube, options.source);
+  AddOrigins(session->host().files, options.source, cubes);
   if (options.json) {
     std::cout << JsonText({{"source", options.source}, {"cubes", cubes}});
   } else {

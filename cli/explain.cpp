@@ -104,6 +104,7 @@ constexpr const char* kExamples[] = {
     "vokcube settings rename data-source Domestic Home",
     "vokcube periods fill 2024 --interval month --from 2024-01-01",
     "vokcube cube build --schema schema.xml --data tables --output ledger.cub",
+    "vokcube cube refresh ledger.cub --since 2024-11",
     "vokcube cube new books journal.csv",
     "vokcube cube check ledger.cub",
     "vokcube cube info ledger.cub",

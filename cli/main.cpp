@@ -65,6 +65,7 @@ void AddCubeCommand(CLI::App& app, const CommonOptions& common) {
   command->fallthrough();
   AddCubeNew(*command, common);
   AddCubeBuild(*command, common);
+  AddCubeRefresh(*command, common);
   AddCubeCheck(*command, common);
   AddCubeInfo(*command, common);
   AddCubeLists(*command, common);

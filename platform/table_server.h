@@ -19,7 +19,38 @@ struct TableName {
 struct ServerColumn {
   std::string name;
   bool is_binary_fraction = false;  ///< such as double precision: most decimals are not exact in it
+  bool is_text = false;             ///< compared letter by letter
 };
+
+/// How the values of rows are put together; NULL counts for none of them.
+enum class Gathering { kNone, kSum, kCount, kLeast, kLargest };
+
+struct AskedColumn {
+  std::string name;  ///< "" where rows are counted, whatever they hold
+  Gathering gathering = Gathering::kNone;
+};
+
+/// Keys from `low` up to `high`, both among them; without `high` all from `low` on.
+struct KeyRange {
+  std::string low;
+  std::string high = {};
+};
+
+/// What is asked of a table.
+struct TableQuestion {
+  TableName table;
+  /// Where the values of some are put together there is a row for each combination of the others.
+  std::vector<AskedColumn> columns;
+  std::string key_column = {};        ///< of `ranges`
+  std::vector<KeyRange> ranges = {};  ///< only rows whose key lies in one of them; none: all rows
+};
+
+inline bool IsGathered(const TableQuestion& question) {
+  for (const AskedColumn& column : question.columns) {
+    if (column.gathering != Gathering::kNone) return true;
+  }
+  return false;
+}
 
 /// Rows that are read once, as they arrive.
 class ServerRows {
@@ -42,11 +73,13 @@ class TableServer {
   virtual ~TableServer() = default;
   /// The address without user, password and options, for messages.
   virtual const std::string& address() const = 0;
+  /// The address that another program may use to come here: with options, without user and
+  /// password.
+  virtual std::string AddressToKeep() const { return address(); }
   /// Of a table or a view. Failure: it is not there, with those that are; it may not be read.
   virtual std::vector<ServerColumn> Columns(const TableName& table) = 0;
   /// Nothing else may be asked until all rows were read.
-  virtual std::unique_ptr<ServerRows> Read(const TableName& table,
-                                           const std::vector<std::string>& columns) = 0;
+  virtual std::unique_ptr<ServerRows> Read(const TableQuestion& question) = 0;
 };
 
 /// Whether the text is an address, such as "postgresql://host/database", and not a path.

@@ -31,19 +31,6 @@
 namespace vok {
 namespace {
 
-/// What workbooks tell as the moment of their making: now, or what the environment says, so that
-/// the same work gives the same file.
-int64_t MakingTime() {
-  const char* const wanted = std::getenv("SOURCE_DATE_EPOCH");
-  const std::string_view text = wanted != nullptr ? wanted : "";
-  int64_t moment = 0;
-  const auto read = std::from_chars(text.data(), text.data() + text.size(), moment);
-  constexpr int64_t kLast = 253'402'300'799;  // of the year 9999
-  const bool is_moment = !text.empty() && read.ec == std::errc() &&
-                         read.ptr == text.data() + text.size() && moment >= 0 && moment <= kLast;
-  return is_moment ? moment : static_cast<int64_t>(std::time(nullptr));
-}
-
 /// The system's own line ends are "\r\n". Lines after the first are indented, and what else a
 /// terminal might obey is written out: no text from outside can pass for a message of its own.
 std::string Paragraphs(std::string_view text) {
@@ -135,6 +122,17 @@ ComponentInfo Component(const SystemPlatform& platform) {
 }
 
 }  // namespace
+
+int64_t MakingTime() {
+  const char* const wanted = std::getenv("SOURCE_DATE_EPOCH");
+  const std::string_view text = wanted != nullptr ? wanted : "";
+  int64_t moment = 0;
+  const auto read = std::from_chars(text.data(), text.data() + text.size(), moment);
+  constexpr int64_t kLast = 253'402'300'799;  // of the year 9999
+  const bool is_moment = !text.empty() && read.ec == std::errc() &&
+                         read.ptr == text.data() + text.size() && moment >= 0 && moment <= kLast;
+  return is_moment ? moment : static_cast<int64_t>(std::time(nullptr));
+}
 
 MessageAnswer ConsoleMessageBoxes::Show(const MessageBox& box) {
   const std::string text =

@@ -53,4 +53,8 @@ class SystemHost {
   std::unique_ptr<Providers> providers_;
 };
 
+/// What files tell as the moment of their making, in seconds since 1970: now, or what the
+/// environment says (SOURCE_DATE_EPOCH), so that the same work gives the same file.
+int64_t MakingTime();
+
 }  // namespace vok

@@ -11,7 +11,7 @@
 #   faults   a line for each fault; the first 20 trials are kept in faults.d/
 set -uo pipefail
 renice -n "${NICE:-19}" $$ > /dev/null
-export LC_ALL=C.UTF-8 SOURCE_DATE_EPOCH=946684799
+export LC_ALL=C.UTF-8 SOURCE_DATE_EPOCH=946684799 PGUSER=sample
 unset DISPLAY WAYLAND_DISPLAY QT_QPA_PLATFORM VOKCUBE_REGISTRY
 
 root=$(realpath "$(dirname "${BASH_SOURCE[0]}")/../..")
@@ -28,6 +28,7 @@ commands=(
   'jobs|file two.xlsX|run --jobs jobs.json --quiet'
   'cube-build|file built.cub|cube build --schema new/schema.xml --data new --output built.cub'
   'cube-first|file first.cub|cube build --schema new/schema.xml --data new --output first.cub'
+  'cube-refresh|file month.cub|cube refresh month.cub --since auto'
   'import|settings settings|settings import new.json'
   'import-first|settings fresh|settings import new.json'
   'delete|settings settings|settings delete periods "Months 2024"'
@@ -113,6 +114,7 @@ make_start() {
   sed 's/"Jan 2024"/"January"/; s/"2023-01-01"/"2023-02-01"/' new.json > old.json
   "$vokcube" cube build --schema new/schema.xml --data new --output ledger.cub
   "$vokcube" cube build --schema old/schema.xml --data old --output built.cub
+  make_month
   "$vokcube" settings import old.json --settings-folder settings
   "$vokcube" settings export export.json --settings-folder settings
   "$vokcube" language texts own.csv
@@ -128,6 +130,17 @@ make_start() {
     "$vokcube" run --settings-folder settings --data-source Export --periods Demo --output $output
   done
   cd ..
+}
+
+# A cube whose tables are on a database server, where a month has changed since.
+make_month() {
+  local port=$((20000 + RANDOM % 10000))
+  mkdir "$work/server"
+  ln -s ../start/new "$work/server/csv"
+  "$root/tests/interop/postgresql-up" "$work/server" "$port" || exit
+  "$vokcube" cube build --schema new/schema.xml --output month.cub --data "postgresql://127.0.0.1:$port/sample"
+  psql --quiet --host="$work/server/postgresql" --port="$port" --dbname=sample \
+    --command 'INSERT INTO entries SELECT * FROM entries WHERE date_id = (SELECT max(date_id) FROM entries)'
 }
 
 # What the chosen command does when nothing disturbs it.
@@ -172,6 +185,7 @@ world() {
   build_programs
   rm -rf "$work"
   mkdir -p "$work/known" "$work/faults.d" && cd "$work" || exit
+  trap '[[ ! -e $work/server ]] || "$root/tests/interop/postgresql-down" "$work/server"' EXIT
   export VOKCUBE_REGISTRY=$work/registry.reg
   : > faults
   mkfifo pause

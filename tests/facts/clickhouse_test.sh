@@ -2,31 +2,12 @@
 # As postgresql_test.sh, with a ClickHouse server.
 #
 #   clickhouse_test.sh VOKCUBE DATA_DIR WORK_DIR
-source "$(dirname "$0")/../cli/start.sh"
-facts=$tests/facts
-
-mkdir run
-cp -r "$data" run/csv
-printf '901,"\\N ""x"", a\tb\\t","two\nlines",901\n' >> run/csv/lines.csv
-printf '%s\n' 20220101,901,4,0,1,12345678901234567890.25,3 20220101,901,4,0,1,,1 >> run/csv/entries.csv
-port=$(free_port)
-trap '"$facts/clickhouse-down" run' EXIT
-trap 'exit 130' INT TERM
-"$facts/clickhouse-up" run "$port"
+facts=$(realpath "$(dirname "$0")")
+up=$facts/clickhouse-up down=$facts/clickhouse-down wide=12345678901234567890.25
+source "$facts/start.sh"
 server=clickhouse+http://127.0.0.1:$port/sample
 sql() { curl --silent --show-error --fail-with-body "http://127.0.0.1:$port/?database=sample" --data-binary "$1"; }
 
-build() { # SCHEMA DATA OUTPUT [OPTION...]
-  "$vokcube" cube build --schema "$1" --data "$2" --output "$3" "${@:4}"
-}
-# refused WORDS SED: what a schema so changed is refused with.
-refused() {
-  sed -E "$2" run/csv/schema.xml > schema.xml
-  expect 1 "$1" build schema.xml "$server" server.cub
-  [[ ! -e server.cub ]] || fail "a refused build left a file"
-}
-
-expect 0 "entries.cub" build run/csv/schema.xml run/csv entries.cub
 refused "Table sample.nothing doesn't exist., e.what() = DB::Exception. Tables there: dates, entries" \
   's#<Table name="entries"/>#<Table name="nothing"/>#'
 refused 'table lines: there is no column "Code"' 's#column="code" caption#column="Code" caption#'
@@ -56,6 +37,20 @@ expect 1 'Wrong password for user reader' build run/csv/schema.xml "$server" ser
 VOKCUBE_DATABASE_PASSWORD=right expect 0 "server.cub" build run/csv/schema.xml "$server" server.cub
 cmp entries.cub server.cub || fail "a reader gets another cube"
 unset VOKCUBE_DATABASE_USER
+
+# The server adds up.
+sql "CREATE VIEW narrow AS SELECT * FROM entries WHERE amount < 1000000"
+with 's#<Table name="entries"/>#<Table name="narrow"/>#'
+build schema.xml "$server" server.cub > said
+recorded='--no-source --group' expect 0 grouped.cub build schema.xml "$server" grouped.cub
+cmp server.cub grouped.cub || fail "sums of the server give another cube"
+cp entries.cub server.cub
+# Of this server rows come in any order, which shows where they are not put together.
+sed -i 's#<Table name="entries"/>#<Table name="narrow"/>#' run/csv/schema.xml
+edit='' edited='' grouped=--group
+source "$facts/refresh.sh"
+sed -i 's#<Table name="narrow"/>#<Table name="entries"/>#' run/csv/schema.xml
+recorded=--no-source
 
 sql "CREATE TABLE drops AS files ENGINE = Memory"  # a block for each INSERT
 for id in {1..40}; do sql "INSERT INTO drops VALUES ($id, 'Domestic', '$id')"; done

@@ -3,31 +3,15 @@
 # what goes wrong there is told in the server's words and leaves nothing.
 #
 #   postgresql_test.sh VOKCUBE DATA_DIR WORK_DIR
-source "$(dirname "$0")/../cli/start.sh"
-interop=$tests/interop
-
-mkdir run
-cp -r "$data" run/csv
-# What needs care: quotes, a tab, a backslash and a line end in names, NULL, amounts wider than 64 bits.
-printf '901,"\\N ""x"", a\tb\\t","two\nlines",901\n' >> run/csv/lines.csv
-printf '%s\n' 20220101,901,4,0,1,123456789012345678901234.5,3 20220101,901,4,0,1,,1 >> run/csv/entries.csv
-port=$(free_port)
-trap '"$interop/postgresql-down" run' EXIT
-trap 'exit 130' INT TERM
-"$interop/postgresql-up" run "$port"
+interop=$(realpath "$(dirname "$0")/../interop")
+up=$interop/postgresql-up down=$interop/postgresql-down wide=123456789012345678901234.5
+source "$(dirname "$0")/start.sh"
 unset PGPASSWORD PGPASSFILE PGUSER
 socket=$PWD/run/postgresql
 server="postgresql://127.0.0.1:$port/sample"
 sql() { psql --no-psqlrc --quiet --no-align --tuples-only --set ON_ERROR_STOP=1 --host="$socket" --port="$port" \
   --username=sample --dbname=sample --command "$1"; }
 
-build() { # SCHEMA DATA OUTPUT [OPTION...]
-  "$vokcube" cube build --schema "$1" --data "$2" --output "$3" "${@:4}"
-}
-# with SED: run/csv/schema.xml with changes, as schema.xml
-with() { sed -E "$1" run/csv/schema.xml > schema.xml; }
-
-expect 0 "entries.cub" build run/csv/schema.xml run/csv entries.cub
 export VOKCUBE_DATABASE_USER=sample VOKCUBE_DATABASE_SERVER=127.0.0.1
 expect 0 "server.cub" build run/csv/schema.xml "$server" server.cub
 cmp entries.cub server.cub || fail "the server's cube is another one than that of the files"
@@ -44,12 +28,6 @@ with 's#<Table name="entries"/>#<Table name="fractions"/>#'
 expect 0 'the column "amount" holds binary fractions' build schema.xml "$server" server.cub
 
 rm server.cub
-# refused WORDS SED: what a schema so changed is refused with.
-refused() {
-  with "$2"
-  expect 1 "$1" build schema.xml "$server" server.cub
-  [[ ! -e server.cub ]] || fail "a refused build left a file"
-}
 refused 'relation "nothing" does not exist. Tables there: The "Books".Entries, public.dates' \
   's#<Table name="entries"/>#<Table name="nothing"/>#'
 refused 'table lines: there is no column "Code"' 's#column="code" caption#column="Code" caption#'
@@ -115,4 +93,11 @@ until [[ $(sql "$waits") == 1 ]]; do sleep 0.05; done
 sql "INSERT INTO entries SELECT * FROM entries"
 wait $! || fail "a build during a commit"
 cmp entries.cub server.cub || fail "a commit in the middle is seen"
+
+sql "DELETE FROM entries WHERE amount > 1e15"
+edit="UPDATE entries SET amount = amount + 0.001 WHERE date_id = 20230601 AND line_id IN (76, 77)" edited='2023-06, ' grouped=--group
+source "$tests/facts/refresh.sh"
+build run/csv/schema.xml "$server" before.cub > said 2>&1
+sql "DELETE FROM lines WHERE line_id = 77"
+not_refreshed 'there are facts of [QeL].[' --months 2022-01
 finish

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <map>
 #include <random>
 #include <string_view>
 #include <utility>
@@ -115,29 +116,77 @@ class Server : public TableServer {
     const auto types = Parts(lines.size() < 2 ? "" : lines[1], '\t');
     std::vector<ServerColumn> columns;
     for (std::size_t index = 0; index < names.size() && index < types.size(); ++index) {
-      columns.push_back({names[index], types[index].find("Float") != std::string::npos});
+      columns.push_back({names[index], types[index].find("Float") != std::string::npos,
+                         types[index].find("String") != std::string::npos});
+      types_[NameOf(table)][names[index]] = types[index];
     }
     return columns;
   }
 
-  std::unique_ptr<ServerRows> Read(const TableName& table,
-                                   const std::vector<std::string>& columns) override {
-    std::string select = "SELECT ";
-    for (const std::string& column : columns) {
-      select += (&column == &columns.front() ? "" : ", ") + Between('`', column);
-    }
-    select += " FROM " + NameOf(table) + " FORMAT TabSeparated";
+  std::unique_ptr<ServerRows> Read(const TableQuestion& question) override {
+    const std::string select = Select(question) + " FORMAT TabSeparated";
     const std::string id = NewId();
     return std::make_unique<StreamedRows>(
         [this, select, id](const QueryStop& stop, HttpBody& body) {
           return Post(stop, select, body, kReadOnly + ("&query_id=" + id));
         },
         [this](const HttpHead& head, const std::string& words) { return FailureOf(head, words); },
-        [this, id] { Kill(id); }, Guess(table), stop_);
+        [this, id] { Kill(id); }, Guess(question.table), stop_);
   }
 
  private:
   static constexpr const char* kReadOnly = "&readonly=1";
+
+  /// As `Columns` told it; "" before that.
+  std::string TypeOf(const TableQuestion& question, const std::string& column) const {
+    const auto table = types_.find(NameOf(question.table));
+    if (table == types_.end()) return {};
+    const auto type = table->second.find(column);
+    return type == table->second.end() ? "" : type->second;
+  }
+
+  std::string Asked(const TableQuestion& question, const AskedColumn& column) const {
+    if (column.name.empty()) return "count()";
+    std::string name = Between('`', column.name);
+    switch (column.gathering) {
+      case Gathering::kNone:
+        return name;
+      case Gathering::kSum:
+        // Sums of integers would wrap silently.
+        if (TypeOf(question, column.name).find("Int") != std::string::npos)
+          name = "toDecimal128(" + name + ", 0)";
+        return "sum(" + name + ")";
+      case Gathering::kCount:
+        return "count(" + name + ")";
+      case Gathering::kLeast:
+        return "min(" + name + ")";
+      case Gathering::kLargest:
+        return "max(" + name + ")";
+    }
+    return {};
+  }
+
+  std::string Select(const TableQuestion& question) const {
+    std::string select;
+    std::string groups;
+    for (const AskedColumn& column : question.columns) {
+      select += (select.empty() ? "SELECT " : ", ") + Asked(question, column);
+      if (column.gathering != Gathering::kNone) continue;
+      groups += (groups.empty() ? " GROUP BY " : ", ") + Asked(question, column);
+    }
+    select += " FROM " + NameOf(question.table);
+    const std::string key = Between('`', question.key_column);
+    const std::string type = TypeOf(question, question.key_column);
+    const auto typed = [&](const std::string& text) {
+      return "CAST(" + Between('\'', text) + " AS " + type + ")";
+    };
+    const char* before = " WHERE ";
+    for (const KeyRange& range : question.ranges) {
+      select += std::exchange(before, " OR ") + key + " >= " + typed(range.low);
+      if (!range.high.empty()) select += " AND " + key + " <= " + typed(range.high);
+    }
+    return IsGathered(question) ? select + groups : select;
+  }
 
   HttpHead Post(const QueryStop& stop, const std::string& question, HttpBody& body,
                 const std::string& options = kReadOnly) const {
@@ -209,6 +258,8 @@ class Server : public TableServer {
   const QueryStop& stop_;
   std::string no_login_;  // why the login is not for this server
   std::vector<std::string> headers_;
+  /// Of the columns of the tables that were looked at, by the names in statements.
+  std::map<std::string, std::map<std::string, std::string>> types_;
 };
 
 }  // namespace

@@ -3,6 +3,7 @@
 #include <libpq-fe.h>
 
 #include <algorithm>
+#include <array>
 #include <cstdlib>
 #include <filesystem>
 #include <memory>
@@ -22,6 +23,24 @@ constexpr char kSystemAuthorities[] = "/etc/ssl/certs/ca-certificates.crt";
 /// Neither user nor options: both may hold what must not be shown.
 std::string Shown(const std::string& text) {
   return WithoutUsers(text.substr(0, text.find_first_of("?#")));
+}
+
+std::string Kept(const std::string& text) {
+  constexpr std::array<std::string_view, 6> kKept{
+      "host=", "hostaddr=", "port=", "dbname=", "sslmode=", "service="};
+  std::string kept = Shown(text);
+  std::string_view options(text);
+  options.remove_prefix(std::min(text.find('?'), text.size()));
+  while (!options.empty()) {
+    options.remove_prefix(1);
+    const std::string_view option = options.substr(0, options.find('&'));
+    options.remove_prefix(option.size());
+    const bool is_kept = std::any_of(kKept.begin(), kKept.end(), [&](std::string_view each) {
+      return option.starts_with(each);
+    });
+    if (is_kept) (kept += kept.find('?') == kept.npos ? '?' : '&') += option;
+  }
+  return kept;
 }
 
 [[noreturn]] void Refuse(const std::string& text, const std::string& why) {
@@ -138,7 +157,7 @@ std::string WhyNoLogin(const ServerSettings& settings, const Parameters& paramet
 }  // namespace
 
 Address ReadAddress(const std::string& text, const ServerSettings& settings) {
-  Address address{Parse(text), Shown(text), {}};
+  Address address{Parse(text), Shown(text), Kept(text), {}};
   Parameters& parameters = address.parameters;
   for (const char* secret : {"password", "sslpassword"}) {
     if (Find(parameters, secret) == nullptr) continue;

@@ -12,6 +12,7 @@ namespace vok::postgresql {
 struct Address {
   std::vector<std::pair<std::string, std::string>> parameters;  ///< for libpq
   std::string shown;                                            ///< without user and options
+  std::string kept;      ///< with the options that say where the server is and how safe the way is
   std::string no_login;  ///< why the login of the settings is not sent; "" where it is, or is none
 };
 

@@ -33,6 +33,7 @@ class Connection {
   Connection(Address address, const ServerSettings& settings, const QueryStop& stop);
 
   const std::string& address() const { return address_.shown; }
+  const std::string& AddressToKeep() const { return address_.kept; }
 
   /// The rows of the last of the statements, NULL as "".
   std::vector<std::vector<std::string>> Ask(const std::string& statements);

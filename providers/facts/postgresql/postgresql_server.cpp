@@ -27,6 +27,42 @@ std::string Literal(const std::string& text) {
   return "E" + Between('\'', escaped);
 }
 
+std::string Asked(const AskedColumn& column) {
+  if (column.name.empty()) return "count(*)";
+  const std::string name = Between('"', column.name);
+  switch (column.gathering) {
+    case Gathering::kNone:
+      return name;
+    case Gathering::kSum:
+      return "sum(" + name + ")";
+    case Gathering::kCount:
+      return "count(" + name + ")";
+    case Gathering::kLeast:
+      return "min(" + name + ")";
+    case Gathering::kLargest:
+      return "max(" + name + ")";
+  }
+  return {};
+}
+
+std::string Select(const TableQuestion& question) {
+  std::string select;
+  std::string groups;
+  for (const AskedColumn& column : question.columns) {
+    select += (select.empty() ? "SELECT " : ", ") + Asked(column);
+    if (column.gathering != Gathering::kNone) continue;
+    groups += (groups.empty() ? " GROUP BY " : ", ") + Asked(column);
+  }
+  select += " FROM " + NameOf(question.table);
+  const std::string key = Between('"', question.key_column);
+  const char* before = " WHERE ";
+  for (const KeyRange& range : question.ranges) {
+    select += std::exchange(before, " OR ") + key + " >= " + Literal(range.low);
+    if (!range.high.empty()) select += " AND " + key + " <= " + Literal(range.high);
+  }
+  return IsGathered(question) ? select + groups : select;
+}
+
 class CopiedRows : public ServerRows {
  public:
   CopiedRows(std::shared_ptr<Connection> connection, double guess)
@@ -58,16 +94,20 @@ class Server : public TableServer {
   }
 
   const std::string& address() const override { return connection_->address(); }
+  std::string AddressToKeep() const override { return connection_->AddressToKeep(); }
 
   std::vector<ServerColumn> Columns(const TableName& table) override {
     const std::string question =
-        "SELECT attname, coalesce(nullif(typbasetype, 0), t.oid) IN (700, 701) "
+        "SELECT attname, coalesce(nullif(typbasetype, 0), t.oid) IN (700, 701), "
+        "typcategory = 'S' "
         "FROM pg_catalog.pg_attribute JOIN pg_catalog.pg_type t ON t.oid = atttypid "
         "WHERE attrelid = " +
         Literal(NameOf(table)) + "::regclass AND attnum > 0 AND NOT attisdropped ORDER BY attnum";
     std::vector<ServerColumn> columns;
     try {
-      for (auto& row : connection_->Ask(question)) columns.push_back({row[0], row[1] == "t"});
+      for (auto& row : connection_->Ask(question)) {
+        columns.push_back({row[0], row[1] == "t", row[2] == "t"});
+      }
     } catch (const Refusal& refused) {
       if (refused.state() != "42P01" && refused.state() != "3F000") throw;
       throw Failure(refused.number(), refused.description() + Tables());
@@ -75,13 +115,8 @@ class Server : public TableServer {
     return columns;
   }
 
-  std::unique_ptr<ServerRows> Read(const TableName& table,
-                                   const std::vector<std::string>& columns) override {
-    std::string select = "SELECT ";
-    for (const std::string& column : columns) {
-      select += (&column == &columns.front() ? "" : ", ") + Between('"', column);
-    }
-    select += " FROM " + NameOf(table);
+  std::unique_ptr<ServerRows> Read(const TableQuestion& question) override {
+    const std::string select = Select(question);
     const double guess = Guess(select);
     connection_->BeginCopy("COPY (" + select + ") TO STDOUT");
     return std::make_unique<CopiedRows>(connection_, guess);

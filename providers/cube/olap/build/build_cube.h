@@ -17,8 +17,9 @@ namespace vok::olap {
 struct BuildReport {
   struct Cube {
     std::string name;
-    uint64_t facts = 0;         ///< rows read from the fact table
-    uint64_t stored_cells = 0;  ///< after rows with equal keys were put together
+    uint64_t facts = 0;            ///< rows read from the fact table
+    uint64_t stored_cells = 0;     ///< after rows with equal keys were put together
+    std::vector<int> months = {};  ///< that were read anew: years times 12, and 0 for January
   };
   std::vector<Cube> cubes;
   uint64_t file_bytes = 0;
@@ -50,6 +51,8 @@ struct BuildRequest {
   std::string facts_name = {};
   bool leave_out_bad_rows = false;
   OpenTableServer open_server = {};  ///< for the address of one
+  bool record_source = true;  ///< a database server's address, so that months can be read anew
+  bool gathered = false;      ///< the server puts facts with equal keys together
   /// Bytes that facts may take in memory, about; beyond that they are sorted on the disk. 0: no
   /// limit.
   uint64_t memory = 0;

@@ -32,30 +32,74 @@ class Loader {
         leave_out_(options.leave_out_bad_rows),
         progress_(progress),
         different_(plan.values.size()),
-        different_count_(plan.values.size()) {}
+        different_count_(plan.values.size()) {
+    if (plan.totals_of != kNoTime) {
+      PeriodTotals none{0, std::vector<std::optional<ExactSum>>(plan.values.size(), ExactSum())};
+      totals_.resize(hierarchies[plan.totals_of].members.LeafCount(), none);
+    }
+    if (options.kept == nullptr) return;
+    totals_ = options.kept->totals;
+    for (const PeriodTotals& totals : totals_) fact_count_ += totals.facts;
+  }
 
   LoadedFacts Load() {
     ReadRuns();
     if (!leave_out_ && !bad_rows_.empty()) throw BadRows(std::move(bad_rows_));
     progress_("sorting the facts of " + cube_.name, kSorting, 0);
-    return {fact_count_, spilled_ == nullptr ? FactsInMemory() : FactsOnDisk(),
-            std::move(bad_rows_)};
+    NewFacts facts = spilled_ == nullptr ? FactsInMemory() : FactsOnDisk();
+    FinishTotals(facts);
+    return {fact_count_, std::move(facts), std::move(bad_rows_), std::move(totals_)};
   }
 
  private:
   using Ranges = std::vector<FactRange<Key>>;
 
+  /// How to read the next run, and how far all are read then.
+  struct Reading {
+    std::function<FactRun<Key>()> read;
+    double done = 0;
+  };
+
   void ReadRuns() {
-    const auto parts = source_.OpenParts(cube_.fact_table, plan_.columns);
-    const std::string what = "reading " + ShownName(cube_.fact_table);
-    progress_(what, kReading, 0);
-    RunInOrder(threads_, [&]() -> Working {
+    if (options_.kept != nullptr) ReadKeptFacts(*options_.kept);
+    const auto parts = OpenTable();
+    AddRuns("reading " + ShownName(cube_.fact_table), [&]() -> Reading {
       const std::shared_ptr<TableReader> part = parts->Next();
       if (part == nullptr) return {};
-      return [this, &what, part, done = parts->Done()]() -> Taking {
-        const auto run = std::make_shared<FactRun<Key>>(
-            ReadRun<Key>(plan_, hierarchies_, *part, most_bad_rows_));
-        return [this, &what, run, done] {
+      return {[this, part] { return ReadRun<Key>(plan_, hierarchies_, *part, most_bad_rows_); },
+              parts->Done()};
+    });
+  }
+
+  std::unique_ptr<TableParts> OpenTable() const {
+    if (options_.gathered) return source_.Ask({cube_.fact_table, plan_.columns});
+    std::vector<std::string> names;
+    names.reserve(plan_.columns.size());
+    for (const AskedColumn& column : plan_.columns) names.push_back(column.name);
+    return source_.OpenParts(cube_.fact_table, names);
+  }
+
+  void ReadKeptFacts(const KeptFacts& kept) {
+    constexpr uint64_t kRows = 65536;
+    const uint64_t rows = kept.rows->rows();
+    uint64_t next = 0;
+    AddRuns("keeping facts of " + cube_.name, [&]() -> Reading {
+      if (next >= rows) return {};
+      const uint64_t first = std::exchange(next, std::min(next + kRows, rows));
+      const auto count = static_cast<std::size_t>(next - first);
+      return {[this, &kept, first, count] { return ReadKept<Key>(plan_, kept, first, count); },
+              static_cast<double>(next) / static_cast<double>(rows)};
+    });
+  }
+
+  void AddRuns(const std::string& what, const std::function<Reading()>& begin) {
+    progress_(what, kReading, 0);
+    RunInOrder(threads_, [&]() -> Working {
+      const Reading reading = begin();
+      if (!reading.read) return {};
+      return [this, &what, reading]() -> Taking {
+        const auto run = std::make_shared<FactRun<Key>>(reading.read());
+        return [this, &what, run, done = reading.done] {
           AddRun(std::move(*run));
           progress_(what, kReading, done);
         };
@@ -69,7 +113,7 @@ class Loader {
       bad_rows_.resize(kToldBadRows);
       throw BadRows(std::move(bad_rows_));
     }
-    fact_count_ += run.keys.size();
+    fact_count_ += run.facts;
     if (fact_count_ > std::numeric_limits<uint32_t>::max()) {
       throw BadInput("table " + Quoted(ShownName(cube_.fact_table)),
                      "a cube holds at most 4294967295 facts");
@@ -79,10 +123,38 @@ class Loader {
         RenumberDifferent(index, run.values[index]);
       }
     }
+    AddTotals(run);
     in_memory_ += run.keys.capacity() * sizeof(Key);
     for (const ValueReader& value : run.values) in_memory_ += value.column().Bytes();
     runs_.push_back(std::move(run));
     if (options_.memory > 0 && in_memory_ > options_.memory) Spill();
+  }
+
+  /// Facts that stay in their file have theirs already.
+  void AddTotals(const FactRun<Key>& run) {
+    for (std::size_t leaf = 0; leaf < run.facts_of_leaf.size(); ++leaf) {
+      PeriodTotals& totals = totals_[leaf];
+      totals.facts += run.facts_of_leaf[leaf];
+      for (std::size_t index = 0; index < totals.sums.size(); ++index) {
+        const ValueColumn& column = run.values[index].column();
+        auto& sum = totals.sums[index];
+        if (column.kind() == NumberKind::kDouble) sum.reset();
+        AddTo(sum, run.sums_of_leaf[index][leaf], column.scale());
+      }
+    }
+  }
+
+  /// Sums of a column are written in one way, whichever runs they came from.
+  void FinishTotals(const NewFacts& facts) {
+    for (PeriodTotals& totals : totals_) {
+      for (std::size_t index = 0; index < totals.sums.size(); ++index) {
+        const ValueFormat& format = facts.values[index].format;
+        auto& sum = totals.sums[index];
+        const bool is_sum = plan_.values[index].aggregator != Aggregator::kDistinctCount;
+        if (!is_sum || format.kind == NumberKind::kDouble) sum.reset();
+        AddTo(sum, 0, format.scale);
+      }
+    }
   }
 
   void Spill() {
@@ -233,6 +305,7 @@ class Loader {
   std::vector<std::string> bad_rows_;
   const Progress& progress_;
   uint64_t fact_count_ = 0;
+  std::vector<PeriodTotals> totals_;
   std::vector<FactRun<Key>> runs_;
   uint64_t in_memory_ = 0;  // bytes of them
   std::unique_ptr<SpilledRuns<Key>> spilled_;
@@ -249,7 +322,8 @@ LoadedFacts LoadFacts(const TableSource& source, const CubeSchema& cube,
                       const std::vector<LoadedHierarchy>& hierarchies, const LoadOptions& options,
                       const Progress& progress) {
   constexpr uint32_t kWidest = 127;
-  const FactPlan plan = PlanFacts(cube, hierarchies);
+  FactPlan plan = PlanFacts(cube, hierarchies, options.gathered);
+  plan.totals_of = options.totals_of;
   if (plan.key_bits > kWidest) {
     throw BadInput(
         "cube " + Quoted(cube.name),

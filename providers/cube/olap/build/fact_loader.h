@@ -7,7 +7,9 @@
 #include <string>
 #include <vector>
 
+#include "providers/cube/olap/build/cube_record.h"
 #include "providers/cube/olap/build/hierarchy_loader.h"
+#include "providers/cube/olap/build/kept_facts.h"
 #include "providers/cube/olap/build/schema.h"
 #include "providers/cube/olap/build/table_source.h"
 #include "providers/cube/olap/storage/cube_writer.h"
@@ -28,6 +30,7 @@ struct LoadedFacts {
   uint64_t fact_count = 0;
   NewFacts facts;
   std::vector<std::string> bad_rows;  ///< what is wrong with each that was left out
+  std::vector<PeriodTotals> totals;   ///< of the leaves that the options name
 };
 
 /// Rows of the facts that cannot be read: the description is that of the first.
@@ -45,6 +48,9 @@ struct LoadOptions {
   bool leave_out_bad_rows = false;
   uint64_t memory = 0;  ///< bytes that facts may take before they go to the disk; 0: no limit
   std::function<std::unique_ptr<ScratchFile>()> open_scratch = {};  ///< where they go then
+  bool gathered = false;            ///< the server puts facts with equal keys together
+  uint32_t totals_of = kNoTime;     ///< the hierarchy whose leaves' totals are wanted
+  const KeptFacts* kept = nullptr;  ///< facts beside those of the table, or null
 };
 
 /// Parts of the table are read and sorted on several threads, then put together by ranges of their

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <bit>
+#include <charconv>
 #include <numeric>
 #include <optional>
 
@@ -14,7 +15,17 @@ class RunReader {
   RunReader(const FactPlan& plan, const std::vector<LoadedHierarchy>& hierarchies,
             TableReader& part)
       : plan_(plan), hierarchies_(hierarchies), part_(part), comma_(part.HasDecimalComma()) {
-    for (const FactPlan::Value& value : plan.values) run_.values.emplace_back(value.aggregator);
+    for (const FactPlan::Value& value : plan.values) {
+      // What the server has counted is a number to be added.
+      const bool is_counted = plan.count_place && value.aggregator == Aggregator::kCount;
+      run_.values.emplace_back(is_counted ? Aggregator::kSum : value.aggregator);
+    }
+    for (const FactPlan::KeyPart& key : plan.keys) {
+      if (key.hierarchy == plan.totals_of) totals_key_ = &key;
+    }
+    if (totals_key_ != nullptr) {
+      run_.facts_of_leaf.resize(hierarchies[plan.totals_of].members.LeafCount());
+    }
   }
 
   FactRun<Key> Read(std::size_t most_bad_rows) {
@@ -26,6 +37,7 @@ class RunReader {
     }
     run_.keys.shrink_to_fit();
     for (ValueReader& value : run_.values) value.column().Reorder(order);
+    if (totals_key_ != nullptr) AddSums();
     return std::move(run_);
   }
 
@@ -47,7 +59,8 @@ class RunReader {
     }
     for (std::size_t index = 0; index < plan_.values.size(); ++index) {
       const FactPlan::Value& value = plan_.values[index];
-      const Field field = value.column.empty() ? Field{} : fields[value.place];
+      const bool has_none = value.column.empty() && !plan_.count_place;
+      const Field field = has_none ? Field{} : fields[value.place];
       if (Add(run_.values[index], value.aggregator, field)) continue;
       LeaveOutFrom(index);
       throw BadRow(BadInput(part_.Place(),
@@ -59,6 +72,34 @@ class RunReader {
     if (kept_) kept_->push_back(value_rows_);
     ++value_rows_;
     run_.keys.push_back(key);
+    const uint64_t facts = FactsOf(fields);
+    run_.facts += facts;
+    if (totals_key_ != nullptr) run_.facts_of_leaf[TotalsLeaf(key)] += facts;
+  }
+
+  uint64_t FactsOf(std::span<const Field> fields) const {
+    if (!plan_.count_place) return 1;
+    const std::string_view text = fields[*plan_.count_place].text;
+    uint64_t facts = 0;
+    std::from_chars(text.data(), text.data() + text.size(), facts);
+    return facts;
+  }
+
+  std::size_t TotalsLeaf(Key key) const {
+    return static_cast<std::size_t>(key >> totals_key_->shift &
+                                    ((Key{1} << totals_key_->bits) - 1));
+  }
+
+  /// Of columns in the order of the keys.
+  void AddSums() {
+    std::vector<int64_t> values(run_.keys.size());
+    for (const ValueReader& value : run_.values) {
+      auto& sums = run_.sums_of_leaf.emplace_back(run_.facts_of_leaf.size());
+      value.column().Copy(0, values);
+      for (std::size_t row = 0; row < values.size(); ++row) {
+        sums[TotalsLeaf(run_.keys[row])] += values[row];
+      }
+    }
   }
 
   bool Add(ValueReader& value, Aggregator aggregator, Field field) {
@@ -102,6 +143,7 @@ class RunReader {
   const std::vector<LoadedHierarchy>& hierarchies_;
   TableReader& part_;
   bool comma_;
+  const FactPlan::KeyPart* totals_key_ = nullptr;
   FactRun<Key> run_;
   uint32_t value_rows_ = 0;
   /// Where the values of each key are, once a row was left out after some of its values.
@@ -115,8 +157,7 @@ void PlanKeys(const std::vector<LoadedHierarchy>& hierarchies, FactPlan& plan) {
     const LoadedHierarchy& hierarchy = hierarchies[index];
     const auto bits = static_cast<uint32_t>(std::bit_width(hierarchy.members.LeafCount() - 1));
     plan.keys.push_back({index, 0, bits, plan.columns.size()});
-    plan.columns.insert(plan.columns.end(), hierarchy.fact_columns.begin(),
-                        hierarchy.fact_columns.end());
+    for (const std::string& column : hierarchy.fact_columns) plan.columns.push_back({column});
   }
   for (auto part = plan.keys.rbegin(); part != plan.keys.rend(); ++part) {
     part->shift = plan.key_bits;
@@ -124,8 +165,26 @@ void PlanKeys(const std::vector<LoadedHierarchy>& hierarchies, FactPlan& plan) {
   }
 }
 
+Gathering GatheringOf(Aggregator aggregator) {
+  switch (aggregator) {
+    case Aggregator::kSum:
+      return Gathering::kSum;
+    case Aggregator::kCount:
+      return Gathering::kCount;
+    case Aggregator::kMin:
+      return Gathering::kLeast;
+    case Aggregator::kMax:
+      return Gathering::kLargest;
+    case Aggregator::kDistinctCount:
+      break;
+  }
+  throw Failure(failure_number::kUnspecified,
+                "A count of different values cannot be put together by the server. Build without "
+                "--group, or take the measure out of the schema");
+}
+
 /// Measures that aggregate one column in one way share their stored values.
-void PlanValues(const CubeSchema& cube, FactPlan& plan) {
+void PlanValues(const CubeSchema& cube, bool gathered, FactPlan& plan) {
   for (const MeasureSchema& measure : cube.measures) {
     const auto same =
         std::find_if(plan.values.begin(), plan.values.end(), [&](const FactPlan::Value& value) {
@@ -134,16 +193,21 @@ void PlanValues(const CubeSchema& cube, FactPlan& plan) {
     plan.value_of_measure.push_back(static_cast<uint32_t>(same - plan.values.begin()));
     if (same != plan.values.end()) continue;
     plan.values.push_back({measure.column, measure.aggregator, plan.columns.size()});
-    if (!measure.column.empty()) plan.columns.push_back(measure.column);
+    const auto gathering = gathered ? GatheringOf(measure.aggregator) : Gathering::kNone;
+    if (gathered || !measure.column.empty()) plan.columns.push_back({measure.column, gathering});
   }
+  if (!gathered) return;
+  plan.count_place = plan.columns.size();
+  plan.columns.push_back({"", Gathering::kCount});
 }
 
 }  // namespace
 
-FactPlan PlanFacts(const CubeSchema& cube, const std::vector<LoadedHierarchy>& hierarchies) {
+FactPlan PlanFacts(const CubeSchema& cube, const std::vector<LoadedHierarchy>& hierarchies,
+                   bool gathered) {
   FactPlan plan;
   PlanKeys(hierarchies, plan);
-  PlanValues(cube, plan);
+  PlanValues(cube, gathered, plan);
   return plan;
 }
 

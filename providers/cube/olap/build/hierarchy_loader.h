@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "providers/cube/olap/build/cube_record.h"
 #include "providers/cube/olap/build/key_map.h"
 #include "providers/cube/olap/build/schema.h"
 #include "providers/cube/olap/build/table_source.h"
@@ -22,10 +23,20 @@ struct LoadedHierarchy {
   std::vector<std::string> fact_columns;
   bool has_table = false;
   KeyMap leaves;
+  RecordedRows rows;  ///< where they were asked for
+};
+
+struct HierarchyOptions {
+  bool record = false;  ///< keep the rows
+  /// Of a hierarchy without a table: rows that count as if facts had them, and which of their
+  /// leaves do.
+  const RecordedRows* before = nullptr;
+  std::vector<bool> used = {};
 };
 
 LoadedHierarchy LoadHierarchy(const TableSource& source, const CubeSchema& cube,
-                              const DimensionSchema& dimension, const HierarchySchema& hierarchy);
+                              const DimensionSchema& dimension, const HierarchySchema& hierarchy,
+                              const HierarchyOptions& options);
 
 /// Hierarchies in the order in which facts are to be sorted: those with few leaves first, so that
 /// their slices are long runs; time after them, just before the largest, so that the periods of a

@@ -70,9 +70,10 @@ struct CubeSchema {
   std::vector<CalculatedMemberSchema> calculated;  ///< their formulas not looked into
 };
 
-/// The cubes of an XML schema. Failures name the file and line: not well-formed, something missing
-/// or given twice, an element that is not supported and would change the numbers if passed over.
-std::vector<CubeSchema> ReadSchema(const Files& files, const Locale& locale,
-                                   const std::string& path);
+/// The cubes of an XML schema, whose text it is given. Failures name the file and line: not
+/// well-formed, something missing or given twice, an element that is not supported and would change
+/// the numbers if passed over.
+std::vector<CubeSchema> ReadSchema(const Locale& locale, const std::string& path,
+                                   const std::string& text);
 
 }  // namespace vok::olap

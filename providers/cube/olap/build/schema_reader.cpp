@@ -422,9 +422,9 @@ class SchemaReader {
 
 }  // namespace
 
-std::vector<CubeSchema> ReadSchema(const Files& files, const Locale& locale,
-                                   const std::string& path) {
-  return SchemaReader(locale, path, ReadWholeFile(files, path)).Read();
+std::vector<CubeSchema> ReadSchema(const Locale& locale, const std::string& path,
+                                   const std::string& text) {
+  return SchemaReader(locale, path, text).Read();
 }
 
 }  // namespace vok::olap

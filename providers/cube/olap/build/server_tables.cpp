@@ -105,20 +105,52 @@ class ServerTables : public TableSource {
 
   std::unique_ptr<TableParts> OpenParts(const TableName& table,
                                         const std::vector<std::string>& columns) const override {
-    const std::string place = server_->address() + ", table " + ShownName(table);
-    const auto there = server_->Columns(table);
+    TableQuestion question{table, {}};
+    for (const std::string& column : columns) question.columns.push_back({column});
+    return Ask(question);
+  }
+
+  std::unique_ptr<TableParts> Ask(const TableQuestion& question) const override {
+    const std::string place = server_->address() + ", table " + ShownName(question.table);
+    const auto there = server_->Columns(question.table);
     std::vector<std::string> names;
     names.reserve(there.size());
     for (const ServerColumn& column : there) names.push_back(column.name);
-    for (const std::size_t at : PlacesOf(columns, names, place)) Remark(there[at], place);
-    return std::make_unique<ServerParts>(server_->Read(table, columns), place, columns.size());
+    std::vector<std::string> wanted;
+    for (const AskedColumn& column : question.columns) {
+      if (!column.name.empty()) wanted.push_back(column.name);
+    }
+    for (const std::size_t at : PlacesOf(wanted, names, place)) Remark(there[at], place);
+    if (!question.ranges.empty()) {
+      CheckOrder(question, there[PlacesOf({question.key_column}, names, place)[0]], place);
+    }
+    return std::make_unique<ServerParts>(server_->Read(question), place, question.columns.size());
   }
+
+  std::string AddressToKeep() const override { return server_->AddressToKeep(); }
 
   /// The server shows one state of the database.
   void CheckUnchanged() const override {}
   std::vector<std::string> Remarks() const override { return remarks_; }
 
  private:
+  /// To the server, texts of digits are in the order of the numbers only when they are of one
+  /// length.
+  static void CheckOrder(const TableQuestion& question, const ServerColumn& column,
+                         const std::string& place) {
+    if (!column.is_text) return;
+    const std::size_t length = question.ranges.front().low.size();
+    for (const KeyRange& range : question.ranges) {
+      for (const std::string* key : {&range.low, &range.high}) {
+        if (key->empty() || key->size() == length) continue;
+        throw BadInput(place, "the column " + Quoted(column.name) +
+                                  " holds texts of several lengths, whose order is not that of "
+                                  "time, so single months cannot be read. Make it a column of "
+                                  "numbers or dates, or build the whole cube");
+      }
+    }
+  }
+
   void Remark(const ServerColumn& column, const std::string& place) const {
     if (!column.is_binary_fraction) return;
     const std::string remark =

@@ -34,6 +34,12 @@ std::unique_ptr<TableReader> TableSource::Open(const TableName& table,
   return std::make_unique<WholeTable>(OpenParts(table, columns));
 }
 
+std::unique_ptr<TableParts> TableSource::Ask(const TableQuestion& question) const {
+  throw BadInput("table " + Quoted(ShownName(question.table)),
+                 "stands in files; only a database server puts rows together or finds those of "
+                 "some months");
+}
+
 std::unique_ptr<TableSource> OpenTableSource(const Files& files, const std::string& path,
                                              const CsvOptions& csv) {
   if (files.IsDirectory(path)) return OpenCsvFolder(files, path, csv);

@@ -70,6 +70,10 @@ class TableSource {
   /// Failures: no such table, no such column; both list what there is.
   virtual std::unique_ptr<TableParts> OpenParts(const TableName& table,
                                                 const std::vector<std::string>& columns) const = 0;
+  /// For what only a database server can do. Failure: this is none.
+  virtual std::unique_ptr<TableParts> Ask(const TableQuestion& question) const;
+  /// The address to come here again; "" where files are read.
+  virtual std::string AddressToKeep() const { return {}; }
   /// The same, all rows one after the other.
   std::unique_ptr<TableReader> Open(const TableName& table,
                                     const std::vector<std::string>& columns) const;

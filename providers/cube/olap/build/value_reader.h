@@ -16,7 +16,8 @@ namespace vok::olap {
 /// number that stands for the text as it is written.
 class ValueReader {
  public:
-  explicit ValueReader(Aggregator aggregator) : aggregator_(aggregator) {}
+  explicit ValueReader(Aggregator aggregator, ValueColumn column = {})
+      : aggregator_(aggregator), column_(std::move(column)) {}
 
   /// False when the text is not a number, or one that no double holds.
   bool Add(const Field& field);

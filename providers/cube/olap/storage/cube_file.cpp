@@ -128,11 +128,23 @@ std::vector<CalculatedDefinition> ReadCalculated(ByteReader in) {
   return members;
 }
 
+CubeOrigin ReadOrigin(const BlockStore& blocks, ByteReader in) {
+  CubeOrigin origin;
+  origin.address = in.GetText();
+  origin.refreshed = in.Get<int64_t>();
+  origin.record = in.Get<uint32_t>();
+  if (origin.record >= blocks.count()) {
+    throw DamagedCubeFile(blocks.file_name(), "the record of its origin is not there");
+  }
+  return origin;
+}
+
 StoredCube ReadCube(BlockStore& blocks, ByteReader& catalog) {
   std::optional<ByteReader> structure;
   std::optional<ByteReader> facts;
   std::optional<ByteReader> aggregates;
   std::optional<ByteReader> calculated;
+  std::optional<ByteReader> origin;
   for (auto tag = catalog.Get<SectionTag>(); tag != SectionTag::kEnd;
        tag = catalog.Get<SectionTag>()) {
     const ByteReader section(catalog.Take(catalog.Get<uint32_t>()), blocks.file_name());
@@ -140,11 +152,13 @@ StoredCube ReadCube(BlockStore& blocks, ByteReader& catalog) {
     if (tag == SectionTag::kFacts) facts.emplace(section);
     if (tag == SectionTag::kAggregates) aggregates.emplace(section);
     if (tag == SectionTag::kCalculated) calculated.emplace(section);
+    if (tag == SectionTag::kOrigin) origin.emplace(section);
   }
   if (!structure || !facts) throw DamagedCubeFile(blocks.file_name(), "a cube is incomplete");
   StoredCube cube;
   cube.model = StructureReader(blocks, *structure).Read();
   if (calculated) cube.model.calculated = ReadCalculated(*calculated);
+  if (origin) cube.origin = ReadOrigin(blocks, *origin);
   cube.facts = ReadFactsSection(blocks, *facts, aggregates, cube.model);
   return cube;
 }
@@ -159,6 +173,9 @@ class OpenedCubeFile : public CubeFile {
   }
 
   const std::vector<StoredCube>& cubes() const override { return cubes_; }
+  HeldBlock RecordOf(const CubeOrigin& origin) const override {
+    return blocks_.Read(origin.record);
+  }
 
  private:
   BlockStore blocks_;

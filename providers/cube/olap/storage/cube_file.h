@@ -2,11 +2,13 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 #include <span>
 #include <string>
 #include <vector>
 
 #include "platform/files.h"
+#include "providers/cube/olap/storage/block_cache.h"
 #include "providers/cube/olap/storage/fact_store.h"
 #include "providers/cube/olap/storage/model.h"
 
@@ -15,6 +17,7 @@ namespace vok::olap {
 struct StoredCube {
   CubeModel model;
   std::unique_ptr<FactStore> facts;
+  std::optional<CubeOrigin> origin = {};  ///< nothing where the file does not tell
 };
 
 /// Keeps the file open; a file that is replaced meanwhile does not disturb it. Structure is read
@@ -26,6 +29,8 @@ class CubeFile {
  public:
   virtual ~CubeFile() = default;
   virtual const std::vector<StoredCube>& cubes() const = 0;
+  /// What a cube's builder recorded; zeros may follow it.
+  virtual HeldBlock RecordOf(const CubeOrigin& origin) const = 0;
 
   static std::shared_ptr<const CubeFile> Open(const Files& files, const std::string& path);
   /// From memory that outlives the result; `name` is used in failure texts.

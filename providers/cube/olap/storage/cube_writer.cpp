@@ -106,6 +106,14 @@ void CubeWriter::AddAggregates(const NewAggregates& aggregates) {
   AddSection(SectionTag::kAggregates, out);
 }
 
+void CubeWriter::AddOrigin(const CubeOrigin& origin) {
+  ByteWriter out;
+  out.PutText(origin.address);
+  out.Put(origin.refreshed);
+  out.Put(origin.record);
+  AddSection(SectionTag::kOrigin, out);
+}
+
 void CubeWriter::End() {
   cubes_.Put(SectionTag::kEnd);
   ++cube_count_;

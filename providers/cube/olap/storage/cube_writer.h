@@ -96,6 +96,7 @@ class CubeWriter {
   /// Returns how many bytes the facts' values take.
   uint64_t Begin(const NewCube& cube, const NewFacts& facts);
   void AddAggregates(const NewAggregates& aggregates);
+  void AddOrigin(const CubeOrigin& origin);
   void End();
   /// Returns the number of the block.
   uint32_t AddBlock(std::string_view bytes);

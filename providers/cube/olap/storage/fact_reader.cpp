@@ -97,14 +97,29 @@ class RowAdder {
   std::array<int64_t, kBatch> validity_;
 };
 
-class StoredFacts : public FactStore {
+class StoredFacts : public FactStore, private FactRows {
  public:
   StoredFacts(const BlockStore& blocks, Columns columns)
       : blocks_(blocks), columns_(std::move(columns)) {}
 
   std::vector<FactColumn> Read(const FactQuery& query) const override;
+  const FactRows* Rows() const override { return this; }
 
  private:
+  uint64_t rows() const override { return columns_.rows; }
+  void ReadLeaves(uint32_t hierarchy, uint64_t first, std::span<int64_t> leaves) const override {
+    ReadRows(columns_.keys[columns_.key_of_hierarchy[hierarchy]], first, leaves);
+  }
+  std::vector<ValueFormat> Formats() const override;
+  void ReadValues(std::size_t column, uint64_t first, std::span<int64_t> values) const override {
+    ReadRows(columns_.values[column].values, first, values);
+  }
+  void ReadValidity(std::size_t column, uint64_t first,
+                    std::span<int64_t> validity) const override {
+    ReadRows(columns_.values[column].validity, first, validity);
+  }
+  static void ReadRows(const PackedColumn& column, uint64_t first, std::span<int64_t> values);
+
   LeafSlice SliceOf(const FactQuery& query) const;
   void AddByPlan(const LeafSlice& slice, const Grouping& grouping, std::span<const Target> targets,
                  CancelCheck& watch) const;
@@ -139,6 +154,23 @@ std::vector<FactColumn> StoredFacts::Read(const FactQuery& query) const {
   results.reserve(tallies.size());
   for (const auto& tally : tallies) results.push_back(tally->Result(grouping.count()));
   return results;
+}
+
+std::vector<ValueFormat> StoredFacts::Formats() const {
+  std::vector<ValueFormat> formats;
+  formats.reserve(columns_.values.size());
+  for (const ValueColumn& column : columns_.values) formats.push_back(column.format);
+  return formats;
+}
+
+void StoredFacts::ReadRows(const PackedColumn& column, uint64_t first, std::span<int64_t> values) {
+  ColumnReader reader(column);
+  while (!values.empty()) {
+    const auto count = std::min<uint64_t>(values.size(), kChunkRows - first % kChunkRows);
+    reader.Unpack(first, static_cast<std::size_t>(count), values.data());
+    values = values.subspan(static_cast<std::size_t>(count));
+    first += count;
+  }
 }
 
 LeafSlice StoredFacts::SliceOf(const FactQuery& query) const {

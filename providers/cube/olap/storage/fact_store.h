@@ -5,10 +5,12 @@
 #include <cstdint>
 #include <functional>
 #include <optional>
+#include <span>
 #include <vector>
 
 #include "platform/cube.h"
 #include "providers/cube/olap/storage/column_memory.h"
+#include "providers/cube/olap/storage/format.h"
 #include "providers/cube/olap/storage/model.h"
 
 namespace vok::olap {
@@ -39,6 +41,22 @@ struct FactColumn {
   bool overflows = false;  ///< a number is infinite: what it stands for is too large for any
 };
 
+/// Facts one by one, as a file holds them: in ascending order of their leaves. Safe to read from
+/// several threads. Each call fills its span from row `first` on.
+class FactRows {
+ public:
+  virtual ~FactRows() = default;
+  virtual uint64_t rows() const = 0;
+  virtual void ReadLeaves(uint32_t hierarchy, uint64_t first, std::span<int64_t> leaves) const = 0;
+  /// Of the columns of values, which several measures may share.
+  virtual std::vector<ValueFormat> Formats() const = 0;
+  /// Scaled integers, or the bits of doubles; 0 for NULL.
+  virtual void ReadValues(std::size_t column, uint64_t first, std::span<int64_t> values) const = 0;
+  /// 1 or 0; of a column with NULLs.
+  virtual void ReadValidity(std::size_t column, uint64_t first,
+                            std::span<int64_t> validity) const = 0;
+};
+
 /// Reads are safe from several threads. Sums of decimal values are exact: they are added as scaled
 /// integers and rounded once, to the nearest double. Failure -2147467259 when the file is damaged
 /// at a place that the query touches.
@@ -48,6 +66,8 @@ class FactStore {
   /// One column per measure of the query, in its order. Stored aggregates answer where they can,
   /// with the same results; else the cost follows the facts inside `leaves`, not those outside.
   virtual std::vector<FactColumn> Read(const FactQuery& query) const = 0;
+  /// Null where the facts are not in a file.
+  virtual const FactRows* Rows() const = 0;
 };
 
 }  // namespace vok::olap

@@ -68,7 +68,8 @@ enum class SectionTag : uint32_t {
   kStructure = 1,
   kFacts = 2,
   kAggregates = 3,
-  kCalculated = 4
+  kCalculated = 4,
+  kOrigin = 5
 };
 
 enum class NumberKind : uint8_t { kDecimal = 0, kDouble = 1 };

@@ -132,4 +132,11 @@ struct CubeModel {
   uint64_t fact_count = 0;  ///< rows of the fact table that the cube was built from
 };
 
+/// Where the tables of a cube lie, when a database server has them.
+struct CubeOrigin {
+  std::string address;    ///< without user and password
+  int64_t refreshed = 0;  ///< seconds since 1970; 0: not since the cube was built
+  uint32_t record = 0;    ///< the block with what else a refresh needs to know
+};
+
 }  // namespace vok::olap
