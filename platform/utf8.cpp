@@ -1,5 +1,7 @@
 #include "platform/utf8.h"
 
+#include <algorithm>
+#include <bit>
 #include <cstdint>
 #include <cstring>
 
@@ -13,13 +15,15 @@ bool IsContinuation(std::string_view text, std::size_t at, uint8_t low = 0x80,
   return at < text.size() && Byte(text, at) >= low && Byte(text, at) <= high;
 }
 
-/// Bytes of plain ASCII at the front, eight at a time.
+/// Bytes of plain ASCII at the front, eight at a time; not all of the last seven.
 std::size_t AsciiPrefix(std::string_view text) {
+  static_assert(std::endian::native == std::endian::little, "the first byte is the lowest");
   std::size_t at = 0;
   for (; at + 8 <= text.size(); at += 8) {
     uint64_t eight;
     std::memcpy(&eight, text.data() + at, 8);
-    if ((eight & 0x8080808080808080u) != 0) break;
+    const uint64_t beyond = eight & 0x8080808080808080u;
+    if (beyond != 0) return at + static_cast<std::size_t>(std::countr_zero(beyond)) / 8;
   }
   return at;
 }
@@ -46,12 +50,18 @@ std::size_t CharacterSize(std::string_view text) {
 }
 
 bool IsUtf8(std::string_view text) {
-  while (!text.empty()) {
-    text.remove_prefix(AsciiPrefix(text));
-    if (text.empty()) break;
-    const std::size_t size = CharacterSize(text);
-    if (size == 0) return false;
-    text.remove_prefix(size);
+  std::size_t at = 0;
+  while (at < text.size()) {
+    const uint8_t lead = Byte(text, at);
+    if (lead < 0x80) {
+      at += std::max<std::size_t>(1, AsciiPrefix(text.substr(at)));
+    } else if (lead >= 0xC2 && lead <= 0xDF && IsContinuation(text, at + 1)) {
+      at += 2;  // most letters beyond ASCII; `CharacterSize` knows all
+    } else {
+      const std::size_t size = CharacterSize(text.substr(at));
+      if (size == 0) return false;
+      at += size;
+    }
   }
   return true;
 }

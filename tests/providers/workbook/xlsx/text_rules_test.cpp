@@ -50,6 +50,9 @@ TEST(TextRules, BytesThatAreNoUtf8BecomeTheReplacementCharacter) {
       {"\xE0\x80\xAF", mark + mark + mark},
       {"cut \xE2\x82", "cut " + mark + mark},
       {"\x80", mark},
+      {"ab\xD7\x90xy\xD7\x90", "ab\xD7\x90xy\xD7\x90"},
+      {"\xC1\xBF and \xD7\x90\xD7", mark + mark + " and \xD7\x90" + mark},
+      {"\xD7z", mark + "z"},
   };
   for (const auto& [bytes, text] : cases) {
     EXPECT_EQ(ToUtf8(bytes), text);
