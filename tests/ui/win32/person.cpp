@@ -23,7 +23,6 @@ namespace {
 
 constexpr int kMostLooks = 3000;
 constexpr DWORD kBetweenLooks = 20;  // milliseconds
-constexpr DWORD kHandAtRest = 100;   // a click in the midst of a move may miss
 constexpr DWORD kDrawn = 800;
 
 struct Part {
@@ -170,6 +169,29 @@ void Type(const std::string& text) {
   }
 }
 
+namespace {
+
+/// Of the system's 65,536 parts of the screen the first one of that pixel.
+LONG PartOfScreen(LONG pixel, int metric) {
+  const LONG pixels = ::GetSystemMetrics(metric);
+  return (pixel * 65536 + pixels - 1) / pixels;
+}
+
+/// Moves and clicks at once: what a busy screen tells late of an earlier move would else take the
+/// hand back, to click there again.
+void ClickAt(LONG x, LONG y) {
+  for (const DWORD button : {DWORD{MOUSEEVENTF_LEFTDOWN}, DWORD{MOUSEEVENTF_LEFTUP}}) {
+    INPUT input{};
+    input.type = INPUT_MOUSE;
+    input.mi.dx = PartOfScreen(x, SM_CXSCREEN);
+    input.mi.dy = PartOfScreen(y, SM_CYSCREEN);
+    input.mi.dwFlags = MOUSEEVENTF_ABSOLUTE | MOUSEEVENTF_MOVE | button;
+    ::SendInput(1, &input, sizeof input);
+  }
+}
+
+}  // namespace
+
 /// What is out of sight is scrolled to before.
 void Click(const std::string& control) {
   RECT place{}, seen{};
@@ -187,14 +209,7 @@ void Click(const std::string& control) {
     ::GetWindowRect(part, &place);
     if (place.bottom == before) break;
   }
-  ::SetCursorPos((place.left + place.right) / 2, (place.top + place.bottom) / 2);
-  ::Sleep(kHandAtRest);
-  for (const DWORD flags : {DWORD{MOUSEEVENTF_LEFTDOWN}, DWORD{MOUSEEVENTF_LEFTUP}}) {
-    INPUT input{};
-    input.type = INPUT_MOUSE;
-    input.mi.dwFlags = flags;
-    ::SendInput(1, &input, sizeof input);
-  }
+  ClickAt((place.left + place.right) / 2, (place.top + place.bottom) / 2);
 }
 
 void Scroll(const std::string& control) {
