@@ -5,9 +5,14 @@
 
 #include "drawn_desktop.h"
 #include "platform/failure.h"
+#include "system/automation/com_ptr.h"
+#include "system/windows/utf16.h"
 #include "system/windows/windows_message_boxes.h"
 #include "tests/ui/drawn/person.h"
 #include "tests/ui/drawn/sample_form.h"
+// after the system's own header, and with the names of interfaces in this file
+#include <initguid.h>
+#include <oleacc.h>
 
 namespace vok::windows {
 namespace {
@@ -123,6 +128,36 @@ TEST(WindowsView, ReadsEachLineAsItsFirstLetterIs) {
                L"6 \x5D0\x202C"},
               {L"No file.\r\n\r\n\x5D0.", L"\x202ANo file.\x202C\r\n\r\n\x202B\x5D0.\x202C"}};
   for (const auto& row : rows) EXPECT_EQ(ReadByItself(row.text), row.marked);
+}
+
+/// What a screen reader calls the window; Wine knows the system's own rules for names alone.
+std::string NameOf(HWND part) {
+  ComPtr<IAccessible> spoken;
+  ::AccessibleObjectFromWindow(part, static_cast<DWORD>(OBJID_CLIENT), IID_IAccessible,
+                               spoken.ReceiveVoid());
+  VARIANT self{};
+  self.vt = VT_I4;
+  BSTR name = nullptr;
+  if (!spoken || FAILED(spoken->get_accName(self, &name))) return {};
+  const std::string text = Utf8(name);
+  ::SysFreeString(name);
+  return text;
+}
+
+TEST(WindowsView, ScreenReadersFindTheNamesOfFieldsAndButtons) {
+  test::SampleForm form;
+  form.Visible = true;
+  FormWindow window(form, nullptr);
+  window.Show();
+  const std::map<std::string, std::string> names = {
+      {"name", "Name"}, {"date", "Date"}, {"box", "Box"}, {"child", "Child"}, {"ok", "OK"}};
+  int id = kFirstControlId;
+  for (const Control& control : form.Controls()) {
+    const HWND part = test::PartOf(window.window(), id++);
+    const auto wanted = names.find(control.Name);
+    if (wanted == names.end()) continue;
+    EXPECT_TRUE(NameOf(part).starts_with(wanted->second)) << NameOf(part);
+  }
 }
 
 /// Places of the controls on the screen, by name.
