@@ -112,7 +112,7 @@ void DataSourceFields::AddMoneyTo(Panel panel, GridCell cell, int row) {
        {std::pair("TextMoney", "lblMoneySet"), std::pair("TextMeasure", "lblMeasure"),
         std::pair("TextQty", "lblQty")}) {
     Control& shown = panel.Field(cell, ControlType::kTextBox, {field, row}, label, kWidth);
-    shown.Locked = shown.Grows = true;
+    shown.Locked = shown.Grows = shown.Path = true;
     shown.Row = number;
     ++cell.column;
   }

@@ -141,7 +141,8 @@ struct Control {
   bool Default = false;        ///< the button that Enter clicks
   bool Cancel = false;         ///< the button that Escape clicks
   bool Destructive = false;    ///< a button after which something is gone, told apart by a picture
-  bool Path = false;           ///< a text box's: shortened in its middle where it is too long
+  bool Path = false;           ///< a text box's: shortened in its middle where it is too long, for
+                               ///< texts, such as paths, whose ends tell most
   bool IsDate = false;         ///< a text box's: a calendar can be opened in it
   bool Locked = false;         ///< a text that can be chosen or read, not typed
   bool Error = false;          ///< drawn as wrong, in the error back colour
