@@ -9,6 +9,7 @@ cd "$3"
 export VOKCUBE_REGISTRY=$PWD/registry.reg XDG_DATA_HOME=$PWD/share
 export SOURCE_DATE_EPOCH=946684799  # workbooks of the same run are the same bytes
 failures=0
+source "$tests/cli/free_port.sh"
 
 # fail WORDS: what was wrong, and what was said last.
 fail() {
@@ -29,16 +30,6 @@ expect() {
 
 # sheet WORKBOOK: the cells of its sheet "Data" as another program reads them, as CSV.
 sheet() { "$tests/end_to_end/read_sheet.py" "$1"; }
-
-# A port on which nobody listens, as on the one after it.
-free_port() {
-  local port
-  while port=$((20000 + RANDOM % 10000)); do
-    (exec 3<> "/dev/tcp/127.0.0.1/$port") 2> /dev/null && continue
-    (exec 3<> "/dev/tcp/127.0.0.1/$((port + 1))") 2> /dev/null || break
-  done
-  echo "$port"
-}
 
 # The last command of a test.
 finish() {

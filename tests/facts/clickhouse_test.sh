@@ -6,7 +6,10 @@ facts=$(realpath "$(dirname "$0")")
 up=$facts/clickhouse-up down=$facts/clickhouse-down wide=12345678901234567890.25
 source "$facts/start.sh"
 server=clickhouse+http://127.0.0.1:$port/sample
-sql() { curl --silent --show-error --fail-with-body "http://127.0.0.1:$port/?database=sample" --data-binary "$1"; }
+sql() { # STATEMENT [PORT]
+  curl --silent --show-error --fail-with-body "http://127.0.0.1:${2-$port}/?database=sample&insert_distributed_sync=1" \
+    --data-binary "$1"
+}
 
 refused "Table sample.nothing doesn't exist., e.what() = DB::Exception. Tables there: dates, entries" \
   's#<Table name="entries"/>#<Table name="nothing"/>#'
@@ -44,7 +47,32 @@ with 's#<Table name="entries"/>#<Table name="narrow"/>#'
 build schema.xml "$server" server.cub > said
 recorded='--no-source --group' expect 0 grouped.cub build schema.xml "$server" grouped.cub
 cmp server.cub grouped.cub || fail "sums of the server give another cube"
-cp entries.cub server.cub
+
+# A table whose rows are on two servers.
+mkdir other
+ln -s ../run/csv other/csv
+trap '"$down" run; "$down" other' EXIT
+"$up" other $((port + 10))
+for at in "$port" $((port + 10)); do sql "CREATE TABLE half AS entries ENGINE = MergeTree ORDER BY tuple()" "$at"; done
+sql "CREATE TABLE spread AS entries ENGINE = Distributed(pair, sample, half, line_id)"
+sql "INSERT INTO spread SELECT * FROM narrow"
+[[ $(sql "SELECT count() FROM half" $((port + 10))) -gt 1000 ]] || fail "the other server has too few rows"
+with 's#<Table name="entries"/>#<Table name="spread"/>#'
+expect 0 grouped.cub build schema.xml "$server" grouped.cub
+cmp server.cub grouped.cub || fail "two servers give another cube"
+recorded='--no-source --group' expect 0 grouped.cub build schema.xml "$server" grouped.cub
+cmp server.cub grouped.cub || fail "sums of two servers give another cube"
+"$down" other
+
+# TLS.
+tls=clickhouse+https://localhost:$((port + 2))/sample
+expect 1 'name the authority'\''s file as CaFile' build run/csv/schema.xml "$tls" server.cub
+export VOKCUBE_DATABASE_CA_FILE=$PWD/run/localhost.pem
+expect 1 'cannot be trusted' build run/csv/schema.xml "${tls/localhost/127.0.0.1}" server.cub
+expect 0 server.cub build run/csv/schema.xml "$tls" server.cub
+cmp entries.cub server.cub || fail "TLS gives another cube"
+unset VOKCUBE_DATABASE_CA_FILE
+
 # Of this server rows come in any order, which shows where they are not put together.
 sed -i 's#<Table name="entries"/>#<Table name="narrow"/>#' run/csv/schema.xml
 edit='' edited='' grouped=--group

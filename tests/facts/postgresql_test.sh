@@ -100,4 +100,46 @@ source "$tests/facts/refresh.sh"
 build run/csv/schema.xml "$server" before.cub > said 2>&1
 sql "DELETE FROM lines WHERE line_id = 77"
 not_refreshed 'there are facts of [QeL].[' --months 2022-01
+sql "INSERT INTO lines (line_id, code, caption, sort) VALUES (77, 'x', 'x', 77)"
+
+# A table with a partition on another server, which nobody asks for months that are not there.
+sql "CREATE DATABASE shard"
+sql "CREATE EXTENSION postgres_fdw;
+  CREATE SERVER shard FOREIGN DATA WRAPPER postgres_fdw OPTIONS (host '$socket', port '$port', dbname 'shard');
+  CREATE USER MAPPING FOR sample SERVER shard OPTIONS (user 'sample');
+  CREATE TABLE spread (LIKE entries) PARTITION BY RANGE (date_id);
+  CREATE TABLE spread_here PARTITION OF spread FOR VALUES FROM (MINVALUE) TO (20230101);
+  CREATE FOREIGN TABLE spread_there PARTITION OF spread FOR VALUES FROM (20230101) TO (MAXVALUE)
+    SERVER shard OPTIONS (table_name 'entries')"
+pg_dump --schema-only --table=entries --host="$socket" --port="$port" --username=sample sample |
+  psql --no-psqlrc --quiet --host="$socket" --port="$port" --username=sample --dbname=shard > /dev/null
+sql "INSERT INTO spread SELECT * FROM entries"
+recorded=--no-source
+build run/csv/schema.xml "$server" now.cub > said 2>&1
+with 's#<Table name="entries"/>#<Table name="spread"/>#'
+expect 0 server.cub build schema.xml "$server" server.cub
+cmp now.cub server.cub || fail "partitions give another cube"
+recorded=
+build schema.xml "$server" before.cub > said 2>&1
+cp before.cub now.cub
+sql "ALTER SERVER shard OPTIONS (SET port '1')"
+expect 1 'could not connect to server "shard"' build schema.xml "$server" server.cub
+refreshed 'read anew: 2022-03' --months 2022-03
+
+# TLS: a server of another name than those of this machine.
+"$tests/facts/certificate" . db.example
+cp db.example.pem db.example.key run/postgresql/data
+chown --reference=run/postgresql/data run/postgresql/data/db.example.*
+sql "ALTER SYSTEM SET ssl_cert_file = 'db.example.pem'"
+sql "ALTER SYSTEM SET ssl_key_file = 'db.example.key'"
+tls="postgresql://db.example:$port/sample?hostaddr=127.0.0.1"
+export VOKCUBE_DATABASE_SERVER=db.example
+expect 1 'reached through TLS alone' build run/csv/schema.xml "$tls" server.cub
+sql "ALTER SYSTEM SET ssl = on"
+sql 'SELECT pg_reload_conf()' > /dev/null
+for _ in {1..50}; do build run/csv/schema.xml "$tls" server.cub 2>&1 | grep -q verify && break || sleep 0.1; done
+expect 1 'certificate verify failed. Name the authority of the server' build run/csv/schema.xml "$tls" server.cub
+export VOKCUBE_DATABASE_CA_FILE=$PWD/db.example.pem
+expect 1 'does not match host name' build run/csv/schema.xml "${tls/db./other.}" server.cub
+expect 0 server.cub build run/csv/schema.xml "$tls" server.cub
 finish

@@ -179,6 +179,12 @@ Failure Connection::Broken() const {
     text +=
         ". Set User, Password and Server in Qel.ini, section [Database], or name a file of "
         "passwords in PGPASSFILE";
+  } else if (text.find("does not support SSL") != text.npos) {
+    text += ". A server on another machine is reached through TLS alone: switch it on there";
+  } else if (text.find("certificate") != text.npos) {
+    text +=
+        ". Name the authority of the server's certificate as CaFile in Qel.ini, section "
+        "[Database]; the certificate must be for the name in the address";
   }
   return {failure_number::kUnspecified, text};
 }
