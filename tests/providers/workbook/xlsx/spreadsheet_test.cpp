@@ -1,5 +1,6 @@
 #include <atomic>
 #include <cstdlib>
+#include <initializer_list>
 #include <limits>
 #include <new>
 #include <numeric>
@@ -255,27 +256,36 @@ CellBlock RandomTexts(std::size_t rows, std::size_t letters) {
 
 TEST_F(SpreadsheetTest, ADiskThatGivesUpLeavesNoWorkbook) {
   test::FailingFiles failing(files_, Failure(failure_number::kDiskFull, "Disk full"));
-  const auto write = [&](const CellBlock& rows) {
+  const auto write = [&](std::initializer_list<CellBlock> blocks) {
     failing.calls = 0;
     XlsxSpreadsheet spreadsheet(failing, {}, 2);
     const auto output = spreadsheet.NewOutput("book.xlsX", false);
     const auto application = output->NewApplication();
     application->AddWorkbook();
-    application->SetFormula(2, 1, rows);
+    std::size_t row = 2;
+    for (const CellBlock& rows : blocks) {
+      application->SetFormula(row, 1, rows);
+      row += rows.rows();
+    }
     application->SaveAs("book.xlsX", kOpenXmlWorkbook);
     output->Commit();
   };
   const auto expect_none = [&](const CellBlock& rows) {
-    const Failure failure = test::FailureOf([&] { write(rows); });
+    const Failure failure = test::FailureOf([&] { write({rows}); });
     EXPECT_EQ(failure.number(), failure_number::kDiskFull) << failing.fail_at;
     EXPECT_TRUE(files_.files.empty()) << failing.fail_at;
   };
   failing.fail_at = 2;  // what memory does not hold is put aside
-  expect_none(RandomTexts(50, kMaxTextUnits));
+  const CellBlock many = RandomTexts(50, kMaxTextUnits);
+  expect_none(many);
   failing.fail_at = 0;
   const CellBlock few = RandomTexts(40, 10'000);
-  write(few);
-  EXPECT_EQ(CellsOf(files_.files.at("book.xlsX")).size(), few.rows());
+  write({many, few});
+  auto cells = CellsOf(files_.files.at("book.xlsX"));
+  EXPECT_EQ(cells.size(), 90u);
+  EXPECT_EQ(cells["Sheet1!A51"], "text:" + std::string(many.Text(many.Row(50)[0])));
+  EXPECT_EQ(cells["Sheet1!A91"], "text:" + std::string(few.Text(few.Row(40)[0])));
+  write({few});
   files_.files.clear();
   for (failing.fail_at = failing.calls; failing.fail_at > 0; --failing.fail_at) expect_none(few);
 }
