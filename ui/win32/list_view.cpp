@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "system/windows/utf16.h"
 #include "ui/win32/widgets.h"
 
 namespace vok::windows {
@@ -135,7 +136,7 @@ class ListViewWidget : public Widget {
     while (Send(LVM_DELETECOLUMN) != FALSE) continue;
     headers_.clear();
     for (const ControlItem& item : control_.Items) {
-      std::wstring text = Drawn(item.Text);
+      std::wstring text = Utf16(item.Text);
       LVCOLUMNW column{};
       column.mask = LVCF_TEXT | LVCF_FMT;
       column.fmt = item.IsNumber ? LVCFMT_RIGHT : LVCFMT_LEFT;
