@@ -154,7 +154,7 @@ TEST(BadTable, IsRefusedWithItsLine) {
                      {"", "61,18,1,1,0,0,1,2\n", {"line 62", "\"18\"", "\"date_id\"", "\"Date\""}},
                      {"", "61,00,1,1,0,0,1,2\n", {"line 62", "\"00\""}},
                      {"", "61,,1,1,0,0,1,2\n", {"line 62", "\"\"", "\"date_id\""}},
-                     {"", "\n", {"line 62", "1 fields"}},
+                     {"", "\n61,0\n", {"line 63", "2 fields"}},
                      {"", many + "61,0\n", {"line 120062", "2 fields"}},
                      {"", "61,0\n" + many + "61\n", {"line 62", "2 fields"}},
                      {"", "6\"1,0\n" + many + "6\"1\n", {"line 62", "quote within"}},
