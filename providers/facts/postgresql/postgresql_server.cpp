@@ -29,7 +29,7 @@ std::string Literal(const std::string& text) {
 
 std::string Asked(const AskedColumn& column) {
   if (column.name.empty()) return "count(*)";
-  const std::string name = Between('"', column.name);
+  std::string name = Between('"', column.name);
   switch (column.gathering) {
     case Gathering::kNone:
       return name;

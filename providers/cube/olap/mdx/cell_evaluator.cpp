@@ -135,7 +135,10 @@ Column CellEvaluator::ValuesOver(const ValueExpression& expression, const TupleS
     Block block{context, part.varying.get()};
     set.Apply(part.tuple, block.context);
     Column values = expression.Evaluate(*this, block);
-    if (part.IsWhole()) all = std::move(values);
+    if (part.IsWhole()) {
+      all = std::move(values);
+      continue;
+    }
     for (std::size_t i = 0; i < part.rows.size(); ++i) all.Copy(part.rows[i], values, i);
   }
   announcing_ = was_announcing;
