@@ -26,7 +26,7 @@ struct ServerColumn {
 enum class Gathering { kNone, kSum, kCount, kLeast, kLargest };
 
 struct AskedColumn {
-  std::string name;  ///< "" where rows are counted, whatever they hold
+  std::string name;  ///< "" where rows are counted, also those of NULL alone
   Gathering gathering = Gathering::kNone;
 };
 

@@ -12,6 +12,7 @@
 #include "providers/facts/clickhouse/streamed_rows.h"
 #include "providers/server/http_client.h"
 #include "providers/server/login.h"
+#include "providers/server/table_statement.h"
 
 namespace vok::clickhouse {
 namespace {
@@ -124,7 +125,8 @@ class Server : public TableServer {
   }
 
   std::unique_ptr<ServerRows> Read(const TableQuestion& question) override {
-    const std::string select = Select(question) + " FORMAT TabSeparated";
+    const std::string select =
+        server::TableStatement(question, DialectOf(question.table)) + " FORMAT TabSeparated";
     const std::string id = NewId();
     return std::make_unique<StreamedRows>(
         [this, select, id](const QueryStop& stop, HttpBody& body) {
@@ -138,54 +140,24 @@ class Server : public TableServer {
   static constexpr const char* kReadOnly = "&readonly=1";
 
   /// As `Columns` told it; "" before that.
-  std::string TypeOf(const TableQuestion& question, const std::string& column) const {
-    const auto table = types_.find(NameOf(question.table));
-    if (table == types_.end()) return {};
-    const auto type = table->second.find(column);
-    return type == table->second.end() ? "" : type->second;
+  std::string TypeOf(const TableName& table, const std::string& column) const {
+    const auto known = types_.find(NameOf(table));
+    if (known == types_.end()) return {};
+    const auto type = known->second.find(column);
+    return type == known->second.end() ? "" : type->second;
   }
 
-  std::string Asked(const TableQuestion& question, const AskedColumn& column) const {
-    if (column.name.empty()) return "count()";
-    std::string name = Between('`', column.name);
-    switch (column.gathering) {
-      case Gathering::kNone:
-        return name;
-      case Gathering::kSum:
-        // Sums of integers would wrap silently.
-        if (TypeOf(question, column.name).find("Int") != std::string::npos)
-          name = "toDecimal128(" + name + ", 0)";
-        return "sum(" + name + ")";
-      case Gathering::kCount:
-        return "count(" + name + ")";
-      case Gathering::kLeast:
-        return "min(" + name + ")";
-      case Gathering::kLargest:
-        return "max(" + name + ")";
-    }
-    return {};
-  }
-
-  std::string Select(const TableQuestion& question) const {
-    std::string select;
-    std::string groups;
-    for (const AskedColumn& column : question.columns) {
-      select += (select.empty() ? "SELECT " : ", ") + Asked(question, column);
-      if (column.gathering != Gathering::kNone) continue;
-      groups += (groups.empty() ? " GROUP BY " : ", ") + Asked(question, column);
-    }
-    select += " FROM " + NameOf(question.table);
-    const std::string key = Between('`', question.key_column);
-    const std::string type = TypeOf(question, question.key_column);
-    const auto typed = [&](const std::string& text) {
-      return "CAST(" + Between('\'', text) + " AS " + type + ")";
+  server::SqlDialect DialectOf(const TableName& table) const {
+    const auto name = [](const std::string& text) { return Between('`', text); };
+    const auto key = [this, table](const std::string& column, const std::string& text) {
+      return "CAST(" + Between('\'', text) + " AS " + TypeOf(table, column) + ")";
     };
-    const char* before = " WHERE ";
-    for (const KeyRange& range : question.ranges) {
-      select += std::exchange(before, " OR ") + key + " >= " + typed(range.low);
-      if (!range.high.empty()) select += " AND " + key + " <= " + typed(range.high);
-    }
-    return IsGathered(question) ? select + groups : select;
+    const auto sum = [this, table, name](const std::string& column) {
+      // Sums of integers would wrap silently.
+      const bool wraps = TypeOf(table, column).find("Int") != std::string::npos;
+      return "sum(" + (wraps ? "toDecimal128(" + name(column) + ", 0)" : name(column)) + ")";
+    };
+    return {name, key, sum};
   }
 
   HttpHead Post(const QueryStop& stop, const std::string& question, HttpBody& body,

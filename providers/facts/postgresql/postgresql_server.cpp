@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "providers/facts/postgresql/connection.h"
+#include "providers/server/table_statement.h"
 
 namespace vok::postgresql {
 namespace {
@@ -16,9 +17,7 @@ std::string Between(char quote, const std::string& text) {
   return quoted + quote;
 }
 
-std::string NameOf(const TableName& table) {
-  return (table.schema.empty() ? "" : Between('"', table.schema) + ".") + Between('"', table.name);
-}
+std::string Name(const std::string& text) { return Between('"', text); }
 
 /// A text for the server, with each backslash meant as it stands.
 std::string Literal(const std::string& text) {
@@ -27,41 +26,10 @@ std::string Literal(const std::string& text) {
   return "E" + Between('\'', escaped);
 }
 
-std::string Asked(const AskedColumn& column) {
-  if (column.name.empty()) return "count(*)";
-  std::string name = Between('"', column.name);
-  switch (column.gathering) {
-    case Gathering::kNone:
-      return name;
-    case Gathering::kSum:
-      return "sum(" + name + ")";
-    case Gathering::kCount:
-      return "count(" + name + ")";
-    case Gathering::kLeast:
-      return "min(" + name + ")";
-    case Gathering::kLargest:
-      return "max(" + name + ")";
-  }
-  return {};
-}
-
-std::string Select(const TableQuestion& question) {
-  std::string select;
-  std::string groups;
-  for (const AskedColumn& column : question.columns) {
-    select += (select.empty() ? "SELECT " : ", ") + Asked(column);
-    if (column.gathering != Gathering::kNone) continue;
-    groups += (groups.empty() ? " GROUP BY " : ", ") + Asked(column);
-  }
-  select += " FROM " + NameOf(question.table);
-  const std::string key = Between('"', question.key_column);
-  const char* before = " WHERE ";
-  for (const KeyRange& range : question.ranges) {
-    select += std::exchange(before, " OR ") + key + " >= " + Literal(range.low);
-    if (!range.high.empty()) select += " AND " + key + " <= " + Literal(range.high);
-  }
-  return IsGathered(question) ? select + groups : select;
-}
+/// Quoted keys take the type of the column that they are compared with.
+const server::SqlDialect kDialect{
+    Name, [](const std::string&, const std::string& key) { return Literal(key); },
+    [](const std::string& column) { return "sum(" + Name(column) + ")"; }};
 
 class CopiedRows : public ServerRows {
  public:
@@ -102,7 +70,8 @@ class Server : public TableServer {
         "typcategory = 'S' "
         "FROM pg_catalog.pg_attribute JOIN pg_catalog.pg_type t ON t.oid = atttypid "
         "WHERE attrelid = " +
-        Literal(NameOf(table)) + "::regclass AND attnum > 0 AND NOT attisdropped ORDER BY attnum";
+        Literal(server::QuotedTable(table, kDialect)) +
+        "::regclass AND attnum > 0 AND NOT attisdropped ORDER BY attnum";
     std::vector<ServerColumn> columns;
     try {
       for (auto& row : connection_->Ask(question)) {
@@ -116,7 +85,7 @@ class Server : public TableServer {
   }
 
   std::unique_ptr<ServerRows> Read(const TableQuestion& question) override {
-    const std::string select = Select(question);
+    const std::string select = server::TableStatement(question, kDialect);
     const double guess = Guess(select);
     connection_->BeginCopy("COPY (" + select + ") TO STDOUT");
     return std::make_unique<CopiedRows>(connection_, guess);
