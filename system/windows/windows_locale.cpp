@@ -49,6 +49,18 @@ MonthNames MonthsOf(LCID country, uint32_t flags) {
   return months;
 }
 
+/// 30 December 1899, which automation leaves out: a date of day zero is a time alone there.
+std::wstring ZeroDay(LCID country, uint32_t flags) {
+  SYSTEMTIME day{};
+  day.wYear = 1899;
+  day.wMonth = 12;
+  day.wDay = 30;
+  std::array<wchar_t, kLongestCustom> text{};
+  ::GetDateFormatW(country, flags | DATE_SHORTDATE, &day, nullptr, text.data(),
+                   static_cast<int>(text.size()));
+  return text.data();
+}
+
 /// As the system takes it: digits and a point, no sign before what rounds to zero.
 std::wstring PlainNumber(double number, int decimals) {
   std::array<char, 400> text{};
@@ -115,7 +127,8 @@ std::string WindowsLocale::Text(Date date, uint32_t flags) const {
 }
 
 std::string WindowsLocale::ShortDate(Date date) const {
-  return Text(date.DayOnly(), VAR_DATEVALUEONLY);
+  const Date day = date.DayOnly();
+  return day.IsZero() ? Utf8(ZeroDay(country_, flags_)) : Text(day, VAR_DATEVALUEONLY);
 }
 
 std::string WindowsLocale::DateText(Date date) const { return Text(date, 0); }

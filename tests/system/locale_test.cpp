@@ -35,12 +35,15 @@ TEST(LocaleTest, WritesDatesThatItReadsAgain) {
   const Date noon{Date::FromCivil(2024, 3, 15).serial + 0.5};
   for (const char* country : {"en_GB", "en_US", "de_DE", "he_IL", "ru_RU"}) {
     const test::NativeLocale locale(country);
-    EXPECT_EQ(locale.ParseDate(locale.ShortDate(noon)), noon.DayOnly()) << country;
-    EXPECT_EQ(locale.ParseDate(locale.DateText(noon)), noon) << country;
+    for (const Date date : {noon, Date{-1}, Date{}, Date{0.5}, Date::FromCivil(1500, 3, 15)}) {
+      EXPECT_EQ(locale.ParseDate(locale.ShortDate(date)), date.DayOnly()) << country;
+      EXPECT_EQ(locale.ParseDate(locale.DateText(date)), date) << country;
+    }
   }
   const test::NativeLocale british("en_GB");
   EXPECT_EQ(british.ShortDate(noon), "15/03/2024");
   EXPECT_EQ(british.DateText(noon.DayOnly()), "15/03/2024");
+  EXPECT_EQ(british.ShortDate(Date{}), "30/12/1899");
   EXPECT_EQ(british.DateText(Date{}), "00:00:00");
 }
 

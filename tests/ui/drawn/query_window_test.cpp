@@ -56,8 +56,8 @@ constexpr char kDay[] = R"(
 
     click cmdCleanDates; see txtDate2(11)
     click TextPeriod(0); press Ctrl+A; type Jan 2024
-    click cmdAutoFill; focus lstInterval; press Esc; await txtOutput; shot zero-LANGUAGE
-    click txtDate1(0); press Ctrl+A; type abc
+    click cmdAutoFill; focus lstInterval; press Esc; await txtOutput; see txtDate2(11) 30/12/1899
+    shot zero-LANGUAGE; click txtDate1(0); press Ctrl+A; type abc
     press Esc; front #1108; press Esc; see txtDate1(0) abc
     close; front #1108; shot close-LANGUAGE; click cmdAnswer(1))";
 
