@@ -21,7 +21,7 @@ constexpr char kDay[] = R"(
     press Tab; focus CmbQty(0); press Down; see CmbQty(0) Amount; press Down; see CmbQty(0) Units
     click CmbMeas(11); type Units; click chkCalc(12)
     click txtCountMoney; press Ctrl+A; type x; press Shift+Tab; see txtCountMoney
-    press Tab; type 2; shot options-LANGUAGE
+    press Tab; type 2; see txtCountMoney 2; shot options-LANGUAGE
     press Return; see TextMeasure(0) Amount
 
     click ComboPeriods; type 2009
@@ -38,12 +38,13 @@ constexpr char kDay[] = R"(
     press Shift+Tab; see txtDate1(1) 01/01/2009
 
     click txtOutput; press F5; front #1111; shot nothing-LANGUAGE; press Return
-    type OUT; press Ctrl+S; shot main-LANGUAGE
+    type OUT; press Ctrl+S; press Shift+Tab; focus cmdNamePeriods; shot main-LANGUAGE
     click comboDataSource; press Tab; focus txtVarnelMDB
     click cmdDeletePeriods; front Are you shure you want to delete 2009; shot delete-LANGUAGE
     press Alt+N; see ComboPeriods 2009
     click mnuAbout; front VokCubeQ17; shot about-LANGUAGE; press Return
-    click TextPeriod(0); press Ctrl+A; type Jan 2024; press Tab; shot marked-LANGUAGE
+    click TextPeriod(0); press Ctrl+A; type Jan 2024; press Tab; focus txtDate1(0)
+    shot marked-LANGUAGE
     click cmdNamePeriods; front #1115; shot rename-LANGUAGE
     press Return; see TextPeriod(0) 2009-01; see TextPeriod(11) 2009-12; shot named-LANGUAGE
 
