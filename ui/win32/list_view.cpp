@@ -139,7 +139,8 @@ class ListViewWidget : public Widget {
       std::wstring text = Utf16(item.Text);
       LVCOLUMNW column{};
       column.mask = LVCF_TEXT | LVCF_FMT;
-      column.fmt = item.IsNumber ? LVCFMT_RIGHT : LVCFMT_LEFT;
+      // Figures are flush right in every language. In a window from right to left that is "left".
+      column.fmt = item.IsNumber && !BeginsFromRight() ? LVCFMT_RIGHT : LVCFMT_LEFT;
       column.pszText = text.data();
       Send(LVM_INSERTCOLUMNW, headers_.size(), reinterpret_cast<LPARAM>(&column));
       headers_.push_back(item.Text);

@@ -1,6 +1,7 @@
 // What Windows alone draws and offers.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <map>
 
 #include "drawn_desktop.h"
@@ -209,6 +210,40 @@ TEST(WindowsView, PlacesControlsByTheReadingDirectionAndGrowsWithTheWindow) {
                    reinterpret_cast<LPARAM>(&place));
     ::GetWindowRect(window.window(), &whole);
     EXPECT_TRUE(::EqualRect(&whole, &place)) << "where the system wants it on another screen";
+  }
+}
+
+/// Whether the text of the list's cell is drawn nearer to the right of the cell than to the left.
+bool IsFlushRight(HWND list, int row, int column) {
+  ::RedrawWindow(list, nullptr, nullptr, RDW_INVALIDATE | RDW_UPDATENOW);
+  RECT cell{LVIR_BOUNDS, column, 0, 0};
+  ::SendMessageW(list, LVM_GETSUBITEMRECT, static_cast<WPARAM>(row),
+                 reinterpret_cast<LPARAM>(&cell));
+  ::InflateRect(&cell, -2, -2);  // without the grid
+  const HDC canvas = ::GetDC(list);
+  const bool mirrored = (::GetLayout(canvas) & LAYOUT_RTL) != 0;
+  LONG first = cell.right, last = cell.left;
+  for (LONG x = cell.left; x < cell.right; ++x) {
+    for (LONG y = cell.top; y < cell.bottom; ++y) {
+      if (::GetPixel(canvas, x, y) == ::GetSysColor(COLOR_WINDOW)) continue;
+      first = std::min(first, x);
+      last = std::max(last, x);
+    }
+  }
+  ::ReleaseDC(list, canvas);
+  EXPECT_LT(first, last);
+  return (first - cell.left > cell.right - last) != mirrored;
+}
+
+TEST(WindowsView, FiguresAreFlushRightInEveryLanguage) {
+  for (const bool right_to_left : {false, true}) {
+    test::SampleForm form;
+    form.RightToLeft = right_to_left;
+    form.Visible = true;
+    FormWindow window(form, nullptr);
+    window.Show();
+    const HWND rows = test::PartOf(window.window(), kFirstControlId + 15);
+    for (const int row : {0, 1}) EXPECT_TRUE(IsFlushRight(rows, row, 1)) << right_to_left << row;
   }
 }
 
