@@ -53,9 +53,14 @@ void AddCubeBuild(CLI::App& cube, const CommonOptions& common) {
                    "postgresql://host/database or clickhouse+https://host/database")
       ->required();
   build->add_option("--output", request.output_path, "The cube file to write")->required();
-  build->add_option("--facts", options->facts,
-                    "CSV file of the fact table's rows, instead of that in the folder; - reads "
-                    "them from standard input; a pipe is read once");
+  auto* const live = build->add_flag("--live", request.live,
+                                     "Leave the facts in the database: only members are put into "
+                                     "the file, and each query asks the server for its sums");
+  build
+      ->add_option("--facts", options->facts,
+                   "CSV file of the fact table's rows, instead of that in the folder; - reads "
+                   "them from standard input; a pipe is read once")
+      ->excludes(live);
   build->add_option(
       "--separator", request.separator,
       "Between fields of CSV files: , ; | or tab (otherwise as the schema says, or ,)");
@@ -64,9 +69,11 @@ void AddCubeBuild(CLI::App& cube, const CommonOptions& common) {
   build->add_option("--dates", request.dates,
                     "How CSV files write dates, such as dd.mm.yyyy or m/d/yy; they are read as "
                     "2024-01-31");
-  build->add_flag("--group", request.gathered,
-                  "Let the database server put facts with equal keys together; worth it where ten "
-                  "or more become one");
+  build
+      ->add_flag("--group", request.gathered,
+                 "Let the database server put facts with equal keys together; worth it where ten "
+                 "or more become one")
+      ->excludes(live);
   build->add_flag("!--no-source", request.record_source,
                   "Do not record which database server the tables are on; then vokcube cube "
                   "refresh cannot read months anew");

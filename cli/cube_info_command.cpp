@@ -91,6 +91,7 @@ void AddOrigins(const Files& files, const std::string& source, Json& cubes) {
     if (!stored.origin) continue;
     for (Json& cube : cubes) {
       if (cube["name"] != stored.model.name) continue;
+      cube["live"] = stored.live != nullptr;
       cube["builtFrom"] = stored.origin->address;
       if (stored.origin->refreshed > 0) cube["refreshed"] = UtcText(stored.origin->refreshed);
     }
@@ -101,6 +102,9 @@ void PrintCube(const Json& cube) {
   std::cout << "Cube " << ShownText(cube["name"]);
   if (cube.contains("catalog")) std::cout << " in " << ShownText(cube["catalog"]);
   if (cube.contains("facts")) std::cout << ", " << cube["facts"] << " facts";
+  if (cube.value("live", false)) {
+    std::cout << " when its file was made, live: they stay in the database";
+  }
   if (cube.contains("builtFrom")) std::cout << "\n  Built from " << ShownText(cube["builtFrom"]);
   if (cube.contains("refreshed")) std::cout << ", refreshed " << ShownText(cube["refreshed"]);
   std::cout << "\n  Measures:";

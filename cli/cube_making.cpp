@@ -90,8 +90,12 @@ void Tell(const MakingOptions& options, const olap::BuildReport& report) {
               << " lists them\n";
   }
   for (const auto& cube : report.cubes) {
-    std::cout << OneLine(cube.name) << ": " << cube.facts << " facts, " << cube.stored_cells
-              << " stored cells";
+    std::cout << OneLine(cube.name) << ": " << cube.facts << " facts, ";
+    if (cube.is_live) {
+      std::cout << "which stay in the database";
+    } else {
+      std::cout << cube.stored_cells << " stored cells";
+    }
     const char* before = "; read anew: ";
     for (const int month : cube.months) {
       std::cout << std::exchange(before, ", ") << olap::ShownMonth(month);

@@ -46,9 +46,10 @@ void Refresh(const CommonOptions& common, const RefreshOptions& options) {
                                 const std::string& member) {
     return MonthOf(DateFromNames(host.locale, {"", month, year}, true, member, "months"));
   };
+  const bool is_chosen = !options.since.empty() || !options.months.empty();
   MakeCubeFile(*session, options.making, [&](const auto& request, const auto& tell) {
-    return olap::RefreshCubeFile(host.files, host.locale, {request, choice, month_of, MakingTime()},
-                                 tell);
+    return olap::RefreshCubeFile(host.files, host.locale,
+                                 {request, choice, is_chosen, month_of, MakingTime()}, tell);
   });
 }
 
@@ -58,7 +59,8 @@ void AddCubeRefresh(CLI::App& cube, const CommonOptions& common) {
   const auto options = std::make_shared<RefreshOptions>();
   olap::BuildRequest& request = options->making.request;
   auto* refresh = cube.add_subcommand(
-      "refresh", "Read the facts of some months of a cube file anew, from its database server");
+      "refresh",
+      "Read some months of a cube file, or the members of a live cube, anew from their server");
   refresh->add_option("FILE", request.output_path, "The cube file")->required();
   auto* since = refresh->add_option(
       "--since", options->since,
@@ -72,12 +74,7 @@ void AddCubeRefresh(CLI::App& cube, const CommonOptions& common) {
   refresh->add_flag("--group", request.gathered,
                     "Let the database server put facts with equal keys together");
   AddMakingOptions(*refresh, options->making);
-  refresh->callback([&common, options] {
-    if (options->since.empty() && options->months.empty()) {
-      throw CLI::RequiredError("--since or --months");
-    }
-    Refresh(common, *options);
-  });
+  refresh->callback([&common, options] { Refresh(common, *options); });
 }
 
 }  // namespace vok::cli

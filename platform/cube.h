@@ -136,6 +136,8 @@ class CubeConnection {
  public:
   virtual ~CubeConnection() = default;
   virtual std::string DefaultDatabase() const = 0;
+  /// Whether later runs may use it, too, since what it shows does not change meanwhile.
+  virtual bool ServesManyRuns() const { return true; }
   /// The catalogs schema rowset: the values of CATALOG_NAME, in order.
   virtual std::vector<std::string> CatalogNames() const = 0;
   /// The structure of the catalog that the connection text names, else of the default one.

@@ -8,57 +8,23 @@
 
 #include "platform/query_stop.h"
 #include "platform/server_settings.h"
+#include "platform/table_question.h"
 
 namespace vok {
-
-struct TableName {
-  std::string name;
-  std::string schema = {};  ///< "": where the server looks by itself
-};
 
 struct ServerColumn {
   std::string name;
   bool is_binary_fraction = false;  ///< such as double precision: most decimals are not exact in it
   bool is_text = false;             ///< compared letter by letter
+  bool is_number = false;
 };
-
-/// How the values of rows are put together; NULL counts for none of them.
-enum class Gathering { kNone, kSum, kCount, kLeast, kLargest };
-
-struct AskedColumn {
-  std::string name;  ///< "" where rows are counted, also those of NULL alone
-  Gathering gathering = Gathering::kNone;
-};
-
-/// Keys from `low` up to `high`, both among them; without `high` all from `low` on.
-struct KeyRange {
-  std::string low;
-  std::string high = {};
-};
-
-/// What is asked of a table.
-struct TableQuestion {
-  TableName table;
-  /// Where the values of some are put together there is a row for each combination of the others.
-  std::vector<AskedColumn> columns;
-  std::string key_column = {};        ///< of `ranges`
-  std::vector<KeyRange> ranges = {};  ///< only rows whose key lies in one of them; none: all rows
-};
-
-inline bool IsGathered(const TableQuestion& question) {
-  for (const AskedColumn& column : question.columns) {
-    if (column.gathering != Gathering::kNone) return true;
-  }
-  return false;
-}
 
 /// Rows that are read once, as they arrive.
 class ServerRows {
  public:
   virtual ~ServerRows() = default;
-  /// Replaces `text` by the next rows, some MB of them, whole ones: "\n" after each, tabs between
-  /// fields, "\N" for NULL, a backslash before letters that stand for such, as in C. False after
-  /// the last row. One thread at a time.
+  /// Replaces `text` by the next rows, some MB of them, whole ones, as `RowText` reads them. False
+  /// after the last row. One thread at a time.
   virtual bool Next(std::string& text) = 0;
   /// How many rows there are, as the server guesses; 0: it does not.
   virtual double Guess() const = 0;
@@ -79,7 +45,13 @@ class TableServer {
   /// Of a table or a view. Failure: it is not there, with those that are; it may not be read.
   virtual std::vector<ServerColumn> Columns(const TableName& table) = 0;
   /// Nothing else may be asked until all rows were read.
-  virtual std::unique_ptr<ServerRows> Read(const TableQuestion& question) = 0;
+  /// `check` is called now and then while the server works; what it throws ends that. It outlives
+  /// the result; nullptr: nothing is called.
+  virtual std::unique_ptr<ServerRows> Read(const TableQuestion& question,
+                                           const std::function<void()>* check = nullptr) = 0;
+  /// A text that is another one after any change of these columns, whatever the order of the rows.
+  virtual std::string Fingerprint(const TableName& table,
+                                  const std::vector<std::string>& columns) = 0;
 };
 
 /// Whether the text is an address, such as "postgresql://host/database", and not a path.

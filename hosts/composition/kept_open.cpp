@@ -65,7 +65,9 @@ std::unique_ptr<CubeConnection> KeptCubes::Connect(const std::string& text, cons
     return kept.text == text && kept.stop == stop;
   });
   if (known != kept_.end()) return std::make_unique<KeptConnection>(*this, known->connection);
-  const std::shared_ptr<CubeConnection> opened = below_.Connect(text, stop);
+  std::unique_ptr<CubeConnection> connection = below_.Connect(text, stop);
+  if (!connection->ServesManyRuns()) return connection;
+  const std::shared_ptr<CubeConnection> opened = std::move(connection);
   kept_.push_front({text, stop, opened});
   if (kept_.size() > kMostCubes) kept_.pop_back();
   return std::make_unique<KeptConnection>(*this, opened);

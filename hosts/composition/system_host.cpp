@@ -150,7 +150,10 @@ struct SystemHost::Providers {
             std::make_unique<FileDatabase>(
                 platform, [this] { MakeDirectories(host, platform.own_settings_folder); },
                 [this](const std::string& file) { TellWait(file); }))),
-        cube_files(*platform.files, *platform.locale),
+        cube_files(*platform.files, *platform.locale,
+                   [this](const std::string& address, const QueryStop& stop) {
+                     return OpenTables(address, stop);
+                   }),
         kept_cube_files(cube_files),
         cube(SystemCube(
             *platform.files, *platform.locale,
@@ -185,6 +188,10 @@ struct SystemHost::Providers {
                                         TellOfReaders(path);
                                         return text;
                                       });
+  }
+
+  std::unique_ptr<TableServer> OpenTables(const std::string& address, const QueryStop& stop) {
+    return OpenTableServerOf(platform, address, SettingsOf(kDatabaseServers), stop);
   }
 
   /// Once; many threads may wait.
@@ -236,8 +243,7 @@ CubeProvider& SystemHost::cube_files() { return providers_->kept_cube_files; }
 
 std::unique_ptr<TableServer> SystemHost::OpenTables(const std::string& address,
                                                     const QueryStop& stop) {
-  return OpenTableServerOf(providers_->platform, address, providers_->SettingsOf(kDatabaseServers),
-                           stop);
+  return providers_->OpenTables(address, stop);
 }
 
 void SystemHost::UseSettingsFolder(const std::string& folder) {

@@ -4,7 +4,7 @@
 #include <functional>
 #include <string>
 
-#include "platform/table_server.h"
+#include "platform/table_question.h"
 
 namespace vok::server {
 
@@ -15,6 +15,7 @@ struct SqlDialect {
   std::function<std::string(const std::string& column, const std::string& key)> key;
   /// Of a column, exactly.
   std::function<std::string(const std::string& column)> sum;
+  std::string text_of;  ///< the function that makes texts of values: "toString"
 };
 
 /// "SELECT ...", without a semicolon.
@@ -22,5 +23,8 @@ std::string TableStatement(const TableQuestion& question, const SqlDialect& dial
 
 /// `"schema"."table"`.
 std::string QuotedTable(const TableName& table, const SqlDialect& dialect);
+
+/// Whether the text is such as "-12.5", which may stand in a statement as it is.
+bool IsPlainNumber(const std::string& text);
 
 }  // namespace vok::server

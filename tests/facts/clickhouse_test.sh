@@ -62,6 +62,7 @@ expect 0 grouped.cub build schema.xml "$server" grouped.cub
 cmp server.cub grouped.cub || fail "two servers give another cube"
 recorded='--no-source --group' expect 0 grouped.cub build schema.xml "$server" grouped.cub
 cmp server.cub grouped.cub || fail "sums of two servers give another cube"
+live server.cub || fail "two servers give a live cube other answers"
 "$down" other
 
 # TLS.

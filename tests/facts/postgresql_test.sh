@@ -119,6 +119,7 @@ build run/csv/schema.xml "$server" now.cub > said 2>&1
 with 's#<Table name="entries"/>#<Table name="spread"/>#'
 expect 0 server.cub build schema.xml "$server" server.cub
 cmp now.cub server.cub || fail "partitions give another cube"
+live server.cub || fail "partitions give a live cube other answers"
 recorded=
 build schema.xml "$server" before.cub > said 2>&1
 cp before.cub now.cub

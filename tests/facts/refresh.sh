@@ -67,6 +67,7 @@ refreshed 'read anew: 2024-06' --since auto
 [[ -z $(find . -maxdepth 1 -name '*refreshed.cub*' ! -name refreshed.cub) ]] ||
   fail "a killed refresh left a file"
 
+not_refreshed 'Say which months of refreshed.cub are to be read anew: --since 2024-11, --since auto or --months 2024-11'
 not_refreshed 'has no dates of 2031-01' --months 2031-01
 not_refreshed 'has no dates from 2031-01 on' --since 2031-01-15
 not_refreshed '"2024/06" is neither a month such as 2024-11 nor a date' --since 2024/06

@@ -20,6 +20,13 @@ build() { # SCHEMA DATA OUTPUT
 }
 # with SED: run/csv/schema.xml with changes, as schema.xml
 with() { sed -E "$1" run/csv/schema.xml > schema.xml; }
+# live CUBE: a live cube of schema.xml answers as the file does.
+live() {
+  local answer='SELECT {[Measures].Members} ON 0, [Date].[Month].Members * [QeL].[QeL].Members ON 1 FROM [LedgerQEL]'
+  expect 0 "stay in the database" "$vokcube" cube build --live --schema schema.xml --data "$server" --output live.cub
+  "$vokcube" mdx "$1" "$answer" > file.txt
+  "$vokcube" mdx live.cub "$answer" | cmp - file.txt
+}
 # refused WORDS SED: what a schema so changed is refused with.
 refused() {
   with "$2"

@@ -6,6 +6,7 @@
 #include <span>
 #include <vector>
 
+#include "providers/cube/olap/live/key_conditions.h"
 #include "providers/cube/olap/storage/blocks.h"
 #include "providers/cube/olap/storage/cube_file.h"
 #include "providers/cube/olap/storage/format.h"
@@ -67,6 +68,10 @@ void ReadAll(const StoredCube& cube) {
     }
     query.leaves.assign(index + 1, {});
     query.leaves[index] = {{hierarchy.LeafCount() / 2, hierarchy.LeafCount()}};
+    if (cube.live != nullptr) {
+      ConditionOf(cube.live->hierarchies[index], query.leaves[index]);
+      continue;
+    }
     query.group = {index, static_cast<uint32_t>(hierarchy.levels().size() - 1)};
     cube.facts->Read(query);
     query.group = {0, 0};

@@ -9,6 +9,7 @@
 #include "platform/connection_text.h"
 #include "platform/failure.h"
 #include "providers/cube/olap/cube_structure.h"
+#include "providers/cube/olap/live/live_facts.h"
 #include "providers/cube/olap/mdx/engine.h"
 
 namespace vok::olap {
@@ -16,7 +17,10 @@ namespace {
 
 constexpr char kProvider[] = "MSOLAP";
 
-using Cubes = std::vector<std::shared_ptr<const CubeView>>;
+struct Cubes {
+  std::vector<std::shared_ptr<const CubeView>> views;
+  std::vector<std::shared_ptr<LiveFacts>> live;  ///< the facts of those that are live
+};
 
 void CheckParts(const Locale& locale, const cube_text::ConnectionText& parts,
                 const std::string& text) {
@@ -32,17 +36,24 @@ void CheckParts(const Locale& locale, const cube_text::ConnectionText& parts,
 }
 
 /// Each keeps the file alive by itself.
-Cubes OpenCubes(const Files& files, const Locale& locale, const std::string& path) {
+Cubes OpenCubes(const Files& files, const Locale& locale, const std::string& path,
+                const OpenTableServer& open_server, const QueryStop& stop) {
   const std::shared_ptr<const CubeFile> file = CubeFile::Open(files, path);
   Cubes cubes;
   for (const StoredCube& cube : file->cubes()) {
-    cubes.push_back(
-        std::make_shared<const CubeView>(std::shared_ptr<const StoredCube>(file, &cube), locale));
+    const std::shared_ptr<const StoredCube> stored(file, &cube);
+    std::shared_ptr<LiveFacts> live;
+    if (cube.live != nullptr) {
+      live = std::make_shared<LiveFacts>(stored, path, open_server(cube.live->address, stop));
+      cubes.live.push_back(live);
+    }
+    cubes.views.push_back(std::make_shared<const CubeView>(stored, locale, live));
   }
   return cubes;
 }
 
-std::size_t FindCatalog(const Cubes& cubes, const std::string& catalog, const std::string& path) {
+std::size_t FindCatalog(const std::vector<std::shared_ptr<const CubeView>>& cubes,
+                        const std::string& catalog, const std::string& path) {
   std::string names;
   for (std::size_t i = 0; i < cubes.size(); ++i) {
     const std::string& name = cubes[i]->model().name;
@@ -75,22 +86,27 @@ class OlapConnection : public CubeConnection {
       : cubes_(std::move(cubes)), catalog_(catalog), limits_(limits) {}
 
   std::string DefaultDatabase() const override {
-    return cubes_.empty() ? "" : CubeInUse()->model().name;
+    return cubes_.views.empty() ? "" : CubeInUse()->model().name;
   }
   std::vector<std::string> CatalogNames() const override {
     std::vector<std::string> names;
-    for (const auto& cube : cubes_) names.push_back(cube->model().name);
+    for (const auto& cube : cubes_.views) names.push_back(cube->model().name);
     return names;
   }
   std::unique_ptr<CubeCatalog> Structure() override {
-    return std::make_unique<OlapCatalog>(cubes_.empty() ? nullptr : CubeInUse());
+    return std::make_unique<OlapCatalog>(cubes_.views.empty() ? nullptr : CubeInUse());
   }
+  /// A live cube shows one state of its database, which is that of one run.
+  bool ServesManyRuns() const override { return cubes_.live.empty(); }
   std::unique_ptr<Cellset> Execute(const std::string& mdx) override {
-    return catalog_ ? RunMdx(CubeInUse(), mdx, limits_) : RunMdx(cubes_, mdx, limits_);
+    for (const auto& live : cubes_.live) live->BeginQuery();
+    return catalog_ ? RunMdx(CubeInUse(), mdx, limits_) : RunMdx(cubes_.views, mdx, limits_);
   }
 
  private:
-  const std::shared_ptr<const CubeView>& CubeInUse() const { return cubes_[catalog_.value_or(0)]; }
+  const std::shared_ptr<const CubeView>& CubeInUse() const {
+    return cubes_.views[catalog_.value_or(0)];
+  }
 
   Cubes cubes_;
   std::optional<std::size_t> catalog_;
@@ -103,10 +119,12 @@ std::unique_ptr<CubeConnection> OlapCubeProvider::Connect(const std::string& tex
                                                           const QueryStop* stop) {
   const cube_text::ConnectionText parts = cube_text::ParseConnectionText(text);
   CheckParts(locale_, parts, text);
-  Cubes cubes = OpenCubes(files_, locale_, parts.data_source);
+  static const QueryStop never;
+  Cubes cubes =
+      OpenCubes(files_, locale_, parts.data_source, open_server_, stop == nullptr ? never : *stop);
   std::optional<std::size_t> catalog;
   if (!parts.initial_catalog.empty()) {
-    catalog = FindCatalog(cubes, parts.initial_catalog, parts.data_source);
+    catalog = FindCatalog(cubes.views, parts.initial_catalog, parts.data_source);
   }
   return std::make_unique<OlapConnection>(std::move(cubes), catalog, LimitsIn(parts, stop));
 }

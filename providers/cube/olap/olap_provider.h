@@ -7,25 +7,31 @@
 
 #include <memory>
 #include <string>
+#include <utility>
 
 #include "platform/cube.h"
 #include "platform/files.h"
 #include "platform/locale.h"
+#include "platform/table_server.h"
 
 namespace vok::olap {
 
 class OlapCubeProvider : public CubeProvider {
  public:
-  /// Both outlive the provider and all that it hands out.
-  OlapCubeProvider(const Files& files, const Locale& locale) : files_(files), locale_(locale) {}
+  /// All outlive the provider and all that it hands out. `open_server` reaches the databases of
+  /// live cubes.
+  OlapCubeProvider(const Files& files, const Locale& locale, OpenTableServer open_server = {})
+      : files_(files), locale_(locale), open_server_(std::move(open_server)) {}
 
   /// Failures: 3706 for another provider; -2147467259 for a text that names no file, a catalog that
   /// the file does not have, and a file that is not a cube file or is damaged; 53 for no such file.
+  /// A live cube's database is asked here: also the failures of `OpenTableServer` and `LiveFacts`.
   std::unique_ptr<CubeConnection> Connect(const std::string& text, const QueryStop* stop) override;
 
  private:
   const Files& files_;
   const Locale& locale_;
+  OpenTableServer open_server_;
 };
 
 }  // namespace vok::olap

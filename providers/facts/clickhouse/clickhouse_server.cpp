@@ -31,6 +31,11 @@ std::string NameOf(const TableName& table) {
   return (table.schema.empty() ? "" : Between('`', table.schema) + ".") + Between('`', table.name);
 }
 
+bool IsNumberType(const std::string& type) {
+  return type.find("Int") != type.npos || type.find("Decimal") != type.npos ||
+         type.find("Float") != type.npos;
+}
+
 std::vector<std::string> Parts(std::string_view text, char separator) {
   std::vector<std::string> parts;
   while (!text.empty()) {
@@ -118,22 +123,44 @@ class Server : public TableServer {
     std::vector<ServerColumn> columns;
     for (std::size_t index = 0; index < names.size() && index < types.size(); ++index) {
       columns.push_back({names[index], types[index].find("Float") != std::string::npos,
-                         types[index].find("String") != std::string::npos});
+                         types[index].find("String") != std::string::npos,
+                         IsNumberType(types[index])});
       types_[NameOf(table)][names[index]] = types[index];
     }
     return columns;
   }
 
-  std::unique_ptr<ServerRows> Read(const TableQuestion& question) override {
+  std::unique_ptr<ServerRows> Read(const TableQuestion& question,
+                                   const std::function<void()>* check) override {
+    constexpr std::size_t kLongest = 250'000;  // that servers read when they are not told otherwise
     const std::string select =
         server::TableStatement(question, DialectOf(question.table)) + " FORMAT TabSeparated";
     const std::string id = NewId();
+    std::string options = kReadOnly + ("&query_id=" + id);
+    if (select.size() > kLongest) {
+      options = "&max_query_size=" + std::to_string(2 * select.size()) + options;
+    }
+    const double guess = question.most_rows > 0 ? 0 : Guess(question.table);
     return std::make_unique<StreamedRows>(
-        [this, select, id](const QueryStop& stop, HttpBody& body) {
-          return Post(stop, select, body, kReadOnly + ("&query_id=" + id));
+        [this, select, options](const QueryStop& stop, HttpBody& body) {
+          return Post(stop, select, body, options);
         },
         [this](const HttpHead& head, const std::string& words) { return FailureOf(head, words); },
-        [this, id] { Kill(id); }, Guess(question.table), stop_);
+        [this, id] { Kill(id); }, guess, stop_, check);
+  }
+
+  std::string Fingerprint(const TableName& table,
+                          const std::vector<std::string>& columns) override {
+    std::string row;
+    for (const std::string& column : columns) {
+      row +=
+          (row.empty() ? "" : ", ") + ("ifNull(toString(" + Between('`', column) + "), '\\\\N')");
+    }
+    WholeAnswer answer;
+    const HttpHead head =
+        Post(stop_, "SELECT count(), sum(cityHash64(" + row + ")) FROM " + NameOf(table), answer);
+    if (head.status != 200) throw FailureOf(head, std::string(answer.beginning()));
+    return std::string(answer.beginning());
   }
 
  private:
@@ -147,17 +174,24 @@ class Server : public TableServer {
     return type == known->second.end() ? "" : type->second;
   }
 
+  /// The server compares numbers with numbers alone, and dates by size with dates alone.
   server::SqlDialect DialectOf(const TableName& table) const {
     const auto name = [](const std::string& text) { return Between('`', text); };
     const auto key = [this, table](const std::string& column, const std::string& text) {
-      return "CAST(" + Between('\'', text) + " AS " + TypeOf(table, column) + ")";
+      const std::string type = TypeOf(table, column);
+      const std::string literal = Between('\'', text);
+      if (IsNumberType(type) && server::IsPlainNumber(text)) return text;
+      return type.empty() || type.find("String") != type.npos
+                 ? literal
+                 : "CAST(" + literal + " AS " + type + ")";
     };
     const auto sum = [this, table, name](const std::string& column) {
+      const bool is_integer = TypeOf(table, column).find("Int") != std::string::npos;
       // Sums of integers would wrap silently.
-      const bool wraps = TypeOf(table, column).find("Int") != std::string::npos;
-      return "sum(" + (wraps ? "toDecimal128(" + name(column) + ", 0)" : name(column)) + ")";
+      return is_integer ? "sum(toDecimal128(" + name(column) + ", 0))"
+                        : "sum(" + name(column) + ")";
     };
-    return {name, key, sum};
+    return {name, key, sum, "toString"};
   }
 
   HttpHead Post(const QueryStop& stop, const std::string& question, HttpBody& body,

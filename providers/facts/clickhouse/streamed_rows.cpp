@@ -28,12 +28,13 @@ bool IsFailureText(std::string_view row) {
 }  // namespace
 
 StreamedRows::StreamedRows(Request request, FailureOf failure_of, std::function<void()> give_up,
-                           double guess, const QueryStop& stop)
+                           double guess, const QueryStop& stop, const std::function<void()>* check)
     : request_(std::move(request)),
       failure_of_(std::move(failure_of)),
       give_up_(std::move(give_up)),
       guess_(guess),
       stop_(stop),
+      check_(check),
       thread_([this] { Run(); }) {}
 
 StreamedRows::~StreamedRows() {
@@ -49,6 +50,7 @@ bool StreamedRows::Next(std::string& text) {
   while (ready_.empty() && !is_done_) {
     changed_.wait_for(lock, kLookEvery);
     if (stop_.asked()) own_stop_.Ask();
+    if (check_ != nullptr && *check_) (*check_)();
   }
   if (ready_.empty() && failure_ != nullptr) std::rethrow_exception(failure_);
   if (ready_.empty()) return false;

@@ -24,9 +24,10 @@ using FailureOf = std::function<Failure(const HttpHead& head, const std::string&
 class StreamedRows : public ServerRows, private HttpBody {
  public:
   /// `request` is called at once, on a thread of its own; `give_up` when the object goes before all
-  /// rows came. `stop` outlives the object.
+  /// rows came. `stop`, and `check` as `TableServer::AddUp` takes it, outlive the object; `check`
+  /// may be nullptr.
   StreamedRows(Request request, FailureOf failure_of, std::function<void()> give_up, double guess,
-               const QueryStop& stop);
+               const QueryStop& stop, const std::function<void()>* check);
   ~StreamedRows() override;
   StreamedRows(const StreamedRows&) = delete;
   StreamedRows& operator=(const StreamedRows&) = delete;
@@ -48,6 +49,7 @@ class StreamedRows : public ServerRows, private HttpBody {
   std::function<void()> give_up_;
   double guess_;
   const QueryStop& stop_;
+  const std::function<void()>* check_;
   QueryStop own_stop_;
 
   // Of the thread that reads ahead.

@@ -142,10 +142,7 @@ void Connection::Wait(short events) {
   const bool connects = PQstatus(handle_.get()) != CONNECTION_OK;
   const auto since = Clock::now();
   for (;;) {
-    if (stop_.asked()) {
-      Abandon();
-      throw Failure(kQueryCancelled, "The question to " + address() + " was stopped.");
-    }
+    CheckCaller();
     pollfd socket{PQsocket(handle_.get()), events, 0};
     const int ready = ::poll(&socket, 1, kLookEvery);
     if (ready > 0) return;
@@ -156,6 +153,20 @@ void Connection::Wait(short events) {
       CheckLimits(since, settings_.idle_seconds, "IdleSeconds", "sent nothing for");
       CheckLimits(asked_, settings_.total_seconds, "TotalSeconds", "did not finish within");
     }
+  }
+}
+
+void Connection::CheckCaller() {
+  if (stop_.asked()) {
+    Abandon();
+    throw Failure(kQueryCancelled, "The question to " + address() + " was stopped.");
+  }
+  if (check_ == nullptr || !*check_) return;
+  try {
+    (*check_)();
+  } catch (...) {
+    Abandon();
+    throw;
   }
 }
 

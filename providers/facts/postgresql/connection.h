@@ -4,6 +4,7 @@
 #include <libpq-fe.h>
 
 #include <chrono>
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -35,6 +36,10 @@ class Connection {
   const std::string& address() const { return address_.shown; }
   const std::string& AddressToKeep() const { return address_.kept; }
 
+  /// Called now and then during each wait; what it throws ends the wait and what the server does.
+  /// nullptr: nothing. Outlives the waits.
+  void Watch(const std::function<void()>* check) { check_ = check; }
+
   /// The rows of the last of the statements, NULL as "".
   std::vector<std::vector<std::string>> Ask(const std::string& statements);
 
@@ -57,6 +62,8 @@ class Connection {
   /// Until there is something to read, or room to write.
   void Wait(short events);
   void WaitForBytes();
+  /// Ends the wait where the caller wants it so.
+  void CheckCaller();
   void CheckLimits(Clock::time_point since, int seconds, const char* key, const std::string& what);
 
   Failure Broken() const;
@@ -65,6 +72,7 @@ class Connection {
   Address address_;
   const ServerSettings settings_;
   const QueryStop& stop_;
+  const std::function<void()>* check_ = nullptr;
   Handle handle_{nullptr, PQfinish};
   Clock::time_point asked_;  // the statement that is under way
 };

@@ -3,29 +3,30 @@
 #include <utility>
 
 #include "providers/cube/olap/build/cube_maker.h"
+#include "providers/cube/olap/build/live_build.h"
 #include "providers/cube/olap/build/refresh_months.h"
+#include "providers/cube/olap/build/server_tables.h"
 
 namespace vok::olap {
 namespace {
 
-std::unique_ptr<TableSource> OpenSource(const Files& files, const BuildRequest& request,
-                                        const CsvOptions& csv) {
-  if (!NamesTableServer(request.data_path)) return OpenTableSource(files, request.data_path, csv);
-  if (csv.facts != nullptr)
+/// The database server of the request; null where the tables are in files.
+std::shared_ptr<TableServer> OpenServer(const BuildRequest& request) {
+  if (NamesTableServer(request.data_path)) {
+    if (request.facts == nullptr) return OpenServerOf(request, request.data_path);
     throw BadInput(request.data_path, "is a database, whose facts are in it");
-  return OpenServerSource(request, request.data_path);
+  }
+  if (!request.live) return nullptr;
+  throw BadInput(request.data_path,
+                 "is not a database server; the facts of a live cube stay in one");
 }
 
-std::vector<LoadedHierarchy> LoadHierarchies(const TableSource& source, const CubeSchema& schema,
-                                             bool record, const Progress& progress) {
-  std::vector<LoadedHierarchy> hierarchies;
-  for (const DimensionSchema& dimension : schema.dimensions) {
-    for (const HierarchySchema& hierarchy : dimension.hierarchies) {
-      progress("reading dimension " + dimension.name, kDimensions, 0);
-      hierarchies.push_back(LoadHierarchy(source, schema, dimension, hierarchy, {record}));
-    }
-  }
-  return hierarchies;
+std::unique_ptr<TableSource> OpenSource(const Files& files, const BuildRequest& request,
+                                        const CsvOptions& csv,
+                                        const std::shared_ptr<TableServer>& server,
+                                        const std::vector<CubeSchema>& cubes) {
+  if (server == nullptr) return OpenTableSource(files, request.data_path, csv);
+  return request.live ? OpenLiveTables(server, cubes) : OpenServerTables(server);
 }
 
 }  // namespace
@@ -39,7 +40,8 @@ BuildReport BuildCubeFile(Files& files, const Locale& locale, const BuildRequest
   }
   CsvOptions csv{cubes[0].csv, cubes[0].fact_table.name, request.facts_name, request.facts};
   SetForm(csv.form, request.separator, request.decimal, request.dates);
-  const auto source = OpenSource(files, request, csv);
+  const auto server = OpenServer(request);
+  const auto source = OpenSource(files, request, csv, server, cubes);
   const std::string address = request.record_source ? source->AddressToKeep() : "";
   CubeMaker maker(files, locale, request, progress);
   for (const CubeSchema& cube : cubes) {
@@ -50,8 +52,12 @@ BuildReport BuildCubeFile(Files& files, const Locale& locale, const BuildRequest
       origin.emplace(NewOrigin{{address}, {text}});
       options.totals_of = HierarchyOfMonths(cube).value_or(kNoTime);
     }
-    auto hierarchies = LoadHierarchies(*source, cube, origin.has_value(), of_cube);
-    maker.Add(cube, *source, std::move(hierarchies), options, of_cube, std::move(origin));
+    auto hierarchies = LoadHierarchies(*source, cube, origin && !request.live, of_cube);
+    if (request.live) {
+      maker.AddLive(cube, *server, std::move(hierarchies), of_cube, std::move(origin));
+    } else {
+      maker.Add(cube, *source, std::move(hierarchies), options, of_cube, std::move(origin));
+    }
   }
   return maker.Finish(*source);
 }

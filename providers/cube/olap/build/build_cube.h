@@ -19,6 +19,7 @@ struct BuildReport {
     std::string name;
     uint64_t facts = 0;            ///< rows read from the fact table
     uint64_t stored_cells = 0;     ///< after rows with equal keys were put together
+    bool is_live = false;          ///< the facts stay in the database
     std::vector<int> months = {};  ///< that were read anew: years times 12, and 0 for January
   };
   std::vector<Cube> cubes;
@@ -50,6 +51,7 @@ struct BuildRequest {
   std::shared_ptr<const FileReader> facts = {};
   std::string facts_name = {};
   bool leave_out_bad_rows = false;
+  bool live = false;                 ///< the facts stay in the database server of `data_path`
   OpenTableServer open_server = {};  ///< for the address of one
   bool record_source = true;  ///< a database server's address, so that months can be read anew
   bool gathered = false;      ///< the server puts facts with equal keys together

@@ -7,7 +7,7 @@
 #include "providers/cube/olap/build/aggregate_builder.h"
 #include "providers/cube/olap/build/aggregate_choice.h"
 #include "providers/cube/olap/build/formula_check.h"
-#include "providers/cube/olap/build/server_tables.h"
+#include "providers/cube/olap/build/live_build.h"
 
 namespace vok::olap {
 namespace {
@@ -61,6 +61,17 @@ void AddAggregates(const NewCube& cube, const LoadedFacts& loaded, uint64_t valu
   writer.AddAggregates(BuildAggregates(choice, cube, loaded.facts, threads, writer));
 }
 
+NewCube CubeOf(const CubeSchema& schema, uint64_t fact_count,
+               std::vector<LoadedHierarchy> hierarchies, std::optional<NewOrigin>& origin) {
+  NewCube cube = CubeOf(schema);
+  cube.fact_count = fact_count;
+  for (LoadedHierarchy& hierarchy : hierarchies) {
+    cube.hierarchies.push_back(std::move(hierarchy.members));
+    if (origin) origin->record.hierarchies.push_back(std::move(hierarchy.rows));
+  }
+  return cube;
+}
+
 }  // namespace
 
 CubeMaker::CubeMaker(Files& files, const Locale& locale, const BuildRequest& request,
@@ -70,7 +81,8 @@ CubeMaker::CubeMaker(Files& files, const Locale& locale, const BuildRequest& req
       tell_(tell),
       options_{request.threads == 0 ? ProcessorCount() : request.threads,
                request.leave_out_bad_rows, request.memory / kShareOfRuns},
-      writer_(files, request.output_path, options_.threads) {
+      writer_(files, request.output_path, options_.threads,
+              request.live ? kLiveVersion : kFormatVersion) {
   options_.gathered = request.gathered;
   options_.open_scratch = [&files, &request] {
     const std::string& folder = request.temporary_folder;
@@ -87,23 +99,22 @@ Progress CubeMaker::ProgressOf(std::size_t count) const {
   };
 }
 
+void CubeMaker::TryFormulas(const CubeSchema& schema,
+                            const std::vector<LoadedHierarchy>& hierarchies) const {
+  if (schema.calculated.empty()) return;
+  NewCube structure = CubeOf(schema);
+  for (const LoadedHierarchy& hierarchy : hierarchies) {
+    structure.hierarchies.push_back(hierarchy.members);
+  }
+  CheckFormulas(locale_, schema, structure);
+}
+
 void CubeMaker::Add(const CubeSchema& schema, const TableSource& source,
                     std::vector<LoadedHierarchy> hierarchies, const LoadOptions& options,
                     const Progress& progress, std::optional<NewOrigin> origin) {
-  if (!schema.calculated.empty()) {
-    NewCube structure = CubeOf(schema);
-    for (const LoadedHierarchy& hierarchy : hierarchies) {
-      structure.hierarchies.push_back(hierarchy.members);
-    }
-    CheckFormulas(locale_, schema, structure);
-  }
+  TryFormulas(schema, hierarchies);
   LoadedFacts loaded = LoadFacts(source, schema, hierarchies, options, progress);
-  NewCube cube = CubeOf(schema);
-  cube.fact_count = loaded.fact_count;
-  for (LoadedHierarchy& hierarchy : hierarchies) {
-    cube.hierarchies.push_back(std::move(hierarchy.members));
-    if (origin) origin->record.hierarchies.push_back(std::move(hierarchy.rows));
-  }
+  const NewCube cube = CubeOf(schema, loaded.fact_count, std::move(hierarchies), origin);
   progress("writing " + schema.name, kWriting, 0);
   const uint64_t value_bytes = writer_.Begin(cube, loaded.facts);
   progress("adding up " + schema.name, kAddingUp, 0);
@@ -111,12 +122,29 @@ void CubeMaker::Add(const CubeSchema& schema, const TableSource& source,
   if (origin) {
     origin->record.time = options.totals_of;
     origin->record.totals = std::move(loaded.totals);
-    origin->origin.record = writer_.AddBlock(BytesOf(origin->record));
-    writer_.AddOrigin(origin->origin);
   }
+  AddOrigin(std::move(origin));
   writer_.End();
   report_.cubes.push_back({schema.name, loaded.fact_count, loaded.facts.rows});
   report_.bad_rows.insert(report_.bad_rows.end(), loaded.bad_rows.begin(), loaded.bad_rows.end());
+}
+
+void CubeMaker::AddLive(const CubeSchema& schema, TableServer& server,
+                        std::vector<LoadedHierarchy> hierarchies, const Progress& progress,
+                        std::optional<NewOrigin> origin) {
+  TryFormulas(schema, hierarchies);
+  progress("looking through " + ShownName(schema.fact_table), kReading, 0);
+  const LiveCube live = PrepareLive(server, schema, hierarchies);
+  writer_.Begin(CubeOf(schema, live.fact_count, std::move(hierarchies), origin), live.source);
+  AddOrigin(std::move(origin));
+  writer_.End();
+  report_.cubes.push_back({schema.name, live.fact_count, 0, true});
+}
+
+void CubeMaker::AddOrigin(std::optional<NewOrigin> origin) {
+  if (!origin) return;
+  origin->origin.record = writer_.AddBlock(BytesOf(origin->record));
+  writer_.AddOrigin(origin->origin);
 }
 
 BuildReport CubeMaker::Finish(const TableSource& source) {
@@ -127,11 +155,21 @@ BuildReport CubeMaker::Finish(const TableSource& source) {
   return std::move(report_);
 }
 
-std::unique_ptr<TableSource> OpenServerSource(const BuildRequest& request,
-                                              const std::string& address) {
+std::vector<LoadedHierarchy> LoadHierarchies(const TableSource& source, const CubeSchema& schema,
+                                             bool record, const Progress& progress) {
+  std::vector<LoadedHierarchy> hierarchies;
+  for (const DimensionSchema& dimension : schema.dimensions) {
+    for (const HierarchySchema& hierarchy : dimension.hierarchies) {
+      progress("reading dimension " + dimension.name, kDimensions, 0);
+      hierarchies.push_back(LoadHierarchy(source, schema, dimension, hierarchy, {record}));
+    }
+  }
+  return hierarchies;
+}
+
+std::unique_ptr<TableServer> OpenServerOf(const BuildRequest& request, const std::string& address) {
   static const QueryStop never;
-  return OpenServerTables(
-      request.open_server(address, request.stop == nullptr ? never : *request.stop));
+  return request.open_server(address, request.stop == nullptr ? never : *request.stop);
 }
 
 }  // namespace vok::olap

@@ -38,12 +38,19 @@ class CubeMaker {
   void Add(const CubeSchema& schema, const TableSource& source,
            std::vector<LoadedHierarchy> hierarchies, const LoadOptions& options,
            const Progress& progress, std::optional<NewOrigin> origin);
+  /// A cube whose facts stay where they are.
+  void AddLive(const CubeSchema& schema, TableServer& server,
+               std::vector<LoadedHierarchy> hierarchies, const Progress& progress,
+               std::optional<NewOrigin> origin);
   /// The file takes its place, unless `BuildRequest::check` is against it.
   BuildReport Finish(const TableSource& source);
 
   BuildReport& report() { return report_; }
 
  private:
+  void TryFormulas(const CubeSchema& schema, const std::vector<LoadedHierarchy>& hierarchies) const;
+  void AddOrigin(std::optional<NewOrigin> origin);
+
   const Locale& locale_;
   const BuildRequest& request_;
   const TellStep& tell_;
@@ -52,8 +59,11 @@ class CubeMaker {
   BuildReport report_;
 };
 
-/// The tables of a database server. `address` is that of one.
-std::unique_ptr<TableSource> OpenServerSource(const BuildRequest& request,
-                                              const std::string& address);
+/// Of all dimensions. `record`: keep the rows that they were made of.
+std::vector<LoadedHierarchy> LoadHierarchies(const TableSource& source, const CubeSchema& schema,
+                                             bool record, const Progress& progress);
+
+/// `address` is that of a database server.
+std::unique_ptr<TableServer> OpenServerOf(const BuildRequest& request, const std::string& address);
 
 }  // namespace vok::olap

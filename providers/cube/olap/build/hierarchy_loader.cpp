@@ -116,15 +116,6 @@ class RowsOfFacts {
 
 }  // namespace
 
-void JoinKeys(std::span<const Field> fields, std::string& key) {
-  key.clear();
-  for (const Field& field : fields) {
-    key += field.is_null ? "-" : std::to_string(field.text.size());
-    key += ':';
-    key += field.text;
-  }
-}
-
 LoadedHierarchy LoadHierarchy(const TableSource& source, const CubeSchema& cube,
                               const DimensionSchema& dimension, const HierarchySchema& hierarchy,
                               const HierarchyOptions& options) {

@@ -2,15 +2,14 @@
 #pragma once
 
 #include <cstdint>
-#include <span>
 #include <string>
 #include <vector>
 
 #include "providers/cube/olap/build/cube_record.h"
-#include "providers/cube/olap/build/key_map.h"
 #include "providers/cube/olap/build/schema.h"
 #include "providers/cube/olap/build/table_source.h"
 #include "providers/cube/olap/storage/cube_writer.h"
+#include "providers/cube/olap/storage/key_map.h"
 
 namespace vok::olap {
 
@@ -42,8 +41,5 @@ LoadedHierarchy LoadHierarchy(const TableSource& source, const CubeSchema& cube,
 /// their slices are long runs; time after them, just before the largest, so that the periods of a
 /// query are runs within each.
 std::vector<uint32_t> SortOrder(const std::vector<LoadedHierarchy>& hierarchies);
-
-/// The key of a fact in a hierarchy without a table: the keys of its levels, told apart by lengths.
-void JoinKeys(std::span<const Field> fields, std::string& key);
 
 }  // namespace vok::olap

@@ -6,7 +6,9 @@
 
 #include "providers/cube/olap/build/cube_maker.h"
 #include "providers/cube/olap/build/decimal.h"
+#include "providers/cube/olap/build/live_build.h"
 #include "providers/cube/olap/build/member_tree.h"
+#include "providers/cube/olap/build/server_tables.h"
 #include "providers/cube/olap/storage/blocks.h"
 #include "providers/cube/olap/storage/cube_file.h"
 
@@ -41,8 +43,7 @@ class SomeFacts : public TableSource {
     if (ShownName(question.table) != ShownName(table_)) return source_.Ask(question);
     if (ranges_.empty()) return std::make_unique<NoParts>();
     TableQuestion narrowed = question;
-    narrowed.key_column = key_column_;
-    narrowed.ranges = ranges_;
+    narrowed.where.push_back({{key_column_}, ranges_});
     return source_.Ask(narrowed);
   }
   void CheckUnchanged() const override { source_.CheckUnchanged(); }
@@ -324,24 +325,74 @@ CubeSchema SchemaOf(const Locale& locale, const std::string& path, const StoredC
   throw DamagedCubeFile(path, "the recorded schema has no cube of that name");
 }
 
+void RequireOrigins(const CubeFile& file, const std::string& path) {
+  for (const StoredCube& stored : file.cubes()) {
+    if (stored.origin) continue;
+    throw BadInput(
+        path,
+        "does not tell which database server its tables are on: it was built from files, "
+        "by an older program, or with --no-source" +
+            std::string(kBuildAll));
+  }
+}
+
+/// A live cube's file has members alone.
+BuildReport RefreshMembers(Files& files, const Locale& locale, const RefreshRequest& request,
+                           const TellStep& progress) {
+  if (request.is_chosen) {
+    throw Failure(failure_number::kInvalidCall,
+                  request.build.output_path +
+                      " is a live cube, whose facts are not in the file: a refresh reads its "
+                      "members. Leave out --since and --months");
+  }
+  BuildRequest build = request.build;
+  build.live = true;
+  CubeMaker maker(files, locale, build, progress);
+  const auto file = CubeFile::Open(files, build.output_path);
+  RequireOrigins(*file, build.output_path);
+  const std::string address =
+      build.data_path.empty() ? file->cubes().front().origin->address : build.data_path;
+  const std::shared_ptr<TableServer> server = OpenServerOf(build, address);
+  std::vector<CubeSchema> schemas;
+  std::vector<NewOrigin> origins;
+  for (const StoredCube& stored : file->cubes()) {
+    const HeldBlock bytes = file->RecordOf(*stored.origin);
+    const CubeRecord record = ReadRecord(bytes.bytes(), build.output_path);
+    schemas.push_back(SchemaOf(locale, build.output_path, stored, record));
+    origins.push_back({{server->AddressToKeep(), request.now}, {record.schema}});
+  }
+  const auto source = OpenLiveTables(server, schemas);
+  for (std::size_t index = 0; index < schemas.size(); ++index) {
+    const Progress of_cube = maker.ProgressOf(schemas.size());
+    maker.AddLive(schemas[index], *server, LoadHierarchies(*source, schemas[index], false, of_cube),
+                  of_cube, std::move(origins[index]));
+  }
+  return maker.Finish(*source);
+}
+
+bool IsLive(const Files& files, const std::string& path) {
+  const auto file = CubeFile::Open(files, path);
+  return !file->cubes().empty() && file->cubes().front().live != nullptr;
+}
+
 }  // namespace
 
 BuildReport RefreshCubeFile(Files& files, const Locale& locale, const RefreshRequest& request,
                             const std::function<void(const BuildStep&)>& progress) {
   const BuildRequest& build = request.build;
+  if (IsLive(files, build.output_path)) return RefreshMembers(files, locale, request, progress);
+  if (!request.is_chosen) {
+    throw Failure(failure_number::kInvalidCall,
+                  "Say which months of " + build.output_path +
+                      " are to be read anew: --since 2024-11, --since auto or --months 2024-11");
+  }
   // Claimed before the old file is read: nobody else replaces it meanwhile.
   CubeMaker maker(files, locale, build, progress);
   const auto file = CubeFile::Open(files, build.output_path);
-  for (const StoredCube& stored : file->cubes()) {
-    if (stored.origin) continue;
-    throw BadInput(
-        build.output_path,
-        "does not tell which database server its tables are on: it was built from files, "
-        "by an older program, or with --no-source" +
-            std::string(kBuildAll));
-  }
+  RequireOrigins(*file, build.output_path);
   const std::string& recorded = file->cubes().front().origin->address;
-  const auto source = OpenServerSource(build, build.data_path.empty() ? recorded : build.data_path);
+  const auto source =
+      OpenServerTables(OpenServerOf(build, build.data_path.empty() ? recorded : build.data_path));
   for (const StoredCube& stored : file->cubes()) {
     const HeldBlock bytes = file->RecordOf(*stored.origin);
     const CubeRecord record = ReadRecord(bytes.bytes(), build.output_path);

@@ -52,6 +52,7 @@ struct MeasureSchema {
   std::string column;  ///< empty for a count of rows
   Aggregator aggregator = Aggregator::kSum;
   std::string format_string;
+  bool may_vary = false;  ///< its sums of binary fractions may, in a live cube
 };
 
 struct CalculatedMemberSchema {

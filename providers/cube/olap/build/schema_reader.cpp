@@ -248,6 +248,10 @@ class SchemaReader {
     if (measure.column.empty() && measure.aggregator != Aggregator::kCount) {
       throw Bad(node, "has no column");
     }
+    for (const Node annotation : node.child("Annotations").children("Annotation")) {
+      if (Text(annotation, "name", "") != "live.may-vary") continue;
+      measure.may_vary = std::string_view(annotation.text().get()) == "true";
+    }
     return measure;
   }
 

@@ -4,75 +4,23 @@
 #include <optional>
 #include <utility>
 
-#include "platform/utf8.h"
+#include "platform/row_text.h"
 
 namespace vok::olap {
 namespace {
 
-/// What a backslash before the letter stands for.
-char Meant(char letter) {
-  constexpr std::string_view kLetters = "bfnrtv0";
-  constexpr std::string_view kMeant("\b\f\n\r\t\v\0", kLetters.size());
-  const std::size_t at = kLetters.find(letter);
-  return at == kLetters.npos ? letter : kMeant[at];
-}
-
-/// In place: what it stands for is never longer.
-std::string_view Unescaped(char* begin, char* end) {
-  char* to = std::find(begin, end, '\\');
-  for (const char* from = to; from < end; ++from) {
-    *to++ = *from == '\\' && from + 1 < end ? Meant(*++from) : *from;
-  }
-  return {begin, to};
-}
-
 class ServerPart : public TableReader {
  public:
-  ServerPart(std::string text, std::string place, uint64_t first_row, std::size_t width)
-      : text_(std::move(text)),
-        place_(std::move(place)),
-        row_(first_row - 1),
-        at_(text_.data()),
-        end_(text_.data() + text_.size()),
-        is_utf8_(IsUtf8(text_)),
-        fields_(width) {}
+  ServerPart(std::string text, const std::string& place, uint64_t first_row, std::size_t width)
+      : rows_(std::move(text), width, place, first_row) {}
 
-  bool Next() override {
-    if (at_ == end_) return false;
-    ++row_;
-    for (Field& field : fields_) {
-      const bool is_last = &field == &fields_.back();
-      TakeField(is_last ? '\n' : '\t', field);
-    }
-    return true;
-  }
-  std::span<const Field> Fields() const override { return fields_; }
-  std::string PlaceOf(uint64_t row) const override {
-    return place_ + ", row " + std::to_string(row);
-  }
-  uint64_t Line() const override { return row_; }
+  bool Next() override { return rows_.Next(); }
+  std::span<const Field> Fields() const override { return rows_.Fields(); }
+  std::string PlaceOf(uint64_t row) const override { return rows_.PlaceOf(row); }
+  uint64_t Line() const override { return rows_.row(); }
 
  private:
-  void TakeField(char last, Field& field) {
-    char* end = at_;
-    while (end < end_ && *end != '\t' && *end != '\n') ++end;
-    if (end == end_ || *end != last) {
-      throw BadInput(Place(), "the server sent another number of fields than was asked for");
-    }
-    const std::string_view written(at_, end);
-    field.is_null = written == "\\N";
-    field.text = field.is_null ? std::string_view() : Unescaped(at_, end);
-    if (!is_utf8_ && !IsUtf8(field.text)) throw BadInput(Place(), "a field is not valid UTF-8");
-    at_ = end + 1;
-  }
-
-  std::string text_;
-  std::string place_;
-  uint64_t row_;
-  char* at_;
-  char* end_;
-  bool is_utf8_;
-  std::vector<Field> fields_;
+  RowText rows_;
 };
 
 class ServerParts : public TableParts {
@@ -101,12 +49,16 @@ class ServerParts : public TableParts {
 
 class ServerTables : public TableSource {
  public:
-  explicit ServerTables(std::unique_ptr<TableServer> server) : server_(std::move(server)) {}
+  ServerTables(std::shared_ptr<TableServer> server, std::vector<TableName> once)
+      : server_(std::move(server)), once_(std::move(once)) {}
 
   std::unique_ptr<TableParts> OpenParts(const TableName& table,
                                         const std::vector<std::string>& columns) const override {
     TableQuestion question{table, {}};
     for (const std::string& column : columns) question.columns.push_back({column});
+    question.once = std::any_of(once_.begin(), once_.end(), [&](const TableName& other) {
+      return other.name == table.name && other.schema == table.schema;
+    });
     return Ask(question);
   }
 
@@ -121,10 +73,10 @@ class ServerTables : public TableSource {
       if (!column.name.empty()) wanted.push_back(column.name);
     }
     for (const std::size_t at : PlacesOf(wanted, names, place)) Remark(there[at], place);
-    if (!question.ranges.empty()) {
-      CheckOrder(question, there[PlacesOf({question.key_column}, names, place)[0]], place);
+    for (const KeyCondition& condition : question.where) {
+      CheckOrder(condition, there[PlacesOf(condition.columns, names, place)[0]], place);
     }
-    return std::make_unique<ServerParts>(server_->Read(question), place, question.columns.size());
+    return std::make_unique<ServerParts>(server_->Read(question), place, WidthOf(question));
   }
 
   std::string AddressToKeep() const override { return server_->AddressToKeep(); }
@@ -136,11 +88,11 @@ class ServerTables : public TableSource {
  private:
   /// To the server, texts of digits are in the order of the numbers only when they are of one
   /// length.
-  static void CheckOrder(const TableQuestion& question, const ServerColumn& column,
+  static void CheckOrder(const KeyCondition& condition, const ServerColumn& column,
                          const std::string& place) {
-    if (!column.is_text) return;
-    const std::size_t length = question.ranges.front().low.size();
-    for (const KeyRange& range : question.ranges) {
+    if (!column.is_text || condition.ranges.empty()) return;
+    const std::size_t length = condition.ranges.front().low.size();
+    for (const KeyRange& range : condition.ranges) {
       for (const std::string* key : {&range.low, &range.high}) {
         if (key->empty() || key->size() == length) continue;
         throw BadInput(place, "the column " + Quoted(column.name) +
@@ -162,14 +114,16 @@ class ServerTables : public TableSource {
     }
   }
 
-  std::unique_ptr<TableServer> server_;
+  std::shared_ptr<TableServer> server_;
+  std::vector<TableName> once_;
   mutable std::vector<std::string> remarks_;
 };
 
 }  // namespace
 
-std::unique_ptr<TableSource> OpenServerTables(std::unique_ptr<TableServer> server) {
-  return std::make_unique<ServerTables>(std::move(server));
+std::unique_ptr<TableSource> OpenServerTables(std::shared_ptr<TableServer> server,
+                                              std::vector<TableName> once) {
+  return std::make_unique<ServerTables>(std::move(server), std::move(once));
 }
 
 }  // namespace vok::olap

@@ -11,15 +11,13 @@
 
 #include "platform/failure.h"
 #include "platform/files.h"
+#include "platform/row_text.h"
 #include "platform/table_server.h"
 #include "providers/cube/olap/build/csv_form.h"
 
 namespace vok::olap {
 
-struct Field {
-  std::string_view text;
-  bool is_null = false;
-};
+using vok::Field;
 
 /// Reads some columns of a table, or of a part of one, row by row. Failures name the file, the line
 /// (or row) and what is wrong with it.

@@ -5,9 +5,9 @@
 #include <string_view>
 #include <utility>
 
-#include "providers/cube/olap/build/key_map.h"
 #include "providers/cube/olap/build/table_source.h"
 #include "providers/cube/olap/build/value_column.h"
+#include "providers/cube/olap/storage/key_map.h"
 
 namespace vok::olap {
 

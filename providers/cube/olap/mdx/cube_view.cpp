@@ -14,8 +14,9 @@ constexpr uint32_t kFewMembers = 32;
 
 }  // namespace
 
-CubeView::CubeView(std::shared_ptr<const StoredCube> cube, const Locale& locale)
-    : cube_(std::move(cube)), locale_(locale), indexes_(HierarchyCount()) {
+CubeView::CubeView(std::shared_ptr<const StoredCube> cube, const Locale& locale,
+                   std::shared_ptr<const FactStore> live)
+    : cube_(std::move(cube)), live_(std::move(live)), locale_(locale), indexes_(HierarchyCount()) {
   for (const CalculatedDefinition& member : model().calculated) {
     if (!member.is_visible || !SameName(member.above, HierarchyUniqueName(kMeasures))) continue;
     calculated_measures_.push_back(&member);

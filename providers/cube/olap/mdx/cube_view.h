@@ -24,11 +24,12 @@ inline constexpr HierarchyId kNoHierarchy = 0xFFFFFFFF;
 
 class CubeView {
  public:
-  /// Keeps `cube` alive; `locale` must outlive the view.
-  CubeView(std::shared_ptr<const StoredCube> cube, const Locale& locale);
+  /// Keeps `cube` alive; `locale` must outlive the view. `live`: the facts of a live cube.
+  CubeView(std::shared_ptr<const StoredCube> cube, const Locale& locale,
+           std::shared_ptr<const FactStore> live = nullptr);
 
   const CubeModel& model() const { return cube_->model; }
-  const FactStore& facts() const { return *cube_->facts; }
+  const FactStore& facts() const { return live_ != nullptr ? *live_ : *cube_->facts; }
   bool SameName(std::string_view a, std::string_view b) const;
   /// The same text for names that are the same.
   std::string Folded(std::string_view name) const { return locale_.FoldCase(name); }
@@ -84,6 +85,7 @@ class CubeView {
   std::vector<MemberId> Find(HierarchyId hierarchy, IdRange among, std::string_view name) const;
 
   std::shared_ptr<const StoredCube> cube_;
+  std::shared_ptr<const FactStore> live_;
   const Locale& locale_;
   std::vector<const CalculatedDefinition*> calculated_measures_;
   mutable std::vector<std::vector<std::unique_ptr<NameIndex>>> indexes_;

@@ -68,17 +68,32 @@ void FactCache::Announce(const Block& block) {
 }
 
 void FactCache::Store(Slice& slice) {
-  slice.query.measures.clear();
-  for (const auto& [measure, kept] : slice.columns) {
-    if (!kept.is_read) slice.query.measures.push_back(measure);
+  std::vector<Slice*> asked = {&slice};
+  if (cube_.facts().AnswersTogether()) {
+    for (auto& [key, other] : slices_) {
+      if (&other != &slice) asked.push_back(&other);
+    }
   }
-  if (slice.query.measures.empty()) return;
-  std::vector<FactColumn> columns = cube_.facts().Read(slice.query);
-  for (std::size_t i = 0; i < columns.size(); ++i) {
-    Kept& kept = slice.columns[slice.query.measures[i]];
-    kept_values_ += columns[i].numbers.size();
-    kept.column = std::move(columns[i]);
-    kept.is_read = true;
+  std::vector<const FactQuery*> queries;
+  std::erase_if(asked, [&queries](Slice* each) {
+    std::vector<uint32_t> measures;
+    for (const auto& [measure, kept] : each->columns) {
+      if (!kept.is_read) measures.push_back(measure);
+    }
+    if (measures.empty()) return true;
+    each->query.measures = std::move(measures);
+    queries.push_back(&each->query);
+    return false;
+  });
+  if (queries.empty()) return;
+  auto answers = cube_.facts().ReadAll(queries);
+  for (std::size_t index = 0; index < asked.size(); ++index) {
+    for (std::size_t i = 0; i < answers[index].size(); ++i) {
+      Kept& kept = asked[index]->columns[asked[index]->query.measures[i]];
+      kept_values_ += answers[index][i].numbers.size();
+      kept.column = std::move(answers[index][i]);
+      kept.is_read = true;
+    }
   }
 }
 

@@ -41,7 +41,8 @@ class FactCache {
   Slice* Find(const Block& block, const Positions::Part* part);
   /// The column, read if it was not.
   FactColumn& Get(Slice& slice, uint32_t measure);
-  /// Makes the reads of the slice that were not made.
+  /// Makes the reads of the slice that were not made, with those that were announced where the
+  /// facts answer them together.
   void Store(Slice& slice);
   /// Forgets the column with the last of the announced reads.
   void Release(Slice& slice, uint32_t measure);

@@ -53,11 +53,11 @@ void BlockStore::CheckHeader() {
         failure_number::kUnspecified,
         file_name_ + " is not a cube file. Name a file that \"vokcube cube build\" made.");
   }
-  if (header.version > kFormatVersion) {
+  if (header.version > kLiveVersion) {
     throw Failure(failure_number::kUnspecified,
                   "The cube file " + file_name_ + " has format version " +
                       std::to_string(header.version) + ", newer than this program reads (" +
-                      std::to_string(kFormatVersion) + "). Update the program, or build the cube " +
+                      std::to_string(kLiveVersion) + "). Update the program, or build the cube " +
                       "again with this one.");
   }
   if (header.version < kOldestVersion || header.reserved != 0) {

@@ -145,6 +145,7 @@ StoredCube ReadCube(BlockStore& blocks, ByteReader& catalog) {
   std::optional<ByteReader> aggregates;
   std::optional<ByteReader> calculated;
   std::optional<ByteReader> origin;
+  std::optional<ByteReader> live;
   for (auto tag = catalog.Get<SectionTag>(); tag != SectionTag::kEnd;
        tag = catalog.Get<SectionTag>()) {
     const ByteReader section(catalog.Take(catalog.Get<uint32_t>()), blocks.file_name());
@@ -153,13 +154,19 @@ StoredCube ReadCube(BlockStore& blocks, ByteReader& catalog) {
     if (tag == SectionTag::kAggregates) aggregates.emplace(section);
     if (tag == SectionTag::kCalculated) calculated.emplace(section);
     if (tag == SectionTag::kOrigin) origin.emplace(section);
+    if (tag == SectionTag::kLive) live.emplace(section);
   }
-  if (!structure || !facts) throw DamagedCubeFile(blocks.file_name(), "a cube is incomplete");
+  if (!structure || facts.has_value() == live.has_value()) {
+    throw DamagedCubeFile(blocks.file_name(), "a cube is incomplete");
+  }
   StoredCube cube;
   cube.model = StructureReader(blocks, *structure).Read();
   if (calculated) cube.model.calculated = ReadCalculated(*calculated);
   if (origin) cube.origin = ReadOrigin(blocks, *origin);
-  cube.facts = ReadFactsSection(blocks, *facts, aggregates, cube.model);
+  if (facts) cube.facts = ReadFactsSection(blocks, *facts, aggregates, cube.model);
+  if (live) {
+    cube.live = std::make_unique<LiveSource>(ReadLiveSection(blocks, *live, cube.model));
+  }
   return cube;
 }
 
@@ -169,7 +176,11 @@ class OpenedCubeFile : public CubeFile {
       : blocks_(std::move(file), name) {
     ByteReader catalog(blocks_.Keep(blocks_.catalog_block()), blocks_.file_name());
     cubes_.resize(catalog.GetCount(2 * sizeof(SectionTag)));
-    for (StoredCube& cube : cubes_) cube = ReadCube(blocks_, catalog);
+    for (StoredCube& cube : cubes_) {
+      cube = ReadCube(blocks_, catalog);
+      if ((cube.live != nullptr) == (cubes_.front().live != nullptr)) continue;
+      throw DamagedCubeFile(blocks_.file_name(), "only some of its cubes are live");
+    }
   }
 
   const std::vector<StoredCube>& cubes() const override { return cubes_; }

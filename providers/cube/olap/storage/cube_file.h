@@ -10,14 +10,16 @@
 #include "platform/files.h"
 #include "providers/cube/olap/storage/block_cache.h"
 #include "providers/cube/olap/storage/fact_store.h"
+#include "providers/cube/olap/storage/live_source.h"
 #include "providers/cube/olap/storage/model.h"
 
 namespace vok::olap {
 
 struct StoredCube {
   CubeModel model;
-  std::unique_ptr<FactStore> facts;
-  std::optional<CubeOrigin> origin = {};  ///< nothing where the file does not tell
+  std::unique_ptr<FactStore> facts;             ///< nullptr for a live cube
+  std::unique_ptr<const LiveSource> live = {};  ///< of a live cube; all of a file are, or none
+  std::optional<CubeOrigin> origin = {};        ///< nothing where the file does not tell
 };
 
 /// Keeps the file open; a file that is replaced meanwhile does not disturb it. Structure is read

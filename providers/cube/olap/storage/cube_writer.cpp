@@ -49,12 +49,12 @@ struct PackedChunk {
 
 }  // namespace
 
-CubeWriter::CubeWriter(Files& files, const std::string& path, unsigned threads)
-    : CubeWriter(files.Replace(path), threads) {}
+CubeWriter::CubeWriter(Files& files, const std::string& path, unsigned threads, uint32_t version)
+    : CubeWriter(files.Replace(path), threads, version) {}
 
-CubeWriter::CubeWriter(std::unique_ptr<FileReplacement> file, unsigned threads)
-    : file_(std::move(file)), threads_(threads) {
-  Write(BytesOf(FileHeader{kFileMagic, kFormatVersion, 0}));
+CubeWriter::CubeWriter(std::unique_ptr<FileReplacement> file, unsigned threads, uint32_t version)
+    : file_(std::move(file)), threads_(threads), version_(version) {
+  Write(BytesOf(FileHeader{kFileMagic, version_, 0}));
 }
 
 void CubeWriter::Write(std::string_view bytes) {
@@ -77,13 +77,23 @@ void CubeWriter::AddSection(SectionTag tag, const ByteWriter& payload) {
 }
 
 uint64_t CubeWriter::Begin(const NewCube& cube, const NewFacts& facts) {
-  AddSection(SectionTag::kStructure, Structure(cube));
+  AddStructure(cube);
   uint64_t value_bytes = 0;
   AddSection(SectionTag::kFacts, FactsSection(facts, value_bytes));
+  return value_bytes;
+}
+
+void CubeWriter::Begin(const NewCube& cube, const LiveSource& source) {
+  AddStructure(cube);
+  AddSection(SectionTag::kLive,
+             LiveSection(source, [this](std::string_view bytes) { return AddBlock(bytes); }));
+}
+
+void CubeWriter::AddStructure(const NewCube& cube) {
+  AddSection(SectionTag::kStructure, Structure(cube));
   if (!cube.calculated.empty()) {
     AddSection(SectionTag::kCalculated, CalculatedSection(cube.calculated));
   }
-  return value_bytes;
 }
 
 void CubeWriter::AddAggregates(const NewAggregates& aggregates) {
@@ -222,7 +232,7 @@ uint64_t CubeWriter::Finish() {
   footer.directory_checksum = ChecksumOf(BytesOf(directory_));
   Write(BytesOf(directory_));
   footer.file_length = position_ + sizeof(footer);
-  footer.version = kFormatVersion;
+  footer.version = version_;
   footer.checksum = ChecksumOf(BytesOf(footer).substr(0, offsetof(FileFooter, checksum)));
   footer.magic = kEndMagic;
   Write(BytesOf(footer));

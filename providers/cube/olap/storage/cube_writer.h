@@ -13,6 +13,7 @@
 #include "providers/cube/olap/storage/bytes.h"
 #include "providers/cube/olap/storage/cuboids.h"
 #include "providers/cube/olap/storage/format.h"
+#include "providers/cube/olap/storage/live_source.h"
 #include "providers/cube/olap/storage/model.h"
 
 namespace vok::olap {
@@ -89,12 +90,16 @@ struct NewCube {
 /// commits; without it nothing has happened to the file. Failures are those of `FileReplacement`.
 class CubeWriter {
  public:
-  /// Columns are packed on `threads`.
-  CubeWriter(Files& files, const std::string& path, unsigned threads = 1);
-  explicit CubeWriter(std::unique_ptr<FileReplacement> file, unsigned threads = 1);
+  /// Columns are packed on `threads`; `version` is that of the format.
+  CubeWriter(Files& files, const std::string& path, unsigned threads = 1,
+             uint32_t version = kFormatVersion);
+  explicit CubeWriter(std::unique_ptr<FileReplacement> file, unsigned threads = 1,
+                      uint32_t version = kFormatVersion);
 
   /// Returns how many bytes the facts' values take.
   uint64_t Begin(const NewCube& cube, const NewFacts& facts);
+  /// A live cube, in a file of `kLiveVersion`.
+  void Begin(const NewCube& cube, const LiveSource& source);
   void AddAggregates(const NewAggregates& aggregates);
   void AddOrigin(const CubeOrigin& origin);
   void End();
@@ -106,6 +111,7 @@ class CubeWriter {
  private:
   void Write(std::string_view bytes);
   void AddSection(SectionTag tag, const ByteWriter& payload);
+  void AddStructure(const NewCube& cube);
   ByteWriter Structure(const NewCube& cube);
   static ByteWriter CalculatedSection(const std::vector<CalculatedDefinition>& members);
   ByteWriter FactsSection(const NewFacts& facts, uint64_t& value_bytes);
@@ -113,6 +119,7 @@ class CubeWriter {
 
   std::unique_ptr<FileReplacement> file_;
   unsigned threads_;
+  uint32_t version_;
   uint64_t position_ = 0;
   std::vector<BlockEntry> directory_;
   ByteWriter cubes_;

@@ -66,6 +66,11 @@ class FactStore {
   /// One column per measure of the query, in its order. Stored aggregates answer where they can,
   /// with the same results; else the cost follows the facts inside `leaves`, not those outside.
   virtual std::vector<FactColumn> Read(const FactQuery& query) const = 0;
+  /// Several at once.
+  virtual std::vector<std::vector<FactColumn>> ReadAll(
+      std::span<const FactQuery* const> queries) const;
+  /// Whether those that are read at once cost less, as where the facts are far away.
+  virtual bool AnswersTogether() const { return false; }
   /// Null where the facts are not in a file.
   virtual const FactRows* Rows() const = 0;
 };

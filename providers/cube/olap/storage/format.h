@@ -14,6 +14,8 @@ static_assert(std::endian::native == std::endian::little,
 inline constexpr std::array<char, 8> kFileMagic = {'V', 'o', 'k', 'C', 'u', 'b', 'e', '\x1a'};
 inline constexpr std::array<char, 8> kEndMagic = {'V', 'o', 'k', 'C', 'u', 'b', 'E', '\x1a'};
 inline constexpr uint32_t kFormatVersion = 2;
+/// Of files whose facts stay in a database.
+inline constexpr uint32_t kLiveVersion = 3;
 /// Files of version 1 have neither aggregates nor counts of different values.
 inline constexpr uint32_t kOldestVersion = 1;
 inline constexpr uint32_t kNoBlock = 0xFFFFFFFF;
@@ -69,7 +71,8 @@ enum class SectionTag : uint32_t {
   kFacts = 2,
   kAggregates = 3,
   kCalculated = 4,
-  kOrigin = 5
+  kOrigin = 5,
+  kLive = 6  ///< in place of facts
 };
 
 enum class NumberKind : uint8_t { kDecimal = 0, kDouble = 1 };

@@ -200,8 +200,8 @@ TEST(DamagedCubeFile, FailureSaysWhatIsWrong) {
     return test::DescriptionOf([&] { CubeFile::Open(bytes, "sample.cub"); });
   };
   EXPECT_THAT(said_with(0, 'x'), testing::ContainsRegex("sample.cub.* is not a cube file"));
-  EXPECT_THAT(said_with(8, 3), testing::ContainsRegex(
-                                   "sample.cub.* format version 3, newer than this program reads"));
+  EXPECT_THAT(said_with(8, 4), testing::ContainsRegex(
+                                   "sample.cub.* format version 4, newer than this program reads"));
 }
 
 }  // namespace

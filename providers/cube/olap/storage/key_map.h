@@ -4,10 +4,13 @@
 #include <cstdint>
 #include <functional>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <unordered_map>
 #include <vector>
+
+#include "platform/row_text.h"
 
 namespace vok::olap {
 
@@ -22,6 +25,8 @@ class KeyMap {
   /// Replaces every number n by `numbers[n]` and prepares for fast look-ups.
   void Finish(const std::vector<uint32_t>& numbers);
   uint32_t Find(std::string_view key) const;
+  /// Each key with its number, in no order.
+  void ForEach(const std::function<void(const std::string& key, uint32_t number)>& tell) const;
 
  private:
   struct Hash : std::hash<std::string_view> {
@@ -35,5 +40,10 @@ class KeyMap {
   int64_t dense_begin_ = 0;
   std::vector<uint32_t> dense_;  // in place of `integers_` when they lie close together
 };
+
+/// The keys of several columns as one: they are told apart by their lengths.
+void JoinKeys(std::span<const Field> fields, std::string& key);
+/// What was joined: the text of each column, nothing for NULL.
+std::vector<std::optional<std::string>> SplitKeys(std::string_view key);
 
 }  // namespace vok::olap

@@ -1,6 +1,7 @@
-#include "providers/cube/olap/build/key_map.h"
+#include "providers/cube/olap/storage/key_map.h"
 
 #include <algorithm>
+#include <charconv>
 
 namespace vok::olap {
 namespace {
@@ -61,6 +62,16 @@ void KeyMap::MakeDense() {
   integers_ = {};
 }
 
+void KeyMap::ForEach(
+    const std::function<void(const std::string& key, uint32_t number)>& tell) const {
+  for (const auto& [key, number] : integers_) tell(std::to_string(key), number);
+  for (std::size_t place = 0; place < dense_.size(); ++place) {
+    if (dense_[place] == kAbsent) continue;
+    tell(std::to_string(dense_begin_ + static_cast<int64_t>(place)), dense_[place]);
+  }
+  for (const auto& [key, number] : texts_) tell(key, number);
+}
+
 uint32_t KeyMap::Find(std::string_view key) const {
   const auto integer = AsInteger(key);
   if (!integer) {
@@ -73,6 +84,30 @@ uint32_t KeyMap::Find(std::string_view key) const {
   }
   const auto found = integers_.find(*integer);
   return found == integers_.end() ? kAbsent : found->second;
+}
+
+void JoinKeys(std::span<const Field> fields, std::string& key) {
+  key.clear();
+  for (const Field& field : fields) {
+    key += field.is_null ? "-" : std::to_string(field.text.size());
+    key += ':';
+    key += field.text;
+  }
+}
+
+std::vector<std::optional<std::string>> SplitKeys(std::string_view key) {
+  std::vector<std::optional<std::string>> texts;
+  while (!key.empty()) {
+    const std::size_t colon = std::min(key.find(':'), key.size() - 1);
+    std::size_t length = 0;
+    const bool is_null = key.starts_with('-');
+    std::from_chars(key.data(), key.data() + colon, length);
+    key.remove_prefix(colon + 1);
+    length = is_null ? 0 : std::min(length, key.size());
+    texts.push_back(is_null ? std::nullopt : std::optional<std::string>(key.substr(0, length)));
+    key.remove_prefix(length);
+  }
+  return texts;
 }
 
 }  // namespace vok::olap
