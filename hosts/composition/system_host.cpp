@@ -100,8 +100,8 @@ std::unique_ptr<TableServer> OpenTableServerOf(const SystemPlatform& platform,
   if (scheme == "postgresql" || scheme == "postgres") {
     if (platform.postgresql) return platform.postgresql(address, settings, stop);
     ThrowNoTableServer(address,
-                       "this program has no library for PostgreSQL here. Build the cube on Linux, "
-                       "or save the tables as CSV files");
+                       "this program has no library for PostgreSQL here. Build a file with the "
+                       "facts on Linux, or save the tables as CSV files");
   }
   if (scheme == "clickhouse+https" || scheme == "clickhouse+http") {
     return clickhouse::OpenServer(address, settings, platform.transport, stop);
