@@ -35,7 +35,12 @@ cp "$data"/schema.xml "$data"/*.csv data
 build=("$vokcube" cube build --schema data/schema.xml --data)
 run=("$vokcube" run --settings-folder settings --data-source Domestic --output report.XLSX --periods)
 expect 0 "stored cells" "${build[@]}" data --output ledger.cub
-expect 0 "Imported" "$vokcube" settings import "$data/settings.json" --settings-folder settings
+import=("$vokcube" settings import "$data/settings.json" --settings-folder settings)
+for kilobytes in 1 20; do
+  expect 1 "was not made" bash -c "ulimit -f $kilobytes"' && exec "$@"' bash "${import[@]}"
+  [[ -z $(ls -A settings) ]] || fail "left: $(ls -A settings)"
+done
+expect 0 "Imported" "${import[@]}"
 expect 0 "1950" "$vokcube" periods fill Never --interval year --from 1950-01-01 --last 1 \
   --settings-folder settings
 mkdir many none
@@ -114,8 +119,7 @@ for _ in {1..5}; do
 done
 
 cp settings/CubToQel.mdb settings.before
-expect 1 "Nothing was changed" bash -c 'ulimit -f 16 && exec "$@"' bash \
-  "$vokcube" settings import "$data/settings.json" --settings-folder settings
+expect 1 "Nothing was changed" bash -c 'ulimit -f 16 && exec "$@"' bash "${import[@]}"
 chmod 0444 settings/CubToQel.mdb
 expect 0 "Demo" "${as_nobody[@]}" "$vokcube" settings export --settings-folder settings
 expect 1 "must not be written" "${as_nobody[@]}" "$vokcube" settings delete periods Demo \

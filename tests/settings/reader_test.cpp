@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "settings/set_reader.h"
+#include "tests/support/failures.h"
 #include "tests/support/memory_host.h"
 #include "tests/support/table_database.h"
 
@@ -51,6 +52,11 @@ TEST_F(ReaderTest, AFieldThatCannotBeReadEndsTheReadAndIsReported) {
     EXPECT_THAT(boxes[0].text,
                 AllOf(HasSubstr("field " + c.field + " of the table " + c.table),
                       HasSubstr("\r\nFunction : " + procedure + "\r\nModule : ModSettings\r\n")));
+    const auto in_window = [&] {
+      of_periods ? void(ReadEditedPeriods(host, environment, "S"))
+                 : void(ReadEditedDataSource(host, environment, "S"));
+    };
+    EXPECT_EQ(test::NumberOf(in_window), c.field == "Qty12" ? 0 : c.number) << c.field;
     tables = kept;
   }
 }

@@ -159,7 +159,8 @@ TEST_F(StoreTest, ANameThatMeansAnotherSetIsRefusedBeforeTheFileIsOpened) {
   }
   Create();
   EXPECT_EQ(Load("Sales'; delete * from Main", "it's"), 9999);
-  EXPECT_EQ(memory.boxes.boxes.size(), 3U) << "two reports and the message";
+  ASSERT_EQ(memory.boxes.boxes.size(), 3U) << "two reports and the message";
+  EXPECT_EQ(memory.boxes.boxes[2].title, test::kExecutable);
 }
 
 TEST_F(StoreTest, DeletingTakesTheTablesOfTheKind) {
@@ -217,6 +218,12 @@ TEST_F(StoreTest, AnotherDatabaseIsReadWithWhatItLacksToldWhatIsLeftOutAndNotWri
   EXPECT_EQ(Load("Old", ""), 9999) << "a run wants the quantities";
   EXPECT_EQ(ReadEditedDataSource(host, environment, "Old")->MoneySets[12].Qty, "");
   EXPECT_EQ(Load("Old", ""), 0) << "a run reads what the window has loaded";
+  SaveDataSourceInfo(host, environment, Source("Null"));
+  money[0].second = "Null";
+  add("MoneySetsMeasures", money);
+  EXPECT_EQ(Load("Null", ""), 9999) << "its quantities are";
+  SaveMoneyMeasures(host, environment, *ReadEditedDataSource(host, environment, "Null"));
+  EXPECT_EQ(Load("Null", ""), 0) << "and what the window has saved";
 }
 
 TEST_F(StoreTest, AnOlderFileGetsTheColumnsThatItLacks) {

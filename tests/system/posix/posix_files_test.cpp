@@ -12,6 +12,7 @@
 #include <filesystem>
 #include <functional>
 #include <string>
+#include <utility>
 
 #include "platform/failure.h"
 #include "system/posix/temporary_file.h"
@@ -20,6 +21,7 @@
 
 namespace {
 
+std::function<void()> at_next_status;
 bool is_status_unknown = false;
 int folder_sync_error = 0;
 mode_t mode_seen_by_chown = 0;
@@ -32,10 +34,11 @@ mode_t ModeOf(int file) {
 
 }  // namespace
 
-// In place of the C library's: the first and the second fail when they are told to; the third fails
-// for folders with the error that is set; the fourth notes what a file's permissions are before
-// they are made those of the file that it replaces.
+// In place of the C library's: the first, which may do something else before, and the second fail
+// when they are told to; the third fails for folders with the error that is set; the fourth notes
+// what a file's permissions are before they are made those of the file that it replaces.
 extern "C" int fstat(int file, struct stat* status) noexcept {
+  if (at_next_status) std::exchange(at_next_status, nullptr)();
   if (is_status_unknown) {
     errno = EIO;
     return -1;
@@ -111,6 +114,11 @@ TEST_F(PosixFilesTest, ReplacesWhatASymbolicLinkLeadsTo) {
 }
 
 TEST_F(PosixFilesTest, SweepsWhatKilledProcessesLeftAndNothingElse) {
+  at_next_status = [&] {
+    RemoveTemporaries();
+    EXPECT_EQ(EntryCount(), 0) << "a signal comes just after one was made";
+  };
+  files_.Replace(At("out.xlsX"));
   for (const char* name : {".vokcube-1-2.tmp.txt", ".vokcube-mine.tmp", "vokcube-1-2.tmp"}) {
     files_.Append(At(name), "a person's");
   }
