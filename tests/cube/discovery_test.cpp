@@ -53,14 +53,21 @@ TEST_F(DiscoveryTest, CatalogsEndInQelAndTheDefaultOneIsChosen) {
 }
 
 TEST_F(DiscoveryTest, MeasuresMoneySetsAndMembersAreReadOverOneConnectionEach) {
-  cube.Change("\"Units\"", "\"Quantity sold\"").Change("\"Facts\"", "\"quantity\"");
+  const auto decoy = [](const std::string& name) {
+    return "<Hierarchy name='" + name +
+           "' hasAll='true' primaryKey='act_id'><Table name='dim_act'/><Level name='File' "
+           "column='file'/></Hierarchy>";
+  };
+  const std::string begin = "foreignKey=\"act_id\">", end = "column=\"file\"/>\n      </Hierarchy>";
+  cube.Change("\"Units\"", "\"Sold Quantity, kg\"").Change("\"Facts\"", "\"quantity\"");
+  cube.Change(begin, begin + decoy("xlFile2")).Change(end, end + decoy("Old.xlFile"));
   EXPECT_EQ(GetMeasFromCube(host, "s.cub", "A QEL"), (Value::Array{"Amount", "quantity"}));
   EXPECT_THAT(cube.calls,
               ElementsAre("connect Provider=MSOLAP;Data Source=s.cub;Initial Catalog=A QEL;Client "
                           "Cache Size=25;Auto Synch Period=10000",
                           "close"));
   const MeasureChoices choices = ReadMeasureChoices(host, "s.cub", "QEL");
-  EXPECT_THAT(choices.measures, ElementsAre("Amount", "Quantity sold", "quantity"));
+  EXPECT_THAT(choices.measures, ElementsAre("Amount", "Sold Quantity, kg", "quantity"));
   EXPECT_THAT(choices.money_sets, ElementsAre("EUR", "NIS", "USD"));
   EXPECT_THAT(ReadObsMembers(host, "s.cub", "QEL"), ElementsAre("Ledger1", "Ledger2"));
   const struct {

@@ -54,6 +54,16 @@ for book in pair*.xlsX; do
 done
 ((number > 0)) || fail "no settings to run"
 
+# The first money sets are dollars and euros by their names: January in the one, February in the other.
+sqlite3 -csv :memory: ".import data/entries.csv e" ".import data/files.csv f" ".import data/money.csv m" \
+  "SELECT printf('%.2f', sum(amount)) FROM e JOIN f USING (file_id) JOIN m USING (money_id)
+    WHERE ledger = 'Export' AND opening_key = 1 AND
+      (code, substr(date_id, 1, 6)) IN (VALUES ('USD', '202401'), ('EUR', '202402'))
+    GROUP BY code ORDER BY code DESC" > of_money
+sheet pair4.xlsX |
+  awk -F, 'NR > 1 { usd += $(NF - 22); eur += $(NF - 20) } END { printf "%.2f\n%.2f\n", usd, eur }' |
+  diff of_money - || fail "the money of Export, Months 2024"
+
 # The windows' language says from which side a sheet is read, the country on which paper it is printed.
 IFS=$'\t' read -r source periods < <("$recompute" data)
 printf '[Qel]\r\nQelUILanguage=1\r\n' > settings/Qel.ini

@@ -159,7 +159,8 @@ TEST(Timing, MeasuresSecondsOfTheClock) {
   for (const auto& [start, finish, seconds] : cases) {
     test::FixedClock clock;
     Timing timing(clock);
-    timing.Start();  // of an earlier run
+    clock.milliseconds = 3000;  // of an earlier run
+    timing.Start();
     clock.milliseconds = 7000;
     timing.Finish();
     clock.milliseconds = start;

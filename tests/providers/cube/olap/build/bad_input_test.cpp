@@ -46,7 +46,14 @@ void ExpectRefusals(const std::string& table, const std::vector<Change>& changes
 TEST(BadFormula, IsRefusedByMemberLineAndColumn) {
   const char* kEnd = "</Cube>";
   const std::string begin = R"(<CalculatedMember name="X" dimension="Measures")";
+  std::string chain = begin + " formula='1'/>";
+  for (int i = 0; i < 400; ++i) {
+    const std::string before = i == 0 ? "X" : std::to_string(i - 1);
+    chain += "<CalculatedMember name='" + std::to_string(i) +
+             "' dimension='Measures' formula='[Measures].[" + before + "] + 1'/>";
+  }
   std::vector<Change> changes = {
+      {kEnd, chain, {"schema.xml, line 41: calculated member", "more than 1000 steps deep"}},
       {kEnd, begin + "/>", {"line 41", "\"X\"", "no <Formula>"}},
       {kEnd,
        begin + "><Formula>\n[Measures].[Amount] +\n [Measures].[Nope]</Formula></CalculatedMember>",
