@@ -93,12 +93,15 @@ constexpr char kKeysAlone[] = R"(
     focus CmbMeas(0); type Amount; press Return; see TextMeasure(0) Amount; focus cmdOptions
     press Tab; focus cmdCopyMeasure; press Space; see TextMeasure(12) Amount
     press Tab; focus ComMeasure(0); press Tab; focus TextPeriod(0); type January
-    press Tab; type 01/01/2009; press Tab; focus txtDate2(0); type 31/01/2009
+    press Tab; press Tab; press Tab; focus CheckItraPticha(0); press Space
+    press Shift+Tab; press Shift+Tab; focus txtDate1(0); type 01/01/2009
+    press Tab; focus txtDate2(0); type 31/01/2009
     press F5; front #1111; press Return; focus txtOutput; type OUT
     press F5; front #1108; press Return; await fraResult; focus cmdOpenWorkbook
     press Space; press Esc)";
 
-/// Works through the window until the workbook is opened. Returns the name of its first line.
+/// Works through the window until the workbook is opened. Returns the name of its first line, a
+/// movement, and the last figure, an opening balance.
 std::string WorkByKeys(DrawnDesk& desk, const std::string& cube) {
   const auto window = desk.OpenDrawn();
   std::string keys = Replaced(kKeysAlone, "CUBE", cube);
@@ -106,13 +109,14 @@ std::string WorkByKeys(DrawnDesk& desk, const std::string& cube) {
   window->Show();
   EXPECT_EQ(std::filesystem::path(desk.desktop.opened),
             std::filesystem::path(desk.folder.File("out.xlsX")));
-  return window->form().At("lvwRows").Rows.at(0).at(0);
+  const auto& rows = window->form().At("lvwRows").Rows;
+  return rows.at(0).at(0) + " " + rows.back().back();
 }
 
 TEST(QueryWindow, IsWorkedWithByKeysAloneToAnOpenedWorkbook) {
   for (const int language : {0, 1}) {
     DrawnDesk desk(language);
-    EXPECT_EQ(WorkByKeys(desk, desk.Cube()), language == 1 ? "החזרות" : "Returns");
+    EXPECT_EQ(WorkByKeys(desk, desk.Cube()), language == 1 ? "החזרות -65.35" : "Returns -65.35");
   }
 }
 
