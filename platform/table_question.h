@@ -17,7 +17,7 @@ struct TableName {
 enum class Gathering { kNone, kSum, kCount, kLeast, kLargest };
 
 struct AskedColumn {
-  std::string name;  ///< "" where rows are counted, whatever they hold
+  std::string name;  ///< "" where rows are counted, also those of NULL alone
   Gathering gathering = Gathering::kNone;
 };
 

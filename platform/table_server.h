@@ -49,7 +49,7 @@ class TableServer {
   /// the result; nullptr: nothing is called.
   virtual std::unique_ptr<ServerRows> Read(const TableQuestion& question,
                                            const std::function<void()>* check = nullptr) = 0;
-  /// A text that is another one after any change of these columns, whatever the order of the rows.
+  /// A text that changes with the content of these columns, and not with the order of the rows.
   virtual std::string Fingerprint(const TableName& table,
                                   const std::vector<std::string>& columns) = 0;
 };
