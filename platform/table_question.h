@@ -11,7 +11,13 @@ namespace vok {
 struct TableName {
   std::string name;
   std::string schema = {};  ///< "": where the server looks by itself
+  bool operator==(const TableName&) const = default;
 };
+
+/// "sales.orders", or the name alone.
+inline std::string ShownName(const TableName& table) {
+  return table.schema.empty() ? table.name : table.schema + "." + table.name;
+}
 
 /// How the values of rows are put together; NULL counts for none of them.
 enum class Gathering { kNone, kSum, kCount, kLeast, kLargest };
@@ -48,6 +54,13 @@ struct TableQuestion {
   std::vector<KeyCondition> expected = {};
   uint64_t most_rows = 0;  ///< of the answer; one more is sent when there are more. 0: any number
 };
+
+/// All rows, as they are.
+inline TableQuestion RowsOf(const TableName& table, const std::vector<std::string>& columns) {
+  TableQuestion question{table, {}};
+  for (const std::string& column : columns) question.columns.push_back({column});
+  return question;
+}
 
 inline bool IsGathered(const TableQuestion& question) {
   for (const AskedColumn& column : question.columns) {

@@ -19,6 +19,15 @@ struct ServerColumn {
   bool is_number = false;
 };
 
+/// Null when none has the name.
+inline const ServerColumn* FindColumn(const std::vector<ServerColumn>& columns,
+                                      const std::string& name) {
+  for (const ServerColumn& column : columns) {
+    if (column.name == name) return &column;
+  }
+  return nullptr;
+}
+
 /// Rows that are read once, as they arrive.
 class ServerRows {
  public:

@@ -6,6 +6,8 @@
 #include <numeric>
 #include <optional>
 
+#include "providers/cube/olap/storage/live_source.h"
+
 namespace vok::olap {
 namespace {
 
@@ -165,19 +167,8 @@ void PlanKeys(const std::vector<LoadedHierarchy>& hierarchies, FactPlan& plan) {
   }
 }
 
-Gathering GatheringOf(Aggregator aggregator) {
-  switch (aggregator) {
-    case Aggregator::kSum:
-      return Gathering::kSum;
-    case Aggregator::kCount:
-      return Gathering::kCount;
-    case Aggregator::kMin:
-      return Gathering::kLeast;
-    case Aggregator::kMax:
-      return Gathering::kLargest;
-    case Aggregator::kDistinctCount:
-      break;
-  }
+Gathering ByTheServer(Aggregator aggregator) {
+  if (const auto gathering = GatheringOf(aggregator)) return *gathering;
   throw Failure(failure_number::kUnspecified,
                 "A count of different values cannot be put together by the server. Build without "
                 "--group, or take the measure out of the schema");
@@ -193,7 +184,7 @@ void PlanValues(const CubeSchema& cube, bool gathered, FactPlan& plan) {
     plan.value_of_measure.push_back(static_cast<uint32_t>(same - plan.values.begin()));
     if (same != plan.values.end()) continue;
     plan.values.push_back({measure.column, measure.aggregator, plan.columns.size()});
-    const auto gathering = gathered ? GatheringOf(measure.aggregator) : Gathering::kNone;
+    const auto gathering = gathered ? ByTheServer(measure.aggregator) : Gathering::kNone;
     if (gathered || !measure.column.empty()) plan.columns.push_back({measure.column, gathering});
   }
   if (!gathered) return;

@@ -18,9 +18,8 @@ namespace {
 LiveKeys KeysOf(const LoadedHierarchy& hierarchy, const std::vector<ServerColumn>& columns) {
   LiveKeys keys{hierarchy.fact_columns, true, !hierarchy.has_table, {}};
   for (const std::string& name : keys.columns) {
-    const auto column = std::find_if(columns.begin(), columns.end(),
-                                     [&](const ServerColumn& each) { return each.name == name; });
-    keys.are_numbers = keys.are_numbers && column != columns.end() && column->is_number;
+    const ServerColumn* const column = FindColumn(columns, name);
+    keys.are_numbers = keys.are_numbers && column != nullptr && column->is_number;
   }
   hierarchy.leaves.ForEach([&keys](const std::string& text, uint32_t leaf) {
     keys.keys.push_back({leaf, text});
@@ -40,7 +39,7 @@ std::vector<LiveTable> TablesOf(TableServer& server, const CubeSchema& cube) {
       LiveTable table{hierarchy.table, MemberTree(hierarchy).Columns(), {}};
       table.columns.push_back(hierarchy.primary_key);
       const bool is_known = std::any_of(tables.begin(), tables.end(), [&](const LiveTable& other) {
-        return ShownName(other.name) == ShownName(table.name) && other.columns == table.columns;
+        return other.name == table.name && other.columns == table.columns;
       });
       if (is_known) continue;
       table.fingerprint = server.Fingerprint(table.name, table.columns);
@@ -61,11 +60,9 @@ LiveMeasure MeasureOf(const TableServer& server, const CubeSchema& cube,
   }
   LiveMeasure live{measure.column, false};
   if (measure.column.empty()) return live;
-  const auto column = std::find_if(columns.begin(), columns.end(), [&](const ServerColumn& each) {
-    return each.name == measure.column;
-  });
+  const ServerColumn* const column = FindColumn(columns, measure.column);
   const std::string table = server.address() + ", table " + ShownName(cube.fact_table);
-  if (column == columns.end()) {
+  if (column == nullptr) {
     std::vector<std::string> names;
     names.reserve(columns.size());
     for (const ServerColumn& each : columns) names.push_back(each.name);

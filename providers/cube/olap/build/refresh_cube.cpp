@@ -35,12 +35,10 @@ class SomeFacts : public TableSource {
 
   std::unique_ptr<TableParts> OpenParts(const TableName& table,
                                         const std::vector<std::string>& columns) const override {
-    TableQuestion question{table, {}};
-    for (const std::string& column : columns) question.columns.push_back({column});
-    return Ask(question);
+    return Ask(RowsOf(table, columns));
   }
   std::unique_ptr<TableParts> Ask(const TableQuestion& question) const override {
-    if (ShownName(question.table) != ShownName(table_)) return source_.Ask(question);
+    if (question.table != table_) return source_.Ask(question);
     if (ranges_.empty()) return std::make_unique<NoParts>();
     TableQuestion narrowed = question;
     narrowed.where.push_back({{key_column_}, ranges_});

@@ -54,11 +54,8 @@ class ServerTables : public TableSource {
 
   std::unique_ptr<TableParts> OpenParts(const TableName& table,
                                         const std::vector<std::string>& columns) const override {
-    TableQuestion question{table, {}};
-    for (const std::string& column : columns) question.columns.push_back({column});
-    question.once = std::any_of(once_.begin(), once_.end(), [&](const TableName& other) {
-      return other.name == table.name && other.schema == table.schema;
-    });
+    TableQuestion question = RowsOf(table, columns);
+    question.once = std::find(once_.begin(), once_.end(), table) != once_.end();
     return Ask(question);
   }
 

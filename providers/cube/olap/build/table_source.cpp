@@ -51,10 +51,6 @@ std::unique_ptr<TableSource> OpenTableSource(const Files& files, const std::stri
   return OpenSqliteDatabase(files, path);
 }
 
-std::string ShownName(const TableName& table) {
-  return table.schema.empty() ? table.name : table.schema + "." + table.name;
-}
-
 std::vector<std::size_t> PlacesOf(const std::vector<std::string>& wanted,
                                   const std::vector<std::string>& there, const std::string& table) {
   std::vector<std::size_t> places;

@@ -93,9 +93,6 @@ std::unique_ptr<TableSource> OpenCsvFolder(const Files& files, const std::string
                                            const CsvOptions& csv = {});
 std::unique_ptr<TableSource> OpenSqliteDatabase(const Files& files, const std::string& path);
 
-/// "sales.orders", or the name alone.
-std::string ShownName(const TableName& table);
-
 /// Where each of `wanted` stands in `there`. Failure: not there, naming the column and the table.
 std::vector<std::size_t> PlacesOf(const std::vector<std::string>& wanted,
                                   const std::vector<std::string>& there, const std::string& table);

@@ -1,6 +1,5 @@
 #include "providers/cube/olap/live/live_facts.h"
 
-#include <algorithm>
 #include <utility>
 
 #include "platform/failure.h"
@@ -14,29 +13,12 @@ namespace {
 /// A longer list of keys is not sent where the answer tells them apart anyway.
 constexpr std::size_t kMostListed = 10'000;
 
-std::string ShownTable(const TableName& table) {
-  return table.schema.empty() ? table.name : table.schema + "." + table.name;
-}
-
 /// The first hierarchy of the first time dimension.
 std::optional<uint32_t> TimeOf(const CubeModel& model) {
   for (const Dimension& dimension : model.dimensions) {
     if (dimension.is_time) return dimension.hierarchies.front();
   }
   return std::nullopt;
-}
-
-Gathering GatheringFor(Aggregator aggregator) {
-  switch (aggregator) {
-    case Aggregator::kCount:
-      return Gathering::kCount;
-    case Aggregator::kMin:
-      return Gathering::kLeast;
-    case Aggregator::kMax:
-      return Gathering::kLargest;
-    default:
-      return Gathering::kSum;
-  }
 }
 
 }  // namespace
@@ -63,11 +45,9 @@ void LiveFacts::CheckColumns() const {
   }
   const std::vector<ServerColumn> columns = server_->Columns(live.fact_table);
   for (const std::string& name : wanted) {
-    const bool is_there = std::any_of(columns.begin(), columns.end(),
-                                      [&](const ServerColumn& each) { return each.name == name; });
-    if (is_there) continue;
+    if (FindColumn(columns, name) != nullptr) continue;
     throw Failure(failure_number::kUnspecified,
-                  server_->address() + ", table " + ShownTable(live.fact_table) +
+                  server_->address() + ", table " + ShownName(live.fact_table) +
                       " has no column \"" + name + "\" any more, which " + file_name_ +
                       " was made with. Build that file anew with vokcube cube build --live");
   }
@@ -78,7 +58,7 @@ void LiveFacts::CheckMembers() const {
     if (server_->Fingerprint(table.name, table.columns) == table.fingerprint) continue;
     throw Failure(failure_number::kUnspecified,
                   "The members of " + file_name_ + " are older than table " +
-                      ShownTable(table.name) + ". Run vokcube cube refresh " + file_name_ + ".");
+                      ShownName(table.name) + ". Run vokcube cube refresh " + file_name_ + ".");
   }
 }
 
@@ -135,7 +115,7 @@ TableQuestion LiveFacts::QuestionOf(const SliceBatch& batch,
   }
   for (const uint32_t measure : batch.measures) {
     question.columns.push_back(
-        {live.measures[measure].column, GatheringFor(cube_->model.measures[measure].aggregator)});
+        {live.measures[measure].column, *GatheringOf(cube_->model.measures[measure].aggregator)});
   }
   if (batch.parts.size() > 1) {
     for (const auto& part : batch.parts) {
@@ -155,7 +135,7 @@ void LiveFacts::Answer(std::span<const FactQuery* const> queries, const SliceBat
       [this](uint32_t hierarchy, const std::string& key) { FailForKey(hierarchy, key); });
   for (const std::size_t index : batch.questions) reader.AddQuestion(*queries[index]);
   const auto& check = queries[batch.questions.front()]->check;
-  const std::string place = server_->address() + ", sums of table " + ShownTable(question.table);
+  const std::string place = server_->address() + ", sums of table " + ShownName(question.table);
   const auto rows = server_->Read(question, &check);
   uint64_t taken = 0;
   for (std::string text; rows->Next(text);) {
@@ -192,7 +172,7 @@ void LiveFacts::FailForKey(uint32_t hierarchy, const std::string& key) const {
     columns += (columns.empty() ? "" : ", ") + column;
   }
   throw Failure(failure_number::kUnspecified,
-                server_->address() + ", table " + ShownTable(live.fact_table) + ", column " +
+                server_->address() + ", table " + ShownName(live.fact_table) + ", column " +
                     columns + ": the key \"" + key + "\" has no member in " +
                     cube_->model.hierarchies[hierarchy].unique_name() + " of " + file_name_ +
                     ". Add it to the dimension's table and run vokcube cube refresh " + file_name_ +

@@ -36,6 +36,9 @@ class LiveSectionReader {
     source.fact_table = ReadTable();
     source.measures.resize(in_.GetCount(sizeof(uint32_t)));
     Require(source.measures.size() == model_.measures.size());
+    for (const Measure& measure : model_.measures) {
+      Require(GatheringOf(measure.aggregator).has_value());
+    }
     for (LiveMeasure& measure : source.measures) {
       measure.column = in_.GetText();
       measure.is_binary_fraction = ReadFlag();
@@ -107,6 +110,22 @@ class LiveSectionReader {
 };
 
 }  // namespace
+
+std::optional<Gathering> GatheringOf(Aggregator aggregator) {
+  switch (aggregator) {
+    case Aggregator::kSum:
+      return Gathering::kSum;
+    case Aggregator::kCount:
+      return Gathering::kCount;
+    case Aggregator::kMin:
+      return Gathering::kLeast;
+    case Aggregator::kMax:
+      return Gathering::kLargest;
+    case Aggregator::kDistinctCount:
+      break;
+  }
+  return std::nullopt;
+}
 
 ByteWriter LiveSection(const LiveSource& source,
                        const std::function<uint32_t(std::string_view)>& add_block) {

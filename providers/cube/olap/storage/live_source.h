@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -48,6 +49,9 @@ struct LiveSource {
   std::vector<LiveKeys> hierarchies;  ///< one for each hierarchy of the cube
   std::vector<LiveTable> tables;
 };
+
+/// How a database server puts values together as the aggregator does; nothing: it cannot.
+std::optional<Gathering> GatheringOf(Aggregator aggregator);
 
 /// The section of the source. Each hierarchy's keys go into a block of their own, which `add_block`
 /// gives a number.
