@@ -35,6 +35,12 @@ struct Term {
   std::function<Result(const Place&)> at;
 };
 
+/// One member was asked for where the slicer has several of the hierarchy.
+struct UnknownMember {};
+
+/// The same wherever a cell stands.
+Term Constant(std::string text, const Result& result);
+
 using ValueAt = std::function<Cell(const Tuple&)>;
 
 /// The parts of a form, where a cell stands.
@@ -48,6 +54,7 @@ struct Call {
   /// nullptr: missing.
   const Member* One(std::size_t part) const {
     const Tuples tuples = Set(part);
+    if (tuples.size() > 1) throw UnknownMember();
     return tuples.empty() ? nullptr : tuples[0][0];
   }
   Cell Number(std::size_t part, const Tuple& at = {}) const {
@@ -61,6 +68,9 @@ struct Call {
 };
 
 struct Form {
+  /// Whether the text has a part of one of the letters.
+  bool HasPart(std::string_view letters) const;
+
   std::string_view text;
   std::function<Result(const Call&)> at;
 };

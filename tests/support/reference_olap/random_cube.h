@@ -49,9 +49,13 @@ struct RandomCube {
 };
 RandomCube MakeRandomCube(uint64_t seed, const std::string& name, const CubeSize& size = {});
 
+/// Within the failure of a query that asks for the one member of a hierarchy where the slicer has
+/// several.
+inline constexpr const char* kUnknownMember = "is not known here";
+
 struct RandomQuery {
   std::string mdx;
-  /// The axes and cells, in the words of the recorded answers.
+  /// The axes and cells, in the words of the recorded answers, or `kUnknownMember`.
   std::string answer;
 };
 

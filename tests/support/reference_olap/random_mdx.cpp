@@ -59,21 +59,9 @@ Tuples NonEmpty(const Cube& cube, const Place& place, Axes axes, std::size_t axi
   return kept;
 }
 
-Term Constant(std::string text, const Result& result) {
-  return {std::move(text), [result](const Place&) { return result; }};
-}
-
 Term Named(const Member& member) { return Constant(member.unique_name, &member); }
 
 Term Number(int number) { return Constant(std::to_string(number), Cell(number)); }
-
-/// Whether the form has a part of one of the letters.
-bool HasPart(std::string_view form, std::string_view letters) {
-  for (std::size_t at = form.find('%'); at != form.npos; at = form.find('%', at + 1)) {
-    if (letters.find(form[at + 1]) != letters.npos) return true;
-  }
-  return false;
-}
 
 class QueryMaker {
  public:
@@ -91,23 +79,33 @@ class QueryMaker {
     }
     select += "} ON 0";
     std::vector<bool> non_empty = {dice_.OneIn(4)};
+    std::vector<Term> sets;
     if (non_empty[0]) select = "NON EMPTY " + select;
     for (const Hierarchies& hierarchies : Rows()) {
       const Term set = Axis(hierarchies);
       non_empty.push_back(!tame_ && dice_.OneIn(2));
       select += (non_empty.back() ? ", NON EMPTY " : ", ") + set.text + " ON " +
                 std::to_string(axes.size());
-      axes.push_back(set.at(base_).tuples);
+      axes.emplace_back();
+      sets.push_back(set);
     }
+    return {with_ + " SELECT " + select + " FROM [" + cube_name + "]" + where_,
+            Answer(axes, sets, non_empty)};
+  }
+
+ private:
+  std::string Answer(Axes axes, const std::vector<Term>& sets,
+                     const std::vector<bool>& non_empty) const try {
+    for (std::size_t i = 0; i < sets.size(); ++i) axes[i + 1] = sets[i].at(base_).tuples;
     Axes kept = axes;
     for (std::size_t axis = 0; axis < axes.size(); ++axis) {
       if (non_empty[axis]) kept[axis] = NonEmpty(cube_, base_, axes, axis);
     }
-    return {with_ + " SELECT " + select + " FROM [" + cube_name + "]" + where_,
-            Written(cube_, kept, CellsOf(cube_, base_, kept))};
+    return Written(cube_, kept, CellsOf(cube_, base_, kept));
+  } catch (const UnknownMember&) {
+    return kUnknownMember;
   }
 
- private:
   /// Some hierarchies stand in WHERE, at one member or at two taken together.
   void ChooseSlicer() {
     for (std::size_t h = 1; h < cube_.hierarchies.size(); ++h) {
@@ -118,18 +116,20 @@ class QueryMaker {
       const Member& member = Stored(h);
       const Member& other = Stored(h);
       const bool several = !tame_ && dice_.OneIn(3) && &member != &other;
+      if (several) anywhere_.push_back(h);
       base_.at[h] = several ? Members{&member, &other} : Members{&member};
       where_ += (where_.empty() ? " WHERE {" : " * {") + member.unique_name +
                 (several ? ", " + other.unique_name : "") + "}";
     }
     dice_.Shuffle(free_);
+    anywhere_.insert(anywhere_.end(), free_.begin(), free_.end());
   }
 
   void AddNamedSet() {
     const Hierarchies of = AnyHierarchies();
     const Term set = Made('s', of, kDepth - 1);
     with_ += " SET [some] AS " + set.text;
-    named_ = set.at(base_).tuples;
+    named_ = set;
     named_of_ = of;
   }
 
@@ -171,7 +171,7 @@ class QueryMaker {
   /// 'm', 's', 'v' or 'c', as in the texts of forms; members and sets of the hierarchies.
   Term Made(char kind, const Hierarchies& of_set, int depth) {
     if (kind == 's' && named_of_ == of_set && dice_.OneIn(6)) {
-      return {"[some]", [this](const Place&) { return named_; }};
+      return {"[some]", [this](const Place&) { return named_.at(base_); }};
     }
     const Hierarchies of = kind == 'v' ? AnyHierarchies() : of_set;
     const Form& form = Chosen(kind, of, dice_.OneIn(4) ? 0 : depth);
@@ -200,12 +200,12 @@ class QueryMaker {
                                        : kConditionForms;
     std::vector<const Form*> fitting;
     const auto add = [&](const Form& form) {
-      const bool goes_deeper = HasPart(form.text, kind == 'm' ? "m" : "svc12");
-      const bool is_of_pairs = HasPart(form.text, "w2");
-      const bool is_of_one = !is_of_pairs && HasPart(form.text, "m1dhl");
+      const bool goes_deeper = form.HasPart(kind == 'm' ? "m" : "svc12");
+      const bool is_of_pairs = form.HasPart("w2");
+      const bool is_of_one = !is_of_pairs && form.HasPart("m1dhl");
       if (goes_deeper && depth <= 0) return;
       if (of.size() == 1 ? is_of_pairs : is_of_one) return;
-      if (of[0] == 1 || !HasPart(form.text, "P")) fitting.push_back(&form);
+      if (of[0] == 1 || !form.HasPart("P")) fitting.push_back(&form);
     };
     for (const Form& form : forms.tame) add(form);
     for (std::size_t i = 0; !tame_ && i < forms.wild.size(); ++i) add(forms.wild[i]);
@@ -241,7 +241,7 @@ class QueryMaker {
         return Named(*dice_.OneOf(hierarchy.levels[member.level].members));
       }
       case 'h':
-        return {hierarchy.name, [h = of[0]](const Place& place) { return place.at[h][0]; }};
+        return {hierarchy.name, [h = of[0]](const Place& place) { return Singles(place.at[h]); }};
       case 'l':
         return Constant(level.name, {Singles(level.members), number});
       case 'P':
@@ -270,7 +270,7 @@ class QueryMaker {
 
   /// One, or a pair of them.
   Hierarchies AnyHierarchies() {
-    const Hierarchies any = {dice_.OneOf(free_), dice_.OneOf(free_)};
+    const Hierarchies any = {dice_.OneOf(anywhere_), dice_.OneOf(anywhere_)};
     return tame_ || any[0] == any[1] || !dice_.OneIn(3) ? Hierarchies{any[0]} : any;
   }
 
@@ -282,8 +282,9 @@ class QueryMaker {
   std::string with_ = "WITH";
   std::string where_;
   Hierarchies free_;      ///< all but the measures and those of the slicer
+  Hierarchies anywhere_;  ///< those and where the slicer has several members
   Hierarchies named_of_;  ///< the hierarchies of the named set, when there is one
-  Tuples named_;
+  Term named_;
 };
 
 }  // namespace

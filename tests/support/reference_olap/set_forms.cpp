@@ -30,10 +30,10 @@ const Member* Moved(const Call& call, const Member* member, int distance) {
 }
 
 const Member* Kin(const Call& call) {
-  const Member* member = call.One(0);
   const std::string& word = call.Word(1);
+  if (word == "DefaultMember") return &call.cube.DefaultMember(call.Set(0)[0][0]->hierarchy);
+  const Member* member = call.One(0);
   if (member == nullptr || word == "CurrentMember") return member;
-  if (word == "DefaultMember") return &call.cube.DefaultMember(member->hierarchy);
   if (word == "Parent") return member->parent;
   if (word == "PrevMember") return Moved(call, member, -1);
   if (word == "NextMember") return Moved(call, member, 1);
@@ -63,7 +63,7 @@ Tuples TwoTogether(const Call& call) { return Together(call.Set(0), call.Set(1))
 
 Tuples AllMembers(const Call& call) {
   Tuples all;
-  for (const Member* top : call.cube.hierarchies[call.One(0)->hierarchy].levels[0].members) {
+  for (const Member* top : call.cube.hierarchies[call.Set(0)[0][0]->hierarchy].levels[0].members) {
     all = Together(all, Singles(WalkFrom(*top)));
   }
   return all;
@@ -83,9 +83,10 @@ Tuples Range(const Call& call) {
 
 Tuples LastPeriods(const Call& call) {
   const int count = call.Whole(0);
+  const Member* last = call.One(1);
   Tuples tuples;
   for (int i = count > 0 ? 1 - count : 0; i < (count > 0 ? 1 : -count); ++i) {
-    if (const Member* member = Moved(call, call.One(1), i)) tuples.push_back({member});
+    if (const Member* member = Moved(call, last, i)) tuples.push_back({member});
   }
   return tuples;
 }

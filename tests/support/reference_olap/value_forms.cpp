@@ -1,5 +1,6 @@
 // Numbers and conditions.
 #include <cmath>
+#include <utility>
 
 #include "tests/support/reference_olap/forms.h"
 
@@ -45,6 +46,19 @@ Cell FoldedSet(const Call& call) {
   return Folded(call.Word(0), ValuesOf(call.Set(1), value));
 }
 
+/// Both values are computed, also where the first decides.
+Cell ChosenByEquality(const Call& call) {
+  const Cell a = call.Number(0);
+  const Cell b = call.Number(1);
+  return call.Number(a && a == b ? 2 : 3);
+}
+
+Cell FirstThere(const Call& call) {
+  const Cell b = call.Number(1);
+  const Cell a = call.Number(0);
+  return a ? a : b;
+}
+
 Cell Aggregated(const Call& call, const Tuples& tuples, const Member& measure) {
   const std::string_view how = measure.measure ? measure.measure->aggregator : "sum";
   const Place place = call.place.At({&measure});
@@ -79,6 +93,17 @@ Cell Logic(const Call& call) {
 
 }  // namespace
 
+Term Constant(std::string text, const Result& result) {
+  return {std::move(text), [result](const Place&) { return result; }};
+}
+
+bool Form::HasPart(std::string_view letters) const {
+  for (std::size_t part = text.find('%'); part != text.npos; part = text.find('%', part + 1)) {
+    if (letters.find(text[part + 1]) != letters.npos) return true;
+  }
+  return false;
+}
+
 const Forms kNumberForms = {
     {{"%M", CellOfFirst},
      {"(%m, %M)", [](const Call& c) { return CellOf(c, Pairs(c.Set(0), c.Set(1))); }},
@@ -96,11 +121,10 @@ const Forms kNumberForms = {
     {{"%m", CellOfFirst},  // where a value is wanted, servers differ about a member
      {"%(sum|avg|min|max)(%s, %v)", FoldedSet},
      {"CASE WHEN %c THEN %v END", [](const Call& c) { return c.Holds(0) ? c.Number(1) : Cell(); }},
-     {"CASE -(%v) WHEN -(%v) THEN %v ELSE %v END",
-      [](const Call& c) { return c.Number(c.Number(0) && c.Number(0) == c.Number(1) ? 2 : 3); }},
+     {"CASE -(%v) WHEN -(%v) THEN %v ELSE %v END", ChosenByEquality},
      {"Abs(%v)", OfOne<[](double x) { return std::fabs(x); }>},
      {"Round(%v, 1)", OfOne<[](double x) { return std::floor(x * 10 + 0.5) / 10; }>},
-     {"CoalesceEmpty(%v, %v)", [](const Call& c) { return c.Number(c.Number(0) ? 0 : 1); }},
+     {"CoalesceEmpty(%v, %v)", FirstThere},
      {"Aggregate(%1, %M)", [](const Call& c) { return Aggregated(c, c.Set(0), *c.One(1)); }},
      {"Aggregate({%1} * {%2}, %M)",
       [](const Call& c) { return Aggregated(c, Pairs(c.Set(0), c.Set(1)), *c.One(2)); }},

@@ -36,11 +36,17 @@ class ConstantMember : public MemberExpression {
 
 class CurrentMember : public MemberExpression {
  public:
-  using MemberExpression::MemberExpression;
+  CurrentMember(HierarchyId hierarchy, Place place) : MemberExpression(hierarchy), place_(place) {}
   bool DependsOn(HierarchyId other) const override { return other == hierarchy(); }
-  MemberId Compute(CellEvaluator&, const Context& context) const override {
-    return context.members[hierarchy()];
+  MemberId Compute(CellEvaluator& evaluator, const Context& context) const override {
+    if (context.regions[hierarchy()] == nullptr) return context.members[hierarchy()];
+    place_.Fail("the current member of " + evaluator.cube().HierarchyUniqueName(hierarchy()) +
+                " is not known here: WHERE names several of its members; name one, or put them " +
+                "on an axis");
   }
+
+ private:
+  Place place_;
 };
 
 class TupleAsSet : public SetExpression {
@@ -52,9 +58,9 @@ class TupleAsSet : public SetExpression {
     TupleSet set{hierarchies(), {}};
     for (const MemberPtr& member : members_) {
       set.ids.push_back(member->Evaluate(evaluator, context));
-      if (set.ids.back() == kNoMember) return {hierarchies(), {}};
     }
-    return set;
+    const bool missing = std::find(set.ids.begin(), set.ids.end(), kNoMember) != set.ids.end();
+    return missing ? TupleSet{hierarchies(), {}} : set;
   }
 
  private:
@@ -148,9 +154,11 @@ class CellValue : public ValueExpression {
   }
 
   Column Compute(CellEvaluator& evaluator, const Block& block) const override {
-    Block inner = block;
-    if (MoveTo(evaluator, block, kNoHierarchy, inner.context))
+    if (IsOnePlace(block.Varying())) {
+      Block inner = block;
+      Move(evaluator, inner.context);
       return CellsUnlessMissing(evaluator, inner);
+    }
     const bool one_moves = std::all_of(members_.begin(), members_.end(), [&](const MemberPtr& m) {
       return m->hierarchy() == block.Varying() || !m->DependsOn(block.Varying());
     });
@@ -159,20 +167,30 @@ class CellValue : public ValueExpression {
 
   bool MoveTo(CellEvaluator& evaluator, const Block& block, HierarchyId any,
               Context& context) const override {
-    for (const MemberPtr& member : members_) {
-      for (const HierarchyId open : {block.Varying(), any}) {
-        if (open == kNoHierarchy) continue;
-        if (member->hierarchy() == open || member->DependsOn(open)) return false;
-      }
+    if (!IsOnePlace(block.Varying()) || !IsOnePlace(any)) return false;
+    for (HierarchyId h = 0; h < context.regions.size(); ++h) {
+      if (context.regions[h] != nullptr && AnyDependsOn(members_, h)) return false;
     }
-    const Context before = context;
-    for (const MemberPtr& member : members_) {
-      context.Set(member->hierarchy(), member->Evaluate(evaluator, before));
-    }
+    Move(evaluator, context);
     return true;
   }
 
  private:
+  /// Whether it is the same for all members of the hierarchy.
+  bool IsOnePlace(HierarchyId open) const {
+    return open == kNoHierarchy ||
+           std::none_of(members_.begin(), members_.end(), [open](const MemberPtr& member) {
+             return member->hierarchy() == open || member->DependsOn(open);
+           });
+  }
+
+  void Move(CellEvaluator& evaluator, Context& context) const {
+    const Context before = context;
+    for (const MemberPtr& member : members_) {
+      context.Set(member->hierarchy(), member->Evaluate(evaluator, before));
+    }
+  }
+
   static Column CellsUnlessMissing(CellEvaluator& evaluator, const Block& block) {
     const auto& members = block.context.members;
     const bool missing = std::find(members.begin(), members.end(), kNoMember) != members.end();
@@ -242,8 +260,8 @@ MemberId ConstantMemberOf(const MemberExpression& expression) {
   return constant == nullptr ? kNoMember : constant->member();
 }
 
-MemberPtr NewCurrentMember(HierarchyId hierarchy) {
-  return std::make_unique<CurrentMember>(hierarchy);
+MemberPtr NewCurrentMember(HierarchyId hierarchy, Place place) {
+  return std::make_unique<CurrentMember>(hierarchy, place);
 }
 
 SetPtr NewTupleSet(std::vector<MemberPtr> members) {

@@ -13,8 +13,9 @@ namespace vok::olap {
 MemberPtr NewConstantMember(HierarchyId hierarchy, MemberId member);
 /// The member of an expression that names one; `kNoMember` for any other expression.
 MemberId ConstantMemberOf(const MemberExpression& expression);
-/// The member that the hierarchy stands on.
-MemberPtr NewCurrentMember(HierarchyId hierarchy);
+/// The member that the hierarchy stands on. Failure -2147217900 at `place` where the slicer has it
+/// stand on several.
+MemberPtr NewCurrentMember(HierarchyId hierarchy, Place place);
 /// A set of one tuple; of none when one of its members is missing.
 SetPtr NewTupleSet(std::vector<MemberPtr> members);
 /// {}: no tuples, over no hierarchies.

@@ -111,12 +111,12 @@ HierarchyId CubeView::TimeHierarchy() const {
 
 std::vector<MemberId> CubeView::FindChildren(HierarchyId hierarchy, MemberId parent,
                                              std::string_view name) const {
-  return Find(hierarchy, Children(hierarchy, parent), name);
+  return BestNamed(hierarchy, Children(hierarchy, parent), name);
 }
 
 std::vector<MemberId> CubeView::FindInLevel(HierarchyId hierarchy, uint32_t level,
                                             std::string_view name) const {
-  return Find(hierarchy, LevelMembers(hierarchy, level), name);
+  return BestNamed(hierarchy, LevelMembers(hierarchy, level), name);
 }
 
 uint64_t CubeView::NameHash(std::string_view name) const {
@@ -136,6 +136,16 @@ const CubeView::NameIndex& CubeView::Index(HierarchyId hierarchy, uint32_t level
     std::sort(index.entries.begin(), index.entries.end());
   });
   return index;
+}
+
+std::vector<MemberId> CubeView::BestNamed(HierarchyId hierarchy, IdRange among,
+                                          std::string_view name) const {
+  std::vector<MemberId> found = Find(hierarchy, among, name);
+  const auto others = std::stable_partition(found.begin(), found.end(), [&](MemberId member) {
+    return MemberName(hierarchy, member) == name;
+  });
+  if (others != found.begin()) found.erase(others, found.end());
+  return found;
 }
 
 std::vector<MemberId> CubeView::Find(HierarchyId hierarchy, IdRange among,

@@ -67,7 +67,8 @@ class CubeView {
     return model().hierarchies[hierarchy - 1];
   }
 
-  /// Members of this name among the children of `parent`, or in a level; in the cube's order.
+  /// Members of this name among the children of `parent`, or in a level; in the cube's order. Where
+  /// some have exactly this name, these alone.
   std::vector<MemberId> FindChildren(HierarchyId hierarchy, MemberId parent,
                                      std::string_view name) const;
   std::vector<MemberId> FindInLevel(HierarchyId hierarchy, uint32_t level,
@@ -82,6 +83,9 @@ class CubeView {
 
   uint64_t NameHash(std::string_view name) const;
   const NameIndex& Index(HierarchyId hierarchy, uint32_t level) const;
+  std::vector<MemberId> BestNamed(HierarchyId hierarchy, IdRange among,
+                                  std::string_view name) const;
+  /// Without regard to case.
   std::vector<MemberId> Find(HierarchyId hierarchy, IdRange among, std::string_view name) const;
 
   std::shared_ptr<const StoredCube> cube_;

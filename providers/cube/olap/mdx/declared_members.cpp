@@ -22,7 +22,7 @@ const SourceText& Keep(Query& query, std::string text, const std::string& title)
 CalculatedMember Declare(const CubeView& cube, Query& query, const CalculatedDefinition& definition,
                          const std::string& title) {
   const SourceText& source = Keep(query, NameOf(definition), title);
-  TokenReader tokens(source, 0, source.text().size(), false);
+  TokenReader tokens(source, 0, false);
   const Name name = tokens.ReadName();
   auto member = NameResolver(cube, source, query).Declare(name, true);
   if (!member) source.Fail(0, NameOf(definition) + " is declared twice");
@@ -35,7 +35,7 @@ ValuePtr ResolveFormula(const CubeView& cube, Query& query, const QueryGuard& gu
                         const CalculatedDefinition& definition, const std::string& title,
                         MemberId& first_measure) {
   const SourceText& source = Keep(query, definition.formula, title);
-  TokenReader tokens(source, 0, source.text().size(), false);
+  TokenReader tokens(source, 0, false);
   const Syntax formula = ParseFormula(tokens);
   if (tokens.current().kind != TokenKind::kEnd) tokens.Expected("the end of the formula");
   const NameResolver names(cube, source, query);

@@ -25,8 +25,9 @@ using LeafRanges = std::vector<IdRange>;
 using MemberIds = LongList<MemberId>;
 using Rows = LongList<uint32_t>;
 
-/// One member of every hierarchy. A hierarchy may stand on several leaves at once instead (a slicer
-/// of several members, a sum put together).
+/// One member of every hierarchy. A hierarchy may stand on several leaves at once instead: those of
+/// a slicer of several members, or of a sum put together, which is a stored cell, so that formulas
+/// meet the slicer's alone.
 struct Context {
   std::vector<MemberId> members;
   std::vector<const LeafRanges*> regions;  ///< nullptr: the member's own leaves
@@ -144,7 +145,8 @@ class ValueExpression : public Expression {
   ValueKind kind() const { return kind_; }
   Column Evaluate(CellEvaluator& evaluator, const Block& block) const;
   /// Moves `context` to the cell whose value this is. False when there is no such cell, or when it
-  /// is not the same for all positions of the block and all members of `any`.
+  /// is not the same for all positions of the block, all members of `any`, and all that a hierarchy
+  /// of `context` stands on.
   virtual bool MoveTo(CellEvaluator& /*evaluator*/, const Block& /*block*/, HierarchyId /*any*/,
                       Context& /*context*/) const {
     return false;

@@ -232,10 +232,11 @@ Syntax ParseExpression(TokenReader& tokens) { return ExpressionParser(tokens).Ex
 Syntax ParseFormula(TokenReader& tokens) {
   const Token& token = tokens.current();
   if (token.kind != TokenKind::kString || token.quote != '\'') return ParseExpression(tokens);
-  TokenReader inner(tokens.source(), token.begin + 1, token.end - 1, true);
+  // The token may be too short: in the brackets of a name ' does not end the formula.
+  TokenReader inner(tokens.source(), token.begin + 1, true);
   Syntax formula = ParseExpression(inner);
   if (inner.current().kind != TokenKind::kEnd) inner.Expected("the end of the formula");
-  tokens.Take();
+  tokens.MoveTo(inner.current().end + 1);
   return formula;
 }
 

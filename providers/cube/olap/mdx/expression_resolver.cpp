@@ -94,6 +94,7 @@ Operand ExpressionResolver::ResolveName(const Syntax& syntax) const {
   std::size_t end = 1;
   while (end < path.size() && (path[end].bracketed || !IsFunction(path[end].text, true))) ++end;
   Operand operand = names_.Resolve(path.first(end));
+  if (auto* hierarchy = std::get_if<HierarchyOperand>(&operand)) hierarchy->place = PlaceOf(syntax);
   NoteMeasure(operand);
   for (const NamePart& part : path.subspan(end)) operand = Property(std::move(operand), part);
   return operand;

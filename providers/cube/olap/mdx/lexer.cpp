@@ -33,14 +33,21 @@ std::string Describe(const Token& token) {
   }
 }
 
-Lexer::Lexer(const SourceText& source, std::size_t begin, std::size_t end, bool quoted)
-    : source_(source), at_(begin), end_(end), quoted_(quoted) {}
+Lexer::Lexer(const SourceText& source, std::size_t begin, bool quoted)
+    : source_(source), at_(begin), quoted_(quoted) {}
 
-std::size_t Lexer::Width() const { return quoted_ && Peek() == '\'' ? 2 : 1; }
+bool Lexer::AtDoubledQuote() const { return source_.text().compare(at_, 2, "''") == 0; }
+
+bool Lexer::AtEnd() const {
+  if (at_ >= source_.text().size()) return true;
+  return quoted_ && !in_brackets_ && source_.text()[at_] == '\'' && !AtDoubledQuote();
+}
+
+std::size_t Lexer::Width() const { return quoted_ && !AtEnd() && AtDoubledQuote() ? 2 : 1; }
 
 char Lexer::PeekSecond() const {
   const std::size_t second = at_ + Width();
-  return second < end_ ? source_.text()[second] : '\0';
+  return second < source_.text().size() ? source_.text()[second] : '\0';
 }
 
 char Lexer::Take() {
@@ -58,7 +65,9 @@ Token Lexer::Next() {
     token.kind = TokenKind::kEnd;
   } else if (c == '[') {
     token.kind = TokenKind::kBracketedName;
+    in_brackets_ = true;
     ReadDelimited(token, ']');
+    in_brackets_ = false;
   } else if (c == '\'' || c == '"') {
     token.kind = TokenKind::kString;
     token.quote = c;
@@ -144,7 +153,7 @@ void Lexer::ReadName(Token& token) {
 
 void Lexer::ReadSymbol(Token& token) {
   token.kind = TokenKind::kSymbol;
-  const std::string_view rest = std::string_view(source_.text()).substr(at_, end_ - at_);
+  const std::string_view rest = std::string_view(source_.text()).substr(at_);
   for (const std::string_view symbol : kLongSymbols) {
     if (rest.starts_with(symbol)) token.text = symbol;
   }

@@ -23,18 +23,21 @@ std::string Describe(const Token& token);
 
 class Lexer {
  public:
-  /// Reads `source` from `begin` to `end`. Within a formula in quotes (`quoted`) every ' is written
-  /// twice.
-  Lexer(const SourceText& source, std::size_t begin, std::size_t end, bool quoted);
+  /// Reads `source` from `begin` on. Within a formula in quotes (`quoted`) every ' is written
+  /// twice: a single one is the end, except in the brackets of a name.
+  Lexer(const SourceText& source, std::size_t begin, bool quoted);
 
   /// Failure -2147217900: a character that starts no token, or a name, string or comment without
   /// end.
   Token Next();
+  /// Reads on from there.
+  void MoveTo(std::size_t offset) { at_ = offset; }
 
  private:
-  bool AtEnd() const { return at_ >= end_; }
+  bool AtEnd() const;
   char Peek() const { return AtEnd() ? '\0' : source_.text()[at_]; }
   char PeekSecond() const;
+  bool AtDoubledQuote() const;
   std::size_t Width() const;
   char Take();
   void SkipBlanksAndComments();
@@ -47,8 +50,8 @@ class Lexer {
 
   const SourceText& source_;
   std::size_t at_;
-  std::size_t end_;
   bool quoted_;
+  bool in_brackets_ = false;
 };
 
 }  // namespace vok::olap

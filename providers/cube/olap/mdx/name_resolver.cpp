@@ -98,20 +98,17 @@ std::optional<Operand> NameResolver::BelowMember(HierarchyId hierarchy, MemberId
       member = calculated;
       continue;
     }
-    const std::vector<MemberId> children = cube_.FindChildren(hierarchy, member, part.text);
-    if (children.empty()) return std::nullopt;
-    member = children[0];
+    member = OnlyOne(cube_.FindChildren(hierarchy, member, part.text), hierarchy, part);
+    if (member == kNoMember) return std::nullopt;
   }
   return NewConstantMember(hierarchy, member);
 }
 
 /// From the top; below the all member; anywhere further down.
 MemberId NameResolver::FindMember(HierarchyId hierarchy, const NamePart& part) const {
-  const uint32_t named_levels = cube_.HasAll(hierarchy) ? 2 : 1;
   for (uint32_t level = 0; level < cube_.LevelCount(hierarchy); ++level) {
     const std::vector<MemberId> found = cube_.FindInLevel(hierarchy, level, part.text);
-    if (found.empty()) continue;
-    return level < named_levels ? found[0] : OnlyOne(found, hierarchy, part);
+    if (!found.empty()) return OnlyOne(found, hierarchy, part);
   }
   return kNoMember;
 }
@@ -136,10 +133,13 @@ MemberId NameResolver::OnlyOne(const std::vector<MemberId>& found, HierarchyId h
                                const NamePart& part) const {
   if (found.empty()) return kNoMember;
   if (found.size() > 1) {
-    source_.Fail(part.offset, Bracketed(part.text) + " names " + std::to_string(found.size()) +
-                                  " members, such as " + cube_.UniqueName(hierarchy, found[0]) +
-                                  " and " + cube_.UniqueName(hierarchy, found[1]) +
-                                  ": give the whole path");
+    const bool case_differs =
+        cube_.Parent(hierarchy, found[0]) == cube_.Parent(hierarchy, found[1]);
+    source_.Fail(part.offset,
+                 Bracketed(part.text) + " names " + std::to_string(found.size()) +
+                     " members, such as " + cube_.UniqueName(hierarchy, found[0]) + " and " +
+                     cube_.UniqueName(hierarchy, found[1]) + ": " +
+                     (case_differs ? "give capitals as they are there" : "give the whole path"));
   }
   return found[0];
 }

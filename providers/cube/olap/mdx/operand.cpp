@@ -75,7 +75,7 @@ Operand Convert(Operand operand, ArgumentType wanted) {
 
 MemberPtr ToMember(Operand operand) {
   if (const auto* hierarchy = std::get_if<HierarchyOperand>(&operand)) {
-    return NewCurrentMember(hierarchy->hierarchy);
+    return NewCurrentMember(hierarchy->hierarchy, hierarchy->place);
   }
   return std::get<MemberPtr>(std::move(operand));
 }

@@ -7,11 +7,13 @@
 #include <vector>
 
 #include "providers/cube/olap/mdx/expression.h"
+#include "providers/cube/olap/mdx/source_text.h"
 
 namespace vok::olap {
 
 struct HierarchyOperand {
   HierarchyId hierarchy = kMeasures;
+  Place place = {};  ///< of its name
 };
 struct LevelOperand {
   HierarchyId hierarchy = kMeasures;

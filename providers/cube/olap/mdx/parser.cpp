@@ -17,8 +17,7 @@ constexpr uint32_t kMaxAxes = 128;
 
 class StatementParser {
  public:
-  explicit StatementParser(const SourceText& source)
-      : source_(source), tokens_(source, 0, source.text().size(), false) {}
+  explicit StatementParser(const SourceText& source) : source_(source), tokens_(source, 0, false) {}
 
   Statement Run() {
     if (tokens_.SkipKeyword("WITH")) Definitions();

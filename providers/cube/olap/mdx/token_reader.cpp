@@ -15,10 +15,15 @@ bool IsKeyword(std::string_view text, std::string_view keyword) {
                     [](char a, char b) { return Upper(a) == Upper(b); });
 }
 
-TokenReader::TokenReader(const SourceText& source, std::size_t begin, std::size_t end, bool quoted)
-    : source_(source), lexer_(source, begin, end, quoted), current_(lexer_.Next()) {}
+TokenReader::TokenReader(const SourceText& source, std::size_t begin, bool quoted)
+    : source_(source), lexer_(source, begin, quoted), current_(lexer_.Next()) {}
 
 Token TokenReader::Take() { return std::exchange(current_, lexer_.Next()); }
+
+void TokenReader::MoveTo(std::size_t offset) {
+  lexer_.MoveTo(offset);
+  current_ = lexer_.Next();
+}
 
 bool TokenReader::AtSymbol(std::string_view symbol) const {
   return current_.kind == TokenKind::kSymbol && current_.text == symbol;

@@ -14,11 +14,13 @@ bool IsKeyword(std::string_view text, std::string_view keyword);
 
 class TokenReader {
  public:
-  TokenReader(const SourceText& source, std::size_t begin, std::size_t end, bool quoted);
+  TokenReader(const SourceText& source, std::size_t begin, bool quoted);
 
   const SourceText& source() const { return source_; }
   const Token& current() const { return current_; }
   Token Take();
+  /// Reads on from there, where a formula in quotes ended.
+  void MoveTo(std::size_t offset);
 
   bool AtSymbol(std::string_view symbol) const;
   bool AtKeyword(std::string_view keyword) const;

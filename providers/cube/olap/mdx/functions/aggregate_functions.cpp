@@ -195,9 +195,11 @@ class AggregateValue : public ValueOfSet {
   Overlap OverlapFor(CellEvaluator& evaluator, const Block& block) const {
     return AddsUp(AggregatorOf(evaluator, block)) ? Overlap::kRefused : Overlap::kOnce;
   }
+  /// The cell's measure alone decides, so one member of each hierarchy is enough to find it.
   Aggregator AggregatorOf(CellEvaluator& evaluator, const Block& block) const {
     Context context = block.context;
-    value().MoveTo(evaluator, block, kNoHierarchy, context);
+    std::fill(context.regions.begin(), context.regions.end(), nullptr);
+    value().MoveTo(evaluator, Block{context, nullptr}, kNoHierarchy, context);
     const MemberId measure = context.members[kMeasures];
     if (!IsStored(measure)) return Aggregator::kSum;
     return evaluator.cube().model().measures[measure].aggregator;

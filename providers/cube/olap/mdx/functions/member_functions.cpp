@@ -69,7 +69,7 @@ class AncestorAtLevel : public MemberExpression {
   uint32_t level_;
 };
 
-Operand CurrentMember(Call& call) { return NewCurrentMember(call.Hierarchy(0)); }
+Operand CurrentMember(Call& call) { return NewCurrentMember(call.Hierarchy(0), call.place()); }
 
 Operand DefaultMember(Call& call) {
   const HierarchyId hierarchy = call.Hierarchy(0);

@@ -140,9 +140,11 @@ class ParallelMember : public MemberExpression {
   Place place_;
 };
 
+MemberPtr CurrentTime(Call& call) { return NewCurrentMember(call.TimeHierarchy(), call.place()); }
+
 /// The member that the argument gives, else where the cell stands in `hierarchy`.
 MemberPtr MemberOrCurrent(Call& call, std::size_t index, HierarchyId hierarchy) {
-  if (!call.Has(index)) return NewCurrentMember(hierarchy);
+  if (!call.Has(index)) return NewCurrentMember(hierarchy, call.place());
   MemberPtr member = call.Member(index);
   if (member->hierarchy() != hierarchy) {
     call.place().Fail("the member is of another hierarchy than the level");
@@ -151,12 +153,12 @@ MemberPtr MemberOrCurrent(Call& call, std::size_t index, HierarchyId hierarchy) 
 }
 
 Operand LastPeriods(Call& call) {
-  MemberPtr last = call.Has(1) ? call.Member(1) : NewCurrentMember(call.TimeHierarchy());
+  MemberPtr last = call.Has(1) ? call.Member(1) : CurrentTime(call);
   return std::make_unique<LastPeriodsSet>(call.Value(0), std::move(last), call.place());
 }
 
 Operand PeriodsToDateAbove(Call& call) {
-  return std::make_unique<PeriodsToDateSet>(Span(), NewCurrentMember(call.TimeHierarchy()));
+  return std::make_unique<PeriodsToDateSet>(Span(), CurrentTime(call));
 }
 
 Operand PeriodsToDate(Call& call) {
@@ -167,14 +169,13 @@ Operand PeriodsToDate(Call& call) {
 
 template <LevelKind kKind>
 Operand ToDate(Call& call) {
-  MemberPtr last = call.Has(0) ? call.Member(0) : NewCurrentMember(call.TimeHierarchy());
+  MemberPtr last = call.Has(0) ? call.Member(0) : CurrentTime(call);
   const auto level = LevelOfKind(call.cube, last->hierarchy(), kKind);
   return std::make_unique<PeriodsToDateSet>(Span::Of(level), std::move(last));
 }
 
 Operand ParallelAbove(Call& call) {
-  return std::make_unique<ParallelMember>(Span(), nullptr, NewCurrentMember(call.TimeHierarchy()),
-                                          call.place());
+  return std::make_unique<ParallelMember>(Span(), nullptr, CurrentTime(call), call.place());
 }
 
 Operand ParallelPeriod(Call& call) {

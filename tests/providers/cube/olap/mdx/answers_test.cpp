@@ -1,4 +1,5 @@
 // Answers: of the written queries, as a server gave them; of random ones, as plain loops do.
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <cstdlib>
@@ -28,9 +29,10 @@ class MdxAnswers : public testing::Test {
         CubeTexts{"<Schema name=\"Random\">" + random.schema + "</Schema>", random.tables});
     ours_.Open("Plain", "Data Source=" + built.path());
     for (const auto& query : plain::RandomQueries(random.cube, "Plain", seed, false, 30)) {
-      ASSERT_EQ(Shown(ours_.Ask("Plain", query.mdx), false), query.answer)
-          << "seed " << seed << ": " << query.mdx << "\n"
-          << random.schema << random.tables.at("Plain_facts");
+      std::string answer = Shown(ours_.Ask("Plain", query.mdx), false);
+      if (answer.find(plain::kUnknownMember) != answer.npos) answer = plain::kUnknownMember;
+      ASSERT_EQ(answer, query.answer) << "seed " << seed << ": " << query.mdx << "\n"
+                                      << random.schema << random.tables.at("Plain_facts");
     }
   }
 
@@ -59,6 +61,38 @@ TEST_F(MdxAnswers, ToWrittenQueriesAreAsRecordedForThreadsThatShareTheCubes) {
   std::vector<std::thread> threads;
   for (int count = 0; count < 4; ++count) threads.emplace_back(ask_all);
   for (std::thread& thread : threads) thread.join();
+}
+
+/// Ledgers Shop (1), SHOP (10), Straße (100) and STRASSE (1000), all in quarter q1 of the year '24.
+TEST_F(MdxAnswers, PreferTheExactNameAndLetApostrophesStandInBrackets) {
+  const BuiltCube built(CubeTexts{
+      R"(<Schema name="S"><Cube name="C"><Table name="fact"/><Dimension name="Date"><Hierarchy>
+<Level name="Year" column="y"/><Level name="Quarter" column="q"/></Hierarchy></Dimension>
+<Dimension name="L"><Hierarchy><Level name="Ledger" column="l"/></Hierarchy></Dimension>
+<Measure name="Owner's" column="n" aggregator="sum"/></Cube></Schema>)",
+      {{"fact",
+        "y,q,l,n\n'24,q1,Shop,1\n'24,q1,SHOP,10\n'24,Q1,Straße,100\n'24,q1,STRASSE,1000\n"}}});
+  ours_.Open("S", "Data Source=" + built.path());
+  const struct {
+    std::string formula;
+    const char* answer;
+  } cases[] = {
+      {"'([L].[All Ls].[Shop], [Measures].[Owner's])'", "\n1\n"},
+      {"'([L].[SHOP], [Measures].[Owner''s])'", "\n10\n"},
+      {"'([L].[All Ls].[Straße], [Measures].[Owner's]) '", "\n100\n"},
+      {"([L].[strassE], [Measures].[Owner's])", "give capitals as they are there"},
+      {"([L].[All Ls].[shop], [Measures].[Owner's])", "give capitals as they are there"},
+      {"'SUM(LastPeriods(1,[Date].['24].[q1]),[Measures].[owner's]) ', SOLVE_ORDER = 1",
+       "\n1011\n"},
+      {"'Aggregate({[Date].['24].[Q1]}) /* [ */ + [Date].['24].[q1] --[' ", "\n1111\n"},
+      {"'IIf(\"[\" = \"[\", 3, [Measures].[Owner's])'", "\n3\n"},
+      {"'[L].[Shop']", "expected the end of the formula"},
+  };
+  for (const auto& each : cases) {
+    const std::string query =
+        "WITH MEMBER [Date].[m0] AS " + each.formula + " SELECT {[Date].[m0]} ON 0 FROM [C]";
+    EXPECT_THAT(Shown(ours_.Ask("S", query), false), testing::HasSubstr(each.answer)) << query;
+  }
 }
 
 /// VOKCUBE_SEEDS="1000 9000" in the environment: from the first to the last of other seeds.
