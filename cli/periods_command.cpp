@@ -82,6 +82,17 @@ void Print(const PeriodSet& set) {
   }
 }
 
+/// Names that stay though the dates are new.
+void NoteOtherDates(const Locale& locale, const PeriodSet& set) {
+  for (int number = 1; number <= kPeriodCount; ++number) {
+    const PeriodEntry& period = set.Period(number);
+    if (!Contradicts(locale, period.PeriodName, period.FromDate, period.UntilDate)) continue;
+    std::cerr << "Note: the name of period " << number << ", " << OneLine(Quoted(period.PeriodName))
+              << ", is of other dates than " << IsoDate(period.FromDate) << " to "
+              << IsoDate(period.UntilDate) << '\n';
+  }
+}
+
 void Fill(const CommonOptions& common, const FillOptions& options) {
   CheckSetName("period set", options.name);
   const auto session = common.NewSession();
@@ -92,6 +103,7 @@ void Fill(const CommonOptions& common, const FillOptions& options) {
   FillDates(set, RunOf(options, host.clock.Now()), host.locale);
   SavePeriods(host, environment, set);
   Print(set);
+  NoteOtherDates(host.locale, set);
 }
 
 std::string IsDate(const std::string& text) {

@@ -8,16 +8,18 @@
 #include <string_view>
 #include <utility>
 
+#include "cube/date_levels.h"
 #include "platform/calendar.h"
 #include "platform/date.h"
 #include "platform/failure.h"
+#include "platform/level_time.h"
 #include "platform/text.h"
 
 namespace vok {
 namespace {
 
 constexpr std::size_t kShortYearDigits = 2;
-constexpr int kFirstYearOf1900s = 30;  // of those that are written with two digits
+constexpr int kLastMonth = 12;
 
 std::optional<int> WholeNumber(std::string_view name) {
   const std::string_view digits = TrimBlanks(name);
@@ -32,20 +34,13 @@ std::optional<int> WholeNumber(std::string_view name) {
 std::optional<int> YearNamed(std::string_view name) {
   const auto year = WholeNumber(name);
   if (!year || TrimBlanks(name).size() > kShortYearDigits) return year;
-  return *year + (*year < kFirstYearOf1900s ? 2000 : 1900);
+  return YearOfTwoDigits(*year);
 }
 
 std::optional<int> MonthNamed(const Locale& locale, std::string_view name) {
   const auto number = WholeNumber(name);
   return number ? number : locale.MonthNamed(name);
 }
-
-// Levels by position; level 0 is "(All)", level 2 is passed over.
-constexpr std::size_t kYearLevel = 1;
-constexpr std::size_t kMonthLevel = 3;
-constexpr std::size_t kDayLevel = 4;
-
-bool ByMonth(const CubeHierarchy& dates) { return dates.LevelCount() <= kDayLevel; }
 
 std::unique_ptr<CubeLevel> LevelOf(const CubeHierarchy& dates, std::size_t index) {
   if (index >= dates.LevelCount()) {
@@ -67,6 +62,27 @@ std::unique_ptr<CubeLevel> LevelOf(const CubeHierarchy& dates, std::size_t index
 std::unique_ptr<CubeMember> FirstMember(const CubeLevel& level) {
   auto first = level.MemberAt(0);
   return first->Name().empty() && level.MemberCount() > 1 ? level.MemberAt(1) : std::move(first);
+}
+
+/// Whether the top level holds the years, and the next one what is not years. Where years are told
+/// by two digits, those up to 12 cannot be told from quarters and months.
+bool HasYearsOnTop(const CubeHierarchy& dates) {
+  const auto next = dates.LevelAt(kYearLevel);
+  const auto top = dates.LevelAt(0);
+  if (TimeOf(*next) == LevelTime::kYears || top->MemberCount() == 0) return false;
+  if (!YearNamed(FirstMember(*top)->Name())) return false;
+  const auto number = WholeNumber(FirstMember(*LevelOf(dates, kYearLevel))->Name());
+  return !number || *number <= kLastMonth;
+}
+
+/// Another top level does as well as an all level.
+void CheckTop(const CubeHierarchy& dates) {
+  if (dates.LevelCount() == 0 || dates.LevelAt(0)->IsAll()) return;
+  if (dates.LevelCount() > kMonthLevel && !HasYearsOnTop(dates)) return;
+  throw Failure(failure_number::kItemNotFound,
+                "The date hierarchy " + dates.UniqueName() +
+                    " has no all level: years are looked for at level 1, below it, and months at "
+                    "level 3. Give it one (hasAll=\"true\") and build the cube again.");
 }
 
 std::unique_ptr<CubeMember> LastMember(const CubeLevel& level) {
@@ -110,19 +126,33 @@ DateNames NamesOf(const CubeMember& member, bool by_month) {
   return names;
 }
 
-/// Such as months that are sorted by their names.
+Failure Disorder(const std::string& level, const std::string& member, const std::string& next) {
+  return Failure(failure_number::kInvalidCall,
+                 "The members of the date level \"" + level +
+                     "\" do not follow each other in time: " + next + " stands after " + member +
+                     ". Order the level by date, for example by an ordinalColumn in the schema of "
+                     "the cube, and build the cube again.");
+}
+
+/// Such as a month in two weeks, or days at the level of the months.
+Failure SameDate(const std::string& level, const std::string& member, const std::string& next) {
+  return Failure(failure_number::kTypeMismatch,
+                 "The members " + member + " and " + next + " of the date level \"" + level +
+                     "\" have one date: queries would count the first of them alone. Level 3 must "
+                     "hold the months, each once, by one name and below one member of level 2 (a "
+                     "quarter, not a week); level 4, where there is one, the days, each once. "
+                     "Mend the levels and build the cube again.");
+}
+
+/// Queries find periods by the order of the members, and one member for a date.
 void CheckAscending(const CubeState& cube, const std::string& level) {
   const auto& dates = cube.CubeDates;
-  const auto earlier = std::is_sorted_until(dates.begin(), dates.end());
-  if (earlier == dates.end()) return;
-  const auto& members = cube.CubeDateMembers;
-  const auto index = static_cast<std::size_t>(earlier - dates.begin());
-  throw Failure(failure_number::kInvalidCall,
-                "The members of the date level \"" + level +
-                    "\" do not follow each other in time: " + members[index] + " stands after " +
-                    members[index - 1] +
-                    ". Order the level by date, for example by an ordinalColumn in the schema of "
-                    "the cube, and build the cube again.");
+  const auto late =
+      std::adjacent_find(dates.begin(), dates.end(), [](Date a, Date b) { return !(a < b); });
+  if (late == dates.end()) return;
+  const auto* member = &cube.CubeDateMembers[static_cast<std::size_t>(late - dates.begin())];
+  throw late[0] == late[1] ? SameDate(level, member[0], member[1])
+                           : Disorder(level, member[0], member[1]);
 }
 
 }  // namespace
@@ -145,6 +175,8 @@ Date DateFromNames(const Locale& locale, const DateNames& names, bool by_month,
 }
 
 void ReadDateRange(const Locale& locale, const CubeHierarchy& dates, CubeState& cube) {
+  CheckTop(dates);
+  CheckDeclaredTimes(dates);
   cube.LastDate = EdgeDate(locale, dates, LastMember);
   cube.FirstDate = EdgeDate(locale, dates, FirstMember);
 }
@@ -167,6 +199,7 @@ void ReadDateMembers(const Locale& locale, const CubeHierarchy& dates, CubeState
     cube.CubeDateMembers.push_back(std::move(unique_name));
   }
   CheckAscending(cube, level_name);
+  if (!by_month) CheckDaysAreDays(dates, cube.CubeDates);
 }
 
 }  // namespace vok

@@ -26,14 +26,15 @@ Date DateFromNames(const Locale& locale, const DateNames& names, bool by_month,
 
 /// First and last date of the hierarchy, from the first and last members of its levels: 1 the
 /// years, 3 the months and, where there is one, 4 the days. A first member without a name is passed
-/// over. Failures: 3265 for a level that is missing or has no members, 13 for names that are no
-/// date.
+/// over. Failures: 3265 where the years are the top level, for a level that is missing, has no
+/// members or is declared to hold another span of time, 13 for names that are not a date.
 void ReadDateRange(const Locale& locale, const CubeHierarchy& dates, CubeState& cube);
 
 /// `CubeDates` and `CubeDateMembers`: the members of level 4, else of level 3, in the cube's order.
 /// The first day is left out when its month has no name. Failures as above, 91 for a member whose
-/// ancestors are missing, and 5 for one that is earlier than the member before it: periods are
-/// found by the order of the members.
+/// ancestors are missing, 13 for one with the date of the member before it and 5 for one that is
+/// earlier than that: periods are found by the order of the members. 3265 for days that must be
+/// months.
 void ReadDateMembers(const Locale& locale, const CubeHierarchy& dates, CubeState& cube);
 
 }  // namespace vok

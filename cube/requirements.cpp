@@ -23,6 +23,8 @@ constexpr const char* kDateLevelsMend =
     R"(<Level name="Month" column="month" type="Integer" levelType="TimeMonths"/>)";
 constexpr const char* kOrderMend =
     R"(<Level name="Month" column="month" ordinalColumn="month_number" levelType="TimeMonths"/>)";
+constexpr const char* kDateNameMend =
+    R"(<Level name="Month" column="month" captionColumn="month_in_words" levelType="TimeMonths"/>)";
 constexpr const char* kLinesMend = R"(<Dimension name="QeL" foreignKey="line_id">)";
 constexpr const char* kLinesHierarchyMend =
     R"(<Hierarchy name="QeL" hasAll="false" primaryKey="line_id">)";
@@ -71,19 +73,24 @@ class Check {
                    kDateMend);
     }
     const auto dates = dimension->HierarchyAt(0);
-    if (!dates->LevelAt(0)->IsAll()) {
-      return Lacks("The hierarchy " + dates->UniqueName() +
-                       " has no all level: years are looked for at level 1, months at level 3",
-                   kDateHierarchyMend);
-    }
     CubeState state;
     try {
       ReadDateRange(locale_, *dates, state);
       ReadDateMembers(locale_, *dates, state);
+      CheckDateNames(state.CubeDateMembers);
     } catch (const Failure& failure) {
       const bool disordered = failure.number() == failure_number::kInvalidCall;
-      Lacks(failure.description(), disordered ? kOrderMend : kDateLevelsMend);
+      const bool has_all = dates->LevelCount() > 0 && dates->LevelAt(0)->IsAll();
+      const char* levels = has_all ? kDateLevelsMend : kDateHierarchyMend;
+      Lacks(failure.description(), disordered ? kOrderMend : levels);
     }
+  }
+
+  /// The names come from the cube as they are to be written: only an apostrophe can be in the way.
+  void CheckDateNames(const std::vector<std::string>& members) {
+    const auto odd = std::ranges::find_if(
+        members, [](const std::string& member) { return member.find('\'') != std::string::npos; });
+    if (odd != members.end()) CheckInFormula(*odd, *odd, kDateNameMend);
   }
 
   void CheckLines() {
@@ -121,6 +128,10 @@ class Check {
 
   void CheckMeasures() {
     const auto names = MemberNames(*cube_->DimensionAt(0)->HierarchyAt(0));
+    for (const std::string& name : names) {
+      if (name.find_first_of("']") == std::string::npos) continue;
+      CheckInFormula("[Measures].[" + name + "]", "the measure \"" + name + "\"", kMeasureMend);
+    }
     const bool any = std::any_of(names.begin(), names.end(), IsMoneyMeasure);
     if (any) return;
     Lacks(
@@ -150,6 +161,19 @@ class Check {
       connection_.Execute("SELECT {" + member + "} ON COLUMNS FROM [" + cube_->Name() + "]");
     } catch (const Failure& failure) {
       Lacks("The cube has no member " + member + ": " + why + " (" + failure.description() + ")",
+            mend);
+    }
+  }
+
+  /// Asks for it as a query would, which escapes nothing.
+  void CheckInFormula(const std::string& member, const std::string& called, const char* mend) {
+    try {
+      connection_.Execute("WITH MEMBER [Measures].[asked] AS 'Count({" + member +
+                          "})' SELECT {[Measures].[asked]} ON COLUMNS FROM [" + cube_->Name() +
+                          "]");
+    } catch (const Failure& failure) {
+      Lacks("A query cannot name " + called + ": rename it, without ' and ] (" +
+                failure.description() + ")",
             mend);
     }
   }

@@ -19,6 +19,9 @@ bool IsInCalendar(Date date);
 /// Nothing for a day that no calendar has, such as 31 April, and for other years.
 std::optional<Date> CalendarDay(int year, int month, int day);
 
+/// The year that two digits stand for: 30 to 99 are of the 1900s, 0 to 29 of the 2000s.
+constexpr int YearOfTwoDigits(int year) { return year + (year < 30 ? 2000 : 1900); }
+
 class Clock {
  public:
   virtual ~Clock() = default;

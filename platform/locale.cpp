@@ -16,17 +16,28 @@ bool IsAscii(std::string_view text) {
 
 constexpr std::ptrdiff_t kShortestPrefix = 3;  // letters
 
-constexpr std::array<std::string_view, 12> kPassedOver = {" ",      ".",      "-",      "'",
-                                                          "\u00A0", "\u2019", "\u02BC", "\u05F3",
-                                                          "\u200E", "\u200F", "\u061C", "\u202F"};
+constexpr std::array<std::string_view, 13> kPassedOver = {
+    " ",      ".",      "-",      "'",      "\u00A0", "\u2019", "\u02BC",
+    "\u05F3", "\u200E", "\u200F", "\u061C", "\u202F", "\u0307"};
+
+/// Turkish tells two letters i apart by their dot, and their capitals are folded unlike them.
+constexpr std::array<std::string_view, 2> kTurkishI = {"\u0130", "\u0131"};
+
+/// How long the first of the marks is that the text begins with; 0 for none.
+template <std::size_t N>
+std::size_t LengthOfMark(std::string_view text, const std::array<std::string_view, N>& marks) {
+  const auto mark = std::find_if(marks.begin(), marks.end(),
+                                 [&](std::string_view each) { return text.starts_with(each); });
+  return mark == marks.end() ? 0 : mark->size();
+}
 
 std::string Plain(std::string_view text) {
   std::string plain;
   while (!text.empty()) {
-    const auto passed = std::find_if(kPassedOver.begin(), kPassedOver.end(),
-                                     [&](std::string_view mark) { return text.starts_with(mark); });
-    if (passed == kPassedOver.end()) plain += text.front();
-    text.remove_prefix(passed == kPassedOver.end() ? 1 : passed->size());
+    const std::size_t passed = LengthOfMark(text, kPassedOver);
+    const std::size_t i = LengthOfMark(text, kTurkishI);
+    if (passed == 0) plain += i == 0 ? text.front() : 'i';
+    text.remove_prefix(std::max({passed, i, std::size_t{1}}));
   }
   return plain;
 }

@@ -6,11 +6,14 @@
 #include <optional>
 #include <vector>
 
+#include "platform/calendar.h"
+
 namespace vok {
 namespace {
 
 constexpr int kMonthsOfYear = 12;
 constexpr std::size_t kYearDigits = 4;
+constexpr std::size_t kShortYearDigits = 2;
 
 struct Interval {
   Date from;
@@ -20,6 +23,9 @@ struct Interval {
     return (until.Year() - from.Year()) * kMonthsOfYear + until.Month() - from.Month() + 1;
   }
   bool Meets(const Interval& other) const { return from <= other.until && other.from <= until; }
+  /// Also where it is the shorter one.
+  bool Misses(const Interval& other) const { return !Meets(other) || Months() < other.Months(); }
+  bool IsOfWholeMonths() const { return from.Day() == 1 && Date{until.serial + 1}.Day() == 1; }
 };
 
 Interval MonthsFrom(int year, int month, int count) {
@@ -71,12 +77,36 @@ std::optional<Interval> NamedInterval(const std::string& name) {
   return Interval{first->from, last->until};
 }
 
-/// Only with its year: "January" may be of any.
 std::optional<Interval> NamedMonth(const Locale& locale, const std::string& name) {
   if (YearsIn(name).size() != 1) return std::nullopt;
   const auto first = locale.ParseDate("1 " + name);
   if (!first || first->Year() != YearsIn(name).front()) return std::nullopt;
   return MonthsFrom(first->Year(), first->Month(), 1);
+}
+
+/// "Jan" of any year, or "Jan 24", which may be a month or a day.
+struct YearlessMonth {
+  int month;
+  std::optional<int> year;  ///< when it is a month
+};
+
+std::optional<YearlessMonth> NamedYearlessMonth(const Locale& locale, const std::string& name) {
+  if (const auto month = locale.MonthNamed(name)) return YearlessMonth{*month, std::nullopt};
+  const auto digits = name.find_last_not_of("0123456789") + 1;
+  if (name.size() - digits != kShortYearDigits) return std::nullopt;
+  const auto month = locale.MonthNamed(name.substr(0, digits));
+  if (!month) return std::nullopt;
+  return YearlessMonth{*month, YearOfTwoDigits(std::stoi(name.substr(digits)))};
+}
+
+/// Weeks are called by their first days: "Jan 24" is a month only over whole months.
+bool IsOutside(const YearlessMonth& named, const Interval& dates) {
+  if (named.year && dates.IsOfWholeMonths()) {
+    return MonthsFrom(*named.year, named.month, 1).Misses(dates);
+  }
+  const int first = dates.from.Month();
+  const int later = (named.month - first + kMonthsOfYear) % kMonthsOfYear;
+  return later >= dates.Months();
 }
 
 }  // namespace
@@ -103,7 +133,8 @@ bool Contradicts(const Locale& locale, const std::string& name, Date from, Date 
   const Interval dates{from.IsZero() ? until : from, until.IsZero() ? from : until};
   auto named = NamedInterval(name);
   if (!named) named = NamedMonth(locale, name);
-  if (named) return !named->Meets(dates) || named->Months() < dates.Months();
+  if (named) return named->Misses(dates);
+  if (const auto month = NamedYearlessMonth(locale, name)) return IsOutside(*month, dates);
   const auto years = YearsIn(name);
   return !years.empty() && std::none_of(years.begin(), years.end(), [&](int year) {
     return MonthsFrom(year, 1, kMonthsOfYear).Meets(dates);

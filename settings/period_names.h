@@ -15,8 +15,10 @@ std::string IntervalName(Date from, Date until);
 bool IsGivenName(const std::string& name);
 
 /// Whether the name says a time, and the dates are another one: an `IntervalName`, or a month by
-/// its name and year ("Jan 2024"), that they do not meet or that is shorter than they are; a year
-/// that they do not meet. The zero date is not a date; without any date nothing is contradicted.
+/// its name and year ("Jan 2024", "Jan 24"), that they do not meet or that is shorter than they
+/// are; a month of any year ("Jan"), or a day ("Jan 24" over part of a month), whose month they do
+/// not meet; a year that they do not meet. The zero date is not a date; without any date nothing is
+/// contradicted.
 bool Contradicts(const Locale& locale, const std::string& name, Date from, Date until);
 
 }  // namespace vok

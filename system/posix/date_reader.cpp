@@ -257,7 +257,7 @@ class Reader {
   static std::optional<Date> Dated(const Token& year, const Token& month, const Token& day) {
     if (month.digits > 2 || day.digits > 2) return std::nullopt;
     if (year.digits == 2) {
-      return CalendarDay(year.value + (year.value < 30 ? 2000 : 1900), month.value, day.value);
+      return CalendarDay(YearOfTwoDigits(year.value), month.value, day.value);
     }
     if (year.digits != 4) return std::nullopt;
     return CalendarDay(year.value, month.value, day.value);

@@ -2,6 +2,7 @@
 
 #include <unicode/dtfmtsym.h>
 #include <unicode/gregocal.h>
+#include <unicode/localebuilder.h>
 #include <unicode/locid.h>
 #include <unicode/numberformatter.h>
 #include <unicode/smpdtfmt.h>
@@ -22,6 +23,7 @@ namespace {
 constexpr double kSecondsOfDay = 86400;
 constexpr double kMillisecondsOfSecond = 1000;
 constexpr double kUnixZeroDay = 25569;  // 1 January 1970
+constexpr int kMarch = 3;
 constexpr double kBeforeAllDates = -1e17;
 
 void Check(UErrorCode status, const std::string& what) {
@@ -41,11 +43,22 @@ std::string Folded(std::string_view text) {
   return Utf8(icu::UnicodeString::fromUTF8(piece).foldCase(U_FOLD_CASE_DEFAULT));
 }
 
+/// The script that the end of a locale's name stands for: "sr_RS@latin".
+const char* ScriptOf(const std::string& name) {
+  if (name.ends_with("@latin")) return "Latn";
+  if (name.ends_with("@cyrillic")) return "Cyrl";
+  return name.ends_with("@devanagari") ? "Deva" : "";
+}
+
 icu::Locale LocaleNamed(const std::string& name) {
   const std::string plain = name.substr(0, name.find_first_of(".@"));
   const bool none = plain.empty() || plain == "C" || plain == "POSIX";
   icu::Locale locale = none ? icu::Locale("en_US") : icu::Locale::createCanonical(plain.c_str());
   UErrorCode status = U_ZERO_ERROR;
+  const std::string script = ScriptOf(name);
+  if (!none && !script.empty()) {
+    locale = icu::LocaleBuilder().setLocale(locale).setScript(script).build(status);
+  }
   locale.setKeywordValue("calendar", "gregorian", status);
   locale.setKeywordValue("numbers", "latn", status);
   Check(status, "the customs of \"" + name + "\"");
@@ -151,6 +164,13 @@ void AddMonths(const Symbols& symbols, MonthNames& months) {
   });
 }
 
+/// Spellings that the library does not know: "Mrz" of many ledgers, "מרס" beside "מרץ".
+void AddOtherSpellings(const icu::Locale& locale, MonthNames& months) {
+  const std::string language = locale.getLanguage();
+  if (language == "de") months.Add("mrz", kMarch);
+  if (language == "he") months.Add("מרס", kMarch);
+}
+
 void AddWeekdays(const Symbols& symbols, std::set<std::string>& words) {
   ForEachForm([&](auto context, auto width) {
     int32_t count = 0;
@@ -171,6 +191,7 @@ DateCustoms CustomsOf(const icu::Locale& locale) {
 
   const Symbols symbols = SymbolsOf(locale);
   AddMonths(symbols, customs.months);
+  AddOtherSpellings(locale, customs.months);
   AddWeekdays(symbols, customs.fillers);
   int32_t count = 0;
   const icu::UnicodeString* halves = symbols.getAmPmStrings(count);

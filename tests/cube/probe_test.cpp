@@ -76,7 +76,7 @@ struct ServedLevel : CubeLevel {
   ServedLevel(const DateNamesByLevel& all, std::size_t l) : names(all), level(l) {}
   std::string Name() const override { return "Level " + std::to_string(level); }
   std::string UniqueName() const override { return Name(); }
-  bool IsAll() const override { return level == 0; }
+  bool IsAll() const override { return level == 0 && names[0][0] == "All"; }
   std::size_t MemberCount() const override { return names[level].size(); }
   std::unique_ptr<CubeMember> MemberAt(std::size_t index) const override {
     return std::make_unique<ServedMember>(names, level, index);
@@ -102,6 +102,17 @@ TEST_F(ProbeTest, DatesOfAServerMayLackNamesAndMembers) {
   ReadDateMembers(memory.locale, nameless, state);
   EXPECT_THAT(state.CubeDates, ElementsAre(Date::FromCivil(2010, 2, 28)));
   EXPECT_THAT(state.CubeDateMembers, ElementsAre("[28]"));
+  DateNamesByLevel twelve_days(5, std::vector<std::string>(12, "1"));
+  for (std::size_t day = 0; day < 12; ++day) twelve_days[4][day] = std::to_string(day + 1);
+  for (const char* month : {"1", "2"}) {  // also in halves, as long as these are not whole
+    twelve_days[3].back() = month;
+    ReadDateMembers(memory.locale, ServedDates(twelve_days), state);
+    EXPECT_EQ(state.CubeDates.size(), 12u);
+  }
+  for (const char* top : {"Ever", "2000"}) {
+    ReadDateRange(memory.locale, ServedDates({{top}, {"2009"}, {"H1"}, {"2"}}), state);
+    EXPECT_EQ(state.LastDate, Date::FromCivil(2009, 2, 1));
+  }
   const ServedDates empty({{"All"}, {"2009"}, {"H1"}, {}});
   EXPECT_EQ(NumberOf([&] { ReadDateRange(memory.locale, empty, state); }), 3265);
   const ServedDates orphan({{"All"}, {"2009"}, {"-"}, {"12"}});
@@ -149,6 +160,12 @@ TEST_F(ProbeTest, FailuresAreReportedAndTheirNumberReturned) {
   } cases[] = {
       {[](auto& c) { c.Change("\"Date\"", "\"Dates\""); }, 3265, "dimension \"Date\""},
       {[](auto& c) { c.Change(kMonths, ""); }, 3265, "3 levels"},
+      {[](auto& c) {
+         c.Change("\"TimeMonths\"/>", "\"Regular\"/><Level name=\"Day\" column=\"m\"/>");
+         c.Change("hasAll=\"true\" allMemberName=\"All\" primaryKey=\"date_id\"",
+                  "hasAll=\"false\" primaryKey=\"date_id\"");
+       },
+       3265, "[Date] has no all level"},
       {[](auto& c) { c.Change("2010,1,1", "2010,1,13", "dim_date"); }, 13, "\"13/2010\""},
       {[](auto& c) { c.on_query = [] { throw Failure(-2147217900, "no"); }; }, -2147217900, "no"},
   };
@@ -180,6 +197,16 @@ TEST_F(ProbeTest, AllThatACubeLacksIsListedWithTheLineThatMendsIt) {
        {"[Date] has no all level", "hasAll=\"true\""}},
       {kMonths, "", {"has 3 levels", "<Level name=\"Year\""}},
       {"column=\"q\" type=\"Integer\"", "column=\"m\"", {"stands after", "ordinalColumn"}},
+      {"q\" type=\"Integer\" levelType=\"TimeQuarters\"/>\n        <Level name=\"Month\" "
+       "column=\"m",
+       "m\" type=\"Integer\"/><Level name=\"Month\" column=\"q",
+       {"[Date].[2009].[1].[1] and [Date].[2009].[2].[1]", "<Level name=\"Year\""}},
+      {"<Level name=\"Quarter\"",
+       "<Level name=\"Half\" column=\"q\"/><Level name=\"Quarter\"",
+       {"\"Quarter\", is declared", "<Level name=\"Year\""}},
+      {"m\" type=\"Integer\" levelType=\"TimeMonths",
+       "q\" type=\"Integer\"/><Level name=\"Day\" column=\"m\" type=\"Integer",
+       {"\"Day\", has 1 to 12, each once, in 2009", "<Level name=\"Year\""}},
       {"name=\"QeL\" hasAll",
        "name=\"Lines\" hasAll",
        {"no hierarchy \"QeL\"", "<Hierarchy name=\"QeL\""}},
@@ -193,6 +220,9 @@ TEST_F(ProbeTest, AllThatACubeLacksIsListedWithTheLineThatMendsIt) {
        "primaryKey=\"ob\"",
        {"[Opening_Balance].[All].[0]", "Opening_Balance", "[Opening_Balance].[All].[1]", ""}},
       {"<Measure name=\"", "<Measure name=\"Quantity of ", {"no measure without", "<Measure name"}},
+      {"e name=\"Amount", "e name=\"A]", {"name the measure \"A]\"", "<Measure name"}},
+      {"e name=\"Amount", "e name=\"A''", {"name the measure \"A''\"", "<Measure name"}},
+      {"e name=\"Amount", "e name=\"Owner's", {}},
   };
   for (const auto& c : cases) {
     SCOPED_TRACE(c.to);

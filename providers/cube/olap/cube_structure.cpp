@@ -51,6 +51,22 @@ std::unique_ptr<CubeLevel> OlapHierarchy::LevelAt(std::size_t index) const {
   return std::make_unique<OlapLevel>(cube_, id_, static_cast<uint32_t>(index));
 }
 
+LevelTime OlapLevel::Time() const {
+  switch (cube_->KindOf(hierarchy_, level_)) {
+    case LevelKind::kAll:
+    case LevelKind::kRegular:
+      return LevelTime::kUntold;
+    case LevelKind::kYears:
+      return LevelTime::kYears;
+    case LevelKind::kMonths:
+      return LevelTime::kMonths;
+    case LevelKind::kDays:
+      return LevelTime::kDays;
+    default:
+      return LevelTime::kOther;
+  }
+}
+
 std::size_t OlapLevel::MemberCount() const {
   return Members().size() + (hierarchy_ == kMeasures ? cube_->CalculatedMeasures().size() : 0);
 }

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "platform/cube.h"
+#include "platform/level_time.h"
 #include "providers/cube/olap/mdx/cube_view.h"
 
 namespace vok::olap {
@@ -64,13 +65,14 @@ class OlapHierarchy : public CubeHierarchy {
   HierarchyId id_;
 };
 
-class OlapLevel : public CubeLevel {
+class OlapLevel : public TimedLevel {
  public:
   OlapLevel(std::shared_ptr<const CubeView> cube, HierarchyId hierarchy, uint32_t level)
       : cube_(std::move(cube)), hierarchy_(hierarchy), level_(level) {}
   std::string Name() const override { return cube_->LevelName(hierarchy_, level_); }
   std::string UniqueName() const override { return cube_->LevelUniqueName(hierarchy_, level_); }
   bool IsAll() const override { return cube_->KindOf(hierarchy_, level_) == LevelKind::kAll; }
+  LevelTime Time() const override;
   /// With the measures that the cube computes, after the stored ones.
   std::size_t MemberCount() const override;
   std::unique_ptr<CubeMember> MemberAt(std::size_t index) const override;

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "platform/cube.h"
+#include "platform/level_time.h"
 #include "platform/locale.h"
 #include "providers/cube/xmla/server_cube.h"
 
@@ -68,13 +69,14 @@ class XmlaHierarchy : public CubeHierarchy {
   HierarchyNode& node_;
 };
 
-class XmlaLevel : public CubeLevel {
+class XmlaLevel : public TimedLevel {
  public:
   XmlaLevel(std::shared_ptr<ServerCube> cube, HierarchyNode& hierarchy, std::size_t level)
       : cube_(std::move(cube)), hierarchy_(hierarchy), level_(level) {}
   std::string Name() const override { return Node().name; }
   std::string UniqueName() const override { return Node().unique_name; }
   bool IsAll() const override { return Node().is_all; }
+  LevelTime Time() const override { return Node().time; }
   std::size_t MemberCount() const override { return cube_->Members(Node()).size(); }
   std::unique_ptr<CubeMember> MemberAt(std::size_t index) const override;
 

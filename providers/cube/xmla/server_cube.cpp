@@ -1,7 +1,9 @@
 #include "providers/cube/xmla/server_cube.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
+#include <utility>
 
 #include "platform/cube.h"
 #include "providers/cube/xmla/cell_value.h"
@@ -11,6 +13,20 @@ namespace {
 
 constexpr const char* kMeasureDimension = "2";  // MD_DIMTYPE_MEASURE
 constexpr const char* kAllLevel = "1";          // MDLEVEL_TYPE_ALL
+
+/// From the level's MDLEVEL_TYPE.
+LevelTime TimeOfType(const std::string& type) {
+  constexpr std::array<std::pair<const char*, LevelTime>, 6> kTimes = {
+      {{"20", LevelTime::kYears},
+       {"36", LevelTime::kOther},  // half-years
+       {"68", LevelTime::kOther},  // quarters
+       {"132", LevelTime::kMonths},
+       {"260", LevelTime::kOther},  // weeks
+       {"516", LevelTime::kDays}}};
+  const auto* known = std::find_if(kTimes.begin(), kTimes.end(),
+                                   [&](const auto& each) { return each.first == type; });
+  return known == kTimes.end() ? LevelTime::kUntold : known->second;
+}
 
 /// A node and where it stands among its like.
 template <typename Node>
@@ -96,7 +112,8 @@ std::vector<LevelNode>& ServerCube::Levels(HierarchyNode& hierarchy) {
   server_->Discover(Request("MDSCHEMA_LEVELS", "HIERARCHY_UNIQUE_NAME", hierarchy.unique_name),
                     {"LEVEL_NAME", "LEVEL_UNIQUE_NAME", "LEVEL_NUMBER", "LEVEL_TYPE"},
                     [&](const Row& row) {
-                      placed.push_back({Place(row[2]), {row[0], row[1], row[3] == kAllLevel}});
+                      placed.push_back({Place(row[2]),
+                                        {row[0], row[1], row[3] == kAllLevel, TimeOfType(row[3])}});
                     });
   return hierarchy.levels.emplace(InOrder(std::move(placed)));
 }

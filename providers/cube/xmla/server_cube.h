@@ -11,6 +11,7 @@
 #include <unordered_map>
 #include <vector>
 
+#include "platform/level_time.h"
 #include "providers/cube/xmla/server.h"
 #include "providers/cube/xmla/text_arena.h"
 
@@ -43,6 +44,7 @@ struct LevelNode {
   std::string name;
   std::string unique_name;
   bool is_all = false;
+  LevelTime time = LevelTime::kUntold;
   std::unique_ptr<const MemberList> members = nullptr;  ///< until they are asked for
 };
 

@@ -202,7 +202,12 @@ TEST(PeriodDates, ANameIsMarkedWhileItSaysAnotherTimeThanItsRow) {
       {"en_GB", "Jan 2013", "2013-01-01", "2013-01-31", false},
       {"ru_RU", "январь 2013", "2013-02-01", "2013-02-28", true},
       {"en_GB", "Jan 2013", "2013-01-01", "2013-03-31", true},
-      {"en_GB", "January", "2013-02-01", "2013-02-28", false},  // of which year is not said
+      {"en_GB", "January", "2013-02-01", "2013-02-28", true},
+      {"en_GB", "Jan", "2012-11-01", "2013-01-31", false},  // of which year is not said
+      {"en_GB", "Jan 24", "2013-01-01", "2013-01-31", true},
+      {"en_GB", "Jan '13", "2013-01-01", "2013-01-31", false},
+      {"en_GB", "Jan 24", "2013-01-21", "2013-01-27", false},  // a week of that day
+      {"en_GB", "Jan 24", "2013-02-18", "2013-02-24", true},
       {"en_GB", "2013 Q1", "2013-04-01", "2013-06-30", true, false},
       {"en_GB", "2013 Q1", "2013-02-01", "2013-02-28", false, false},
       {"en_GB", "2013 H2", "2013-07-01", "2013-12-31", false, false},

@@ -49,9 +49,10 @@ void BlockStore::CheckHeader() {
     file_->Read(0, std::as_writable_bytes(std::span(&header, 1)));
   }
   if (header.magic != kFileMagic) {
-    throw Failure(
-        failure_number::kUnspecified,
-        file_name_ + " is not a cube file. Name a file that \"vokcube cube build\" made.");
+    const char* words =
+        file_->Size() == 0 ? " is empty; if it is being copied, wait. " : " is not a cube file. ";
+    throw Failure(failure_number::kUnspecified,
+                  file_name_ + words + "Name a file that \"vokcube cube build\" made.");
   }
   if (header.version > kLiveVersion) {
     throw Failure(failure_number::kUnspecified,
