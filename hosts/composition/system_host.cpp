@@ -45,14 +45,16 @@ std::string Paragraphs(std::string_view text) {
   return shown;
 }
 
+constexpr std::chrono::seconds kUntoldWait{1};
+
 /// The settings database, and record sets that stand in files of their own.
 class FileDatabase : public SqliteDatabase {
  public:
   /// The user's own settings folder is made with its first database: nobody else makes it.
   FileDatabase(const SystemPlatform& platform, std::function<void()> make_own_folder,
-               std::function<void(const std::string& file)> tell_wait)
+               GoesOnWaiting goes_on)
       : SqliteDatabase(*platform.files, *platform.locale, platform.open_jet_file,
-                       std::move(tell_wait)),
+                       std::move(goes_on)),
         files_(*platform.files),
         locale_(*platform.locale),
         own_database_(SettingsDatabase(platform.own_settings_folder)),
@@ -149,7 +151,11 @@ struct SystemHost::Providers {
             *platform.files,
             std::make_unique<FileDatabase>(
                 platform, [this] { MakeDirectories(host, platform.own_settings_folder); },
-                [this](const std::string& file) { TellWait(file); }))),
+                [this, stop = options.stop](const std::string& file,
+                                            std::chrono::milliseconds waited) {
+                  if (waited >= kUntoldWait) TellWait(file);
+                  return stop == nullptr || !stop->asked();
+                }))),
         cube_files(*platform.files, *platform.locale,
                    [this](const std::string& address, const QueryStop& stop) {
                      return OpenTables(address, stop);
@@ -176,12 +182,15 @@ struct SystemHost::Providers {
 
   /// Those of Qel.ini in the settings folder of the moment, and of the environment.
   ServerSettings SettingsOf(const ServerKind& kind) {
+    constexpr uint32_t kLongest = 4096;  // as long as a login or a path may be
     const auto ini_value = [&](const std::string& key) {
-      return ReadIniValue(host, environment, kind.section, key);
+      return ReadIniValue(host, environment, kind.section, key, kLongest);
     };
     const bool secret =
         !ini_value("Password").empty() || ini_value("Proxy").find('@') != std::string::npos;
-    if (secret) TellOfReaders(environment.SettingsFolder + "\\Qel.ini");
+    const std::string file = environment.SettingsFolder + "\\Qel.ini";
+    TellUnreadable(file);
+    if (secret) TellOfReaders(file);
     return server::ReadServerSettings(kind, ini_value,
                                       [this](const std::string& path, std::size_t most) {
                                         std::string text = ReadBeginning(host.files, path, most);
@@ -204,6 +213,21 @@ struct SystemHost::Providers {
   }
 
   /// Once, and only where messages are printed: elsewhere a window would wait for a person.
+  void TellUnreadable(const std::string& file) {
+    static std::atomic<bool> told = false;
+    if (!prints) return;
+    try {
+      if (host.files.Exists(file)) ReadBeginning(host.files, file, 1);
+    } catch (const Failure& failure) {
+      if (told.exchange(true)) return;
+      MessageBox box;
+      box.text = "Logins in Qel.ini are not used. " + failure.description();
+      box.title = host.component.product_name;
+      console.Show(box);
+    }
+  }
+
+  /// Once, and only where messages are printed.
   void TellOfReaders(const std::string& file) {
     static std::atomic<bool> told = false;
     if (!prints || told.exchange(true)) return;

@@ -7,6 +7,7 @@
 
 #include "platform/host.h"
 #include "platform/message_box.h"
+#include "platform/query_stop.h"
 #include "platform/table_server.h"
 
 namespace vok {
@@ -27,6 +28,7 @@ struct SystemHostOptions {
   MessageBoxes* message_boxes = nullptr;  ///< the caller's; nullptr: printed to standard error
   bool is_command = false;  ///< so that warnings are printed, also where the caller has boxes
   bool keep_open = false;   ///< settings databases and cubes, for the runs of one thread
+  const QueryStop* stop = nullptr;     ///< ends waits for locks too; it outlives the host
   CubeProvider* cube_files = nullptr;  ///< that of another host, to share with it what is open
 };
 

@@ -20,6 +20,20 @@ bool FolderExists(const std::string& path) {
   return folder.empty() || std::filesystem::is_directory(folder, ignored);
 }
 
+/// What the failure's number does not say; "" where that is enough.
+std::string AdviceOnError(int error) {
+  switch (error) {
+    case EISDIR:
+      return "Give the name of an ordinary file.";
+    case EFBIG:
+      return "Raise the limit on the size of files (ulimit -f), or choose another disk.";
+    case EBUSY:
+      return "The system holds the file, as it does where one is mounted: choose another name.";
+    default:
+      return {};
+  }
+}
+
 }  // namespace
 
 int32_t FailureNumber(int error, const std::string& path) {
@@ -57,7 +71,7 @@ int32_t FailureNumber(int error, const std::string& path) {
 
 void ThrowSystemFailure(int error, const std::string& what, const std::string& path) {
   ThrowFileFailure(FailureNumber(error, path), what, path, std::generic_category().message(error),
-                   error == EISDIR ? "Give the name of an ordinary file." : "");
+                   AdviceOnError(error));
 }
 
 FileHandle::FileHandle(FileHandle&& other) noexcept

@@ -4,6 +4,8 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
+#include <array>
 #include <cerrno>
 #include <filesystem>
 #include <optional>
@@ -67,6 +69,26 @@ void RefuseUnwritable(const std::string& target, const struct stat& status) {
   }
 }
 
+constexpr uid_t kAsItIs = static_cast<uid_t>(-1);
+
+/// False where the user, or the kind of the disk, does not let it be done; the user's namespace may
+/// have no number for the owner. Failure for another error.
+bool IsDone(int result, const std::string& what, const std::string& path) {
+  if (result == 0) return true;
+  const std::array<int, 4> not_here = {EPERM, EINVAL, EOPNOTSUPP, ENOSYS};
+  if (std::find(not_here.begin(), not_here.end(), errno) == not_here.end()) {
+    ThrowSystemFailure(errno, what, path);
+  }
+  return false;
+}
+
+/// The rights of a file that comes to another group: all but the owner get what both the old group
+/// and all others had, so nobody gets more than before.
+mode_t WithoutGroup(mode_t mode) {
+  const mode_t both = (mode >> 3) & mode & S_IRWXO;
+  return (mode & S_IRWXU) | both << 3 | both;
+}
+
 /// The system's error when the folder's own entries cannot be brought to the disk, else 0: where
 /// the folder may not be read, or the file system knows no such operation, it is as safe as it can
 /// be.
@@ -93,13 +115,14 @@ PosixReplacement::PosixReplacement(const std::string& path) : target_(FollowLink
 
 void PosixReplacement::KeepPermissions(const struct stat& old) {
   const int file = file_->handle().get();
-  // Only the superuser may give a file away: whose the new file is then stays as it came.
-  if (::fchown(file, old.st_uid, old.st_gid) != 0 && errno != EPERM) {
-    ThrowSystemFailure(errno, "keep the owner of", target_);
+  // Only the superuser may give a file away; its group may be any of the user's own.
+  if (!IsDone(::fchown(file, old.st_uid, old.st_gid), "keep the owner of", target_)) {
+    IsDone(::fchown(file, kAsItIs, old.st_gid), "keep the group of", target_);
   }
-  if (::fchmod(file, old.st_mode & 07777) != 0) {
-    ThrowSystemFailure(errno, "keep the permissions of", target_);
-  }
+  struct stat status;
+  if (::fstat(file, &status) != 0) ThrowSystemFailure(errno, "write", target_);
+  const mode_t mode = status.st_gid == old.st_gid ? old.st_mode : WithoutGroup(old.st_mode);
+  IsDone(::fchmod(file, mode & 07777), "keep the permissions of", target_);
 }
 
 void PosixReplacement::Write(std::span<const std::byte> bytes) {

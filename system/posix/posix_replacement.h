@@ -1,8 +1,9 @@
 // A file in the making beside the one that it will replace.
 //
 // The target may be a symbolic link: the file that it leads to is replaced. Its permissions, and as
-// far as the system allows its owner, pass to the new file. A target that the user may not write is
-// refused although the rename could be done, and another user's link where anyone can make one.
+// far as the system allows its owner and its group, pass to the new file; the rights of a group
+// that does not are given to nobody else. A target that the user may not write is refused although
+// the rename could be done, and another user's link where anyone can make one.
 #pragma once
 
 #include <sys/stat.h>

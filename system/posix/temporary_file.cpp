@@ -24,30 +24,42 @@ constexpr int kMostAttempts = 1000;  // at a name that is free
 constexpr std::string_view kStart = ".vokcube-";
 constexpr std::string_view kEnd = ".tmp";
 
-/// What a signal handler may read at any moment: the paths of the temporaries that are there.
-struct Slot {
-  std::atomic<bool> is_taken = false;
+/// The newest of all slots. None is ever given back: a signal handler may be reading it.
+std::atomic<TemporarySlot*> newest = nullptr;
+
+}  // namespace
+
+/// What a signal handler may read at any moment: the path of a temporary that is there.
+struct TemporarySlot {
+  std::atomic<bool> is_taken = true;
   std::atomic<bool> is_filled = false;
   std::array<char, PATH_MAX> path{};
+  TemporarySlot* next = nullptr;
 };
-std::array<Slot, 16> slots;
 
-/// The slot's index; that of no slot when all are taken.
-std::size_t Note(const std::string& path) {
-  std::size_t index = 0;
-  while (index < slots.size() && slots[index].is_taken.exchange(true)) ++index;
-  if (index < slots.size()) {
-    Slot& slot = slots[index];
-    std::snprintf(slot.path.data(), slot.path.size(), "%s", path.c_str());
-    slot.is_filled = true;
+namespace {
+
+TemporarySlot& TakeSlot() {
+  for (TemporarySlot* slot = newest; slot != nullptr; slot = slot->next) {
+    if (!slot->is_taken.exchange(true)) return *slot;
   }
-  return index;
+  auto* slot = new TemporarySlot;
+  slot->next = newest;
+  while (!newest.compare_exchange_weak(slot->next, slot)) {
+  }
+  return *slot;
 }
 
-void Erase(std::size_t index) {
-  if (index >= slots.size()) return;
-  slots[index].is_filled = false;
-  slots[index].is_taken = false;
+TemporarySlot* Note(const std::string& path) {
+  TemporarySlot& slot = TakeSlot();
+  std::snprintf(slot.path.data(), slot.path.size(), "%s", path.c_str());
+  slot.is_filled = true;
+  return &slot;
+}
+
+void Erase(TemporarySlot* slot) {
+  slot->is_filled = false;
+  slot->is_taken = false;
 }
 
 bool IsTemporaryName(std::string_view name) {
@@ -93,14 +105,14 @@ TemporaryFile::TemporaryFile(const std::string& folder, mode_t mode, const std::
   const std::string stem = folder + std::string(kStart) + std::to_string(::getpid()) + "-";
   for (int attempt = 0; attempt < kMostAttempts; ++attempt) {
     const std::string path = stem + std::to_string(serial++) + std::string(kEnd);
-    place_ = Note(path);  // before it is there: a signal may come at any moment
+    slot_ = Note(path);  // before it is there: a signal may come at any moment
     file_ = FileHandle(::open(path.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, mode));
     if (file_.IsOpen() && IsOurs(file_)) {
       path_ = path;
       return;
     }
     const int error = file_.IsOpen() ? EEXIST : errno;
-    Erase(place_);
+    Erase(slot_);
     if (error != EEXIST && error != EINTR) ThrowSystemFailure(error, "write", target);
   }
   ThrowSystemFailure(EEXIST, "write", target);
@@ -118,14 +130,14 @@ void TemporaryFile::Remove() noexcept {
 }
 
 void TemporaryFile::Forget() noexcept {
-  if (!path_.empty()) Erase(place_);
+  if (!path_.empty()) Erase(slot_);
   path_.clear();
   file_.Reset();  // not before: the lock says that the name is in use
 }
 
 void RemoveTemporaries() noexcept {
-  for (const Slot& slot : slots) {
-    if (slot.is_filled) ::unlink(slot.path.data());
+  for (const TemporarySlot* slot = newest; slot != nullptr; slot = slot->next) {
+    if (slot->is_filled) ::unlink(slot->path.data());
   }
 }
 

@@ -8,12 +8,13 @@
 
 #include <sys/types.h>
 
-#include <cstddef>
 #include <string>
 
 #include "system/posix/file_handle.h"
 
 namespace vok {
+
+struct TemporarySlot;
 
 class TemporaryFile {
  public:
@@ -35,7 +36,7 @@ class TemporaryFile {
   void Forget() noexcept;
 
   std::string path_;  ///< empty when there is none to remove
-  std::size_t place_ = 0;
+  TemporarySlot* slot_ = nullptr;
   FileHandle file_;
 };
 

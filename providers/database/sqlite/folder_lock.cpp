@@ -12,7 +12,6 @@ using std::chrono::steady_clock;
 constexpr std::chrono::minutes kRemembered{1};
 constexpr milliseconds kHardly{100};
 constexpr milliseconds kWithoutEnd{INT_MAX};
-constexpr milliseconds kUntold{1000};
 constexpr milliseconds kPause{5};
 
 }  // namespace
@@ -30,9 +29,8 @@ void LockPatience::WaitedInVain(const std::string& file) {
 }
 
 bool LockWait::Goes() {
-  const auto waited = steady_clock::now() - start_;
-  if (waited >= most_) return false;
-  if (waited >= kUntold && !std::exchange(is_told_, true)) patience_.TellWait(file_);
+  const auto waited = std::chrono::duration_cast<milliseconds>(steady_clock::now() - start_);
+  if (waited >= most_ || !patience_.GoesOn(file_, waited)) return false;
   std::this_thread::sleep_for(kPause);
   return true;
 }

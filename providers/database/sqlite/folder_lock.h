@@ -10,16 +10,19 @@
 
 namespace vok {
 
+/// Asked at each pause of a wait for a lock of `file` that has lasted `waited`: whether to go on.
+using GoesOnWaiting =
+    std::function<bool(const std::string& file, std::chrono::milliseconds waited)>;
+
 /// A caller that has waited for a file in vain does not wait for it again at once: one command
 /// often touches the file more than once. For the connections of one database, which are one
 /// thread's.
 class LockPatience {
  public:
-  /// `tell` is called with a file that was waited for a second; it may be empty.
-  explicit LockPatience(std::function<void(const std::string& file)> tell = {})
-      : tell_(std::move(tell)) {}
-  void TellWait(const std::string& file) const {
-    if (tell_) tell_(file);
+  /// `goes_on` may be empty.
+  explicit LockPatience(GoesOnWaiting goes_on = {}) : goes_on_(std::move(goes_on)) {}
+  bool GoesOn(const std::string& file, std::chrono::milliseconds waited) const {
+    return !goes_on_ || goes_on_(file, waited);
   }
   /// The time to wait for a lock of `file`: `seconds`, without end for 0; hardly any within a
   /// minute of a wait in vain.
@@ -29,7 +32,7 @@ class LockPatience {
   void Forget() { file_.clear(); }
 
  private:
-  std::function<void(const std::string&)> tell_;
+  GoesOnWaiting goes_on_;
   std::string file_;  ///< waited for in vain; empty: none
   std::chrono::steady_clock::time_point since_;
 };
@@ -37,7 +40,7 @@ class LockPatience {
 /// One wait for the lock of a file, of the file itself or of its folder.
 class LockWait {
  public:
-  /// At most `most`. `patience`, which outlives the wait, is told after a second.
+  /// At most `most`. `patience`, which outlives the wait, may end it sooner.
   LockWait(const LockPatience& patience, std::string file, std::chrono::milliseconds most)
       : patience_(patience), file_(std::move(file)), most_(most) {}
   /// Pauses until the next try; false when that was long enough.
@@ -48,7 +51,6 @@ class LockWait {
   std::string file_;
   std::chrono::milliseconds most_;
   std::chrono::steady_clock::time_point start_ = std::chrono::steady_clock::now();
-  bool is_told_ = false;
 };
 
 /// The maker of a file holds the lock of its folder alone, one that opens it passes through a

@@ -78,13 +78,12 @@ using OpenJetFile = std::function<std::shared_ptr<SqliteStore>(const std::string
 /// `files` and `locale` outlive it and all that it makes.
 class SqliteDatabase : public Database {
  public:
-  /// `tell_wait` is called once a second has been waited for another program's lock of a file.
   SqliteDatabase(Files& files, const Locale& locale, OpenJetFile open_jet_file = {},
-                 std::function<void(const std::string& file)> tell_wait = {})
+                 GoesOnWaiting goes_on = {})
       : files_(files),
         locale_(locale),
         open_jet_file_(std::move(open_jet_file)),
-        patience_(std::move(tell_wait)) {}
+        patience_(std::move(goes_on)) {}
 
   std::unique_ptr<Connection> Open(const std::string& path, int32_t timeout) override;
   std::unique_ptr<DatabaseStructure> OpenStructure(const std::string& path) override;

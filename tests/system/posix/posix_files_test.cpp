@@ -1,6 +1,7 @@
 #include "system/posix/posix_files.h"
 
 #include <fcntl.h>
+#include <grp.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 #include <sys/syscall.h>
@@ -11,8 +12,10 @@
 #include <csignal>
 #include <filesystem>
 #include <functional>
+#include <memory>
 #include <string>
 #include <utility>
+#include <vector>
 
 #include "platform/failure.h"
 #include "system/posix/temporary_file.h"
@@ -24,6 +27,8 @@ namespace {
 std::function<void()> at_next_status;
 bool is_status_unknown = false;
 int folder_sync_error = 0;
+int chown_error = 0;
+int chmod_error = 0;
 mode_t mode_seen_by_chown = 0;
 
 mode_t ModeOf(int file) {
@@ -65,7 +70,14 @@ extern "C" int fsync(int file) {
 
 extern "C" int fchown(int file, uid_t owner, gid_t group) noexcept {
   mode_seen_by_chown = ModeOf(file);
+  errno = chown_error;
+  if (errno != 0) return -1;
   return static_cast<int>(::syscall(SYS_fchown, file, owner, group));
+}
+
+extern "C" int fchmod(int file, mode_t mode) noexcept {
+  errno = chmod_error;
+  return errno != 0 ? -1 : static_cast<int>(::syscall(SYS_fchmod, file, mode));
 }
 
 namespace vok {
@@ -85,10 +97,16 @@ class PosixFilesTest : public testing::Test {
     return std::distance(fs::directory_iterator(root_), fs::directory_iterator());
   }
 
-  /// What the act fails with for that user; in a process that ends, for there is no way back.
-  static int NumberAs(uid_t user, const std::function<void()>& act) {
+  /// What the act fails with for that user, in these groups or in the tester's; in a process of
+  /// its own, since the rights that are given up do not come back.
+  static int NumberAs(uid_t user, const std::function<void()>& act,
+                      const std::vector<gid_t>& groups = {}) {
     const pid_t child = ::fork();
-    if (child == 0) ::_exit(::setuid(user) != 0 ? 200 : NumberOf(act));
+    if (child == 0) {
+      const bool is_in_groups = groups.empty() || (::setgroups(groups.size(), groups.data()) == 0 &&
+                                                   ::setgid(groups[0]) == 0);
+      ::_exit(!is_in_groups || ::setuid(user) != 0 ? 200 : NumberOf(act));
+    }
     int status = 0;
     ::waitpid(child, &status, 0);
     return WEXITSTATUS(status);
@@ -114,11 +132,17 @@ TEST_F(PosixFilesTest, ReplacesWhatASymbolicLinkLeadsTo) {
 }
 
 TEST_F(PosixFilesTest, SweepsWhatKilledProcessesLeftAndNothingElse) {
-  at_next_status = [&] {
-    RemoveTemporaries();
-    EXPECT_EQ(EntryCount(), 0) << "a signal comes just after one was made";
-  };
-  files_.Replace(At("out.xlsX"));
+  {
+    constexpr std::ptrdiff_t kMany = 100;
+    std::vector<std::unique_ptr<FileReplacement>> many;
+    while (many.size() < kMany) many.push_back(files_.Replace(At("out.xlsX")));
+    EXPECT_EQ(EntryCount(), kMany);
+    at_next_status = [&] {
+      RemoveTemporaries();
+      EXPECT_EQ(EntryCount(), 0) << "a signal comes just after one was made";
+    };
+    files_.Replace(At("out.xlsX"));
+  }
   for (const char* name : {".vokcube-1-2.tmp.txt", ".vokcube-mine.tmp", "vokcube-1-2.tmp"}) {
     files_.Append(At(name), "a person's");
   }
@@ -172,6 +196,42 @@ TEST_F(PosixFilesTest, ANewFileIsClosedToOthersFromTheStartWhereTheOldOneWas) {
   WriteWholeFile(files_, At("secret"), "new");
   EXPECT_EQ(mode_seen_by_chown & 0777, 0600U);
   EXPECT_EQ(fs::status(root_ + "/secret").permissions(), fs::perms{0600});
+}
+
+TEST_F(PosixFilesTest, ANewFileKeepsTheGroupOrGivesItsRightsToNobody) {
+  if (::geteuid() != 0) GTEST_SKIP() << "needs files of several users";
+  constexpr uid_t kOther = 12345, kUser = 65534;
+  constexpr gid_t kOld = 2000, kOwn = 100;
+  const struct {
+    gid_t also;
+    mode_t mode;
+    int chown_error;
+    int chmod_error;
+    gid_t wanted;
+    mode_t wanted_mode;
+  } rows[] = {{kOld, 0660, 0, 0, kOld, 0660},          {kOwn, 0666, 0, 0, kOwn, 0666},
+              {kOwn, 0646, 0, 0, kOwn, 0644},          {kOwn, 0606, 0, 0, kOwn, 0600},
+              {kOld, 0660, EINVAL, 0, kOwn, 0600},     {kOld, 0666, EINVAL, 0, kOwn, 0666},
+              {kOld, 0660, EOPNOTSUPP, 0, kOwn, 0600}, {kOld, 0666, 0, EOPNOTSUPP, kOld, 0600}};
+  ::chmod(root_.c_str(), 0777);
+  const std::string path = root_ + "/shared";
+  for (const auto& each : rows) {
+    const auto replace = [&] {
+      chown_error = each.chown_error;
+      chmod_error = each.chmod_error;
+      WriteWholeFile(files_, At("shared"), "new");
+    };
+    files_.Append(At("shared"), "old");
+    EXPECT_EQ(::chown(path.c_str(), kOther, kOld), 0);
+    ::chmod(path.c_str(), each.mode);
+    EXPECT_EQ(NumberAs(kUser, replace, {kOwn, each.also}), 0);
+    EXPECT_EQ(Text("shared"), "new");
+    struct stat status {};
+    ::stat(path.c_str(), &status);
+    EXPECT_EQ(status.st_gid, each.wanted);
+    EXPECT_EQ(status.st_mode & 07777, each.wanted_mode);
+    fs::remove(path);
+  }
 }
 
 TEST_F(PosixFilesTest, NeitherDeletesNorReplacesPipesAndDevices) {
