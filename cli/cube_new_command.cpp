@@ -1,4 +1,5 @@
 // vokcube cube new: from a journal to a cube and saved settings.
+#include <algorithm>
 #include <functional>
 #include <iostream>
 #include <map>
@@ -15,6 +16,7 @@
 #include "cli/stop_on_interrupt.h"
 #include "platform/failure.h"
 #include "platform/shown_text.h"
+#include "platform/text.h"
 #include "platform/whole_path.h"
 #include "providers/cube/olap/build/build_cube.h"
 #include "providers/cube/olap/build/csv_scanner.h"
@@ -30,6 +32,7 @@ struct NewOptions {
   std::string folder;
   std::string journal;
   JournalColumns columns;
+  KnownForm form;
 };
 
 /// What the journal holds in the columns that were chosen.
@@ -49,6 +52,7 @@ class NewCube {
   }
 
   void Make(const NewOptions& options) {
+    olap::SetForm(guess_.form, "", "", options.form.dates);
     CheckName();
     CheckIsNew(host_, folder_);
     ReadJournal(options);
@@ -133,12 +137,13 @@ class NewCube {
     std::vector<std::string> header;
     header.reserve(row.size());
     for (const olap::Field& field : row) header.emplace_back(field.text);
-    olap::CsvOptions csv{{separator, '.', ""}, "journal", options.journal, file};
+    olap::CsvOptions csv{{separator, '.', ""}, "journal", options.journal, file, {}};
     const auto source = olap::OpenCsvFolder(host_.files, folder_, csv);
     guess_ = GuessJournal(host_.locale, *source->OpenParts({"journal"}, header), header,
-                          options.columns, guessed);
+                          options.columns, options.form, guessed);
     guess_.form.separator = separator;
     csv.form = guess_.form;
+    csv.date_columns = {{"journal", Column(Role::kDate)}};
     ReadContent(*olap::OpenCsvFolder(host_.files, folder_, csv), read(kGuessed, kListed));
   }
 
@@ -167,6 +172,12 @@ class NewCube {
     const std::string text(Column(Role::kText).empty() ? "" : fields[2].text);
     const auto [account, is_new] = content_.accounts.emplace(fields[1].text, text);
     if (!is_new && account->second != text) account->second.clear();
+    if (!Column(Role::kLedger).empty() && fields[3].text.empty()) {
+      throw Failure(failure_number::kTypeMismatch,
+                    row.Place() + ": the column " + Quoted(Column(Role::kLedger)) +
+                        " names no ledger here; add it, delete the line, or name another column "
+                        "with --ledger");
+    }
     ++content_.ledgers[Column(Role::kLedger).empty() ? "Books" : std::string(fields[3].text)];
   }
 
@@ -176,11 +187,10 @@ class NewCube {
     constexpr int kMostYears = 5;
     for (const auto& [ledger, entries] : content_.ledgers) {
       if (document_.data_sources.size() == kMostLedgers) break;
+      const std::string name =
+          FreeName(content_.ledgers.size() == 1 ? name_ : name_ + " " + ledger);
       DataSourceSetting& source = document_.data_sources.emplace_back();
-      source.SetName = content_.ledgers.size() == 1 ? name_ : name_ + " " + ledger;
-      if (!SetNameProblem(source.SetName).empty()) {
-        source.SetName = name_ + " ledger " + std::to_string(document_.data_sources.size());
-      }
+      source.SetName = name;
       source.CubeFile = folder_ + "/" + CubeFileName();
       source.CubeName = kJournalCube;
       source.OBS = ledger;
@@ -198,6 +208,19 @@ class NewCube {
         set.Period(month) = {IsoDate(from).substr(0, 7), from, Date{next.serial - 1}, false};
       }
     }
+  }
+
+  /// `name`, or another one where a set cannot have it or one has it, in any case.
+  std::string FreeName(std::string name) const {
+    const auto& sets = document_.data_sources;
+    const auto has_it = [&](const DataSourceSetting& set) {
+      return EqualNoCase(host_.locale, set.SetName, name);
+    };
+    for (std::size_t number = sets.size() + 1;
+         !SetNameProblem(name).empty() || std::ranges::any_of(sets, has_it); ++number) {
+      name = name_ + " ledger " + std::to_string(number);
+    }
+    return name;
   }
 
   /// Nobody expects that a new cube changes settings that were there.
@@ -292,6 +315,11 @@ void AddCubeNew(CLI::App& cube, const CommonOptions& common) {
     command->add_option(std::string("--") + kRoleNames[i], options->columns[i],
                         "Its column, instead of the one that is guessed");
   }
+  command
+      ->add_option("--decimal", options->form.decimal, "The decimal mark, where two are possible")
+      ->check(CLI::IsMember({".", ","}));
+  command->add_option("--dates", options->form.dates,
+                      "The form of dates, such as d/m/yyyy, where two are possible");
   command->callback([&common, options] {
     const auto session = common.NewSession();
     NewCube(*session, *options).Make(*options);

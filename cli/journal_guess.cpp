@@ -13,8 +13,9 @@ namespace vok::cli {
 namespace {
 
 /// Days before months: so most countries write.
-constexpr std::array kDateForms = {"yyyy-mm-dd", "d.m.yyyy", "d/m/yyyy", "m/d/yyyy", "d-m-yyyy",
-                                   "yyyy/m/d",   "yyyymmdd", "d.m.yy",   "d/m/yy",   "m/d/yy"};
+const std::vector<std::string> kDateForms = {"yyyy-mm-dd", "d.m.yyyy", "d/m/yyyy", "m/d/yyyy",
+                                             "d-m-yyyy",   "yyyy/m/d", "yyyymmdd", "d.m.yy",
+                                             "d/m/yy",     "m/d/yy"};
 
 /// Beginnings of words that headers have for each role, in several languages.
 const std::array<std::vector<std::string>, kRoleNames.size()> kWords = {
@@ -29,10 +30,11 @@ const std::array<std::vector<std::string>, kRoleNames.size()> kWords = {
 struct ColumnFacts {
   std::string name;
   std::size_t filled = 0;
-  std::array<std::size_t, kDateForms.size()> dates{};  ///< from the first on that are of each form
+  std::vector<std::size_t> dates;  ///< from the first on that are of each form
   std::size_t with_point = 0;
   std::size_t with_comma = 0;
   std::size_t with_decimals = 0;
+  std::size_t unclear = 0;                       ///< of these, where the mark may part thousands
   std::set<std::string, std::less<>> different;  ///< not all, when there are many
   /// The first field that is not a date of a form that all before it have, with its place.
   std::string not_date;
@@ -43,16 +45,28 @@ bool IsNumber(std::string_view text) {
   return olap::ParseDecimal(text).fit != olap::NumberFit::kNone;
 }
 
-void Learn(std::string_view text, const olap::TableReader& row, ColumnFacts& column) {
+bool IsDigit(char letter) { return letter >= '0' && letter <= '9'; }
+
+/// "1,250" and "-12.500", but not "0,125".
+bool HasUnclearMark(std::string_view text) {
+  const std::size_t mark = text.find_first_of(".,");
+  if (mark != text.find_last_of(".,") || mark + 4 != text.size()) return false;
+  std::string_view whole = text.substr(0, mark);
+  while (!whole.empty() && !IsDigit(whole.front())) whole.remove_prefix(1);
+  return !whole.empty() && whole.size() <= 3 && whole.front() != '0';
+}
+
+void Learn(std::string_view text, const olap::TableReader& row,
+           const std::vector<std::string>& forms, ColumnFacts& column) {
   constexpr std::size_t kMostDifferent = 10'000;
   const auto note = [&](bool fits, std::string& first) {
     if (!fits && first.empty()) first = Quoted(text) + " (" + row.Place() + ")";
   };
   ++column.filled;
   bool is_date = false;
-  for (std::size_t i = 0; i < kDateForms.size(); ++i) {
+  for (std::size_t i = 0; i < forms.size(); ++i) {
     const bool fits_so_far = column.dates[i] + 1 == column.filled;
-    if (!fits_so_far || !olap::IsoDateIn(kDateForms[i], text)) continue;
+    if (!fits_so_far || !olap::IsoDateIn(forms[i], text)) continue;
     ++column.dates[i];
     is_date = true;
   }
@@ -61,7 +75,10 @@ void Learn(std::string_view text, const olap::TableReader& row, ColumnFacts& col
   if (has_comma) ++column.with_comma;
   note(is_date, column.not_date);
   note(has_point || has_comma, column.not_amount);
-  if (text.find_first_of(".,") != std::string_view::npos) ++column.with_decimals;
+  if (text.find_first_of(".,") != std::string_view::npos) {
+    ++column.with_decimals;
+    if (HasUnclearMark(text)) ++column.unclear;
+  }
   if (column.different.size() < kMostDifferent && !column.different.contains(text)) {
     column.different.emplace(text);
   }
@@ -159,6 +176,37 @@ void RequireRoles(const JournalColumns& chosen, const std::vector<std::string>& 
   }
 }
 
+/// "" for dates that need no form.
+std::string DateForm(const ColumnFacts& date, const std::vector<std::string>& forms) {
+  if (!HoldsDates(date)) ThrowUnfit(date, "dates of one form", date.not_date);
+  const auto form_at = [&](auto place) {
+    return forms[static_cast<std::size_t>(place - date.dates.begin())];
+  };
+  const auto first = std::ranges::find(date.dates, date.filled);
+  const auto second = std::find(first + 1, date.dates.end(), date.filled);
+  if (second != date.dates.end()) {
+    throw Failure(failure_number::kNotFound, "The dates of the column " + Quoted(date.name) +
+                                                 " can be " + form_at(first) + " or " +
+                                                 form_at(second) + "; say which with --dates");
+  }
+  return form_at(first) == kDateForms[0] ? "" : form_at(first);
+}
+
+char DecimalMark(const ColumnFacts& amount, const std::string& known) {
+  if (known.empty() && amount.unclear > 0 && amount.unclear == amount.with_decimals) {
+    throw Failure(failure_number::kNotFound,
+                  "The marks in the column " + Quoted(amount.name) +
+                      " can part thousands or decimals; say with --decimal . or --decimal , "
+                      "which of the two parts decimals");
+  }
+  const bool fits_point = amount.with_point == amount.filled;
+  const bool fits_comma = amount.with_comma == amount.filled;
+  const bool fits = known == "." ? fits_point : known == "," ? fits_comma : HoldsAmounts(amount);
+  if (!fits) ThrowUnfit(amount, "amounts of one form", amount.not_amount);
+  if (!known.empty()) return known[0];
+  return fits_point ? '.' : ',';
+}
+
 }  // namespace
 
 char GuessSeparator(std::string_view text) {
@@ -171,15 +219,19 @@ char GuessSeparator(std::string_view text) {
 
 JournalGuess GuessJournal(const Locale& locale, olap::TableParts& journal,
                           const std::vector<std::string>& header, const JournalColumns& given,
-                          const std::function<void(double)>& progress) {
+                          const KnownForm& known, const std::function<void(double)>& progress) {
   std::vector<ColumnFacts> columns(header.size());
-  for (std::size_t i = 0; i < header.size(); ++i) columns[i].name = header[i];
+  const auto forms = known.dates.empty() ? kDateForms : std::vector{known.dates};
+  for (std::size_t i = 0; i < header.size(); ++i) {
+    columns[i].name = header[i];
+    columns[i].dates.resize(forms.size());
+  }
   JournalGuess guess;
   while (const auto rows = journal.Next()) {
     while (rows->Next()) {
       for (std::size_t i = 0; i < columns.size(); ++i) {
         const olap::Field& field = rows->Fields()[i];
-        if (!field.text.empty()) Learn(field.text, *rows, columns[i]);
+        if (!field.text.empty()) Learn(field.text, *rows, forms, columns[i]);
       }
     }
     progress(journal.Done());
@@ -194,11 +246,8 @@ JournalGuess GuessJournal(const Locale& locale, olap::TableParts& journal,
   const ColumnFacts& date = Named(columns, guess.columns[0]);
   const ColumnFacts& amount =
       Named(columns, guess.columns[static_cast<std::size_t>(Role::kAmount)]);
-  if (!HoldsDates(date)) ThrowUnfit(date, "dates of one form", date.not_date);
-  if (!HoldsAmounts(amount)) ThrowUnfit(amount, "amounts of one form", amount.not_amount);
-  const auto form = std::ranges::find(date.dates, date.filled) - date.dates.begin();
-  if (form > 0) guess.form.dates = kDateForms[static_cast<std::size_t>(form)];
-  if (amount.with_point < amount.filled) guess.form.decimal = ',';
+  guess.form.dates = DateForm(date, forms);
+  guess.form.decimal = DecimalMark(amount, known.decimal);
   return guess;
 }
 

@@ -22,6 +22,12 @@ inline constexpr std::array<const char*, 6> kRoleNames = {"date",     "account",
 /// Columns by their roles; "" where there is none.
 using JournalColumns = std::array<std::string, kRoleNames.size()>;
 
+/// How a journal is written, as far as the caller knows; "" where it is to be guessed.
+struct KnownForm {
+  std::string decimal;  ///< "." or ","
+  std::string dates;
+};
+
 struct JournalGuess {
   JournalColumns columns;
   olap::CsvForm form;
@@ -32,10 +38,11 @@ struct JournalGuess {
 char GuessSeparator(std::string_view text);
 
 /// Reads all rows of the columns `header`. `given` are columns that the caller knows. Failure 9999
-/// for a journal in which no date, account or amount is found; it says which columns there are.
+/// for a journal in which no date, account or amount is found; it says which columns there are; and
+/// for one whose dates or amounts can be read in two ways.
 /// `progress` is told how much is read, from 0 to 1.
 JournalGuess GuessJournal(const Locale& locale, olap::TableParts& journal,
                           const std::vector<std::string>& header, const JournalColumns& given,
-                          const std::function<void(double)>& progress);
+                          const KnownForm& known, const std::function<void(double)>& progress);
 
 }  // namespace vok::cli

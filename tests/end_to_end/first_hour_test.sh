@@ -44,6 +44,12 @@ expect 1 'There is a saved set named "shop" already' vokcube cube new shop input
 printf '%s\n' date,account,debit,credit,company 2024-01-{30,31},500,10.50,,It\'s 2024-01-{30,31},600,,10.50,Ours > input
 expect 0 'though they hold amounts: credit; see --amount' vokcube cube new both input
 expect 0 $'both ledger 1\nboth Ours' vokcube sets DataSourceInfo
+printf 'date;account;amount\n2/1/2024;5;1.250\n' > input
+expect 0 'a decimal comma, dates as m/d/yyyy' vokcube cube new us input --dates m/d/yyyy --decimal ,
+printf '%s\n' date,account,amount,ledger 2024-01-31,500,{1\,Shop,2\,SHOP,4\,shop,8\,Shop,16\,Shop,32\,SHOP} > input
+expect 0 'Saved the data source "fold SHOP"' vokcube cube new fold input
+expect 0 'Rows      1' vokcube run --data-source 'fold ledger 2' --periods 'fold 2024' --output report
+[[ $(sheet report.xlsX | tail -n +2 | tr -s ,) == '"0","500",25,' ]] || fail "Shop:" "$(sheet report.xlsX)"
 printf 'a,b\nx,y\n' > input
 expect 1 'Which column of the journal holds the date cannot be told; name it with --date. Its columns: a, b' \
   vokcube cube new other input

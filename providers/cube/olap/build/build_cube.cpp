@@ -1,7 +1,9 @@
 #include "providers/cube/olap/build/build_cube.h"
 
+#include <string>
 #include <utility>
 
+#include "platform/locale.h"
 #include "providers/cube/olap/build/cube_maker.h"
 #include "providers/cube/olap/build/live_build.h"
 #include "providers/cube/olap/build/refresh_months.h"
@@ -29,6 +31,30 @@ std::unique_ptr<TableSource> OpenSource(const Files& files, const BuildRequest& 
   return request.live ? OpenLiveTables(server, cubes) : OpenServerTables(server);
 }
 
+/// Those of the date dimensions' tables, and those of facts that lead there; with them what else
+/// these lead to, which is written like them. Amounts, names and captions are not among them.
+void AddDateColumns(const Locale& locale, const CubeSchema& cube, CsvOptions& csv) {
+  const std::string& facts = cube.fact_table.name;
+  for (const DimensionSchema& dimension : cube.dimensions) {
+    if (!dimension.is_time && !EqualNoCase(locale, dimension.name, "Date")) continue;
+    csv.date_columns.emplace(facts, dimension.foreign_key);
+    for (const HierarchySchema& hierarchy : dimension.hierarchies) {
+      const std::string& table = hierarchy.table.name.empty() ? facts : hierarchy.table.name;
+      for (const LevelSchema& level : hierarchy.levels) {
+        csv.date_columns.emplace(table, level.column);
+        csv.date_columns.emplace(table, level.name_column);
+        csv.date_columns.emplace(table, level.ordinal_column);
+      }
+    }
+  }
+  for (const DimensionSchema& dimension : cube.dimensions) {
+    if (!csv.date_columns.contains({facts, dimension.foreign_key})) continue;
+    for (const HierarchySchema& hierarchy : dimension.hierarchies) {
+      csv.date_columns.emplace(hierarchy.table.name, hierarchy.primary_key);
+    }
+  }
+}
+
 }  // namespace
 
 BuildReport BuildCubeFile(Files& files, const Locale& locale, const BuildRequest& request,
@@ -38,7 +64,8 @@ BuildReport BuildCubeFile(Files& files, const Locale& locale, const BuildRequest
   if (request.facts != nullptr && cubes.size() > 1) {
     throw BadInput(request.schema_path, "has several cubes; facts of one alone can be given apart");
   }
-  CsvOptions csv{cubes[0].csv, cubes[0].fact_table.name, request.facts_name, request.facts};
+  CsvOptions csv{cubes[0].csv, cubes[0].fact_table.name, request.facts_name, request.facts, {}};
+  for (const CubeSchema& cube : cubes) AddDateColumns(locale, cube, csv);
   SetForm(csv.form, request.separator, request.decimal, request.dates);
   const auto server = OpenServer(request);
   const auto source = OpenSource(files, request, csv, server, cubes);

@@ -81,7 +81,6 @@ void SetForm(CsvForm& form, const std::string& separator, const std::string& dec
 }
 
 std::optional<std::string> IsoDateIn(std::string_view form, std::string_view text) {
-  constexpr int kFirstYearOf1900s = 30;
   int day = -1;
   int month = -1;
   int year = -1;
@@ -93,7 +92,7 @@ std::optional<std::string> IsoDateIn(std::string_view form, std::string_view tex
     if (letter == 'm') month = TakeNumber(text, width);
     if (letter == 'y') {
       year = TakeNumber(text, width);
-      if (width == 2 && year >= 0) year += year < kFirstYearOf1900s ? 2000 : 1900;
+      if (width == 2 && year >= 0) year = YearOfTwoDigits(year);
     }
     if (letter != 'd' && letter != 'm' && letter != 'y') {
       if (!text.starts_with(std::string(width, letter))) return std::nullopt;

@@ -18,7 +18,8 @@ namespace {
 struct CsvLayout {
   std::string path;
   CsvForm form;
-  std::size_t width = 0;  ///< fields of a row
+  std::vector<std::size_t> dates;  ///< which of the columns that are asked for hold dates
+  std::size_t width = 0;           ///< fields of a row
   std::vector<std::size_t> places;
 };
 
@@ -29,7 +30,7 @@ class CsvPart : public TableReader {
         block_(std::move(block)),
         scanner_(block_, layout_->path, layout_->form.separator),
         picked_(layout_->places.size()),
-        dates_(layout_->form.dates.empty() ? 0 : picked_.size()) {}
+        dates_(layout_->dates.size()) {}
 
   bool Next() override {
     do {
@@ -57,10 +58,11 @@ class CsvPart : public TableReader {
 
   void ReadDates() {
     for (std::size_t index = 0; index < dates_.size(); ++index) {
-      auto date = IsoDateIn(layout_->form.dates, picked_[index].text);
+      Field& field = picked_[layout_->dates[index]];
+      auto date = IsoDateIn(layout_->form.dates, field.text);
       if (!date) continue;
       dates_[index] = std::move(*date);
-      picked_[index].text = dates_[index];
+      field.text = dates_[index];
     }
   }
 
@@ -77,9 +79,15 @@ struct CsvFile {
   std::string path;
 };
 
+/// That are asked for, and which of them hold dates of the form.
+struct CsvColumns {
+  std::vector<std::string> names;
+  std::vector<std::size_t> dates;
+};
+
 class CsvFileParts {
  public:
-  CsvFileParts(const CsvFile& file, const CsvForm& form, const std::vector<std::string>& columns)
+  CsvFileParts(const CsvFile& file, const CsvForm& form, const CsvColumns& columns)
       : blocks_(Decoded(BytesOfFile(file.file, file.path), file.path)),
         layout_(std::make_shared<CsvLayout>()) {
     RowBlock block = blocks_.Next().value_or(RowBlock());
@@ -89,7 +97,8 @@ class CsvFileParts {
     std::vector<std::string> header;
     header.reserve(row.size());
     for (const Field& field : row) header.emplace_back(field.text);
-    *layout_ = {file.path, form, header.size(), PlacesOf(columns, header, file.path)};
+    *layout_ = {file.path, form, columns.dates, header.size(),
+                PlacesOf(columns.names, header, file.path)};
     block.first_line = scanner.next_line();
     block.text.erase(0, scanner.position());
     first_ = std::move(block);
@@ -112,7 +121,7 @@ class CsvFileParts {
 /// One file after the other; each has a header of its own.
 class CsvParts : public TableParts {
  public:
-  CsvParts(std::vector<CsvFile> files, CsvForm form, std::vector<std::string> columns)
+  CsvParts(std::vector<CsvFile> files, CsvForm form, CsvColumns columns)
       : files_(std::move(files)), form_(std::move(form)), columns_(std::move(columns)) {
     OpenNext();
   }
@@ -134,7 +143,7 @@ class CsvParts : public TableParts {
 
   std::vector<CsvFile> files_;
   CsvForm form_;
-  std::vector<std::string> columns_;
+  CsvColumns columns_;
   std::size_t opened_ = 0;
   std::unique_ptr<CsvFileParts> parts_;  // of the last one opened
 };
@@ -150,7 +159,11 @@ class CsvFolder : public TableSource {
 
   std::unique_ptr<TableParts> OpenParts(const TableName& table,
                                         const std::vector<std::string>& columns) const override {
-    return std::make_unique<CsvParts>(FilesOf(table.name), csv_.form, columns);
+    CsvColumns asked{columns, {}};
+    for (std::size_t index = 0; index < columns.size() && !csv_.form.dates.empty(); ++index) {
+      if (csv_.date_columns.contains({table.name, columns[index]})) asked.dates.push_back(index);
+    }
+    return std::make_unique<CsvParts>(FilesOf(table.name), csv_.form, std::move(asked));
   }
 
   void CheckUnchanged() const override {

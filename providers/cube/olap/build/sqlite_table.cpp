@@ -12,32 +12,55 @@
 namespace vok::olap {
 namespace {
 
-/// An opened database, closed when the last of its readers is gone.
+struct Closer {
+  void operator()(sqlite3* handle) const { sqlite3_close(handle); }
+};
+
+/// An opened database, closed when the last of its readers is gone. One transaction shows all of
+/// them the same state of it, and keeps writers out that would change the file in its place.
 class Database {
  public:
-  Database(const Files& files, std::string path) : path_(std::move(path)) {
-    const int code = sqlite3_open_v2(files.NativePath(path_).c_str(), &handle_,
+  Database(const Files& files, std::string path)
+      : path_(std::move(path)), file_(files.Open(path_)) {
+    sqlite3* handle = nullptr;
+    const int code = sqlite3_open_v2(files.NativePath(path_).c_str(), &handle,
                                      SQLITE_OPEN_READONLY | SQLITE_OPEN_NOMUTEX, nullptr);
+    handle_.reset(handle);
     if (code != SQLITE_OK) {
-      const std::string words = sqlite3_errmsg(handle_);
-      sqlite3_close(handle_);
-      throw BadInput(path_, "cannot be opened: " + words);
+      throw BadInput(path_, "cannot be opened: " + std::string(sqlite3_errmsg(handle)));
     }
-    sqlite3_busy_timeout(handle_, kBusyMilliseconds);
+    sqlite3_busy_timeout(handle, kBusyMilliseconds);
+    constexpr const char* kBegin = "BEGIN; SELECT name FROM sqlite_schema LIMIT 1";
+    if (sqlite3_exec(handle, kBegin, nullptr, nullptr, nullptr) != SQLITE_OK) throw Refused();
+    has_log_ = HasLog(files);
   }
-  ~Database() { sqlite3_close(handle_); }
-  Database(const Database&) = delete;
-  Database& operator=(const Database&) = delete;
 
-  sqlite3* handle() const { return handle_; }
+  sqlite3* handle() const { return handle_.get(); }
   const std::string& path() const { return path_; }
-  Failure Refused() const { return BadInput(path_, sqlite3_errmsg(handle_)); }
+  Failure Refused() const {
+    return HasChanged() ? FileChanged(path_) : BadInput(path_, sqlite3_errmsg(handle()));
+  }
+  /// Whether something wrote into the file that does not know of its readers, such as cp.
+  bool HasChanged() const { return !has_log_ && file_->HasChanged(); }
+  void CheckUnchanged() const {
+    if (HasChanged()) throw FileChanged(path_);
+  }
 
  private:
   static constexpr int kBusyMilliseconds = 5000;
 
+  /// Writers may move what stands in such a log into the file while it is read: the log has it for
+  /// the reader too.
+  bool HasLog(const Files& files) const {
+    const std::string log = sqlite3_filename_wal(sqlite3_db_filename(handle(), "main"));
+    return files.Exists(log) && files.Open(log)->Size() > 0;
+  }
+
   std::string path_;
-  sqlite3* handle_ = nullptr;
+  // Before the handle: to close a file gives up all locks that this process has on it.
+  std::unique_ptr<const FileReader> file_;
+  std::unique_ptr<sqlite3, Closer> handle_;
+  bool has_log_ = false;
 };
 
 class Statement {
@@ -98,7 +121,8 @@ class SqliteReader {
         row_count_(CountRows(database, table)),
         statement_(database, SelectText(table, columns)),
         fields_(columns.size()),
-        numbers_(columns.size()) {}
+        numbers_(columns.size()),
+        database_(database) {}
 
   bool Next() {
     // A statement that is done, or failed, would begin anew.
@@ -112,6 +136,7 @@ class SqliteReader {
   std::span<const Field> Fields() const { return fields_; }
   std::string PlaceOf(uint64_t row) const { return where_ + ", row " + std::to_string(row); }
   uint64_t Line() const { return row_; }
+  void CheckUnchanged() const { database_->CheckUnchanged(); }
   double Done() const {
     return row_count_ == 0 ? 1 : static_cast<double>(row_) / static_cast<double>(row_count_);
   }
@@ -154,6 +179,7 @@ class SqliteReader {
   bool is_done_ = false;
   std::vector<Field> fields_;
   std::vector<std::array<char, 32>> numbers_;
+  std::shared_ptr<const Database> database_;
 };
 
 /// Rows that own their texts, and what was wrong with the row after them.
@@ -166,6 +192,7 @@ class SqlitePart : public TableReader {
     } catch (...) {
       failure_ = std::current_exception();
     }
+    reader_->CheckUnchanged();  // else its rows, and what is wrong with one, are of no state
     const char* text = texts_.data();
     for (Field& field : fields_) {
       field.text = {text, field.text.size()};
@@ -232,6 +259,7 @@ class SqliteSource : public TableSource {
     Statement statement(database_, "SELECT name FROM pragma_table_xinfo(?1)");
     statement.Bind(table);
     const auto there = FirstColumn(statement);
+    database_->CheckUnchanged();
     if (there.empty()) {
       Statement tables(database_,
                        "SELECT name FROM sqlite_schema WHERE type IN ('table', 'view') "
@@ -244,8 +272,7 @@ class SqliteSource : public TableSource {
     return std::make_unique<SqliteParts>(std::make_shared<SqliteReader>(database_, table, columns));
   }
 
-  /// The database keeps writers out of a table that is read.
-  void CheckUnchanged() const override {}
+  void CheckUnchanged() const override { database_->CheckUnchanged(); }
 
  private:
   std::shared_ptr<const Database> database_;

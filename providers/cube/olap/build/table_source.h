@@ -4,9 +4,11 @@
 
 #include <cstdint>
 #include <memory>
+#include <set>
 #include <span>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "platform/failure.h"
@@ -49,6 +51,8 @@ struct CsvOptions {
   std::string facts_table = {};  ///< whose rows are those of `facts` where that is given
   std::string facts_name = {};   ///< of `facts`, for failures
   std::shared_ptr<const FileReader> facts = {};
+  /// Table and column: what stands in them in the form of dates is read as a date, nothing else.
+  std::set<std::pair<std::string, std::string>> date_columns = {};
 };
 
 /// A table in parts of whole rows, whose number and borders its content alone decides.

@@ -10,6 +10,7 @@
 #include <span>
 #include <string>
 #include <thread>
+#include <utility>
 
 #include "native.h"
 #include "platform/failure.h"
@@ -100,7 +101,8 @@ TEST(CsvTable, IsReadAsAccountantsProgramsWriteIt) {
                 R"(<Annotations><Annotation name="csv.separator">;</Annotation>
     <Annotation name="csv.decimal">,</Annotation><Annotation name="x">y</Annotation>
     <Annotation name="csv.dates">d.m.yyyy</Annotation></Annotations>)");
-  schema.insert(schema.find("<Dimension"), R"(<Dimension name="Day" foreignKey="day">
+  schema.insert(schema.find("<Dimension"),
+                R"(<Dimension name="Day" type="TimeDimension" foreignKey="day">
     <Hierarchy hasAll="false" primaryKey="day"><Table name="days"/>
     <Level name="Day" column="day"/></Hierarchy></Dimension>)");
   test::NativeFiles files;
@@ -112,7 +114,7 @@ TEST(CsvTable, IsReadAsAccountantsProgramsWriteIt) {
       std::ofstream(folder.File(name), std::ios::binary) << text;
     };
     write("schema.xml", schema);
-    write("d.csv", "id;name\n1;a\n2;\"b\"\n");
+    write("d.csv", "id;name\n1;4.1.2010\n2;\"b\"\n");
     write("days.csv", "day\n2024-01-31\n1.2.2024\n");
     for (const auto& [name, text] : each) write(name, text);
     BuildCubeFile(files, test::NativeLocale("en_US"),
@@ -121,6 +123,7 @@ TEST(CsvTable, IsReadAsAccountantsProgramsWriteIt) {
     const StoredCube& cube = file->cubes().at(0);
     EXPECT_EQ(cube.facts->Read({{0}, {}, {}})[0].numbers[0], 1234.25);
     EXPECT_EQ(cube.model.hierarchies[0].Name(1), "2024-02-01");
+    EXPECT_EQ(cube.model.hierarchies[1].Name(0), "4.1.2010") << "an account may look like a date";
   }
 }
 
@@ -336,17 +339,26 @@ TEST(CsvTable, IsComparedWithItsBeginningWhenTheCubeIsWhole) {
 
 class SqliteTables : public testing::Test {
  protected:
-  std::shared_ptr<const CubeFile> Build(const std::string& sql) {
-    const std::string database = folder_.File("data.db");
+  /// What SQLite says to it.
+  int Execute(const std::string& sql, const std::string& name = "data.db") {
     sqlite3* handle = nullptr;
-    EXPECT_EQ(sqlite3_open(database.c_str(), &handle), SQLITE_OK);
-    EXPECT_EQ(sqlite3_exec(handle, sql.c_str(), nullptr, nullptr, nullptr), SQLITE_OK);
+    EXPECT_EQ(sqlite3_open(folder_.File(name).c_str(), &handle), SQLITE_OK);
+    const int code = sqlite3_exec(handle, sql.c_str(), nullptr, nullptr, nullptr);
     sqlite3_close(handle);
+    return code;
+  }
+  std::shared_ptr<const CubeFile> BuildWhile(
+      const std::function<void(const std::string& step)>& act) {
     std::ofstream(folder_.File("schema.xml")) << kSchema;
     test::NativeFiles files;
     BuildCubeFile(files, test::NativeLocale("en_US"),
-                  {folder_.File("schema.xml"), database, folder_.File("out.cub")}, {});
+                  {folder_.File("schema.xml"), folder_.File("data.db"), folder_.File("out.cub")},
+                  [&](const BuildStep& step) { act(step.what); });
     return CubeFile::Open(files, folder_.File("out.cub"));
+  }
+  std::shared_ptr<const CubeFile> Build(const std::string& sql) {
+    EXPECT_EQ(Execute(sql), SQLITE_OK);
+    return BuildWhile([](const std::string&) {});
   }
 
   test::TemporaryFolder folder_;
@@ -360,6 +372,56 @@ TEST_F(SqliteTables, AreReadWithTheirTypes) {
       "INSERT INTO f SELECT 1, 0 FROM n;"  // two parts, to the last row
       "CREATE VIEW fact AS SELECT * FROM f");
   ExpectNamesAndSum(*file, {"a", "#null"}, 0.3);
+}
+
+TEST_F(SqliteTables, AreReadInOneStateOrNotAtAll) {
+  const std::string tables =
+      "CREATE TABLE d(id, name); INSERT INTO d VALUES (1, 'a'), (2, 'b');"
+      "CREATE TABLE fact(id, v); INSERT INTO fact VALUES (1, 0.25)";
+  const std::string change =
+      "BEGIN; UPDATE d SET name = name || name; UPDATE fact SET v = 1; COMMIT;"
+      "PRAGMA wal_checkpoint";
+  EXPECT_EQ(Execute(tables + ";" + change, "other.db"), SQLITE_OK);
+  EXPECT_EQ(Execute("CREATE TABLE other(x)", "without.db"), SQLITE_OK);
+  const auto copy = [this](const std::string& name) {
+    std::ifstream from(folder_.File(name), std::ios::binary);
+    std::ofstream(folder_.File("data.db"), std::ios::binary) << from.rdbuf();
+    return SQLITE_OK;
+  };
+  const struct {
+    const char* log;
+    const char* step;
+    std::function<int()> act;
+    int code;
+    const char* words;
+  } cases[] = {
+      {"delete", "reading dimension D", [&] { return copy("other.db"); }, SQLITE_OK, "changed"},
+      {"delete", "reading dimension D", [&] { return copy("without.db"); }, SQLITE_OK, "changed"},
+      {"delete", "reading fact", [&] { return copy("schema.xml"); }, SQLITE_OK, "changed"},
+      {"delete", "writing C", [&] { return copy("other.db"); }, SQLITE_OK, "changed"},
+      {"delete", "reading fact", [&] { return Execute(change); }, SQLITE_BUSY, ""},
+      {"wal", "reading fact", [&] { return Execute(change); }, SQLITE_OK, ""},
+  };
+  for (const auto& each : cases) {
+    std::filesystem::remove(folder_.File("data.db"));
+    sqlite3* other_program = nullptr;
+    EXPECT_EQ(sqlite3_open(folder_.File("data.db").c_str(), &other_program), SQLITE_OK);
+    const std::string sql = "PRAGMA journal_mode=" + std::string(each.log) + ";" + tables;
+    EXPECT_EQ(sqlite3_exec(other_program, sql.c_str(), nullptr, nullptr, nullptr), SQLITE_OK);
+    std::this_thread::sleep_for(std::chrono::milliseconds(20));
+    std::function<int()> act = each.act;
+    const std::string said = test::DescriptionOf([&] {
+      const auto file = BuildWhile([&](const std::string& step) {
+        if (step != each.step || !act) return;
+        EXPECT_EQ(std::exchange(act, nullptr)(), each.code);
+      });
+      ExpectNamesAndSum(*file, {"a", "b"}, 0.25);
+    });
+    sqlite3_close(other_program);
+    EXPECT_EQ(act, nullptr);
+    const std::string wanted = *each.words == 0 ? "no failure" : "data.db\": it was changed while";
+    EXPECT_NE(said.find(wanted), std::string::npos) << each.step << ": " << said;
+  }
 }
 
 TEST_F(SqliteTables, RefusalsNameTheTableTheColumnAndTheRow) {
