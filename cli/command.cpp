@@ -1,6 +1,8 @@
 #include "cli/command.h"
 
+#include <cerrno>
 #include <charconv>
+#include <cstdio>
 #include <iostream>
 #include <iterator>
 #include <system_error>
@@ -10,6 +12,7 @@
 #include "env/directories.h"
 #include "env/environment.h"
 #include "platform/failure.h"
+#include "platform/files.h"
 #include "settings/settings_tables.h"
 
 namespace vok::cli {
@@ -95,16 +98,20 @@ std::string CubeText(const std::string& source, const std::string& catalog) {
   return catalog.empty() ? text : text + ";Initial Catalog=" + quoted("[" + catalog + "]");
 }
 
-std::string ReadStandardInput() {
-  return std::string(std::istreambuf_iterator<char>(std::cin), {});
+void ThrowUnread(const std::string& name) {
+  ThrowFileFailure(failure_number::kDeviceError, "read", name,
+                   std::generic_category().message(errno), "Check where it comes from.");
 }
 
-void WriteOutput(Files& files, const std::string& path, const std::string& text) {
-  if (path.empty() || path == "-") {
-    std::cout << text;
-  } else {
-    WriteWholeFile(files, path, text);
-  }
+void CheckReadToEnd(const std::istream& input, const std::string& name) {
+  // Standard input, which C shares, notes errors there.
+  if (input.bad() || (&input == &std::cin && std::ferror(stdin) != 0)) ThrowUnread(name);
+}
+
+std::string ReadStandardInput() {
+  std::string text(std::istreambuf_iterator<char>(std::cin), {});
+  CheckReadToEnd(std::cin, "standard input");
+  return text;
 }
 
 }  // namespace vok::cli

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <CLI/CLI.hpp>
+#include <istream>
 #include <memory>
 #include <ostream>
 #include <stdexcept>
@@ -108,11 +109,13 @@ std::vector<CheckedCube> CheckCubes(const Host& host, const std::string& source,
                                     const std::string& catalog = {});
 void PrintLacks(const CheckedCube& cube, std::ostream& out);
 
-/// To its end.
-std::string ReadStandardInput();
+/// 57: `input`, which has the name, cannot be read; the reason is that of the last call.
+[[noreturn]] void ThrowUnread(const std::string& name);
+/// The failure above when reading ended otherwise than at the end of the input.
+void CheckReadToEnd(const std::istream& input, const std::string& name);
 
-/// Writes the text to a file; to standard output for the path "-" and for none.
-void WriteOutput(Files& files, const std::string& path, const std::string& text);
+/// To its end, or the failure above.
+std::string ReadStandardInput();
 
 /// Each takes the program and the common options, which outlive the parse. The command's work is
 /// done by the callback of its subcommand, which throws `Failure`.

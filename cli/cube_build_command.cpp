@@ -19,12 +19,11 @@ void OpenFacts(Files& files, const std::string& path, olap::BuildRequest& reques
   if (path.empty()) return;
   const std::string& folder = request.temporary_folder;
   const std::string beside = folder.empty() ? request.output_path : folder + "/facts";
-  request.facts_name = path == "-" ? "standard input" : path;
   if (path == "-") {
-    request.facts = ReadPiped(files, std::cin, beside);
+    request.facts = ReadPiped(files, std::cin, request.facts_name, beside);
   } else if (IsPipe(files, path)) {
     std::ifstream pipe(PathOfUtf8(files.NativePath(path)), std::ios::binary);
-    request.facts = ReadPiped(files, pipe, beside);
+    request.facts = ReadPiped(files, pipe, request.facts_name, beside);
   } else {
     request.facts = files.Open(path);
   }
@@ -34,8 +33,9 @@ void Build(const CommonOptions& common, const BuildOptions& options) {
   const auto session = common.NewSession();
   const Host& host = session->host();
   MakingOptions making = options.making;
-  OpenFacts(host.files, options.facts, making.request);
-  MakeCubeFile(*session, making, [&host](const auto& request, const auto& tell) {
+  making.request.facts_name = options.facts == "-" ? "standard input" : options.facts;
+  MakeCubeFile(*session, making, [&](olap::BuildRequest request, const auto& tell) {
+    OpenFacts(host.files, options.facts, request);
     return olap::BuildCubeFile(host.files, host.locale, request, tell);
   });
 }

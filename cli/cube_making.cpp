@@ -3,9 +3,12 @@
 #include <chrono>
 #include <iostream>
 #include <map>
+#include <memory>
 #include <optional>
+#include <span>
 #include <utility>
 
+#include "cli/output_file.h"
 #include "cli/progress_line.h"
 #include "cli/stop_on_interrupt.h"
 #include "cli/terminal.h"
@@ -13,20 +16,14 @@
 #include "platform/shown_text.h"
 #include "providers/cube/olap/build/refresh_months.h"
 #include "providers/cube/olap/storage/cube_file.h"
-#include "providers/cube/olap/storage/format.h"
 
 namespace vok::cli {
 namespace {
 
-[[noreturn]] void Refuse(const std::string& path, const std::string& why) {
-  throw Failure(failure_number::kFileExists, "Cannot write \"" + path + "\": " + why);
-}
-
 /// The cube file that a new one is to take the place of.
 class OldCube {
  public:
-  /// Looks at the file, if there is one. Failure 58 for a file that is neither a cube's nor empty:
-  /// a mistyped name must not cost another file.
+  /// Looks at the file, if there is one.
   OldCube(const Files& files, const std::string& path);
 
   /// Failure 58 when a cube that has facts here has none in the new file.
@@ -39,17 +36,12 @@ class OldCube {
 
 OldCube::OldCube(const Files& files, const std::string& path) : path_(path) {
   if (!files.Exists(path)) return;
-  const std::string begin = ReadBeginning(files, path, olap::kFileMagic.size());
-  if (begin.empty()) return;
-  if (begin != std::string(olap::kFileMagic.begin(), olap::kFileMagic.end())) {
-    Refuse(path, "the file there is not a cube. Give another name, or delete it first.");
-  }
   try {
     const auto opened = olap::CubeFile::Open(files, path);
     for (const olap::StoredCube& cube : opened->cubes()) {
       facts_[cube.model.name] = cube.model.fact_count;
     }
-  } catch (const Failure&) {  // a damaged one may be replaced by anything
+  } catch (const Failure&) {  // an empty or damaged one may be replaced by anything
     facts_.clear();
   }
 }
@@ -58,7 +50,9 @@ void OldCube::RefuseEmptied(const olap::BuildReport& made) const {
   for (const auto& cube : made.cubes) {
     const auto before = facts_.find(cube.name);
     if (cube.facts > 0 || before == facts_.end() || before->second == 0) continue;
-    Refuse(path_, "cube " + cube.name + " has " + std::to_string(before->second) +
+    throw Failure(failure_number::kFileExists,
+                  "Cannot write \"" + path_ + "\": cube " + cube.name + " has " +
+                      std::to_string(before->second) +
                       " facts there and would have none. Nothing was changed. Look into the data, "
                       "or add --allow-empty.");
   }
@@ -77,10 +71,20 @@ void OldCube::RefuseEmptied(const olap::BuildReport& made) const {
                                "leave out all such rows with --bad-rows FILE, which lists them");
 }
 
-std::string Lines(const std::vector<std::string>& rows) {
+void Write(FileReplacement& file, const std::vector<std::string>& rows) {
   std::string text;
   for (const std::string& row : rows) text += OneLine(row) + '\n';
-  return text;
+  file.Write(std::as_bytes(std::span(text)));
+}
+
+/// The file of bad rows that was asked for, begun before the build; null when none was.
+std::unique_ptr<FileReplacement> BeginOutputs(const Host& host, const MakingOptions& options) {
+  const olap::BuildRequest& request = options.request;
+  std::vector<std::string> used = {request.schema_path, request.data_path, request.facts_name};
+  CheckOutput(host, request.output_path, kCubeFile, used);
+  if (options.bad_rows.empty()) return nullptr;
+  used.push_back(request.output_path);
+  return BeginOutput(host, options.bad_rows, kBadRowsList, used);
 }
 
 void Tell(const MakingOptions& options, const olap::BuildReport& report) {
@@ -137,11 +141,13 @@ void MakeCubeFile(Session& session, const MakingOptions& options, const MakeCube
       return session.OpenTables(address, asked);
     };
   }
-  request.leave_out_bad_rows = !options.bad_rows.empty();
+  const auto bad_rows = BeginOutputs(session.host(), options);
+  request.leave_out_bad_rows = bad_rows != nullptr;
   const OldCube old(session.host().files, request.output_path);
-  if (!options.allow_empty) {
-    request.check = [&old](const olap::BuildReport& made) { old.RefuseEmptied(made); };
-  }
+  request.check = [&](const olap::BuildReport& made) {
+    if (!options.allow_empty) old.RefuseEmptied(made);
+    if (bad_rows != nullptr) Write(*bad_rows, made.bad_rows);
+  };
   olap::BuildReport report;
   try {
     ProgressLine line(options.progress);
@@ -151,9 +157,7 @@ void MakeCubeFile(Session& session, const MakingOptions& options, const MakeCube
   } catch (const olap::BadRows& bad) {
     ThrowBadRows(bad, request.leave_out_bad_rows);
   }
-  if (request.leave_out_bad_rows) {
-    WriteWholeFile(session.host().files, options.bad_rows, Lines(report.bad_rows));
-  }
+  if (bad_rows != nullptr) bad_rows->Commit();
   const std::chrono::duration<double> taken = std::chrono::steady_clock::now() - start;
   Tell(options, report);
   std::cout << OneLine(request.output_path) << ": " << report.file_bytes << " bytes, "

@@ -149,8 +149,7 @@ int Explain(CLI::App& app, const CLI::ParseError& error) {
   if (!subcommand.empty()) {
     PrintUnknownSubcommand(Innermost(app), subcommand);
   } else if (!PrintUnknownOption(Innermost(app), app.remaining(true))) {
-    app.exit(error);
-    return kWrongArguments;
+    std::cerr << OneLine(error.what()) << '\n';
   }
   std::cerr << "Run with --help for more information.\n";
   return kWrongArguments;

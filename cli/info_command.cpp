@@ -1,10 +1,15 @@
 // vokcube info: everything that is saved, as a host program sees it.
+#include <algorithm>
 #include <iostream>
 #include <memory>
+#include <string>
 
 #include "cli/command.h"
 #include "cli/print.h"
+#include "cube/discovery.h"
 #include "platform/failure.h"
+#include "platform/shown_text.h"
+#include "platform/text.h"
 #include "settings/set_lists.h"
 
 namespace vok::cli {
@@ -29,6 +34,34 @@ Json InfoDocument(const Value::Array& lists) {
   return document;
 }
 
+/// Why a saved setting shows no file.
+std::string Problem(const Files& files, const std::string& cube_file) {
+  if (cube_file.empty()) return "it names no cube file";
+  try {
+    files.LastModified(cube_file);
+    return "its cube file could not be looked at; try again";
+  } catch (const Failure& failure) {
+    return failure.description();
+  }
+}
+
+/// Adds what a host program is not told: addresses of servers, and what is wrong with a file.
+void AddSources(const Host& host, const Environment& environment, Json& document) {
+  const auto settings = ReadAllDataSources(host, environment);
+  for (Json& source : document["dataSources"]) {
+    if (!source["CubeFile"].get<std::string>().empty()) continue;
+    const auto setting = std::ranges::find(settings, source["SetName"].get<std::string>(),
+                                           &DataSourceSetting::SetName);
+    if (setting == settings.end()) continue;
+    const std::string file(TrimBlanks(setting->CubeFile));
+    if (IsServerAddress(host.locale, file)) {
+      source["CubeFile"] = WithoutUsers(file);
+    } else {
+      source["problem"] = Problem(host.files, file);
+    }
+  }
+}
+
 void PrintInfo(const Json& document) {
   std::cout << "Period sets\n";
   for (const auto& name : document["periods"]) std::cout << "  " << ShownText(name) << '\n';
@@ -36,7 +69,7 @@ void PrintInfo(const Json& document) {
   for (const auto& source : document["dataSources"]) {
     const std::string file = ShownText(source["CubeFile"]);
     std::cout << "  " << ShownText(source["SetName"]) << ": "
-              << (file.empty() ? "its cube file is not there"
+              << (file.empty() ? OneLine(source.value("problem", ""))
                                : file + "  " + ShownText(source["CubeFileDate"]))
               << '\n';
   }
@@ -55,7 +88,8 @@ void Info(const CommonOptions& common, bool as_json) {
   FindFolder(*session);
   const Value info = session->me().Qinfo();
   if (info.IsEmpty()) ThrowReason(*session);
-  const auto document = InfoDocument(*info.As<Value::Array>());
+  auto document = InfoDocument(*info.As<Value::Array>());
+  AddSources(session->host(), session->publics().environment, document);
   if (as_json) {
     std::cout << JsonText(document);
   } else {

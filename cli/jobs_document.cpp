@@ -3,6 +3,7 @@
 #include <map>
 
 #include "cli/json_entries.h"
+#include "cli/output_file.h"
 #include "platform/failure.h"
 
 namespace vok::cli {
@@ -25,16 +26,18 @@ RunRequest ReadJob(const Node& node) {
 
 }  // namespace
 
-std::vector<RunRequest> ParseJobs(std::string_view json, const std::string& origin) {
+std::vector<RunRequest> ParseJobs(const Host& host, std::string_view json,
+                                  const std::string& origin) {
   const Json parsed = ParseJson(json, origin, "a list of runs");
   std::vector<RunRequest> jobs;
-  std::map<std::string, std::string> outputs;
+  std::map<std::string, std::string> workbooks;
   Elements(Node{parsed, origin, ""}, [&](const Node& node, std::size_t) {
     jobs.push_back(ReadJob(node));
-    const auto [other, is_new] = outputs.emplace(jobs.back().output, node.path);
+    const std::string workbook = FileIdentity(host, WorkbookOf(host.files, jobs.back()));
+    const auto [other, is_new] = workbooks.emplace(workbook, node.path);
     if (!is_new) {
       node.Fail(failure_number::kTypeMismatch,
-                "has the output of " + other->second + "; give each run its own");
+                "has the workbook of " + other->second + "; give each run its own");
     }
   });
   return jobs;

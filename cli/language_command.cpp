@@ -1,10 +1,12 @@
 // vokcube language texts | build | show: the texts of the windows, for translators.
 #include <iostream>
 #include <memory>
+#include <span>
 #include <string>
 
 #include "cli/command.h"
 #include "cli/language_texts.h"
+#include "cli/output_file.h"
 #include "platform/failure.h"
 #include "platform/files.h"
 #include "platform/shown_text.h"
@@ -13,7 +15,8 @@ namespace vok::cli {
 namespace {
 
 void PrintOwn(const CommonOptions& common, const std::string& path) {
-  WriteOutput(common.NewSession()->host().files, path, PrintLanguageTexts(OwnTexts()));
+  const auto session = common.NewSession();
+  TextOutput(session->host(), path, kTextsOfWindows).Write(PrintLanguageTexts(OwnTexts()));
 }
 
 struct FileOptions {
@@ -42,12 +45,15 @@ std::string ReadTexts(const Host& host, const FileOptions& options) {
 void Build(const CommonOptions& common, const FileOptions& options) {
   const auto session = common.NewSession();
   const Host& host = session->host();
+  const auto output = BeginOutput(host, options.table, kLanguageTable, {options.texts});
   const LanguageTexts texts = ParseLanguageTexts(ReadTexts(host, options), options.texts);
   for (const std::string& note : LanguageNotes(texts)) {
     std::cerr << OneLine(options.texts + ": " + note) << '\n';
   }
   const recordset::Rowset table = ToLanguageTable(texts);
-  WriteWholeFile(host.files, options.table, recordset::WriteXmlRowset(table));
+  const std::string text = recordset::WriteXmlRowset(table);
+  output->Write(std::as_bytes(std::span(text)));
+  output->Commit();
   std::cout << "Wrote " << table.rows.size() << " texts of " << texts.size() << " numbers to "
             << OneLine(host.files.NativePath(options.table)) << '\n';
 }

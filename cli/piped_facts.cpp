@@ -4,6 +4,7 @@
 #include <span>
 #include <vector>
 
+#include "cli/command.h"
 #include "platform/whole_path.h"
 
 namespace vok::cli {
@@ -27,7 +28,8 @@ class PipedFile : public FileReader {
 }  // namespace
 
 std::shared_ptr<const FileReader> ReadPiped(Files& files, std::istream& input,
-                                            const std::string& beside) {
+                                            const std::string& name, const std::string& beside) {
+  if (!input) ThrowUnread(name);
   constexpr std::size_t kPiece = std::size_t{1} << 20;
   auto file = files.Scratch(beside);
   uint64_t size = 0;
@@ -37,6 +39,7 @@ std::shared_ptr<const FileReader> ReadPiped(Files& files, std::istream& input,
     file->Write(std::as_bytes(std::span(piece).first(count)));
     size += count;
   }
+  CheckReadToEnd(input, name);
   return std::make_shared<PipedFile>(std::move(file), size);
 }
 

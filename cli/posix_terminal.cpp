@@ -1,3 +1,4 @@
+#include <fcntl.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -23,9 +24,19 @@ void Interrupt(int signal) {
   errno = error;
 }
 
+/// A file that the program opens must not take the place of a standard stream that its caller has
+/// closed: messages would go into it. What is opened there instead fails as a closed stream does.
+void OccupyStandardStreams() {
+  for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
+    const bool is_closed = fcntl(stream, F_GETFD) == -1;
+    if (is_closed) open("/dev/null", stream == STDIN_FILENO ? O_WRONLY : O_RDONLY);
+  }
+}
+
 }  // namespace
 
 int RunProgram(int argc, char** argv, int (*program)(std::vector<std::string> arguments)) {
+  OccupyStandardStreams();
   return program({argv + 1, argv + argc});
 }
 
@@ -38,7 +49,8 @@ void CatchInterrupts(bool (*ask)()) {
   for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
     if (std::signal(signal, Interrupt) == SIG_IGN) std::signal(signal, SIG_IGN);
   }
-  std::signal(SIGXFSZ, SIG_IGN);  // a file that grows beyond its limit is a failure to write
+  // A file that grows beyond its limit and a pipe that nobody reads are failures to write.
+  for (const int signal : {SIGXFSZ, SIGPIPE}) std::signal(signal, SIG_IGN);
 }
 
 /// What can be taken from caches counts; the number of free pages does not have it.

@@ -1,17 +1,19 @@
 // vokcube run: saved queries into workbooks.
 #include <algorithm>
 #include <iostream>
-#include <iterator>
 #include <memory>
 #include <utility>
+#include <vector>
 
 #include "cli/command.h"
 #include "cli/jobs_document.h"
+#include "cli/output_file.h"
 #include "cli/print.h"
 #include "cli/progress_line.h"
 #include "cli/run_jobs.h"
 #include "cli/run_outcome.h"
 #include "cli/stop_on_interrupt.h"
+#include "env/environment.h"
 #include "platform/failure.h"
 #include "platform/shown_text.h"
 
@@ -64,8 +66,16 @@ void Print(const RunOutcome& outcome, const RunOptions& options) {
 }
 
 /// Nobody wants to hear after the runs that their log cannot be written.
-void CheckLog(Session& session, const RunOptions& options) {
-  if (!options.log.empty()) session.host().files.Append(options.log, "");
+void CheckLog(Session& session, const RunOptions& options,
+              const std::vector<RunRequest>& requests) {
+  if (options.log.empty()) return;
+  FindFolder(session);
+  const Host& host = session.host();
+  std::vector<std::string> used = {options.jobs,
+                                   SettingsDatabase(session.publics().environment.SettingsFolder)};
+  for (const RunRequest& request : requests) used.push_back(WorkbookOf(host.files, request));
+  CheckOutput(host, options.log, kRunLog, used);
+  host.files.Append(options.log, "");
 }
 
 /// Adds the outcome to the log that was asked for.
@@ -74,10 +84,12 @@ void Log(Session& session, const RunOptions& options, const RunOutcome& outcome)
   session.host().files.Append(options.log, LogLine(outcome, session.host().clock.Now()));
 }
 
-RunOutcome OutcomeOfOne(Session& session, const RunOptions& options, const QueryStop& stop) {
+/// A log that must not be written is left out of the options.
+RunOutcome OutcomeOfOne(Session& session, RunOptions& options, const QueryStop& stop) {
   try {
-    CheckLog(session, options);
+    CheckLog(session, options, {options.request});
   } catch (const Failure& failure) {
+    options.log.clear();
     return {options.request, failure.number(), failure.description(), {}};
   }
   ProgressLine line(options.progress);
@@ -87,10 +99,11 @@ RunOutcome OutcomeOfOne(Session& session, const RunOptions& options, const Query
   return RunSaved(session, options.request, options.limits.ConnectionText(), stop);
 }
 
-void RunOne(const CommonOptions& common, const RunOptions& options) {
+void RunOne(const CommonOptions& common, RunOptions options) {
   OtherMessageBoxes boxes;
-  const auto session = common.NewSession({.message_boxes = &boxes, .is_command = true});
   QueryStop stop;
+  const auto session =
+      common.NewSession({.message_boxes = &boxes, .is_command = true, .stop = &stop});
   const StopOnInterrupt interrupt(stop);
   const RunOutcome outcome = OutcomeOfOne(*session, options, stop);
   Print(outcome, options);
@@ -100,8 +113,7 @@ void RunOne(const CommonOptions& common, const RunOptions& options) {
 }
 
 std::string ReadJobs(const Files& files, const std::string& path) {
-  if (path != "-") return ReadWholeFile(files, path);
-  return {std::istreambuf_iterator<char>(std::cin), {}};
+  return path == "-" ? ReadStandardInput() : ReadWholeFile(files, path);
 }
 
 /// On one line, with the names of the run before what became of it.
@@ -155,9 +167,10 @@ class Tally {
 void RunAll(const CommonOptions& common, const RunOptions& options) {
   const auto session = common.NewSession();
   FindFolder(*session);
+  const Host& host = session->host();
   const std::string origin = options.jobs == "-" ? "standard input" : options.jobs;
-  const auto requests = ParseJobs(ReadJobs(session->host().files, options.jobs), origin);
-  CheckLog(*session, options);
+  const auto requests = ParseJobs(host, ReadJobs(host.files, options.jobs), origin);
+  CheckLog(*session, options, requests);
   QueryStop stop;
   const StopOnInterrupt interrupt(stop);
   Tally tally(requests.size(), options.progress);
@@ -165,13 +178,14 @@ void RunAll(const CommonOptions& common, const RunOptions& options) {
     return common.NewSession({.message_boxes = &boxes,
                               .is_command = true,
                               .keep_open = true,
+                              .stop = &stop,
                               .cube_files = &session->cube_files()});
   };
   const auto ended = [&](const RunOutcome& outcome) {
     const int status = ExitStatus(outcome);
     tally.Add(status);
+    Log(*session, options, outcome);  // first: standard output may be a pipe that nobody reads
     if (status != 0 || !options.quiet) PrintNow(JobLine(outcome));
-    Log(*session, options, outcome);
   };
   RunJobs({requests, options.limits.ConnectionText(), options.threads, new_session, ended}, stop);
   tally.ThrowUnlessGood();

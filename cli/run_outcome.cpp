@@ -7,6 +7,7 @@
 #include "cube/requirements.h"
 #include "platform/failure.h"
 #include "platform/shown_text.h"
+#include "settings/settings_database.h"
 
 namespace vok::cli {
 namespace {
@@ -32,7 +33,9 @@ std::string Advice(const Publics& publics) {
 /// What stands at the output path though this run put nothing there.
 std::string OldWorkbookText(const Files& files, const std::string& path) {
   try {
-    return files.Exists(path) ? "; " + path + " is that of an earlier run" : "";
+    if (!files.Exists(path)) return {};
+    files.Open(path);  // fails for a pipe or a device, which is not of a run
+    return "; " + path + " is that of an earlier run";
   } catch (const Failure&) {  // what failed before is the thing to tell
     return {};
   }
@@ -76,6 +79,8 @@ std::string OutcomeText(const Session& session, const Publics& publics, const Va
 }
 
 void Run(Session& session, const std::string& limits, const QueryStop& stop, RunOutcome& outcome) {
+  CheckSetName(kDataSourceWords, outcome.request.data_source);
+  CheckSetName(kPeriodSetWords, outcome.request.periods);
   FindFolder(session);
   RunRequest request = outcome.request;
   request.output = OutputPath(session.host().files, request.output);
@@ -87,6 +92,10 @@ void Run(Session& session, const std::string& limits, const QueryStop& stop, Run
   publics.stop = nullptr;
   const auto& parts = *result.As<Value::Array>();
   outcome.code = parts.size() == 2 ? parts[0].ToInt32() : 0;
+  if (outcome.code != 0 && stop.asked() && !publics.last_run.whole) {  // a wait was cut short, too
+    publics.last_run.stopped = true;
+    outcome.code = kQueryCancelled;
+  }
   outcome.text = OutcomeText(session, publics, parts, request.output);
   outcome.report = publics.last_run;
 }
@@ -105,6 +114,14 @@ RunOutcome RunSaved(Session& session, const RunRequest& request, const std::stri
   }
   outcome.text = WithoutUsers(outcome.text);
   return outcome;
+}
+
+std::string WorkbookOf(const Files& files, const RunRequest& request) {
+  try {
+    return WorkbookPath(OutputPath(files, request.output));
+  } catch (const Failure&) {  // the run itself will tell
+    return WorkbookPath(request.output);
+  }
 }
 
 std::string NamesFile(const std::string& path) {

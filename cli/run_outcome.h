@@ -28,6 +28,9 @@ struct RunOutcome {
 RunOutcome RunSaved(Session& session, const RunRequest& request, const std::string& limits,
                     const QueryStop& stop);
 
+/// The path of the workbook that the run writes, where it writes one.
+std::string WorkbookOf(const Files& files, const RunRequest& request);
+
 /// What is wrong with an output path, as the end of a sentence; "" for nothing.
 std::string NamesFile(const std::string& path);
 

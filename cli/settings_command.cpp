@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "cli/command.h"
+#include "cli/output_file.h"
 #include "cli/print.h"
 #include "cli/settings_document.h"
 #include "cube/discovery.h"
@@ -124,16 +125,6 @@ void Import(const CommonOptions& common, const std::string& path) {
             << OneLine(host.files.NativePath(SettingsDatabase(environment.SettingsFolder))) << '\n';
 }
 
-/// Somebody may give the database that is meant to be read.
-void RefuseDatabase(const Host& host, const std::string& path) {
-  if (path.empty() || path == "-" || !IsDatabase(host, path)) return;
-  throw Failure(
-      failure_number::kFileExists,
-      host.files.NativePath(path) +
-          " is a database, which the document would replace; name another file. To export "
-          "what is in it, name it after --from");
-}
-
 /// Of the settings folder, or of the database `from`.
 SettingsDocument ReadExported(Session& session, const std::string& from) {
   const Host& host = session.host();
@@ -145,9 +136,8 @@ SettingsDocument ReadExported(Session& session, const std::string& from) {
 
 void Export(const CommonOptions& common, const std::string& path, const std::string& from) {
   const auto session = common.NewSession();
-  const Host& host = session->host();
-  RefuseDatabase(host, path);
-  WriteOutput(host.files, path, PrintSettingsDocument(ReadExported(*session, from)));
+  TextOutput output(session->host(), path, kSettingsDocument, {from});
+  output.Write(PrintSettingsDocument(ReadExported(*session, from)));
 }
 
 struct SetOptions {

@@ -23,8 +23,6 @@ void Record(OpenKeyTable& open_keys, RegistryKey handle, std::string name) {
   }
 }
 
-constexpr uint32_t kIniBufferSize = 255;
-
 /// People should not wonder whose settings they see.
 void TellProblem(const Host& host, Environment& environment) {
   std::string problem = host.registry.Problem();
@@ -85,10 +83,10 @@ bool FindSettingsFolder(const Host& host, Environment& environment) {
 }
 
 std::string ReadIniValue(const Host& host, Environment& environment, const std::string& section,
-                         const std::string& key) {
+                         const std::string& key, uint32_t length) {
   FindSettingsFolder(host, environment);
-  std::string buffer(kIniBufferSize, ' ');
-  host.registry.PrivateProfileString(section, key, buffer, kIniBufferSize,
+  std::string buffer(length + 1, ' ');
+  host.registry.PrivateProfileString(section, key, buffer, length + 1,
                                      environment.SettingsFolder + "\\Qel.ini");
   return buffer.substr(0, buffer.find('\0'));
 }

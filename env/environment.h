@@ -54,10 +54,13 @@ std::string GetSettingValue(const Host& host, Environment& environment, const st
 /// for each reason.
 bool FindSettingsFolder(const Host& host, Environment& environment);
 
-/// A value of "Qel.ini" in the settings folder, at most 254 characters. Finds the settings folder
-/// first.
+/// The values of "Qel.ini" are this long, unless it is told otherwise.
+inline constexpr uint32_t kIniValueLength = 254;
+
+/// A value of "Qel.ini" in the settings folder, at most `length` characters. Finds the settings
+/// folder first.
 std::string ReadIniValue(const Host& host, Environment& environment, const std::string& section,
-                         const std::string& key);
+                         const std::string& key, uint32_t length = kIniValueLength);
 
 /// Makes the settings folder the current directory and returns it; "" when there is no such
 /// directory, and then nothing changes.

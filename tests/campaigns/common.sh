@@ -120,7 +120,7 @@ make_start() {
   "$vokcube" language texts own.csv
   "$vokcube" language build own.csv Lang.rs
   cp "$root/languages/texts.csv" .
-  echo "old" > own.csv
+  echo "number,1 old" > own.csv
   for output in one two; do
     echo "{\"dataSource\": \"Domestic\", \"periods\": \"Demo\", \"output\": \"$output\"}"
   done | paste -sd, | sed 's/.*/[&]/' > jobs.json

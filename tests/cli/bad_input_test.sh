@@ -42,6 +42,9 @@ try_wrong_inputs() {
 mkdir -p jet empty folder/CubToQel.mdb
 printf '\0\1\0\0Standard Jet DB\0' > jet/CubToQel.mdb
 touch empty/CubToQel.mdb file
+mkfifo pipe.xlsX
+ln -s . here
+ln -s c.xlsX link.xlsX
 expect 0 "stored cells" cube build --schema "$data/schema.xml" --data "$data" --output ledger.cub
 expect 0 "Imported 2 data sources" settings import "$data/settings.json" --settings-folder good
 head -c 5000 ledger.cub > short.cub
@@ -93,6 +96,16 @@ if [[ $left != "A1 A2 PAD Q20 Q21 " ]]; then
   fail "other sets than the named ones were changed; left are $left"
 fi
 
+# A read error is not the end of the input. A folder can be opened, but not read.
+for command in "settings import -" "run --jobs -" "mdx ledger.cub -" \
+  "cube build --schema $data/schema.xml --data $data --output ledger.cub --facts -"; do
+  # shellcheck disable=SC2086
+  vokcube=bash expect 1 '57: Cannot read "standard input": Is a directory' \
+    -c 'exec "$@" --settings-folder good < .' bash "$vokcube" $command
+done
+vokcube=setsid expect 1 '57: Cannot read "/dev/tty": No such device' --wait "$vokcube" \
+  cube build --schema "$data/schema.xml" --data "$data" --output ledger.cub --facts /dev/tty
+
 # A lock of the database, or of its folder, that is waited for is told.
 hold_database() { sqlite3 good/CubToQel.mdb "BEGIN EXCLUSIVE" ".shell touch locked; sleep 2"; }
 hold_folder() { flock good sh -c "touch locked; sleep 2"; }
@@ -139,13 +152,14 @@ cat > jobs << 'END'
 [{"dataSource": "Nothing", "periods": "Demo", "output": "missing/out"},
  {"dataSource": "Nothing", "periods": "Demo", "output": "out"},
  {"dataSource": "Domestic", "periods": "Demo", "output": "folder"},
+ {"dataSource": "Dom#stic", "periods": "Demo", "output": "good/pattern"},
  {"dataSource": "Domestic", "periods": "Demo", "output": "good/out"}]
 END
 expect 1 '"output":"good/out","workbook":"good/out.xlsX","rows":' run --settings-folder good --jobs jobs
-for words in "3 of 4 runs left no workbook" '"cause":"Path/file access error: \"folder\" is a folder' \
+for words in "4 of 5 runs left no workbook" '"cause":"Path/file access error: \"folder\" is a folder' \
   '"cause":"Cannot write \"missing/out.xlsX\": No such file or directory. Check that the folder exists;' \
-  '"output":"out","workbook":"","rows":0'; do
-  [[ $(grep -cF -- "$words" said) == 1 ]] || fail "of four runs nobody tells $words"
+  '"output":"out","workbook":"","rows":0' '"cause":"The data source is named \"Dom#stic\"; a name may'; do
+  [[ $(grep -cF -- "$words" said) == 1 ]] || fail "of five runs nobody tells $words"
 done
 expect 1 '"cause": "Cann'"'"'t read Settings (Datasource Definition: Nothing' \
   run --settings-folder good --data-source Nothing --periods Demo --output out --json
@@ -180,6 +194,7 @@ install -m 644 /dev/stdin "$open/password" <<< secret
 VOKCUBE_XMLA_PASSWORD_FILE=$open/password expect 1 "Keep them out: chmod 600 $open/password" \
   cube info http://127.0.0.1:1/ --settings-folder good
 rm -r "$open"
+expect 2 'mon\u001bc\n1111: forged' periods fill x --interval $'mon\ec\n1111: forged' --from 2024-01-01
 evil=$'\ec\n1111: forged' shown='\u001bc\n1111: forged'
 mkdir hostile
 cp "$data"/*.csv hostile
@@ -221,8 +236,8 @@ expect 0 "2 bad rows were left out" cube build --schema "$data/schema.xml" --dat
 rm -r rows
 expect 0 " 3  2024-03-01  2024-03-31  2024-03" periods fill Run --interval month --from 2024-01-31 \
   --first 1 --last 3 --settings-folder good
-expect 0 " 1  2024-01-01  2024-12-31  Jan 2024" periods fill Demo --interval year --from 2024-01-01 \
-  --last 1 --settings-folder good
+expect 0 'Note: the name of period 1, "Jan 2024", is of other dates than 2024-01-01 to 2024-12-31' \
+  periods fill Demo --interval year --from 2024-01-01 --last 1 --settings-folder good
 expect 1 "first page is cut short" window --settings-folder jet
 expect 1 "445: No window can be shown" window --settings-folder good
 for command in --version --help "cube info ledger.cub" "sets Periods --settings-folder good"; do

@@ -62,7 +62,7 @@ vok 1 "never written" settings import 54.json --settings-folder 54
 vok 1 "never written" periods fill P --interval year --settings-folder 54
 vok 0 "" settings export from.json --from 54/CubToQel.mdb
 cmp 54-1.json from.json || fail "--from is not the same document"
-vok 1 "54/CubToQel.mdb is a database" settings export 54/CubToQel.mdb --settings-folder 54-copy
+vok 1 '54/CubToQel.mdb": the file there is a database' settings export 54/CubToQel.mdb --settings-folder 54-copy
 
 # A file that cannot be read changes nothing.
 head -c 100000 54/CubToQel.mdb > cut.mdb

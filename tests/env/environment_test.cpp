@@ -85,6 +85,7 @@ TEST_F(EnvironmentTest, IniValuesComeFromTheSettingsFolderOfTheMoment) {
   memory.registry.SetFolder("C:\\Data");
   EXPECT_EQ(ReadIniValue(memory.host, environment, "Qel", "QelUILanguage"), "2");
   EXPECT_EQ(ReadIniValue(memory.host, environment, "Qel", "Long"), std::string(254, 'x'));
+  EXPECT_EQ(ReadIniValue(memory.host, environment, "Qel", "Long", 299), std::string(299, 'x'));
   EXPECT_EQ(environment.SettingsFolder, "C:\\Data");
 }
 
