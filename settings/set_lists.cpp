@@ -1,8 +1,10 @@
 #include "settings/set_lists.h"
 
 #include <map>
+#include <optional>
 #include <string>
 
+#include "platform/failure.h"
 #include "platform/text.h"
 #include "settings/set_rows.h"
 #include "settings/settings_database.h"
@@ -17,6 +19,16 @@ void ForEachRow(Connection& connection, const std::string& table, Visit visit) {
   const SetRow row(*rows, table, NullRule::kIsEmpty);
   for (; !rows->AtEnd(); rows->MoveNext()) visit(row);
   rows->Close();
+}
+
+/// Nothing for a file that is not there or cannot be looked at: it must not hide the other
+/// settings.
+std::optional<Date> DateOf(const Host& host, const std::string& file) {
+  try {
+    if (host.files.Exists(file)) return GetFileDate(host, file);
+  } catch (const Failure&) {
+  }
+  return std::nullopt;
 }
 
 }  // namespace
@@ -37,11 +49,10 @@ DataSourceList ListDataSources(const Host& host, const Environment& environment)
   DataSourceList list;
   for (; !rows->AtEnd(); rows->MoveNext()) {
     const std::string stored = rows->Field("CubeFile").ToText();
-    const std::string file(TrimBlanks(stored));
-    const bool exists = host.files.Exists(file);
+    const auto date = DateOf(host, std::string(TrimBlanks(stored)));
     list.names.push_back(rows->Field("SetName"));
-    list.cube_files.emplace_back(exists ? stored : std::string());
-    list.file_dates.push_back(exists ? Value(GetFileDate(host, file)) : Value());
+    list.cube_files.emplace_back(date ? stored : std::string());
+    list.file_dates.push_back(date ? Value(*date) : Value());
   }
   rows->Close();
   if (list.names.empty()) list = {Value::Array(1), Value::Array(1), Value::Array(1)};

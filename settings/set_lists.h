@@ -13,8 +13,8 @@ namespace vok {
 /// Names of all period sets; one empty value when there is none.
 Value::Array ListPeriodSets(const Host& host, const Environment& environment);
 
-/// All data-source settings, in parallel lists. A cube file that does not exist is "" and has an
-/// empty date. One empty value in each list when there is none.
+/// All data-source settings, in parallel lists. A cube file that does not exist, or cannot be
+/// looked at, is "" and has an empty date. One empty value in each list when there is none.
 struct DataSourceList {
   Value::Array names;
   Value::Array cube_files;

@@ -39,15 +39,42 @@ PeriodSet Year(const std::string& name, const std::string& first = "Jan") {
   return set;
 }
 
+/// Counts the tables that are opened, which is to read them whole.
+struct CountedConnection : Connection {
+  CountedConnection(std::unique_ptr<Connection> given, int& count)
+      : connection(std::move(given)), tables_opened(count) {}
+  std::unique_ptr<Rows> Query(const std::string& text) override { return connection->Query(text); }
+  std::unique_ptr<WritableTable> OpenTable(const std::string& name) override {
+    ++tables_opened;
+    return connection->OpenTable(name);
+  }
+  void Execute(const std::string& text) override { connection->Execute(text); }
+  std::unique_ptr<DatabaseStructure> OpenStructure() override {
+    return connection->OpenStructure();
+  }
+  void Begin(Purpose purpose) override { connection->Begin(purpose); }
+  void Commit() override { connection->Commit(); }
+  void Rollback() noexcept override { connection->Rollback(); }
+
+  std::unique_ptr<Connection> connection;
+  int& tables_opened;
+};
+
 /// Can make files that have a table of another shape already.
 struct StoreDatabase : SqliteDatabase {
   using SqliteDatabase::SqliteDatabase;
+  std::unique_ptr<Connection> Open(const std::string& path, int32_t timeout) override {
+    ++opened;
+    return std::make_unique<CountedConnection>(SqliteDatabase::Open(path, timeout), tables_opened);
+  }
   std::unique_ptr<NewDatabase> Create(const std::string& path) override {
     auto made = SqliteDatabase::Create(path);
     if (half_made) made->Structure().AppendTable({"Periods", {{"c"}}});
     return made;
   }
   bool half_made = false;
+  int opened = 0;
+  int tables_opened = 0;
 };
 
 class StoreTest : public testing::Test {
@@ -140,6 +167,23 @@ TEST_F(StoreTest, ASaveThatFailsChangesNothingAndNamesItsSet) {
     EXPECT_EQ(current.periods.Period(1).PeriodName, "Old") << told;
     EXPECT_EQ(Count("DataSourceInfo") + Count("Periods"), 2) << told;
   }
+}
+
+TEST_F(StoreTest, AnImportOpensItsFileAndEachTableOnceHoweverManySetsItHas) {
+  Create();
+  std::vector<DataSourceSetting> sources;
+  std::vector<PeriodSet> periods;
+  for (int i = 0; i < 20; ++i) {
+    sources.push_back(Source("Source" + std::to_string(i)));
+    periods.push_back(Year("Year" + std::to_string(i)));
+  }
+  for (const char* sets : {"new", "there already"}) {
+    database.opened = database.tables_opened = 0;
+    ImportSets(host, environment, sources, periods);
+    EXPECT_EQ(database.opened, 1) << sets;
+    EXPECT_EQ(database.tables_opened, 3) << sets;
+  }
+  EXPECT_EQ(Count("DataSourceInfo") + Count("Periods"), 40);
 }
 
 TEST_F(StoreTest, ANameThatMeansAnotherSetIsRefusedBeforeTheFileIsOpened) {

@@ -8,6 +8,7 @@
 #include "platform/text.h"
 #include "settings/set_reader.h"
 #include "settings/set_writer.h"
+#include "settings/settings_database.h"
 #include "texts/language.h"
 #include "texts/string_table.h"
 #include "texts/text_numbers.h"
@@ -171,9 +172,12 @@ void DataSourceFields::Show(const DataSourceSetting& setting) {
 
 bool DataSourceFields::INIDataSource(const std::string& name) {
   bool loaded = false;
+  const std::string& wanted = name.empty() ? form_.Text(kName) : name;
+  if (wanted.empty()) return false;
   RunReported(services_, {.FunctionName = "INIDataSource", .ModuleName = "FrmPeriods"}, [&] {
-    const auto setting = ReadEditedDataSource(services_.host, services_.publics.environment,
-                                              name.empty() ? form_.Text(kName) : name);
+    CheckSetName(kDataSourceWords, wanted);
+    const auto setting =
+        ReadEditedDataSource(services_.host, services_.publics.environment, wanted);
     if (!setting) return;
     Show(*setting);
     loaded = true;

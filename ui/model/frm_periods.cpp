@@ -10,6 +10,7 @@
 #include "settings/set_lists.h"
 #include "settings/set_reader.h"
 #include "settings/set_writer.h"
+#include "settings/settings_database.h"
 #include "settings/settings_tables.h"
 #include "texts/language.h"
 #include "texts/string_table.h"
@@ -262,9 +263,11 @@ bool FrmPeriods::SaveSettings() {
 
 bool FrmPeriods::LoadPeriodSet(const std::string& name) {
   bool loaded = false;
+  const std::string& wanted = name.empty() ? form_.Text(kPeriods) : name;
+  if (wanted.empty()) return false;
   RunReported(services_, ReportOf("LoadPeriodSet"), [&] {
-    const auto set = ReadEditedPeriods(services_.host, services_.publics.environment,
-                                       name.empty() ? form_.Text(kPeriods) : name);
+    CheckSetName(kPeriodSetWords, wanted);
+    const auto set = ReadEditedPeriods(services_.host, services_.publics.environment, wanted);
     if (!set) return;
     dates_.Show(*set);
     loaded = true;
@@ -326,6 +329,8 @@ void FrmPeriods::RunQuery() {
   if (periods.empty()) periods = kUnnamedPeriods;
   Value result;
   const bool ran = RunReported(services_, ReportOf("cmdQuery_Click"), [&] {
+    CheckSetName(kDataSourceWords, form_.Text(kDataSource));
+    CheckSetName(kPeriodSetWords, periods);
     const std::string output = OutputPath(services_.host.files, form_.Text("txtOutput"));
     result = progress_.Run(form_.Text(kDataSource), periods, output);
   });

@@ -76,6 +76,12 @@ TEST_F(QuestionsTest, WhatCannotBeDoneIsToldAndChangesNothing) {
   form.SetText("comboDataSource", "");
   EXPECT_TRUE(window->SaveSettings());
   EXPECT_EQ(Stored(), "Periods= Save  15/11 16:32= ") << "named by the time";
+  const auto refused = ElementsAre(Field(&MessageBox::text, HasSubstr("may not contain #")));
+  for (const char* combo : {"ComboPeriods", "comboDataSource"}) {
+    form.SetText(combo, "Per#ods");
+    form.Raise(FormEvent::kClicked, combo);
+    EXPECT_THAT(desk.TakeBoxes(), refused) << combo;
+  }
 }
 
 TEST_F(QuestionsTest, ASetIsDeletedOnlyWhenThePersonSaysSo) {
