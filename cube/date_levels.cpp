@@ -5,7 +5,6 @@
 #include <string>
 
 #include "platform/failure.h"
-#include "platform/level_time.h"
 
 namespace vok {
 namespace {
@@ -56,14 +55,14 @@ bool AreMonths(std::span<const Date> year) {
 void CheckDeclaredTimes(const CubeHierarchy& dates) {
   for (const Place& place : kPlaces) {
     if (place.level >= dates.LevelCount()) return;
-    const LevelTime time = TimeOf(*dates.LevelAt(place.level));
+    const LevelTime time = dates.LevelAt(place.level)->Time();
     if (time == LevelTime::kUntold || time == place.time) continue;
     throw Misplaced(dates, place, "is declared to hold another span of time");
   }
 }
 
 void CheckDaysAreDays(const CubeHierarchy& dates, std::span<const Date> days) {
-  if (TimeOf(*dates.LevelAt(kDayLevel)) == LevelTime::kDays) return;
+  if (dates.LevelAt(kDayLevel)->Time() == LevelTime::kDays) return;
   for (std::size_t end = 0; !days.empty(); days = days.subspan(end)) {
     const int year = days.front().Year();
     for (end = 1; end < days.size() && days[end].Year() == year;) ++end;

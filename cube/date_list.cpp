@@ -12,7 +12,6 @@
 #include "platform/calendar.h"
 #include "platform/date.h"
 #include "platform/failure.h"
-#include "platform/level_time.h"
 #include "platform/text.h"
 
 namespace vok {
@@ -69,7 +68,7 @@ std::unique_ptr<CubeMember> FirstMember(const CubeLevel& level) {
 bool HasYearsOnTop(const CubeHierarchy& dates) {
   const auto next = dates.LevelAt(kYearLevel);
   const auto top = dates.LevelAt(0);
-  if (TimeOf(*next) == LevelTime::kYears || top->MemberCount() == 0) return false;
+  if (next->Time() == LevelTime::kYears || top->MemberCount() == 0) return false;
   if (!YearNamed(FirstMember(*top)->Name())) return false;
   const auto number = WholeNumber(FirstMember(*LevelOf(dates, kYearLevel))->Name());
   return !number || *number <= kLastMonth;

@@ -35,6 +35,10 @@ class CubeMember {
   virtual std::string FormatString() const { return {}; }
 };
 
+/// The span of time that each member of a level stands for. `kOther`: half-years, quarters or
+/// weeks.
+enum class LevelTime : uint8_t { kUntold, kYears, kMonths, kDays, kOther };
+
 /// Members stand in the cube's order, counted from 0.
 class CubeLevel {
  public:
@@ -43,6 +47,8 @@ class CubeLevel {
   virtual std::string UniqueName() const = 0;
   /// Whether its one member stands for all of the hierarchy. Its name does not tell.
   virtual bool IsAll() const = 0;
+  /// `kUntold` where the provider or the cube does not tell.
+  virtual LevelTime Time() const { return LevelTime::kUntold; }
   virtual std::size_t MemberCount() const = 0;
   virtual std::unique_ptr<CubeMember> MemberAt(std::size_t index) const = 0;
 };

@@ -7,7 +7,6 @@
 #include <vector>
 
 #include "platform/cube.h"
-#include "platform/level_time.h"
 #include "providers/cube/olap/mdx/cube_view.h"
 
 namespace vok::olap {
@@ -65,7 +64,7 @@ class OlapHierarchy : public CubeHierarchy {
   HierarchyId id_;
 };
 
-class OlapLevel : public TimedLevel {
+class OlapLevel : public CubeLevel {
  public:
   OlapLevel(std::shared_ptr<const CubeView> cube, HierarchyId hierarchy, uint32_t level)
       : cube_(std::move(cube)), hierarchy_(hierarchy), level_(level) {}

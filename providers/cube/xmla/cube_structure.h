@@ -8,7 +8,6 @@
 #include <vector>
 
 #include "platform/cube.h"
-#include "platform/level_time.h"
 #include "platform/locale.h"
 #include "providers/cube/xmla/server_cube.h"
 
@@ -69,7 +68,7 @@ class XmlaHierarchy : public CubeHierarchy {
   HierarchyNode& node_;
 };
 
-class XmlaLevel : public TimedLevel {
+class XmlaLevel : public CubeLevel {
  public:
   XmlaLevel(std::shared_ptr<ServerCube> cube, HierarchyNode& hierarchy, std::size_t level)
       : cube_(std::move(cube)), hierarchy_(hierarchy), level_(level) {}

@@ -11,7 +11,7 @@
 #include <unordered_map>
 #include <vector>
 
-#include "platform/level_time.h"
+#include "platform/cube.h"
 #include "providers/cube/xmla/server.h"
 #include "providers/cube/xmla/text_arena.h"
 

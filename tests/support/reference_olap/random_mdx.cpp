@@ -157,7 +157,7 @@ class QueryMaker {
   }
 
   Term Axis(const Hierarchies& hierarchies) {
-    const Term set = Made('s', hierarchies, kDepth);
+    Term set = Made('s', hierarchies, kDepth);
     const bool has_total = calculated_.back().hierarchy != 0;
     if (hierarchies.size() > 1 || has_total || !dice_.OneIn(4)) return set;
     const Member& total = NewCalculated(hierarchies[0], "total", 9, kDepth - 1);

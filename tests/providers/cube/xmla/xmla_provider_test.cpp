@@ -7,7 +7,6 @@
 #include <map>
 
 #include "native.h"
-#include "platform/level_time.h"
 #include "tests/providers/cube/xmla/answers.h"
 #include "tests/providers/cube/xmla/scripted_server.h"
 #include "tests/support/failures.h"
@@ -76,8 +75,8 @@ TEST_F(XmlaProviderTest, ShowsTheStructureAskingOnceForWhatIsLookedAt) {
   EXPECT_TRUE(dates->LevelAt(0)->IsAll());
   EXPECT_FALSE(dates->LevelAt(1)->IsAll()) << "the name does not tell";
   const auto months = dates->LevelAt(2);
-  EXPECT_EQ(TimeOf(*dates->LevelAt(0)), LevelTime::kUntold);
-  EXPECT_EQ(TimeOf(*months), LevelTime::kMonths);
+  EXPECT_EQ(dates->LevelAt(0)->Time(), LevelTime::kUntold);
+  EXPECT_EQ(months->Time(), LevelTime::kMonths);
   EXPECT_EQ(counts_["MDSCHEMA_MEMBERS [Date].[Month]"], 0);
   Texts members;
   for (std::size_t i = 0; i < months->MemberCount(); ++i) {
