@@ -237,7 +237,9 @@ void PrintCsv(const Cellset& cellset, std::ostream& out) {
       Sheet(cellset).Lines([&](std::size_t ordinal) { return CellText(cellset.Cell(ordinal)); });
   for (const auto& line : lines) {
     if (line.size() == 1 && line[0].empty()) out << "\"\"";  // readers pass over a line of nothing
-    for (std::size_t i = 0; i < line.size(); ++i) out << (i > 0 ? "," : "") << CsvField(line[i]);
+    for (std::size_t i = 0; i < line.size(); ++i) {
+      out << (i > 0 ? "," : "") << CsvField(OneLine(line[i]));
+    }
     out << "\r\n";
   }
 }

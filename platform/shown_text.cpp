@@ -54,17 +54,7 @@ bool EndsDrive(std::string_view start) {
   return before < 'a' || before > 'z';
 }
 
-}  // namespace
-
-std::string OneLine(std::string_view text) {
-  std::string line;
-  while (!text.empty()) line += Shown(TakeLetter(text));
-  return line;
-}
-
-std::string Excerpt(std::string_view text) { return OneLine(Utf16Prefix(text, kExcerptUnits)); }
-
-std::string WithoutUsers(std::string_view text) {
+std::string WithoutUsersOfAddresses(std::string_view text) {
   constexpr std::string_view kMark = ":/";  // mistyped addresses have one slash, or three
   std::string shown;
   for (std::size_t mark = text.find(kMark); mark != text.npos; mark = text.find(kMark)) {
@@ -77,6 +67,56 @@ std::string WithoutUsers(std::string_view text) {
     text.remove_prefix(user == text.npos ? 0 : user + 1);
   }
   return shown.append(text);
+}
+
+/// Without what stands before the host in "user:password@host", where a scheme or its slashes were
+/// forgotten.
+std::string WithoutBareUsers(std::string_view text) {
+  constexpr std::string_view kEnds = "/\\ \t\r\n\"'(),;<>";
+  std::string shown;
+  while (!text.empty()) {
+    const std::size_t length = std::min(text.find_first_of(kEnds), text.size() - 1) + 1;
+    const std::string_view word = text.substr(0, length);
+    const std::size_t at = word.rfind('@');
+    const bool is_before_host = at != word.npos && word.find(':') < at &&
+                                kEnds.find(word[std::min(at + 1, length - 1)]) == kEnds.npos;
+    shown += is_before_host ? word.substr(at + 1) : word;
+    text.remove_prefix(length);
+  }
+  return shown;
+}
+
+/// With "..." for each value of "password=", as in a list of options.
+std::string WithoutPasswords(std::string_view text) {
+  constexpr std::string_view kKey = "password=";
+  constexpr std::string_view kEnds = ";&'\" \t\r\n";
+  const std::string lower = LowerAscii(text);
+  std::string shown;
+  std::size_t start = 0;
+  for (std::size_t key = 0; (key = lower.find(kKey, start)) != lower.npos;) {
+    const std::size_t value = key + kKey.size();
+    const bool is_quoted = value < text.size() && (text[value] == '\'' || text[value] == '"');
+    const std::size_t end = is_quoted ? text.find(text[value], value + 1) + 1
+                                      : std::min(text.find_first_of(kEnds, value), text.size());
+    shown += text.substr(start, value - start);
+    if (end != value) shown += "...";
+    start = end == 0 ? text.size() : end;
+  }
+  return shown.append(text.substr(start));
+}
+
+}  // namespace
+
+std::string OneLine(std::string_view text) {
+  std::string line;
+  while (!text.empty()) line += Shown(TakeLetter(text));
+  return line;
+}
+
+std::string Excerpt(std::string_view text) { return OneLine(Utf16Prefix(text, kExcerptUnits)); }
+
+std::string WithoutUsers(std::string_view text) {
+  return WithoutPasswords(WithoutBareUsers(WithoutUsersOfAddresses(text)));
 }
 
 }  // namespace vok
