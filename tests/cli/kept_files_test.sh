@@ -174,6 +174,7 @@ for file in damaged.cub empty.cub new.cub; do
   expect 0 "0 facts" "${build[@]}" none --output "$file"
 done
 expect 0 "0 facts" "${build[@]}" none --output ledger.cub --allow-empty
+expect 3 "No workbook: the cube has no facts for what was asked" "${run[@]}" Demo
 
 # What a command writes beside its work, or instead of it, takes the place of its own kind alone, and that
 # is known before the work. Each line: words of the failure, and the command.

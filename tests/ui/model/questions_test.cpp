@@ -144,6 +144,9 @@ TEST_F(QuestionsTest, UnsavedEntriesAreAskedAboutBeforeAnotherSetReplacesThem) {
   form.SetText("ComboPeriods", " half 1 ");
   form.Leave("ComboPeriods");
   EXPECT_EQ(form.Text("ComboPeriods"), "half 1");
+  form.SetText("comboDataSource", " sales ");
+  form.Leave("comboDataSource");
+  EXPECT_EQ(form.Text("comboDataSource"), "sales");
   EXPECT_EQ(form.Text({"TextPeriod", 0}), "Spring")
       << "a typed name loads while nothing is unsaved";
   struct {
@@ -188,11 +191,16 @@ TEST_F(QuestionsTest, ChangedSetsShowInTheTitleAndARunSaysWhichOfThemItReads) {
   EXPECT_EQ(changed(), "");
   form.Type({"TextPeriod", 0}, "R&D");
   form.SetText("txtOutput", desk.folder.File("out"));
+  const std::string of_run =
+      "Save the changes?|Changes that are not saved:|Half 1|Save and run|Run as saved|Cancel";
+  Answer("cmdCancel");
+  desk.toolkit.in_run = [] { ADD_FAILURE() << "cancelled"; };
+  form.Click("mnuRun");
+  EXPECT_EQ(changed(), " - *Half 1");
   Answer({"cmdAnswer", 0});
   desk.toolkit.in_run = [&] { EXPECT_EQ(changed(), "") << "as the run is shown"; };
   form.Click("mnuRun");
-  EXPECT_THAT(asked, ElementsAre("Save the changes?|Changes that are not saved:|Half 1|"
-                                 "Save and run|Run as saved|Cancel"));
+  EXPECT_THAT(asked, ElementsAre(of_run, of_run));
   EXPECT_EQ(desk.publics.settings.periods.Period(1).PeriodName, "R&D");
   EXPECT_EQ(desk.StoredPeriods("Half 1")->Period(1).PeriodName, "R&D");
   // Looking at the wizard changes nothing, though the rows then show their zero dates.
@@ -200,8 +208,12 @@ TEST_F(QuestionsTest, ChangedSetsShowInTheTitleAndARunSaysWhichOfThemItReads) {
   form.Click("cmdAutoFill");
   EXPECT_EQ(form.Text({"txtDate1", 11}), "30/12/1899");
   EXPECT_EQ(changed(), "");
+  form.Type({"TextPeriod", 0}, "Last");
+  Answer({"cmdAnswer", 0});
   form.Click("cmdClose");
-  EXPECT_EQ(asked.size(), 1U);
+  EXPECT_EQ(asked.back(),
+            "Save the changes?|Changes that are not saved:|Half 1|Save|Discard|Cancel");
+  EXPECT_EQ(desk.StoredPeriods("Half 1")->Period(1).PeriodName, "Last");
 }
 
 }  // namespace

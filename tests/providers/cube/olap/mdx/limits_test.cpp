@@ -51,12 +51,13 @@ std::string Repeated(const std::string& text, int times) {
 }
 
 /// The first cell, or the failure.
-std::string AnswerTo(const std::string& query) {
+std::string AnswerTo(const std::string& query,
+                     const std::shared_ptr<const olap::CubeView>& cube = SmallCube()) {
   olap::QueryLimits limits;
   limits.timeout_seconds = 120;  // of a machine that is busy
   std::string cell;
   const Failure failure = FailureOf([&] {
-    const Value value = olap::RunMdx(SmallCube(), query, limits)->Cell(0);
+    const Value value = olap::RunMdx(cube, query, limits)->Cell(0);
     cell = value.IsEmpty() ? "-" : value.ToText();
   });
   return failure.number() == 0 ? cell : failure.description();
@@ -154,6 +155,28 @@ TEST(QueryLimits, EndAQueryThatNestsTooDeep) {
           << AnswerTo(test.query);
     });
   }
+}
+
+TEST(QueryLimits, CountTheFormulasOfTheFileToo) {
+  CubeTexts texts = SampleTexts("small");
+  std::string chain, before = "[Measures].[Units]";
+  for (const std::string name : {"a", "b", "c", "d", "e", "f", "g", "h", "i"}) {
+    chain += "<CalculatedMember name=\"" + name + "\" dimension=\"Measures\"><Formula>" +
+             Repeated("Sum({[QeL].[A]}, ", 45) + before + Repeated(")", 45) +
+             "</Formula></CalculatedMember>";
+    before = "[Measures].[" + name + "]";
+  }
+  texts.schema.insert(texts.schema.find("</Cube>"), chain);
+  const BuiltCube built(texts);
+  const std::string kOn = " ON 0 FROM QEL WHERE [QeL].[A]";
+  OnSmallStack([&] {
+    EXPECT_EQ(AnswerTo("SELECT Measures.i" + kOn, ViewOf(built)),
+              AnswerTo("SELECT Measures.Units" + kOn));
+    const std::string deeper =
+        Chained("Measures.i", Repeated("-(", 90) + "#" + Repeated(")", 90), 8);
+    EXPECT_NE(AnswerTo(deeper + " SELECT Measures.m8" + kOn, ViewOf(built)).find("deep"),
+              std::string::npos);
+  });
 }
 
 TEST(QueryLimits, EndAQueryInTimeWhereverItWorks) {
