@@ -31,8 +31,21 @@ std::unique_ptr<TableSource> OpenSource(const Files& files, const BuildRequest& 
   return request.live ? OpenLiveTables(server, cubes) : OpenServerTables(server);
 }
 
+/// The column of the facts that leads to a table of the dimension, and that table's key, where one
+/// of them has dates: the other is written like it.
+void AddKeys(const std::string& facts, const DimensionSchema& dimension, CsvOptions& csv) {
+  const std::pair fact(facts, dimension.foreign_key);
+  for (const HierarchySchema& hierarchy : dimension.hierarchies) {
+    const std::pair key(hierarchy.table.name, hierarchy.primary_key);
+    if (key.first.empty()) continue;  // it stands in the facts
+    if (csv.date_columns.contains(fact) || csv.date_columns.contains(key)) {
+      csv.date_columns.insert({fact, key});
+    }
+  }
+}
+
 /// Those of the date dimensions' tables, and those of facts that lead there; with them what else
-/// these lead to, which is written like them. Amounts, names and captions are not among them.
+/// these lead to. Amounts, names and captions are not among them.
 void AddDateColumns(const Locale& locale, const CubeSchema& cube, CsvOptions& csv) {
   const std::string& facts = cube.fact_table.name;
   for (const DimensionSchema& dimension : cube.dimensions) {
@@ -47,11 +60,9 @@ void AddDateColumns(const Locale& locale, const CubeSchema& cube, CsvOptions& cs
       }
     }
   }
-  for (const DimensionSchema& dimension : cube.dimensions) {
-    if (!csv.date_columns.contains({facts, dimension.foreign_key})) continue;
-    for (const HierarchySchema& hierarchy : dimension.hierarchies) {
-      csv.date_columns.emplace(hierarchy.table.name, hierarchy.primary_key);
-    }
+  for (std::size_t before = 0; before != csv.date_columns.size();) {
+    before = csv.date_columns.size();
+    for (const DimensionSchema& dimension : cube.dimensions) AddKeys(facts, dimension, csv);
   }
 }
 

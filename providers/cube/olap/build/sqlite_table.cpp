@@ -32,6 +32,7 @@ class Database {
     sqlite3_busy_timeout(handle, kBusyMilliseconds);
     constexpr const char* kBegin = "BEGIN; SELECT name FROM sqlite_schema LIMIT 1";
     if (sqlite3_exec(handle, kBegin, nullptr, nullptr, nullptr) != SQLITE_OK) throw Refused();
+    before_ = std::exchange(file_, files.Open(path_));  // it may have been written to until now
     has_log_ = HasLog(files);
   }
 
@@ -58,7 +59,7 @@ class Database {
 
   std::string path_;
   // Before the handle: to close a file gives up all locks that this process has on it.
-  std::unique_ptr<const FileReader> file_;
+  std::unique_ptr<const FileReader> before_, file_;
   std::unique_ptr<sqlite3, Closer> handle_;
   bool has_log_ = false;
 };

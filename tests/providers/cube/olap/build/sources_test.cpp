@@ -127,6 +127,18 @@ TEST(CsvTable, IsReadAsAccountantsProgramsWriteIt) {
   }
 }
 
+TEST(CsvTable, HasItsDatesInEveryColumnThatLeadsToThem) {
+  const std::string table = R"(<Hierarchy hasAll="false" primaryKey="d"><Table name="dates"/>
+<Level name="D" column="d"/></Hierarchy></Dimension>)";
+  const test::BuiltCube built(test::CubeTexts{
+      R"(<Schema name="S"><Annotations><Annotation name="csv.dates">d.m.yyyy</Annotation></Annotations>
+<Cube name="C"><Table name="fact"/><Dimension name="Date" foreignKey="d">)" +
+          table + R"(<Dimension name="Due" foreignKey="due">)" + table +
+          R"(<Measure name="N" column="n" aggregator="sum"/></Cube></Schema>)",
+      {{"dates", "d\n1.2.2024\n"}, {"fact", "d,due,n\n01.02.2024,1.02.2024,3\n"}}});
+  EXPECT_EQ(built.cube().model.fact_count, 1U);
+}
+
 TEST(CsvTable, TellsBadRowsTogetherOrLeavesThemOut) {
   const std::string bad[] = {"1,x", "3,1", "1", "2,\"\"", "2,1.2.3"};
   std::string rows = "id,v,w\n";
@@ -422,6 +434,25 @@ TEST_F(SqliteTables, AreReadInOneStateOrNotAtAll) {
     const std::string wanted = *each.words == 0 ? "no failure" : "data.db\": it was changed while";
     EXPECT_NE(said.find(wanted), std::string::npos) << each.step << ": " << said;
   }
+}
+
+TEST_F(SqliteTables, AreReadWhenAWriterHasCommitted) {
+  EXPECT_EQ(Execute("CREATE TABLE d(id, name); INSERT INTO d VALUES (1, 'a'), (2, 'b');"
+                    "CREATE TABLE fact(id, v); INSERT INTO fact VALUES (1, 0.25)"),
+            SQLITE_OK);
+  sqlite3* writer = nullptr;
+  EXPECT_EQ(sqlite3_open(folder_.File("data.db").c_str(), &writer), SQLITE_OK);
+  const auto tell = [&](const char* sql) {
+    EXPECT_EQ(sqlite3_exec(writer, sql, nullptr, nullptr, nullptr), SQLITE_OK);
+  };
+  tell("BEGIN EXCLUSIVE; UPDATE fact SET v = 0.5");
+  std::thread later([&] {
+    std::this_thread::sleep_for(std::chrono::milliseconds(300));
+    tell("COMMIT");
+  });
+  ExpectNamesAndSum(*BuildWhile([](const std::string&) {}), {"a", "b"}, 0.5);
+  later.join();
+  sqlite3_close(writer);
 }
 
 TEST_F(SqliteTables, RefusalsNameTheTableTheColumnAndTheRow) {
