@@ -158,14 +158,23 @@ const ColumnFacts& Named(const std::vector<ColumnFacts>& columns, const std::str
                                                ". Its columns: " + olap::Listed(names));
 }
 
-[[noreturn]] void ThrowUnfit(const ColumnFacts& column, const char* what, const std::string& odd) {
+[[noreturn]] void ThrowUnfit(const ColumnFacts& column, const std::string& what,
+                             const std::string& odd) {
   throw Failure(failure_number::kNotFound, "Some fields of the column " + Quoted(column.name) +
                                                " are not " + what +
                                                (odd.empty() ? "" : ", such as " + odd) +
                                                "; mend them, or name another column");
 }
 
-void RequireRoles(const JournalColumns& chosen, const std::vector<std::string>& header) {
+void RequireRoles(const JournalColumns& chosen, const std::vector<std::string>& header,
+                  const KnownForm& known) {
+  if (chosen[0].empty() && !known.dates.empty()) {
+    throw Failure(failure_number::kNotFound, "No column of the journal has dates of the form " +
+                                                 known.dates +
+                                                 " alone; give another form with --dates, or name "
+                                                 "the column with --date. Its columns: " +
+                                                 olap::Listed(header));
+  }
   for (const Role role : {Role::kDate, Role::kAccount, Role::kAmount}) {
     const auto index = static_cast<std::size_t>(role);
     if (!chosen[index].empty()) continue;
@@ -192,19 +201,43 @@ std::string DateForm(const ColumnFacts& date, const std::vector<std::string>& fo
   return form_at(first) == kDateForms[0] ? "" : form_at(first);
 }
 
-char DecimalMark(const ColumnFacts& amount, const std::string& known) {
-  if (known.empty() && amount.unclear > 0 && amount.unclear == amount.with_decimals) {
-    throw Failure(failure_number::kNotFound,
-                  "The marks in the column " + Quoted(amount.name) +
-                      " can part thousands or decimals; say with --decimal . or --decimal , "
-                      "which of the two parts decimals");
+[[noreturn]] void ThrowUnclear(const std::vector<const ColumnFacts*>& columns, bool are_points) {
+  const auto first = std::ranges::find_if(columns, &ColumnFacts::unclear);
+  throw Failure(failure_number::kNotFound,
+                "The marks in the column " + Quoted((*first)->name) +
+                    " can part thousands or decimals; " +
+                    (are_points ? "say with --decimal . or --decimal , which of the two parts "
+                                  "decimals"
+                                : "if they part decimals, say --decimal , and if they part "
+                                  "thousands, take them out of the journal"));
+}
+
+bool Fits(const ColumnFacts& column, char mark) {
+  return (mark == '.' ? column.with_point : column.with_comma) == column.filled;
+}
+
+/// Of all columns together: one mark parts the decimals of a journal.
+char DecimalMark(const std::vector<const ColumnFacts*>& columns, const std::string& known) {
+  const auto all_fit = [&](char mark) {
+    return std::ranges::all_of(columns, [mark](const auto* each) { return Fits(*each, mark); });
+  };
+  const bool is_point = known != "," && all_fit('.'), is_comma = known != "." && all_fit(',');
+  if (!is_point && !is_comma) {
+    const auto odd = std::ranges::find_if(columns, [&](const auto* each) {
+      return known.empty() ? !HoldsAmounts(*each) : !Fits(*each, known[0]);
+    });
+    const ColumnFacts& column = odd == columns.end() ? *columns.back() : **odd;
+    const std::string what =
+        known.empty() ? "amounts of one form" : "amounts with --decimal " + known;
+    ThrowUnfit(column, what, column.not_amount);
   }
-  const bool fits_point = amount.with_point == amount.filled;
-  const bool fits_comma = amount.with_comma == amount.filled;
-  const bool fits = known == "." ? fits_point : known == "," ? fits_comma : HoldsAmounts(amount);
-  if (!fits) ThrowUnfit(amount, "amounts of one form", amount.not_amount);
-  if (!known.empty()) return known[0];
-  return fits_point ? '.' : ',';
+  std::size_t unclear = 0, with_decimals = 0;
+  for (const ColumnFacts* column : columns) {
+    unclear += column->unclear;
+    with_decimals += column->with_decimals;
+  }
+  if (known.empty() && unclear > 0 && unclear == with_decimals) ThrowUnclear(columns, is_point);
+  return is_point ? '.' : ',';
 }
 
 }  // namespace
@@ -237,17 +270,20 @@ JournalGuess GuessJournal(const Locale& locale, olap::TableParts& journal,
     progress(journal.Done());
   }
   guess.columns = Guess(locale, columns, given).Choose();
-  RequireRoles(guess.columns, header);
+  RequireRoles(guess.columns, header, known);
   for (const ColumnFacts& column : columns) {
     const bool is_free = std::ranges::find(guess.columns, column.name) == guess.columns.end();
     const bool is_money = HoldsAmounts(column) && !HoldsDates(column) && column.with_decimals > 0;
     if (is_free && is_money) guess.other_amounts.push_back(column.name);
   }
   const ColumnFacts& date = Named(columns, guess.columns[0]);
-  const ColumnFacts& amount =
-      Named(columns, guess.columns[static_cast<std::size_t>(Role::kAmount)]);
   guess.form.dates = DateForm(date, forms);
-  guess.form.decimal = DecimalMark(amount, known.decimal);
+  std::vector<const ColumnFacts*> numbers;
+  for (const Role role : {Role::kAmount, Role::kQuantity}) {
+    const std::string& name = guess.columns[static_cast<std::size_t>(role)];
+    if (!name.empty()) numbers.push_back(&Named(columns, name));
+  }
+  guess.form.decimal = DecimalMark(numbers, known.decimal);
   return guess;
 }
 

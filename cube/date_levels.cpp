@@ -1,7 +1,7 @@
 #include "cube/date_levels.h"
 
+#include <algorithm>
 #include <array>
-#include <set>
 #include <string>
 
 #include "platform/failure.h"
@@ -9,7 +9,7 @@
 namespace vok {
 namespace {
 
-constexpr std::size_t kMonthsOfYear = 12;
+constexpr int kMonthsOfYear = 12;
 
 struct Place {
   std::size_t level;
@@ -33,21 +33,18 @@ Failure Misplaced(const CubeHierarchy& dates, const Place& place, const std::str
           place.words + ", give it levelType=\"" + place.type + "\". Build the cube again.");
 }
 
-/// Whether these dates of one year can only be months that were read as days of a "month" 1 to 4.
-bool AreMonths(std::span<const Date> year) {
-  if (year.size() != kMonthsOfYear) return false;
-  std::set<int> days, months;
-  for (const Date date : year) {
-    days.insert(date.Day());
-    months.insert(date.Month());
-  }
-  const bool each_once = days.size() == kMonthsOfYear && *days.rbegin() == kMonthsOfYear;
-  if (!each_once || (months.size() != 2 && months.size() != 4)) return false;
-  const std::size_t length = kMonthsOfYear / months.size();
-  for (std::size_t i = 0; i < year.size(); ++i) {
-    if (year[i].Month() != year[i - i % length].Month()) return false;
-  }
-  return true;
+/// Whether the dates can only be months that were read as days of a "month" 1 to 4, or 1 to 2: few
+/// days are 1 to 3 in January alone, 4 to 6 in February alone.
+bool AreMonths(std::span<const Date> dates) {
+  constexpr std::size_t kEnough = 6;
+  const auto are_in_parts_of = [&](int length) {
+    return std::ranges::all_of(dates, [length](Date date) {
+      return date.Day() <= kMonthsOfYear && (date.Day() - 1) / length + 1 == date.Month();
+    });
+  };
+  const auto is_later = [&](Date date) { return date.Month() != dates.front().Month(); };
+  return dates.size() >= kEnough && std::ranges::any_of(dates, is_later) &&
+         (are_in_parts_of(3) || are_in_parts_of(6));
 }
 
 }  // namespace
@@ -63,14 +60,10 @@ void CheckDeclaredTimes(const CubeHierarchy& dates) {
 
 void CheckDaysAreDays(const CubeHierarchy& dates, std::span<const Date> days) {
   if (dates.LevelAt(kDayLevel)->Time() == LevelTime::kDays) return;
-  for (std::size_t end = 0; !days.empty(); days = days.subspan(end)) {
-    const int year = days.front().Year();
-    for (end = 1; end < days.size() && days[end].Year() == year;) ++end;
-    if (!AreMonths(days.first(end))) continue;
-    throw Misplaced(dates, kPlaces.back(),
-                    "has 1 to 12, each once, in " + std::to_string(year) +
-                        ", as months in quarters or halves are");
-  }
+  if (!AreMonths(days)) return;
+  throw Misplaced(dates, kPlaces.back(),
+                  "has numbers of 1 to 12 that go on from each member of level 3 to the next, as "
+                  "months in quarters or halves do");
 }
 
 }  // namespace vok

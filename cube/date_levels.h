@@ -21,8 +21,8 @@ inline bool ByMonth(const CubeHierarchy& dates) { return dates.LevelCount() <= k
 /// there. Levels of which nothing is told are taken as they stand.
 void CheckDeclaredTimes(const CubeHierarchy& dates);
 
-/// Failure 3265 where the members of the day level, whose dates these are, must be months: a whole
-/// year of them, 1 to 12, in quarters or halves. Days that are declared as such are taken.
+/// Failure 3265 where the members of the day level, whose dates these are, must be months: six or
+/// more, all of them 1 to 12 in quarters or halves. Days that are declared as such are taken.
 void CheckDaysAreDays(const CubeHierarchy& dates, std::span<const Date> days);
 
 }  // namespace vok

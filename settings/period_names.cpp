@@ -99,9 +99,10 @@ std::optional<YearlessMonth> NamedYearlessMonth(const Locale& locale, const std:
   return YearlessMonth{*month, YearOfTwoDigits(std::stoi(name.substr(digits)))};
 }
 
-/// Weeks are called by their first days: "Jan 24" is a month only over whole months.
+/// Weeks are called by their first days, and months by their last ones ("Feb 29"): "Jan 24" is a
+/// month only over whole months that do not end on a 24th.
 bool IsOutside(const YearlessMonth& named, const Interval& dates) {
-  if (named.year && dates.IsOfWholeMonths()) {
+  if (named.year && dates.IsOfWholeMonths() && *named.year % 100 != dates.until.Day()) {
     return MonthsFrom(*named.year, named.month, 1).Misses(dates);
   }
   const int first = dates.from.Month();

@@ -109,6 +109,13 @@ TEST_F(ProbeTest, DatesOfAServerMayLackNamesAndMembers) {
     ReadDateMembers(memory.locale, ServedDates(twelve_days), state);
     EXPECT_EQ(state.CubeDates.size(), 12u);
   }
+  DateNamesByLevel months_of_quarters(5, std::vector<std::string>(7, "1"));
+  for (std::size_t month = 0; month < 7; ++month) {
+    months_of_quarters[3][month] = std::to_string(month / 3 + 1);
+    months_of_quarters[4][month] = std::to_string(month + 1);
+  }
+  const ServedDates of_half_years(months_of_quarters);
+  EXPECT_EQ(NumberOf([&] { ReadDateMembers(memory.locale, of_half_years, state); }), 3265);
   for (const char* top : {"Ever", "2000"}) {
     ReadDateRange(memory.locale, ServedDates({{top}, {"2009"}, {"H1"}, {"2"}}), state);
     EXPECT_EQ(state.LastDate, Date::FromCivil(2009, 2, 1));
@@ -206,7 +213,7 @@ TEST_F(ProbeTest, AllThatACubeLacksIsListedWithTheLineThatMendsIt) {
        {"\"Quarter\", is declared", "<Level name=\"Year\""}},
       {"m\" type=\"Integer\" levelType=\"TimeMonths",
        "q\" type=\"Integer\"/><Level name=\"Day\" column=\"m\" type=\"Integer",
-       {"\"Day\", has 1 to 12, each once, in 2009", "<Level name=\"Year\""}},
+       {"\"Day\", has numbers of 1 to 12 that", "<Level name=\"Year\""}},
       {"name=\"QeL\" hasAll",
        "name=\"Lines\" hasAll",
        {"no hierarchy \"QeL\"", "<Hierarchy name=\"QeL\""}},

@@ -208,6 +208,8 @@ TEST(PeriodDates, ANameIsMarkedWhileItSaysAnotherTimeThanItsRow) {
       {"en_GB", "Jan '13", "2013-01-01", "2013-01-31", false},
       {"en_GB", "Jan 24", "2013-01-21", "2013-01-27", false},  // a week of that day
       {"en_GB", "Jan 24", "2013-02-18", "2013-02-24", true},
+      {"en_GB", "Feb 29", "2024-02-01", "2024-02-29", false},  // called by its last day
+      {"en_GB", "Feb 29", "2024-03-01", "2024-03-31", true},
       {"en_GB", "2013 Q1", "2013-04-01", "2013-06-30", true, false},
       {"en_GB", "2013 Q1", "2013-02-01", "2013-02-28", false, false},
       {"en_GB", "2013 H2", "2013-07-01", "2013-12-31", false, false},
