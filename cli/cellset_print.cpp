@@ -202,6 +202,18 @@ std::string Rule(const std::vector<std::size_t>& widths) {
   return text;
 }
 
+/// On one line as others see it, but with its tabs, which captions have between their parts.
+std::string WithTabs(std::string_view text) {
+  std::string line;
+  while (true) {
+    const std::size_t tab = text.find('\t');
+    line += OneLine(text.substr(0, tab));
+    if (tab == text.npos) return line;
+    line += '\t';
+    text.remove_prefix(tab + 1);
+  }
+}
+
 }  // namespace
 
 std::vector<HeaderColumn> AxisHeaders(const Cellset& cellset, std::size_t axis) {
@@ -238,7 +250,7 @@ void PrintCsv(const Cellset& cellset, std::ostream& out) {
   for (const auto& line : lines) {
     if (line.size() == 1 && line[0].empty()) out << "\"\"";  // readers pass over a line of nothing
     for (std::size_t i = 0; i < line.size(); ++i) {
-      out << (i > 0 ? "," : "") << CsvField(OneLine(line[i]));
+      out << (i > 0 ? "," : "") << CsvField(WithTabs(line[i]));
     }
     out << "\r\n";
   }

@@ -26,7 +26,7 @@ std::vector<HeaderColumn> AxisHeaders(const Cellset& cellset, std::size_t axis);
 void PrintTable(const Cellset& cellset, std::ostream& out);
 
 /// The same rows and columns as RFC 4180 CSV: one header line per hierarchy of the columns, then a
-/// line per row; values with every digit, control characters written out.
+/// line per row; values with every digit, control characters except tabs written out.
 void PrintCsv(const Cellset& cellset, std::ostream& out);
 
 /// {"axes": [[[{"UniqueName", "Caption", "LevelName"} per hierarchy] per position] per axis],

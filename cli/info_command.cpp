@@ -39,6 +39,7 @@ std::string Problem(const Files& files, const std::string& cube_file) {
   if (cube_file.empty()) return "it names no cube file";
   try {
     files.LastModified(cube_file);
+    files.Open(cube_file);
     return "its cube file could not be looked at; try again";
   } catch (const Failure& failure) {
     return failure.description();
@@ -47,7 +48,12 @@ std::string Problem(const Files& files, const std::string& cube_file) {
 
 /// Adds what a host program is not told: addresses of servers, and what is wrong with a file.
 void AddSources(const Host& host, const Environment& environment, Json& document) {
-  const auto settings = ReadAllDataSources(host, environment);
+  std::vector<DataSourceSetting> settings;
+  try {
+    settings = ReadAllDataSources(host, environment);
+  } catch (const Failure&) {  // the list reads less of the database, and stands
+    return;
+  }
   for (Json& source : document["dataSources"]) {
     if (!source["CubeFile"].get<std::string>().empty()) continue;
     const auto setting = std::ranges::find(settings, source["SetName"].get<std::string>(),
@@ -69,7 +75,7 @@ void PrintInfo(const Json& document) {
   for (const auto& source : document["dataSources"]) {
     const std::string file = ShownText(source["CubeFile"]);
     std::cout << "  " << ShownText(source["SetName"]) << ": "
-              << (file.empty() ? OneLine(source.value("problem", ""))
+              << (file.empty() ? OneLine(source.value("problem", "its cube file is not there"))
                                : file + "  " + ShownText(source["CubeFileDate"]))
               << '\n';
   }

@@ -82,12 +82,15 @@ bool BeginsLanguageTable(std::string_view text) {
   return text.starts_with("\x01\x07TG!") || WithoutBlanks(WithoutMark(text)).starts_with("<xml");
 }
 
-/// Also where another program adds to the file meanwhile.
-std::string BeginningOf(const Files& files, const std::string& path) {
+/// Also where another program adds to the file meanwhile. "" for a log that may be written alone.
+std::string BeginningOf(const Files& files, const std::string& path, const OutputKind& kind) try {
   const auto file = files.Open(path);
   std::string text(static_cast<std::size_t>(std::min(kBeginning, file->Size())), '\0');
   file->Read(0, std::as_writable_bytes(std::span(text)));
   return text;
+} catch (const Failure& failure) {
+  if (!kind.is_added_to || failure.number() != failure_number::kPermissionDenied) throw;
+  return {};
 }
 
 bool IsDatabase(const Files& files, const std::string& path) {
@@ -109,7 +112,7 @@ bool IsOpenAlready(std::string_view path) {
 
 const OutputKind kCubeFile{"a cube", BeginsCube};
 const OutputKind kBadRowsList{"a list of bad rows", BeginsBadRows};
-const OutputKind kRunLog{"a log of runs", BeginsRunLog};
+const OutputKind kRunLog{.name = "a log of runs", .is_known = BeginsRunLog, .is_added_to = true};
 const OutputKind kSettingsDocument{
     "a settings document", BeginsSettings,
     "Give another name, or move it away first; a database to export is named after --from."};
@@ -136,14 +139,18 @@ std::string FileIdentity(const Host& host, const std::string& path) {
 void CheckOutput(const Host& host, const std::string& path, const OutputKind& kind,
                  const std::vector<std::string>& used) {
   const Files& files = host.files;
-  if (IsPipe(files, path) || IsOpenAlready(path)) return;
+  if (IsOpenAlready(path)) {
+    if (kind.is_added_to) return;
+    Refuse(path, "the caller has opened what is there. Give the name of an ordinary file.");
+  }
+  if (IsPipe(files, path)) return;
   const std::string identity = FileIdentity(host, path);
   const bool is_used = std::any_of(used.begin(), used.end(), [&](const std::string& other) {
     return !other.empty() && FileIdentity(host, other) == identity;
   });
   if (is_used) Refuse(path, "this command needs that file for something else. Give another name.");
   if (!files.Exists(path)) return;
-  const std::string beginning = BeginningOf(files, path);
+  const std::string beginning = BeginningOf(files, path, kind);
   if (beginning.empty() || kind.is_known(beginning)) return;
   const std::string what = IsDatabase(files, path) ? "a database" : "not " + std::string(kind.name);
   Refuse(path, "the file there is " + what + ". " + kind.advice);
@@ -158,7 +165,8 @@ std::unique_ptr<FileReplacement> BeginOutput(const Host& host, const std::string
 
 TextOutput::TextOutput(const Host& host, const std::string& path, const OutputKind& kind,
                        const std::vector<std::string>& used) {
-  if (!path.empty() && path != "-") file_ = BeginOutput(host, path, kind, used);
+  const bool is_standard = path.empty() || path == "-" || path == "/dev/stdout";
+  if (!is_standard) file_ = BeginOutput(host, path, kind, used);
 }
 
 void TextOutput::Write(const std::string& text) {

@@ -16,6 +16,7 @@ struct OutputKind {
   const char* name;                              ///< such as "a cube"
   bool (*is_known)(std::string_view beginning);  ///< of at most 4096 bytes, at least one
   const char* advice = "Give another name, or move it away first.";
+  bool is_added_to = false;  ///< what is there stays
 };
 
 extern const OutputKind kCubeFile;
@@ -30,8 +31,9 @@ extern const OutputKind kLanguageTable;
 std::string FileIdentity(const Host& host, const std::string& path);
 
 /// Failure 58 for a file of another kind, and for one of `used`: what the command reads or writes
-/// otherwise. Reads the file's beginning, with the failures of `Files::Open`. Devices, pipes and
-/// names such as /dev/stdout pass: what writes to them says whether it can.
+/// otherwise. Reads the file's beginning, with the failures of `Files::Open`. Devices and pipes
+/// pass: what writes to them says whether it can. Names such as /dev/stdout, which can lead to any
+/// file of the caller's, are for what is added to alone.
 void CheckOutput(const Host& host, const std::string& path, const OutputKind& kind,
                  const std::vector<std::string>& used = {});
 
@@ -41,7 +43,7 @@ std::unique_ptr<FileReplacement> BeginOutput(const Host& host, const std::string
                                              const OutputKind& kind,
                                              const std::vector<std::string>& used);
 
-/// A text for a file, or for standard output where the path is "-" or empty.
+/// A text for a file, or for standard output where the path is "-", "/dev/stdout" or empty.
 class TextOutput {
  public:
   /// Failures are those of `BeginOutput`.

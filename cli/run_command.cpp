@@ -69,10 +69,13 @@ void Print(const RunOutcome& outcome, const RunOptions& options) {
 void CheckLog(Session& session, const RunOptions& options,
               const std::vector<RunRequest>& requests) {
   if (options.log.empty()) return;
-  FindFolder(session);
   const Host& host = session.host();
-  std::vector<std::string> used = {options.jobs,
-                                   SettingsDatabase(session.publics().environment.SettingsFolder)};
+  std::vector<std::string> used = {options.jobs};
+  try {
+    FindFolder(session);
+    used.push_back(SettingsDatabase(session.publics().environment.SettingsFolder));
+  } catch (const Failure&) {  // each run will fail with it, and the log will tell
+  }
   for (const RunRequest& request : requests) used.push_back(WorkbookOf(host.files, request));
   CheckOutput(host, options.log, kRunLog, used);
   host.files.Append(options.log, "");

@@ -80,27 +80,37 @@ std::string WithoutBareUsers(std::string_view text) {
     const std::size_t at = word.rfind('@');
     const bool is_before_host = at != word.npos && word.find(':') < at &&
                                 kEnds.find(word[std::min(at + 1, length - 1)]) == kEnds.npos;
-    shown += is_before_host ? word.substr(at + 1) : word;
+    if (is_before_host) shown += "...";
+    shown += word.substr(is_before_host ? at : 0);
     text.remove_prefix(length);
   }
   return shown;
 }
 
+/// Where the value of a password ends. It may be quoted, with quotes in it written twice.
+std::size_t EndOfPassword(std::string_view text, std::size_t start) {
+  constexpr std::string_view kQuotes = "'\"";
+  const bool is_quoted = start < text.size() && kQuotes.find(text[start]) != kQuotes.npos;
+  for (std::size_t end = start; is_quoted;) {
+    end = text.find(text[start], end + 1);
+    if (end == text.npos) break;
+    if (text.substr(end + 1, 1) != text.substr(start, 1)) return end + 1;
+    ++end;
+  }
+  return std::min(text.find_first_of("&'\" \t\r\n", start + (is_quoted ? 1 : 0)), text.size());
+}
+
 /// With "..." for each value of "password=", as in a list of options.
 std::string WithoutPasswords(std::string_view text) {
   constexpr std::string_view kKey = "password=";
-  constexpr std::string_view kEnds = ";&'\" \t\r\n";
   const std::string lower = LowerAscii(text);
   std::string shown;
   std::size_t start = 0;
   for (std::size_t key = 0; (key = lower.find(kKey, start)) != lower.npos;) {
     const std::size_t value = key + kKey.size();
-    const bool is_quoted = value < text.size() && (text[value] == '\'' || text[value] == '"');
-    const std::size_t end = is_quoted ? text.find(text[value], value + 1) + 1
-                                      : std::min(text.find_first_of(kEnds, value), text.size());
     shown += text.substr(start, value - start);
-    if (end != value) shown += "...";
-    start = end == 0 ? text.size() : end;
+    start = EndOfPassword(text, value);
+    if (start != value) shown += "...";
   }
   return shown.append(text.substr(start));
 }

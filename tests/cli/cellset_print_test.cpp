@@ -80,7 +80,7 @@ TEST(PrintedCellset, TellsEveryRowFromEveryOther) {
        "日本                        2\n"
        "a\\tb\\n\\u001b[2J\\u202e       3\n"
        "a,\"b\"                       4\n",
-       "H,Amount\r\nשָׁלוֹם,1\r\n日本,2\r\na\\tb\\n\\u001b[2J\\u202e,3\r\n\"a,\"\"b\"\"\",4\r\n"},
+       "H,Amount\r\nשָׁלוֹם,1\r\n日本,2\r\na\tb\\n\\u001b[2J\\u202e,3\r\n\"a,\"\"b\"\"\",4\r\n"},
       {"no rows",
        {{kAmount, {}}, {}},
        "Amount\n------\nNo cells: axis 1 is empty.\n",

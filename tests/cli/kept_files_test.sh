@@ -104,11 +104,11 @@ done
 # Another program has the settings; the caller has closed standard error.
 hold_settings() {
   rm -f locked
-  sqlite3 settings/CubToQel.mdb "BEGIN EXCLUSIVE" ".shell touch locked; sleep 2" &
+  sqlite3 settings/CubToQel.mdb "BEGIN EXCLUSIVE" ".shell touch locked; sleep 4" &
   until [[ -e locked ]]; do sleep 0.05; done
 }
 hold_settings
-expect 130 "nothing was written; $old" timeout --foreground --preserve-status 0.5 "${run[@]}" Demo
+expect 130 "nothing was written; $old" timeout --foreground --preserve-status 2 "${run[@]}" Demo
 kept report.xlsX
 wait
 hold_settings
@@ -206,13 +206,20 @@ tail -c +30 own.log > cut.log
 expect 0 '"code":0' "${jobs[@]}" cut.log
 expect 0 '0 "Domestic" "Demo"' bash -c '"$@" --log /dev/stdout | cat' bash "${run[@]}" Demo
 expect 0 '0 "Domestic" "Demo"' bash -c 'echo any > any; "$@" --log /dev/stdout >> any; cat any' bash "${run[@]}" Demo
+expect 0 '"dataSources"' settings export /dev/stdout
 expect 1 "No space left" "${run[@]}" Demo --log /dev/full
+printf 'not a registry' > bad.reg
+expect 1 "The settings folder is not known" env VOKCUBE_REGISTRY=bad.reg "$vokcube" run --data-source Domestic \
+  --periods Demo --output report --log unknown.log
+grep -q ' 57 "Domestic"' unknown.log || fail "no line of a run without a settings folder"
 before=$(everything)
 while IFS='|' read -r words line; do
   eval "command=($line)"
   expect 1 "$words" "${command[@]}"
 done << 'END'
 not a cube|"${build[@]}" data --output data/entries.csv
+the caller has opened|"${list[@]}" /dev/stdout --output listed.cub
+the caller has opened|settings export /dev/stderr
 there is a database|"${build[@]}" data --output settings/CubToQel.mdb
 that file for something else|"${build[@]}" data --output data/schema.xml
 not a list of bad rows|"${list[@]}" bad/entries.csv --output listed.cub

@@ -58,10 +58,11 @@ TEST(ShownText, HasNoUsersInAddresses) {
       {"http://u:p@h;https://l:q@@m", "http://h;https://m"},
       {"https://h:80/x@y, http://[::1]/@ and a@b", "https://h:80/x@y, http://[::1]/@ and a@b"},
       {"http:// and x@y", "http:// and x@y"},
-      {"\"https:u:p@h\" //u:p@h, u:p@h/x", "\"h\" //h, h/x"},
+      {"\"https:u:p@h\" //u:p@h, u:p@h/x", "\"...@h\" //...@h, ...@h/x"},
       {"10:30 x@y, \"user:password@\"", "10:30 x@y, \"user:password@\""},
       {"h Password=s password='a b' x password=", "h Password=... password=... x password="},
-      {"/x;password='a;Timeout=1", "/x;password=..."},
+      {"/x;password='a''b' c", "/x;password=... c"},
+      {"\"h password='a b\": no \"", "\"h password=... b\": no \""},
   };
   for (const auto& [text, shown] : cases) EXPECT_EQ(WithoutUsers(text), shown);
 }
