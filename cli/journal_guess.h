@@ -39,7 +39,7 @@ char GuessSeparator(std::string_view text);
 
 /// Reads all rows of the columns `header`. `given` are columns that the caller knows. Failure 9999
 /// for a journal in which no date, account or amount is found; it says which columns there are; and
-/// for one whose dates or amounts can be read in two ways.
+/// for one whose dates, amounts or quantities can be read in two ways.
 /// `progress` is told how much is read, from 0 to 1.
 JournalGuess GuessJournal(const Locale& locale, olap::TableParts& journal,
                           const std::vector<std::string>& header, const JournalColumns& given,

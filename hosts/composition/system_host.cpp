@@ -212,18 +212,22 @@ struct SystemHost::Providers {
     console.Show(box);
   }
 
-  /// Once, and only where messages are printed: elsewhere a window would wait for a person.
+  /// Only where messages are printed: elsewhere a window would wait for a person.
+  void Warn(const std::string& text) {
+    MessageBox box;
+    box.text = text;
+    box.title = host.component.product_name;
+    console.Show(box);
+  }
+
+  /// Once, and only where messages are printed.
   void TellUnreadable(const std::string& file) {
     static std::atomic<bool> told = false;
     if (!prints) return;
     try {
       if (host.files.Exists(file)) ReadBeginning(host.files, file, 1);
     } catch (const Failure& failure) {
-      if (told.exchange(true)) return;
-      MessageBox box;
-      box.text = "Logins in Qel.ini are not used. " + failure.description();
-      box.title = host.component.product_name;
-      console.Show(box);
+      if (!told.exchange(true)) Warn("Logins in Qel.ini are not used. " + failure.description());
     }
   }
 
@@ -234,11 +238,8 @@ struct SystemHost::Providers {
     const std::string native = host.files.NativePath(file);
     const std::string advice = platform.advice_on_readers(native);
     if (advice.empty()) return;
-    MessageBox box;
-    box.text =
-        "Others on this computer can read the password in " + native + ". Keep them out: " + advice;
-    box.title = host.component.product_name;
-    console.Show(box);
+    Warn("Others on this computer can read the password in " + native +
+         ". Keep them out: " + advice);
   }
 
   SystemPlatform platform = NewSystemPlatform();

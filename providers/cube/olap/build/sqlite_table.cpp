@@ -58,7 +58,8 @@ class Database {
   }
 
   std::string path_;
-  // Before the handle: to close a file gives up all locks that this process has on it.
+  // Both stay until the handle is closed: to close a file gives up all locks that this process has
+  // on it. `before_` was opened before the state that is read began.
   std::unique_ptr<const FileReader> before_, file_;
   std::unique_ptr<sqlite3, Closer> handle_;
   bool has_log_ = false;
